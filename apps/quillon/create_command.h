@@ -1,0 +1,11 @@
+// quillon create: collects DICOM files and lays them out as a DICOM file set.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace quillon::cli {
+
+// Adds the subcommand. `exitStatus` receives the result when the command has run.
+void addCreateCommand(CLI::App& program, int& exitStatus);
+
+}  // namespace quillon::cli

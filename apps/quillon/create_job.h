@@ -1,0 +1,46 @@
+// One creation of a file set from the user's files and directories.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillon::cli {
+
+struct CreateOptions {
+  std::vector<std::string> sources;
+  std::optional<std::string> root;
+  std::optional<std::string> objectDirectory;
+  std::optional<std::string> patientKey;
+  bool isReplacing = false;
+  bool hasHierarchy = false;
+  bool intoSubdirectories = true;
+  bool hasOtherContent = true;
+  bool isMoving = false;
+  bool isKeepingGoing = false;
+  bool showsProgress = true;
+};
+
+struct PassedOver {
+  std::string path;
+  std::string reason;
+};
+
+struct CreateResult {
+  std::string root;
+  // Of what is in the file set.
+  std::size_t patients = 0;
+  std::size_t studies = 0;
+  std::size_t series = 0;
+  std::size_t objects = 0;
+  std::uint64_t bytes = 0;
+  std::string label;
+  std::vector<PassedOver> passedOver;
+  std::optional<std::string> error;  // the sentence of a job that failed
+  std::vector<std::string> remarks;  // what the user should know beside it
+};
+
+CreateResult createFileSet(const CreateOptions& options);
+
+}  // namespace quillon::cli

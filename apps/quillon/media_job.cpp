@@ -1,0 +1,99 @@
+#include "media_job.h"
+
+#include <array>
+
+#include "foundation/text.h"
+#include "platform/services.h"
+
+namespace quillon::cli {
+
+namespace {
+
+class ScopedBstr {
+ public:
+  ScopedBstr() = default;
+  explicit ScopedBstr(std::string_view text) {
+    const Text wide = WidenText(text, FileSystemCodePage());
+    bstr_ = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
+  }
+  ~ScopedBstr() { SysFreeString(bstr_); }
+  ScopedBstr(const ScopedBstr&) = delete;
+  ScopedBstr& operator=(const ScopedBstr&) = delete;
+
+  [[nodiscard]] BSTR get() const { return bstr_; }
+  [[nodiscard]] BSTR* out() { return &bstr_; }
+  [[nodiscard]] std::string text() const {
+    if (bstr_ == nullptr) return {};
+    return NarrowText(TextView(bstr_, SysStringLen(bstr_)), FileSystemCodePage());
+  }
+
+ private:
+  BSTR bstr_ = nullptr;
+};
+
+VARIANT_BOOL variantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+
+template <typename Getter>
+std::string read(CQuillonMediaRW& object, Getter getter) {
+  ScopedBstr text;
+  (object.*getter)(text.out());
+  return text.text();
+}
+
+}  // namespace
+
+// A put answers S_OK even when the value was refused, which shows in the value alone.
+bool MediaJob::setRoot(std::string_view path) {
+  const ScopedBstr text(path);
+  object_.put_DicomRootDirectory(text.get());
+  return root() == path;
+}
+
+bool MediaJob::setObjectDirectory(std::string_view path) {
+  const ScopedBstr text(path);
+  object_.put_DicomObjectDirectory(text.get());
+  return read(object_, &CQuillonMediaRW::get_DicomObjectDirectory) == path;
+}
+
+void MediaJob::setHierarchy(bool enabled) {
+  object_.put_UseHierarchyForDicomObjects(variantBool(enabled));
+}
+
+void MediaJob::setOtherContent(bool enabled) {
+  object_.put_IncludeOtherContent(variantBool(enabled));
+}
+
+void MediaJob::setPatientKey(std::string_view key) {
+  const ScopedBstr text(key);
+  object_.put_UniquePatientId(text.get());
+}
+
+std::string MediaJob::root() { return read(object_, &CQuillonMediaRW::get_DicomRootDirectory); }
+
+std::string MediaJob::label() { return read(object_, &CQuillonMediaRW::get_IheLabel); }
+
+std::string MediaJob::errorText() { return read(object_, &CQuillonMediaRW::get_ErrMessageText); }
+
+bool MediaJob::addFile(std::string_view path) {
+  const ScopedBstr text(path);
+  VARIANT_BOOL isAccepted = VARIANT_FALSE;
+  object_.AddFile(text.get(), &isAccepted);
+  return isAccepted == VARIANT_TRUE;
+}
+
+bool MediaJob::createFileSet() {
+  VARIANT_BOOL isCreated = VARIANT_FALSE;
+  object_.CreateDicomFileSet(&isCreated);
+  return isCreated == VARIANT_TRUE;
+}
+
+void MediaJob::wipe() { object_.Wipe(); }
+
+std::string temporaryJobDirectory() {
+  std::array<OLECHAR, MAX_PATH + 1> buffer{};
+  const DWORD units = GetTempPathW(static_cast<DWORD>(buffer.size()), buffer.data());
+  if (units == 0 || units > buffer.size()) return {};
+  return NarrowText(TextView(buffer.data(), units), FileSystemCodePage()) + "QUILLON";
+}
+
+}  // namespace quillon::cli

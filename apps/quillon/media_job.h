@@ -1,0 +1,38 @@
+// The media object with 8-bit text in the file-system code page, as a command-line program has it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "server/media_object/media_rw.h"
+
+namespace quillon::cli {
+
+class MediaJob {
+ public:
+  // False when the object refused the path; errorText tells why.
+  bool setRoot(std::string_view path);
+  bool setObjectDirectory(std::string_view path);
+  void setHierarchy(bool enabled);
+  void setOtherContent(bool enabled);
+  // Decides under which patient the files added from now on fall.
+  void setPatientKey(std::string_view key);
+
+  [[nodiscard]] std::string root();
+  [[nodiscard]] std::string label();
+  // The object's last sentence.
+  [[nodiscard]] std::string errorText();
+
+  bool addFile(std::string_view path);
+  bool createFileSet();
+  // Removes the root directory and the temporary directory of earlier jobs.
+  void wipe();
+
+ private:
+  CQuillonMediaRW object_;
+};
+
+// What the media object removes when it is wiped, beside the root.
+std::string temporaryJobDirectory();
+
+}  // namespace quillon::cli

@@ -1,0 +1,44 @@
+// Finds the files that the user's arguments stand for.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillon::cli {
+
+struct SourceFile {
+  std::string path;      // as the user knows it: the argument, or the argument and what is below it
+  bool isNamed = false;  // given on the command line itself
+  bool isLink = false;   // a symbolic link
+};
+
+// Something that is no file to add. `endsJob` when it may hide a DICOM file or was asked for by
+// name; the others are what one meets in any directory.
+struct SourceProblem {
+  std::string path;
+  std::string reason;
+  bool endsJob = false;
+};
+
+struct SourceWalkOptions {
+  bool intoSubdirectories = true;
+  // A directory that is not walked although it lies in a source: the file set itself.
+  std::string excludedDirectory;
+};
+
+struct SourceList {
+  std::vector<SourceFile> files;
+  std::vector<SourceProblem> problems;
+};
+
+// Directories are walked in ascending order of names. Symbolic links to files are followed. Of
+// symbolic links to directories only those are that were given as arguments, so that no walk can
+// go round in circles.
+SourceList walkSources(const std::vector<std::string>& arguments, const SourceWalkOptions& options);
+
+// Against the current directory; "." and ".." stay as they are.
+std::string absolutePath(std::string_view path);
+
+}  // namespace quillon::cli

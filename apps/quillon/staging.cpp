@@ -1,0 +1,151 @@
+#include "staging.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <vector>
+
+namespace quillon::cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kBlockBytes = std::size_t{1} << 20;
+constexpr std::size_t kRangeBytes = std::size_t{1} << 30;
+
+class FileHandle {
+ public:
+  explicit FileHandle(int fd) : fd_(fd) {}
+  ~FileHandle() {
+    if (fd_ >= 0) ::close(fd_);
+  }
+  FileHandle(const FileHandle&) = delete;
+  FileHandle& operator=(const FileHandle&) = delete;
+
+  [[nodiscard]] int get() const { return fd_; }
+  // A file system may tell only here that the bytes do not fit.
+  bool close() {
+    const int fd = fd_;
+    fd_ = -1;
+    return ::close(fd) == 0;
+  }
+
+ private:
+  int fd_;
+};
+
+bool writeAll(int fd, const char* bytes, std::size_t count) {
+  while (count > 0) {
+    const ssize_t written = ::write(fd, bytes, count);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    bytes += written;
+    count -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+// Both files stand where an earlier, interrupted way of copying left them.
+bool copyByReading(int source, int copy) {
+  std::vector<char> block(kBlockBytes);
+  for (;;) {
+    const ssize_t got = ::read(source, block.data(), block.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return false;
+    if (got == 0) return true;
+    if (!writeAll(copy, block.data(), static_cast<std::size_t>(got))) return false;
+  }
+}
+
+bool isWritableDirectory(const fs::path& path) { return access(path.c_str(), W_OK | X_OK) == 0; }
+
+}  // namespace
+
+std::string Staging::parentFor(const std::string& root) {
+  fs::path path(root);
+  if (!path.has_filename()) path = path.parent_path();
+  struct stat rootStatus {};
+  if (stat(path.c_str(), &rootStatus) == 0) {
+    const fs::path parent = path.parent_path();
+    struct stat parentStatus {};
+    const bool isOwnFileSystem =
+        stat(parent.c_str(), &parentStatus) != 0 || parentStatus.st_dev != rootStatus.st_dev;
+    return isOwnFileSystem || !isWritableDirectory(parent) ? path.string() : parent.string();
+  }
+  // What is missing on the way to the root will be made on this file system.
+  std::error_code error;
+  while (path.has_relative_path() && !fs::exists(path, error)) path = path.parent_path();
+  return path.string();
+}
+
+bool Staging::makeDirectory(std::string& reason) {
+  std::string pattern = parent_ + (parent_.ends_with('/') ? "" : "/") + ".quillon-" +
+                        std::to_string(getpid()) + "-XXXXXX";
+  if (mkdtemp(pattern.data()) == nullptr) {
+    reason =
+        "a directory for copies cannot be made in " + parent_ + ": " + std::strerror(errno) + ".";
+    return false;
+  }
+  directory_ = pattern;
+  return true;
+}
+
+bool Staging::copyIn(const std::string& source, std::string& copy, std::string& reason) {
+  const std::lock_guard lock(mutex_);
+  if (directory_.empty() && (isRemoved_ || !makeDirectory(reason))) return false;
+  const FileHandle from(::open(source.c_str(), O_RDONLY | O_CLOEXEC));
+  if (from.get() < 0) {
+    reason = std::string("it cannot be opened: ") + std::strerror(errno) + ".";
+    return false;
+  }
+  char name[24];
+  std::snprintf(name, sizeof name, "/%08zu", ++count_);
+  copy = directory_ + name;
+  FileHandle to(::open(copy.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (to.get() < 0 || !copyFile(from.get(), to.get()) || !to.close()) {
+    reason = "it cannot be copied to " + directory_ + ": " + std::strerror(errno) + ".";
+    ::unlink(copy.c_str());
+    return false;
+  }
+  return true;
+}
+
+bool Staging::copyFile(int source, int copy) {
+  if (canClone_) {
+    if (ioctl(copy, FICLONE, source) == 0) return true;
+    canClone_ = false;
+  }
+  for (;;) {
+    const ssize_t copied = copy_file_range(source, nullptr, copy, nullptr, kRangeBytes, 0);
+    if (copied == 0) break;
+    if (copied > 0 || errno == EINTR) continue;
+    if (errno == ENOSPC || errno == EDQUOT || errno == EIO || errno == EFBIG) return false;
+    break;
+  }
+  // Some file systems answer 0 or refuse where there is something to copy; at the end of the file
+  // this reads nothing.
+  return copyByReading(source, copy);
+}
+
+void Staging::remove() {
+  const std::lock_guard lock(mutex_);
+  isRemoved_ = true;
+  if (directory_.empty()) return;
+  std::error_code error;
+  fs::remove_all(directory_, error);
+  if (error) {
+    std::fprintf(stderr, "quillon: Cannot remove the copies in %s: %s.\n", directory_.c_str(),
+                 error.message().c_str());
+  }
+  directory_.clear();
+}
+
+}  // namespace quillon::cli

@@ -1,0 +1,61 @@
+# One source folder is one target. Its public headers lie in <folder>/include, which only the
+# targets that link it see: an include that points upwards is not found, and does not build.
+
+add_library(quillon_options INTERFACE)
+target_compile_options(quillon_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # GCC 12 sees overlaps in std::string that are not there (its bug 105651).
+  target_compile_options(quillon_options INTERFACE -Wno-restrict)
+endif()
+if(QUILLON_SANITIZE)
+  target_compile_options(quillon_options INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(quillon_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(QUILLON_FUZZ)
+  target_compile_options(quillon_options INTERFACE
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all)
+  target_link_options(quillon_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(WIN32)
+  target_compile_definitions(quillon_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN
+    NOMINMAX _WIN32_WINNT=0x0601 __USE_MINGW_ANSI_STDIO=1)
+endif()
+
+# quillon_folder(NAME [DIRS dir...] [DEPENDS target...])
+# Makes the static library NAME of the .cpp files in this folder (and in DIRS), found by a glob so
+# that none is forgotten.
+function(quillon_folder name)
+  cmake_parse_arguments(ARG "" "" "DIRS;DEPENDS" ${ARGN})
+  set(sources)
+  foreach(dir IN ITEMS . LISTS ARG_DIRS)
+    file(GLOB found CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.cpp")
+    list(APPEND sources ${found})
+  endforeach()
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/include"
+                                       PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries(${name} PRIVATE quillon_options PUBLIC ${ARG_DEPENDS})
+  else()
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} INTERFACE "${CMAKE_CURRENT_SOURCE_DIR}/include")
+    target_link_libraries(${name} INTERFACE ${ARG_DEPENDS})
+  endif()
+endfunction()
+
+# quillon_test(NAME LABEL label DEPENDS target...)
+# Makes a GoogleTest program of the .cpp files in this folder that links only what it is given.
+function(quillon_test name)
+  cmake_parse_arguments(ARG "" "LABEL" "DEPENDS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
+  target_link_libraries(${name} PRIVATE quillon_options ${ARG_DEPENDS} GTest::gtest_main)
+  gtest_discover_tests(${name} PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300
+                       DISCOVERY_TIMEOUT 60)
+endfunction()

@@ -1,0 +1,158 @@
+#!/usr/bin/env python3
+"""Makes the table of data elements from its tab-separated source.
+
+Source:  src/dicom/tables/data_elements.tsv (group, element, VR, VM, keyword, attribute name)
+Results: src/dicom/tables/element_table.h and element_table.cpp
+
+The same source always gives the same bytes. With --check nothing is written: the exit status is 1
+when making the table again would change a file.
+"""
+
+import argparse
+import pathlib
+import re
+import sys
+
+TABLES = pathlib.Path(__file__).resolve().parent.parent / "src" / "dicom" / "tables"
+SOURCE = TABLES / "data_elements.tsv"
+MADE_BY = "// Made by scripts/make_dictionary.py from data_elements.tsv: change that file instead.\n"
+
+VRS = frozenset(
+    "AE AS AT CS DA DS DT FL FD IS LO LT OB OF OW PN SH SL SQ SS ST TM UI UL UN US UT OX XL XS RT "
+    "SI".split()
+)
+
+HEADER = """// The data elements that the dictionary knows, one row each, in ascending tag order.
+{made_by}#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "dicom/types.h"
+
+namespace quillon {{
+
+// vm: n > 0 exactly n values, 0 one or more without bound, -k one to k values. Repeating groups
+// stand once, with FF as the low byte of the group.
+struct ElementRow {{
+  DcTag tag;
+  std::uint8_t vr;  // a DcVr
+  std::int8_t vm;
+  const char* keyword;
+}};
+
+inline constexpr std::size_t kElementCount = {count};
+extern const std::array<ElementRow, kElementCount> kElementTable;
+// The tags of the rows alone: a search among them touches few cache lines.
+extern const std::array<DcTag, kElementCount> kElementTags;
+
+}}  // namespace quillon
+"""
+
+BODY_BEGIN = """{made_by}#include "tables/element_table.h"
+
+namespace quillon {{
+namespace {{
+
+constexpr std::uint8_t vr(DcVr value) {{ return static_cast<std::uint8_t>(value); }}
+"""
+
+BODY_ROWS = """
+}}  // namespace
+
+// clang-format off
+constexpr std::array<ElementRow, kElementCount> kElementTable{{{{
+{rows}
+}}}};
+// clang-format on
+
+namespace {{
+
+constexpr std::array<DcTag, kElementCount> tagsOfRows() {{
+  std::array<DcTag, kElementCount> tags{{}};
+  for (std::size_t i = 0; i < tags.size(); ++i) tags[i] = kElementTable[i].tag;
+  return tags;
+}}
+
+}}  // namespace
+
+constexpr std::array<DcTag, kElementCount> kElementTags = tagsOfRows();
+
+namespace {{
+
+constexpr bool tagsAscend() {{
+  for (std::size_t i = 1; i < kElementTags.size(); ++i) {{
+    if (kElementTags[i - 1] >= kElementTags[i]) return false;
+  }}
+  return true;
+}}
+
+static_assert(kElementTable.back().keyword != nullptr, "as many rows as kElementCount says");
+static_assert(tagsAscend(), "rows ascend by tag, without doubles");
+
+}}  // namespace
+}}  // namespace quillon
+"""
+
+
+def read_rows(source):
+    """Answers (tag, vr, vm, keyword) of each line; ends the program at a line that is not one."""
+    rows = []
+    for number, line in enumerate(source.read_text(encoding="utf-8").splitlines(), start=1):
+        if not line or line.startswith("#"):
+            continue
+        fields = line.split("\t")
+        if len(fields) != 6:
+            sys.exit(f"{source}:{number}: {len(fields)} fields instead of 6")
+        group, element, vr, vm, keyword, _ = fields
+        if not re.fullmatch("[0-9a-f]{4}", group) or not re.fullmatch("[0-9a-f]{4}", element):
+            sys.exit(f"{source}:{number}: group and element are four hexadecimal digits")
+        if vr not in VRS:
+            sys.exit(f"{source}:{number}: unknown VR {vr}")
+        if not re.fullmatch("-?[0-9]+", vm) or not -128 <= int(vm) <= 127:
+            sys.exit(f"{source}:{number}: VM {vm} is no number from -128 to 127")
+        if not re.fullmatch("[A-Za-z0-9]+", keyword):
+            sys.exit(f"{source}:{number}: keyword {keyword} holds more than letters and digits")
+        rows.append((int(group + element, 16), vr, int(vm), keyword))
+    rows.sort()
+    for before, after in zip(rows, rows[1:]):
+        if before[0] == after[0]:
+            sys.exit(f"{source}: tag {after[0]:08x} stands there twice")
+    return rows
+
+
+def make(rows):
+    """Answers the two files as {name: text}."""
+    used = sorted({vr for _, vr, _, _ in rows})
+    names = "".join(f"constexpr std::uint8_t {vr} = vr(DcVr::{vr});\n" for vr in used)
+    lines = "\n".join(
+        f'    {{0x{tag:08X}, {vr}, {vm}, "{keyword}"}},' for tag, vr, vm, keyword in rows
+    )
+    return {
+        "element_table.h": HEADER.format(made_by=MADE_BY, count=len(rows)),
+        "element_table.cpp": BODY_BEGIN.format(made_by=MADE_BY)
+        + names
+        + BODY_ROWS.format(rows=lines),
+    }
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--check", action="store_true", help="write nothing, only compare")
+    options = parser.parse_args()
+
+    stale = []
+    for name, text in make(read_rows(SOURCE)).items():
+        path = TABLES / name
+        if path.exists() and path.read_text(encoding="utf-8") == text:
+            continue
+        stale.append(name)
+        if not options.check:
+            path.write_text(text, encoding="utf-8", newline="\n")
+    if options.check and stale:
+        sys.exit("not what data_elements.tsv gives: " + ", ".join(stale))
+
+
+if __name__ == "__main__":
+    main()

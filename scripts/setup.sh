@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Installs what the build needs from Debian's packages; with --test also what the tests use.
+# Does nothing for packages that are there already. Needs root only when something is missing.
+set -euo pipefail
+
+build_packages=(g++ cmake ninja-build libcli11-dev)
+test_packages=(
+  libgtest-dev g++-mingw-w64-i686
+  dcmtk dicom3tools libgdcm-tools python3 python3-pydicom
+  clang-format clang-tidy
+)
+
+packages=("${build_packages[@]}")
+case "${1:-}" in
+  "") ;;
+  --test) packages+=("${test_packages[@]}") ;;
+  *) echo "usage: $0 [--test]" >&2; exit 2 ;;
+esac
+
+missing=()
+for package in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' ||
+    missing+=("$package")
+done
+[ "${#missing[@]}" -eq 0 ] && exit 0
+
+echo "setup: installing ${missing[*]}"
+if [ "$(id -u)" -ne 0 ]; then
+  echo "setup: run as root, or install these packages yourself: ${missing[*]}" >&2
+  exit 1
+fi
+export DEBIAN_FRONTEND=noninteractive
+apt-get update -qq
+apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

@@ -1,0 +1,55 @@
+#!/usr/bin/env bash
+# The one check, the same at a desk and in CI: installs what the tests need, checks the format,
+# builds, runs every test, builds the Windows libraries, and runs the unit tests under the address
+# and undefined-behaviour sanitizers. Ends with a line that counts passed and failed steps.
+#
+#   scripts/test.sh           everything
+#   scripts/test.sh --quick   without sanitizers and clang-tidy
+set -uo pipefail
+cd "$(dirname "$0")/.."
+
+quick=0
+[ "${1:-}" = "--quick" ] && quick=1
+
+passed=0
+failed=()
+step() {
+  local name=$1
+  shift
+  echo "== $name"
+  local began=$SECONDS
+  if "$@"; then
+    passed=$((passed + 1))
+    echo "-- $name: ok ($((SECONDS - began)) s)"
+  else
+    failed+=("$name")
+    echo "-- $name: FAILED ($((SECONDS - began)) s)"
+  fi
+}
+
+sources() { git ls-files 'src/*.h' 'src/*.cpp' 'apps/*.h' 'apps/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.cpp' 'resources/*.cpp'; }
+
+format() { sources | grep -v '/tables/' | xargs clang-format --dry-run --Werror; }
+dictionary() { python3 scripts/make_dictionary.py --check; }
+build() { cmake --preset "$1" >/dev/null && cmake --build --preset "$1"; }
+release() { build release && ctest --preset release -j "$(nproc)"; }
+windows() { build windows-x86; }
+sanitizers() { build asan && ctest --preset asan -L unit -j "$(nproc)"; }
+tidy() {
+  sources | grep -E '^(src|apps)/.*\.cpp$' | grep -v '/tables/' |
+    xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet 2>/dev/null
+}
+
+step "packages" ./scripts/setup.sh --test
+step "format" format
+step "dictionary table" dictionary
+step "release build and tests" release
+step "windows-x86 build" windows
+if [ "$quick" -eq 0 ]; then
+  step "sanitizers" sanitizers
+  step "clang-tidy" tidy
+fi
+
+[ "${#failed[@]}" -gt 0 ] && printf 'failed step: %s\n' "${failed[@]}"
+echo "$passed passed, ${#failed[@]} failed"
+[ "${#failed[@]}" -eq 0 ]

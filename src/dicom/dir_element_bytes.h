@@ -1,0 +1,43 @@
+// Appends single elements of groups 0002 and 0004 in Explicit VR Little Endian to a file that is
+// being laid out.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "dicom/types.h"
+
+namespace quillon {
+
+class DcDirElementBytes {
+ public:
+  explicit DcDirElementBytes(std::vector<std::uint8_t>& file) : file_(file) {}
+
+  // A value of odd length is padded: UI with a zero byte, every other VR with a space.
+  void text(DcTag tag, const char* vr, std::string_view value);
+  void parts(DcTag tag, const char* vr, const std::vector<std::string>& values);  // joined by "\"
+  // Both answer where the value stands, for those that are known only later.
+  std::size_t ul(DcTag tag, std::uint32_t value);
+  std::size_t us(DcTag tag, std::uint16_t value);
+  void ob(DcTag tag, const std::uint8_t* bytes, std::size_t lengthBytes);
+  // Tag and 4-byte length of an item, or of the sequence; answers where the length stands.
+  std::size_t itemHeader();
+  std::size_t sequenceHeader(DcTag tag);
+
+  // Of everything appended so far: kDcNotAccepted when a text did not fit its 2-byte length. Such
+  // a text was logged and written empty.
+  [[nodiscard]] DcCode code() const { return code_; }
+
+ private:
+  void put16(std::uint16_t value);
+  void put32(std::uint32_t value);
+  void header(DcTag tag, const char* vr);
+
+  std::vector<std::uint8_t>& file_;
+  DcCode code_ = kDcOk;
+};
+
+}  // namespace quillon

@@ -1,0 +1,172 @@
+// Directory records in memory: the tree, its level rules and what a record refers to.
+#include "dicom/dir_rec.h"
+
+#include <algorithm>
+
+#include "dicom/dir_dicom_dir.h"
+#include "dicom/log.h"
+#include "dir_file_id.h"
+#include "tables/record_types.h"
+#include "text_scan.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr std::size_t kMaxUidChars = 128;
+
+bool isMrdr(const std::unique_ptr<DcDirRec>& record) {
+  return record->type() == DcDirRecType::Mrdr;
+}
+
+}  // namespace
+
+DcDirRec::DcDirRec(DcDirRecType type) : type_(type) {}
+
+DcDirRec::DcDirRec(const std::uint8_t* file, std::uint32_t fileBytes, std::uint32_t offsetInFile,
+                   DcCode* code)
+    : type_(DcDirRecType::Unknown) {
+  const DcCode rc = parse(file, fileBytes, offsetInFile);
+  if (code != nullptr) *code = rc;
+}
+
+DcDirRec::~DcDirRec() = default;
+
+DcCode DcDirRec::checkLevel(DcDirRecType parent, DcDirRecType child) {
+  // A value outside the enumeration has no bit; its row is that of Unknown.
+  const DcDirTypeRow& childRow = dirTypeRow(child);
+  if ((dirTypeRow(parent).allowed & dirTypeBit(childRow.type)) != 0) return kDcOk;
+  dcLog(DcLogLevel::Error, "DcDirRec::checkLevel", "'%s' cannot be a lower level entity to '%s'",
+        childRow.name, dirTypeRow(parent).name);
+  return kDcHierarchyError;
+}
+
+DcDirRec* DcDirRec::addLower(std::unique_ptr<DcDirRec> child) {
+  if (child == nullptr) {
+    dcLog(DcLogLevel::Error, "DcDirRec::addLower", "Null argument passed");
+    return nullptr;
+  }
+  if (checkLevel(type_, child->type_) != kDcOk) return nullptr;
+  DcDirRec* const added = child.get();
+  added->parent_ = this;
+  if (isMrdr(child) || lower_.empty() || !isMrdr(lower_.back())) {
+    lower_.push_back(std::move(child));
+  } else {
+    const auto firstMrdr = std::partition_point(
+        lower_.begin(), lower_.end(),
+        [](const std::unique_ptr<DcDirRec>& record) { return !isMrdr(record); });
+    lower_.insert(firstMrdr, std::move(child));
+  }
+  if (const DcDirDicomDir* dir = dicomDir(nullptr)) dir->fileIds_->addWithLowerLevels(*added);
+  return added;
+}
+
+DcDirRec& DcDirRec::addKey(std::unique_ptr<DcElem> element) {
+  add(std::move(element));
+  return *this;
+}
+
+const DcDirRec& DcDirRec::top() const {
+  const DcDirRec* record = this;
+  while (record->parent_ != nullptr) record = record->parent_;
+  return *record;
+}
+
+const DcDirDicomDir* DcDirRec::dicomDir(const char* function) const {
+  const DcDirRec& topmost = top();
+  const auto* dir = dynamic_cast<const DcDirDicomDir*>(&topmost);
+  if (dir == nullptr && function != nullptr) {
+    dcLog(DcLogLevel::Error, function, "Topmost object in hierarchy is '%s', expecting DICOMDIR",
+          dirTypeRow(topmost.type_).name);
+  }
+  return dir;
+}
+
+DcCode DcDirRec::getRootPath(std::string* path) const {
+  if (path == nullptr) {
+    dcLog(DcLogLevel::Error, "DcDirRec::getRootPath", "Null argument passed");
+    return kDcFileNullArgument;
+  }
+  const DcDirDicomDir* dir = dicomDir("DcDirRec::getRootPath");
+  if (dir == nullptr) return kDcHierarchyError;
+  *path = dir->rootPath();
+  return kDcOk;
+}
+
+std::string DcDirRec::fileId() const {
+  std::string joined;
+  for (const std::string& part : fileIdParts_) {
+    if (!joined.empty()) joined += '\\';
+    joined += part;
+  }
+  return joined;
+}
+
+DcCode DcDirRec::setRefFile(const char* fileId) {
+  constexpr const char* kFunction = "DcDirRec::setRefFile";
+  if (fileId == nullptr) {
+    dcLog(DcLogLevel::Error, kFunction, "Null argument passed");
+    return kDcFileNullArgument;
+  }
+  const std::string id(trimmed(fileId));
+  DcCode rc = dirCheckFileIdLength(id, kFunction);
+  if (rc == kDcOk) rc = dirCheckFileIdCharacters(id, kFunction);
+  if (rc != kDcOk) return rc;
+  const DcDirDicomDir* dir = dicomDir(kFunction);
+  if (dir == nullptr) return kDcHierarchyError;
+  if (dir->fileIds_->isUsedByAnother(id, *this)) {
+    dcLog(DcLogLevel::Error, kFunction, "File ID '%s' is already in use", id.c_str());
+    return kDcInvalidFileId;
+  }
+  Reference reference;
+  rc = dirSplitFileId(id, kFunction, reference.fileIdParts);
+  if (rc != kDcOk) return rc;
+  if (dir->rootPath().empty()) {
+    dcLog(DcLogLevel::Error, kFunction, "DICOMDIR root path not set");
+    return kDcNotDicom;
+  }
+  rc = dirReadFileUids(dir->rootPath(), id, kFunction, reference.sopClassUid,
+                       reference.sopInstanceUid, reference.transferSyntaxUid);
+  if (rc == kDcOk) setReference(std::move(reference));
+  return rc;
+}
+
+void DcDirRec::setReference(Reference reference) {
+  const DcDirDicomDir* dir = dicomDir(nullptr);
+  if (dir != nullptr) dir->fileIds_->remove(*this);
+  dropMrdrLink();
+  fileIdParts_ = std::move(reference.fileIdParts);
+  refSopClassUid_ = std::move(reference.sopClassUid);
+  refSopInstanceUid_ = std::move(reference.sopInstanceUid);
+  refTransferSyntaxUid_ = std::move(reference.transferSyntaxUid);
+  if (dir != nullptr) dir->fileIds_->add(*this);
+}
+
+void DcDirRec::linkTo(DcDirRec& mrdr) {
+  setReference({});
+  mrdr_ = &mrdr;
+  ++mrdr.referenceCount_;
+  fileIdParts_ = mrdr.fileIdParts_;
+  refSopClassUid_ = mrdr.refSopClassUid_;
+  refSopInstanceUid_ = mrdr.refSopInstanceUid_;
+  refTransferSyntaxUid_ = mrdr.refTransferSyntaxUid_;
+}
+
+void DcDirRec::dropMrdrLink() {
+  if (mrdr_ != nullptr && mrdr_->referenceCount_ > 0) --mrdr_->referenceCount_;
+  mrdr_ = nullptr;
+}
+
+void DcDirRec::removeGroup(std::uint16_t group) {
+  std::size_t index = 0;
+  while (index < size() && at(index)->group() < group) ++index;
+  while (index < size() && at(index)->group() == group) remove(at(index));
+}
+
+DcCode DcDirRec::setPrivateRecordUid(std::string_view uid) {
+  if (uid.size() > kMaxUidChars) return kDcTooLong;
+  privateRecordUid_ = trimmed(uid);
+  return kDcOk;
+}
+
+}  // namespace quillon

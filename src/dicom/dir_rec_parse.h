@@ -1,0 +1,27 @@
+// Where one directory record stands in a DICOMDIR in memory.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "dicom/elem_list.h"
+#include "dicom/types.h"
+
+namespace quillon {
+
+// An item: its tag (FFFE,E000) and 4-byte length stand in front of its value; endAt is behind its
+// delimitation item when its length is undefined.
+struct DcDirItemExtent {
+  std::uint32_t valueAt = 0;
+  std::uint32_t valueBytes = 0;
+  std::uint32_t endAt = 0;
+};
+
+// The extent of the item at an offset; a code and a log line when there is none inside the file.
+DcCode dirMeasureItem(const std::uint8_t* file, std::uint32_t fileBytes, std::uint32_t offsetInFile,
+                      DcDirItemExtent& extent);
+
+// First value of a text element; null when it is absent, empty or not text.
+const std::string* dirTextOf(const DcElemList& list, DcTag tag);
+
+}  // namespace quillon

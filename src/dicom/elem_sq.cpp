@@ -1,0 +1,53 @@
+#include "dicom/elem_sq.h"
+
+#include <utility>
+
+#include "dicom/dict.h"
+#include "dicom/log.h"
+
+namespace quillon {
+namespace {
+
+// A private sequence need not be known; a standard tag that is something else is a mistake.
+void warnUnlessSequence(DcTag tag) {
+  if ((dcGroup(tag) & 1U) != 0) return;
+  DcVr vr = DcVr::None;
+  theDictionary().getElemVr(dcGroup(tag), dcElement(tag), &vr);
+  if (vr == DcVr::SQ) return;
+  dcLog(DcLogLevel::Warning, "DcElemSq::DcElemSq", "Element 0x%08lx is not of type SQ",
+        static_cast<unsigned long>(tag));
+}
+
+}  // namespace
+
+DcElemSq::DcElemSq(DcTag tag, DcVr vr)
+    : DcElemSq(tag, nullptr, 0, DcUid::ExplicitLittleEndian, vr) {}
+
+DcElemSq::DcElemSq(DcTag tag, const void* buffer, std::uint32_t lengthBytes, DcUid transferSyntax,
+                   DcVr vr)
+    : DcElem(tag, nullptr, 0, transferSyntax, vr == DcVr::IM ? DcVr::SQ : vr, true) {
+  if (vr == DcVr::IM) warnUnlessSequence(tag);
+  if (buffer != nullptr) {
+    DcElemSq::parseVal(static_cast<const std::uint8_t*>(buffer), lengthBytes, transferSyntax_);
+  }
+}
+
+void DcElemSq::resetIterator() {
+  DcElem::resetIterator();
+  for (const auto& item : items_) item->resetIterators();
+}
+
+void DcElemSq::dump(std::string& out) const {
+  DcElem::dump(out);
+  for (const auto& item : items_) {
+    out += "item\n";
+    for (std::size_t i = 0; i < item->size(); ++i) item->at(i)->dump(out);
+  }
+}
+
+DcElemSqItem* DcElemSq::addItem(std::unique_ptr<DcElemSqItem> item) {
+  if (item == nullptr) return nullptr;
+  return items_.emplace_back(std::move(item)).get();
+}
+
+}  // namespace quillon

@@ -1,0 +1,39 @@
+// The toolkit's one door to the disk: 8-bit file names in the file-system code page, 64-bit
+// offsets, no exceptions.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace quillon {
+
+class DcFile {
+ public:
+  enum class Mode { Read, CreateOrTruncate, Append };
+
+  DcFile() = default;
+  ~DcFile();
+  DcFile(const DcFile&) = delete;
+  DcFile& operator=(const DcFile&) = delete;
+
+  // All answer false on failure; the platform's last error tells why.
+  bool open(const char* fileName, Mode mode);
+  bool size(std::uint64_t& sizeBytes) const;
+  bool seek(std::uint64_t offset);
+  // readBytes is below lengthBytes only at the end of the file.
+  bool read(void* buffer, std::size_t lengthBytes, std::size_t& readBytes);
+  bool write(const void* buffer, std::size_t lengthBytes);
+  // Waits until what was written is on the disk.
+  bool flush();
+  // False when what was written may not be in the file.
+  bool close();
+  [[nodiscard]] bool isOpen() const { return handle_ != nullptr; }
+
+  // Size of a regular file; false when there is none of that name.
+  static bool status(const char* fileName, std::uint64_t& sizeBytes);
+
+ private:
+  void* handle_ = nullptr;
+};
+
+}  // namespace quillon

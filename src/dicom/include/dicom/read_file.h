@@ -1,0 +1,37 @@
+// Reading DICOM files (PS 3.10) and bare data sets. File names are in the file-system code page.
+#pragma once
+
+#include <cstdint>
+
+#include "dicom/elem_list.h"
+#include "dicom/file_meta_info.h"
+#include "dicom/types.h"
+
+namespace quillon {
+
+inline constexpr std::uint32_t kNoPixelData = 0xFFFFFFFF;
+
+// Reads a whole file (at most 512 MiB). The list is emptied first. A file without "DICM" is read
+// as a bare implicit little endian data set.
+DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements);
+
+// Reads only what stands before Pixel Data (7FE0,0010), however large the file is.
+// pixelValueOffset: where its value starts in the file (kNoPixelData without pixel data);
+// pixelValueLength: its length as declared, 0 without. Either may be null; without
+// pixelValueLength the search ends at the tag.
+DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
+                   std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength);
+
+// Reads preamble and group 0002. A file of fewer than 136 bytes gives kDcOk and implicit little
+// endian; a larger one without "DICM" gives kDcNotDicom. dataSetOffset (may be null): where the
+// data set starts.
+DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
+                           std::uint64_t* dataSetOffset);
+
+// Measures the value behind a 4-byte item length field with `remaining` bytes after it. An
+// undefined length is followed to its delimitation item; trailerLength is 8 then, else 0.
+DcCode utilGetSqItemValLen(const std::uint8_t* lengthField, std::uint32_t remaining,
+                           DcUid transferSyntax, std::uint32_t* valueLength,
+                           std::uint32_t* trailerLength);
+
+}  // namespace quillon

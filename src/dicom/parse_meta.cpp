@@ -1,0 +1,139 @@
+#include "parse_meta.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "dicom/dict.h"
+#include "dicom/elem_list.h"
+#include "dicom/log.h"
+#include "parse_list.h"
+#include "parse_walk.h"
+
+namespace quillon {
+namespace {
+
+constexpr std::uint64_t kSmallestFile = 136;
+constexpr std::uint64_t kMagicAt = 128;
+constexpr std::size_t kMagicBytes = 4;
+constexpr std::uint16_t kMetaGroup = 0x0002;
+constexpr std::size_t kMaxUidChars = 128;
+constexpr std::size_t kMaxNameChars = 16;
+
+// Undefined lengths have no place in the meta group: where one stands, only the bytes of the
+// delimitation item tell where it ends.
+bool scanToDelimiter(FileWindow& window, std::uint64_t& position) {
+  while (const std::uint8_t* bytes = window.at(position, kShortHeaderBytes)) {
+    if (loadTag(bytes, false) == kSequenceDelimitation && loadLe32(bytes + 4) == 0) {
+      position += kShortHeaderBytes;
+      return true;
+    }
+    ++position;
+  }
+  return false;
+}
+
+// Moves `position` from the first element of the group to the first tag behind it.
+bool walkMetaGroup(FileWindow& window, std::uint64_t& position) {
+  while (true) {
+    const std::uint8_t* group = window.at(position, sizeof(DcTag));
+    if (group == nullptr) return false;
+    if (loadLe16(group) != kMetaGroup) return true;
+    std::size_t available = 0;
+    const std::uint8_t* bytes = headerAt(window, position, available);
+    ElemInfo info;
+    if (bytes == nullptr || !utilGetElemInfo(bytes, available, kParseExplicitLittleForm, info)) {
+      return false;
+    }
+    position += info.headerBytes;
+    if (info.valueLength != kUndefinedLength) {
+      position += info.valueLength;
+    } else if (!scanToDelimiter(window, position)) {
+      return false;
+    }
+  }
+}
+
+void take(const DcElemList& group, std::uint16_t element, std::size_t maxChars, std::string& out) {
+  const DcElem* found = group.find(dcTag(kMetaGroup, element));
+  const std::string* text = found != nullptr ? found->stringValue(0) : nullptr;
+  if (text != nullptr) out = text->substr(0, maxChars);
+}
+
+const DcElemValueBuf* bytesOf(const DcElemList& group, std::uint16_t element) {
+  const DcElem* found = group.find(dcTag(kMetaGroup, element));
+  if (found == nullptr || found->segments().empty()) return nullptr;
+  return &found->segments().front();
+}
+
+void fillRecord(const DcElemList& group, DcFileMetaInfo& metaInfo) {
+  if (const DcElemValueBuf* version = bytesOf(group, 0x0001);
+      version != nullptr && version->lengthBytes() >= 2) {
+    metaInfo.version = loadBe16(version->data());
+  }
+  take(group, 0x0002, kMaxUidChars, metaInfo.sopClassUid);
+  take(group, 0x0003, kMaxUidChars, metaInfo.sopInstanceUid);
+  take(group, 0x0010, kMaxUidChars, metaInfo.transferSyntaxUid);
+  take(group, 0x0012, kMaxUidChars, metaInfo.implementationClassUid);
+  take(group, 0x0013, kMaxNameChars, metaInfo.implementationVersionName);
+  take(group, 0x0016, kMaxNameChars, metaInfo.sourceAeTitle);
+  take(group, 0x0100, kMaxUidChars, metaInfo.privateCreatorUid);
+  if (const DcElemValueBuf* information = bytesOf(group, 0x0102)) {
+    metaInfo.privateInformation.assign(information->data(),
+                                       information->data() + information->lengthBytes());
+  }
+}
+
+void resolveUids(DcFileMetaInfo& metaInfo, DataSetPlace& place) {
+  if (!metaInfo.sopClassUid.empty()) {
+    theDictionary().getUidDef(metaInfo.sopClassUid.c_str(), &metaInfo.sopClass);
+  }
+  if (metaInfo.transferSyntaxUid.empty()) return;
+  DcUid syntax = DcUid::None;
+  theDictionary().getUidDef(metaInfo.transferSyntaxUid.c_str(), &syntax);
+  if (isTransferSyntaxUid(syntax)) {
+    metaInfo.transferSyntax = syntax;
+    place.syntax = syntax;
+  } else {
+    place.syntax = DcUid::ExplicitLittleEndian;
+  }
+}
+
+}  // namespace
+
+DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& place) {
+  constexpr const char* kFunction = "dirReadFileMetaInfo";
+  metaInfo.clear();
+  metaInfo.transferSyntax = DcUid::ImplicitLittleEndian;
+  place = DataSetPlace{};
+  if (window.size() < kSmallestFile) return kDcOk;
+  const std::uint8_t* head = window.at(0, kSmallestFile);
+  if (head == nullptr) {
+    dcLog(DcLogLevel::Error, kFunction, "Error reading fileMetaInfo at offset 0x%x", 0U);
+    return kDcReadFailed;
+  }
+  if (std::memcmp(head + kMagicAt, "DICM", kMagicBytes) != 0) return kDcNotDicom;
+  std::copy_n(head, metaInfo.preamble.size(), metaInfo.preamble.begin());
+
+  std::uint64_t end = kMetaGroupAt;
+  if (!walkMetaGroup(window, end)) {
+    dcLog(DcLogLevel::Error, kFunction, "Error reading fileMetaInfo at offset 0x%x",
+          static_cast<unsigned>(end));
+    return kDcReadFailed;
+  }
+  place.offset = end;
+  if (end == kMetaGroupAt) return kDcNotDicom;
+  const std::uint8_t* bytes = nullptr;
+  if (const DcCode code = window.load(kMetaGroupAt, end, bytes); code != kDcOk) return code;
+  DcElemList group;
+  std::size_t consumed = 0;
+  // The walk has found where the data set begins: the elements that can be read are enough.
+  processElemListDM(group, bytes, static_cast<std::size_t>(end - kMetaGroupAt),
+                    DcUid::ExplicitLittleEndian, kParseExplicitLittleForm, consumed, kMetaGroupAt,
+                    0);
+  fillRecord(group, metaInfo);
+  resolveUids(metaInfo, place);
+  return kDcOk;
+}
+
+}  // namespace quillon

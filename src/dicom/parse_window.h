@@ -1,0 +1,55 @@
+// The bytes of a file that a parser steps over: its beginning in memory, read in growing chunks,
+// and one more chunk somewhere behind it when a value was stepped over that is larger than that.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "dicom/file.h"
+#include "dicom/types.h"
+
+namespace quillon {
+
+// Opens for reading. kDcStatFailed when there is no such file, else kDcOpenFailed.
+DcCode openToRead(DcFile& file, const char* fileName, const char* function);
+
+class FileWindow {
+ public:
+  // What at() can answer in one piece.
+  static constexpr std::size_t kMaxPiece = 4096;
+
+  // isAtStart: the file was just opened, so that the first read needs no seek.
+  FileWindow(DcFile& file, bool isAtStart);
+  // False when the size of the file cannot be obtained.
+  bool measure();
+  [[nodiscard]] std::uint64_t size() const { return size_; }
+  // Bytes [position, position + count), valid until the next call; null behind the end of the file
+  // and on a read error.
+  const std::uint8_t* at(std::uint64_t position, std::size_t count);
+  // All bytes [from, to) in one piece, valid while the window lives; the pieces that at() answered
+  // are gone. kDcNoMemory or kDcReadFailed.
+  DcCode load(std::uint64_t from, std::uint64_t to, const std::uint8_t*& bytes);
+
+ private:
+  struct Chunk {
+    std::unique_ptr<std::uint8_t[]> bytes;
+    std::uint64_t start = 0;
+    std::size_t length = 0;
+    std::size_t capacity = 0;
+    [[nodiscard]] const std::uint8_t* find(std::uint64_t position, std::size_t count) const;
+    bool reserve(std::size_t wanted);
+  };
+  bool grow(std::size_t wanted);
+  bool jump(std::uint64_t position);
+  bool readAt(std::uint64_t position, std::uint8_t* to, std::size_t count);
+
+  DcFile& file_;
+  std::uint64_t size_ = 0;
+  std::uint64_t filePosition_;
+  Chunk head_;
+  Chunk aside_;
+  std::unique_ptr<std::uint8_t[]> loaded_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,70 @@
+#include "dicomobjects/dicom_object_list.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace quillon {
+
+CDicomObjectList::CDicomObjectList() { SetClassName(OLESTR("CDicomObjectList")); }
+
+void CDicomObjectList::RemoveAll() {
+  byUid_.clear();
+  byKey_.clear();
+  COwningList::RemoveAll();
+}
+
+bool CDicomObjectList::AddObject(TextView path) {
+  std::unique_ptr<CDicomObjectProperties> item(new (std::nothrow) CDicomObjectProperties());
+  if (item == nullptr) return Fail(kMsgNoStorageForImage);
+  CDicomUtil util;
+  CDicomObjectProcessor processor;
+  if (!processor.ReadObjectProperties(path, util, *item)) return FailAs(processor);
+  return Append(std::move(item));
+}
+
+bool CDicomObjectList::AddObject(CDicomUtil& util, bool instanceUidOptional) {
+  std::unique_ptr<CDicomObjectProperties> item(new (std::nothrow) CDicomObjectProperties());
+  if (item == nullptr) return Fail(kMsgNoStorageForImage);
+  CDicomObjectProcessor processor;
+  processor.SetInstanceUidOptional(instanceUidOptional);
+  if (!processor.ReadProperties(util, *item)) return FailAs(processor);
+  return Append(std::move(item));
+}
+
+bool CDicomObjectList::Append(std::unique_ptr<CDicomObjectProperties> properties) {
+  const std::size_t position = GetCount();
+  const CDicomObjectProperties& item = *properties;
+  if (!CBaseList::Add(properties.get())) return Fail(kMsgNoStorageForImage);
+  properties.release();  // NOLINT(bugprone-unused-return-value): the list owns it now
+  // Nothing is replaced: the first object of a UID or key stays the one that is found.
+  if (!item.InstanceUid().empty()) byUid_.emplace(item.InstanceUid(), position);
+  if (!item.InstanceKey().empty() && item.InstanceKey() != item.InstanceUid()) {
+    byKey_.emplace(item.InstanceKey(), position);
+  }
+  return true;
+}
+
+CDicomObjectProperties* CDicomObjectList::FindByInstanceUid(TextView uid) {
+  if (uid.empty()) {
+    SetErrorMessage(kMsgInstanceUidInvalid);
+    return nullptr;
+  }
+  std::size_t position = GetCount();
+  for (const Index* index : {&byUid_, &byKey_}) {
+    const auto found = index->find(uid);
+    if (found != index->end()) position = std::min(position, found->second);
+  }
+  return At(position);
+}
+
+CDicomObjectProperties* CDicomObjectList::FindBySopInstanceUid(TextView uid) {
+  if (uid.empty()) {
+    SetErrorMessage(kMsgInstanceUidInvalid);
+    return nullptr;
+  }
+  const auto found = byUid_.find(uid);
+  return found == byUid_.end() ? nullptr : At(found->second);
+}
+
+}  // namespace quillon

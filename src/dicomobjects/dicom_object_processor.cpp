@@ -1,0 +1,243 @@
+#include "dicomobjects/dicom_object_processor.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <type_traits>
+
+#include "foundation/file_util.h"
+#include "instance_uid.h"
+#include "value_text.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr TextView kMakerCrClass = OLESTR("1.2.392.876543.9125.1.1.2");
+constexpr std::array<TextView, 3> kUncompressed{
+    OLESTR("1.2.840.10008.1.2.1"), OLESTR("1.2.840.10008.1.2"), OLESTR("1.2.840.10008.1.2.2")};
+constexpr std::size_t kMaxUidChars = 1024;
+constexpr unsigned kOverlayGroups = 16;  // 6000, 6002 ... 601E
+constexpr unsigned kMaskBits = std::numeric_limits<std::uint16_t>::digits;
+
+// False when the element is absent or has no value that could be a text; an empty text is one.
+bool ReadText(CDicomUtil& util, std::string_view tagPath, Text& text) {
+  DicomValue value;
+  text.clear();
+  return util.GetValue(tagPath, value, /*asArray=*/false) && DicomValueToText(value, text);
+}
+
+// The same, but an element without a value counts as missing.
+bool ReadFilledText(CDicomUtil& util, std::string_view tagPath, Text& text) {
+  return ReadText(util, tagPath, text) && !text.empty();
+}
+
+// Values that may be signed or not come as text; a negative one keeps its bits.
+bool ReadUint16(CDicomUtil& util, std::string_view tagPath, std::uint16_t& number) {
+  DicomValue value;
+  number = 0;
+  if (!util.GetValue(tagPath, value, /*asArray=*/false)) return false;
+  return std::visit(
+      [&number](const auto& held) {
+        using Held = std::decay_t<decltype(held)>;
+        if constexpr (std::is_integral_v<Held>) {
+          number = static_cast<std::uint16_t>(held);
+          return true;
+        } else if constexpr (std::is_same_v<Held, Text>) {
+          number = static_cast<std::uint16_t>(LeadingNumber(held));
+          return !held.empty();
+        } else {
+          return false;
+        }
+      },
+      value);
+}
+
+void ReadNumberOfFrames(CDicomUtil& util, CDicomImageProperties& image) {
+  Text frames;
+  image.numberOfFrames = 1;
+  if (ReadFilledText(util, "00280008,IS", frames)) {
+    image.numberOfFrames = static_cast<std::uint32_t>(std::max(LeadingNumber(frames), 0));
+  }
+}
+
+// Of encapsulated pixel data that was deferred, the value as declared: its first fragment is looked
+// up in the file by whoever needs it, not for every file that is added.
+void ReadPixelDataPosition(const CDicomUtil& util, CDicomImageProperties& image) {
+  if (!util.GetDeferredPixelData(image.pixelDataOffset, image.pixelDataLength) &&
+      !util.GetPixelDataPosition(image.pixelDataOffset, image.pixelDataLength)) {
+    image.pixelDataOffset = 0;
+    util.GetPixelDataLength(image.pixelDataLength);
+  }
+}
+
+}  // namespace
+
+CDicomObjectProcessor::CDicomObjectProcessor() { SetClassName(OLESTR("CDicomObjectProcessor")); }
+
+bool CDicomObjectProcessor::ReadObjectProperties(TextView path, CDicomUtil& util,
+                                                 CDicomObjectProperties& properties) {
+  if (path.empty()) return Fail(kMsgFilenameInvalid);
+  if (!util.ReadFile(path, /*deferPixelData=*/true)) return Fail(kMsgCannotReadDicomFile, {path});
+  return ReadProperties(util, properties);
+}
+
+bool CDicomObjectProcessor::ReadProperties(CDicomUtil& util, CDicomObjectProperties& properties) {
+  properties.Clear();
+  if (!ReadFileIdentity(util, properties) || !ReadSopClass(util, properties) ||
+      !ParseInstanceUid(util, properties)) {
+    return false;
+  }
+  // None of these is required.
+  Text text;
+  util.GetTransferSyntaxUid(text);
+  properties.SetTransferSyntax(text);
+  util.GetDataSetTransferSyntaxUid(text);
+  properties.SetDataSetTransferSyntaxUid(text);
+  util.GetImplementationVersionName(text);
+  properties.SetImplementationVersionName(text);
+  util.GetImplementationClassUid(text);
+  properties.SetImplementationClassUid(text);
+
+  return ReadModality(util, properties) && ReadInstanceNumber(util, properties) &&
+         (util.HasNoPixelData() || ReadImage(util, properties));
+}
+
+bool CDicomObjectProcessor::ReadFileIdentity(CDicomUtil& util, CDicomObjectProperties& properties) {
+  Text path;
+  util.GetFilePath(path);
+  if (path.empty()) return Fail(kMsgFilenameInvalid);
+  if (!properties.SetFileName(path)) return Fail(kMsgCannotSetImageFilename, {path});
+  // A size that cannot be had is no reason to lose the object.
+  CFileUtil files;
+  std::uint32_t sizeBytes = 0;
+  properties.SetFileSize(files.GetFileSize(path, sizeBytes) ? sizeBytes : 0);
+  return true;
+}
+
+bool CDicomObjectProcessor::ReadSopClass(CDicomUtil& util, CDicomObjectProperties& properties) {
+  Text uid;
+  if (ReadFilledText(util, "00080016,UI", uid)) {
+    properties.SetSopClassUid(uid);
+    return true;
+  }
+  return instanceUidOptional_ || Fail(kMsgSopClassUidInvalid, {properties.FileName()});
+}
+
+bool CDicomObjectProcessor::ReadModality(CDicomUtil& util, CDicomObjectProperties& properties) {
+  Text modality;
+  if (ReadFilledText(util, "00080060,CS", modality)) {
+    properties.SetModality(modality);
+    return true;
+  }
+  return instanceUidOptional_ || Fail(kMsgModalityPropertyInvalid);
+}
+
+// An image may have an empty number, so only an absent one is missing.
+bool CDicomObjectProcessor::ReadInstanceNumber(CDicomUtil& util,
+                                               CDicomObjectProperties& properties) {
+  Text number;
+  const bool found = ReadText(util, "00200013,IS", number);
+  if (!found && instanceUidOptional_) return true;
+  CDicomImageProperties* image = found ? properties.Image() : nullptr;
+  if (image != nullptr && image->SetInstanceNumber(number)) return true;
+  return Fail(kMsgImageNumberInvalid, {properties.FileName()});
+}
+
+bool CDicomObjectProcessor::ReadImage(CDicomUtil& util, CDicomObjectProperties& properties) {
+  CDicomImageProperties* image = properties.Image();
+  if (image == nullptr) {
+    return instanceUidOptional_ || Fail(kMsgNumberOfFramesInvalid, {properties.FileName()});
+  }
+  if (!ReadPixelDescription(util, *image)) return false;
+  image->isCompressed = std::ranges::find(kUncompressed, properties.DataSetTransferSyntaxUid()) ==
+                        kUncompressed.end();
+  ReadPixelDataPosition(util, *image);
+  image->isMakerCr = properties.SopClassUid() == kMakerCrClass;
+  if (!ComputeOverlayMask(util, image->overlayMask)) return false;
+  ReadNumberOfFrames(util, *image);
+  return true;
+}
+
+bool CDicomObjectProcessor::ReadNumber(CDicomUtil& util, std::string_view tagPath, UINT message,
+                                       std::uint16_t& number) {
+  return ReadUint16(util, tagPath, number) || instanceUidOptional_ || Fail(message);
+}
+
+bool CDicomObjectProcessor::ReadPixelDescription(CDicomUtil& util, CDicomImageProperties& image) {
+  if (!ReadNumber(util, "00280100,US", kMsgBitsAllocatedInvalid, image.bitsAllocated)) return false;
+  image.hasPixelPaddingValue = ReadUint16(util, "00280120,US", image.pixelPaddingValue);
+  return ReadNumber(util, "00280010,US", kMsgRowsInvalid, image.rows) &&
+         ReadNumber(util, "00280011,US", kMsgColumnsInvalid, image.columns) &&
+         ReadNumber(util, "00280101,US", kMsgBitsStoredInvalid, image.bitsStored) &&
+         ReadPhotometricInterpretation(util, image) &&
+         ReadNumber(util, "00280103,US", kMsgPixelRepresentationInvalid,
+                    image.pixelRepresentation) &&
+         ReadNumber(util, "00280002,US", kMsgSamplesPerPixelInvalid, image.samplesPerPixel) &&
+         ReadPlanarConfiguration(util, image);
+}
+
+bool CDicomObjectProcessor::ReadPhotometricInterpretation(CDicomUtil& util,
+                                                          CDicomImageProperties& image) {
+  Text text;
+  if (ReadFilledText(util, "00280004,CS", text) && image.SetPhotometricInterpretation(text)) {
+    return true;
+  }
+  return instanceUidOptional_ || Fail(kMsgPhotometricInterpretationInvalid);
+}
+
+bool CDicomObjectProcessor::ReadPlanarConfiguration(CDicomUtil& util,
+                                                    CDicomImageProperties& image) {
+  if (image.samplesPerPixel <= 1) return true;
+  ReadUint16(util, "00280006,US", image.planarConfiguration);
+  Text text = image.PhotometricInterpretation();
+  text.append(1, OLESTR('/')).append(NumberText(image.planarConfiguration));
+  return image.SetPhotometricInterpretation(text) || instanceUidOptional_ ||
+         Fail(kMsgPhotometricInterpretationInvalid);
+}
+
+bool CDicomObjectProcessor::ParseInstanceUid(CDicomUtil& util, CDicomObjectProperties& properties) {
+  CDicomImageProperties* image = properties.Image();
+  if (image == nullptr) return FailAs(properties);
+  Text uid;
+  if (!ReadFilledText(util, "00080018,UI", uid)) {
+    if (!instanceUidOptional_) return Fail(kMsgInstanceUidInvalid);
+    properties.ClearInstance();
+    image->isMakerInstanceUid = false;
+    image->frameNumber = 1;
+    return true;
+  }
+  // No real UID needs to be longer than the maker's root, and one that is not cannot have its form.
+  // Where a file is only to be filed and not to be told apart from the maker's, it must not be
+  // lost over that: with the flag set a short UID is its own key.
+  InstanceUidParts parts;
+  if (uid.size() > kMaxUidChars || !ParseInstanceUidText(uid, instanceUidOptional_, parts)) {
+    return Fail(kMsgInstanceUidInvalid);
+  }
+  if (!properties.SetInstanceKey(parts.key) || !properties.SetFrameKey(FrameKeyOf(parts)) ||
+      !properties.SetInstanceUid(uid)) {
+    return Fail(kMsgImageKeyInvalid);
+  }
+  image->isMakerInstanceUid = parts.isMakerForm;
+  image->frameNumber = parts.frameIndex + 1;
+  return true;
+}
+
+bool CDicomObjectProcessor::ComputeOverlayMask(CDicomUtil& util, std::uint16_t& mask) {
+  std::uint32_t sum = 0;
+  std::array<char, 12> path{"60000102,US"};
+  for (unsigned i = 0; i < kOverlayGroups; ++i) {
+    // The group's last two digits: 00 to 1e.
+    path[2] = i < 8 ? '0' : '1';
+    path[3] = "02468ace"[i % 8];
+    std::uint16_t position = 0;
+    if (ReadUint16(util, {path.data(), path.size() - 1}, position) && position > 0 &&
+        position < kMaskBits) {
+      sum += 1U << position;
+    }
+  }
+  mask = static_cast<std::uint16_t>(sum);
+  return true;
+}
+
+}  // namespace quillon

@@ -1,0 +1,329 @@
+#include "dicomobjects/dicom_util.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <utility>
+
+#include "dicom/elem_sq.h"
+#include "dicom/parse_fields.h"
+#include "dicom/read_file.h"
+#include "elem_copy.h"
+#include "elem_value.h"
+#include "platform/services.h"
+#include "platform/win32.h"
+#include "tag_path.h"
+#include "value_text.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr DcTag kMetaInfoVersion = dcTag(0x0002, 0x0001);
+constexpr DcTag kMetaSopClass = dcTag(0x0002, 0x0002);
+constexpr DcTag kMetaSopInstance = dcTag(0x0002, 0x0003);
+constexpr DcTag kMetaTransferSyntax = dcTag(0x0002, 0x0010);
+constexpr DcTag kMetaImplementationClass = dcTag(0x0002, 0x0012);
+constexpr DcTag kMetaImplementationVersion = dcTag(0x0002, 0x0013);
+constexpr DcTag kMetaSourceAeTitle = dcTag(0x0002, 0x0016);
+constexpr DcTag kMetaPrivateCreator = dcTag(0x0002, 0x0100);
+constexpr DcTag kBitsAllocated = dcTag(0x0028, 0x0100);
+constexpr DcTag kPixelData = dcTag(0x7FE0, 0x0010);
+constexpr std::uint16_t kMetaGroup = 0x0002;
+
+// Tag (and VR) and length of the Pixel Data element stand before its value.
+constexpr std::uint64_t kImplicitHeaderBytes = 8;
+constexpr std::uint64_t kExplicitHeaderBytes = 12;
+// Item tag and length of a fragment, always little endian: FE FF 00 E0 and four bytes of length.
+constexpr std::uint32_t kItemHeaderBytes = 8;
+constexpr std::array<std::uint8_t, 4> kItemTag{0xFE, 0xFF, 0x00, 0xE0};
+
+const DcElemSq* AsSequence(const DcElem* element) {
+  if (element == nullptr || !element->isSequence()) return nullptr;
+  return dynamic_cast<const DcElemSq*>(element);
+}
+
+// What the file says stands before what its dictionary id says: newer classes have no id.
+Text UidOf(const std::string& asRead, DcUid id) {
+  if (!asRead.empty()) return WidenValue(asRead);
+  const char* known = CDicomUtilDict::UidText(id);
+  return known == nullptr ? Text() : WidenValue(known);
+}
+
+bool IsNative(DcUid transferSyntax) {
+  return transferSyntax == DcUid::ImplicitLittleEndian ||
+         transferSyntax == DcUid::ExplicitLittleEndian ||
+         transferSyntax == DcUid::ExplicitBigEndian ||
+         transferSyntax == DcUid::DeflatedExplicitLittleEndian;
+}
+
+class FileHandle {
+ public:
+  explicit FileHandle(const Text& path)
+      : handle_(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr)) {}
+  ~FileHandle() {
+    if (IsOpen()) CloseHandle(handle_);
+  }
+  FileHandle(const FileHandle&) = delete;
+  FileHandle& operator=(const FileHandle&) = delete;
+
+  [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+
+  bool Size(std::uint64_t& sizeBytes) const {
+    LARGE_INTEGER size{};
+    if (!GetFileSizeEx(handle_, &size)) return false;
+    sizeBytes = static_cast<std::uint64_t>(size.QuadPart);
+    return true;
+  }
+
+  bool Seek(std::uint64_t offset) const {
+    LARGE_INTEGER distance{};
+    distance.QuadPart = static_cast<LONGLONG>(offset);
+    return SetFilePointerEx(handle_, distance, nullptr, FILE_BEGIN) != FALSE;
+  }
+
+  bool ReadAll(std::uint8_t* bytes, std::uint32_t lengthBytes) const {
+    std::uint32_t done = 0;
+    while (done < lengthBytes) {
+      DWORD got = 0;
+      if (!::ReadFile(handle_, bytes + done, lengthBytes - done, &got, nullptr) || got == 0) {
+        return false;
+      }
+      done += got;
+    }
+    return true;
+  }
+
+ private:
+  HANDLE handle_;
+};
+
+// The item header at `offset`: false when none stands there.
+bool ReadItemLength(const Text& path, std::uint64_t offset, std::uint32_t& lengthBytes) {
+  CBuffer header;
+  if (!CDicomUtil::ReadUNCToBuffer(path, offset, kItemHeaderBytes, header)) return false;
+  const std::uint8_t* bytes = header.GetData();
+  if (!std::equal(kItemTag.begin(), kItemTag.end(), bytes)) return false;
+  lengthBytes = static_cast<std::uint32_t>(bytes[4]) | static_cast<std::uint32_t>(bytes[5]) << 8 |
+                static_cast<std::uint32_t>(bytes[6]) << 16 |
+                static_cast<std::uint32_t>(bytes[7]) << 24;
+  return true;
+}
+
+}  // namespace
+
+CDicomUtil::CDicomUtil() { SetClassName(OLESTR("CDicomUtil")); }
+
+CDicomUtil::CDicomUtil(DcElemList& list) : list_(&list) { SetClassName(OLESTR("CDicomUtil")); }
+
+CDicomUtil::~CDicomUtil() = default;
+
+void CDicomUtil::Clear() {
+  owned_.reset();
+  list_ = nullptr;
+  metaInfo_.clear();
+  filePath_.clear();
+  pixelDataOffset_ = 0;
+  pixelDataLength_ = 0;
+  pixelDataDeferred_ = false;
+  lastResult_ = kDcOk;
+}
+
+bool CDicomUtil::ReadFile(TextView path, bool deferPixelData) {
+  Clear();
+  const std::string fileName = NarrowText(path, FileSystemCodePage());
+  // A new list each time: it takes the hook that the checking switch of this moment asks for.
+  auto elements = std::make_unique<DcElemList>();
+  std::uint64_t offset = 0;
+  std::uint32_t lengthBytes = 0;
+  lastResult_ = deferPixelData
+                    ? dirReadFile(fileName.c_str(), metaInfo_, *elements, &offset, &lengthBytes)
+                    : dirReadFile(fileName.c_str(), metaInfo_, *elements);
+  if (lastResult_ != kDcOk) {
+    metaInfo_.clear();
+    return false;
+  }
+  if (deferPixelData && offset > 0 && lengthBytes > 0) {
+    // The segment is put in its place directly: adding it as a value would open the file again.
+    auto placeholder = std::make_unique<DcElem>(kPixelData);
+    placeholder->segments().push_back(
+        DcElemValueBuf::inFile(fileName, offset, lengthBytes, metaInfo_.transferSyntax));
+    elements->add(std::move(placeholder));
+    pixelDataOffset_ = offset;
+    pixelDataLength_ = lengthBytes;
+    pixelDataDeferred_ = true;
+  }
+  owned_ = std::move(elements);
+  list_ = owned_.get();
+  filePath_ = path;
+  return true;
+}
+
+bool CDicomUtil::GetValue(std::string_view tagPath, DicomValue& value, bool asArray) {
+  value = std::monostate{};
+  const DcElemList* list = list_;
+  TagPathCursor path(tagPath);
+  TagPathStep step;
+  while (list != nullptr && path.Next(step)) {
+    if (step.itemFromOne == 0) {
+      if (dcGroup(step.tag) == kMetaGroup && list == list_) return GetMetaValue(step.tag, value);
+      DcElem* element = list->find(step.tag);
+      if (element == nullptr) return false;
+      return element->isSequence() || ReadElementValue(*element, ValueVr(*element), asArray, value);
+    }
+    const DcElemSq* sequence = AsSequence(list->find(step.tag));
+    if (sequence == nullptr || step.itemFromOne > sequence->itemCount()) return false;
+    list = sequence->item(step.itemFromOne - 1);
+  }
+  return false;
+}
+
+bool CDicomUtil::GetMetaValue(DcTag tag, DicomValue& value) const {
+  Text text;
+  switch (tag) {
+    case kMetaInfoVersion:
+      value = metaInfo_.version;
+      return true;
+    case kMetaSopClass:
+      GetSopClassUid(text);
+      break;
+    case kMetaSopInstance:
+      GetSopInstanceUid(text);
+      break;
+    case kMetaTransferSyntax:
+      GetTransferSyntaxUid(text);
+      break;
+    case kMetaImplementationClass:
+      GetImplementationClassUid(text);
+      break;
+    case kMetaImplementationVersion:
+      GetImplementationVersionName(text);
+      break;
+    case kMetaSourceAeTitle:
+      GetSourceAeTitle(text);
+      break;
+    case kMetaPrivateCreator:
+      GetPrivateCreatorUid(text);
+      break;
+    default:
+      return false;
+  }
+  value = std::move(text);
+  return true;
+}
+
+// OX says bytes or words: words when the pixels take more than a byte each.
+DcVr CDicomUtil::ValueVr(const DcElem& element) const {
+  const DcVr vr = element.vr() == DcVr::IM ? element.resolvedVr() : element.vr();
+  if (vr != DcVr::OX) return vr;
+  std::uint16_t bitsAllocated = 0;
+  if (list_->getValue(kBitsAllocated, bitsAllocated) != kDcOk) return DcVr::OB;
+  return bitsAllocated > 8 ? DcVr::OW : DcVr::OB;
+}
+
+bool CDicomUtil::CopySequence(DcTag tag, CDicomUtil& target) {
+  if (list_ == nullptr || target.list_ == nullptr) return false;
+  DcElem* element = list_->find(tag);
+  if (AsSequence(element) == nullptr) return false;
+  std::unique_ptr<DcElem> copy = CopyElement(*element);
+  return copy != nullptr && target.list_->add(std::move(copy)) != nullptr;
+}
+
+bool CDicomUtil::ReadUNCToBuffer(TextView path, std::uint64_t offset, std::uint32_t lengthBytes,
+                                 CBuffer& buffer) {
+  const FileHandle file{Text(path)};
+  std::uint64_t sizeBytes = 0;
+  if (!file.IsOpen() || !file.Size(sizeBytes) || offset > sizeBytes || !file.Seek(offset)) {
+    return false;
+  }
+  const std::uint64_t remaining = sizeBytes - offset;
+  const std::uint64_t wanted = lengthBytes == 0 ? remaining : lengthBytes;
+  // Compared before anything is allocated: a length from a file may be any number.
+  if (wanted > remaining || wanted > UINT32_MAX) return false;
+  if ((lengthBytes == 0 || buffer.IsEmpty()) &&
+      buffer.Allocate(static_cast<std::uint32_t>(wanted)) != 0) {
+    return false;
+  }
+  const auto expected = std::min(static_cast<std::uint32_t>(wanted), buffer.GetSize());
+  return file.ReadAll(buffer.GetData(), expected);
+}
+
+void CDicomUtil::GetSopClassUid(Text& out) const {
+  out = UidOf(metaInfo_.sopClassUid, metaInfo_.sopClass);
+}
+
+void CDicomUtil::GetTransferSyntaxUid(Text& out) const {
+  out = UidOf(metaInfo_.transferSyntaxUid, metaInfo_.transferSyntax);
+}
+
+// The parser takes the meta information's word for it.
+void CDicomUtil::GetDataSetTransferSyntaxUid(Text& out) const { GetTransferSyntaxUid(out); }
+
+void CDicomUtil::GetSopInstanceUid(Text& out) const { out = WidenValue(metaInfo_.sopInstanceUid); }
+
+void CDicomUtil::GetImplementationClassUid(Text& out) const {
+  out = WidenValue(metaInfo_.implementationClassUid);
+}
+
+void CDicomUtil::GetImplementationVersionName(Text& out) const {
+  out = WidenValue(metaInfo_.implementationVersionName);
+}
+
+void CDicomUtil::GetSourceAeTitle(Text& out) const { out = WidenValue(metaInfo_.sourceAeTitle); }
+
+void CDicomUtil::GetPrivateCreatorUid(Text& out) const {
+  out = WidenValue(metaInfo_.privateCreatorUid);
+}
+
+bool CDicomUtil::HasNoPixelData() const {
+  return !pixelDataDeferred_ && (list_ == nullptr || !list_->contains(kPixelData));
+}
+
+bool CDicomUtil::GetPixelDataLength(std::uint32_t& lengthBytes) const {
+  lengthBytes = pixelDataLength_;
+  if (pixelDataDeferred_) return true;
+  const DcElem* element = list_ == nullptr ? nullptr : list_->find(kPixelData);
+  if (element == nullptr) return false;
+  for (const DcElemValueBuf& segment : element->segments()) lengthBytes += segment.lengthBytes();
+  return true;
+}
+
+bool CDicomUtil::GetDeferredPixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const {
+  offset = pixelDataOffset_;
+  lengthBytes = pixelDataLength_;
+  return pixelDataDeferred_;
+}
+
+// Pixel data that was loaded came without its place in the file, which is looked up there.
+bool CDicomUtil::LocatePixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const {
+  if (GetDeferredPixelData(offset, lengthBytes)) return true;
+  if (filePath_.empty() || HasNoPixelData()) return false;
+  std::array<DcFieldRequest, 2> requests;
+  requests[0].tag = kPixelData;
+  requests[1].tag = kLastFieldRequest;
+  const std::string fileName = NarrowText(filePath_, FileSystemCodePage());
+  if (libParseFields(fileName.c_str(), requests.data(), /*readPixelLength=*/false) != kDcOk ||
+      requests[0].status != DcFieldStatus::PixelDataNotRead) {
+    return false;
+  }
+  offset = requests[0].offsetInFile + (metaInfo_.transferSyntax == DcUid::ImplicitLittleEndian
+                                           ? kImplicitHeaderBytes
+                                           : kExplicitHeaderBytes);
+  return GetPixelDataLength(lengthBytes);
+}
+
+bool CDicomUtil::GetPixelDataPosition(std::uint64_t& offset, std::uint32_t& lengthBytes) const {
+  if (!LocatePixelData(offset, lengthBytes)) return false;
+  std::uint32_t itemBytes = 0;
+  if (IsNative(metaInfo_.transferSyntax) || !ReadItemLength(filePath_, offset, itemBytes)) {
+    return lengthBytes != kUndefinedLength;
+  }
+  // The first item is the basic offset table; the first fragment follows it.
+  offset += kItemHeaderBytes + std::uint64_t{itemBytes};
+  if (!ReadItemLength(filePath_, offset, lengthBytes)) return false;
+  offset += kItemHeaderBytes;
+  return true;
+}
+
+}  // namespace quillon

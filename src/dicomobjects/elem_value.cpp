@@ -1,0 +1,197 @@
+#include "elem_value.h"
+
+#include <bit>
+#include <span>
+#include <string_view>
+#include <utility>
+
+#include "dicomobjects/dicom_util.h"
+#include "foundation/buffer.h"
+#include "platform/services.h"
+#include "value_text.h"
+
+namespace quillon {
+
+namespace {
+
+// Longest text of a number or tag that the toolkit writes.
+constexpr std::size_t kNumberTextBytes = 32;
+constexpr OLECHAR kValueSeparator = OLESTR('\\');
+
+template <typename Number>
+bool ReadNumbers(DcElem& element, bool asArray, DicomValue& value) {
+  // Once the iterator has moved, index 0 would mean its position.
+  element.resetIterator();
+  const int count = element.valueCount();
+  if (!asArray || count == 1) {
+    Number number{};
+    if (element.getValue(number, 0) != kDcOk) return false;
+    value = number;
+    return true;
+  }
+  std::vector<Number> numbers(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) {
+    if (element.getValue(numbers[static_cast<std::size_t>(i)], i) != kDcOk) return false;
+  }
+  value = std::move(numbers);
+  return true;
+}
+
+bool OneText(DcElem& element, int index, Text& text) {
+  if (const std::string* stored = element.stringValue(index)) {
+    text = WidenValue(TrimValue(*stored));
+    return true;
+  }
+  char number[kNumberTextBytes] = {};
+  if (element.getValue(number, sizeof number, index) != kDcOk) return false;
+  text = WidenValue(number);
+  return true;
+}
+
+// Several values as one text stand in it as they do in the file, with backslashes between them.
+bool ReadTexts(DcElem& element, bool asArray, DicomValue& value) {
+  element.resetIterator();
+  const int count = element.valueCount();
+  Text joined;
+  if (count == 1 || !asArray) {
+    for (int i = 0; i < count; ++i) {
+      Text one;
+      if (!OneText(element, i, one)) return false;
+      if (i == 0) {
+        joined = std::move(one);
+      } else {
+        joined.append(1, kValueSeparator).append(one);
+      }
+    }
+    value = std::move(joined);
+    return true;
+  }
+  std::vector<Text> texts(static_cast<std::size_t>(count));
+  for (int i = 0; i < count; ++i) {
+    if (!OneText(element, i, texts[static_cast<std::size_t>(i)])) return false;
+  }
+  value = std::move(texts);
+  return true;
+}
+
+// The bytes of a segment; those of a file segment are read into `loaded`. The length of
+// encapsulated pixel data that stayed in its file is not known, so its bytes are not to be had
+// here.
+bool SegmentBytes(const DcElemValueBuf& segment, CBuffer& loaded,
+                  std::span<const std::uint8_t>& bytes) {
+  if (segment.storage() == DcElemValueBuf::Storage::Memory) {
+    bytes = {segment.data(), segment.lengthBytes()};
+    return true;
+  }
+  if (segment.lengthBytes() == kUndefinedLength) return false;
+  bytes = {};
+  if (segment.lengthBytes() == 0) return true;
+  if (!CDicomUtil::ReadUNCToBuffer(WidenText(segment.fileName(), FileSystemCodePage()),
+                                   segment.offsetInFile(), segment.lengthBytes(), loaded)) {
+    return false;
+  }
+  bytes = {loaded.GetData(), loaded.GetSize()};
+  return true;
+}
+
+void AppendUnits(std::span<const std::uint8_t> bytes, bool, std::vector<std::uint8_t>& units) {
+  units.insert(units.end(), bytes.begin(), bytes.end());
+}
+
+void AppendUnits(std::span<const std::uint8_t> bytes, bool bigEndian,
+                 std::vector<std::uint16_t>& units) {
+  const std::size_t high = bigEndian ? 0 : 1;
+  units.reserve(units.size() + bytes.size() / 2);
+  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
+    units.push_back(static_cast<std::uint16_t>(bytes[at + high] << 8 | bytes[at + 1 - high]));
+  }
+}
+
+void AppendUnits(std::span<const std::uint8_t> bytes, bool bigEndian, std::vector<float>& units) {
+  units.reserve(units.size() + bytes.size() / 4);
+  for (std::size_t at = 0; at + 3 < bytes.size(); at += 4) {
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+      bits = bits << 8 | bytes[at + (bigEndian ? i : 3 - i)];
+    }
+    units.push_back(std::bit_cast<float>(bits));
+  }
+}
+
+template <typename Unit>
+bool BulkUnits(const DcElem& element, std::vector<Unit>& units) {
+  for (const DcElemValueBuf& segment : element.segments()) {
+    CBuffer loaded;
+    std::span<const std::uint8_t> bytes;
+    if (!SegmentBytes(segment, loaded, bytes)) return false;
+    AppendUnits(bytes, segment.transferSyntax() == DcUid::ExplicitBigEndian, units);
+  }
+  return true;
+}
+
+// One entry is a single value, more are always an array.
+template <typename Unit>
+bool ReadBulk(const DcElem& element, DicomValue& value) {
+  std::vector<Unit> units;
+  if (!BulkUnits(element, units)) return false;
+  if (units.size() > 1) {
+    value = std::move(units);
+  } else if (units.size() == 1) {
+    value = units.front();
+  }
+  return true;
+}
+
+// UT: the toolkit keeps its text, which has no limit, as bytes.
+bool ReadLongText(const DcElem& element, DicomValue& value) {
+  std::vector<std::uint8_t> bytes;
+  if (!BulkUnits(element, bytes)) return false;
+  if (bytes.empty()) return true;
+  value = WidenValue(TrimValue({reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
+  return true;
+}
+
+}  // namespace
+
+bool ReadElementValue(DcElem& element, DcVr vr, bool asArray, DicomValue& value) {
+  value = std::monostate{};
+  switch (vr) {
+    case DcVr::OB:
+    case DcVr::UN:
+    case DcVr::Xx:
+      return ReadBulk<std::uint8_t>(element, value);
+    case DcVr::OW:
+      return ReadBulk<std::uint16_t>(element, value);
+    case DcVr::OF:
+      return ReadBulk<float>(element, value);
+    case DcVr::UT:
+      return ReadLongText(element, value);
+    default:
+      break;
+  }
+  if (element.valueCount() == 0) return true;
+  switch (vr) {
+    case DcVr::FL:
+      return ReadNumbers<float>(element, asArray, value);
+    case DcVr::FD:
+      return ReadNumbers<double>(element, asArray, value);
+    case DcVr::SL:
+      return ReadNumbers<std::int32_t>(element, asArray, value);
+    case DcVr::SS:
+      return ReadNumbers<std::int16_t>(element, asArray, value);
+    case DcVr::UL:
+      return ReadNumbers<std::uint32_t>(element, asArray, value);
+    case DcVr::US:
+      return ReadNumbers<std::uint16_t>(element, asArray, value);
+    case DcVr::XS:
+      // A single one is text; several, such as a lookup table descriptor, come as 16-bit entries.
+      if (asArray && element.valueCount() > 1) {
+        return ReadNumbers<std::int16_t>(element, asArray, value);
+      }
+      return ReadTexts(element, asArray, value);
+    default:
+      return ReadTexts(element, asArray, value);
+  }
+}
+
+}  // namespace quillon

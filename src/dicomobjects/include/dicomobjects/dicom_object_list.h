@@ -1,0 +1,50 @@
+// The objects of one series, in the order in which they were added, found by index.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <unordered_map>
+
+#include "dicomobjects/dicom_object_processor.h"
+#include "dicomobjects/dicom_object_properties.h"
+#include "foundation/base_list.h"
+
+namespace quillon {
+
+class CDicomObjectList : public COwningList<CDicomObjectProperties> {
+ public:
+  CDicomObjectList();
+  void RemoveAll() override;
+
+  // Reads one file and appends its properties. False, with a sentence, and the list is as before.
+  bool AddObject(TextView path);
+  // The same from a file that util has loaded already: nothing is read again. instanceUidOptional
+  // as in CDicomObjectProcessor.
+  bool AddObject(CDicomUtil& util, bool instanceUidOptional);
+  // First object whose full SOP Instance UID or instance key equals uid; null when there is none,
+  // with a sentence when uid is empty.
+  CDicomObjectProperties* FindByInstanceUid(TextView uid);
+  // By the full SOP Instance UID alone. An object split out of another has that one's UID as its
+  // key, so only this tells whether the other is in the list as well.
+  CDicomObjectProperties* FindBySopInstanceUid(TextView uid);
+
+ private:
+  // What came in or moved past the index would not be found.
+  using CBaseList::Add;
+  using CBaseList::Sort;
+
+  struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(TextView text) const { return std::hash<TextView>{}(text); }
+  };
+  // From the text to the position of the first object that has it.
+  using Index = std::unordered_map<Text, std::size_t, TextHash, std::equal_to<>>;
+
+  bool Append(std::unique_ptr<CDicomObjectProperties> properties);
+
+  Index byUid_;
+  Index byKey_;  // keys that differ from the object's UID
+};
+
+}  // namespace quillon

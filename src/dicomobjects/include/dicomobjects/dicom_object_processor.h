@@ -1,0 +1,46 @@
+// Reads the properties of one DICOM object.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "dicomobjects/dicom_object_properties.h"
+#include "dicomobjects/dicom_util.h"
+#include "foundation/base_item.h"
+
+namespace quillon {
+
+class CDicomObjectProcessor : public CBaseItem {
+ public:
+  CDicomObjectProcessor();
+
+  // Set: every missing attribute is taken as 0 or empty and the read goes on.
+  void SetInstanceUidOptional(bool optional) { instanceUidOptional_ = optional; }
+
+  // Loads the file into util (its pixel data deferred), then ReadProperties.
+  bool ReadObjectProperties(TextView path, CDicomUtil& util, CDicomObjectProperties& properties);
+  // From a file that util has loaded. Each failure leaves its sentence here.
+  bool ReadProperties(CDicomUtil& util, CDicomObjectProperties& properties);
+  // UIDs of the maker's form (root, key, ".", frame index) give key, frame key and frame number;
+  // any other UID is its own key. A missing UID is tolerated with the flag set, and so is one too
+  // short to be told from the root; a malformed one never is.
+  bool ParseInstanceUid(CDicomUtil& util, CDicomObjectProperties& properties);
+  bool ComputeOverlayMask(CDicomUtil& util, std::uint16_t& mask);
+
+ private:
+  bool ReadFileIdentity(CDicomUtil& util, CDicomObjectProperties& properties);
+  bool ReadSopClass(CDicomUtil& util, CDicomObjectProperties& properties);
+  bool ReadModality(CDicomUtil& util, CDicomObjectProperties& properties);
+  bool ReadInstanceNumber(CDicomUtil& util, CDicomObjectProperties& properties);
+  bool ReadImage(CDicomUtil& util, CDicomObjectProperties& properties);
+  bool ReadPixelDescription(CDicomUtil& util, CDicomImageProperties& image);
+  bool ReadPhotometricInterpretation(CDicomUtil& util, CDicomImageProperties& image);
+  // Appended to the photometric interpretation of colour images: RGB/0.
+  bool ReadPlanarConfiguration(CDicomUtil& util, CDicomImageProperties& image);
+  // A missing value is a failure with that message unless the flag is set.
+  bool ReadNumber(CDicomUtil& util, std::string_view tagPath, UINT message, std::uint16_t& number);
+
+  bool instanceUidOptional_ = false;
+};
+
+}  // namespace quillon

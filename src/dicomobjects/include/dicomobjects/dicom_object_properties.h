@@ -1,0 +1,80 @@
+// A typed summary of one DICOM object: what it is, how it is encoded, which instance it is.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "dicomobjects/dicom_image_properties.h"
+#include "foundation/base_item.h"
+
+namespace quillon {
+
+class CDicomObjectProperties : public CBaseItem {
+ public:
+  CDicomObjectProperties();
+  CDicomObjectProperties(const CDicomObjectProperties& other);
+  CDicomObjectProperties& operator=(const CDicomObjectProperties& other);
+  ~CDicomObjectProperties() override;
+
+  // Empties the texts and clears the image values, which stay allocated.
+  void Clear();
+  // Empties what tells the instance: UID, instance key and frame key.
+  void ClearInstance();
+  // Set: the text setters accept empty values.
+  void SetAllowEmpty(bool allow) { allowEmpty_ = allow; }
+
+  // Store the UID and look its code and name up; both stay empty when the table has no such UID.
+  bool SetSopClassUid(TextView uid);
+  bool SetTransferSyntax(TextView uid);
+  bool SetDataSetTransferSyntaxUid(TextView uid);
+  bool SetFileName(TextView path);  // at most 260 characters
+  bool SetFrameKey(TextView key);   // at most 260 characters
+  bool SetModality(TextView modality);
+  bool SetImplementationVersionName(TextView name);
+  bool SetImplementationClassUid(TextView uid);
+  bool SetInstanceKey(TextView key);  // at most 1,024 characters
+  bool SetInstanceUid(TextView uid);  // the full SOP Instance UID, at most 1,024 characters
+  void SetFileSize(std::uint32_t sizeBytes) { fileSizeBytes_ = sizeBytes; }
+
+  [[nodiscard]] std::uint32_t FileSize() const { return fileSizeBytes_; }
+  [[nodiscard]] const Text& SopClassUid() const { return sopClassUid_; }
+  [[nodiscard]] const Text& SopClassCode() const { return sopClassCode_; }
+  [[nodiscard]] const Text& SopClassName() const { return sopClassName_; }
+  [[nodiscard]] const Text& TransferSyntaxUid() const { return transferSyntaxUid_; }
+  [[nodiscard]] const Text& TransferSyntaxName() const { return transferSyntaxName_; }
+  [[nodiscard]] const Text& DataSetTransferSyntaxUid() const { return dataSetTransferSyntaxUid_; }
+  [[nodiscard]] const Text& FileName() const { return fileName_; }
+  [[nodiscard]] const Text& FrameKey() const { return frameKey_; }
+  [[nodiscard]] const Text& Modality() const { return modality_; }
+  [[nodiscard]] const Text& ImplementationVersionName() const { return implementationVersionName_; }
+  [[nodiscard]] const Text& ImplementationClassUid() const { return implementationClassUid_; }
+  [[nodiscard]] const Text& InstanceKey() const { return instanceKey_; }
+  [[nodiscard]] const Text& InstanceUid() const { return instanceUid_; }
+
+  // Image values: the properties are made on first use. Null, with a sentence, without memory.
+  CDicomImageProperties* Image();
+  // Null when no image value was ever used.
+  [[nodiscard]] const CDicomImageProperties* ImageIfAny() const { return image_.get(); }
+  // Empty when the object has none.
+  [[nodiscard]] Text InstanceNumber() const;
+
+ private:
+  std::unique_ptr<CDicomImageProperties> image_;
+  bool allowEmpty_ = false;
+  std::uint32_t fileSizeBytes_ = 0;
+  Text dataSetTransferSyntaxUid_;
+  Text fileName_;
+  Text frameKey_;
+  Text modality_;
+  Text sopClassUid_;
+  Text sopClassCode_;
+  Text sopClassName_;
+  Text transferSyntaxUid_;
+  Text transferSyntaxName_;
+  Text implementationVersionName_;
+  Text implementationClassUid_;
+  Text instanceKey_;
+  Text instanceUid_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,89 @@
+// The handle on one parsed DICOM file: its element list and meta information, values by tag path.
+//
+// Tag paths: "00280010,US" (eight lower-case hexadecimal digits, a comma, the VR); inside a
+// sequence item "0040a043,SQ,1:00080104,LO" (items count from 1), nested as deep as needed.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "dicom/elem_list.h"
+#include "dicom/file_meta_info.h"
+#include "dicomobjects/dicom_value.h"
+#include "foundation/base_item.h"
+#include "foundation/buffer.h"
+
+namespace quillon {
+
+class CDicomUtil : public CBaseItem {
+ public:
+  CDicomUtil();
+  // Works on another's element list (a directory record's, say), which must outlive this object.
+  explicit CDicomUtil(DcElemList& list);
+  ~CDicomUtil() override;
+
+  // Parses the file. With deferPixelData the read stops before the pixel data and a placeholder
+  // element stands for it. False: GetLastResult tells the toolkit's code, the file path is empty.
+  bool ReadFile(TextView path, bool deferPixelData);
+  [[nodiscard]] DcCode GetLastResult() const { return lastResult_; }
+  void Clear();
+
+  // False when the path names no element or is malformed. Tags of group 0002 are answered from the
+  // meta information. Without asArray several texts come as one, with backslashes between them, and
+  // of several numbers the first. A sequence itself has no value.
+  bool GetValue(std::string_view tagPath, DicomValue& value, bool asArray);
+  // Copies the sequence `tag` with all its items into target's list; false when it is absent.
+  bool CopySequence(DcTag tag, CDicomUtil& target);
+
+  // Reads lengthBytes from the offset on into the buffer (which may be allocated already and is
+  // filled then); lengthBytes 0 reads up to the end. False unless every byte was read.
+  static bool ReadUNCToBuffer(TextView path, std::uint64_t offset, std::uint32_t lengthBytes,
+                              CBuffer& buffer);
+
+  // The data set as loaded; null before a read.
+  [[nodiscard]] DcElemList* GetElementList() const { return list_; }
+  [[nodiscard]] const DcFileMetaInfo& GetMetaInfo() const { return metaInfo_; }
+
+  void GetFilePath(Text& out) const { out = filePath_; }
+  void GetSopClassUid(Text& out) const;        // (0002,0002)
+  void GetTransferSyntaxUid(Text& out) const;  // (0002,0010)
+  void GetDataSetTransferSyntaxUid(Text& out) const;
+  void GetSopInstanceUid(Text& out) const;
+  void GetImplementationClassUid(Text& out) const;
+  void GetImplementationVersionName(Text& out) const;
+  void GetSourceAeTitle(Text& out) const;
+  void GetPrivateCreatorUid(Text& out) const;
+
+  [[nodiscard]] bool HasNoPixelData() const;
+  // Value length of (7FE0,0010): as declared (so it can be undefined) when it was deferred.
+  bool GetPixelDataLength(std::uint32_t& lengthBytes) const;
+  // Where the value stands in the file; of encapsulated pixel data the first fragment, for which
+  // the file is opened. False without pixel data.
+  bool GetPixelDataPosition(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
+  // The same without touching the file, for pixel data that was deferred: false when it was not.
+  // Of encapsulated pixel data it is the whole value, its length as declared.
+  bool GetDeferredPixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
+
+ private:
+  bool GetMetaValue(DcTag tag, DicomValue& value) const;
+  [[nodiscard]] DcVr ValueVr(const DcElem& element) const;
+  bool LocatePixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
+
+  std::unique_ptr<DcElemList> owned_;
+  DcElemList* list_ = nullptr;
+  DcFileMetaInfo metaInfo_;
+  Text filePath_;
+  std::uint64_t pixelDataOffset_ = 0;
+  std::uint32_t pixelDataLength_ = 0;
+  bool pixelDataDeferred_ = false;
+  DcCode lastResult_ = kDcOk;
+};
+
+// A UID text by its dictionary id, remembered for the process. Null for an unknown id.
+class CDicomUtilDict {
+ public:
+  static const char* UidText(DcUid id);
+};
+
+}  // namespace quillon

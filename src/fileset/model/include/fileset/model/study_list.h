@@ -1,0 +1,50 @@
+// The studies of one patient, keyed by Study Instance UID.
+#pragma once
+
+#include "fileset/model/series_list.h"
+
+namespace quillon {
+
+class CStudy : public CBaseItem {
+ public:
+  CStudy();
+
+  [[nodiscard]] const Text& AccessionNumber() const { return accessionNumber_; }
+  [[nodiscard]] const Text& StudyDate() const { return studyDate_; }
+  [[nodiscard]] const Text& Description() const { return description_; }
+  [[nodiscard]] const Text& StudyTime() const { return studyTime_; }
+  // "1" when the file gives none.
+  [[nodiscard]] const Text& StudyId() const { return studyId_; }
+  [[nodiscard]] const Text& StudyInstanceUid() const { return studyInstanceUid_; }
+  [[nodiscard]] CSeriesList& Series() { return series_; }
+  [[nodiscard]] const CSeriesList& Series() const { return series_; }
+
+ private:
+  friend class CStudyList;
+
+  Text accessionNumber_;
+  Text studyDate_;
+  Text description_;
+  Text studyTime_;
+  Text studyId_;
+  Text studyInstanceUid_;
+  CSeriesList series_;
+};
+
+class CStudyList : public COwningList<CStudy> {
+ public:
+  CStudyList();
+  void RemoveAll() override;
+
+  // The first study with exactly this UID; null when there is none, with a sentence when the UID is
+  // empty.
+  CStudy* FindByStudyInstanceUid(TextView uid);
+  // Appends a study with the attributes of the data set. False, with a sentence, leaves the list as
+  // it was.
+  bool AddStudy(const DcElemList* dataSet);
+
+ private:
+  KeyIndex<CStudy> byUid_;
+};
+
+}  // namespace quillon

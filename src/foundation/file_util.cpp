@@ -1,0 +1,129 @@
+#include "foundation/file_util.h"
+
+#include "path_parts.h"
+
+namespace quillon {
+namespace {
+
+constexpr TextView kDirectoryInvalidChars = OLESTR(":*?\"<>|");
+constexpr TextView kNameInvalidChars = OLESTR("\\/:*?\"<>|");
+constexpr TextView kTempSubdirectoryName = OLESTR("QUILLON");
+
+// Where the separators of a directory part stand as no path has them; npos when all is well.
+std::size_t FindBadSeparators(TextView drive, TextView directory) {
+  constexpr TextView kDoubled[] = {OLESTR("\\\\"), OLESTR("//")};
+  constexpr TextView kTripled[] = {OLESTR("\\\\\\"), OLESTR("///")};
+  for (std::size_t kind = 0; kind < std::size(kDoubled); ++kind) {
+    // Two of them lead a network path, which then may not hold three.
+    const bool isNetwork = drive.empty() && directory.starts_with(kDoubled[kind]);
+    const std::size_t at = directory.find(isNetwork ? kTripled[kind] : kDoubled[kind]);
+    if (at != TextView::npos) return at;
+  }
+  const std::size_t at = directory.find(OLESTR("\\/"));
+  return at != TextView::npos ? at : directory.find(OLESTR("/\\"));
+}
+
+std::uint64_t SizeOf(const WIN32_FILE_ATTRIBUTE_DATA& data) {
+  return (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
+}
+
+bool IsDirectory(const WIN32_FILE_ATTRIBUTE_DATA& data) {
+  return (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+}  // namespace
+
+CFileUtil::CFileUtil()
+    : fileNameInvalidChars_(kNameInvalidChars),
+      extensionInvalidChars_(kNameInvalidChars),
+      directoryInvalidChars_(kDirectoryInvalidChars),
+      tempSubdirectoryName_(kTempSubdirectoryName) {
+  SetClassName(OLESTR("CFileUtil"));
+}
+
+bool CFileUtil::Split(TextView path, CPathInfo& parts) {
+  return parts.Split(path) || FailAs(parts);
+}
+
+bool CFileUtil::HasDrive(TextView path) {
+  return path.size() <= kMaxPathChars && !SplitPath(path).drive.empty();
+}
+
+bool CFileUtil::ValidatePath(TextView path) {
+  if (path.empty()) return Fail(kMsgPathNameInvalid);
+  if (path.size() > kMaxPathChars) {
+    return Fail(kMsgPathNameTooLong, {path, NumberText(kMaxPathChars)});
+  }
+  const PathParts parts = SplitPath(path);
+  if (!parts.drive.empty() && !IsDriveLetter(parts.drive.front())) {
+    return Fail(kMsgDriveNameInvalid, {parts.drive});
+  }
+  if (!CheckDirectoryPart(parts.drive, parts.directory)) return false;
+  if (parts.fileName.find_first_of(fileNameInvalidChars_) != TextView::npos) {
+    return Fail(kMsgFilenameCharacters, {parts.fileName, fileNameInvalidChars_});
+  }
+  if (parts.extension.find_first_of(extensionInvalidChars_) != TextView::npos) {
+    return Fail(kMsgExtensionCharacters, {parts.extension, extensionInvalidChars_});
+  }
+  return true;
+}
+
+bool CFileUtil::CheckDirectoryPart(TextView drive, TextView directory) {
+  if (directory.find_first_of(directoryInvalidChars_) != TextView::npos) {
+    return Fail(kMsgDirectoryCharacters, {directory, directoryInvalidChars_});
+  }
+  const std::size_t at = FindBadSeparators(drive, directory);
+  if (at != TextView::npos) {
+    return Fail(kMsgDirectoryCharacters, {directory.substr(at), directoryInvalidChars_});
+  }
+  return true;
+}
+
+bool CFileUtil::PathExists(TextView path) {
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  return GetFileAttributes(path, data);
+}
+
+bool CFileUtil::GetFileAttributes(TextView path, WIN32_FILE_ATTRIBUTE_DATA& data) {
+  return ValidatePath(path) && QueryAttributes(Text(path), data);
+}
+
+bool CFileUtil::QueryAttributes(const Text& path, WIN32_FILE_ATTRIBUTE_DATA& data) {
+  if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) != FALSE) return true;
+  return Fail(kMsgPathNotFound, {path});
+}
+
+bool CFileUtil::GetFileSize(TextView path, std::uint32_t& sizeBytes) {
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!GetFileAttributes(path, data)) return false;
+  // Only the low half is looked at: a file of a whole multiple of 4 GiB is refused too.
+  if (IsDirectory(data) || data.nFileSizeLow == 0) return Fail(kMsgNotAValidFile, {path});
+  sizeBytes = data.nFileSizeLow;
+  return true;
+}
+
+bool CFileUtil::GetFileSize64(TextView path, std::uint64_t& sizeBytes) {
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!GetFileAttributes(path, data)) return false;
+  if (IsDirectory(data) || SizeOf(data) == 0) return Fail(kMsgNotAValidFile, {path});
+  sizeBytes = SizeOf(data);
+  return true;
+}
+
+bool CFileUtil::GetTempDirectory(Text& out, bool create, bool addSubdirectory) {
+  OLECHAR directory[kMaxPathChars + 1];
+  const DWORD length = GetTempPathW(static_cast<DWORD>(std::size(directory)), directory);
+  if (length == 0 || length >= std::size(directory)) {
+    SetErrorFromLastError();
+    return false;
+  }
+  out.assign(directory, length);
+  if (addSubdirectory) out += tempSubdirectoryName_;
+  // An existing directory is a failure here too.
+  if (create && SHCreateDirectoryExW(nullptr, out.c_str(), nullptr) != ERROR_SUCCESS) {
+    return Fail(kMsgCannotCreateDirectory, {out});
+  }
+  return true;
+}
+
+}  // namespace quillon

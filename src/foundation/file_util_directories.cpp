@@ -1,0 +1,182 @@
+// The part of CFileUtil that changes, creates, empties and removes directories.
+#include "find_handle.h"
+#include "foundation/file_util.h"
+#include "path_parts.h"
+
+namespace quillon {
+namespace {
+
+constexpr TextView kRoot = OLESTR("\\");
+constexpr TextView kParentDirectory = OLESTR("..");
+constexpr TextView kEveryName = OLESTR("*.*");
+
+UINT VerbOf(DirectoryOp op) {
+  switch (op) {
+    case DirectoryOp::ChangeTo:
+      return kMsgVerbChangeTo;
+    case DirectoryOp::Create:
+      return kMsgVerbCreate;
+    case DirectoryOp::Remove:
+      break;
+  }
+  return kMsgVerbRemove;
+}
+
+// "\\server\share\" or "//server/share/" at the start of a network path; empty for any other path.
+TextView NetworkRoot(TextView path) {
+  if (path.size() < 3 || !IsPathSeparator(path[0]) || path[1] != path[0]) return {};
+  const std::size_t serverEnd = path.find_first_of(kPathSeparators, 2);
+  if (serverEnd == TextView::npos) return path;
+  const std::size_t shareEnd = path.find_first_of(kPathSeparators, serverEnd + 1);
+  return path.substr(0, shareEnd == TextView::npos ? shareEnd : shareEnd + 1);
+}
+
+}  // namespace
+
+bool CFileUtil::GetCurrentDirectory(Text& out) {
+  const DWORD needed = GetCurrentDirectoryW(0, nullptr);
+  if (needed == 0) return Fail(kMsgCannotGetCurrentDirectory);
+  Text directory(needed, OLECHAR{0});
+  const DWORD length = GetCurrentDirectoryW(needed, directory.data());
+  if (length == 0 || length >= needed) return Fail(kMsgCannotGetCurrentDirectory);
+  directory.resize(length);
+  out = std::move(directory);
+  return true;
+}
+
+bool CFileUtil::ChangeDirectory(TextView path) {
+  return DirectoryOperation(path, DirectoryOp::ChangeTo);
+}
+
+bool CFileUtil::DirectoryOperation(TextView path, DirectoryOp op) {
+  if (!ValidatePath(path)) return false;
+  const Text name(path);
+  BOOL done = FALSE;
+  switch (op) {
+    case DirectoryOp::ChangeTo:
+      done = SetCurrentDirectoryW(name.c_str());
+      break;
+    case DirectoryOp::Create:
+      done = CreateDirectoryW(name.c_str(), nullptr);
+      break;
+    case DirectoryOp::Remove:
+      done = RemoveDirectoryW(name.c_str());
+      break;
+    default:
+      return Fail(kMsgDirectoryOperationInvalid);
+  }
+  return done != FALSE || FailDirectoryOperation(path, op, GetLastError());
+}
+
+bool CFileUtil::FailDirectoryOperation(TextView path, DirectoryOp op, DWORD code) {
+  Text reason = code == ERROR_SUCCESS ? Text() : SystemText(code);
+  if (IsUninformativeText(reason)) reason = LoadMessage(kMsgOperationFailed);
+  return Fail(kMsgDirectoryOperationFailed, {LoadMessage(VerbOf(op)), path, reason});
+}
+
+// The directory came from the platform and goes back to it as it is: a working directory may have
+// a name that a path of the system's own may not.
+bool CFileUtil::RestoreDirectory(const Text& path, bool succeeded) {
+  if (SetCurrentDirectoryW(path.c_str()) != FALSE) return succeeded;
+  const DWORD code = GetLastError();
+  return succeeded ? FailDirectoryOperation(path, DirectoryOp::ChangeTo, code) : false;
+}
+
+bool CFileUtil::CreateDirectoryTree(TextView path) {
+  Text before;
+  if (!ValidatePath(path) || !GetCurrentDirectory(before)) return false;
+  return RestoreDirectory(before, CreateMissingDirectories(path));
+}
+
+bool CFileUtil::CreateMissingDirectories(TextView path) {
+  if (path.size() >= 2 && IsDriveLetter(path[0]) && path[1] == OLESTR(':')) {
+    const Text root = Text(path.substr(0, 2)).append(kRoot);
+    if (SetCurrentDirectoryW(root.c_str()) == FALSE) return Fail(kMsgCannotChangeDrive, {root});
+    path.remove_prefix(2);
+  }
+  // Server and share exist or do not; nothing below the current drive's root stands for them.
+  const Text networkRoot(NetworkRoot(path));
+  if (!networkRoot.empty()) {
+    if (SetCurrentDirectoryW(networkRoot.c_str()) == FALSE) {
+      return Fail(kMsgCannotChangeDrive, {networkRoot});
+    }
+    path.remove_prefix(networkRoot.size());
+  } else if (!path.empty() && IsPathSeparator(path.front())) {
+    if (!ChangeDirectory(kRoot)) return false;
+    path.remove_prefix(1);
+  }
+  while (!path.empty()) {
+    const std::size_t length = path.find_first_of(kPathSeparators);
+    const TextView component = path.substr(0, length);
+    path.remove_prefix(length == TextView::npos ? path.size() : length + 1);
+    if (ChangeDirectory(component)) continue;
+    ClearError();
+    if (!DirectoryOperation(component, DirectoryOp::Create) || !ChangeDirectory(component)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool CFileUtil::DeleteAllFiles(TextView dir, bool recurse) {
+  if (!ChangeDirectory(dir)) return false;
+  bool succeeded = true;
+  {
+    FindHandle found{Text(kEveryName)};
+    if (!found.IsOpen()) return Fail(kMsgFileSpecificationInvalid, {kEveryName});
+    do {
+      succeeded = IsDotEntry(found.Entry()) || DeleteEntry(found.Entry(), recurse);
+    } while (succeeded && found.Next());
+  }
+  if (succeeded) return ChangeDirectory(kParentDirectory);
+  const Text reason = ErrorMessage();
+  ChangeDirectory(kParentDirectory);
+  SetErrorMessage(reason);
+  return false;
+}
+
+bool CFileUtil::DeleteEntry(const WIN32_FIND_DATAW& entry, bool recurse) {
+  const TextView name(entry.cFileName);
+  // Other systems allow names that would be read as a path here, and lead to some other file.
+  if (name.find_first_of(fileNameInvalidChars_) != TextView::npos) {
+    return Fail(kMsgFilenameCharacters, {name, fileNameInvalidChars_});
+  }
+  if (!IsDirectory(entry)) return DeleteFile(name);
+  if (!recurse) return true;
+  // A link goes, what it leads to stays: it may lie outside the tree that is to be deleted.
+  if (!IsLink(entry) && !DeleteAllFiles(name, recurse)) return false;
+  return DirectoryOperation(name, DirectoryOp::Remove);
+}
+
+bool CFileUtil::DeleteDirectoryTree(TextView path, bool recurse) {
+  if (path.empty()) return Fail(kMsgPathNameInvalid);
+  if (path.size() >= kMaxPathChars) {
+    return Fail(kMsgPathNameTooLong, {path, NumberText(kMaxPathChars)});
+  }
+  const bool isRooted = IsPathSeparator(path.front());
+  if (IsPathSeparator(path.back())) path.remove_suffix(1);
+  const PathParts parts = SplitPath(path);
+  Text before;
+  if (!GetCurrentDirectory(before)) return false;
+  const Text drive(parts.drive);
+  if (!drive.empty() && SetCurrentDirectoryW(drive.c_str()) == FALSE) {
+    return Fail(kMsgCannotChangeDrive, {drive});
+  }
+  // Named together with its drive: "\" alone need not mean the drive that was changed to.
+  Text parent = drive;
+  if (!parts.directory.empty()) {
+    parent.append(parts.directory);
+  } else if (!drive.empty() || isRooted) {
+    parent.append(kRoot);
+  }
+  const TextView name = path.substr(parts.drive.size() + parts.directory.size());
+  return RestoreDirectory(before, EmptyAndRemove(parent, name, recurse));
+}
+
+bool CFileUtil::EmptyAndRemove(TextView parent, TextView name, bool recurse) {
+  if (name.empty()) return DeleteAllFiles(parent, recurse);  // a root stays
+  if (!parent.empty() && !ChangeDirectory(parent)) return false;
+  return DeleteAllFiles(name, recurse) && DirectoryOperation(name, DirectoryOp::Remove);
+}
+
+}  // namespace quillon

@@ -1,0 +1,172 @@
+// The part of CFileUtil that copies, moves, writes and deletes single files.
+#include <algorithm>
+#include <memory>
+#include <new>
+
+#include "foundation/file_util.h"
+
+namespace quillon {
+namespace {
+
+constexpr std::uint32_t kChunkBytes = 32768;
+
+class FileHandle {
+ public:
+  explicit FileHandle(HANDLE handle) : handle_(handle) {}
+  ~FileHandle() { Close(); }
+  FileHandle(const FileHandle&) = delete;
+  FileHandle& operator=(const FileHandle&) = delete;
+
+  [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+  [[nodiscard]] HANDLE Get() const { return handle_; }
+  // False when the platform reports that what was written is lost; closed all the same.
+  bool Close() {
+    if (!IsOpen()) return true;
+    const HANDLE closing = handle_;
+    handle_ = INVALID_HANDLE_VALUE;
+    return CloseHandle(closing) != FALSE;
+  }
+
+ private:
+  HANDLE handle_;
+};
+
+HANDLE OpenToWrite(const Text& path, DWORD disposition) {
+  return CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, disposition, FILE_FLAG_WRITE_THROUGH,
+                     nullptr);
+}
+
+HANDLE OpenToRead(const Text& path) {
+  return CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                     FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+}
+
+bool SeekToEnd(HANDLE file) {
+  LARGE_INTEGER distance{};
+  return SetFilePointerEx(file, distance, nullptr, FILE_END) != FALSE;
+}
+
+bool WriteAll(HANDLE file, const std::uint8_t* data, DWORD lengthBytes) {
+  DWORD written = 0;
+  return WriteFile(file, data, lengthBytes, &written, nullptr) != FALSE && written == lengthBytes;
+}
+
+bool IsMissing(HANDLE stream) { return stream == nullptr || stream == INVALID_HANDLE_VALUE; }
+
+Text FullPath(const Text& path) {
+  const DWORD needed = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+  Text full(needed, OLECHAR{0});
+  const DWORD length = GetFullPathNameW(path.c_str(), needed, full.data(), nullptr);
+  full.resize(length < needed ? length : 0);
+  return full;
+}
+
+bool IsSamePath(const Text& a, const Text& b) {
+  const Text full = FullPath(a);
+  return !full.empty() && full == FullPath(b);
+}
+
+}  // namespace
+
+bool CFileUtil::DeleteFile(TextView path) {
+  if (!ValidatePath(path)) return false;
+  if (DeleteFileW(Text(path).c_str()) != FALSE) return true;
+  return Fail(kMsgCannotDeleteFile, {path});
+}
+
+bool CFileUtil::CopyFile(TextView dst, TextView src, bool append) {
+  if (!ValidatePath(src)) return Fail(kMsgSourceFilenameInvalid);
+  if (!ValidatePath(dst)) return Fail(kMsgDestinationFilenameInvalid);
+  std::uint32_t sizeBytes = 0;
+  if (!GetFileSize(src, sizeBytes)) return false;
+  bool dstCreated = false;
+  return CopyContents(Text(dst), Text(src), append, dstCreated);
+}
+
+bool CFileUtil::CopyContents(const Text& dst, const Text& src, bool append, bool& dstCreated) {
+  dstCreated = false;
+  FileHandle from(OpenToRead(src));
+  if (!from.IsOpen()) return Fail(kMsgCannotOpenFile, {src});
+  // Opening dst empties it. Where the platform does not keep the open src for us alone, a file
+  // copied onto itself would be lost.
+  if (IsSamePath(dst, src)) return Fail(kMsgCannotOpenFile, {dst});
+  FileHandle to(OpenToWrite(dst, CREATE_ALWAYS));
+  if (!to.IsOpen()) return Fail(kMsgCannotOpenFile, {dst});
+  dstCreated = true;
+  if (!CopyStream(to.Get(), from.Get(), append)) return false;
+  if (!to.Close()) return Fail(kMsgCannotCloseFile, {dst});
+  if (!from.Close()) return Fail(kMsgCannotCloseFile, {src});
+  return true;
+}
+
+bool CFileUtil::CopyStream(HANDLE dst, HANDLE src, bool append) {
+  if (IsMissing(src)) return Fail(kMsgSourceStreamInvalid);
+  if (IsMissing(dst)) return Fail(kMsgDestinationStreamInvalid);
+  if (append && !SeekToEnd(dst)) return Fail(kMsgCannotAppendToStream);
+  const std::unique_ptr<std::uint8_t[]> chunk(new (std::nothrow) std::uint8_t[kChunkBytes]);
+  if (chunk == nullptr) return Fail(kMsgNoStorageForFileCopy);
+  for (;;) {
+    DWORD readBytes = 0;
+    if (ReadFile(src, chunk.get(), kChunkBytes, &readBytes, nullptr) == FALSE) {
+      return Fail(kMsgCannotReadStream);
+    }
+    if (!WriteAll(dst, chunk.get(), readBytes)) return Fail(kMsgCannotWriteStream);
+    if (readBytes < kChunkBytes) break;
+  }
+  return FlushFileBuffers(dst) != FALSE || Fail(kMsgCannotFlushStream);
+}
+
+bool CFileUtil::MoveFile(TextView dst, TextView src) {
+  if (!ValidatePath(src)) return Fail(kMsgSourceFilenameInvalid);
+  if (!ValidatePath(dst)) return Fail(kMsgDestinationFilenameInvalid);
+  const Text from(src);
+  const Text to(dst);
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!QueryAttributes(from, data)) return false;
+  if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 || data.nFileSizeLow == 0) {
+    return Fail(kMsgNotAValidFile, {src});
+  }
+  // A link is not the file: renamed, it would lead elsewhere or into the user's own directories.
+  const bool isLink = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  if (!isLink && MoveFileExW(from.c_str(), to.c_str(),
+                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE) {
+    return true;
+  }
+  bool dstCreated = false;
+  if (!CopyContents(to, from, /*append=*/false, dstCreated)) {
+    if (dstCreated) DeleteFileW(to.c_str());  // half a file is worse than none
+    return false;
+  }
+  return DeleteFile(src);
+}
+
+bool CFileUtil::WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path,
+                          bool append) {
+  if (data == nullptr) return Fail(kMsgDataBufferInvalid);
+  if (lengthBytes == 0) return Fail(kMsgDataBufferLengthInvalid);
+  if (path.empty()) return Fail(kMsgPathNameInvalid);
+  FileHandle file(OpenToWrite(Text(path), append ? OPEN_ALWAYS : CREATE_ALWAYS));
+  if (!file.IsOpen()) return Fail(kMsgCannotOpenFile, {path});
+  if (append && !SeekToEnd(file.Get())) return Fail(kMsgCannotAppendTo, {path});
+  if (!WriteChunks(file.Get(), data, lengthBytes)) return false;
+  return file.Close() || Fail(kMsgCannotCloseFile, {path});
+}
+
+bool CFileUtil::WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes) {
+  for (;;) {
+    const std::uint32_t chunkBytes = std::min(lengthBytes, kChunkBytes);
+    if (!WriteAll(file, data, chunkBytes)) return Fail(kMsgCannotWriteStream);
+    if (chunkBytes < kChunkBytes) break;
+    data += chunkBytes;
+    lengthBytes -= chunkBytes;
+  }
+  return FlushFileBuffers(file) != FALSE || Fail(kMsgCannotFlushStream);
+}
+
+bool CFileUtil::WriteBuffer(const CBuffer& buffer, TextView path, bool append) {
+  if (!ValidatePath(path)) return Fail(kMsgPathNameInvalid);
+  if (buffer.IsEmpty()) return Fail(kMsgDataBufferInvalid);
+  return WriteData(buffer.GetData(), buffer.GetSize(), path, append);
+}
+
+}  // namespace quillon

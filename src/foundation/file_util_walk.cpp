@@ -1,0 +1,88 @@
+// The walks of CFileUtil over a directory tree: its size, its files' number, its copy.
+#include "find_handle.h"
+#include "foundation/file_util.h"
+#include "path_parts.h"
+
+namespace quillon {
+
+bool CFileUtil::GetDirectorySize(std::uint64_t& sizeBytes, TextView src, TextView fileSpec,
+                                 bool recurse) {
+  byteTotal64_ = 0;
+  byteTotal_ = 0;
+  const bool walked = Walk({}, src, fileSpec, WalkMode::Size, recurse);
+  sizeBytes = walked ? byteTotal64_ : 0;
+  return walked;
+}
+
+bool CFileUtil::CountFiles(std::uint32_t& count, TextView src, TextView fileSpec, bool recurse) {
+  fileCount_ = 0;
+  fileCount64_ = 0;
+  const bool walked = Walk({}, src, fileSpec, WalkMode::Count, recurse);
+  count = walked ? fileCount_ : 0;
+  return walked;
+}
+
+bool CFileUtil::CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse) {
+  return Walk(dst, src, fileSpec, WalkMode::Copy, recurse);
+}
+
+bool CFileUtil::Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse) {
+  Text before;
+  if (!GetCurrentDirectory(before)) return false;
+  return RestoreDirectory(before, WalkEntries(dst, src, fileSpec, mode, recurse));
+}
+
+bool CFileUtil::WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkMode mode,
+                            bool recurse) {
+  if (!ValidatePath(src)) return Fail(kMsgSourceFilenameInvalid);
+  if (mode == WalkMode::Copy && !ValidatePath(dst)) return Fail(kMsgDestinationFilenameInvalid);
+  if (fileSpec.empty()) return Fail(kMsgFileSpecificationMissing);
+  FindHandle found{Text(fileSpec)};
+  if (!found.IsOpen()) {
+    // Nothing matches: no failure, but the sentence says why nothing was done.
+    SetErrorMessage(kMsgFileSpecificationInvalid, {fileSpec});
+    return true;
+  }
+  do {
+    const WIN32_FIND_DATAW& entry = found.Entry();
+    if (IsDotEntry(entry) || (IsDirectory(entry) && !recurse)) continue;
+    const Text source = JoinPath(src, entry.cFileName);
+    const Text destination = mode == WalkMode::Copy ? JoinPath(dst, entry.cFileName) : Text();
+    const bool done = IsDirectory(entry)
+                          ? WalkDirectory(entry.cFileName, destination, source, fileSpec, mode)
+                          : WalkFile(destination, source, mode);
+    if (!done) return false;
+  } while (found.Next());
+  return true;
+}
+
+bool CFileUtil::WalkDirectory(TextView name, const Text& dst, const Text& src, TextView fileSpec,
+                              WalkMode mode) {
+  if (!ChangeDirectory(src)) return false;
+  if (mode == WalkMode::Copy && !CreateDirectoryTree(dst)) return false;
+  if (!WalkEntries(dst, src, fileSpec, mode, /*recurse=*/true)) return false;
+  if (!ChangeDirectory(OLESTR(".."))) return false;
+  return mode != WalkMode::Delete || DeleteDirectoryTree(name, /*recurse=*/true);
+}
+
+bool CFileUtil::WalkFile(const Text& dst, const Text& src, WalkMode mode) {
+  switch (mode) {
+    case WalkMode::Copy:
+      return CopyFile(dst, src, /*append=*/false);
+    case WalkMode::Delete:
+      return DeleteFile(src);
+    case WalkMode::Count:
+      ++fileCount_;
+      ++fileCount64_;
+      return true;
+    case WalkMode::Size:
+      break;
+  }
+  std::uint64_t sizeBytes = 0;
+  if (!GetFileSize64(src, sizeBytes)) return false;
+  byteTotal64_ += sizeBytes;
+  byteTotal_ += static_cast<std::uint32_t>(sizeBytes);
+  return true;
+}
+
+}  // namespace quillon

@@ -1,0 +1,98 @@
+// Base of almost every class: its class name, the sentence of its last failure, and the fields
+// that list and enumeration items use.
+#pragma once
+
+#include <cstdint>
+
+#include "foundation/messages.h"
+#include "foundation/text.h"
+#include "foundation/text_format.h"
+
+namespace quillon {
+
+class CBaseItem {
+ public:
+  CBaseItem();
+  virtual ~CBaseItem();
+  // Copies all but the module handle; item text and class name only when they are not empty.
+  CBaseItem(const CBaseItem& other);
+  CBaseItem& operator=(const CBaseItem& other);
+
+  // Every field to its default. Always true.
+  bool Reset();
+
+  bool SetClassName(TextView name);  // false for an empty one
+  void GetClassName(Text& out) const { out = className_; }
+  [[nodiscard]] const Text& ClassName() const { return className_; }
+
+  bool SetErrorMessage(TextView text);
+  bool SetErrorMessage(const Text& text) { return SetErrorMessage(TextView(text)); }
+  bool SetErrorMessage(const OLECHAR* text) {
+    return SetErrorMessage(text == nullptr ? TextView() : TextView(text));
+  }
+  bool SetErrorMessage(UINT id);
+  // The text of the message as a format; at most five arguments, at most 1,024 characters result.
+  bool SetErrorMessage(UINT id, std::initializer_list<TextArg> args);
+  // The platform's text for the thread's last error, "The operation failed." for none.
+  bool SetErrorFromLastError();
+  void GetErrorMessage(Text& out) const { out = errorMessage_; }
+  [[nodiscard]] const Text& ErrorMessage() const { return errorMessage_; }
+  void ClearError() { errorMessage_.clear(); }
+
+  // Fails with a message, or with another object's sentence: both answer false.
+  bool Fail(UINT id) {
+    SetErrorMessage(id);
+    return false;
+  }
+  bool Fail(UINT id, std::initializer_list<TextArg> args) {
+    SetErrorMessage(id, args);
+    return false;
+  }
+  bool FailAs(const CBaseItem& inner) {
+    SetErrorMessage(inner.ErrorMessage());
+    return false;
+  }
+
+  // Empty when the table has no such message.
+  [[nodiscard]] Text LoadMessage(UINT id) const;
+  void FormatClassMessage(Text& out, UINT id, TextView className, TextView methodName) const;
+  bool AppendSystemText(Text& out, DWORD code, TextView prefix) const;
+
+  // Texts that say nothing about a reason and are replaced where a reason is reported.
+  static bool IsSuccessText(TextView text);
+  static bool IsFailureText(TextView text);
+  static bool IsUninformativeText(TextView text);
+
+  bool SetErrorLocation(TextView file, TextView method, int line, TextView text);
+  void SetDetailedMessages(bool detailed) { detailedMessages_ = detailed; }
+
+  void GetItemText(Text& out) const { out = itemText_; }
+  bool SetItemText(TextView text);  // trimmed; false for an empty one
+  bool GetSeparator(Text& out) const {
+    out = separator_;
+    return true;
+  }
+  [[nodiscard]] std::uint32_t GetItemValue() const { return itemValue_; }
+  void SetItemValue(std::uint32_t value) { itemValue_ = value; }
+  [[nodiscard]] std::uint64_t GetItemValue64() const { return itemValue64_; }
+  [[nodiscard]] bool GetItemFlag() const { return itemFlag_; }
+
+ protected:
+  mutable HINSTANCE module_ = nullptr;
+  Text className_;
+  Text errorMessage_;
+  Text itemText_;
+  Text separator_;
+  std::uint32_t itemValue_ = 0;
+  std::uint64_t itemValue64_ = 0;
+  bool itemFlag_ = false;
+  bool detailedMessages_ = true;
+};
+
+// The platform's text for a system code or an HRESULT, without its line end; empty when the
+// platform has none.
+Text SystemText(DWORD code);
+// As SystemText, with "Unknown error 0x..." or "IDispatch error #..." where there is none.
+Text ResultText(HRESULT hr);
+
+}  // namespace quillon

@@ -1,0 +1,34 @@
+// Base of every class that wraps one platform COM interface: holds a COM library initialisation
+// for its life and turns HRESULTs and caught COM exceptions into sentences.
+#pragma once
+
+#include "foundation/base_item.h"
+#include "platform/com.h"
+
+namespace quillon {
+
+class CComBase : public CBaseItem {
+ public:
+  CComBase();
+  ~CComBase() override;
+  CComBase(const CComBase&) = delete;
+  CComBase& operator=(const CComBase&) = delete;
+
+  bool EnsureComInitialized();
+  // True for a success code; else composes "<class>::<method> failed ..." and the reason.
+  bool CheckResult(HRESULT hr, UINT id, TextView className, TextView methodName);
+  // Always false.
+  bool ReportFailure(HRESULT hr, UINT id, TextView className, TextView methodName);
+  using CBaseItem::SetErrorMessage;
+  bool SetErrorMessage(HRESULT hr, const _bstr_t& pMsg);
+  bool ProcessError(const _com_error& error, const _bstr_t& pMsg);
+  bool ProcessError(const _com_error& error, UINT id, TextView className, TextView methodName);
+  [[nodiscard]] HRESULT GetLastResult() const { return lastResult_; }
+
+ protected:
+  HRESULT lastResult_ = S_OK;
+  bool comInitialized_ = false;
+  bool createdHere_ = false;
+};
+
+}  // namespace quillon

@@ -1,0 +1,6 @@
+// Whether the calling thread has initialised COM.
+#pragma once
+
+namespace quillon::platform {
+bool isComInitialized();
+}

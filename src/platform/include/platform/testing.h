@@ -1,0 +1,32 @@
+// Linux only, for tests: puts the test's own clock, sleeper and version in the place of the
+// system's. What stands here is process-wide; Restore gives the clock, the sleeper and the version
+// back.
+#pragma once
+
+#include <functional>
+
+#include "platform/win32/system.h"
+
+namespace quillon::platform::testing {
+
+// Answers the local time, for GetLocalTime and the dates that default to today.
+void SubstituteClock(std::function<SYSTEMTIME()> clock);
+// Called by Sleep with the milliseconds instead of waiting.
+void SubstituteSleeper(std::function<void(DWORD)> sleeper);
+// What VerifyVersionInfoW compares with, for example 5, 1 for Windows XP.
+void SubstituteVersion(DWORD major, DWORD minor, DWORD build, WORD servicePackMajor);
+
+// Makes CP_ACP what the registry now says; otherwise it is read once in a process.
+void RereadCodePage();
+
+void Restore();
+
+// Restores at the end of a test.
+struct Scope {
+  Scope() = default;
+  Scope(const Scope&) = delete;
+  Scope& operator=(const Scope&) = delete;
+  ~Scope() { Restore(); }
+};
+
+}  // namespace quillon::platform::testing

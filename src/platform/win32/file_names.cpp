@@ -1,0 +1,185 @@
+// Files by their names: attributes, deletion, renaming.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "platform/win32/files.h"
+#include "win32/file_status.h"
+#include "win32/last_error.h"
+#include "win32/path_translation.h"
+
+namespace quillon::platform {
+
+bool statusAt(int directory, const char* name, struct stat& status, bool& isLink) {
+  isLink = false;
+  if (::fstatat(directory, name, &status, AT_SYMLINK_NOFOLLOW) != 0) return false;
+  if (!S_ISLNK(status.st_mode)) return true;
+  isLink = true;
+  struct stat followed {};
+  if (::fstatat(directory, name, &followed, 0) == 0) status = followed;
+  return true;
+}
+
+DWORD attributesOf(const struct stat& status, bool isLink) {
+  DWORD attributes = 0;
+  if (S_ISDIR(status.st_mode)) {
+    attributes = FILE_ATTRIBUTE_DIRECTORY;
+  } else if (S_ISREG(status.st_mode)) {
+    attributes = FILE_ATTRIBUTE_ARCHIVE;
+    if ((status.st_mode & 0222) == 0) attributes |= FILE_ATTRIBUTE_READONLY;
+  } else if (!S_ISLNK(status.st_mode)) {
+    attributes = FILE_ATTRIBUTE_DEVICE;
+  }
+  return isLink ? attributes | FILE_ATTRIBUTE_REPARSE_POINT : attributes;
+}
+
+FILETIME fileTimeOf(const timespec& time) {
+  constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
+  const std::int64_t ticks =
+      (std::int64_t{time.tv_sec} + kSecondsFrom1601To1970) * 10'000'000 + time.tv_nsec / 100;
+  const auto unsignedTicks = static_cast<std::uint64_t>(ticks);
+  return {static_cast<DWORD>(unsignedTicks & 0xFFFFFFFF), static_cast<DWORD>(unsignedTicks >> 32)};
+}
+
+namespace {
+
+NativePath translateNarrow(LPCSTR name) {
+  return name == nullptr ? NativePath{} : translatePath(std::string_view(name));
+}
+
+BOOL readAttributes(const NativePath& path, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
+  if (level != GetFileExInfoStandard || data == nullptr) return failWith(ERROR_INVALID_PARAMETER);
+  struct stat status {};
+  bool isLink = false;
+  if (!statusAt(AT_FDCWD, path.c_str(), status, isLink)) return failWithErrno(errno, path);
+  fillData(*static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data), status, isLink);
+  return TRUE;
+}
+
+DWORD attributesOnly(const NativePath& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  return readAttributes(path, GetFileExInfoStandard, &data) != FALSE ? data.dwFileAttributes
+                                                                     : INVALID_FILE_ATTRIBUTES;
+}
+
+BOOL removeFile(const NativePath& path) {
+  struct stat status {};
+  bool isLink = false;
+  if (!statusAt(AT_FDCWD, path.c_str(), status, isLink)) return failWithErrno(errno, path);
+  // A link to a directory is a directory on Windows; RemoveDirectoryW takes it away.
+  if (S_ISDIR(status.st_mode)) return failWith(ERROR_ACCESS_DENIED);
+  return ::unlink(path.c_str()) == 0 ? TRUE : failWithErrno(errno, path);
+}
+
+bool isSameFile(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+std::string_view lastPart(std::string_view path) {
+  while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+  return path.substr(path.rfind('/') + 1);
+}
+
+bool isSameName(const NativePath& a, const NativePath& b) {
+  struct stat parentOfA {};
+  struct stat parentOfB {};
+  return lastPart(a.text) == lastPart(b.text) && ::stat(a.parent().c_str(), &parentOfA) == 0 &&
+         ::stat(b.parent().c_str(), &parentOfB) == 0 && isSameFile(parentOfA, parentOfB);
+}
+
+// rename(2) reports a missing source and a missing target directory alike.
+BOOL failRename(int error, const NativePath& from, const NativePath& to) {
+  struct stat status {};
+  if (error == ENOENT && ::lstat(from.c_str(), &status) == 0) return failWith(ERROR_PATH_NOT_FOUND);
+  if (error == EEXIST) return failWith(ERROR_ALREADY_EXISTS);
+  if (error == ENOTEMPTY) return failWith(ERROR_ACCESS_DENIED);
+  return failWithErrno(error, error == ENOENT ? from : to);
+}
+
+// The target exists. Files and links take the place of files and links; nothing replaces a
+// directory.
+BOOL replaceTarget(const NativePath& from, const NativePath& to) {
+  struct stat source {};
+  struct stat target {};
+  if (::lstat(from.c_str(), &source) != 0) return failWithErrno(errno, from);
+  if (::lstat(to.c_str(), &target) == 0) {
+    // Between two names of one file rename(2) does nothing and reports success.
+    if (isSameFile(source, target)) {
+      if (isSameName(from, to)) return TRUE;
+      return ::unlink(from.c_str()) == 0 ? TRUE : failWithErrno(errno, from);
+    }
+    if (S_ISDIR(source.st_mode) || S_ISDIR(target.st_mode)) return failWith(ERROR_ACCESS_DENIED);
+  }
+  return ::rename(from.c_str(), to.c_str()) == 0 ? TRUE : failRename(errno, from, to);
+}
+
+// Without RENAME_NOREPLACE in the file system: a check, which leaves a moment open for another
+// program to make the target.
+BOOL renameAfterCheck(const NativePath& from, const NativePath& to, bool replace) {
+  struct stat target {};
+  if (::lstat(to.c_str(), &target) == 0) {
+    if (replace) return replaceTarget(from, to);
+    if (!isSameName(from, to)) return failWith(ERROR_ALREADY_EXISTS);
+  }
+  return ::rename(from.c_str(), to.c_str()) == 0 ? TRUE : failRename(errno, from, to);
+}
+
+}  // namespace
+}  // namespace quillon::platform
+
+using namespace quillon::platform;
+
+BOOL WINAPI GetFileAttributesExW(LPCWSTR fileName, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
+  return readAttributes(translatePath(fileName), level, data);
+}
+
+BOOL WINAPI GetFileAttributesExA(LPCSTR fileName, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
+  return readAttributes(translateNarrow(fileName), level, data);
+}
+
+DWORD WINAPI GetFileAttributesW(LPCWSTR fileName) {
+  return attributesOnly(translatePath(fileName));
+}
+
+DWORD WINAPI GetFileAttributesA(LPCSTR fileName) {
+  return attributesOnly(translateNarrow(fileName));
+}
+
+BOOL WINAPI SetFileAttributesW(LPCWSTR fileName, DWORD attributes) {
+  const NativePath path = translatePath(fileName);
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0) return failWithErrno(errno, path);
+  if (S_ISDIR(status.st_mode)) return TRUE;
+  const bool readOnly = (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+  const bool wasReadOnly = (status.st_mode & 0222) == 0;
+  if (readOnly == wasReadOnly) return TRUE;
+  const mode_t mode = readOnly ? status.st_mode & ~mode_t{0222} : status.st_mode | 0200;
+  return ::chmod(path.c_str(), mode & 07777) == 0 ? TRUE : failWithErrno(errno, path);
+}
+
+BOOL WINAPI DeleteFileW(LPCWSTR fileName) { return removeFile(translatePath(fileName)); }
+
+BOOL WINAPI DeleteFileA(LPCSTR fileName) { return removeFile(translateNarrow(fileName)); }
+
+// MOVEFILE_WRITE_THROUGH asks for nothing more here: a rename never loses the file. After a power
+// cut it is whole under its old name or whole under its new one, so waiting for the disk once per
+// moved file would cost much and save nothing.
+BOOL WINAPI MoveFileExW(LPCWSTR existing, LPCWSTR target, DWORD flags) {
+  // A copy between file systems is the caller's: it knows what must be on the disk, and when.
+  if ((flags & MOVEFILE_COPY_ALLOWED) != 0) return failWith(ERROR_NOT_SUPPORTED);
+  const NativePath from = translatePath(existing);
+  const NativePath to = translatePath(target);
+  if (from.text.empty()) return failWith(ERROR_FILE_NOT_FOUND);
+  if (to.text.empty()) return failWith(ERROR_PATH_NOT_FOUND);
+  const bool replace = (flags & MOVEFILE_REPLACE_EXISTING) != 0;
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return TRUE;
+  if (errno == EEXIST) {
+    if (replace) return replaceTarget(from, to);
+    return isSameName(from, to) ? TRUE : failWith(ERROR_ALREADY_EXISTS);
+  }
+  if (errno == EINVAL || errno == ENOSYS) return renameAfterCheck(from, to, replace);
+  return failRename(errno, from, to);
+}

@@ -1,0 +1,264 @@
+// Open files.
+#include "platform/win32/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <limits>
+#include <memory>
+
+#include "win32/environment.h"
+#include "win32/file_handle.h"
+#include "win32/last_error.h"
+#include "win32/path_translation.h"
+
+namespace quillon::platform {
+namespace {
+
+HandleBase* baseOf(HANDLE handle) {
+  if (handle == nullptr || handle == INVALID_HANDLE_VALUE) return nullptr;
+  return static_cast<HandleBase*>(handle);
+}
+
+HANDLE refuse(DWORD code) {
+  SetLastError(code);
+  return INVALID_HANDLE_VALUE;
+}
+
+int accessFlags(DWORD access) {
+  const bool reads = (access & GENERIC_READ) != 0;
+  const bool writes = (access & (GENERIC_WRITE | FILE_APPEND_DATA)) != 0;
+  const int append =
+      (access & FILE_APPEND_DATA) != 0 && (access & GENERIC_WRITE) == 0 ? O_APPEND : 0;
+  if (writes) return (reads ? O_RDWR : O_WRONLY) | append;
+  return O_RDONLY;
+}
+
+struct Opened {
+  int descriptor;
+  int error;
+  bool existed;
+};
+
+Opened openPath(const char* path, int flags, DWORD disposition) {
+  // Opening must not wait for the other end of a pipe or for a terminal.
+  flags |= O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+  const bool makes =
+      disposition == CREATE_NEW || disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS;
+  if (makes) {
+    const int made = ::open(path, flags | O_CREAT | O_EXCL, 0666);
+    if (made >= 0 || errno != EEXIST || disposition == CREATE_NEW) return {made, errno, false};
+    flags |= O_CREAT;
+  }
+  if (disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING) flags |= O_TRUNC;
+  const int opened = ::open(path, flags, 0666);
+  return {opened, errno, true};
+}
+
+// Directories and pipes are not files: Windows opens the first only on request, and reading the
+// second could wait for ever. Devices are let through.
+bool isUsable(int descriptor, DWORD flags) {
+  struct stat status {};
+  if (::fstat(descriptor, &status) != 0) return false;
+  if (S_ISDIR(status.st_mode)) return (flags & FILE_FLAG_BACKUP_SEMANTICS) != 0;
+  return !S_ISFIFO(status.st_mode) && !S_ISSOCK(status.st_mode);
+}
+
+// Absolute, because the working directory may change before the handle is flushed.
+std::string directoryToSync(const NativePath& path) {
+  const std::string parent = path.parent();
+  if (parent[0] == '/') return parent;
+  return workingDirectory().text + '/' + parent;
+}
+
+HANDLE openFile(const NativePath& path, DWORD access, DWORD disposition, DWORD flags) {
+  if (path.text.empty()) return refuse(ERROR_PATH_NOT_FOUND);
+  if (disposition < CREATE_NEW || disposition > TRUNCATE_EXISTING) {
+    return refuse(ERROR_INVALID_PARAMETER);
+  }
+  const Opened opened = openPath(path.c_str(), accessFlags(access), disposition);
+  if (opened.descriptor < 0) {
+    return refuse(opened.error == ENXIO ? ERROR_ACCESS_DENIED : codeOfErrno(opened.error, path));
+  }
+  auto file = std::make_unique<FileHandle>();
+  file->descriptor = opened.descriptor;
+  if (!isUsable(opened.descriptor, flags)) {
+    ::close(opened.descriptor);
+    return refuse(ERROR_ACCESS_DENIED);
+  }
+  if ((flags & FILE_FLAG_SEQUENTIAL_SCAN) != 0) {
+    ::posix_fadvise(opened.descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
+  }
+  if (!opened.existed) file->unsyncedDirectory = directoryToSync(path);
+  if (disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS) {
+    SetLastError(opened.existed ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
+  }
+  return file.release();
+}
+
+bool seekOrigin(DWORD method, int& origin) {
+  switch (method) {
+    case FILE_BEGIN:
+      origin = SEEK_SET;
+      return true;
+    case FILE_CURRENT:
+      origin = SEEK_CUR;
+      return true;
+    case FILE_END:
+      origin = SEEK_END;
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Answers the new position, or -1 with the last error.
+std::int64_t seek(HANDLE handle, std::int64_t distance, DWORD method) {
+  const FileHandle* file = fileOf(handle);
+  if (file == nullptr) return -1;
+  int origin = 0;
+  if (!seekOrigin(method, origin)) {
+    SetLastError(ERROR_INVALID_PARAMETER);
+    return -1;
+  }
+  const off_t position = ::lseek(file->descriptor, distance, origin);
+  if (position < 0) failWith(errno == EINVAL ? ERROR_NEGATIVE_SEEK : codeOfErrno(errno));
+  return position;
+}
+
+}  // namespace
+
+FileHandle* fileOf(HANDLE handle) {
+  HandleBase* base = baseOf(handle);
+  if (base != nullptr && base->kind == HandleKind::File) return static_cast<FileHandle*>(base);
+  SetLastError(ERROR_INVALID_HANDLE);
+  return nullptr;
+}
+
+FindHandle* findOf(HANDLE handle) {
+  HandleBase* base = baseOf(handle);
+  if (base != nullptr && base->kind == HandleKind::Find) return static_cast<FindHandle*>(base);
+  SetLastError(ERROR_INVALID_HANDLE);
+  return nullptr;
+}
+
+}  // namespace quillon::platform
+
+using namespace quillon::platform;
+
+// FILE_FLAG_WRITE_THROUGH is not O_SYNC here: a copy would wait for the disk after every block.
+// Callers that need the bytes on the disk flush once, at the end.
+HANDLE WINAPI CreateFileW(LPCWSTR fileName, DWORD access, DWORD, LPSECURITY_ATTRIBUTES,
+                          DWORD disposition, DWORD flags, HANDLE) {
+  return openFile(translatePath(fileName), access, disposition, flags);
+}
+
+HANDLE WINAPI CreateFileA(LPCSTR fileName, DWORD access, DWORD, LPSECURITY_ATTRIBUTES,
+                          DWORD disposition, DWORD flags, HANDLE) {
+  return openFile(fileName == nullptr ? NativePath{} : translatePath(std::string_view(fileName)),
+                  access, disposition, flags);
+}
+
+BOOL WINAPI ReadFile(HANDLE handle, LPVOID buffer, DWORD length, LPDWORD read, LPOVERLAPPED) {
+  if (read != nullptr) *read = 0;
+  const FileHandle* file = fileOf(handle);
+  if (file == nullptr) return FALSE;
+  DWORD done = 0;
+  while (done < length) {
+    const ssize_t got =
+        ::read(file->descriptor, static_cast<std::uint8_t*>(buffer) + done, length - done);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return failWithErrno(errno);
+    if (got == 0) break;
+    done += static_cast<DWORD>(got);
+  }
+  if (read != nullptr) *read = done;
+  return TRUE;
+}
+
+BOOL WINAPI WriteFile(HANDLE handle, LPCVOID buffer, DWORD length, LPDWORD written, LPOVERLAPPED) {
+  if (written != nullptr) *written = 0;
+  const FileHandle* file = fileOf(handle);
+  if (file == nullptr) return FALSE;
+  DWORD done = 0;
+  while (done < length) {
+    const ssize_t put =
+        ::write(file->descriptor, static_cast<const std::uint8_t*>(buffer) + done, length - done);
+    if (put < 0 && errno == EINTR) continue;
+    if (put < 0) return failWithErrno(errno);
+    done += static_cast<DWORD>(put);
+    if (written != nullptr) *written = done;
+  }
+  return TRUE;
+}
+
+BOOL WINAPI FlushFileBuffers(HANDLE handle) {
+  FileHandle* file = fileOf(handle);
+  if (file == nullptr) return FALSE;
+  // EINVAL: what the descriptor names has nothing to flush (a device, a file under /proc).
+  if (::fsync(file->descriptor) != 0 && errno != EINVAL) return failWithErrno(errno);
+  if (!file->unsyncedDirectory.empty()) {
+    syncDirectory(file->unsyncedDirectory);
+    file->unsyncedDirectory.clear();
+  }
+  return TRUE;
+}
+
+BOOL WINAPI SetFilePointerEx(HANDLE handle, LARGE_INTEGER distance, PLARGE_INTEGER newPosition,
+                             DWORD method) {
+  const std::int64_t position = seek(handle, distance.QuadPart, method);
+  if (position < 0) return FALSE;
+  if (newPosition != nullptr) newPosition->QuadPart = position;
+  return TRUE;
+}
+
+DWORD WINAPI SetFilePointer(HANDLE handle, LONG distance, PLONG distanceHigh, DWORD method) {
+  std::int64_t whole = distance;
+  if (distanceHigh != nullptr) {
+    whole = static_cast<std::int64_t>(
+        (static_cast<std::uint64_t>(static_cast<DWORD>(*distanceHigh)) << 32) |
+        static_cast<DWORD>(distance));
+  }
+  const std::int64_t position = seek(handle, whole, method);
+  if (position < 0) return INVALID_SET_FILE_POINTER;
+  if (distanceHigh == nullptr && position > std::numeric_limits<DWORD>::max()) {
+    SetLastError(ERROR_INVALID_PARAMETER);
+    return INVALID_SET_FILE_POINTER;
+  }
+  if (distanceHigh != nullptr) *distanceHigh = static_cast<LONG>(position >> 32);
+  const DWORD low = static_cast<DWORD>(position & 0xFFFFFFFF);
+  // The low half of a good position can look like a failure; the last error tells them apart.
+  if (low == INVALID_SET_FILE_POINTER) SetLastError(ERROR_SUCCESS);
+  return low;
+}
+
+BOOL WINAPI SetEndOfFile(HANDLE handle) {
+  const FileHandle* file = fileOf(handle);
+  if (file == nullptr) return FALSE;
+  const off_t position = ::lseek(file->descriptor, 0, SEEK_CUR);
+  if (position < 0 || ::ftruncate(file->descriptor, position) != 0) return failWithErrno(errno);
+  return TRUE;
+}
+
+BOOL WINAPI GetFileSizeEx(HANDLE handle, PLARGE_INTEGER size) {
+  const FileHandle* file = fileOf(handle);
+  if (file == nullptr) return FALSE;
+  if (size == nullptr) return failWith(ERROR_INVALID_PARAMETER);
+  struct stat status {};
+  if (::fstat(file->descriptor, &status) != 0) return failWithErrno(errno);
+  size->QuadPart = status.st_size;
+  return TRUE;
+}
+
+BOOL WINAPI CloseHandle(HANDLE handle) {
+  FileHandle* file = fileOf(handle);
+  if (file == nullptr) return FALSE;
+  // The descriptor is gone whatever close answers; a late write error (a full network share) is
+  // still reported.
+  const int error = ::close(file->descriptor) == 0 ? 0 : errno;
+  file->kind = HandleKind::Closed;
+  delete file;
+  return error == 0 || error == EINTR ? TRUE : failWithErrno(error);
+}

@@ -1,0 +1,29 @@
+#include "win32/substitutes.h"
+
+#include <utility>
+
+#include "platform/testing.h"
+
+namespace quillon::platform {
+
+Substitutes& substitutes() {
+  static Substitutes current;
+  return current;
+}
+
+namespace testing {
+
+void SubstituteClock(std::function<SYSTEMTIME()> clock) { substitutes().clock = std::move(clock); }
+
+void SubstituteSleeper(std::function<void(DWORD)> sleeper) {
+  substitutes().sleeper = std::move(sleeper);
+}
+
+void SubstituteVersion(DWORD major, DWORD minor, DWORD build, WORD servicePackMajor) {
+  substitutes().version = {major, minor, build, servicePackMajor};
+}
+
+void Restore() { substitutes() = Substitutes{}; }
+
+}  // namespace testing
+}  // namespace quillon::platform

@@ -1,0 +1,784 @@
+#include "dicom/elem.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "dicom/dict.h"
+#include "dicom/elem_list.h"
+#include "dir_test_tools.h"
+
+namespace quillon {
+namespace {
+
+using test::LoggedLines;
+using Lines = std::vector<std::string>;
+using std::string_literals::operator""s;
+
+constexpr DcTag kPrivate = 0x00091010;  // any VR can be given to it, and no VM is known
+constexpr DcTag kBirthDate = 0x00100030;
+constexpr DcTag kModality = 0x00080060;
+constexpr DcTag kImageType = 0x00080008;
+constexpr DcTag kRows = 0x00280010;
+constexpr DcTag kPixelData = 0x7FE00010;
+
+class Element : public testing::Test {
+ protected:
+  ~Element() override { dcSetValueChecking(true); }
+
+  LoggedLines log_;
+};
+
+// Every value as getValue answers it in text.
+std::vector<std::string> valuesOf(DcElem& element) {
+  std::vector<std::string> values;
+  element.resetIterator();
+  for (int i = 0; i < element.valueCount(); ++i) {
+    std::array<char, 20'000> buffer{};
+    EXPECT_EQ(element.getValue(buffer.data(), buffer.size(), DcElem::kAtIterator), kDcOk);
+    values.emplace_back(buffer.data());
+  }
+  element.resetIterator();
+  return values;
+}
+
+using Values = std::vector<std::string>;
+
+TEST_F(Element, TextIsSplitAndTrimmedByTheRulesOfItsVr) {
+  struct Case {
+    const char* what;
+    DcVr vr;
+    std::string text;
+    Values stored;
+  };
+  const std::vector<Case> cases{
+      {"three values", DcVr::CS, "A\\B\\C", {"A", "B", "C"}},
+      {"trailing separator", DcVr::CS, "A\\", {"A"}},
+      {"two trailing separators", DcVr::CS, "A\\\\", {"A", ""}},
+      {"separator before padding", DcVr::CS, "A\\ ", {"A"}},
+      {"empty between", DcVr::CS, "A\\\\C", {"A", "", "C"}},
+      {"leading separator", DcVr::CS, "\\A", {"", "A"}},
+      {"separator alone", DcVr::CS, "\\", {""}},
+      {"pieces are trimmed", DcVr::DS, " 1.5 \\\t-2 ", {"1.5", "-2"}},
+      {"two spaces", DcVr::LO, "  ", {""}},
+      {"nothing", DcVr::LO, "", {""}},
+      {"text is not split", DcVr::LT, "a\\b", {"a\\b"}},
+      {"short text is not split", DcVr::ST, "a\\b\\", {"a\\b\\"}},
+      {"escape hides a separator", DcVr::LO, "\x1B$B\\x\x1B(B\\y", {"\x1B$B\\x\x1B(B", "y"}},
+      {"escape hides it in a name", DcVr::PN, "\x1B$B\\\x1B(B", {"\x1B$B\\\x1B(B"}},
+      {"escape hides nothing elsewhere", DcVr::UI, "1.2\\1.3", {"1.2", "1.3"}},
+      {"ends at a zero byte", DcVr::UI, "1.2\0\\1.3"s, {"1.2"}},
+      {"numbers", DcVr::US, "1\\65535", {"1", "65535"}},
+      {"tags", DcVr::AT, "(0010,0020)\\(FFFE,e000)", {"(0010,0020)", "(fffe,e000)"}},
+      {"control characters", DcVr::LO, "a\nb\x0E"s + "c", {"a|b c"}},
+      {"control characters in a comment", DcVr::LT, "a\r\nb", {"a\r\nb"}},
+      {"control characters beside an escape", DcVr::SH, "a\n\x1B(B", {"a\n\x1B(B"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    DcElem element(kPrivate, c.vr);
+    EXPECT_EQ(element.addText(c.text), kDcOk);
+    EXPECT_EQ(valuesOf(element), c.stored);
+  }
+}
+
+TEST_F(Element, LeadingSpaceOfACommentIsKeptUntilItIsRead) {
+  DcElem element(kPrivate, DcVr::ST);
+  EXPECT_EQ(element.addValue("  a  "), kDcOk);
+  ASSERT_NE(element.stringValue(0), nullptr);
+  EXPECT_EQ(*element.stringValue(0), "  a");
+  EXPECT_EQ(valuesOf(element), Values{"a"});
+}
+
+TEST_F(Element, AFailingPieceEndsTheValue) {
+  DcElem element(kPrivate, DcVr::CS);
+  EXPECT_EQ(element.addValue("A\\b\\C"), 0x160CU);
+  EXPECT_EQ(valuesOf(element), Values{"A"});
+}
+
+TEST_F(Element, CheckedTextKeepsTheRulesOfItsVr) {
+  struct Case {
+    const char* what;
+    DcVr vr;
+    std::string text;
+    DcCode code;
+    Values stored;
+    Lines lines;
+  };
+  const std::string prefix = "Element (0009,1010) - ";
+  const std::string l64(64, 'x');
+  const std::vector<Case> cases{
+      {"lower-case code",
+       DcVr::CS,
+       "abc",
+       0x160C,
+       {},
+       {prefix + "illegal character 'a' (0x61) in string 'abc'"}},
+      {"code", DcVr::CS, "A_1 *", 0, {"A_1 *"}, {}},
+      {"code of 17 whose 17th is wrong",
+       DcVr::CS,
+       "ABCDEFGHIJKLMNOPq",
+       0,
+       {"ABCDEFGHIJKLMNOP"},
+       {prefix.substr(0, 20) + "- input string truncated from 17 to 16 chars"}},
+      {"escape in a code",
+       DcVr::CS,
+       "\x1B"
+       "abc",
+       0,
+       {"\x1B"
+        "abc"},
+       {}},
+      {"line of 64", DcVr::LO, l64, 0, {l64}, {}},
+      {"line of 70",
+       DcVr::LO,
+       l64 + "123456",
+       0,
+       {l64},
+       {prefix.substr(0, 20) + "- input string truncated from 70 to 64 chars"}},
+      {"control character in a line",
+       DcVr::LO,
+       "a\x0F"
+       "b",
+       0,
+       {"a b"},
+       {prefix + "illegal character '\x0F' (0xf) in string 'a\x0F"
+                 "b'"}},
+      {"AE of any printable", DcVr::AE, "a~!", 0, {"a~!"}, {}},
+      {"AE beyond ASCII",
+       DcVr::AE,
+       "\xE4",
+       0x160C,
+       {},
+       {prefix + "illegal character '\xE4' (0xe4) in string '\xE4'"}},
+      {"decimal", DcVr::DS, "-1.5E+10", 0, {"-1.5E+10"}, {}},
+      {"decimal comma",
+       DcVr::DS,
+       "1,5",
+       0x160C,
+       {},
+       {prefix + "illegal character ',' (0x2c) in string '1,5'"}},
+      {"decimal of 17",
+       DcVr::DS,
+       "1.234567890123456",
+       0,
+       {"1.23456789012345"},
+       {prefix + "string too long",
+        prefix.substr(0, 20) + "- input string truncated from 17 to 16 chars"}},
+      {"integer of 12", DcVr::IS, "-12345678901", 0, {"-12345678901"}, {}},
+      {"integer of 13", DcVr::IS, "1234567890123", 0x160B, {}, {prefix + "string too long"}},
+      {"UID of 128", DcVr::UI, std::string(128, '1'), 0, {std::string(128, '1')}, {}},
+      {"UID of 129", DcVr::UI, std::string(129, '1'), 0x160B, {}, {prefix + "string too long"}},
+      {"UID with a letter",
+       DcVr::UI,
+       "1.2.a",
+       0x160C,
+       {},
+       {prefix + "illegal character 'a' (0x61) in string '1.2.a'"}},
+      {"float text of 17", DcVr::FL, "1.000000000000000", 0x160B, {}, {prefix + "string too long"}},
+      {"float text", DcVr::FD, "1e3", 0, {"1000"}, {}},
+      {"number with a letter",
+       DcVr::US,
+       "1a",
+       0x160C,
+       {},
+       {prefix + "illegal character 'a' (0x61) in string '1a'"}},
+      {"date", DcVr::DA, "19990229", 0x4402, {}, {prefix + "invalid day 29 in string '19990229'"}},
+      {"older date", DcVr::DA, "2000.02.29", 0, {"2000.02.29"}, {}},
+      {"time",
+       DcVr::TM,
+       "235960",
+       0x4402,
+       {},
+       {prefix + "invalid second value in string '235960'"}},
+      {"age",
+       DcVr::AS,
+       "45Y",
+       0x4402,
+       {},
+       {prefix + "'45Y' incorrect AS string length, must be 4 bytes"}},
+      {"tag",
+       DcVr::AT,
+       "0010,0010",
+       0x4402,
+       {},
+       {prefix + "0010,0010 incorrect string length, should be 11 bytes"}},
+      {"name", DcVr::PN, "a\x01^b", 0, {"a\x01^b"}, {}},
+      {"name of 325",
+       DcVr::PN,
+       std::string(325, 'n'),
+       0,
+       {std::string(324, 'n')},
+       {prefix.substr(0, 20) + "- input string truncated from 325 to 324 chars"}},
+      {"comment of 10241",
+       DcVr::LT,
+       std::string(10241, 'c'),
+       0,
+       {std::string(10240, 'c')},
+       {prefix.substr(0, 20) + "- input string truncated from 10241 to 10240 chars"}},
+      {"empty code", DcVr::CS, " ", 0, {""}, {}},
+      {"empty UID", DcVr::UI, " ", 0, {""}, {}},
+      {"empty number", DcVr::US, " ", 0, {}, {}},
+      {"bulk", DcVr::OB, "abc", 0x1602, {}, {"Element (0009,1010) VR=OB, does not accept string"}},
+      {"unlimited text is bulk too",
+       DcVr::UT,
+       "abc",
+       0x1602,
+       {},
+       {"Element (0009,1010) VR=UT, does not accept string"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    DcElem element(kPrivate, c.vr);
+    EXPECT_EQ(element.addText(c.text), c.code);
+    EXPECT_EQ(log_.take(), c.lines);
+    EXPECT_EQ(valuesOf(element), c.stored);
+  }
+  EXPECT_EQ(log_.lastFunction(), "DcElem::addValueStrg");
+}
+
+TEST_F(Element, WithCheckingOffNothingIsRefusedOrCutInAList) {
+  struct Case {
+    DcVr vr;
+    std::string text;
+  };
+  const std::vector<Case> cases{
+      {DcVr::LO, std::string(70, 'x')},
+      {DcVr::CS, "abc"},
+      {DcVr::DA, "19990229"},
+      {DcVr::TM, "1:00"},
+      {DcVr::AS, "old"},
+      {DcVr::UI, std::string(200, '1')},
+      {DcVr::IS, "many"},
+      {DcVr::DS, "1.23456789012345678"},
+      {DcVr::DT, "yesterday"},
+  };
+  dcSetValueChecking(false);
+  DcElemList list;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    DcElem* const element = list.add(std::make_unique<DcElem>(kPrivate, c.vr));
+    EXPECT_EQ(element->addValue(c.text.c_str()), kDcOk);
+    EXPECT_EQ(valuesOf(*element), Values{c.text});
+  }
+  // Without a list there is no hook, and the conversions do not depend on the switch.
+  DcElem date(kBirthDate);
+  EXPECT_EQ(date.addValue("19990229"), 0x4402U);
+  DcElem line(kPrivate, DcVr::LO);
+  EXPECT_EQ(line.addValue(std::string(70, 'x').c_str()), kDcOk);
+  EXPECT_EQ(valuesOf(line), Values{std::string(70, 'x')});
+  // What cannot be stored in the VR's form stays out.
+  DcElem* const tag = list.add(std::make_unique<DcElem>(kPrivate, DcVr::AT));
+  EXPECT_EQ(tag->addValue("(0010;0010)"), 0x4402U);
+  EXPECT_EQ(tag->valueCount(), 0);
+}
+
+TEST_F(Element, TheHookIsAskedForTextThatFailedOrIsTooLong) {
+  struct Asked {
+    std::string line;
+    DcCode answer = kDcOk;
+    const char* replacement = nullptr;
+  } asked;
+  const DcStringHook hook{&asked,
+                          [](void* user, DcTag tag, DcVr vr, const char* text,
+                             std::string* replacement, bool* hasReplacement) -> DcCode {
+                            auto& a = *static_cast<Asked*>(user);
+                            a.line = std::to_string(tag) + " " +
+                                     std::to_string(static_cast<unsigned>(vr)) + " " + text;
+                            if (a.replacement != nullptr) {
+                              *replacement = a.replacement;
+                              *hasReplacement = true;
+                            }
+                            return a.answer;
+                          }};
+  DcElemList list;
+  list.setStringHook(hook);
+  const auto add = [&list](DcVr vr) {
+    list.clear();
+    return list.add(std::make_unique<DcElem>(kPrivate, vr));
+  };
+
+  DcElem* element = add(DcVr::CS);
+  EXPECT_EQ(element->addValue("GOOD"), kDcOk);
+  EXPECT_EQ(asked.line, "");
+  EXPECT_EQ(element->addValue(" bad "), kDcOk);
+  EXPECT_EQ(asked.line, "593936 4 bad");
+  EXPECT_EQ(valuesOf(*element), (Values{"GOOD", "bad"}));
+  asked.replacement = "BETTER";
+  EXPECT_EQ(element->addValue("worse", 0), kDcOk);
+  EXPECT_EQ(valuesOf(*element), (Values{"BETTER", "bad"}));
+  asked.answer = 5;
+  EXPECT_EQ(element->addValue("refused", 0), 0x1626U);
+  EXPECT_EQ(valuesOf(*element), (Values{"BETTER", "bad"}));
+
+  asked = {};
+  element = add(DcVr::SH);
+  EXPECT_EQ(element->addValue("a\x0F"
+                              "b"),
+            kDcOk);  // an illegal character is none in SH
+  EXPECT_EQ(asked.line, "");
+  EXPECT_EQ(element->addValue("12345678901234567"), kDcOk);
+  EXPECT_EQ(asked.line, "593936 17 12345678901234567");
+  EXPECT_EQ(valuesOf(*element), (Values{"a b", "12345678901234567"}));
+
+  asked = {};
+  asked.replacement = "12";
+  element = add(DcVr::US);
+  EXPECT_EQ(element->addValue("twelve"), kDcOk);
+  EXPECT_EQ(valuesOf(*element), Values{"12"});
+  asked.replacement = "(0010,0010)";
+  element = add(DcVr::AT);
+  EXPECT_EQ(element->addValue("name"), kDcOk);
+  EXPECT_EQ(valuesOf(*element), Values{"(0010,0010)"});
+  asked.answer = 1;
+  EXPECT_EQ(element->addValue("name"), 0x1626U);
+}
+
+TEST_F(Element, TheIndexAppendsOrReplacesOneValue) {
+  DcElem element(kPrivate, DcVr::IS);
+  EXPECT_EQ(element.addValue("1", 1), 0x1624U);
+  EXPECT_EQ(element.addValue("1", 0), kDcOk);
+  EXPECT_EQ(element.addValue("2"), kDcOk);
+  EXPECT_EQ(element.addValue("9", 1), kDcOk);
+  EXPECT_EQ(element.addValue("3", 2), 0x1624U);
+  EXPECT_EQ(element.addValue("3", -2), 0x1624U);
+  EXPECT_EQ(log_.take(), Lines(3, "Invalid index value"));
+  EXPECT_EQ(log_.lastFunction(), "DcElem::addValueFmtBuf");
+  EXPECT_EQ(valuesOf(element), (Values{"1", "9"}));
+}
+
+TEST_F(Element, BeyondTheVmTheFirstValueMakesRoomUnlessCheckingIsOff) {
+  DcElem modality(kModality);  // VM 1
+  EXPECT_EQ(modality.addValue("A\\B\\C"), kDcOk);
+  EXPECT_EQ(valuesOf(modality), Values{"C"});
+  DcElem fileId(0x00041500);  // VM 1 to 8
+  EXPECT_EQ(fileId.addValue("1\\2\\3\\4\\5\\6\\7\\8\\9"), kDcOk);
+  EXPECT_EQ(valuesOf(fileId), (Values{"2", "3", "4", "5", "6", "7", "8", "9"}));
+  DcElem otherVr(kModality, DcVr::LO);  // not the dictionary's VR: nothing is known
+  EXPECT_EQ(otherVr.addValue("A\\B"), kDcOk);
+  EXPECT_EQ(valuesOf(otherVr), (Values{"A", "B"}));
+  DcElem groupLength(0x00090000);
+  EXPECT_EQ(groupLength.addValue("1\\2"), kDcOk);
+  EXPECT_EQ(valuesOf(groupLength), Values{"2"});
+  DcElem imageType(kImageType);  // VM without bound
+  EXPECT_EQ(imageType.addValue("A\\B\\C\\D"), kDcOk);
+  EXPECT_EQ(imageType.valueCount(), 4);
+
+  dcSetValueChecking(false);
+  DcElem unchecked(kModality);
+  EXPECT_EQ(unchecked.addValue("A\\B\\C"), kDcOk);
+  EXPECT_EQ(valuesOf(unchecked), (Values{"A", "B", "C"}));
+}
+
+// Which VRs take a number, and what they store of it.
+TEST_F(Element, NumbersBecomeWhatTheVrStores) {
+  struct Case {
+    DcVr vr;
+    const char* asShort;
+    const char* asUnsignedShort;
+    const char* asLong;
+    const char* asUnsignedLong;
+    const char* asFloat;
+    const char* asDouble;
+  };
+  // Values: -2, 65535, -70000, 4000000000, 0.1f, 1234567.0. Null: refused.
+  const std::vector<Case> cases{
+      {DcVr::DS, "-2", "65535", "-70000", "4000000000", "0.1", "1.23457e+06"},
+      {DcVr::IS, "-2", "65535", "-70000", "4000000000", nullptr, nullptr},
+      {DcVr::FL, "-2", "65535", "-70000", "4e+09", "0.1", "1.23457e+06"},
+      {DcVr::FD, "-2", "65535", "-70000", "4e+09", nullptr, "1.23457e+06"},
+      {DcVr::SL, "-2", "65535", "-70000", "-294967296", nullptr, nullptr},
+      {DcVr::SS, "-2", "-1", "-4464", "10240", nullptr, nullptr},
+      {DcVr::XS, "-2", "-1", "-4464", "10240", nullptr, nullptr},
+      {DcVr::UL, "4294967294", "65535", "4294897296", "4000000000", nullptr, nullptr},
+      {DcVr::US, "65534", "65535", "61072", "10240", nullptr, nullptr},
+      {DcVr::AT, nullptr, nullptr, "(fffe,ee90)", "(ee6b,2800)", nullptr, nullptr},
+      {DcVr::CS, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
+      {DcVr::UN, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
+      {DcVr::UI, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
+  };
+  const auto expect = [this](DcVr vr, const char* type, const char* expected,
+                             const std::function<DcCode(DcElem&)>& add) {
+    SCOPED_TRACE(type);
+    DcElem element(kPrivate, vr);
+    std::string code;
+    theDictionary().getVr(vr, &code);
+    const DcCode result = add(element);
+    if (expected == nullptr) {
+      EXPECT_EQ(result, 0x1602U);
+      EXPECT_EQ(log_.take(), Lines{"Element (0009,1010) VR=" + code + ", does not accept " + type});
+      EXPECT_EQ(log_.lastFunction(), "DcElem::addValue");
+    } else {
+      EXPECT_EQ(result, kDcOk);
+      EXPECT_EQ(valuesOf(element), Values{expected});
+    }
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(static_cast<unsigned>(c.vr));
+    expect(c.vr, "short", c.asShort,
+           [](DcElem& e) { return e.addValue(static_cast<std::int16_t>(-2)); });
+    expect(c.vr, "unsigned short", c.asUnsignedShort,
+           [](DcElem& e) { return e.addValue(static_cast<std::uint16_t>(65535)); });
+    expect(c.vr, "long", c.asLong, [](DcElem& e) { return e.addValue(-70000); });
+    expect(c.vr, "unsigned long", c.asUnsignedLong,
+           [](DcElem& e) { return e.addValue(4'000'000'000U); });
+    expect(c.vr, "float", c.asFloat, [](DcElem& e) { return e.addValue(0.1F); });
+    expect(c.vr, "double float", c.asDouble, [](DcElem& e) { return e.addValue(1'234'567.0); });
+  }
+}
+
+TEST_F(Element, TextBecomesTheNumberThatTheVrStores) {
+  struct Case {
+    DcVr vr;
+    const char* text;
+    const char* stored;
+  };
+  const std::vector<Case> cases{
+      {DcVr::SL, "-2147483648", "-2147483648"},
+      {DcVr::SL, "99999999999", "2147483647"},
+      {DcVr::UL, "4294967295", "4294967295"},
+      {DcVr::UL, "-1", "4294967295"},
+      {DcVr::SS, "-32768", "-32768"},
+      {DcVr::US, "+7", "7"},
+      {DcVr::XS, "40000", "-25536"},
+      {DcVr::XS, "-3", "-3"},
+      {DcVr::FL, "+.5", "0.5"},
+      {DcVr::FD, "1e400", "inf"},
+      {DcVr::FD, "-1e400", "-inf"},
+      {DcVr::FD, "1e-400", "0"},
+      {DcVr::FD, "0.5e400", "inf"},
+      {DcVr::FD, "e", "0"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    DcElem element(kPrivate, c.vr);
+    EXPECT_EQ(element.addValue(c.text), kDcOk);
+    EXPECT_EQ(valuesOf(element), Values{c.stored});
+  }
+}
+
+template <typename T>
+void expectReading(DcElem& element, DcCode code, double expected, const char* type) {
+  SCOPED_TRACE(type);
+  T value{};
+  EXPECT_EQ(element.getValue(value), code);
+  EXPECT_DOUBLE_EQ(static_cast<double>(value), code == kDcOk ? expected : 0);
+}
+
+TEST_F(Element, NumbersAreReadAsTheTypesThatTheirVrAllows) {
+  struct Case {
+    DcVr vr;
+    const char* text;
+    bool asShort, asLong, asReal;
+    double asInt16, asUint16, asInt32, asUint32, asFloat;
+  };
+  const std::vector<Case> cases{
+      {DcVr::IS, "-2", true, true, true, -2, 65534, -2, 4294967294.0, -2},
+      {DcVr::IS, "4000000000", true, true, true, -1, 65535, 2147483647, 4000000000.0, 4e9},
+      {DcVr::SS, "-2", true, true, true, -2, 65534, -2, 4294967294.0, -2},
+      {DcVr::XS, "40000", true, true, true, -25536, 40000, -25536, 4294941760.0, -25536},
+      {DcVr::US, "40000", true, true, true, -25536, 40000, 40000, 40000, 40000},
+      {DcVr::SL, "-2", false, true, true, 0, 0, -2, 4294967294.0, -2},
+      {DcVr::UL, "4000000000", false, true, true, 0, 0, -294967296, 4000000000.0, 4e9},
+      {DcVr::AT, "(0010,0020)", false, true, false, 0, 0, 0x00100020, 0x00100020, 0},
+      {DcVr::DS, "1.5", false, false, true, 0, 0, 0, 0, 1.5},
+      {DcVr::FL, "1.5", false, false, true, 0, 0, 0, 0, 1.5},
+      {DcVr::FD, "1.5", false, false, true, 0, 0, 0, 0, 1.5},
+      {DcVr::CS, "12", false, false, false, 0, 0, 0, 0, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.text);
+    DcElem element(kPrivate, c.vr);
+    ASSERT_EQ(element.addValue(c.text), kDcOk);
+    const auto code = [](bool readable) { return readable ? kDcOk : DcCode{0x1604}; };
+    expectReading<std::int16_t>(element, code(c.asShort), c.asInt16, "int16");
+    expectReading<std::uint16_t>(element, code(c.asShort), c.asUint16, "uint16");
+    expectReading<std::int32_t>(element, code(c.asLong), c.asInt32, "int32");
+    expectReading<std::uint32_t>(element, code(c.asLong), c.asUint32, "uint32");
+    expectReading<float>(element, code(c.asReal), c.asFloat, "float");
+    expectReading<double>(element, code(c.asReal), c.asFloat, "double");
+  }
+}
+
+TEST_F(Element, ATypeThatDoesNotFitIsNamedInTheLog) {
+  DcElem element(kPrivate, DcVr::PN);
+  ASSERT_EQ(element.addValue("Doe"), kDcOk);
+  DcElem bulk(kPrivate, DcVr::OB);
+  struct Case {
+    const char* type;
+    std::function<DcCode()> read;
+  };
+  std::int16_t s = 0;
+  std::uint16_t us = 0;
+  std::int32_t l = 0;
+  std::uint32_t ul = 0;
+  float f = 0;
+  double d = 0;
+  DcElemValueAS as;
+  DcElemValueAT at;
+  DcUid uid{};
+  DcElemValueBuf raw;
+  const std::vector<Case> cases{
+      {"signed short", [&] { return element.getValue(s); }},
+      {"unsigned short", [&] { return element.getValue(us); }},
+      {"signed long", [&] { return element.getValue(l); }},
+      {"32 bit unsigned int", [&] { return element.getValue(ul); }},
+      {"float", [&] { return element.getValue(f); }},
+      {"double", [&] { return element.getValue(d); }},
+      {"DcElemValueAS", [&] { return element.getValue(as); }},
+      {"DcElemValueAT", [&] { return element.getValue(at); }},
+      {"DICT_UID", [&] { return element.getValue(uid); }},
+      {"raw buffer", [&] { return element.getValue(raw); }},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.type);
+    EXPECT_EQ(c.read(), 0x1604U);
+    EXPECT_EQ(log_.take(),
+              Lines{std::string("Element (0009,1010) VR=PN, cannot get value as ") + c.type});
+    EXPECT_EQ(log_.lastFunction(), "DcElem::getValue");
+  }
+  std::array<char, 16> buffer{};
+  EXPECT_EQ(bulk.getValue(buffer.data(), buffer.size()), 0x1604U);
+  EXPECT_EQ(log_.take(), Lines{"Element (0009,1010) VR=OB, cannot get value as string"});
+}
+
+TEST_F(Element, RecordsAreReadFromTheirVrs) {
+  DcElem age(0x00101010, "045Y");
+  DcElemValueAS as;
+  EXPECT_EQ(age.getValue(as), kDcOk);
+  EXPECT_EQ(as.number, 45);
+  EXPECT_EQ(as.unit, 'Y');
+  DcElem pointer(kPrivate, DcVr::AT);
+  ASSERT_EQ(pointer.addValue(std::uint32_t{0x00101010}), kDcOk);
+  DcElemValueAT at;
+  EXPECT_EQ(pointer.getValue(at), kDcOk);
+  EXPECT_EQ(at.group, 0x0010);
+  EXPECT_EQ(at.element, 0x1010);
+  DcElem sopClass(0x00080016, DcUid{62});
+  ASSERT_NE(sopClass.stringValue(0), nullptr);
+  EXPECT_EQ(*sopClass.stringValue(0), "1.2.840.10008.5.1.4.1.1.2");
+  DcUid uid{};
+  EXPECT_EQ(sopClass.getValue(uid), kDcOk);
+  EXPECT_EQ(uid, DcUid{62});
+  ASSERT_EQ(sopClass.addValue("1.2.3.4.5", 0), kDcOk);
+  EXPECT_EQ(sopClass.getValue(uid), 0x1402U);
+  EXPECT_EQ(uid, DcUid::None);
+  EXPECT_EQ(sopClass.addValue(DcUid{4711}, 0), 0x1402U);
+  EXPECT_EQ(*sopClass.stringValue(0), "1.2.3.4.5");
+}
+
+TEST_F(Element, TheIndexNamesAValueOrFollowsTheIterator) {
+  DcElem element(kPrivate, DcVr::IS);
+  std::int32_t value = 0;
+  EXPECT_EQ(element.getValue(value), 0x160AU);
+  ASSERT_EQ(element.addValue("10\\11\\12"), kDcOk);
+  EXPECT_EQ(element.getValue(value, 2), kDcOk);
+  EXPECT_EQ(value, 12);
+  EXPECT_EQ(element.getValue(value, 3), 0x160EU);
+  EXPECT_EQ(log_.take(), Lines{});
+  EXPECT_EQ(element.getValue(value, 4), 0x1624U);
+  EXPECT_EQ(log_.take(), Lines{"Element (0009,1010) index (=4) out of range, value count = 3"});
+  EXPECT_EQ(element.getValue(value, -1), 0x1624U);
+  EXPECT_EQ(log_.take(), Lines{"Element (0009,1010) index (=-1) out of range, value count = 3"});
+
+  for (const int expected : {10, 11, 12}) {
+    EXPECT_EQ(element.getValue(value, 0), kDcOk);
+    EXPECT_EQ(value, expected);
+    EXPECT_EQ(element.getValue(value, DcElem::kAtIterator), kDcOk);
+    EXPECT_EQ(value, expected);
+  }
+  EXPECT_EQ(element.getValue(value, DcElem::kAtIterator), 0x160EU);
+  EXPECT_EQ(element.getValue(value, 0), 0x160EU);
+  EXPECT_EQ(element.getValue(value, 1), kDcOk);
+  EXPECT_EQ(value, 11);
+
+  element.resetIterator();
+  int position = 0;
+  EXPECT_EQ(element.nextPosition(position), kDcOk);
+  EXPECT_EQ(position, 1);
+  EXPECT_EQ(element.nextPosition(position), kDcOk);
+  EXPECT_EQ(position, 2);
+  EXPECT_EQ(element.nextPosition(position), 0x160EU);
+  EXPECT_EQ(element.nextPosition(position), 0x160EU);
+  EXPECT_EQ(position, 2);
+}
+
+TEST_F(Element, TextThatDoesNotFitIsCut) {
+  struct Case {
+    const char* what;
+    DcVr vr;
+    const char* text;
+    std::size_t fits;
+  };
+  const std::vector<Case> cases{
+      {"text", DcVr::LO, "abc", 4},
+      {"tag", DcVr::AT, "(0010,0010)", 12},
+      {"integer", DcVr::SL, "-2147483648", 12},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    DcElem element(kPrivate, c.vr);
+    ASSERT_EQ(element.addValue(c.text), kDcOk);
+    std::array<char, 16> buffer{};
+    EXPECT_EQ(element.getValue(buffer.data(), c.fits), kDcOk);
+    EXPECT_STREQ(buffer.data(), c.text);
+    EXPECT_EQ(log_.take(), Lines{});
+    buffer.fill('#');
+    EXPECT_EQ(element.getValue(buffer.data(), c.fits - 1), 0x160DU);
+    EXPECT_EQ(std::string(buffer.data()), std::string(c.text).substr(0, c.fits - 2));
+    EXPECT_EQ(buffer[c.fits - 1], '#') << "written beyond the buffer";
+    EXPECT_EQ(log_.take(), Lines{"Element (0009,1010) buffer too short, value truncated"});
+    buffer.fill('#');
+    EXPECT_EQ(element.getValue(buffer.data(), 0), 0x160DU);
+    EXPECT_EQ(buffer[0], '#');
+    log_.take();
+  }
+}
+
+TEST_F(Element, BulkBytesAreCopiedAndHandedOutAsViews) {
+  std::vector<std::uint8_t> bytes{1, 2, 3, 4};
+  DcElem element(kPixelData);
+  EXPECT_EQ(element.addValue(bytes.data(), 4, DcUid{176}), kDcOk);
+  EXPECT_EQ(element.transferSyntax(), DcUid{176});
+  bytes.assign(4, 0);
+  DcElemValueBuf segment;
+  EXPECT_EQ(element.getValue(segment), kDcOk);
+  EXPECT_FALSE(segment.ownsMemory());
+  EXPECT_EQ(segment.lengthBytes(), 4U);
+  EXPECT_EQ(segment.transferSyntax(), DcUid{176});
+  EXPECT_EQ(segment.data()[3], 4);
+  EXPECT_EQ(segment.data(), element.segments()[0].data());
+
+  EXPECT_EQ(element.addValue(nullptr, 4, DcUid{173}), 0x1602U);
+  EXPECT_EQ(element.addValue(bytes.data(), 0, DcUid{173}), 0x1602U);
+  EXPECT_EQ(log_.take(), Lines{});
+  EXPECT_EQ(element.addValue(bytes.data(), 4, DcUid{2}), 0x1605U);
+  EXPECT_EQ(element.valueCount(), 1);
+  EXPECT_EQ(element.transferSyntax(), DcUid{176});
+  log_.take();
+  DcElem text(kPrivate, DcVr::LO);
+  EXPECT_EQ(text.addValue(bytes.data(), 4, DcUid{173}), 0x1602U);
+  EXPECT_EQ(log_.take(), Lines{"Element (0009,1010) VR=LO, does not accept raw buffers"});
+}
+
+TEST_F(Element, BulkBytesCanStayInAFile) {
+  const test::TempDir dir;
+  const std::string name = (dir / "pixels").string();
+  test::writeBytes(name, {1, 2, 3, 4});
+  DcElem element(kPixelData, name.c_str(), 1, 2, DcUid::ExplicitLittleEndian);
+  DcElemValueBuf segment;
+  EXPECT_EQ(element.getValue(segment), kDcOk);
+  EXPECT_EQ(segment.storage(), DcElemValueBuf::Storage::File);
+  EXPECT_EQ(segment.fileName(), name);
+  EXPECT_EQ(segment.offsetInFile(), 1U);
+  EXPECT_EQ(segment.lengthBytes(), 2U);
+  EXPECT_EQ(segment.data(), nullptr);
+
+  const char* const noName = nullptr;
+  EXPECT_EQ(element.addValue(noName, 0, 1, DcUid{173}), kDcOk);
+  EXPECT_EQ(element.valueCount(), 1);
+  const std::string missing = (dir / "missing").string();
+  EXPECT_EQ(element.addValue(missing.c_str(), 0, 1, DcUid{173}), 0x1602U);
+  EXPECT_EQ(log_.take(),
+            Lines{"Element (7fe0,0010), unable to open file " + missing + " in rb mode"});
+  EXPECT_EQ(element.valueCount(), 1);
+  for (const DcVr vr : {DcVr::UN, DcVr::OF, DcVr::UT, DcVr::LO}) {
+    DcElem other(kPrivate, vr);
+    EXPECT_EQ(other.addValue(name.c_str(), 0, 1, DcUid{173}), 0x1602U);
+  }
+}
+
+TEST_F(Element, VerificationAnswersByTheRuleOfTheVr) {
+  struct Case {
+    const char* what;
+    DcCode (DcElem::*verify)(const char*) const;
+    std::string text;
+    DcCode code;
+  };
+  const std::vector<Case> cases{
+      {"AE 16th wrong", &DcElem::verifyValueAE, std::string(15, 'A') + "\x7F", 0x160C},
+      {"AE 17th wrong", &DcElem::verifyValueAE, std::string(16, 'A') + "\x7F", 0},
+      {"AE blank", &DcElem::verifyValueAE, "  ", 0x160A},
+      {"CS blank", &DcElem::verifyValueCS, "  ", 0},
+      {"CS hyphen", &DcElem::verifyValueCS, "A-B", 0x160C},
+      {"DS long but fine", &DcElem::verifyValueDS, std::string(17, '1'), 0},
+      {"DS long and its last wrong", &DcElem::verifyValueDS, std::string(17, '1') + "x", 0x160C},
+      {"FX 16", &DcElem::verifyValueFX, std::string(16, '1'), 0},
+      {"FX 17", &DcElem::verifyValueFX, std::string(17, '1'), 0x160B},
+      {"IS point", &DcElem::verifyValueIS, "1.5", 0x160C},
+      {"IS padded", &DcElem::verifyValueIS, "  123456789012  ", 0},
+      {"LO 64th wrong", &DcElem::verifyValueLO, std::string(63, 'a') + "\\b", 0x160C},
+      {"LO 65th wrong", &DcElem::verifyValueLO, std::string(64, 'a') + "\\", 0},
+      {"LO any high byte", &DcElem::verifyValueLO, "\x7F\x80\xFF", 0},
+      {"LO with an escape", &DcElem::verifyValueLO,
+       "a\\\x1B"
+       "b",
+       0},
+      {"SH 16th wrong", &DcElem::verifyValueSH, std::string(15, 'a') + "\\b", 0x160C},
+      {"SH 17th wrong", &DcElem::verifyValueSH, std::string(16, 'a') + "\\", 0},
+      {"UI 128", &DcElem::verifyValueUI, std::string(128, '1'), 0},
+      {"UI 129", &DcElem::verifyValueUI, std::string(129, '1'), 0x160B},
+      {"UI hyphen", &DcElem::verifyValueUI, "1-2", 0x160C},
+  };
+  const DcElem element(kPrivate, DcVr::LO);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    dcSetValueChecking(true);
+    EXPECT_EQ((element.*c.verify)(c.text.c_str()), c.code);
+    EXPECT_EQ((element.*c.verify)(nullptr), 0x1606U);
+    dcSetValueChecking(false);
+    EXPECT_EQ((element.*c.verify)(c.text.c_str()), kDcOk);
+    EXPECT_EQ((element.*c.verify)(nullptr), kDcOk);
+  }
+  log_.take();
+  dcSetValueChecking(true);
+  EXPECT_EQ(element.verifyValueSH(nullptr), 0x1606U);
+  EXPECT_EQ(log_.take(), Lines{"Element (0009,1010) - Null argument passed"});
+  EXPECT_EQ(log_.lastFunction(), "DcElem::verifyValueSH");
+}
+
+TEST_F(Element, ConstructionTakesTheSyntaxOfItsGroupAndRefusesPlainSequences) {
+  struct Case {
+    DcTag tag;
+    DcUid expected;
+  };
+  for (const Case& c : {Case{0x00000002, DcUid::ImplicitLittleEndian},
+                        Case{0x00020010, DcUid::ExplicitLittleEndian},
+                        Case{0x00041430, DcUid::ExplicitLittleEndian},
+                        Case{0x00100010, DcUid::ExplicitBigEndian}}) {
+    const DcElem element(c.tag, nullptr, 0, DcUid::ExplicitBigEndian);
+    EXPECT_EQ(element.transferSyntax(), c.expected) << std::hex << c.tag;
+  }
+  EXPECT_EQ(log_.take(), Lines{});
+  const DcElem sequence(0x00081140);
+  EXPECT_EQ(log_.take(), Lines{"SQ Element (0008,1140) must be constructed with DcElemSq"});
+  EXPECT_EQ(log_.lastFunction(), "DcElem::initialize");
+  const DcElem retired(kPrivate, DcVr::RT);
+  EXPECT_EQ(log_.take(), Lines{"Retired Data Element"});
+}
+
+TEST_F(Element, NullTextIsRefused) {
+  DcElem element(kRows);
+  const char* const noText = nullptr;
+  EXPECT_EQ(element.addValue(noText), 0x1606U);
+  EXPECT_EQ(log_.take(), Lines{"Null argument passed"});
+  EXPECT_EQ(log_.lastFunction(), "DcElem::addValue");
+}
+
+TEST_F(Element, ALookupTagStandsInForTheElementsOwn) {
+  DcElem element(kPrivate);
+  EXPECT_EQ(element.resolvedVr(), DcVr::UN);
+  element.setLookupTag(kRows);
+  EXPECT_EQ(element.resolvedVr(), DcVr::US);
+  EXPECT_EQ(element.addValue("512"), kDcOk);
+  EXPECT_EQ(valuesOf(element), Values{"512"});
+  EXPECT_EQ(element.tag(), kPrivate);
+}
+
+}  // namespace
+}  // namespace quillon

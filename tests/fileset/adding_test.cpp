@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "builder_job.h"
+
+namespace quillon::test {
+namespace {
+
+constexpr const char* kUniqueId = "DOE^JOHN 12345";
+
+// A CT data set of nothing but its keys.
+Bytes bareObject(const std::string& studyUid, const std::string& seriesUid,
+                 const std::string& instanceUid) {
+  const Bytes dataSet = DataSetBytes()
+                            .text(0x00080016, "UI", "1.2.840.10008.5.1.4.1.1.2")
+                            .text(0x00080018, "UI", instanceUid)
+                            .text(0x00080060, "CS", "CT")
+                            .text(0x0020000D, "UI", studyUid)
+                            .text(0x0020000E, "UI", seriesUid)
+                            .take();
+  return dicomFile(dataSet, "1.2.840.10008.5.1.4.1.1.2", "2.999.1.2.3.4.5.6.7", kExplicitLittleUid);
+}
+
+TEST(AddingFiles, TellsWhyAFileIsRefused) {
+  const std::string study = "2.999.1.1111111111111";
+  const std::string series = "2.999.2.1111111111111";
+  const std::string instance = "2.999.3.1111111111111";
+  const std::string maker = "1.2.840.987654.99.";
+  const struct {
+    const char* what;
+    Bytes file;
+    std::string sentence;  // {file} stands for the path; empty when accepted
+    int count;             // objects in the list afterwards; -1 without a patient
+  } cases[] = {
+      {"whole", bareObject(study, series, instance), "", 1},
+      {"not DICOM", Bytes(300, 'x'), "Cannot read the DICOM information from {file}.", -1},
+      {"study UID without a value", bareObject("", series, instance),
+       "Cannot read the study information for the patient DOE^JOHN 12345 from {file}.", 0},
+      {"series UID without a value", bareObject(study, "", instance),
+       "Cannot read the series information for the study " + study +
+           " for the patient DOE^JOHN 12345 from {file}.",
+       0},
+      {"SOP instance UID without a value", bareObject(study, series, ""),
+       "The image SOP instance UID (0008,0018) is missing from the image file {file} for the "
+       "sries " +
+           series + " in study " + study + " for the patient DOE^JOHN 12345.",
+       0},
+      {"maker's form", bareObject(study, series, maker + "1234.5"), "", 1},
+      {"maker's form, only dot first", bareObject(study, series, maker + ".1234"),
+       "The image instance UID from {file} is invalid.", 0},
+      {"maker's form, dot last", bareObject(study, series, maker + "1234."),
+       "The instance UID is invalid.", 0},
+      {"maker's form without a frame", bareObject(study, series, maker + "1234"),
+       "Cannot add the image " + maker + "1234 to the series " + series + " in the study " + study +
+           " for the patient DOE^JOHN 12345 from {file}.",
+       0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    BuilderJob job;
+    const fs::path file = job.in / "object";
+    writeBytes(file, c.file);
+    EXPECT_EQ(job.builder.AddFile(wide(file)), c.sentence.empty());
+    std::string sentence = c.sentence;
+    if (const auto at = sentence.find("{file}"); at != std::string::npos) {
+      sentence.replace(at, 6, file.string());
+    }
+    EXPECT_EQ(job.sentence(), sentence);
+    EXPECT_EQ(job.count(), c.count);
+  }
+}
+
+TEST(AddingFiles, AFileWithoutOneOfTheThreeUidsIsPassedOver) {
+  for (const std::uint32_t missing : {0x00080018U, 0x0020000DU, 0x0020000EU}) {
+    SCOPED_TRACE(missing);
+    DataSetBytes dataSet;
+    for (const std::uint32_t tag : {0x00080018U, 0x0020000DU, 0x0020000EU}) {
+      if (tag != missing) dataSet.text(tag, "UI", "2.999.1.1111111111111");
+    }
+    BuilderJob job;
+    writeBytes(job.in / "object", dicomFile(dataSet.take(), "1.2.840.10008.5.1.4.1.1.2", "2.999.1",
+                                            kExplicitLittleUid));
+    EXPECT_TRUE(job.builder.AddFile(wide(job.in / "object")));
+    EXPECT_EQ(job.count(), -1);
+    EXPECT_EQ(job.sentence(), "There is no patient information to process.");
+  }
+}
+
+TEST(AddingFiles, AnObjectIsAddedOnceAndFilesItselfUnderItsKeys) {
+  BuilderJob job;
+  job.add("a", {});
+  ASSERT_TRUE(job.added);
+  EXPECT_TRUE(job.builder.AddFile(wide(job.in / "a")));
+  // The same object in another file.
+  job.add("b", {});
+  EXPECT_TRUE(job.added);
+  EXPECT_EQ(job.count(), 1);
+  // The frames of a split image are objects of their own, also the one whose name is the key.
+  const std::string maker = "1.2.840.987654.99.77.1234";
+  for (const char* frame : {".0", ".5", ".6", ".5"}) {
+    ObjectDescription d;
+    d.instanceUid = maker + frame;
+    job.add(std::string("frame") + frame, d);
+    EXPECT_TRUE(job.added) << job.sentence();
+  }
+  EXPECT_EQ(job.count(), 4);
+  // Patients are told apart by the job's unique ID alone.
+  job.builder.SetUniquePatientId(u"doe^john 12345");
+  job.add("c", {});
+  EXPECT_TRUE(job.added);
+  EXPECT_EQ(job.count(), 5);
+}
+
+TEST(AddingFiles, WithoutAUniquePatientIdNothingIsAdded) {
+  BuilderJob job;
+  job.builder.SetUniquePatientId(u"");
+  const fs::path file = job.add("a", {});
+  EXPECT_FALSE(job.added);
+  EXPECT_EQ(job.sentence(), "Cannot add the patient information from " + file.string() +
+                                " for the patient  to the patient list.");
+  EXPECT_EQ(job.count(), -1);
+  EXPECT_FALSE(job.builder.AddFile(u""));
+  EXPECT_EQ(job.sentence(), "The path name is invalid.");
+}
+
+TEST(AddingFiles, ADiscardedListIsMadeAgain) {
+  BuilderJob job;
+  job.add("a", {});
+  job.builder.DiscardPatientList();
+  EXPECT_EQ(job.count(), -1);
+  EXPECT_EQ(job.sentence(), "The patient list is invalid.");
+  job.add("b", {});
+  EXPECT_EQ(job.count(), 1);
+}
+
+ObjectDescription instance(int number) {
+  ObjectDescription d;
+  d.instance = number;
+  return d;
+}
+
+TEST(AddingDirectories, AreWalkedAsTheSettingSays) {
+  BuilderJob job;
+  job.make("1", instance(1));
+  job.make("b/2", instance(2));
+  job.make("b/c/3", instance(3));
+  fs::create_directory(job.in / "empty");
+  job.builder.allowAddHierarchyTree = false;
+  EXPECT_TRUE(job.builder.AddDirectory(wide(job.in), false));
+  EXPECT_EQ(job.count(), 1);
+  job.builder.allowAddHierarchyTree = true;
+  EXPECT_TRUE(job.builder.AddDirectory(wide(job.in.string() + "/"), false)) << job.sentence();
+  EXPECT_EQ(job.count(), 3);
+}
+
+TEST(AddingDirectories, AnEmptyNameIsTheCurrentDirectory) {
+  BuilderJob job;
+  job.make("1", instance(1));
+  const fs::path before = fs::current_path();
+  fs::current_path(job.in);
+  EXPECT_TRUE(job.builder.AddDirectory(u"", /*createAfterwards=*/true)) << job.sentence();
+  fs::current_path(before);
+  EXPECT_TRUE(fs::exists(job.root / "DICOMDIR"));
+}
+
+TEST(AddingDirectories, TheFirstFileThatFailsEndsTheWalk) {
+  BuilderJob job;
+  job.make("a", instance(1));
+  writeText(job.in / "b.txt", "This is a text, and a text is no DICOM object.");
+  job.make("c", instance(2));
+  EXPECT_FALSE(job.builder.AddDirectory(wide(job.in), false));
+  EXPECT_EQ(job.sentence(),
+            "Cannot read the DICOM information from " + job.in.string() + "\\b.txt.");
+  EXPECT_EQ(job.count(), 1);
+}
+
+TEST(AddingDirectories, RefusesWhatCannotBeWalked) {
+  BuilderJob job;
+  EXPECT_FALSE(job.builder.AddDirectory(wide(job.in / "none"), false));
+  EXPECT_EQ(job.sentence(),
+            "The file search specification " + (job.in / "none").string() + "\\*.* is invalid.");
+  EXPECT_FALSE(job.builder.AddDirectory(Text(261, u'A'), false));
+  EXPECT_EQ(job.sentence(),
+            "The path name " + std::string(261, 'A') + " is longer than 260 characters.");
+  const std::string nearlyTooLong =
+      job.in.string() + "/" + std::string(258 - job.in.string().size(), 'A');
+  EXPECT_FALSE(job.builder.AddDirectory(wide(nearlyTooLong), false));
+  EXPECT_EQ(job.sentence(),
+            "The current path name " + nearlyTooLong +
+                "\\ plus the new path component *.* is longer than 260 characters.");
+}
+
+}  // namespace
+}  // namespace quillon::test

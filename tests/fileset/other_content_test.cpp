@@ -1,0 +1,180 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "builder_job.h"
+
+namespace quillon::test {
+namespace {
+
+const std::string kKey = "SOFTWARE\\Tarn Imaging\\Quillon\\Workstation\\MediaCreation";
+const std::string kNoKey = "Cannot open the registry key \"" + kKey +
+                           "\" for this reason:  \"The registry key is missing or corrupt.\"";
+const std::string kNoValue = "Cannot query the registry key \"" + kKey +
+                             "\" for the value of \"OtherContentSourceDir\" for this reason:  "
+                             "\"The registry value is missing "
+                             "or corrupt.\"";
+
+// A job with one object whose other content is a small tree.
+struct ContentJob : BuilderJob {
+  ContentJob() : source(dir / "viewer") {
+    fs::create_directories(source / "data");
+    writeText(source / "VIEWER.EXE", "12345");
+    writeText(source / "data" / "help", "123");
+    registry.setOtherContent(source.string());
+    builder.includeOtherContent = true;
+    add("a", {});
+  }
+  fs::path source;
+};
+
+TEST(OtherContent, IsCopiedWithItsStructureBesideTheObjects) {
+  ContentJob job;
+  fs::create_directory(job.source / "empty");
+  const fs::path before = fs::current_path();
+  ASSERT_TRUE(job.create()) << job.sentence();
+  EXPECT_EQ(filesBelow(job.root),
+            (std::vector<std::string>{"DICOMDIR", "DICOMOBJ/QLN00001", "LABEL.TXT",
+                                      "QUILLON/VIEWER.EXE", "QUILLON/data/help"}));
+  EXPECT_EQ(readBytes(job.root / "QUILLON/data/help"), (Bytes{'1', '2', '3'}));
+  EXPECT_EQ(fs::current_path(), before);
+}
+
+TEST(OtherContent, OfARelativeRootLandsBelowIt) {
+  ContentJob job;
+  const fs::path before = fs::current_path();
+  fs::current_path(job.dir.path());
+  job.builder.SetDicomRootDirectory(u"root");
+  job.builder.SetOtherContentDirectory(u"\\VIEW\\ER");
+  EXPECT_TRUE(job.create()) << job.sentence();
+  fs::current_path(before);
+  EXPECT_TRUE(fs::exists(job.root / "VIEW/ER/VIEWER.EXE"));
+  EXPECT_TRUE(fs::exists(job.root / "DICOMOBJ/QLN00001"));
+  EXPECT_EQ(filesBelow(job.source).size(), 2U);
+}
+
+TEST(OtherContent, WhereNoneIsConfiguredTheLabelIsWrittenAllTheSame) {
+  const struct {
+    const char* what;
+    std::function<void(ContentJob&)> prepare;
+    std::string sentence;
+  } cases[] = {
+      {"no registry", [](ContentJob& job) { fs::remove(job.dir / "registry.reg"); }, kNoKey},
+      {"no value", [](ContentJob& job) { job.registry.setKeyOnly(); }, kNoValue},
+      {"empty value", [](ContentJob& job) { job.registry.setOtherContent(""); }, ""},
+      {"no such directory",
+       [](ContentJob& job) { job.registry.setOtherContent((job.dir / "none").string()); }, ""},
+      {"empty directory",
+       [](ContentJob& job) {
+         fs::create_directory(job.dir / "nothing");
+         job.registry.setOtherContent((job.dir / "nothing").string());
+       },
+       ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    ContentJob job;
+    c.prepare(job);
+    EXPECT_TRUE(job.create()) << job.sentence();
+    EXPECT_EQ(job.sentence(), c.sentence);
+    EXPECT_EQ(filesBelow(job.root),
+              (std::vector<std::string>{"DICOMDIR", "DICOMOBJ/QLN00001", "LABEL.TXT"}));
+    EXPECT_FALSE(job.builder.IheLabel().empty());
+  }
+}
+
+TEST(OtherContent, ACopyThatFailsEndsTheCreationBeforeTheLabel) {
+  const struct {
+    const char* what;
+    std::function<void(ContentJob&)> prepare;
+    std::string sentence;
+  } cases[] = {
+      {"an empty file", [](ContentJob& job) { writeText(job.source / "data" / "zero", ""); },
+       "The path {source}\\data\\zero does not refer to a valid file."},
+      {"a file where the directory should be",
+       [](ContentJob& job) {
+         fs::create_directory(job.root);
+         writeText(job.root / "QUILLON", "x");
+       },
+       "Cannot create the directory QUILLON for this reason:  Cannot create a file when that file "
+       "already exists."},
+      {"a source that is a file",
+       [](ContentJob& job) { job.registry.setOtherContent((job.source / "VIEWER.EXE").string()); },
+       "Cannot change to the directory {source}/VIEWER.EXE for this reason:  The directory name is "
+       "invalid."},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    ContentJob job;
+    c.prepare(job);
+    const fs::path before = fs::current_path();
+    EXPECT_FALSE(job.create());
+    std::string sentence = c.sentence;
+    if (const auto at = sentence.find("{source}"); at != std::string::npos) {
+      sentence.replace(at, 8, job.source.string());
+    }
+    EXPECT_EQ(job.sentence(), sentence);
+    EXPECT_FALSE(fs::exists(job.root / "LABEL.TXT"));
+    EXPECT_TRUE(fs::exists(job.root / "DICOMDIR"));
+    EXPECT_TRUE(job.builder.IheLabel().empty());
+    EXPECT_EQ(job.count(), -1);
+    EXPECT_EQ(fs::current_path(), before);
+  }
+}
+
+TEST(Totals, CountTheObjectsAndTheOtherContent) {
+  ContentJob job;
+  ObjectDescription second;
+  second.instance = 2;
+  second.rows = 20;
+  job.add("b", second);
+  const std::uint64_t objects = fs::file_size(job.in / "a") + fs::file_size(job.in / "b");
+  std::uint64_t size = 0;
+  std::uint32_t count = 0;
+  const fs::path before = fs::current_path();
+  ASSERT_TRUE(job.builder.GetTotalSize(size)) << job.sentence();
+  ASSERT_TRUE(job.builder.GetTotalFileCount(count)) << job.sentence();
+  EXPECT_EQ(size, objects + 8);
+  EXPECT_EQ(count, 4U);
+  EXPECT_EQ(fs::current_path(), before);
+
+  job.builder.includeOtherContent = false;
+  ASSERT_TRUE(job.builder.GetTotalSize(size));
+  ASSERT_TRUE(job.builder.GetTotalFileCount(count));
+  EXPECT_EQ(size, objects);
+  EXPECT_EQ(count, 2U);
+
+  // Without the setting's value there is no telling.
+  job.builder.includeOtherContent = true;
+  job.registry.setKeyOnly();
+  EXPECT_FALSE(job.builder.GetTotalSize(size));
+  EXPECT_EQ(job.sentence(), kNoValue);
+  EXPECT_EQ(size, 0U);
+  EXPECT_FALSE(job.builder.GetTotalFileCount(count));
+  EXPECT_EQ(count, 0U);
+}
+
+TEST(Wiping, RemovesTheFileSetAndWhatRecordingLeft) {
+  BuilderJob job;
+  const fs::path temporary = job.dir / "tmp";
+  fs::create_directories(temporary / "QUILLON" / "work");
+  writeText(temporary / "keep", "x");
+  ::setenv("TMPDIR", temporary.c_str(), 1);
+  job.builder.Wipe();  // no root yet
+  EXPECT_EQ(job.sentence(), "");
+  fs::create_directories(temporary / "QUILLON");
+  job.add("a", {});
+  ASSERT_TRUE(job.create()) << job.sentence();
+  const fs::path kept = job.add("b", {});
+  job.builder.Wipe();
+  ::unsetenv("TMPDIR");
+  EXPECT_FALSE(fs::exists(job.root));
+  EXPECT_FALSE(fs::exists(temporary / "QUILLON"));
+  EXPECT_TRUE(fs::exists(temporary / "keep"));
+  EXPECT_TRUE(fs::exists(kept));
+  EXPECT_TRUE(job.builder.IheLabel().empty());
+  EXPECT_EQ(job.count(), -1);
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,228 @@
+#include "foundation/base_item.h"
+
+#include "foundation/base_list.h"
+#include "foundation_test_support.h"
+
+namespace quillon {
+namespace {
+
+using test::ErrorOf;
+using test::Plain;
+
+constexpr UINT kNoSuchMessage = 65000;
+constexpr DWORD kCodeWithoutText = 0x2FFFFFFF;
+
+TEST(ErrorMessage, ComesFromTheTableAndIsFilledIn) {
+  CBaseItem item;
+  struct Case {
+    UINT id;
+    std::initializer_list<TextArg> args;
+    std::string expected;
+  };
+  const Case cases[] = {
+      {55028, {u"a", u"b"}, "Cannot rename a to b."},
+      {55028, {u"a"}, "Cannot rename a to ."},
+      {55000, {u"unused"}, "The source filename is invalid."},
+      {1911,
+       {u"1", u"2", u"3", u"4", u"5"},
+       "Cannot add the image 1 to the series 2 in the study 3 for the patient 4 from 5."},
+      {820, {u"http://a"}, "Cannot load the current XML document from \"http://a.\""},
+      {801, {u"CStorage", u"Open"}, "CStorage::Open failed for this reason:  "},
+      {kNoSuchMessage, {u"a"}, ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.id);
+    EXPECT_FALSE(item.Fail(c.id, c.args));
+    EXPECT_EQ(ErrorOf(item), c.expected);
+  }
+  item.SetErrorMessage(UINT{55042});
+  EXPECT_EQ(ErrorOf(item), "The operation failed.");
+  item.SetErrorMessage(kNoSuchMessage);
+  EXPECT_EQ(ErrorOf(item), "");
+}
+
+TEST(ErrorMessage, IsCutAtItsLimitAndStartsUncut) {
+  CBaseItem item;
+  const Text name(3000, u'n');
+  item.SetErrorMessage(kMsgCannotDeleteFile, {name});
+  EXPECT_EQ(item.ErrorMessage(), (u"Cannot delete the file " + name).substr(0, 1024));
+  Text out;
+  item.FormatClassMessage(out, kMsgMethodFailed, name, u"Open");
+  EXPECT_EQ(out, name.substr(0, 2048));
+}
+
+TEST(ErrorMessage, OfTheLastSystemErrorIsOneSentence) {
+  CBaseItem item;
+  const std::pair<DWORD, std::string> cases[] = {
+      {ERROR_ACCESS_DENIED, "Access is denied."},
+      {ERROR_SUCCESS, "The operation failed."},
+      {kCodeWithoutText, ""},
+  };
+  for (const auto& [code, expected] : cases) {
+    SCOPED_TRACE(code);
+    SetLastError(code);
+    EXPECT_TRUE(item.SetErrorFromLastError());
+    EXPECT_EQ(ErrorOf(item), expected);
+  }
+}
+
+TEST(ErrorMessage, ComposesClassMessagesAndSystemTexts) {
+  CBaseItem item;
+  Text out = u"old";
+  item.FormatClassMessage(out, kMsgMethodThrew, u"CStorage", {});
+  EXPECT_EQ(Plain(out), "CStorage:: threw an exception for this reason:  ");
+  item.FormatClassMessage(out, kNoSuchMessage, u"CStorage", u"Open");
+  EXPECT_EQ(Plain(out), "The operation failed.");
+
+  out = u"old ";
+  EXPECT_TRUE(item.AppendSystemText(out, ERROR_DIR_NOT_EMPTY, {}));
+  EXPECT_EQ(Plain(out), "old The directory is not empty.");
+  EXPECT_TRUE(item.AppendSystemText(out, ERROR_DISK_FULL, u"new "));
+  EXPECT_EQ(Plain(out), "new There is not enough space on the disk.");
+  EXPECT_TRUE(item.AppendSystemText(out, kCodeWithoutText, u"only"));
+  EXPECT_EQ(Plain(out), "only");
+}
+
+TEST(ErrorMessage, TellsReasonsFromTextsThatGiveNone) {
+  struct Case {
+    Text text;
+    bool isSuccess;
+    bool isFailure;
+  };
+  const Case cases[] = {
+      {u"", true, true},
+      {u" \r\n", true, true},
+      {u"The operation succeeded.", true, false},
+      {u"The operation completed successfully.\r\n", true, false},
+      {u" The operation failed. ", false, true},
+      {u"Unknown error #", false, true},
+      {u"IDispatch error #", false, true},
+      {u"IDispatch error #5", false, false},
+      {u"Unknown error 0x80041234", false, false},
+      {u"the operation failed.", false, false},
+      {u"The operation failed. The disc is gone.", false, false},
+      {u"Access is denied.", false, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(Plain(c.text));
+    EXPECT_EQ(CBaseItem::IsSuccessText(c.text), c.isSuccess);
+    EXPECT_EQ(CBaseItem::IsFailureText(c.text), c.isFailure);
+    EXPECT_EQ(CBaseItem::IsUninformativeText(c.text), c.isSuccess || c.isFailure);
+  }
+}
+
+TEST(ErrorMessage, SaysWhereItCameFromWhenDetailed) {
+  struct Case {
+    const char* what;
+    bool detailed;
+    Text file;
+    Text method;
+    int line;
+    Text text;
+    std::string expected;
+  };
+  const Case cases[] = {
+      {"everything", true, u"f.cpp", u"Open", 12, u"x", "Line: 12\nMethod: Open\nFile: f.cpp\nx\n"},
+      {"text alone", true, u"", u"", 0, u"x", "x\n"},
+      {"no text", true, u"f.cpp", u"", -1, u"", "File: f.cpp\n"},
+      {"nothing", true, u"", u"", 0, u"", ""},
+      {"not detailed", false, u"f.cpp", u"Open", 12, u"x", "x"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    CBaseItem item;
+    item.SetDetailedMessages(c.detailed);
+    EXPECT_TRUE(item.SetErrorLocation(c.file, c.method, c.line, c.text));
+    EXPECT_EQ(ErrorOf(item), c.expected);
+  }
+}
+
+TEST(BaseItem, RefusesEmptyNamesAndTexts) {
+  CBaseItem item;
+  EXPECT_TRUE(item.SetClassName(u"CStorage"));
+  EXPECT_FALSE(item.SetClassName({}));
+  EXPECT_EQ(Plain(item.ClassName()), "CStorage");
+
+  Text text;
+  EXPECT_TRUE(item.SetItemText(u"\t DVD+R \r\n"));
+  EXPECT_FALSE(item.SetItemText(u"  "));
+  item.GetItemText(text);
+  EXPECT_EQ(Plain(text), "DVD+R");
+}
+
+TEST(BaseItem, CopiesAllButEmptyNames) {
+  CBaseItem from;
+  from.SetErrorMessage(u"new");
+  from.SetItemValue(7);
+  from.SetDetailedMessages(false);
+  CBaseItem to;
+  to.SetClassName(u"CKept");
+  to.SetItemText(u"kept");
+  to.SetErrorMessage(u"old");
+  to = from;
+  Text text;
+  to.GetItemText(text);
+  EXPECT_EQ(Plain(text), "kept");
+  EXPECT_EQ(Plain(to.ClassName()), "CKept");
+  EXPECT_EQ(ErrorOf(to), "new");
+  EXPECT_EQ(to.GetItemValue(), 7u);
+  to.SetErrorLocation(u"f", u"m", 1, u"x");
+  EXPECT_EQ(ErrorOf(to), "x");
+  EXPECT_EQ(ErrorOf(CBaseItem(from)), "new");
+}
+
+class Counted : public CBaseItem {
+ public:
+  explicit Counted(std::uint32_t value, int* alive) : alive_(alive) {
+    SetItemValue(value);
+    ++*alive_;
+  }
+  ~Counted() override { --*alive_; }
+
+ private:
+  int* alive_;
+};
+
+TEST(BaseList, KeepsOrderAndRefusesNull) {
+  COwningList<Counted> list;
+  int alive = 0;
+  EXPECT_FALSE(list.Add(nullptr));
+  EXPECT_EQ(list.GetCount(), 0u);
+  for (std::uint32_t value : {21, 11, 22, 12}) list.Add(new Counted(value, &alive));
+  EXPECT_EQ(list.GetAt(4), nullptr);
+
+  const auto byUnits = [](const CBaseItem& a, const CBaseItem& b) {
+    return a.GetItemValue() % 10 < b.GetItemValue() % 10;
+  };
+  list.Sort(nullptr, true);
+  list.Sort(byUnits, true);
+  std::vector<std::uint32_t> order;
+  for (std::size_t i = 0; i < list.GetCount(); ++i) order.push_back(list.At(i)->GetItemValue());
+  EXPECT_EQ(order, (std::vector<std::uint32_t>{21, 11, 22, 12}));
+
+  list.RemoveAll();
+  EXPECT_EQ(alive, 0);
+  EXPECT_EQ(list.GetCount(), 0u);
+}
+
+TEST(BaseList, DestroysItemsOnlyWhenItOwnsThem) {
+  int alive = 0;
+  Counted item(1, &alive);
+  {
+    CBaseList forgets;
+    forgets.Add(&item);
+    forgets.Sort(
+        [](const CBaseItem&, const CBaseItem&) -> bool {
+          ADD_FAILURE() << "one item is sorted already";
+          return false;
+        },
+        false);
+    COwningList<Counted> owns;
+    owns.Add(new Counted(2, &alive));
+    EXPECT_EQ(alive, 2);
+  }
+  EXPECT_EQ(alive, 1);
+}
+
+}  // namespace
+}  // namespace quillon

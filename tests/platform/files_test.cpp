@@ -1,0 +1,262 @@
+// Reading, writing, attributes and moves.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+#include "layer_fixture.h"
+
+namespace quillon::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Files : public LayerTest {};
+
+std::string contentOf(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+TEST_F(Files, PositionsAndEndsAreWindows) {
+  const HANDLE file =
+      CreateFileW(u"f", GENERIC_READ | GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+  ASSERT_NE(file, INVALID_HANDLE_VALUE);
+  DWORD done = 0;
+  EXPECT_TRUE(WriteFile(file, "0123456789", 10, &done, nullptr));
+  EXPECT_EQ(done, 10U);
+  EXPECT_EQ(SetFilePointer(file, -4, nullptr, FILE_END), 6U);
+  char buffer[16] = {};
+  EXPECT_TRUE(ReadFile(file, buffer, 16, &done, nullptr));
+  EXPECT_EQ(std::string(buffer, done), "6789");
+  EXPECT_TRUE(ReadFile(file, buffer, 16, &done, nullptr));
+  EXPECT_EQ(done, 0U) << "at the end a read succeeds with nothing";
+  EXPECT_EQ(SetFilePointer(file, -1, nullptr, FILE_BEGIN), INVALID_SET_FILE_POINTER);
+  EXPECT_EQ(GetLastError(), 131U);
+
+  // Beyond 32 bits: both halves count, and a low half of all ones is no failure.
+  LONG high = 1;
+  SetLastError(77);
+  EXPECT_EQ(SetFilePointer(file, -1, &high, FILE_BEGIN), 0xFFFFFFFFU);
+  EXPECT_EQ(GetLastError(), 0U);
+  EXPECT_EQ(high, 1);
+  EXPECT_EQ(SetFilePointer(file, 0, nullptr, FILE_CURRENT), INVALID_SET_FILE_POINTER);
+  EXPECT_EQ(GetLastError(), 87U) << "no room for the high half";
+  LARGE_INTEGER distance{};
+  distance.QuadPart = 3;
+  LARGE_INTEGER position{};
+  EXPECT_TRUE(SetFilePointerEx(file, distance, &position, FILE_BEGIN));
+  EXPECT_EQ(position.QuadPart, 3);
+  EXPECT_TRUE(SetEndOfFile(file));
+  LARGE_INTEGER size{};
+  EXPECT_TRUE(GetFileSizeEx(file, &size));
+  EXPECT_EQ(size.QuadPart, 3);
+  EXPECT_TRUE(FlushFileBuffers(file));
+  EXPECT_TRUE(CloseHandle(file));
+  EXPECT_EQ(contentOf("f"), "012");
+}
+
+TEST_F(Files, AppendingAccessWritesAtTheEnd) {
+  std::ofstream("f") << "old";
+  const HANDLE file = CreateFileW(u"f", FILE_APPEND_DATA, 0, nullptr, OPEN_ALWAYS, 0, nullptr);
+  ASSERT_NE(file, INVALID_HANDLE_VALUE);
+  DWORD done = 0;
+  EXPECT_TRUE(WriteFile(file, "new", 3, &done, nullptr));
+  CloseHandle(file);
+  EXPECT_EQ(contentOf("f"), "oldnew");
+}
+
+TEST_F(Files, AHandleOfAnotherKindIsRefused) {
+  std::ofstream("f") << "x";
+  WIN32_FIND_DATAW data;
+  const HANDLE find = FindFirstFileW(u"*", &data);
+  ASSERT_NE(find, INVALID_HANDLE_VALUE);
+  char byte = 0;
+  DWORD done = 0;
+  EXPECT_FALSE(ReadFile(find, &byte, 1, &done, nullptr));
+  EXPECT_EQ(GetLastError(), 6U);
+  EXPECT_FALSE(CloseHandle(find));
+  EXPECT_TRUE(FindClose(find));
+}
+
+TEST_F(Files, FlushingReachesTheDirectoryAfterTheWorkingDirectoryChanged) {
+  fs::create_directory("sub");
+  const HANDLE file = CreateFileW(u"sub\\f", GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+  ASSERT_NE(file, INVALID_HANDLE_VALUE);
+  ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\"));
+  EXPECT_TRUE(FlushFileBuffers(file));
+  EXPECT_TRUE(CloseHandle(file));
+}
+
+TEST_F(Files, AttributesTellWhatANameIs) {
+  fs::create_directory("dir");
+  std::ofstream("file") << "12345";
+  std::ofstream("readonly") << "1";
+  fs::permissions("readonly", fs::perms::owner_read);
+  fs::create_symlink("file", "link");
+  fs::create_symlink("dir", "dirlink");
+  fs::create_symlink("nowhere", "dangling");
+  fs::resize_file("file", 0x123456789);  // a hole: no bytes on the disk
+  struct Case {
+    const char16_t* name;
+    DWORD attributes;
+    std::uint64_t size;
+  };
+  const Case cases[] = {
+      {u"dir", 0x10, 0},      {u"file", 0x20, 0x123456789},
+      {u"readonly", 0x21, 1}, {u"link", 0x420, 0x123456789},
+      {u"dirlink", 0x410, 0}, {u"dangling", 0x400, 0},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(narrow(c.name));
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    ASSERT_TRUE(GetFileAttributesExW(c.name, GetFileExInfoStandard, &data));
+    EXPECT_EQ(data.dwFileAttributes, c.attributes);
+    EXPECT_EQ(GetFileAttributesW(c.name), c.attributes);
+    EXPECT_EQ(std::uint64_t{data.nFileSizeHigh} << 32 | data.nFileSizeLow, c.size);
+  }
+  EXPECT_TRUE(SetFileAttributesW(u"readonly", FILE_ATTRIBUTE_NORMAL));
+  EXPECT_EQ(GetFileAttributesW(u"readonly"), FILE_ATTRIBUTE_ARCHIVE);
+  EXPECT_TRUE(SetFileAttributesW(u"readonly", FILE_ATTRIBUTE_READONLY));
+  EXPECT_EQ(GetFileAttributesW(u"readonly"), FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_READONLY);
+}
+
+TEST_F(Files, FileTimesCountFrom1601) {
+  std::ofstream("f") << "x";
+  const timespec times[2] = {{0, 0}, {1, 500'000'000}};  // 1.5 s after 1970
+  ASSERT_EQ(::utimensat(AT_FDCWD, "f", times, 0), 0);
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  ASSERT_TRUE(GetFileAttributesExW(u"f", GetFileExInfoStandard, &data));
+  EXPECT_EQ(
+      std::uint64_t{data.ftLastWriteTime.dwHighDateTime} << 32 | data.ftLastWriteTime.dwLowDateTime,
+      116'444'736'000'000'000ULL + 15'000'000);
+}
+
+TEST_F(Files, RemovingALinkLeavesWhatItLeadsTo) {
+  fs::create_directory("dir");
+  std::ofstream("dir/kept") << "x";
+  std::ofstream("file") << "x";
+  fs::create_symlink("dir", "dirlink");
+  fs::create_symlink("file", "link");
+  EXPECT_FALSE(DeleteFileW(u"dirlink"));
+  EXPECT_EQ(GetLastError(), 5U);
+  EXPECT_TRUE(RemoveDirectoryW(u"dirlink"));
+  EXPECT_TRUE(DeleteFileW(u"link"));
+  EXPECT_TRUE(fs::exists("dir/kept"));
+  EXPECT_TRUE(fs::exists("file"));
+  EXPECT_FALSE(fs::is_symlink("dirlink"));
+}
+
+TEST_F(Files, AMoveReplacesOnlyWhenAsked) {
+  std::ofstream("a") << "source";
+  std::ofstream("b") << "target";
+  EXPECT_FALSE(MoveFileExW(u"a", u"b", 0));
+  EXPECT_EQ(GetLastError(), 183U);
+  EXPECT_EQ(contentOf("b"), "target");
+  EXPECT_TRUE(MoveFileExW(u"a", u"b", MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH));
+  EXPECT_EQ(contentOf("b"), "source");
+  EXPECT_FALSE(fs::exists("a"));
+}
+
+TEST_F(Files, MovingOntoTheSameFileNeverLosesIt) {
+  std::ofstream("a") << "content";
+  fs::create_directory("sub");
+  // The same entry under another spelling: nothing to do, and it must stay.
+  EXPECT_TRUE(MoveFileExW(u"a", u"sub\\..\\a", MOVEFILE_REPLACE_EXISTING));
+  EXPECT_TRUE(MoveFileExW(u"a", u".\\a", 0));
+  EXPECT_EQ(contentOf("a"), "content");
+  // Two names of one file: rename(2) would leave both.
+  fs::create_hard_link("a", "b");
+  EXPECT_TRUE(MoveFileExW(u"a", u"b", MOVEFILE_REPLACE_EXISTING));
+  EXPECT_FALSE(fs::exists("a"));
+  EXPECT_EQ(contentOf("b"), "content");
+}
+
+TEST_F(Files, AMoveBetweenFileSystemsIsLeftToTheCaller) {
+  struct stat here {};
+  struct stat memory {};
+  if (::stat(".", &here) != 0 || ::stat("/dev/shm", &memory) != 0 || here.st_dev == memory.st_dev) {
+    GTEST_SKIP() << "/dev/shm is not another file system than the temporary directory";
+  }
+  const fs::path other = "/dev/shm/quillon-move-" + std::to_string(::getpid());
+  std::ofstream("a") << "content";
+  EXPECT_FALSE(MoveFileExW(u"a", other.u16string().c_str(), MOVEFILE_REPLACE_EXISTING));
+  EXPECT_EQ(GetLastError(), 17U);
+  EXPECT_EQ(contentOf("a"), "content");
+  EXPECT_FALSE(fs::exists(other));
+}
+
+class FindFiles : public LayerTest {
+ protected:
+  static std::vector<std::string> names(const char16_t* pattern) {
+    std::vector<std::string> result;
+    WIN32_FIND_DATAW data;
+    const HANDLE find = FindFirstFileW(pattern, &data);
+    if (find == INVALID_HANDLE_VALUE) return result;
+    do {
+      result.push_back(narrow(data.cFileName));
+    } while (FindNextFileW(find, &data));
+    EXPECT_EQ(GetLastError(), 18U);
+    FindClose(find);
+    return result;
+  }
+};
+
+TEST_F(FindFiles, PatternsMatchInNameOrder) {
+  for (const char* name : {"b.dcm", "a.dcm", "B.dcm", "noext", "a.dcm.bak", "-x", "abc", "abbc"}) {
+    std::ofstream(name) << "x";
+  }
+  fs::create_directory("sub.dcm");
+  struct Case {
+    const char16_t* pattern;
+    std::vector<std::string> expected;
+  };
+  const std::vector<std::string> all = {".",    "..",  "-x",    "B.dcm", "a.dcm",  "a.dcm.bak",
+                                        "abbc", "abc", "b.dcm", "noext", "sub.dcm"};
+  const Case cases[] = {
+      {u"*.*", all},
+      {u"*", all},
+      {u"*.dcm", {"B.dcm", "a.dcm", "b.dcm", "sub.dcm"}},
+      {u"?.dcm", {"B.dcm", "a.dcm", "b.dcm"}},
+      {u"a*c", {"abbc", "abc"}},
+      {u"a*b*c", {"abbc", "abc"}},
+      {u"a?c", {"abc"}},
+      {u"*bb*", {"abbc"}},
+      {u"abc*", {"abc"}},
+      {u"noext", {"noext"}},
+      {u"NOEXT", {}},
+      {u"*.DCM", {}},
+      {u".\\no*", {"noext"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(narrow(c.pattern));
+    EXPECT_EQ(names(c.pattern), c.expected);
+  }
+}
+
+TEST_F(FindFiles, AnEnumerationSurvivesChangesAroundIt) {
+  fs::create_directory("a");
+  std::ofstream("b") << "123";
+  std::ofstream("c") << "x";
+  WIN32_FIND_DATAW data;
+  const HANDLE find = FindFirstFileW(u"?", &data);
+  ASSERT_NE(find, INVALID_HANDLE_VALUE);
+  ASSERT_EQ(narrow(data.cFileName), ".");
+  ASSERT_TRUE(FindNextFileW(find, &data));
+  EXPECT_EQ(data.dwFileAttributes, FILE_ATTRIBUTE_DIRECTORY);
+  // A walk enters what it found, and files go away.
+  ASSERT_TRUE(SetCurrentDirectoryW(u"a"));
+  fs::remove("../c");
+  ASSERT_TRUE(FindNextFileW(find, &data));
+  EXPECT_EQ(narrow(data.cFileName), "b");
+  EXPECT_EQ(data.nFileSizeLow, 3U);
+  EXPECT_FALSE(FindNextFileW(find, &data));
+  EXPECT_EQ(GetLastError(), 18U);
+  EXPECT_TRUE(FindClose(find));
+}
+
+}  // namespace
+}  // namespace quillon::test

@@ -1,0 +1,179 @@
+// Prints what the toolkit read from a file, for comparison with other readers, or encodes it again.
+//
+//   element_dump FILE                   one line per element: path, VR, form and value
+//   element_dump --encode UID FILE OUT  the data set again in that transfer syntax, as a file
+//
+// Line: "<path>\t<VR>\t<form>\t<value>". path: "ggggeeee", nested "ggggeeee[item].ggggeeee" with
+// items from 0. form: "text" (values joined with "\", bytes in hexadecimal), "numbers" (joined with
+// "\"), "bytes" (length and CRC-32), "items" (their count).
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "dicom/dict.h"
+#include "dicom/elem_list.h"
+#include "dicom/elem_sq.h"
+#include "dicom/file.h"
+#include "dicom/log.h"
+#include "dicom/read_file.h"
+
+namespace {
+
+using namespace quillon;
+
+std::uint32_t crc32(const std::uint8_t* data, std::size_t size, std::uint32_t crc) {
+  for (std::size_t i = 0; i < size; ++i) {
+    crc ^= data[i];
+    for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ ((crc & 1U) != 0 ? 0xEDB88320U : 0U);
+  }
+  return crc;
+}
+
+std::string vrCode(DcVr vr) {
+  switch (vr) {
+    case DcVr::OX: return "OX";
+    case DcVr::XL: return "XL";
+    case DcVr::XS: return "XS";
+    default: break;
+  }
+  std::string code;
+  theDictionary().getVr(vr, &code);
+  return code;
+}
+
+void print(const std::string& path, const DcElem& element, const char* form,
+           const std::string& value) {
+  std::printf("%s\t%s\t%s\t%s\n", path.c_str(), vrCode(element.resolvedVr()).c_str(), form,
+              value.c_str());
+}
+
+std::string hex(const std::string& text) {
+  std::string out;
+  std::array<char, 3> digits{};
+  for (const char c : text) {
+    std::snprintf(digits.data(), digits.size(), "%02x", static_cast<unsigned char>(c));
+    out += digits.data();
+  }
+  return out;
+}
+
+template <typename T>
+std::string numbers(DcElem& element, const char* format) {
+  std::string out;
+  for (int i = 0; i < element.valueCount(); ++i) {
+    T value{};
+    std::array<char, 64> text{};
+    if (element.getValue(value, i) != kDcOk) return "unreadable";
+    std::snprintf(text.data(), text.size(), format, value);
+    if (i > 0) out += '\\';
+    out += text.data();
+  }
+  return out;
+}
+
+void dumpList(const DcElemList& list, const std::string& prefix);
+
+void dumpElement(DcElem& element, const std::string& path) {
+  switch (element.resolvedVr()) {
+    case DcVr::SQ: {
+      const auto& sequence = static_cast<const DcElemSq&>(element);
+      print(path, element, "items", std::to_string(sequence.itemCount()));
+      for (std::size_t i = 0; i < sequence.itemCount(); ++i) {
+        dumpList(*sequence.item(i), path + "[" + std::to_string(i) + "].");
+      }
+      return;
+    }
+    case DcVr::SS: case DcVr::XS: print(path, element, "numbers", numbers<std::int16_t>(element, "%d")); return;
+    case DcVr::US: print(path, element, "numbers", numbers<std::uint16_t>(element, "%u")); return;
+    case DcVr::SL: print(path, element, "numbers", numbers<std::int32_t>(element, "%d")); return;
+    case DcVr::UL: case DcVr::AT: print(path, element, "numbers", numbers<std::uint32_t>(element, "%u")); return;
+    case DcVr::FL: print(path, element, "numbers", numbers<float>(element, "%.9g")); return;
+    case DcVr::FD: print(path, element, "numbers", numbers<double>(element, "%.17g")); return;
+    case DcVr::OB: case DcVr::OW: case DcVr::OF: case DcVr::OX: case DcVr::UN: case DcVr::UT: {
+      std::uint64_t length = 0;
+      std::uint32_t crc = ~0U;
+      for (const DcElemValueBuf& segment : element.segments()) {
+        length += segment.lengthBytes();
+        crc = crc32(segment.data(), segment.lengthBytes(), crc);
+      }
+      std::array<char, 48> text{};
+      std::snprintf(text.data(), text.size(), "%llu %08x", static_cast<unsigned long long>(length), ~crc);
+      print(path, element, "bytes", text.data());
+      return;
+    }
+    default: {
+      std::string joined;
+      for (int i = 0; i < element.valueCount(); ++i) {
+        const std::string* value = element.stringValue(i);
+        if (i > 0) joined += '\\';
+        if (value != nullptr) joined += *value;
+      }
+      print(path, element, "text", hex(joined));
+      return;
+    }
+  }
+}
+
+void dumpList(const DcElemList& list, const std::string& prefix) {
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    std::array<char, 9> tag{};
+    std::snprintf(tag.data(), tag.size(), "%08x", list.at(i)->tag());
+    dumpElement(*list.at(i), prefix + tag.data());
+  }
+}
+
+int encode(const char* uid, DcElemList& list, const DcFileMetaInfo& meta, const char* out) {
+  DcUid syntax = DcUid::None;
+  if (theDictionary().getUidDef(uid, &syntax) != kDcOk) return 2;
+  DcElemList header;
+  header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0000), std::uint32_t{0}));
+  const std::uint8_t version[2] = {0, 1};
+  header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0001), version, 2U, DcUid::ExplicitLittleEndian));
+  header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0002), meta.sopClassUid.c_str()));
+  header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0003), meta.sopInstanceUid.c_str()));
+  header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0010), uid));
+
+  std::vector<std::uint8_t> bytes(132);
+  std::memcpy(bytes.data() + 128, "DICM", 4);
+  for (DcElemList* part : {&header, &list}) {
+    const std::size_t at = bytes.size();
+    bytes.resize(at + part->encodedLengthEstimate());
+    std::uint32_t written = 0;
+    const DcCode code = part->frame(bytes.data() + at, written, syntax);
+    if (code != kDcOk) {
+      std::fprintf(stderr, "frame: 0x%04x\n", code);
+      return 1;
+    }
+    bytes.resize(at + written);
+  }
+  DcFile file;
+  return file.open(out, DcFile::Mode::CreateOrTruncate) && file.write(bytes.data(), bytes.size()) &&
+                 file.close()
+             ? 0
+             : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const bool encoding = argc == 5 && std::strcmp(argv[1], "--encode") == 0;
+  if (!encoding && argc != 2) return 2;
+  theDictionary();
+  for (int level = 0; level < kDcLogLevels; ++level) {
+    dcTheLog()->enable(static_cast<DcLogLevel>(level), false);
+  }
+  dcSetValueChecking(false);
+  DcFileMetaInfo meta;
+  DcElemList list;
+  const DcCode code = dirReadFile(argv[argc - (encoding ? 2 : 1)], meta, list);
+  if (code != kDcOk) {
+    std::fprintf(stderr, "dirReadFile: 0x%04x\n", code);
+    return 1;
+  }
+  if (encoding) return encode(argv[2], list, meta, argv[4]);
+  dumpList(list, "");
+  return 0;
+}
