@@ -1,2 +1,4 @@
 include(GNUInstallDirs)
 install(TARGETS quillon RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES apps/quillon/man/quillon.1 apps/quillon/man/quillon-create.1
+        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

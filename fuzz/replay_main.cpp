@@ -21,6 +21,10 @@ void replay(const std::filesystem::path& path) {
 int main(int argc, char** argv) {
   std::size_t count = 0;
   for (int i = 1; i < argc; ++i) {
+    if (!std::filesystem::exists(argv[i])) {
+      std::fprintf(stderr, "%s does not exist\n", argv[i]);
+      return 1;
+    }
     if (!std::filesystem::is_directory(argv[i])) {
       replay(argv[i]);
       ++count;

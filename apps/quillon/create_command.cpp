@@ -131,10 +131,12 @@ void addCreateCommand(CLI::App& program, int& exitStatus) {
       ->add_option("--patient-key", job.patientKey,
                    "File all objects under one patient (default: patient name and ID of each file)")
       ->type_name("KEY");
-  command->add_flag("!--no-subdirectories", job.intoSubdirectories,
-                    "Do not walk the subdirectories of directories");
-  command->add_flag("!--no-other-content", job.hasOtherContent,
-                    "Do not copy the configured non-DICOM content");
+  command->add_flag_callback(
+      "--no-subdirectories", [&job] { job.intoSubdirectories = false; },
+      "Do not walk the subdirectories of directories");
+  command->add_flag_callback(
+      "--no-other-content", [&job] { job.hasOtherContent = false; },
+      "Do not copy the configured non-DICOM content");
   command->add_flag("--move", job.isMoving, "Move the files into the file set");
   command->add_flag("--keep-going", job.isKeepingGoing, "Pass over files that cannot be added");
   command->add_flag("--json", options->isJson, "Print the result as one JSON object");

@@ -21,6 +21,7 @@ namespace {
 constexpr std::size_t kPreambleBytes = 128;
 constexpr std::string_view kPrefix = "DICM";
 constexpr std::string_view kMediaStorageDirectoryUid = "1.2.840.10008.1.3.10";
+constexpr std::string_view kDeflatedUid = "1.2.840.10008.1.2.1.99";
 
 class OpenFile {
  public:
@@ -102,11 +103,12 @@ void judgeFields(const std::string& readablePath, FileCheck& check) {
     check.verdict = verdict;
     check.reason = std::move(reason);
   };
-  if (fields.mediaSopClassUid == kMediaStorageDirectoryUid) {
-    judge(Verdict::PassOver, "it is the directory of another file set.");
-  } else if (fields.mediaSopClassUid.empty() || fields.mediaSopInstanceUid.empty() ||
-             fields.transferSyntaxUid.empty()) {
+  if (fields.mediaSopClassUid.empty() || fields.mediaSopInstanceUid.empty() ||
+      fields.transferSyntaxUid.empty()) {
     judge(Verdict::Refuse, "its file meta information is incomplete.");
+  } else if (!fields.namesObject && fields.transferSyntaxUid == kDeflatedUid) {
+    // What was read are not its elements.
+    judge(Verdict::Refuse, "its data set is deflated, and such files cannot be read.");
   } else if (!fields.namesObject) {
     judge(Verdict::PassOver, "it names no study, series or instance.");
   } else if (auto problem = documentProblem(fields.modality, readablePath)) {
@@ -136,11 +138,11 @@ FileCheck checkFile(const SourceFile& file, bool isMoved) {
       hasBackslash ? "/proc/self/fd/" + std::to_string(open.get()) : absolutePath(file.path);
   FileCheck check;
   check.sizeBytes = static_cast<std::uint64_t>(status.st_size);
-  if (!readObjectFields(readablePath, check.fields)) {
-    check.verdict = Verdict::Refuse;
-    check.reason = objectsReason(readablePath, file.path);
-    return check;
+  const bool isRead = readObjectFields(readablePath, check.fields);
+  if (check.fields.mediaSopClassUid == kMediaStorageDirectoryUid) {
+    return judged(Verdict::PassOver, "it is the directory of another file set.");
   }
+  if (!isRead) return judged(Verdict::Refuse, objectsReason(readablePath, file.path));
   judgeFields(readablePath, check);
   return check;
 }

@@ -5,9 +5,12 @@
 
 #include "create_command.h"
 
-int main(int argc, char** argv) {
-  constexpr int kExitFailed = 1;
-  constexpr int kExitUsage = 2;
+namespace {
+
+constexpr int kExitFailed = 1;
+constexpr int kExitUsage = 2;
+
+int run(int argc, char** argv) {
   CLI::App program("Makes DICOM interchange media: a file set with DICOMDIR and label", "quillon");
   program.set_version_flag("--version", "quillon " QUILLON_VERSION);
   program.require_subcommand(1);
@@ -17,9 +20,21 @@ int main(int argc, char** argv) {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? 0 : kExitUsage;
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "quillon: %s.\n", error.what());
-    return kExitFailed;
   }
   return exitStatus;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fputs("quillon: ", stderr);
+    std::fputs(error.what(), stderr);
+    std::fputs(".\n", stderr);
+  } catch (...) {
+    std::fputs("quillon: The operation failed.\n", stderr);
+  }
+  return kExitFailed;
 }

@@ -1,5 +1,6 @@
 #include "object_fields.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -33,6 +34,7 @@ constexpr std::array kFields{
 };
 // clang-format on
 constexpr std::array<DcTag, 3> kObjectUids{0x00080018, 0x0020000D, 0x0020000E};
+constexpr std::uint16_t kMetaGroup = 0x0002;
 constexpr std::size_t kTextBytes = 1025;
 
 std::string_view withoutPadding(std::string_view value) {
@@ -72,24 +74,33 @@ bool readWithFieldReader(const std::string& path, ObjectFields& fields) {
   return true;
 }
 
-// The same from the parsed header, where the level of an element is known.
+// The meta information on its own: a data set that is read lends the group what it lacks, and here
+// it matters that it is lacking.
+void readMetaInfo(const std::string& path, ObjectFields& fields) {
+  DcFileMetaInfo metaInfo;
+  if (dirReadFileMetaInfo(path.c_str(), metaInfo, nullptr) != kDcOk) return;
+  fields.mediaSopClassUid = withoutPadding(metaInfo.sopClassUid);
+  fields.mediaSopInstanceUid = withoutPadding(metaInfo.sopInstanceUid);
+  fields.transferSyntaxUid = withoutPadding(metaInfo.transferSyntaxUid);
+}
+
+// The same as the field reader answers, from the parsed header, where the level of an element is
+// known.
 bool readWithHeader(const std::string& path, ObjectFields& fields) {
+  fields = ObjectFields();
+  readMetaInfo(path, fields);
   DcFileMetaInfo metaInfo;
   DcElemList elements;
   std::uint64_t pixelValueOffset = 0;
   if (dirReadFile(path.c_str(), metaInfo, elements, &pixelValueOffset, nullptr) != kDcOk) {
     return false;
   }
-  // What the group lacks has been taken from the data set; here it matters that it is lacking.
-  if (dirReadFileMetaInfo(path.c_str(), metaInfo, nullptr) != kDcOk) metaInfo.clear();
   for (const FieldRow& row : kFields) {
+    if (dcGroup(row.tag) == kMetaGroup) continue;
     std::array<char, kTextBytes> text{};
-    if (dcGroup(row.tag) != 0x0002) elements.getValue(row.tag, text.data(), text.size());
+    elements.getValue(row.tag, text.data(), text.size());
     fields.*row.field = withoutPadding(text.data());
   }
-  fields.mediaSopClassUid = withoutPadding(metaInfo.sopClassUid);
-  fields.mediaSopInstanceUid = withoutPadding(metaInfo.sopInstanceUid);
-  fields.transferSyntaxUid = withoutPadding(metaInfo.transferSyntaxUid);
   fields.namesObject = true;
   for (const DcTag tag : kObjectUids) {
     fields.namesObject = fields.namesObject && elements.contains(tag);

@@ -21,7 +21,8 @@ struct ObjectFields {
   bool namesObject = false;  // has a Study, Series and SOP Instance UID element
 };
 
-// False when the file cannot be read as DICOM. `path` is in the file-system code page.
+// False when the data set cannot be read; what the file meta information says is there all the
+// same. `path` is in the file-system code page.
 bool readObjectFields(const std::string& path, ObjectFields& fields);
 
 }  // namespace quillon::cli

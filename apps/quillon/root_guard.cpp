@@ -79,8 +79,10 @@ std::optional<std::string> reasonNotToWipe(const std::string& root,
   for (const std::string& source : sources) {
     if (holds(root, source)) return refused("it holds the source " + source + ".");
     if (!temporary.empty() && holds(temporary, source)) {
-      return refused("the directory " + temporary + ", which is wiped with it, holds the source " +
-                     source + ".");
+      std::string why =
+          "the directory " + temporary + ", which is wiped with it, holds the source ";
+      why.append(source).append(".");
+      return refused(why);
     }
   }
   return std::nullopt;

@@ -37,10 +37,10 @@ constexpr DcTag searchKey(DcTag tag) {
   return tag;
 }
 
+// Halves without a branch on the comparison: the tags of a data set lie all over the table, so that
+// a branch would be mispredicted half of the time.
 const ElementRow* findRow(DcTag key) {
   const DcTag* first = kElementTags.data();
-  // Halving without a branch on the comparison: the searches of a data set hit all over the table,
-  // so that a branch would be mispredicted half of the time.
   std::size_t left = kElementCount;
   while (left > 1) {
     const std::size_t half = left / 2;

@@ -1,33 +1,42 @@
 #include "dir_element_bytes.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include "byte_order.h"
 #include "dicom/log.h"
+#include "frame.h"
+#include "parse_header.h"
 
 namespace quillon {
 
 namespace {
 
-constexpr DcTag kItem = 0xFFFEE000;
 constexpr std::size_t kLongestShortForm = 0xFFFE;  // the length field counts the pad byte too
+constexpr std::size_t kVrBytes = 2;
 
 }  // namespace
 
-void DcDirElementBytes::put16(std::uint16_t value) {
+std::uint8_t* DcDirElementBytes::grow(std::size_t bytes) {
   const std::size_t at = file_.size();
-  file_.resize(at + sizeof value);
-  storeLe16(&file_[at], value);
+  file_.resize(at + bytes);
+  return &file_[at];
 }
 
-void DcDirElementBytes::put32(std::uint32_t value) {
-  const std::size_t at = file_.size();
-  file_.resize(at + sizeof value);
-  storeLe32(&file_[at], value);
+std::uint8_t* DcDirElementBytes::shortForm(DcTag tag, const char* vr, std::size_t valueBytes) {
+  std::uint8_t* header = grow(kShortHeaderBytes + valueBytes);
+  storeTag(header, tag, false);
+  std::memcpy(header + sizeof(DcTag), vr, kVrBytes);
+  storeLe16(header + sizeof(DcTag) + kVrBytes, static_cast<std::uint16_t>(valueBytes));
+  return header + kShortHeaderBytes;
 }
 
-void DcDirElementBytes::header(DcTag tag, const char* vr) {
-  put16(dcGroup(tag));
-  put16(dcElement(tag));
-  file_.insert(file_.end(), vr, vr + 2);
+std::uint8_t* DcDirElementBytes::longForm(DcTag tag, const char* vr, std::size_t valueBytes) {
+  std::uint8_t* header = grow(kLongHeaderBytes + valueBytes);
+  storeTag(header, tag, false);
+  std::memcpy(header + sizeof(DcTag), vr, kVrBytes);
+  storeLe32(header + kShortHeaderBytes, static_cast<std::uint32_t>(valueBytes));
+  return header + kLongHeaderBytes;
 }
 
 void DcDirElementBytes::text(DcTag tag, const char* vr, std::string_view value) {
@@ -38,11 +47,11 @@ void DcDirElementBytes::text(DcTag tag, const char* vr, std::string_view value) 
     code_ = kDcNotAccepted;
     value = {};
   }
-  header(tag, vr);
-  put16(static_cast<std::uint16_t>(value.size() + value.size() % 2));
-  file_.insert(file_.end(), value.begin(), value.end());
+  const bool isOdd = value.size() % 2 != 0;
+  std::uint8_t* to = shortForm(tag, vr, value.size() + (isOdd ? 1 : 0));
+  std::copy(value.begin(), value.end(), to);
   const bool isUid = vr[0] == 'U';
-  if (value.size() % 2 != 0) file_.push_back(isUid ? 0 : ' ');
+  if (isOdd) to[value.size()] = isUid ? 0 : ' ';
 }
 
 void DcDirElementBytes::parts(DcTag tag, const char* vr, const std::vector<std::string>& values) {
@@ -55,38 +64,25 @@ void DcDirElementBytes::parts(DcTag tag, const char* vr, const std::vector<std::
 }
 
 std::size_t DcDirElementBytes::ul(DcTag tag, std::uint32_t value) {
-  header(tag, "UL");
-  put16(sizeof value);
-  put32(value);
+  storeLe32(shortForm(tag, "UL", sizeof value), value);
   return file_.size() - sizeof value;
 }
 
-std::size_t DcDirElementBytes::us(DcTag tag, std::uint16_t value) {
-  header(tag, "US");
-  put16(sizeof value);
-  put16(value);
-  return file_.size() - sizeof value;
+void DcDirElementBytes::us(DcTag tag, std::uint16_t value) {
+  storeLe16(shortForm(tag, "US", sizeof value), value);
 }
 
 void DcDirElementBytes::ob(DcTag tag, const std::uint8_t* bytes, std::size_t lengthBytes) {
-  header(tag, "OB");
-  put16(0);
-  put32(static_cast<std::uint32_t>(lengthBytes + lengthBytes % 2));
-  file_.insert(file_.end(), bytes, bytes + lengthBytes);
-  if (lengthBytes % 2 != 0) file_.push_back(0);
+  std::copy(bytes, bytes + lengthBytes, longForm(tag, "OB", lengthBytes + lengthBytes % 2));
 }
 
 std::size_t DcDirElementBytes::itemHeader() {
-  put16(dcGroup(kItem));
-  put16(dcElement(kItem));
-  put32(0);
+  storeTag(grow(kShortHeaderBytes), kItemTag, false);
   return file_.size() - sizeof(std::uint32_t);
 }
 
 std::size_t DcDirElementBytes::sequenceHeader(DcTag tag) {
-  header(tag, "SQ");
-  put16(0);
-  put32(0);
+  longForm(tag, "SQ", 0);
   return file_.size() - sizeof(std::uint32_t);
 }
 

@@ -19,9 +19,9 @@ class DcDirElementBytes {
   // A value of odd length is padded: UI with a zero byte, every other VR with a space.
   void text(DcTag tag, const char* vr, std::string_view value);
   void parts(DcTag tag, const char* vr, const std::vector<std::string>& values);  // joined by "\"
-  // Both answer where the value stands, for those that are known only later.
+  // Answers where the value stands, for an offset that is known only later.
   std::size_t ul(DcTag tag, std::uint32_t value);
-  std::size_t us(DcTag tag, std::uint16_t value);
+  void us(DcTag tag, std::uint16_t value);
   void ob(DcTag tag, const std::uint8_t* bytes, std::size_t lengthBytes);
   // Tag and 4-byte length of an item, or of the sequence; answers where the length stands.
   std::size_t itemHeader();
@@ -32,9 +32,10 @@ class DcDirElementBytes {
   [[nodiscard]] DcCode code() const { return code_; }
 
  private:
-  void put16(std::uint16_t value);
-  void put32(std::uint32_t value);
-  void header(DcTag tag, const char* vr);
+  // Each appends zeros in one step, valid until the next; the forms answer where the value goes.
+  std::uint8_t* grow(std::size_t bytes);
+  std::uint8_t* shortForm(DcTag tag, const char* vr, std::size_t valueBytes);
+  std::uint8_t* longForm(DcTag tag, const char* vr, std::size_t valueBytes);
 
   std::vector<std::uint8_t>& file_;
   DcCode code_ = kDcOk;

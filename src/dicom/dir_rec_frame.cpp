@@ -6,6 +6,7 @@
 #include "dicom/elem_sq.h"
 #include "dicom/log.h"
 #include "dir_element_bytes.h"
+#include "frame.h"
 #include "tables/record_types.h"
 
 namespace quillon {

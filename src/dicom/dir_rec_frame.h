@@ -11,7 +11,6 @@
 
 namespace quillon {
 
-inline constexpr std::size_t kItemHeaderBytes = 8;
 inline constexpr std::size_t kNextOffsetValueAt = 16;
 inline constexpr std::size_t kLowerOffsetValueAt = 38;
 

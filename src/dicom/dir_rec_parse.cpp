@@ -7,6 +7,7 @@
 #include "dicom/dir_rec.h"
 #include "dicom/log.h"
 #include "dicom/read_file.h"
+#include "frame.h"
 #include "parse_header.h"
 
 namespace quillon {
@@ -14,7 +15,6 @@ namespace quillon {
 namespace {
 
 constexpr const char* kFunction = "DcDirRec::parse";
-constexpr std::uint32_t kItemHeaderBytes = 8;
 
 constexpr DcTag kNextRecordOffset = 0x00041400;
 constexpr DcTag kRecordInUseFlag = 0x00041410;

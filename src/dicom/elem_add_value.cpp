@@ -143,9 +143,9 @@ DcCode DcElem::addValueStrg(std::string_view text, int index) {
   } else if (code != kDcOk || isTooLong) {
     std::string replacement;
     code = askHook(vr, text, replacement);
-    return code == kDcOk ? storeText(vr, std::move(replacement), index) : code;
+    return code == kDcOk ? storeText(vr, replacement, index) : code;
   }
-  return storeText(vr, std::string(text), index);
+  return storeText(vr, text, index);
 }
 
 // What the VR demands of text that is stored as text.
@@ -197,9 +197,10 @@ DcCode DcElem::askHook(DcVr vr, std::string_view text, std::string& replacement)
   return kDcOk;
 }
 
-DcCode DcElem::storeText(DcVr vr, std::string text, int index) {
-  if (isLine(vr) && text.find(kEscape) == std::string::npos) {
-    for (char& c : text) {
+DcCode DcElem::storeText(DcVr vr, std::string_view text, int index) {
+  std::string stored(text);
+  if (isLine(vr) && text.find(kEscape) == std::string_view::npos) {
+    for (char& c : stored) {
       if (c == '\n') {
         c = '|';
       } else if (static_cast<unsigned char>(c) < 32) {
@@ -207,7 +208,7 @@ DcCode DcElem::storeText(DcVr vr, std::string text, int index) {
       }
     }
   }
-  return store(std::move(text), index);
+  return store(std::move(stored), index);
 }
 
 // Text for a VR that stores numbers.

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "dicom/dict.h"
 #include "dicom/elem_sq.h"
 #include "dicom/parse_fields.h"
 #include "dicom/read_file.h"
@@ -158,6 +159,29 @@ bool CDicomUtil::ReadFile(TextView path, bool deferPixelData) {
   list_ = owned_.get();
   filePath_ = path;
   return true;
+}
+
+void CDicomUtil::SettleUnknownVrs() {
+  if (list_ == nullptr) return;
+  for (std::size_t i = 0; i < list_->size(); ++i) {
+    const DcElem& element = *list_->at(i);
+    if (element.vr() != DcVr::UN || element.segments().size() > 1) continue;
+    const DcElemValueBuf value =
+        element.segments().empty() ? DcElemValueBuf() : element.segments().front().view();
+    if (value.storage() != DcElemValueBuf::Storage::Memory) continue;
+    DcVr vr = DcVr::None;
+    if (theDictionary().getElemVr(element.group(), element.element(), &vr) != kDcOk ||
+        vr == DcVr::UN || vr == DcVr::SQ) {
+      continue;
+    }
+    // The list keeps its order: the new element takes the place of the one with its tag.
+    const DcTag tag = element.tag();
+    auto settled = std::make_unique<DcElem>(tag, vr);
+    settled->setStringHook(list_->stringHook());
+    settled->parseVal(value.data(), value.lengthBytes(), value.transferSyntax());
+    list_->remove(list_->find(tag));
+    list_->add(std::move(settled));
+  }
 }
 
 bool CDicomUtil::GetValue(std::string_view tagPath, DicomValue& value, bool asArray) {

@@ -54,19 +54,19 @@ void CopySegments(const DcElem& from, DcElem& to) {
   }
 }
 
-std::unique_ptr<DcElem> CopySequenceElement(const DcElemSq& sequence) {
-  auto copy = std::make_unique<DcElemSq>(sequence.tag(), sequence.vr());
-  for (std::size_t i = 0; i < sequence.itemCount(); ++i) {
-    const DcElemSqItem& item = *sequence.item(i);
-    auto itemCopy = std::make_unique<DcElemSqItem>();
-    for (std::size_t k = 0; k < item.size(); ++k) {
-      std::unique_ptr<DcElem> element = CopyElement(*item.at(k));
-      if (element == nullptr) return nullptr;
-      itemCopy->add(std::move(element));
-    }
-    copy->addItem(std::move(itemCopy));
+bool CopyElements(const DcElemList& from, DcElemList& to) {
+  for (std::size_t i = 0; i < from.size(); ++i) {
+    if (to.add(CopyElement(*from.at(i))) == nullptr) return false;
   }
-  return copy;
+  return true;
+}
+
+bool CopyItems(const DcElemSq& from, DcElemSq& to) {
+  for (std::size_t i = 0; i < from.itemCount(); ++i) {
+    DcElemSqItem* item = to.addItem(std::make_unique<DcElemSqItem>());
+    if (!CopyElements(*from.item(i), *item)) return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -74,7 +74,10 @@ std::unique_ptr<DcElem> CopySequenceElement(const DcElemSq& sequence) {
 std::unique_ptr<DcElem> CopyElement(DcElem& element) {
   if (element.isSequence()) {
     const auto* sequence = dynamic_cast<const DcElemSq*>(&element);
-    return sequence == nullptr ? nullptr : CopySequenceElement(*sequence);
+    if (sequence == nullptr) return nullptr;
+    auto copy = std::make_unique<DcElemSq>(sequence->tag(), sequence->vr());
+    if (!CopyItems(*sequence, *copy)) return nullptr;
+    return copy;
   }
   const void* const noBytes = nullptr;
   auto copy =

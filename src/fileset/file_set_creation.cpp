@@ -250,6 +250,7 @@ std::unique_ptr<DcDirRec> FileSetCreation::MakeDocumentRecord(
     Fail(kMsgCannotReadDicomFile, {path});
     return nullptr;
   }
+  file.SettleUnknownVrs();
   Reader reader;
   if (!reader.ReadFromDicom(file)) {
     FailAs(reader);

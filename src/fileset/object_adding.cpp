@@ -93,6 +93,7 @@ bool CDicomDirProcessor::FileObject(TextView fileName) {
   if (!object.ReadFile(fileName, /*deferPixelData=*/true)) {
     return Fail(kMsgCannotReadDicomInformation, {fileName});
   }
+  object.SettleUnknownVrs();
   const DcElemList& dataSet = *object.GetElementList();
   if (!dataSet.contains(kStudyInstanceUid) || !dataSet.contains(kSeriesInstanceUid) ||
       !dataSet.contains(kSopInstanceUid)) {

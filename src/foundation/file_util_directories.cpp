@@ -89,7 +89,8 @@ bool CFileUtil::CreateDirectoryTree(TextView path) {
 }
 
 bool CFileUtil::CreateMissingDirectories(TextView path) {
-  if (path.size() >= 2 && IsDriveLetter(path[0]) && path[1] == OLESTR(':')) {
+  const bool hasDrive = path.size() >= 2 && IsDriveLetter(path[0]) && path[1] == OLESTR(':');
+  if (hasDrive) {
     const Text root = Text(path.substr(0, 2)).append(kRoot);
     if (SetCurrentDirectoryW(root.c_str()) == FALSE) return Fail(kMsgCannotChangeDrive, {root});
     path.remove_prefix(2);
@@ -102,7 +103,9 @@ bool CFileUtil::CreateMissingDirectories(TextView path) {
     }
     path.remove_prefix(networkRoot.size());
   } else if (!path.empty() && IsPathSeparator(path.front())) {
-    if (!ChangeDirectory(kRoot)) return false;
+    // Without a drive the path's own separator: where "/" is the system's root, "\" can be that of
+    // the drive that the working directory is on.
+    if (!ChangeDirectory(hasDrive ? TextView(kRoot) : path.substr(0, 1))) return false;
     path.remove_prefix(1);
   }
   while (!path.empty()) {

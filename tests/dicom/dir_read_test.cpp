@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 
 #include "dicom/dir_dicom_dir.h"
 #include "dir_test_tools.h"
@@ -22,7 +21,7 @@ struct Record {
   const char* type = "PATIENT";
   int next = -1;  // index of a record, -1 for none
   int lower = -1;
-  std::function<void(DataSetBytes&)> more;  // elements behind (0004,1430)
+  void (*more)(DataSetBytes&) = nullptr;  // elements behind (0004,1430)
 };
 
 void putOffset(Bytes& bytes, std::size_t at, std::uint32_t offset) {
@@ -37,7 +36,7 @@ Bytes itemOf(const Record& record, bool undefinedLength) {
       .us(0x00041410, {0xFFFF})
       .ul(0x00041420, {0})
       .text(0x00041430, "CS", record.type);
-  if (record.more) record.more(item);
+  if (record.more != nullptr) record.more(item);
   return item.endItem().take();
 }
 
@@ -115,10 +114,10 @@ class DicomDirReading : public ::testing::Test {
 
 std::vector<Record> smallTree() {
   return {{"PATIENT", 4, 1, [](DataSetBytes& item) { item.text(0x00100020, "LO", "ID1"); }},
-          {"STUDY", -1, 2, {}},
-          {"SERIES", -1, 3, {}},
+          {"STUDY", -1, 2, nullptr},
+          {"SERIES", -1, 3, nullptr},
           {"IMAGE", -1, -1, [](DataSetBytes& item) { refer(item, "IMAGES\\IM1"); }},
-          {"PATIENT", -1, -1, {}}};
+          {"PATIENT", -1, -1, nullptr}};
 }
 
 TEST_F(DicomDirReading, FollowsLinksInAnyOrderAndLengthsOfBothKinds) {
@@ -211,14 +210,16 @@ TEST_F(DicomDirReading, ARecordThatBreaksARuleEndsTheReadingAndKeepsWhatWasReadB
     std::string message;  // %O stands for the record's offset
     DcCode code = 0x5801;
   } cases[] = {
-      {"unknown type", {"PICTURE", -1, -1, {}}, "Offset - %O, invalid Record Type - 'PICTURE'"},
-      {"no type", {"", -1, -1, {}}, "Offset - %O, T_0004_1430_recordType missing or invalid"},
+      {"unknown type",
+       {"PICTURE", -1, -1, nullptr},
+       "Offset - %O, invalid Record Type - 'PICTURE'"},
+      {"no type", {"", -1, -1, nullptr}, "Offset - %O, T_0004_1430_recordType missing or invalid"},
       {"wrong level",
-       {"IMAGE", -1, -1, {}},
+       {"IMAGE", -1, -1, nullptr},
        "'IMAGE' cannot be a lower level entity to 'DICOMDIR'",
        0x580A},
       {"PRIVATE without its UID",
-       {"PRIVATE", -1, -1, {}},
+       {"PRIVATE", -1, -1, nullptr},
        "Offset - %O, T_0004_1432_privateRecordUid missing or invalid"},
       {"empty file ID",
        {"PATIENT", -1, -1, [](DataSetBytes& item) { refer(item, ""); }},
@@ -245,7 +246,7 @@ TEST_F(DicomDirReading, ARecordThatBreaksARuleEndsTheReadingAndKeepsWhatWasReadB
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     const MadeDicomDir made =
-        makeDicomDir({{"PATIENT", 1, -1, {}}, c.second, {"PATIENT", -1, -1, {}}});
+        makeDicomDir({{"PATIENT", 1, -1, nullptr}, c.second, {"PATIENT", -1, -1, nullptr}});
     std::string message = c.message;
     const std::size_t mark = message.find("%O");
     if (mark != std::string::npos) {
@@ -260,7 +261,7 @@ TEST_F(DicomDirReading, ARecordThatBreaksARuleEndsTheReadingAndKeepsWhatWasReadB
 }
 
 TEST_F(DicomDirReading, ARecordNeedsItsInUseFlag) {
-  MadeDicomDir made = makeDicomDir({{"PATIENT", -1, -1, {}}});
+  MadeDicomDir made = makeDicomDir({{"PATIENT", -1, -1, nullptr}});
   made.bytes[made.offsets[0] + 22] = 0x11;  // (0004,1410) becomes (0004,1411)
   const Lines messages = read(made.bytes);
   ASSERT_EQ(messages.size(), 2u);
@@ -270,7 +271,7 @@ TEST_F(DicomDirReading, ARecordNeedsItsInUseFlag) {
 
 TEST_F(DicomDirReading, LinksThatLeadAstrayEndTheReading) {
   const std::vector<Record> chain = {
-      {"PATIENT", 1, -1, {}}, {"PATIENT", 2, -1, {}}, {"PATIENT", -1, -1, {}}};
+      {"PATIENT", 1, -1, nullptr}, {"PATIENT", 2, -1, nullptr}, {"PATIENT", -1, -1, nullptr}};
   const MadeDicomDir made = makeDicomDir(chain);
   const auto size = static_cast<std::uint32_t>(made.bytes.size());
   const struct {
@@ -311,7 +312,7 @@ TEST_F(DicomDirReading, ItemsThatLieInsideOneAnotherAreReadOnce) {
   // A key of the first record holds what looks like a record; the chain leads there.
   std::vector<Record> records = {{"PATIENT", -1, -1, [](DataSetBytes& item) {
                                     item.beginSequence(0x00081110)
-                                        .append(itemOf({"PATIENT", -1, -1, {}}, false))
+                                        .append(itemOf({"PATIENT", -1, -1, nullptr}, false))
                                         .endSequence();
                                   }}};
   MadeDicomDir made = makeDicomDir(records);
@@ -368,11 +369,10 @@ TEST_F(DicomDirReading, AnyByteMayBeWrong) {
 }
 
 TEST_F(DicomDirReading, ARecordWhoseMrdrIsNotThereHasNoFileId) {
-  const auto linkTo = [](std::uint32_t offset) {
-    return [offset](DataSetBytes& item) { item.ul(0x00041504, {offset}); };
-  };
-  for (const std::uint32_t offset : {1u, 0xFFFFFFF0u}) {
-    EXPECT_EQ(read(makeDicomDir({{"PATIENT", -1, -1, linkTo(offset)}}).bytes), Lines{});
+  constexpr auto kToNoRecord = [](DataSetBytes& item) { item.ul(0x00041504, {1}); };
+  constexpr auto kBeyondTheFile = [](DataSetBytes& item) { item.ul(0x00041504, {0xFFFFFFF0}); };
+  for (void (*more)(DataSetBytes&) : {+kToNoRecord, +kBeyondTheFile}) {
+    EXPECT_EQ(read(makeDicomDir({{"PATIENT", -1, -1, more}}).bytes), Lines{});
     EXPECT_EQ(dir_->initialCode(), kDcOk);
     EXPECT_EQ(dir_->lower(0)->fileId(), "");
     EXPECT_EQ(dir_->lower(0)->mrdr(), nullptr);
@@ -383,9 +383,9 @@ TEST_F(DicomDirReading, TheLastOfSeveralRecordsForOneFileIsFound) {
   const auto same = [](DataSetBytes& item) { refer(item, "SAME"); };
   ASSERT_EQ(read(makeDicomDir({{"PATIENT", 2, 1, same},
                                {"STUDY", -1, -1, same},
-                               {"PATIENT", 4, 3, {}},
+                               {"PATIENT", 4, 3, nullptr},
                                {"STUDY", -1, -1, same},
-                               {"PATIENT", -1, -1, {}}})
+                               {"PATIENT", -1, -1, nullptr}})
                      .bytes),
             Lines{});
   DcDirRec* found = nullptr;

@@ -328,6 +328,18 @@ TEST_F(DicomDirWriting, FailuresHaveTheirCodeAndNeverTouchTheFileBeforeTheBytesA
   EXPECT_EQ(readBytes(temp_ / "DICOMDIR").size(), 21u);
 }
 
+TEST_F(DicomDirWriting, AKeyWhoseBytesAreInAnotherFileIsRefusedAtAnyDepth) {
+  writeBytes(temp_ / "ICON", Bytes(64, 7));
+  DcDirRec* patient = addRecord(dir_, DcDirRecType::Patient);
+  auto icon = std::make_unique<DcElemSq>(0x00880200);
+  icon->addItem(std::make_unique<DcElemSqItem>())
+      ->add(std::make_unique<DcElem>(0x7FE00010, (temp_ / "ICON").c_str(), std::uint64_t{0},
+                                     std::uint32_t{64}, DcUid::ExplicitLittleEndian));
+  patient->addKey(std::move(icon));
+  EXPECT_EQ(dir_.write(), 0x1602u);
+  EXPECT_FALSE(std::filesystem::exists(temp_ / "DICOMDIR"));
+}
+
 TEST_F(DicomDirWriting, AFullDiskIsReported) {
   if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
   std::filesystem::create_directory(temp_ / "FULL");

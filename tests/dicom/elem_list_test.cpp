@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <string>
@@ -190,6 +191,7 @@ TEST(ElementList, AllIteratorsAreReset) {
 }
 
 TEST(ElementList, TheHookReachesOnlyElementsAddedAfterwards) {
+  LoggedLines log;
   dcSetValueChecking(false);
   DcElemList lenient;
   dcSetValueChecking(true);

@@ -44,6 +44,15 @@ bool isCompressed(DcUid syntax) {
          syntax != DcUid::ExplicitBigEndian;
 }
 
+// Where two lists of lines part, instead of hundreds of lines.
+testing::AssertionResult areSame(const std::vector<std::string>& left,
+                                 const std::vector<std::string>& right) {
+  const auto [l, r] = std::ranges::mismatch(left, right);
+  if (l == left.end() && r == right.end()) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "'" << (l == left.end() ? "" : *l) << "' is not '"
+                                     << (r == right.end() ? "" : *r) << "'";
+}
+
 // The texts of values that the explicit form cannot hold are left out.
 bool encodesWhole(DcElemList& list, DcUid syntax, Bytes& bytes) {
   DcCode code = kDcOk;
@@ -66,7 +75,7 @@ TEST(RoundTrips, EveryRealFileComesBackFromEverySyntax) {
       Bytes bytes;
       if (!encodesWhole(original, meta.transferSyntax, bytes)) continue;
       DcCode code = kDcOk;
-      EXPECT_EQ(parsed(bytes, meta.transferSyntax, code), describe(original));
+      EXPECT_TRUE(areSame(parsed(bytes, meta.transferSyntax, code), describe(original)));
       EXPECT_EQ(code, kDcOk);
       ++compared;
       continue;
@@ -81,13 +90,13 @@ TEST(RoundTrips, EveryRealFileComesBackFromEverySyntax) {
       DcElemList again;
       ASSERT_EQ(again.parse(bytes.data(), static_cast<std::uint32_t>(bytes.size()), uidOf(syntax)),
                 kDcOk);
+      // Only the explicit forms carry the VRs. Group lengths are those of the form just encoded.
+      if (syntax != Syntax::ImplicitLittle && meta.transferSyntax != DcUid::ImplicitLittleEndian) {
+        EXPECT_TRUE(areSame(describe(again), describe(original)));
+      }
       Bytes canonicalAgain;
       ASSERT_TRUE(encodesWhole(again, DcUid::ImplicitLittleEndian, canonicalAgain));
       EXPECT_TRUE(canonicalAgain == canonical);
-      // Only the explicit forms carry the VRs.
-      if (syntax != Syntax::ImplicitLittle && meta.transferSyntax != DcUid::ImplicitLittleEndian) {
-        EXPECT_EQ(describe(again), describe(original));
-      }
       ++compared;
     }
   }

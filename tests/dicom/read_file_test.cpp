@@ -113,7 +113,11 @@ TEST_F(ReadingFiles, WhatIsNoMetaInformationHasItsCode) {
        kDcReadFailed,
        0,
        {"Error reading fileMetaInfo at offset 0xa0"}},
-      {"undefined length, scanned over", withMagic(open), kDcOk, 132 + 12 + 3 + 8, {}},
+      {"undefined length, scanned over",
+       withMagic(open),
+       kDcOk,
+       132 + 12 + 3 + 8,
+       {"Invalid tag 0x201fe03, expecting Sequence Item at offset 0x90"}},
   };
   LoggedLines log;
   for (const auto& c : cases) {
@@ -444,7 +448,7 @@ TEST(MeasuringAnItem, TheLengthEndsAtTheItemsOwnDelimitationItem) {
        kDcItemLengthUnknown,
        0,
        0,
-       {"No item delimitation item in 69(0x45) bytes"}},
+       {"No item delimitation item in 71(0x47) bytes"}},
       {"no transfer syntax", {0, 0, 0, 0}, DcUid::Verification, kDcItemLengthUnknown, 0, 0, {}},
   };
   LoggedLines log;

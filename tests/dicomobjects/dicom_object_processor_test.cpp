@@ -72,29 +72,28 @@ TEST(ObjectProperties, TellEverythingOfAnImage) {
 
 TEST(ObjectProperties, NeedEachAttributeUnlessTheReadIsLenient) {
   struct {
-    std::uint32_t tag;
     std::string_view vr;
     std::u16string message;  // "@" stands for the path
+    std::uint32_t tag;
     bool emptyIsMissing;
   } const cases[] = {
-      {0x00080016, "UI", u"The SOP class UID from @ is invalid.", true},
-      {0x00080018, "UI", u"The instance UID is invalid.", true},
-      {0x00080060, "CS", u"The modality property value (0008, 0060) in the image is invalid.",
+      {"UI", u"The SOP class UID from @ is invalid.", 0x00080016, true},
+      {"UI", u"The instance UID is invalid.", 0x00080018, true},
+      {"CS", u"The modality property value (0008, 0060) in the image is invalid.", 0x00080060,
        true},
-      {0x00200013, "IS", u"The image number from @ is invalid.", false},
-      {0x00280100, "US", u"The bits allocated property value (0028, 0100) in the image is invalid.",
+      {"IS", u"The image number from @ is invalid.", 0x00200013, false},
+      {"US", u"The bits allocated property value (0028, 0100) in the image is invalid.", 0x00280100,
        true},
-      {0x00280010, "US", u"The rows property value (0028, 0010) in the image is invalid.", true},
-      {0x00280011, "US", u"The columns property value (0028, 0011) in the image is invalid.", true},
-      {0x00280101, "US", u"The bits stored property value (0028, 0101) in the image is invalid.",
+      {"US", u"The rows property value (0028, 0010) in the image is invalid.", 0x00280010, true},
+      {"US", u"The columns property value (0028, 0011) in the image is invalid.", 0x00280011, true},
+      {"US", u"The bits stored property value (0028, 0101) in the image is invalid.", 0x00280101,
        true},
-      {0x00280004, "CS",
-       u"The photometric interpretation property value (0028, 0004) in the image is invalid.",
-       true},
-      {0x00280103, "US",
-       u"The pixel representation property value (0028, 0103) in the image is invalid.", true},
-      {0x00280002, "US",
-       u"The samples per pixel property value (0028, 0002) in the image is invalid.", true},
+      {"CS", u"The photometric interpretation property value (0028, 0004) in the image is invalid.",
+       0x00280004, true},
+      {"US", u"The pixel representation property value (0028, 0103) in the image is invalid.",
+       0x00280103, true},
+      {"US", u"The samples per pixel property value (0028, 0002) in the image is invalid.",
+       0x00280002, true},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.tag);

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "builder_job.h"
 
@@ -21,6 +22,25 @@ Bytes bareObject(const std::string& studyUid, const std::string& seriesUid,
                             .text(0x0020000E, "UI", seriesUid)
                             .take();
   return dicomFile(dataSet, "1.2.840.10008.5.1.4.1.1.2", "2.999.1.2.3.4.5.6.7", kExplicitLittleUid);
+}
+
+// As some converters write it: every VR given away.
+Bytes objectOfUnknownVrs(const std::string& studyUid, const std::string& seriesUid,
+                         const std::string& instanceUid) {
+  DataSetBytes dataSet;
+  const std::pair<std::uint32_t, std::string> rows[] = {{0x00080016, "1.2.840.10008.5.1.4.1.1.2"},
+                                                        {0x00080018, instanceUid},
+                                                        {0x00080060, "CT"},
+                                                        {0x00100010, "DOE^JOHN"},
+                                                        {0x00100030, ""},
+                                                        {0x0020000D, studyUid},
+                                                        {0x0020000E, seriesUid}};
+  for (const auto& [tag, value] : rows) {
+    Bytes bytes(value.begin(), value.end());
+    if (bytes.size() % 2 != 0) bytes.push_back(0);
+    dataSet.raw(tag, "UN", bytes);
+  }
+  return dicomFile(dataSet.take(), "1.2.840.10008.5.1.4.1.1.2", instanceUid, kExplicitLittleUid);
 }
 
 TEST(AddingFiles, TellsWhyAFileIsRefused) {
@@ -47,6 +67,7 @@ TEST(AddingFiles, TellsWhyAFileIsRefused) {
        "sries " +
            series + " in study " + study + " for the patient DOE^JOHN 12345.",
        0},
+      {"every element as UN", objectOfUnknownVrs(study, series, instance), "", 1},
       {"maker's form", bareObject(study, series, maker + "1234.5"), "", 1},
       {"maker's form, only dot first", bareObject(study, series, maker + ".1234"),
        "The image instance UID from {file} is invalid.", 0},

@@ -74,7 +74,7 @@ DataSetBytes& DataSetBytes::text(std::uint32_t elementTag, std::string_view vr,
   return *this;
 }
 
-DataSetBytes& DataSetBytes::us(std::uint32_t elementTag, std::vector<std::uint16_t> values,
+DataSetBytes& DataSetBytes::us(std::uint32_t elementTag, const std::vector<std::uint16_t>& values,
                                std::string_view vr) {
   header(elementTag, vr, static_cast<std::uint32_t>(values.size() * 2));
   bytes_.reserve(bytes_.size() + values.size() * 2);
@@ -82,7 +82,7 @@ DataSetBytes& DataSetBytes::us(std::uint32_t elementTag, std::vector<std::uint16
   return *this;
 }
 
-DataSetBytes& DataSetBytes::ul(std::uint32_t elementTag, std::vector<std::uint32_t> values,
+DataSetBytes& DataSetBytes::ul(std::uint32_t elementTag, const std::vector<std::uint32_t>& values,
                                std::string_view vr) {
   header(elementTag, vr, static_cast<std::uint32_t>(values.size() * 4));
   for (std::uint32_t value : values) put32(value);

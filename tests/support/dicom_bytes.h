@@ -19,8 +19,10 @@ class DataSetBytes {
 
   // Pads odd lengths with a space (a zero byte for UI).
   DataSetBytes& text(std::uint32_t tag, std::string_view vr, std::string_view value);
-  DataSetBytes& us(std::uint32_t tag, std::vector<std::uint16_t> values, std::string_view vr = "US");
-  DataSetBytes& ul(std::uint32_t tag, std::vector<std::uint32_t> values, std::string_view vr = "UL");
+  DataSetBytes& us(std::uint32_t tag, const std::vector<std::uint16_t>& values,
+                   std::string_view vr = "US");
+  DataSetBytes& ul(std::uint32_t tag, const std::vector<std::uint32_t>& values,
+                   std::string_view vr = "UL");
   DataSetBytes& raw(std::uint32_t tag, std::string_view vr, const Bytes& value);
   // A header whose declared length need not be true.
   DataSetBytes& header(std::uint32_t tag, std::string_view vr, std::uint32_t declaredLength);

@@ -44,12 +44,13 @@ class Elements {
     map_[tag] = DataSetBytes(syntax_).text(tag, vr, value).take();
     return *this;
   }
-  Elements& us(std::uint32_t tag, std::vector<std::uint16_t> values, std::string_view vr = "US") {
-    map_[tag] = DataSetBytes(syntax_).us(tag, std::move(values), vr).take();
+  Elements& us(std::uint32_t tag, const std::vector<std::uint16_t>& values,
+               std::string_view vr = "US") {
+    map_[tag] = DataSetBytes(syntax_).us(tag, values, vr).take();
     return *this;
   }
-  Elements& sl(std::uint32_t tag, std::vector<std::uint32_t> values) {
-    map_[tag] = DataSetBytes(syntax_).ul(tag, std::move(values), "SL").take();
+  Elements& sl(std::uint32_t tag, const std::vector<std::uint32_t>& values) {
+    map_[tag] = DataSetBytes(syntax_).ul(tag, values, "SL").take();
     return *this;
   }
   Elements& sequence(std::uint32_t tag,
@@ -156,7 +157,7 @@ void putPixels(Elements& e, const ObjectDescription& d) {
       .us(0x00280103, {0})
       .text(0x00281050, "DS", "2048")
       .text(0x00281051, "DS", "4096")
-      .us(0x7FE00010, std::move(pixels), "OW");
+      .us(0x7FE00010, pixels, "OW");
 }
 
 void putImagePlane(Elements& e, const ObjectDescription& d) {

@@ -27,10 +27,10 @@ struct ObjectDescription {
   std::string studyDate = "20090305";
   std::string studyUid, seriesUid, instanceUid;
   std::string studyDescription = "Sample study";
-  std::string verificationFlag = "UNVERIFIED";           // SR
-  std::string relationshipType = "HAS CONCEPT MOD";      // SR, KO: of the first content item
-  int rows = 16, columns = 16;  // images
-  int extraElements = 0;        // more header elements, to reach a realistic count
+  std::string verificationFlag = "UNVERIFIED";       // SR
+  std::string relationshipType = "HAS CONCEPT MOD";  // SR, KO: of the first content item
+  int rows = 16, columns = 16;                       // images
+  int extraElements = 0;  // more header elements, to reach a realistic count
   Syntax syntax = Syntax::ExplicitLittle;
 };
 

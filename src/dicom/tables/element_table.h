@@ -21,7 +21,7 @@ struct ElementRow {
 
 inline constexpr std::size_t kElementCount = 2607;
 extern const std::array<ElementRow, kElementCount> kElementTable;
-// The tags of the rows alone: a search among them touches few cache lines.
+// The tags of the rows alone, so that a search touches few cache lines.
 extern const std::array<DcTag, kElementCount> kElementTags;
 
 }  // namespace quillon

@@ -172,7 +172,7 @@ class DcElem {
   DcCode addNumberText(DcVr vr, std::string_view text, int index);
   DcCode checkText(DcVr vr, std::string_view text) const;
   DcCode askHook(DcVr vr, std::string_view text, std::string& replacement);
-  DcCode storeText(DcVr vr, std::string text, int index);
+  DcCode storeText(DcVr vr, std::string_view text, int index);
   template <typename T>
   DcCode addInteger(T value, int index, bool acceptsAt, const char* type);
   template <typename T>

@@ -20,8 +20,8 @@ enum class DcFieldStatus { Found = 0, NotFound = 1, FoundCut = 2, PixelDataNotRe
 struct DcFieldRequest {
   DcTag tag = kLastFieldRequest;
   std::array<std::uint8_t, kFieldValueBytes> value{};
-  std::uint32_t lengthBytes = 0;          // as found in the file; value holds at most 256 of them
-  std::uint64_t offsetInFile = ~0ULL;     // of the element's tag
+  std::uint32_t lengthBytes = 0;       // as found in the file; value holds at most 256 of them
+  std::uint64_t offsetInFile = ~0ULL;  // of the element's tag
   DcFieldStatus status = DcFieldStatus::NotFound;
 };
 

@@ -29,6 +29,10 @@ class CDicomUtil : public CBaseItem {
   [[nodiscard]] DcCode GetLastResult() const { return lastResult_; }
   void Clear();
 
+  // Some converters write every element as UN. Gives the top-level ones that the dictionary knows
+  // their own VR back, so that the values can be read; the others stay as they are.
+  void SettleUnknownVrs();
+
   // False when the path names no element or is malformed. Tags of group 0002 are answered from the
   // meta information. Without asArray several texts come as one, with backslashes between them, and
   // of several numbers the first. A sequence itself has no value.

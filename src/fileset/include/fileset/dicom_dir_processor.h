@@ -14,6 +14,8 @@ namespace quillon {
 
 class CDicomDirProcessor : public CBaseItem {
  public:
+  // Switches the toolkit's value checking off for the process: values of files are taken as they
+  // are.
   CDicomDirProcessor();
   ~CDicomDirProcessor() override;
 

@@ -26,6 +26,19 @@ class CComBase : public CBaseItem {
   [[nodiscard]] HRESULT GetLastResult() const { return lastResult_; }
 
  protected:
+  // Makes one call of the wrapped interface: its HRESULT becomes the last result and is checked
+  // with failedId; a COM exception that the call throws is reported with threwId. Methods check
+  // their own arguments first.
+  template <typename Call>
+  bool CallPlatform(UINT failedId, UINT threwId, TextView methodName, const Call& call) {
+    try {
+      lastResult_ = call();
+      return CheckResult(lastResult_, failedId, ClassName(), methodName);
+    } catch (const _com_error& error) {
+      return ProcessError(error, threwId, ClassName(), methodName);
+    }
+  }
+
   HRESULT lastResult_ = S_OK;
   bool comInitialized_ = false;
   bool createdHere_ = false;

@@ -1,0 +1,278 @@
+#include "foundation/storage_wrappers.h"
+
+#include <functional>
+
+#include "foundation_test_support.h"
+
+namespace quillon {
+namespace {
+
+using test::ErrorOf;
+using test::Plain;
+
+constexpr HRESULT kDiscFull = static_cast<HRESULT>(0x8004021C);
+
+// An object on the stack that counts the references held on it.
+template <typename Interface>
+class OnStack : public Interface {
+ public:
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+  ULONG STDMETHODCALLTYPE Release() override { return --references; }
+
+  ULONG references = 0;
+};
+
+class FakePropertyStorage : public OnStack<IPropertyStorage> {
+ public:
+  HRESULT STDMETHODCALLTYPE Commit(DWORD flags) override { return onCommit(flags); }
+  HRESULT STDMETHODCALLTYPE WriteMultiple(ULONG count, const PROPSPEC* specs,
+                                          const PROPVARIANT* values, PROPID first) override {
+    for (ULONG i = 0; i < count; ++i) {
+      written += Text(specs[i].lpwstr) + u"=" + values[i].bstrVal + u";" + NumberText(first);
+    }
+    return writeResult;
+  }
+  HRESULT STDMETHODCALLTYPE ReadMultiple(ULONG, const PROPSPEC*, PROPVARIANT*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE DeleteMultiple(ULONG, const PROPSPEC*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE ReadPropertyNames(ULONG, const PROPID*, LPOLESTR*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE WritePropertyNames(ULONG, const PROPID*, const LPOLESTR*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE DeletePropertyNames(ULONG, const PROPID*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Revert() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Enum(IEnumSTATPROPSTG**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetTimes(const FILETIME*, const FILETIME*, const FILETIME*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE SetClass(REFCLSID) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Stat(STATPROPSETSTG*) override { return E_NOTIMPL; }
+
+  std::function<HRESULT(DWORD)> onCommit = [](DWORD) { return S_OK; };
+  HRESULT writeResult = S_OK;
+  Text written;
+};
+
+class FakeFolder : public OnStack<IShellFolder> {
+ public:
+  HRESULT STDMETHODCALLTYPE ParseDisplayName(HWND, IBindCtx*, LPWSTR name, ULONG*,
+                                             ITEMIDLIST** items, ULONG*) override {
+    parsed = name;
+    *items = &item;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE BindToStorage(const ITEMIDLIST* items, IBindCtx*, REFIID riid,
+                                          void** object) override {
+    if (items != &item || riid != IID_IStorage) return E_NOINTERFACE;
+    *object = storage;
+    if (storage == nullptr) return E_ACCESSDENIED;
+    storage->AddRef();
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE EnumObjects(HWND, DWORD, IEnumIDList**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE BindToObject(const ITEMIDLIST*, IBindCtx*, REFIID, void**) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE CompareIDs(LPARAM, const ITEMIDLIST*, const ITEMIDLIST*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE CreateViewObject(HWND, REFIID, void**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetAttributesOf(UINT, const ITEMIDLIST**, ULONG*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE GetUIObjectOf(HWND, UINT, const ITEMIDLIST**, REFIID, UINT*,
+                                          void**) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE GetDisplayNameOf(const ITEMIDLIST*, DWORD, STRRET*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE SetNameOf(HWND, const ITEMIDLIST*, LPCWSTR, DWORD,
+                                      ITEMIDLIST**) override {
+    return E_NOTIMPL;
+  }
+
+  ITEMIDLIST item{};
+  Text parsed;
+  IStorage* storage = nullptr;
+};
+
+class FakeStorage : public OnStack<IStorage> {
+ public:
+  HRESULT STDMETHODCALLTYPE CreateStream(const OLECHAR*, DWORD, DWORD, DWORD, IStream**) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE OpenStream(const OLECHAR*, void*, DWORD, DWORD, IStream**) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE CreateStorage(const OLECHAR*, DWORD, DWORD, DWORD,
+                                          IStorage**) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE OpenStorage(const OLECHAR*, IStorage*, DWORD, LPOLESTR*, DWORD,
+                                        IStorage**) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE CopyTo(DWORD, const IID*, LPOLESTR*, IStorage*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE MoveElementTo(const OLECHAR*, IStorage*, const OLECHAR*,
+                                          DWORD) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Revert() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE EnumElements(DWORD, void*, DWORD, IEnumSTATSTG**) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE DestroyElement(const OLECHAR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE RenameElement(const OLECHAR*, const OLECHAR*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE SetElementTimes(const OLECHAR*, const FILETIME*, const FILETIME*,
+                                            const FILETIME*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE SetClass(REFCLSID) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SetStateBits(DWORD, DWORD) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return E_NOTIMPL; }
+};
+
+TEST(PropertyStorage, ReportsEveryWayACallCanEnd) {
+  FakePropertyStorage fake;
+  {
+    CPropertyStorage storage(&fake);
+    DWORD flags = 0;
+    fake.onCommit = [&](DWORD given) { return flags = given, S_OK; };
+    EXPECT_TRUE(storage.Commit(STGC_OVERWRITE));
+    EXPECT_EQ(flags, STGC_OVERWRITE);
+
+    fake.onCommit = [](DWORD) { return kDiscFull; };
+    EXPECT_FALSE(storage.Commit(STGC_DEFAULT));
+    EXPECT_EQ(storage.GetLastResult(), kDiscFull);
+    EXPECT_EQ(ErrorOf(storage),
+              "CPropertyStorage::Commit failed for this reason:  The disc cannot hold any more "
+              "data");
+
+    fake.onCommit = [](DWORD) -> HRESULT { throw _com_error(E_ACCESSDENIED); };
+    EXPECT_FALSE(storage.Commit(STGC_DEFAULT));
+    EXPECT_EQ(ErrorOf(storage),
+              "CPropertyStorage::Commit threw an exception for this reason:  Access is denied.");
+  }
+  EXPECT_EQ(fake.references, 0u);
+  CPropertyStorage nothing;
+  EXPECT_FALSE(nothing.Commit(STGC_DEFAULT));
+  EXPECT_EQ(ErrorOf(nothing),
+            "CPropertyStorage::Commit threw an exception for this reason:  Invalid pointer");
+}
+
+TEST(PropertyStorage, WritesOnlyWithBothArrays) {
+  FakePropertyStorage fake;
+  CPropertyStorage storage(&fake);
+  Text name = u"VolumeName";
+  PROPSPEC specification{};
+  specification.ulKind = PRSPEC_LPWSTR;
+  specification.lpwstr = name.data();
+  VARIANT text{};
+  text.vt = VT_BSTR;
+  text.bstrVal = SysAllocString(u"Quillon");
+  PROPVARIANT value{};
+  ASSERT_TRUE(storage.CopyValue(value, text));
+  EXPECT_NE(value.bstrVal, text.bstrVal);
+  VariantClear(&text);
+
+  EXPECT_TRUE(storage.WriteMultiple(1, &specification, &value, 2));
+  EXPECT_EQ(Plain(fake.written), "VolumeName=Quillon;2");
+  for (const auto& [specs, values] :
+       {std::pair<PROPSPEC*, PROPVARIANT*>{nullptr, &value},
+        std::pair<PROPSPEC*, PROPVARIANT*>{&specification, nullptr}}) {
+    EXPECT_FALSE(storage.WriteMultiple(1, specs, values, 2));
+    EXPECT_EQ(ErrorOf(storage),
+              "CPropertyStorage::WriteMultiple failed for this reason:  The parameter is "
+              "incorrect.");
+  }
+  EXPECT_EQ(PropVariantClear(&value), S_OK);
+}
+
+TEST(PropertyStorage, CopiesSimpleTypesOnly) {
+  CPropertyStorage storage;
+  for (VARTYPE type = 0; type < 80; ++type) {
+    SCOPED_TRACE(type);
+    const bool isSimple = type <= 11 || type == 13 || (type >= 16 && type <= 19);
+    VARIANT source{};
+    source.vt = type;
+    PROPVARIANT target{};
+    storage.ClearError();
+    EXPECT_EQ(storage.CopyValue(target, source), isSimple);
+    EXPECT_EQ(target.vt, isSimple ? type : VARTYPE{VT_EMPTY});
+    EXPECT_EQ(ErrorOf(storage), isSimple ? "" : "Cannot determine the data type.");
+    PropVariantClear(&target);
+  }
+  FakeStorage object;
+  VARIANT source{};
+  source.vt = VT_UNKNOWN;
+  source.punkVal = &object;
+  PROPVARIANT target{};
+  EXPECT_TRUE(storage.CopyValue(target, source));
+  EXPECT_EQ(object.references, 1u) << "the copy holds a reference of its own";
+  source.vt = VT_UNKNOWN | VT_BYREF;
+  PROPVARIANT refused{};
+  EXPECT_FALSE(storage.CopyValue(refused, source));
+}
+
+TEST(ShellFolder, BindsAPathIntoAStorage) {
+  FakeFolder fake;
+  FakeStorage target;
+  fake.storage = &target;
+  {
+    CShellFolder folder(&fake);
+    LPITEMIDLIST items = nullptr;
+    EXPECT_TRUE(folder.ParseDisplayName(nullptr, nullptr, u"C:\\DICOM", nullptr, &items, nullptr));
+    EXPECT_EQ(Plain(fake.parsed), "C:\\DICOM");
+    CStorage storage;
+    EXPECT_TRUE(folder.BindToStorage(items, nullptr, storage));
+    EXPECT_EQ(storage.Get(), &target);
+    EXPECT_EQ(target.references, 1u);
+
+    fake.storage = nullptr;
+    SetLastError(ERROR_DISK_FULL);
+    EXPECT_FALSE(folder.BindToStorage(items, nullptr, storage));
+    EXPECT_EQ(ErrorOf(folder),
+              "CShellFolder::BindToStorage failed for this reason:  There is not enough space on "
+              "the disk.");
+    EXPECT_EQ(storage.Get(), nullptr);
+  }
+  EXPECT_EQ(target.references, 0u);
+  EXPECT_EQ(fake.references, 0u);
+}
+
+TEST(ShellFolder, RefusesMissingArguments) {
+  FakeFolder fake;
+  CShellFolder folder(&fake);
+  LPITEMIDLIST items = nullptr;
+  CStorage storage;
+  const std::pair<const char*, std::function<bool()>> cases[] = {
+      {"ParseDisplayName",
+       [&] {
+         return folder.ParseDisplayName(nullptr, nullptr, nullptr, nullptr, &items, nullptr);
+       }},
+      {"ParseDisplayName",
+       [&] { return folder.ParseDisplayName(nullptr, nullptr, u"x", nullptr, nullptr, nullptr); }},
+      {"BindToStorage", [&] { return folder.BindToStorage(nullptr, nullptr, storage); }},
+      {"BindToStorage",
+       [&] { return folder.BindToStorage(&fake.item, nullptr, IID_IStorage, nullptr); }},
+  };
+  for (const auto& [method, call] : cases) {
+    folder.ClearError();
+    EXPECT_FALSE(call());
+    EXPECT_EQ(ErrorOf(folder), "CShellFolder::" + std::string(method) +
+                                   " failed for this reason:  The parameter is incorrect.");
+  }
+}
+
+}  // namespace
+}  // namespace quillon
