@@ -26,7 +26,8 @@ while [ $# -gt 0 ]; do
 done
 # Its time for a single series grows with the square of the number of objects.
 single_series_limit=1000
-python_limit=1000
+# Slower than that by far, whatever the layout.
+slow_limit=1000
 
 if [ -z "${QUILLON_BUILD:-}" ]; then
   QUILLON_BUILD=build/release
@@ -115,11 +116,11 @@ for layout in tree single; do
       report "dcmmkdir (DICOMDIR only)" "$(best "$layout" "$count" dcmmkdir -Pgp -nb +id "$objects" \
         +r +D "$root/DICOMDIR")"
     fi
-    if command -v gdcmgendir >/dev/null; then
+    if [ "$count" -le "$slow_limit" ] && command -v gdcmgendir >/dev/null; then
       report "gdcmgendir (DICOMDIR only)" "$(best "$layout" "$count" gdcmgendir -r -i "$objects" \
         -o "$root/DICOMDIR")"
     fi
-    if [ "$count" -le "$python_limit" ] && /usr/bin/python3 -c 'import pydicom.fileset' 2>/dev/null; then
+    if [ "$count" -le "$slow_limit" ] && /usr/bin/python3 -c 'import pydicom.fileset' 2>/dev/null; then
       report "pydicom FileSet (copies)" "$(best "$layout" "$count" pydicom_file_set)"
     fi
   done

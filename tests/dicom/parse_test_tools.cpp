@@ -130,11 +130,15 @@ std::vector<std::string> describe(const DcElemList& list) {
   return lines;
 }
 
-std::vector<std::string> parsed(const Bytes& bytes, DcUid transferSyntax, DcCode& code) {
-  DcElemList list;
+DcCode parseInto(DcElemList& list, const Bytes& bytes, DcUid transferSyntax) {
   // A copy of exactly these bytes: reading behind them is seen by the address sanitizer.
   const Bytes exact(bytes.begin(), bytes.end());
-  code = list.parse(exact.data(), static_cast<std::uint32_t>(exact.size()), transferSyntax);
+  return list.parse(exact.data(), static_cast<std::uint32_t>(exact.size()), transferSyntax);
+}
+
+std::vector<std::string> parsed(const Bytes& bytes, DcUid transferSyntax, DcCode& code) {
+  DcElemList list;
+  code = parseInto(list, bytes, transferSyntax);
   return describe(list);
 }
 

@@ -29,6 +29,7 @@ const char* nameOf(Syntax syntax);
 // in little endian order whatever order they were read in.
 std::vector<std::string> describe(const DcElemList& list);
 
+DcCode parseInto(DcElemList& list, const Bytes& bytes, DcUid transferSyntax);
 // Parses with the public entry; code receives the result.
 std::vector<std::string> parsed(const Bytes& bytes, DcUid transferSyntax, DcCode& code);
 

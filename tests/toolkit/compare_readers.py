@@ -127,7 +127,12 @@ def theirs(dataset, prefix, result, implicit, little):
         if not isinstance(item, RawDataElement) or vr == "SQ":
             element = dataset[tag]
             if element.VR != "SQ":
-                raise ValueError("%s was converted early" % key)
+                # pydicom converts the character set (0008,0005) as it goes.
+                value = element.value
+                value = value if isinstance(value, (list, pydicom.multival.MultiValue)) else [value]
+                text = "\\".join(str(v or "") for v in value).encode("latin-1")
+                result[key] = (element.VR, "text", expected_text(element.VR, text).hex())
+                continue
             result[key] = ("SQ", "items", str(len(element.value)))
             for i, nested in enumerate(element.value):
                 theirs(nested, "%s[%d]." % (key, i), result, implicit, little)
@@ -145,9 +150,17 @@ def theirs(dataset, prefix, result, implicit, little):
             tags = ["%d" % (words[i] << 16 | words[i + 1]) for i in range(0, len(words) - 1, 2)]
             result[key] = (vr, "numbers", "\\".join(tags))
         elif vr in BYTE_VRS or " or " in vr:
+            if not little_item and vr == "OW":
+                raw = swapped(raw)
             result[key] = (vr, "bytes", "%d %08x" % (len(raw), zlib.crc32(raw)), raw, little_item)
         else:
             result[key] = (vr, "text", expected_text(vr, raw).hex())
+
+
+def swapped(raw):
+    words = bytearray(raw)
+    words[0::2], words[1::2] = raw[1::2], raw[0::2]
+    return bytes(words)
 
 
 def is_creator(tag):
@@ -200,6 +213,9 @@ def check_against_pydicom(path, mine, problems):
 
 def check_round_trips(path, mine, problems, folder):
     name = os.path.basename(path)
+    # Encapsulated pixel data has no form in the uncompressed syntaxes.
+    compressed = pydicom.dcmread(path, force=True, stop_before_pixels=True).file_meta.get(
+        "TransferSyntaxUID", SYNTAXES[0]) not in SYNTAXES
     for syntax in SYNTAXES:
         out = os.path.join(folder, "again.dcm")
         run = subprocess.run([DUMP, "--encode", syntax, path, out], capture_output=True)
@@ -212,6 +228,8 @@ def check_round_trips(path, mine, problems, folder):
             continue
         for key in sorted(set(mine) | set(again)):
             a, b = mine.get(key), again.get(key)
+            if is_group_length(key) or (compressed and key == "7fe00010"):
+                continue
             if a != b and not equal_after_encoding(a, b):
                 problems.append("%s %s in %s: read %s, read back %s" % (name, key, syntax, a, b))
 
@@ -219,10 +237,33 @@ def check_round_trips(path, mine, problems, folder):
 def equal_after_encoding(a, b):
     if a is None or b is None:
         return False
-    # Pseudo-VRs are settled when they are written; the values stay.
-    if a[0] in ("OX", "XS", "XL") and a[1] == b[1]:
-        return True if a[1] == "bytes" else a[2] == b[2]
+    # Implicit VR loses the VR: pseudo-VRs come back for what the dictionary leaves open, UN for
+    # what it does not know. The values stay.
+    if a[1:] == b[1:]:
+        return True
+    if b[1] == "bytes":
+        raw = encoded(a)
+        return raw is not None and b[2] == "%d %08x" % (len(raw), zlib.crc32(raw))
+    if b[0] == "XS" and a[1] == "numbers":
+        return [int(v) & 0xFFFF for v in a[2].split("\\")] == [int(v) & 0xFFFF for v in b[2].split("\\")]
     return False
+
+
+def encoded(value):
+    """The value's bytes in little endian, as implicit VR carries them."""
+    vr, form, text = value
+    if form == "text":
+        raw = bytes.fromhex(text)
+        return raw + (b"\0" if vr == "UI" else b" ") if len(raw) % 2 else raw
+    if form == "numbers" and vr in NUMBER_FORMATS:
+        kind = NUMBER_FORMATS[vr]
+        convert = float if kind in "fd" else int
+        return b"".join(struct.pack("<" + kind, convert(v)) for v in text.split("\\") if v)
+    return None
+
+
+def is_group_length(key):
+    return key.endswith("0000")
 
 
 def main():

@@ -5,12 +5,13 @@
 //
 // Line: "<path>\t<VR>\t<form>\t<value>". path: "ggggeeee", nested "ggggeeee[item].ggggeeee" with
 // items from 0. form: "text" (values joined with "\", bytes in hexadecimal), "numbers" (joined with
-// "\"), "bytes" (length and CRC-32), "items" (their count).
+// "\"), "bytes" (length and CRC-32, OW in little endian), "items" (their count).
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "dicom/dict.h"
@@ -34,10 +35,14 @@ std::uint32_t crc32(const std::uint8_t* data, std::size_t size, std::uint32_t cr
 
 std::string vrCode(DcVr vr) {
   switch (vr) {
-    case DcVr::OX: return "OX";
-    case DcVr::XL: return "XL";
-    case DcVr::XS: return "XS";
-    default: break;
+    case DcVr::OX:
+      return "OX";
+    case DcVr::XL:
+      return "XL";
+    case DcVr::XS:
+      return "XS";
+    default:
+      break;
   }
   std::string code;
   theDictionary().getVr(vr, &code);
@@ -86,21 +91,46 @@ void dumpElement(DcElem& element, const std::string& path) {
       }
       return;
     }
-    case DcVr::SS: case DcVr::XS: print(path, element, "numbers", numbers<std::int16_t>(element, "%d")); return;
-    case DcVr::US: print(path, element, "numbers", numbers<std::uint16_t>(element, "%u")); return;
-    case DcVr::SL: print(path, element, "numbers", numbers<std::int32_t>(element, "%d")); return;
-    case DcVr::UL: case DcVr::AT: print(path, element, "numbers", numbers<std::uint32_t>(element, "%u")); return;
-    case DcVr::FL: print(path, element, "numbers", numbers<float>(element, "%.9g")); return;
-    case DcVr::FD: print(path, element, "numbers", numbers<double>(element, "%.17g")); return;
-    case DcVr::OB: case DcVr::OW: case DcVr::OF: case DcVr::OX: case DcVr::UN: case DcVr::UT: {
+    case DcVr::SS:
+    case DcVr::XS:
+      print(path, element, "numbers", numbers<std::int16_t>(element, "%d"));
+      return;
+    case DcVr::US:
+      print(path, element, "numbers", numbers<std::uint16_t>(element, "%u"));
+      return;
+    case DcVr::SL:
+      print(path, element, "numbers", numbers<std::int32_t>(element, "%d"));
+      return;
+    case DcVr::UL:
+    case DcVr::AT:
+      print(path, element, "numbers", numbers<std::uint32_t>(element, "%u"));
+      return;
+    case DcVr::FL:
+      print(path, element, "numbers", numbers<float>(element, "%.9g"));
+      return;
+    case DcVr::FD:
+      print(path, element, "numbers", numbers<double>(element, "%.17g"));
+      return;
+    case DcVr::OB:
+    case DcVr::OW:
+    case DcVr::OF:
+    case DcVr::OX:
+    case DcVr::UN:
+    case DcVr::UT: {
       std::uint64_t length = 0;
       std::uint32_t crc = ~0U;
       for (const DcElemValueBuf& segment : element.segments()) {
         length += segment.lengthBytes();
-        crc = crc32(segment.data(), segment.lengthBytes(), crc);
+        std::vector<std::uint8_t> bytes(segment.data(), segment.data() + segment.lengthBytes());
+        if (element.resolvedVr() == DcVr::OW &&
+            segment.transferSyntax() == DcUid::ExplicitBigEndian) {
+          for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
+        }
+        crc = crc32(bytes.data(), bytes.size(), crc);
       }
       std::array<char, 48> text{};
-      std::snprintf(text.data(), text.size(), "%llu %08x", static_cast<unsigned long long>(length), ~crc);
+      std::snprintf(text.data(), text.size(), "%llu %08x", static_cast<unsigned long long>(length),
+                    ~crc);
       print(path, element, "bytes", text.data());
       return;
     }
@@ -131,7 +161,8 @@ int encode(const char* uid, DcElemList& list, const DcFileMetaInfo& meta, const 
   DcElemList header;
   header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0000), std::uint32_t{0}));
   const std::uint8_t version[2] = {0, 1};
-  header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0001), version, 2U, DcUid::ExplicitLittleEndian));
+  header.add(
+      std::make_unique<DcElem>(dcTag(0x0002, 0x0001), version, 2U, DcUid::ExplicitLittleEndian));
   header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0002), meta.sopClassUid.c_str()));
   header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0003), meta.sopInstanceUid.c_str()));
   header.add(std::make_unique<DcElem>(dcTag(0x0002, 0x0010), uid));
