@@ -14,7 +14,7 @@ bool CMediaItemList::AddItem(const CMediaItem& item) {
   try {
     auto copy = std::make_unique<CMediaItem>(item);
     Add(copy.get());
-    copy.release();
+    static_cast<void>(copy.release());  // the list owns it now
     return true;
   } catch (const std::bad_alloc&) {
     return Fail(kMsgNoStorageForMediaItem);
