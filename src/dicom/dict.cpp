@@ -15,26 +15,19 @@ namespace {
 static_assert(kElementCount == 2607, "the data elements of the standard");
 
 constexpr std::uint16_t kGroupLengthElement = 0x0000;
-constexpr std::uint16_t kPrivateCreatorKey = 0x00FF;
+constexpr std::uint16_t kFirstCreator = 0x0010;
+constexpr std::uint16_t kLastCreator = 0x00FF;
 constexpr std::size_t kMaxDescriptionChars = 60;
 constexpr const char* kNullArgument = "Null argument passed";
 
 constexpr bool isPrivate(std::uint16_t group) { return (group & 1U) != 0; }
 
-// Tag under which the table would hold this one. Private elements are searched by the kind of
-// their place in the block; curve and overlay groups stand there once for all their repetitions.
+// Tag under which the table holds this one: curve and overlay groups stand there once for all their
+// repetitions.
 constexpr DcTag searchKey(DcTag tag) {
-  const std::uint16_t group = dcGroup(tag);
-  const std::uint16_t element = dcElement(tag);
-  if (isPrivate(group)) {
-    const bool inBlock = (element & 0xFF00U) != 0;
-    return dcTag(group, static_cast<std::uint16_t>(element | (inBlock ? 0xFF00U : 0x00FFU)));
-  }
-  const unsigned high = group >> 8;
-  if (high == 0x50 || high == 0x60) {
-    return dcTag(static_cast<std::uint16_t>(group | 0x00FFU), element);
-  }
-  return tag;
+  const unsigned high = dcGroup(tag) >> 8;
+  if (high != 0x50 && high != 0x60) return tag;
+  return dcTag(static_cast<std::uint16_t>(dcGroup(tag) | 0x00FFU), dcElement(tag));
 }
 
 // Halves without a branch on the comparison: the tags of a data set lie all over the table, so that
@@ -63,12 +56,15 @@ ElementFacts lookUp(DcTag tag) {
   if (dcElement(tag) == kGroupLengthElement) {
     return {ElementFacts::Source::GroupLength, DcVr::UL, 1, nullptr};
   }
-  const DcTag key = searchKey(tag);
-  if (const ElementRow* row = findRow(key)) {
-    return {ElementFacts::Source::Table, static_cast<DcVr>(row->vr), row->vm, row};
-  }
-  if (isPrivate(dcGroup(tag)) && dcElement(key) == kPrivateCreatorKey) {
+  if (isPrivate(dcGroup(tag))) {
+    // The table has no private elements. Those below the creators are nobody's: some files keep
+    // whole sequences there, which a VR of LO would cut.
+    const bool isCreator = dcElement(tag) >= kFirstCreator && dcElement(tag) <= kLastCreator;
+    if (!isCreator) return {};
     return {ElementFacts::Source::PrivateCreator, DcVr::LO, 1, nullptr};
+  }
+  if (const ElementRow* row = findRow(searchKey(tag))) {
+    return {ElementFacts::Source::Table, static_cast<DcVr>(row->vr), row->vm, row};
   }
   return {};
 }

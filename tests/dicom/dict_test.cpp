@@ -43,6 +43,7 @@ TEST(Dictionary, ATagGivesItsVrItsVmAndItsName) {
        "T_6002_0000_groupLength"},
       {"lowest private creator", 0x00090010, 0, DcVr::LO, 1, 0x00090010,
        "T_0009_0010_privateCreatorId"},
+      {"below the private creators", 0x0009000F, 0x1402, DcVr::UN, 1, 0x0009000F, "T_0009_000f"},
       {"highest private creator", 0x000900FF, 0, DcVr::LO, 1, 0x000900FF,
        "T_0009_00ff_privateCreatorId"},
       {"private element", 0x00091010, 0x1402, DcVr::UN, 1, 0x00091010, "T_0009_1010"},

@@ -114,6 +114,7 @@ _com_error::_com_error(const _com_error& other) noexcept : hr_(other.hr_), info_
 }
 
 _com_error& _com_error::operator=(const _com_error& other) noexcept {
+  if (this == &other) return *this;
   if (other.info_ != nullptr) other.info_->AddRef();
   if (info_ != nullptr) info_->Release();
   hr_ = other.hr_;

@@ -12,7 +12,7 @@ namespace quillon::platform {
 namespace {
 
 std::string homeDirectory() {
-  const std::string home = environmentValue("HOME");
+  std::string home = environmentValue("HOME");
   if (!home.empty()) return home;
   const passwd* user = ::getpwuid(::getuid());
   return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "/";

@@ -68,7 +68,7 @@ bool isUsable(int descriptor, DWORD flags) {
 
 // Absolute, because the working directory may change before the handle is flushed.
 std::string directoryToSync(const NativePath& path) {
-  const std::string parent = path.parent();
+  std::string parent = path.parent();
   if (parent[0] == '/') return parent;
   return workingDirectory().text + '/' + parent;
 }

@@ -296,7 +296,11 @@ void appendKey(std::u16string& out, const std::u16string& path, const RegistryKe
     out.append(u"\n[").append(path).append(u"]\n");
     for (const auto& [name, value] : key.values) appendValue(out, name, value);
   }
-  for (const auto& [name, subkey] : key.subkeys) appendKey(out, path + u'\\' + name, subkey);
+  for (const auto& [name, subkey] : key.subkeys) {
+    std::u16string below = path;
+    below.append(1, u'\\').append(name);
+    appendKey(out, below, subkey);
+  }
 }
 
 // Takes the first part of a path; doubled and closing separators are passed over.

@@ -32,7 +32,8 @@ class ComPtr {
   }
 
   [[nodiscard]] Interface* Get() const { return object_; }
-  Interface* operator->() const { return object_; }
+  // The analyzer takes any Release for the last one.
+  Interface* operator->() const { return object_; }  // NOLINT(clang-analyzer-cplusplus.NewDelete)
   Interface& operator*() const { return *object_; }
   explicit operator bool() const { return object_ != nullptr; }
   friend bool operator==(const ComPtr& a, const ComPtr& b) { return a.object_ == b.object_; }
