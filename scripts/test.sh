@@ -27,7 +27,7 @@ step() {
   fi
 }
 
-sources() { git ls-files 'src/*.h' 'src/*.cpp' 'apps/*.h' 'apps/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.cpp' 'resources/*.cpp'; }
+sources() { git ls-files 'src/*.h' 'src/*.cpp' 'apps/*.h' 'apps/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.cpp' 'fuzz/*.h' 'fuzz/*.cpp'; }
 
 format() { sources | grep -v '/tables/' | xargs clang-format --dry-run --Werror; }
 dictionary() { python3 scripts/make_dictionary.py --check; }
