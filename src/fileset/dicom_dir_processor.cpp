@@ -2,6 +2,7 @@
 
 #include "file_id_rules.h"
 #include "file_set_creation.h"
+#include "fileset/model/for_each_object.h"
 #include "medium_label.h"
 #include "path_join.h"
 #include "working_directory_scope.h"
@@ -115,16 +116,10 @@ bool CDicomDirProcessor::GetTotalSize(std::uint64_t& sizeBytes) {
   if (!HasPatients()) return false;
   std::uint64_t total = 0;
   if (includeOtherContent && !MeasureOtherContent(Measure::Bytes, total)) return false;
-  for (std::size_t p = 0; p < patients_->GetCount(); ++p) {
-    const CStudyList& studies = patients_->At(p)->Studies();
-    for (std::size_t s = 0; s < studies.GetCount(); ++s) {
-      const CSeriesList& series = studies.At(s)->Series();
-      for (std::size_t e = 0; e < series.GetCount(); ++e) {
-        const CDicomObjectList& images = series.At(e)->Images();
-        for (std::size_t i = 0; i < images.GetCount(); ++i) total += images.At(i)->FileSize();
-      }
-    }
-  }
+  ForEachObject(*patients_, [&total](const CDicomObjectProperties& object) {
+    total += object.FileSize();
+    return true;
+  });
   sizeBytes = total;
   return true;
 }
@@ -134,14 +129,10 @@ bool CDicomDirProcessor::GetTotalFileCount(std::uint32_t& count) {
   if (!HasPatients()) return false;
   std::uint64_t total = 0;
   if (includeOtherContent && !MeasureOtherContent(Measure::Files, total)) return false;
-  for (std::size_t p = 0; p < patients_->GetCount(); ++p) {
-    const CStudyList& studies = patients_->At(p)->Studies();
-    for (std::size_t s = 0; s < studies.GetCount(); ++s) {
-      const CSeriesList& series = studies.At(s)->Series();
-      for (std::size_t e = 0; e < series.GetCount(); ++e)
-        total += series.At(e)->Images().GetCount();
-    }
-  }
+  ForEachObject(*patients_, [&total](const CDicomObjectProperties&) {
+    ++total;
+    return true;
+  });
   count = static_cast<std::uint32_t>(total);
   return true;
 }

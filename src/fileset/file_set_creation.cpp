@@ -6,6 +6,7 @@
 #include "dicomobjects/dicom_util.h"
 #include "dicomobjects/documents.h"
 #include "file_id_rules.h"
+#include "fileset/model/for_each_object.h"
 #include "path_join.h"
 #include "platform/services.h"
 #include "record_keys.h"
@@ -101,23 +102,11 @@ bool FileSetCreation::CheckSources() {
   objects = ComparablePath(objects);
   if (!EndsInSeparator(objects)) objects += OLESTR('\\');
   const Text dicomDir = ComparablePath(dicomDirPath_);
-  for (std::size_t p = 0; p < patients_.GetCount(); ++p) {
-    const CStudyList& studies = patients_.At(p)->Studies();
-    for (std::size_t s = 0; s < studies.GetCount(); ++s) {
-      const CSeriesList& series = studies.At(s)->Series();
-      for (std::size_t e = 0; e < series.GetCount(); ++e) {
-        const CDicomObjectList& images = series.At(e)->Images();
-        for (std::size_t i = 0; i < images.GetCount(); ++i) {
-          const Text& source = images.At(i)->FileName();
-          const Text path = ComparablePath(source);
-          if (path.compare(0, objects.size(), objects) == 0 || path == dicomDir) {
-            return Fail(kMsgSourceInsideFileSet, {source});
-          }
-        }
-      }
-    }
-  }
-  return true;
+  return ForEachObject(patients_, [&](const CDicomObjectProperties& object) {
+    const Text path = ComparablePath(object.FileName());
+    const bool isInside = path.compare(0, objects.size(), objects) == 0 || path == dicomDir;
+    return !isInside || Fail(kMsgSourceInsideFileSet, {object.FileName()});
+  });
 }
 
 bool FileSetCreation::PrepareRoot() {

@@ -1,0 +1,27 @@
+// Walks patients, studies, series and objects in list order.
+#pragma once
+
+#include "fileset/model/patient_list.h"
+
+namespace quillon {
+
+// Calls visit(const CDicomObjectProperties&) for each object until it answers false. False when a
+// call did.
+template <typename Visit>
+bool ForEachObject(const CPatientList& patients, Visit visit) {
+  for (std::size_t p = 0; p < patients.GetCount(); ++p) {
+    const CStudyList& studies = patients.At(p)->Studies();
+    for (std::size_t s = 0; s < studies.GetCount(); ++s) {
+      const CSeriesList& series = studies.At(s)->Series();
+      for (std::size_t e = 0; e < series.GetCount(); ++e) {
+        const CDicomObjectList& images = series.At(e)->Images();
+        for (std::size_t i = 0; i < images.GetCount(); ++i) {
+          if (!visit(static_cast<const CDicomObjectProperties&>(*images.At(i)))) return false;
+        }
+      }
+    }
+  }
+  return true;
+}
+
+}  // namespace quillon
