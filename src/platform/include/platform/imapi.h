@@ -1,0 +1,133 @@
+// The legacy disc-mastering service (IMAPI) and the shell's burner. MinGW has no imapi.h; only
+// ICDBurn comes from its shell headers. The order of the methods is that of the real vtables.
+//
+// BYTE stands for the 8-bit boolean of the interface definitions: true is 1.
+#pragma once
+
+#include "platform/com.h"
+
+struct IDiscMasterProgressEvents;
+
+inline constexpr CLSID CLSID_MSDiscMasterObj = {
+    0x520CCA63, 0x51A5, 0x11D3, {0x91, 0x44, 0x00, 0x10, 0x4B, 0xA1, 0x1C, 0x5E}};
+
+// Results that are no failures: a property was not understood; a buffer was too small.
+inline constexpr HRESULT IMAPI_S_PROPERTIESIGNORED = 0x00040200;
+inline constexpr HRESULT IMAPI_S_BUFFER_TO_SMALL = 0x00040201;
+
+// Media types and flags of QueryMediaType; an empty tray has type 0 and flags 0.
+inline constexpr LONG MEDIA_CDDA_CDROM = 1;
+inline constexpr LONG MEDIA_CD_ROM_XA = 2;
+inline constexpr LONG MEDIA_CD_I = 3;
+inline constexpr LONG MEDIA_CD_EXTRA = 4;
+inline constexpr LONG MEDIA_CD_OTHER = 5;
+inline constexpr LONG MEDIA_SPECIAL = 6;
+inline constexpr LONG MEDIA_BLANK = 1;
+inline constexpr LONG MEDIA_RW = 2;
+inline constexpr LONG MEDIA_WRITABLE = 4;
+inline constexpr LONG MEDIA_FORMAT_UNUSABLE_BY_IMAPI = 8;
+
+inline constexpr LONG RECORDER_CDR = 1;
+inline constexpr LONG RECORDER_CDRW = 2;
+
+inline constexpr ULONG RECORDER_DOING_NOTHING = 0;
+inline constexpr ULONG RECORDER_OPENED = 1;
+inline constexpr ULONG RECORDER_BURNING = 2;
+
+inline constexpr IID IID_IDiscRecorder = {
+    0x85AC9776, 0xCA88, 0x4CF2, {0x89, 0x4E, 0x09, 0x59, 0x8C, 0x07, 0x8A, 0x41}};
+struct IDiscRecorder : public IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE Init(BYTE* uniqueId, ULONG idSize, ULONG driveNumber) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetRecorderGUID(BYTE* uniqueId, ULONG bufferSize,
+                                                    ULONG* returnSizeRequired) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetRecorderType(LONG* typeCode) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetDisplayNames(BSTR* vendorId, BSTR* productId,
+                                                    BSTR* revision) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetBasePnPID(BSTR* basePnpId) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetPath(BSTR* path) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetRecorderProperties(IPropertyStorage** propStg) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetRecorderProperties(IPropertyStorage* propStg) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetRecorderState(ULONG* devStateFlags) = 0;
+  virtual HRESULT STDMETHODCALLTYPE OpenExclusive() = 0;
+  virtual HRESULT STDMETHODCALLTYPE QueryMediaType(LONG* mediaType, LONG* mediaFlags) = 0;
+  virtual HRESULT STDMETHODCALLTYPE QueryMediaInfo(BYTE* sessions, BYTE* lastTrack,
+                                                   ULONG* startAddress, ULONG* nextWritable,
+                                                   ULONG* freeBlocks) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Eject() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Erase(BYTE fullErase) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Close() = 0;
+};
+
+inline constexpr IID IID_IEnumDiscount = {
+    0x9B1921E1, 0x54AC, 0x11D3, {0x91, 0x44, 0x00, 0x10, 0x4B, 0xA1, 0x1C, 0x5E}};
+struct IEnumDiscount : public IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE Next(ULONG count, IDiscRecorder** recorder, ULONG* fetched) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Skip(ULONG count) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Reset() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Clone(IEnumDiscount** enumerator) = 0;
+};
+
+inline constexpr IID IID_IEnumDiscMasterFormats = {
+    0xDDF445E1, 0x54BA, 0x11D3, {0x91, 0x44, 0x00, 0x10, 0x4B, 0xA1, 0x1C, 0x5E}};
+struct IEnumDiscMasterFormats : public IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE Next(ULONG count, LPIID formatIds, ULONG* fetched) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Skip(ULONG count) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Reset() = 0;
+  virtual HRESULT STDMETHODCALLTYPE Clone(IEnumDiscMasterFormats** enumerator) = 0;
+};
+
+inline constexpr IID IID_IDiscMaster = {
+    0x520CCA62, 0x51A5, 0x11D3, {0x91, 0x44, 0x00, 0x10, 0x4B, 0xA1, 0x1C, 0x5E}};
+struct IDiscMaster : public IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE Open() = 0;
+  virtual HRESULT STDMETHODCALLTYPE EnumDiscMasterFormats(IEnumDiscMasterFormats** enumerator) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetActiveDiscMasterFormat(LPIID formatId) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetActiveDiscMasterFormat(REFIID riid, void** format) = 0;
+  virtual HRESULT STDMETHODCALLTYPE EnumDiscount(IEnumDiscount** enumerator) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetActiveDiscRecorder(IDiscRecorder** recorder) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetActiveDiscRecorder(IDiscRecorder* recorder) = 0;
+  virtual HRESULT STDMETHODCALLTYPE ClearFormatContent() = 0;
+  virtual HRESULT STDMETHODCALLTYPE ProgressAdvise(IDiscMasterProgressEvents* events,
+                                                   UINT_PTR* cookie) = 0;
+  virtual HRESULT STDMETHODCALLTYPE ProgressUnadvise(UINT_PTR cookie) = 0;
+  virtual HRESULT STDMETHODCALLTYPE RecordDisc(BYTE simulate, BYTE ejectAfterBurn) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Close() = 0;
+};
+
+inline constexpr IID IID_IJolietDiscMaster = {
+    0xE3BC42CE, 0x4E5C, 0x11D3, {0x91, 0x44, 0x00, 0x10, 0x4B, 0xA1, 0x1C, 0x5E}};
+struct IJolietDiscMaster : public IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE GetTotalDataBlocks(LONG* blocks) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetUsedDataBlocks(LONG* blocks) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetDataBlockSize(LONG* blockBytes) = 0;
+  virtual HRESULT STDMETHODCALLTYPE AddData(IStorage* storage, LONG fileOverwrite) = 0;
+  virtual HRESULT STDMETHODCALLTYPE GetJolietProperties(IPropertyStorage** propStg) = 0;
+  virtual HRESULT STDMETHODCALLTYPE SetJolietProperties(IPropertyStorage* propStg) = 0;
+};
+
+inline constexpr IID IID_IDiscMasterProgressEvents = {
+    0xEC9E51C1, 0x4E5D, 0x11D3, {0x91, 0x44, 0x00, 0x10, 0x4B, 0xA1, 0x1C, 0x5E}};
+struct IDiscMasterProgressEvents : public IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE QueryCancel(BYTE* cancel) = 0;
+  virtual HRESULT STDMETHODCALLTYPE NotifyPnPActivity() = 0;
+  virtual HRESULT STDMETHODCALLTYPE NotifyAddProgress(LONG completedSteps, LONG totalSteps) = 0;
+  virtual HRESULT STDMETHODCALLTYPE NotifyBlockProgress(LONG completed, LONG total) = 0;
+  virtual HRESULT STDMETHODCALLTYPE NotifyTrackProgress(LONG currentTrack, LONG totalTracks) = 0;
+  virtual HRESULT STDMETHODCALLTYPE NotifyPreparingBurn(LONG estimatedSeconds) = 0;
+  virtual HRESULT STDMETHODCALLTYPE NotifyClosingDisc(LONG estimatedSeconds) = 0;
+  virtual HRESULT STDMETHODCALLTYPE NotifyBurnComplete(HRESULT status) = 0;
+  virtual HRESULT STDMETHODCALLTYPE NotifyEraseComplete(HRESULT status) = 0;
+};
+
+#ifndef _WIN32
+inline constexpr CLSID CLSID_CDBurn = {
+    0xFBEB8A05, 0xBEEE, 0x4442, {0x80, 0x4E, 0x40, 0x9D, 0x6C, 0x45, 0x15, 0xE9}};
+
+inline constexpr IID IID_ICDBurn = {
+    0x3D73A659, 0xE5D0, 0x4D42, {0xAF, 0xC0, 0x51, 0x21, 0xBA, 0x42, 0x5C, 0x8D}};
+struct ICDBurn : public IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE GetRecorderDriveLetter(LPWSTR drive, UINT cch) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Burn(HWND owner) = 0;
+  virtual HRESULT STDMETHODCALLTYPE HasRecordableDrive(BOOL* has) = 0;
+};
+#endif
