@@ -3,10 +3,14 @@
 # Does nothing for packages that are there already. Needs root only when something is missing.
 set -euo pipefail
 
-build_packages=(g++ cmake ninja-build libcli11-dev)
+build_packages=(
+  g++ cmake ninja-build libcli11-dev
+  libxml2-dev libxslt1-dev libcurl4-openssl-dev libburn-dev
+)
 test_packages=(
-  libgtest-dev g++-mingw-w64-i686
+  libgtest-dev g++-mingw-w64-i686 mingw-w64-tools
   dcmtk dicom3tools libgdcm-tools python3 python3-pydicom
+  xsltproc openssl xorriso genisoimage p7zip-full libudfread-dev
   clang-format clang-tidy
 )
 
