@@ -58,13 +58,13 @@ struct IDiscRecorder : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE Close() = 0;
 };
 
-inline constexpr IID IID_IEnumDiscount = {
+inline constexpr IID IID_IEnumDiscRecorders = {
     0x9B1921E1, 0x54AC, 0x11D3, {0x91, 0x44, 0x00, 0x10, 0x4B, 0xA1, 0x1C, 0x5E}};
-struct IEnumDiscount : public IUnknown {
+struct IEnumDiscRecorders : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE Next(ULONG count, IDiscRecorder** recorder, ULONG* fetched) = 0;
   virtual HRESULT STDMETHODCALLTYPE Skip(ULONG count) = 0;
   virtual HRESULT STDMETHODCALLTYPE Reset() = 0;
-  virtual HRESULT STDMETHODCALLTYPE Clone(IEnumDiscount** enumerator) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Clone(IEnumDiscRecorders** enumerator) = 0;
 };
 
 inline constexpr IID IID_IEnumDiscMasterFormats = {
@@ -83,7 +83,7 @@ struct IDiscMaster : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE EnumDiscMasterFormats(IEnumDiscMasterFormats** enumerator) = 0;
   virtual HRESULT STDMETHODCALLTYPE GetActiveDiscMasterFormat(LPIID formatId) = 0;
   virtual HRESULT STDMETHODCALLTYPE SetActiveDiscMasterFormat(REFIID riid, void** format) = 0;
-  virtual HRESULT STDMETHODCALLTYPE EnumDiscount(IEnumDiscount** enumerator) = 0;
+  virtual HRESULT STDMETHODCALLTYPE EnumDiscRecorders(IEnumDiscRecorders** enumerator) = 0;
   virtual HRESULT STDMETHODCALLTYPE GetActiveDiscRecorder(IDiscRecorder** recorder) = 0;
   virtual HRESULT STDMETHODCALLTYPE SetActiveDiscRecorder(IDiscRecorder* recorder) = 0;
   virtual HRESULT STDMETHODCALLTYPE ClearFormatContent() = 0;
