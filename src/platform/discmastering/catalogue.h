@@ -1,0 +1,45 @@
+// Which recorders there are, and which generation of the disc-mastering service answers: the value
+// Service (text) of SOFTWARE\Tarn Imaging\Quillon\DiscMastering, of the current user or else of the
+// machine.
+//
+//   value      recorders                                               current   legacy classes
+//   auto       the optical drives; when there is none, virtual ones    yes       yes
+//   virtual    virtual ones                                            yes       yes
+//   drives     the optical drives                                      yes       yes
+//   legacy     as auto                                                 no        yes
+//   none       none                                                    no        no
+//
+// auto stands for a missing and an unknown value. Where $QUILLON_RECORDERS is set, auto and legacy
+// mean the virtual recorders in it, drives or not: whoever names a directory of virtual recorders
+// does not expect a disc to be burnt. Virtual recorders are made on first use: one, with a blank
+// CD-R in it.
+#pragma once
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "discmastering/recorder.h"
+
+namespace quillon::platform {
+
+enum class DiscService { Auto, Virtual, Drives, Legacy, None };
+
+// Read anew by every call, so that a change is noticed by a running process.
+DiscService configuredDiscService();
+// What CoCreateInstance goes by; where the answer is no, it is REGDB_E_CLASSNOTREG.
+bool offersCurrentDiscService();
+bool offersLegacyDiscService();
+
+using RecorderList = std::vector<std::unique_ptr<Recorder>>;
+
+// The recorders of the configured service in their order, the legacy number of each set to its
+// position. Fails when the directory of the virtual ones cannot be made or read.
+DiscResult listRecorders(RecorderList& recorders);
+// ERROR_DEV_NOT_EXIST, as an HRESULT, when there is none with that identifier.
+DiscResult openRecorder(std::u16string_view uniqueId, std::unique_ptr<Recorder>& recorder);
+
+// The drives that libburn finds; none in a build without it.
+RecorderList listOpticalDrives();
+
+}  // namespace quillon::platform
