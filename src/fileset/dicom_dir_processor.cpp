@@ -5,7 +5,7 @@
 #include "fileset/model/for_each_object.h"
 #include "medium_label.h"
 #include "path_join.h"
-#include "working_directory_scope.h"
+#include "foundation/working_directory_scope.h"
 
 namespace quillon {
 

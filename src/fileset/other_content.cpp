@@ -2,7 +2,7 @@
 // lies beside the DICOM objects.
 #include "fileset/dicom_dir_processor.h"
 #include "path_join.h"
-#include "working_directory_scope.h"
+#include "foundation/working_directory_scope.h"
 
 namespace quillon {
 

@@ -1,0 +1,94 @@
+// Base of the wrappers of the current disc-mastering service. One shape serves every operation: the
+// platform object is made when it is needed, the call's HRESULT becomes the last result, and a
+// failing or throwing call leaves one composed text that names file, line, method and reason.
+// Nothing is thrown out of a wrapper.
+#pragma once
+
+#include <source_location>
+
+#include "foundation/com_base.h"
+#include "platform/imapi2.h"
+
+namespace quillon {
+
+class CImapiItem : public CComBase {
+ protected:
+  explicit CImapiItem(TextView className) { SetClassName(className); }
+
+  using SourceLine = std::source_location;
+
+  // What a wrapper is made of, and what is said when it cannot be made.
+  struct Creation {
+    const CLSID* clsid;  // null for an object that only another operation hands out
+    const IID* iid;
+    UINT message;  // takes the class name and "Create" when it has a place for them
+  };
+
+  // Makes one platform call: its HRESULT becomes the last result.
+  template <typename Call>
+  bool CallObject(TextView method, const SourceLine& where, const Call& call) {
+    try {
+      SetErrorInfo(0, nullptr);  // an error object that is there afterwards is this call's own
+      lastResult_ = call();
+      return SUCCEEDED(lastResult_) || FailCall(method, where, lastResult_);
+    } catch (...) {
+      return FailThrown(method, where);
+    }
+  }
+
+  // All answer false, with the composed text.
+  bool FailCall(TextView method, const SourceLine& where, HRESULT hr);
+  bool FailThrown(TextView method, const SourceLine& where);  // only while an exception is handled
+
+  bool CreateObject(const Creation& creation, void** object, const SourceLine& where);
+
+  // The form of an operation with the system's own text: converts it, and sets the operation's
+  // default message when it fails without one.
+  template <typename Call>
+  bool PassText(TextView text, UINT defaultMessage, const Call& call);
+  template <typename Call>
+  bool TakeText(Text& text, UINT defaultMessage, const Call& call);
+
+ private:
+  bool ComposeFailure(TextView method, const SourceLine& where, TextView prefix, HRESULT hr,
+                      IErrorInfo* info);
+};
+
+// A wrapper that holds one counted reference to a platform interface.
+template <typename Interface>
+class CImapiWrapper : public CImapiItem {
+ public:
+  // Null until the first operation, or the operation that hands the object out, has filled it.
+  [[nodiscard]] Interface* Get() const { return object_.Get(); }
+  [[nodiscard]] bool IsEmpty() const { return object_ == nullptr; }
+  void Attach(Interface* object) { object_.Attach(object); }  // takes the reference over
+  void Release() {
+    object_.Reset();
+    createdHere_ = false;
+  }
+
+ protected:
+  CImapiWrapper(TextView className, const Creation& creation)
+      : CImapiItem(className), creation_(creation) {}
+
+  // call takes the Interface& and answers an HRESULT.
+  template <typename Call>
+  bool Invoke(TextView method, const Call& call, const SourceLine& where = SourceLine::current()) {
+    return EnsureObject(where) && CallObject(method, where, [&] { return call(*object_); });
+  }
+  bool EnsureObject(const SourceLine& where) {
+    return !IsEmpty() || CreateObject(creation_, object_.PutVoid(), where);
+  }
+
+  template <typename Method, typename... Args>
+  bool InvokeMethod(TextView name, Method method, const SourceLine& where, Args... args) {
+    return Invoke(
+        name, [&](Interface& object) { return (object.*method)(args...); }, where);
+  }
+
+ private:
+  Creation creation_;
+  ComPtr<Interface> object_;
+};
+
+}  // namespace quillon
