@@ -3,39 +3,18 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
-#include <string>
 #include <vector>
 
 #include "dicom/elem_list.h"
 #include "dicom/file_meta_info.h"
 #include "dicom/parse_fields.h"
 #include "dicom/read_file.h"
-#include "support/object_maker.h"
-#include "support/temp_dir.h"
+#include "typical_object.h"
 
 namespace quillon {
 namespace {
 
-// A CT object of 137 KB, most of it pixel data, with the given number of header elements beyond
-// the about 75 of its modules.
-test::ObjectDescription typicalObject(std::int64_t extraElements) {
-  test::ObjectDescription object;
-  object.rows = object.columns = 256;
-  object.extraElements = static_cast<int>(extraElements);
-  return object;
-}
-
-class ObjectFile {
- public:
-  explicit ObjectFile(std::int64_t extraElements) : path_((directory_ / "object").string()) {
-    test::makeObjectFile(path_, typicalObject(extraElements));
-  }
-  [[nodiscard]] const char* path() const { return path_.c_str(); }
-
- private:
-  test::TempDir directory_;
-  std::string path_;
-};
+using bench::ObjectFile;
 
 bool readHeader(const char* path, DcElemList& elements) {
   DcFileMetaInfo metaInfo;
