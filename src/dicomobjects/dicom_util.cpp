@@ -11,6 +11,7 @@
 #include "dicom/read_file.h"
 #include "elem_copy.h"
 #include "elem_value.h"
+#include "header_xml.h"
 #include "platform/services.h"
 #include "platform/win32.h"
 #include "tag_path.h"
@@ -35,6 +36,8 @@ constexpr std::uint16_t kMetaGroup = 0x0002;
 // Tag (and VR) and length of the Pixel Data element stand before its value.
 constexpr std::uint64_t kImplicitHeaderBytes = 8;
 constexpr std::uint64_t kExplicitHeaderBytes = 12;
+// Room for the XML of nearly every header.
+constexpr std::size_t kHeaderXmlUnits = 1'081'344;
 // Item tag and length of a fragment, always little endian: FE FF 00 E0 and four bytes of length.
 constexpr std::uint32_t kItemHeaderBytes = 8;
 constexpr std::array<std::uint8_t, 4> kItemTag{0xFE, 0xFF, 0x00, 0xE0};
@@ -237,13 +240,17 @@ bool CDicomUtil::GetMetaValue(DcTag tag, DicomValue& value) const {
   return true;
 }
 
-// OX says bytes or words: words when the pixels take more than a byte each.
 DcVr CDicomUtil::ValueVr(const DcElem& element) const {
-  const DcVr vr = element.vr() == DcVr::IM ? element.resolvedVr() : element.vr();
-  if (vr != DcVr::OX) return vr;
   std::uint16_t bitsAllocated = 0;
-  if (list_->getValue(kBitsAllocated, bitsAllocated) != kDcOk) return DcVr::OB;
-  return bitsAllocated > 8 ? DcVr::OW : DcVr::OB;
+  if (element.resolvedVr() == DcVr::OX) list_->getValue(kBitsAllocated, bitsAllocated);
+  return ReadableVr(element, bitsAllocated);
+}
+
+bool CDicomUtil::GetHeaderXml(Text& out, std::uint32_t maxValues, bool includePixelData) {
+  out.clear();
+  if (list_ == nullptr) return false;
+  out.reserve(kHeaderXmlUnits);
+  return HeaderXml(*this, out, maxValues, includePixelData).Write(*list_);
 }
 
 bool CDicomUtil::CopySequence(DcTag tag, CDicomUtil& target) {

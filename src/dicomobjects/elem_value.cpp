@@ -153,6 +153,12 @@ bool ReadLongText(const DcElem& element, DicomValue& value) {
 
 }  // namespace
 
+DcVr ReadableVr(const DcElem& element, std::uint16_t bitsAllocated) {
+  const DcVr vr = element.resolvedVr();
+  if (vr != DcVr::OX) return vr;
+  return bitsAllocated > 8 ? DcVr::OW : DcVr::OB;
+}
+
 bool ReadElementValue(DcElem& element, DcVr vr, bool asArray, DicomValue& value) {
   value = std::monostate{};
   switch (vr) {

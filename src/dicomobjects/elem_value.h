@@ -1,10 +1,16 @@
 // One data element's value in the type that its VR calls for.
 #pragma once
 
+#include <cstdint>
+
 #include "dicom/elem.h"
 #include "dicomobjects/dicom_value.h"
 
 namespace quillon {
+
+// The VR to read an element by: of OX, which says bytes or words, words when the pixels take more
+// than 8 bits each (bitsAllocated 0: not known).
+DcVr ReadableVr(const DcElem& element, std::uint16_t bitsAllocated);
 
 // vr: how to take the value, which is the element's own unless that leaves a choice (OX). An
 // element without a value gives monostate. False when a value cannot be had: a type that the

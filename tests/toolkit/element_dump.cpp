@@ -1,11 +1,13 @@
 // Prints what the toolkit read from a file, for comparison with other readers, or encodes it again.
 //
 //   element_dump FILE                   one line per element: path, VR, form and value
+//   element_dump --hex FILE             the same with the bytes themselves
 //   element_dump --encode UID FILE OUT  the data set again in that transfer syntax, as a file
 //
 // Line: "<path>\t<VR>\t<form>\t<value>". path: "ggggeeee", nested "ggggeeee[item].ggggeeee" with
 // items from 0. form: "text" (values joined with "\", bytes in hexadecimal), "numbers" (joined with
-// "\"), "bytes" (length and CRC-32, OW in little endian), "items" (their count).
+// "\"), "bytes" (length and CRC-32, or themselves in hexadecimal, OW in little endian), "items"
+// (their count).
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -24,6 +26,8 @@
 namespace {
 
 using namespace quillon;
+
+bool showsBytes = false;
 
 std::uint32_t crc32(const std::uint8_t* data, std::size_t size, std::uint32_t crc) {
   for (std::size_t i = 0; i < size; ++i) {
@@ -57,10 +61,11 @@ void print(const std::string& path, const DcElem& element, const char* form,
 
 std::string hex(const std::string& text) {
   std::string out;
-  std::array<char, 3> digits{};
+  out.reserve(2 * text.size());
   for (const char c : text) {
-    std::snprintf(digits.data(), digits.size(), "%02x", static_cast<unsigned char>(c));
-    out += digits.data();
+    const auto byte = static_cast<unsigned char>(c);
+    out += "0123456789abcdef"[byte >> 4];
+    out += "0123456789abcdef"[byte & 0xF];
   }
   return out;
 }
@@ -119,6 +124,7 @@ void dumpElement(DcElem& element, const std::string& path) {
     case DcVr::UT: {
       std::uint64_t length = 0;
       std::uint32_t crc = ~0U;
+      std::string whole;
       for (const DcElemValueBuf& segment : element.segments()) {
         length += segment.lengthBytes();
         std::vector<std::uint8_t> bytes(segment.data(), segment.data() + segment.lengthBytes());
@@ -127,6 +133,11 @@ void dumpElement(DcElem& element, const std::string& path) {
           for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
         }
         crc = crc32(bytes.data(), bytes.size(), crc);
+        if (showsBytes) whole.append(bytes.begin(), bytes.end());
+      }
+      if (showsBytes) {
+        print(path, element, "bytes", hex(whole));
+        return;
       }
       std::array<char, 48> text{};
       std::snprintf(text.data(), text.size(), "%llu %08x", static_cast<unsigned long long>(length),
@@ -191,7 +202,8 @@ int encode(const char* uid, DcElemList& list, const DcFileMetaInfo& meta, const 
 
 int main(int argc, char** argv) {
   const bool encoding = argc == 5 && std::strcmp(argv[1], "--encode") == 0;
-  if (!encoding && argc != 2) return 2;
+  showsBytes = argc == 3 && std::strcmp(argv[1], "--hex") == 0;
+  if (!encoding && !showsBytes && argc != 2) return 2;
   theDictionary();
   for (int level = 0; level < kDcLogLevels; ++level) {
     dcTheLog()->enable(static_cast<DcLogLevel>(level), false);

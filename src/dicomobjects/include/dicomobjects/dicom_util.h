@@ -45,6 +45,13 @@ class CDicomUtil : public CBaseItem {
   static bool ReadUNCToBuffer(TextView path, std::uint64_t offset, std::uint32_t lengthBytes,
                               CBuffer& buffer);
 
+  // The header as XML (its form stands in header_xml.h). Of an element at most maxValues values are
+  // written; pixel data reads NOT LOADED unless it is to be included. Characters that XML cannot
+  // carry are replaced as EscapeXmlText says, so the XML is well formed whatever the values hold.
+  // False, with out empty or cut short, without a data set and when the toolkit does not give a
+  // value.
+  bool GetHeaderXml(Text& out, std::uint32_t maxValues, bool includePixelData);
+
   // The data set as loaded; null before a read.
   [[nodiscard]] DcElemList* GetElementList() const { return list_; }
   [[nodiscard]] const DcFileMetaInfo& GetMetaInfo() const { return metaInfo_; }

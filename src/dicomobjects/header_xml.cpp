@@ -1,0 +1,288 @@
+#include "header_xml.h"
+
+#include <algorithm>
+#include <array>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+#include "dicom/dict.h"
+#include "dicomobjects/xml_text.h"
+#include "elem_value.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr std::uint16_t kMetaGroup = 0x0002;
+constexpr DcTag kMetaInfoVersion = dcTag(kMetaGroup, 0x0001);
+constexpr DcTag kMetaPrivateInformation = dcTag(kMetaGroup, 0x0102);
+constexpr DcTag kPixelDataGroupLength = dcTag(0x7FE0, 0x0000);
+constexpr DcTag kPixelData = dcTag(0x7FE0, 0x0010);
+constexpr std::string_view kEndTag = "</tag>\n";
+
+// The group as it is written before a data set that does not hold it itself.
+struct MetaRow {
+  std::uint16_t element;
+  DcVr vr;
+};
+constexpr std::array kMetaRows{
+    MetaRow{0x0001, DcVr::OB}, MetaRow{0x0002, DcVr::UI}, MetaRow{0x0003, DcVr::UI},
+    MetaRow{0x0010, DcVr::UI}, MetaRow{0x0012, DcVr::UI}, MetaRow{0x0013, DcVr::SH},
+    MetaRow{0x0016, DcVr::AE}, MetaRow{0x0100, DcVr::UI}, MetaRow{0x0102, DcVr::OB},
+};
+
+// VRs of which an element holds one run of bytes, however many entries that makes.
+bool IsBinary(DcVr vr) {
+  switch (vr) {
+    case DcVr::UN:
+    case DcVr::OB:
+    case DcVr::OW:
+    case DcVr::OX:
+    case DcVr::XL:
+    case DcVr::XS:
+    case DcVr::Xx:
+      return true;
+    default:
+      return false;
+  }
+}
+
+std::string Decimal(std::size_t number) { return std::to_string(number); }
+
+template <typename Held>
+constexpr bool kIsArray = false;
+template <typename Entry>
+constexpr bool kIsArray<std::vector<Entry>> = true;
+
+// 0 for a single value and none.
+std::size_t EntryCount(const DicomValue& value) {
+  return std::visit(
+      [](const auto& held) -> std::size_t {
+        if constexpr (kIsArray<std::decay_t<decltype(held)>>) return held.size();
+        return 0;
+      },
+      value);
+}
+
+bool IsArray(const DicomValue& value) {
+  return std::visit([](const auto& held) { return kIsArray<std::decay_t<decltype(held)>>; }, value);
+}
+
+bool IsEmpty(const DicomValue& value) {
+  const auto* text = std::get_if<Text>(&value);
+  return text != nullptr ? text->empty() : std::holds_alternative<std::monostate>(value);
+}
+
+bool HoldsBytesOrWords(const DicomValue& value) {
+  return std::holds_alternative<std::vector<std::uint8_t>>(value) ||
+         std::holds_alternative<std::vector<std::uint16_t>>(value) ||
+         std::holds_alternative<std::vector<std::int16_t>>(value);
+}
+
+Text EntryText(const DicomValue& array, std::size_t index) {
+  Text text;
+  std::visit(
+      [&](const auto& held) {
+        if constexpr (kIsArray<std::decay_t<decltype(held)>>) {
+          DicomValueToText(DicomValue(held[index]), text);
+        }
+      },
+      array);
+  EscapeXmlText(text);
+  return text;
+}
+
+// The dictionary's "T_0028_0010_rows" without what stands before the last underscore.
+std::string ElementName(DcTag tag) {
+  std::string name;
+  theDictionary().getDesc(tag, &name);
+  const std::size_t underscore = name.find_last_of('_');
+  if (underscore != std::string::npos && underscore + 1 < name.size()) {
+    name.erase(0, underscore + 1);
+  }
+  return name;
+}
+
+}  // namespace
+
+HeaderXml::HeaderXml(CDicomUtil& util, Text& out, std::uint32_t maxValues, bool includePixelData)
+    : util_(util), out_(out), maxValues_(maxValues), includePixelData_(includePixelData) {}
+
+bool HeaderXml::Write(const DcElemList& list) { return DumpElementList(list, 0); }
+
+void HeaderXml::Put(std::string_view ascii) { out_.append(ascii.begin(), ascii.end()); }
+
+std::uint16_t HeaderXml::BitsAllocated() {
+  if (!bitsAllocated_) {
+    DicomValue value;
+    util_.GetValue("00280100,US", value, /*asArray=*/false);
+    const auto* bits = std::get_if<std::uint16_t>(&value);
+    bitsAllocated_ = bits == nullptr ? std::uint16_t{0} : *bits;
+  }
+  return *bitsAllocated_;
+}
+
+std::string HeaderXml::VrText(const DcElem& element) {
+  const DcVr vr = element.resolvedVr();
+  switch (vr) {
+    case DcVr::OX:
+      if (BitsAllocated() == 0) return "OB/OW";
+      return ReadableVr(element, BitsAllocated()) == DcVr::OW ? "OW" : "OB";
+    case DcVr::XL:
+      return "UL";
+    case DcVr::XS:
+      return "US";
+    default:
+      break;
+  }
+  std::string code;
+  if (vr == DcVr::Xx || theDictionary().getVr(vr, &code) != kDcOk) return "UN";
+  return code;
+}
+
+void HeaderXml::OpenTag(DcTag tag, std::string_view vr, std::string_view vm) {
+  // Group and element, four digits each.
+  std::array<char, 8> digits{};
+  for (std::size_t i = 0; i < digits.size(); ++i) {
+    digits[i] = "0123456789abcdef"[tag >> (28 - 4 * i) & 0xF];
+  }
+  Put("<tag grp=\"");
+  Put({digits.data(), 4});
+  Put("\" element=\"");
+  Put({digits.data() + 4, 4});
+  Put("\" VR=\"");
+  Put(vr);
+  Put("\" VM=\"");
+  Put(vm);
+  Put("\" name=\"");
+  Put(tag == kPixelDataGroupLength ? std::string("groupLength") : ElementName(tag));
+  Put("\">");
+}
+
+bool HeaderXml::DumpElementList(const DcElemList& list, int depth) {
+  if (depth == 0) {
+    Put("<?xml version=\"1.0\" ?>\n<data-set>\n");
+    const bool hasMetaGroup = list.size() > 0 && list.at(0)->tag() == kMetaInfoVersion;
+    if (!hasMetaGroup && !DumpMetaGroup()) return false;
+  }
+  bool hasGroupLength = false;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    DcElem& element = *list.at(i);
+    hasGroupLength = hasGroupLength || element.tag() == kPixelDataGroupLength;
+    if (element.tag() == kPixelData && !includePixelData_) {
+      DumpPixelDataNotLoaded(element, hasGroupLength);
+    } else if (!DumpElement(element, depth)) {
+      return false;
+    }
+  }
+  if (depth == 0) Put("</data-set>\n");
+  return true;
+}
+
+// The values come from the meta information that was read; an element without one is empty.
+bool HeaderXml::DumpMetaGroup() {
+  const std::vector<std::uint8_t>& privateInformation = util_.GetMetaInfo().privateInformation;
+  for (const MetaRow& row : kMetaRows) {
+    DcElem element(dcTag(kMetaGroup, row.element), row.vr);
+    if (element.tag() == kMetaPrivateInformation && !privateInformation.empty()) {
+      element.addValue(privateInformation.data(),
+                       static_cast<std::uint32_t>(privateInformation.size()),
+                       DcUid::ExplicitLittleEndian);
+    }
+    DicomValue value;
+    if (!ReadValue(element, 0, value) || !PutElement(element, value, IsEmpty(value) ? 0 : 1)) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void HeaderXml::DumpPixelDataNotLoaded(const DcElem& element, bool hasGroupLength) {
+  if (!hasGroupLength) {
+    std::uint32_t lengthBytes = 0;
+    for (const DcElemValueBuf& segment : element.segments()) lengthBytes += segment.lengthBytes();
+    OpenTag(kPixelDataGroupLength, "UL", "1");
+    Put(Decimal(lengthBytes));
+    Put(kEndTag);
+  }
+  OpenTag(element.tag(), VrText(element), "1");
+  Put("NOT LOADED");
+  Put(kEndTag);
+}
+
+bool HeaderXml::DumpSequence(const DcElem& element, int depth) {
+  const auto* sequence = dynamic_cast<const DcElemSq*>(&element);
+  if (sequence == nullptr) return false;
+  OpenTag(element.tag(), "SQ", {});
+  Put("\n");
+  for (std::size_t i = 0; i < sequence->itemCount(); ++i) {
+    Put("<item>\n");
+    if (!DumpElementList(*sequence->item(i), depth + 1)) return false;
+    Put("</item>\n");
+  }
+  Put(kEndTag);
+  return true;
+}
+
+// What the tag path of the element would find, without looking for it.
+bool HeaderXml::ReadValue(DcElem& element, int depth, DicomValue& value) {
+  if (depth == 0 && element.group() == kMetaGroup) {
+    std::array<char, 12> path{"00020000,UI"};
+    for (std::size_t i = 0; i < 4; ++i) {
+      path[4 + i] = "0123456789abcdef"[element.element() >> (12 - 4 * i) & 0xF];
+    }
+    if (util_.GetValue({path.data(), path.size() - 1}, value, /*asArray=*/false)) return true;
+  }
+  // Only OX has a choice that depends on the image.
+  const std::uint16_t bits = element.resolvedVr() == DcVr::OX ? BitsAllocated() : std::uint16_t{0};
+  return ReadElementValue(element, ReadableVr(element, bits), element.valueCount() > 1, value);
+}
+
+bool HeaderXml::PutContent(DcTag tag, const DicomValue& value) {
+  if (!IsArray(value)) {
+    Text text;
+    if (!DicomValueToText(value, text)) return false;
+    EscapeXmlText(text);
+    // The stored number of the version: its first byte is zero and does not show in it.
+    if (tag == kMetaInfoVersion) Put("0\\");
+    out_ += text;
+    return true;
+  }
+  const std::size_t total = EntryCount(value);
+  const std::size_t count = std::min<std::size_t>(total, maxValues_);
+  Put("<values count=\"");
+  Put(Decimal(count));
+  Put("\" total=\"");
+  Put(Decimal(total));
+  Put("\">\n");
+  for (std::size_t i = 0; i < count; ++i) {
+    Put("<value>");
+    out_ += EntryText(value, i);
+    Put("</value>\n");
+  }
+  Put("</values>\n");
+  return true;
+}
+
+bool HeaderXml::DumpElement(DcElem& element, int depth) {
+  if (element.resolvedVr() == DcVr::SQ) return DumpSequence(element, depth);
+  DicomValue value;
+  return ReadValue(element, depth, value) &&
+         PutElement(element, value, static_cast<std::size_t>(element.valueCount()));
+}
+
+bool HeaderXml::PutElement(const DcElem& element, const DicomValue& value, std::size_t valueCount) {
+  const DcVr vr = element.resolvedVr();
+  const bool isArray = IsArray(value);
+  if (isArray && IsBinary(vr) && !HoldsBytesOrWords(value)) return false;
+  const std::size_t vm =
+      isArray ? std::min<std::size_t>(EntryCount(value), maxValues_) : valueCount;
+  OpenTag(element.tag(), vr == DcVr::OX && !isArray ? std::string("OB/OW") : VrText(element),
+          Decimal(vm));
+  if (!PutContent(element.tag(), value)) return false;
+  Put(kEndTag);
+  return true;
+}
+
+}  // namespace quillon

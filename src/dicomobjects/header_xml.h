@@ -1,0 +1,69 @@
+// Writes the elements of a data set as XML, one line for each value:
+//
+//   <?xml version="1.0" ?>
+//   <data-set>
+//   <tag grp="0028" element="0010" VR="US" VM="1" name="rows">512</tag>
+//   <tag grp="0008" element="0008" VR="CS" VM="2" name="imageType"><values count="2" total="2">
+//   <value>ORIGINAL</value>
+//   <value>PRIMARY</value>
+//   </values>
+//   </tag>
+//   <tag grp="0040" element="a730" VR="SQ" VM="" name="contentSequence">
+//   <item>
+//   ...
+//   </item>
+//   </tag>
+//   </data-set>
+//
+// Nothing is indented. `total` is the number of values, `count` (and VM) that of the ones written.
+// Pixel data that is left out reads NOT LOADED, with a line for the length of its group before it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "dicom/elem_list.h"
+#include "dicom/elem_sq.h"
+#include "dicomobjects/dicom_util.h"
+#include "dicomobjects/dicom_value.h"
+#include "foundation/text.h"
+
+namespace quillon {
+
+class HeaderXml {
+ public:
+  // Appends to out. At most maxValues values of an element are written.
+  HeaderXml(CDicomUtil& util, Text& out, std::uint32_t maxValues, bool includePixelData);
+
+  // The whole document. False when the toolkit does not give a value; out then holds a part.
+  bool Write(const DcElemList& list);
+
+ private:
+  bool DumpElementList(const DcElemList& list, int depth);
+  bool DumpElement(DcElem& element, int depth);
+  bool DumpSequence(const DcElem& element, int depth);
+  void DumpPixelDataNotLoaded(const DcElem& element, bool hasGroupLength);
+  bool DumpMetaGroup();
+
+  bool ReadValue(DcElem& element, int depth, DicomValue& value);
+  // valueCount: of an element whose value is no array.
+  bool PutElement(const DcElem& element, const DicomValue& value, std::size_t valueCount);
+  // The values block, or the text of a single value.
+  bool PutContent(DcTag tag, const DicomValue& value);
+  void OpenTag(DcTag tag, std::string_view vr, std::string_view vm);
+  [[nodiscard]] std::string VrText(const DcElem& element);
+  std::uint16_t BitsAllocated();
+  void Put(std::string_view ascii);
+
+  CDicomUtil& util_;
+  Text& out_;
+  std::uint32_t maxValues_;
+  bool includePixelData_;
+  // 0 when the data set does not say; read when it is first needed.
+  std::optional<std::uint16_t> bitsAllocated_;
+};
+
+}  // namespace quillon
