@@ -1,5 +1,5 @@
-// The shell's folders: declarations only; the implementation of the desktop folder comes with the
-// disc-mastering service that needs it.
+// The shell's folders. The layer has one, the desktop, and of it what recording needs: a path becomes
+// an item, and the item of a directory a read-only storage over the tree below it.
 #pragma once
 
 #include "platform/com/unknown.h"
@@ -42,3 +42,9 @@ struct IShellFolder : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE SetNameOf(HWND owner, const ITEMIDLIST* items, LPCWSTR name,
                                               DWORD flags, ITEMIDLIST** result) = 0;
 };
+
+// The desktop answers ParseDisplayName for the absolute path of something that exists (else
+// E_INVALIDARG, or the code of the system as an HRESULT; attributes are masked with folder, stream,
+// storage and file-system), BindToStorage for a directory and IStorage (else E_NOINTERFACE), and
+// E_NOTIMPL for the rest.
+HRESULT SHGetDesktopFolder(IShellFolder** folder);

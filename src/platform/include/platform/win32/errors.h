@@ -107,8 +107,14 @@ inline constexpr HRESULT TYPE_E_ELEMENTNOTFOUND = quillon::platform::resultOf(0x
 inline constexpr HRESULT TYPE_E_CANTLOADLIBRARY = quillon::platform::resultOf(0x80029C4A);
 inline constexpr HRESULT STG_E_INVALIDFUNCTION = quillon::platform::resultOf(0x80030001);
 inline constexpr HRESULT STG_E_FILENOTFOUND = quillon::platform::resultOf(0x80030002);
+inline constexpr HRESULT STG_E_PATHNOTFOUND = quillon::platform::resultOf(0x80030003);
+inline constexpr HRESULT STG_E_TOOMANYOPENFILES = quillon::platform::resultOf(0x80030004);
 inline constexpr HRESULT STG_E_ACCESSDENIED = quillon::platform::resultOf(0x80030005);
+inline constexpr HRESULT STG_E_INVALIDPOINTER = quillon::platform::resultOf(0x80030009);
+inline constexpr HRESULT STG_E_SEEKERROR = quillon::platform::resultOf(0x80030019);
+inline constexpr HRESULT STG_E_READFAULT = quillon::platform::resultOf(0x8003001E);
 inline constexpr HRESULT STG_E_INVALIDPARAMETER = quillon::platform::resultOf(0x80030057);
+inline constexpr HRESULT STG_E_INVALIDNAME = quillon::platform::resultOf(0x800300FC);
 
 inline constexpr DWORD FACILITY_NULL = 0;
 inline constexpr DWORD FACILITY_RPC = 1;
