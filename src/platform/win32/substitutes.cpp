@@ -23,6 +23,17 @@ void SubstituteVersion(DWORD major, DWORD minor, DWORD build, WORD servicePackMa
   substitutes().version = {major, minor, build, servicePackMajor};
 }
 
+void SubstituteTransformLimits(std::int64_t memoryBytes, long milliseconds, unsigned long steps) {
+  substitutes().transformLimits = {memoryBytes, milliseconds, steps};
+}
+
+void SubstituteHttpLimits(long stallSeconds, long totalSeconds, std::size_t bodyBytes) {
+  HttpLimits& limits = substitutes().httpLimits;
+  limits.stallSeconds = stallSeconds;
+  limits.totalSeconds = totalSeconds;
+  limits.bodyBytes = bodyBytes;
+}
+
 void Restore() { substitutes() = Substitutes{}; }
 
 }  // namespace testing

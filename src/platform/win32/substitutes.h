@@ -1,9 +1,11 @@
-// What tests put in the place of the system's clock, waiting and version (platform/testing.h).
+// What tests put in the place of the system's clock, waiting and version, and of the
+// limits of the XML library (platform/testing.h).
 #pragma once
 
 #include <functional>
 
 #include "platform/win32/system.h"
+#include "xml/limits.h"
 
 namespace quillon::platform {
 
@@ -18,6 +20,8 @@ struct Substitutes {
   std::function<SYSTEMTIME()> clock;
   std::function<void(DWORD)> sleeper;
   ReportedVersion version;
+  TransformLimits transformLimits;
+  HttpLimits httpLimits;
 };
 
 Substitutes& substitutes();

@@ -1,8 +1,9 @@
-// Linux only, for tests: puts the test's own clock, sleeper and version in the place of the
-// system's. What stands here is process-wide; Restore gives the clock, the sleeper and the version
-// back.
+// Linux only, for tests: puts the test's own clock, sleeper, version and limits in the place of the
+// system's. What stands here is process-wide; Restore gives all but the code page back.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 
 #include "platform/win32/system.h"
@@ -15,6 +16,12 @@ void SubstituteClock(std::function<SYSTEMTIME()> clock);
 void SubstituteSleeper(std::function<void(DWORD)> sleeper);
 // What VerifyVersionInfoW compares with, for example 5, 1 for Windows XP.
 void SubstituteVersion(DWORD major, DWORD minor, DWORD build, WORD servicePackMajor);
+
+// What one run of a stylesheet may use before it is stopped. Steps are those of its expressions,
+// and again those of its instructions.
+void SubstituteTransformLimits(std::int64_t memoryBytes, long milliseconds, unsigned long steps);
+// How long an HTTP server may be silent and take as a whole, and how much it may send.
+void SubstituteHttpLimits(long stallSeconds, long totalSeconds, std::size_t bodyBytes);
 
 // Makes CP_ACP what the registry now says; otherwise it is read once in a process.
 void RereadCodePage();

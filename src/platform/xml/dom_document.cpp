@@ -1,0 +1,149 @@
+#include "xml/dom_document.h"
+
+#include <string>
+#include <utility>
+
+#include "com/method_results.h"
+#include "win32/substitutes.h"
+#include "win32/utf8.h"
+#include "xml/document_base.h"
+#include "xml/document_parser.h"
+#include "xml/parse_error.h"
+#include "xml/transform.h"
+
+namespace quillon::platform {
+namespace {
+
+constexpr std::u16string_view kSource = u"DOMDocument";
+
+class DomDocument final : public DocumentBase {
+ public:
+  HRESULT STDMETHODCALLTYPE get_nodeName(BSTR* name) override {
+    return answerText(u"#document", name);
+  }
+  HRESULT STDMETHODCALLTYPE get_nodeType(DOMNodeType* type) override {
+    return answerValue(NODE_DOCUMENT, type);
+  }
+  HRESULT STDMETHODCALLTYPE get_nodeTypeString(BSTR* type) override {
+    return answerText(u"document", type);
+  }
+  HRESULT STDMETHODCALLTYPE hasChildNodes(VARIANT_BOOL* has) override {
+    return answerValue(document_ == nullptr ? VARIANT_FALSE : VARIANT_TRUE, has);
+  }
+
+  HRESULT STDMETHODCALLTYPE get_async(VARIANT_BOOL* isAsync) override {
+    return answerValue(async_, isAsync);
+  }
+  // Documents are whole when load returns, so there is nothing to wait for either way.
+  HRESULT STDMETHODCALLTYPE put_async(VARIANT_BOOL isAsync) override {
+    async_ = isAsync == VARIANT_FALSE ? VARIANT_FALSE : VARIANT_TRUE;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE get_readyState(LONG* state) override {
+    constexpr LONG kComplete = 4;
+    return answerValue(kComplete, state);
+  }
+  HRESULT STDMETHODCALLTYPE get_url(BSTR* url) override { return answerText(url_, url); }
+
+  HRESULT STDMETHODCALLTYPE loadXML(BSTR xml, VARIANT_BOOL* isSuccessful) override {
+    return withoutExceptions([&] {
+      XmlFailure failure;
+      XmlDocument document = parseText(unitsOf(xml), failure);
+      return take(std::move(document), failure, {}, isSuccessful);
+    });
+  }
+
+  HRESULT STDMETHODCALLTYPE load(VARIANT source, VARIANT_BOOL* isSuccessful) override {
+    return withoutExceptions([&] {
+      const bool isReference = source.vt == (VT_BSTR | VT_BYREF);
+      if (source.vt != VT_BSTR && !(isReference && source.pbstrVal != nullptr)) return E_INVALIDARG;
+      const std::u16string location(unitsOf(isReference ? *source.pbstrVal : source.bstrVal));
+      XmlFailure failure;
+      XmlDocument document = parseFile(location, failure);
+      return take(std::move(document), failure, location, isSuccessful);
+    });
+  }
+
+  // A failed transform is told here too until the next load or transform: callers look here.
+  HRESULT STDMETHODCALLTYPE get_parseError(IXMLDOMParseError** error) override {
+    return withoutExceptions([&] {
+      return makeParseError(transformFailure_.code != 0 ? transformFailure_ : loadFailure_, error);
+    });
+  }
+
+  HRESULT STDMETHODCALLTYPE get_xml(BSTR* xml) override {
+    return withoutExceptions([&] {
+      if (document_ == nullptr) return answerText({}, xml);
+      XmlCall call;
+      xmlChar* bytes = nullptr;
+      int length = 0;
+      xmlDocDumpMemoryEnc(document_.get(), &bytes, &length, "UTF-8");
+      if (bytes == nullptr) return E_OUTOFMEMORY;
+      const std::unique_ptr<xmlChar, void (*)(xmlChar*)> owner(bytes,
+                                                               [](xmlChar* b) { xmlFree(b); });
+      return answerText(
+          wideFromNative({reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(length)}),
+          xml);
+    });
+  }
+
+  HRESULT STDMETHODCALLTYPE transformNode(IXMLDOMNode* stylesheet, BSTR* text) override {
+    return withoutExceptions([&]() -> HRESULT {
+      if (stylesheet == nullptr) return E_INVALIDARG;
+      if (text == nullptr) return E_POINTER;
+      *text = nullptr;
+      transformFailure_ = {};
+      ComPtr<IXMLDOMDocument> own;
+      if (FAILED(stylesheet->QueryInterface(kIidOwnDocument, own.PutVoid()))) {
+        return refuse(E_INVALIDARG, u"The stylesheet is not a document of this XML library.");
+      }
+      const auto& sheet = static_cast<const DomDocument&>(*own);
+      if (document_ == nullptr) return refuse(E_FAIL, u"The document is empty.");
+      if (sheet.document_ == nullptr) return refuse(E_FAIL, u"The stylesheet is empty.");
+      std::u16string result;
+      if (transformDocument(document_.get(), sheet.document_.get(), substitutes().transformLimits,
+                            result, transformFailure_)) {
+        return answerText(result, text);
+      }
+      transformFailure_.url = sheet.url_;
+      return failWithReason(E_FAIL, std::u16string(kSource), transformFailure_.reason);
+    });
+  }
+
+ private:
+  // What was in the document before is gone, whether or not the new one can be read.
+  HRESULT take(XmlDocument document, const XmlFailure& failure, const std::u16string& url,
+               VARIANT_BOOL* isSuccessful) {
+    document_ = std::move(document);
+    loadFailure_ = failure;
+    transformFailure_ = {};
+    url_ = document_ == nullptr ? std::u16string() : url;
+    const bool isLoaded = document_ != nullptr;
+    if (isSuccessful != nullptr) *isSuccessful = isLoaded ? VARIANT_TRUE : VARIANT_FALSE;
+    return isLoaded ? S_OK : S_FALSE;
+  }
+
+  HRESULT refuse(HRESULT result, const std::u16string& reason) {
+    transformFailure_.code = result;
+    transformFailure_.reason = reason;
+    return failWithReason(result, std::u16string(kSource), reason);
+  }
+
+  XmlDocument document_;
+  XmlFailure loadFailure_;
+  XmlFailure transformFailure_;
+  std::u16string url_;
+  VARIANT_BOOL async_ = VARIANT_TRUE;
+};
+
+}  // namespace
+
+HRESULT createDomDocument(REFIID riid, void** object) {
+  return withoutExceptions([&] {
+    ComPtr<DomDocument> made;
+    made.Attach(new DomDocument);
+    return made->QueryInterface(riid, object);
+  });
+}
+
+}  // namespace quillon::platform

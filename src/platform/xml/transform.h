@@ -1,0 +1,18 @@
+// Runs a stylesheet over a document.
+#pragma once
+
+#include <string>
+
+#include "xml/library.h"
+#include "xml/xml_failure.h"
+
+namespace quillon::platform {
+
+// The result as text, written as the stylesheet's xsl:output says. A stylesheet may read files, by
+// import, include and document(), relative to its own place; it can write nothing and reads nothing
+// over the network. One that names what cannot be read fails, as does one that goes over the
+// limits. Both documents stay as they are. False with failure set.
+bool transformDocument(const xmlDoc* source, const xmlDoc* stylesheet,
+                       const TransformLimits& limits, std::u16string& text, XmlFailure& failure);
+
+}  // namespace quillon::platform
