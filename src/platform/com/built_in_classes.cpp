@@ -1,6 +1,8 @@
 #include "com/built_in_classes.h"
 
+#include "discmastering/image/file_system_image.h"
 #include "platform/com/class_table.h"
+#include "platform/imapi2.h"
 #include "platform/xml.h"
 #include "xml/dom_document.h"
 #include "xml/http_request.h"
@@ -10,6 +12,7 @@ namespace quillon::platform {
 void registerBuiltInClasses() {
   RegisterBuiltInClass(kClsidDomDocument, createDomDocument);
   RegisterBuiltInClass(kClsidXmlHttp, createHttpRequest);
+  RegisterBuiltInClass(CLSID_MsftFileSystemImage, createFileSystemImage);
 }
 
 }  // namespace quillon::platform

@@ -1,0 +1,80 @@
+// The hierarchy that becomes the image: directories, and files with the source of their data.
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/com.h"
+
+namespace quillon::platform {
+
+// Where a file's bytes come from: a native path, or a stream that the caller handed in.
+struct FileSource {
+  std::string path;     // absolute
+  timespec modified{};  // of the file at path when it was added
+  ComPtr<IStream> stream;
+};
+
+struct ImageNode {
+  using Children = std::map<std::u16string, std::shared_ptr<ImageNode>, std::less<>>;
+
+  std::u16string name;  // empty for the root
+  bool isDirectory = false;
+  bool isHidden = false;
+  std::int64_t created = 0;  // the times in seconds since 1970
+  std::int64_t accessed = 0;
+  std::int64_t modified = 0;
+  ImageNode* parent = nullptr;  // null for the root and for what was removed
+
+  Children children;  // of a directory
+  std::uint64_t size = 0;
+  FileSource source;  // of a file
+};
+
+struct ImageSettings {
+  std::uint32_t fileSystems = 7;  // bits of FsiFileSystems
+  bool isStrict = false;
+  bool usesRestrictedNames = false;
+  LONG isoLevel = 0;  // 0: the one that fits isStrict
+  std::u16string volumeName;
+
+  [[nodiscard]] bool has(unsigned fileSystem) const { return (fileSystems & fileSystem) != 0; }
+  [[nodiscard]] LONG effectiveIsoLevel() const {
+    if (isoLevel != 0) return isoLevel;
+    return isStrict ? 1 : 2;
+  }
+};
+
+// The root counts as the first level.
+unsigned levelOf(const ImageNode& node);
+
+// What the settings allow in the part of the tree below node, which lies (or will lie) at that
+// level: levels of directories, sizes and names.
+HRESULT checkLimits(const ImageNode& node, unsigned level, const ImageSettings& settings);
+
+// Names of the parts, between separators of either kind; empty for a path that names the directory
+// itself.
+std::vector<std::u16string_view> pathParts(std::u16string_view path);
+// The entry that a path below directory names, or null.
+std::shared_ptr<ImageNode> findNode(const std::shared_ptr<ImageNode>& directory,
+                                    std::u16string_view path);
+// From the root, each name after a backslash; "\" for the root.
+std::u16string fullPathOf(const ImageNode& node);
+
+// Reads the directory at path, as the product writes it, into the children of directory. Links are
+// followed, a link back to a directory above is refused. On failure directory is half filled.
+HRESULT scanDirectory(std::u16string_view path, ImageNode& directory);
+
+// Moves the children of source below target: directories that exist there are joined, a file of the
+// same name refuses all (IMAPI_E_DUP_NAME) before anything has changed.
+HRESULT mergeChildren(ImageNode& source, ImageNode& target);
+
+// Whether a caller may give an entry this name.
+bool isLegalNodeName(std::u16string_view name);
+
+}  // namespace quillon::platform
