@@ -24,12 +24,15 @@ class CCopiedList : public COwningList<Item> {
 
   bool AddCopy(const Item& item) {
     auto copy = std::make_unique<Item>(item);
-    if (copy->GetKey().empty()) {
-      copy->SetKey(NumberText(static_cast<long long>(this->GetCount()) + 1));
-    }
+    if (copy->GetKey().empty() && !copy->SetKey(NextKey())) return false;
     if (!this->Add(copy.get())) return false;
     static_cast<void>(copy.release());  // the list owns it now
     return true;
+  }
+
+ protected:
+  [[nodiscard]] Text NextKey() const {
+    return NumberText(static_cast<long long>(this->GetCount()) + 1);
   }
 };
 
@@ -37,7 +40,7 @@ class CCopiedList : public COwningList<Item> {
 class CKeyedItem {
  public:
   [[nodiscard]] const Text& GetKey() const { return key_; }
-  void SetKey(TextView key) { key_.assign(key); }
+  bool SetKey(TextView key) { return AssignText(key_, key, 0); }  // false: memory ran out
 
  private:
   Text key_;

@@ -1,6 +1,8 @@
 // The medium in one drive, as it was when it was queried. Sectors have 2048 bytes.
 #pragma once
 
+#include <span>
+
 #include "disc/imapi2_enumerator.h"
 #include "disc/tarnimapiutil.h"
 #include "disc/write_speed_info.h"
@@ -49,8 +51,8 @@ class CCurrentDiscMedia : public CBaseItem {
 
  private:
   bool ReadLocked(CDiscRecorder2& recorder, CDiscFormat2Data& format);
-  bool ReadCodes(CDiscFormat2Data& format);
-  bool ReadSpeedsAndSizes(CDiscFormat2Data& format);
+  bool ReadCodesAndSpeeds(CDiscFormat2Data& format);
+  bool ReadCurrentSpeedsAndSizes(CDiscFormat2Data& format);
   bool GetEffectiveSpeed(std::int32_t& sectorsPerSecond);
   bool StoreSpeed(std::int32_t& target, std::int32_t sectorsPerSecond);
   bool StoreSectors(std::int32_t& target, std::int32_t sectors);

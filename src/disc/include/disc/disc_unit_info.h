@@ -31,57 +31,69 @@ class CDiscUnitInfo : public CImapiItem, public CKeyedItem {
   bool Find(CDiscMaster2Iterator& drives, RecorderIdType type, const Text& identifier);
 
   // "%s %s (Revision: %s)" with vendor, product and revision, each trimmed. False, with a sentence,
-  // when nothing at all is known.
+  // when nothing at all of it is known.
   bool GetDeviceName(Text& out);
+  // The same of the drive that a recorder is initialised for, empty when nothing is known. False
+  // leaves the recorder's error text.
+  static bool ReadDeviceName(CDiscRecorder2& recorder, Text& out);
   // The same for messages: "current optical disc device" when there is no device name.
   [[nodiscard]] Text DisplayName() const;
 
-  [[nodiscard]] bool IsDataFormatSupported() const { return isDataFormatSupported_; }
-  [[nodiscard]] bool CanLoadMedia() const { return canLoadMedia_; }
-  [[nodiscard]] LONG LegacyDeviceNumber() const { return legacyDeviceNumber_; }
-  [[nodiscard]] bool GetUniqueId(Text& out) const;
-  [[nodiscard]] const Text& VendorId() const { return vendorId_; }
-  [[nodiscard]] const Text& ProductId() const { return productId_; }
-  [[nodiscard]] const Text& ProductRevision() const { return productRevision_; }
-  [[nodiscard]] const Text& VolumeName() const { return volumeName_; }
-  [[nodiscard]] const std::vector<Text>& VolumePaths() const { return volumePaths_; }
-  [[nodiscard]] const CImapi2EnumList& SupportedFeaturePages() const { return supportedFeatures_; }
-  [[nodiscard]] const CImapi2EnumList& CurrentFeaturePages() const { return currentFeatures_; }
-  [[nodiscard]] const CImapi2EnumList& SupportedMediaTypes() const { return supportedMediaTypes_; }
-  [[nodiscard]] const CImapi2EnumList& SupportedModePages() const { return supportedModePages_; }
-  [[nodiscard]] const CImapi2EnumList& SupportedProfiles() const { return supportedProfiles_; }
-  [[nodiscard]] const CImapi2EnumList& CurrentProfiles() const { return currentProfiles_; }
-  [[nodiscard]] const CCurrentDiscMedia& CurrentMedia() const { return currentMedia_; }
+  [[nodiscard]] bool IsDataFormatSupported() const { return drive_.isDataFormatSupported; }
+  [[nodiscard]] bool CanLoadMedia() const { return drive_.canLoadMedia; }
+  [[nodiscard]] LONG LegacyDeviceNumber() const { return drive_.legacyDeviceNumber; }
+  [[nodiscard]] bool GetUniqueId(Text& out) const { return AssignText(out, drive_.uniqueId, 0); }
+  [[nodiscard]] const Text& VendorId() const { return drive_.vendorId; }
+  [[nodiscard]] const Text& ProductId() const { return drive_.productId; }
+  [[nodiscard]] const Text& ProductRevision() const { return drive_.productRevision; }
+  [[nodiscard]] const Text& VolumeName() const { return drive_.volumeName; }
+  [[nodiscard]] const std::vector<Text>& VolumePaths() const { return drive_.volumePaths; }
+  [[nodiscard]] const CImapi2EnumList& SupportedFeaturePages() const {
+    return drive_.supportedFeaturePages;
+  }
+  [[nodiscard]] const CImapi2EnumList& CurrentFeaturePages() const {
+    return drive_.currentFeaturePages;
+  }
+  [[nodiscard]] const CImapi2EnumList& SupportedMediaTypes() const {
+    return drive_.supportedMediaTypes;
+  }
+  [[nodiscard]] const CImapi2EnumList& SupportedModePages() const {
+    return drive_.supportedModePages;
+  }
+  [[nodiscard]] const CImapi2EnumList& SupportedProfiles() const {
+    return drive_.supportedProfiles;
+  }
+  [[nodiscard]] const CImapi2EnumList& CurrentProfiles() const { return drive_.currentProfiles; }
+  [[nodiscard]] const CCurrentDiscMedia& CurrentMedia() const { return drive_.currentMedia; }
   // A copy: "Cannot copy the current physical media information." when that fails.
   bool GetCurrentMedia(CCurrentDiscMedia& out);
 
  private:
-  bool ReadAll(const Text& uniqueId, bool queryMedia, bool forceAccess);
+  struct Drive {
+    bool isDataFormatSupported = false;
+    bool canLoadMedia = false;
+    LONG legacyDeviceNumber = 0;
+    Text productId;
+    Text productRevision;
+    Text uniqueId;
+    Text vendorId;
+    Text volumeName;
+    std::vector<Text> volumePaths;
+    CImapi2EnumList supportedFeaturePages;
+    CImapi2EnumList currentFeaturePages;
+    CImapi2EnumList supportedMediaTypes;
+    CImapi2EnumList supportedModePages;
+    CImapi2EnumList supportedProfiles;
+    CImapi2EnumList currentProfiles;
+    CCurrentDiscMedia currentMedia;
+  };
+
+  bool Read(const Text& uniqueId, bool queryMedia, bool forceAccess);
   bool ReadTexts(CDiscRecorder2& recorder);
   bool ReadCapabilities(CDiscRecorder2& recorder, CDiscFormat2Data& format);
-  template <typename Source>
-  bool ReadCodes(Source& source, bool (Source::*read)(std::vector<LONG>&),
-                 const CImapi2Enumerator& kind, CImapi2EnumList& list);
-  bool CheckIdentifier(RecorderIdType type, const Text& identifier, LONG& legacyNumber);
-  bool Matches(CDiscRecorder2& recorder, const Text& uniqueId, RecorderIdType type,
-               const Text& identifier, LONG legacyNumber, bool& matches);
+  bool ReadCodes(CDiscRecorder2& recorder, CDiscFormat2Data& format);
 
-  bool isDataFormatSupported_ = false;
-  bool canLoadMedia_ = false;
-  LONG legacyDeviceNumber_ = 0;
-  Text productId_;
-  Text productRevision_;
-  Text uniqueId_;
-  Text vendorId_;
-  Text volumeName_;
-  std::vector<Text> volumePaths_;
-  CImapi2EnumList supportedFeatures_;
-  CImapi2EnumList currentFeatures_;
-  CImapi2EnumList supportedMediaTypes_;
-  CImapi2EnumList supportedModePages_;
-  CImapi2EnumList supportedProfiles_;
-  CImapi2EnumList currentProfiles_;
-  CCurrentDiscMedia currentMedia_;
+  Drive drive_;
 };
 
 class CDiscUnitInfoList : public CCopiedList<CDiscUnitInfo> {

@@ -45,26 +45,28 @@ class CTarnDiscWriter : public CBaseItem {
   bool Write();
 
  private:
-  bool PrepareRecorder(CDiscUnitInfo& recorder, bool queryMedia);
-  bool FindRecorder(CDiscUnitInfo& recorder, bool queryMedia, const Text& identifier);
+  bool PrepareRecorder(bool queryMedia);
+  bool FindRecorder(bool queryMedia, const Text& identifier);
+  bool InitializeRecorder();
   bool EraseIfNeeded();
   bool EraseCurrentMedia(bool fullErase, bool force);
   bool EraseLocked(bool fullErase);
   bool SetupDataFormat();
-  bool SetupImage(const Text& volumeName, const CFsiFileSystems& fileSystems);
+  bool SetupFormat(const Text& clientName);
+  bool SetupImage(const Text& volumeName);
   bool BuildImage(CImapiImageStream& image);
-  bool SetImageStaging();
-  bool AddStagedTrees(CFsiDirectoryItem& root, bool& added);
+  bool GetRootAndStaging(CFsiDirectoryItem& root);
+  bool AddStagedTrees(CFsiDirectoryItem& root, std::size_t& addedCount);
+  bool CreateStream(CImapiImageStream& image);
   bool WriteImageStream(CImapiImageStream& image, bool force);
   bool CheckImageFits(CImapiImageStream& image, bool force);
   bool CheckCapacity(std::uint64_t sizeBytes);
-  bool BurnAndEject(CImapiImageStream& image);
+  bool BurnAndEject(const CImapiImageStream& image);
 
   template <typename Step>
   bool RunStep(UINT summary, const Step& step);
   bool CopyText(Text& out, const Text& text, UINT failure);
-  [[nodiscard]] Text DeviceName() const { return chosenRecorder_.DisplayName(); }
-  bool FailForDevice(UINT id) { return Fail(id, {DeviceName()}); }
+  bool FailForDevice(UINT id);
   void ReleaseObjects();
   void ReleaseAll();
 

@@ -4,12 +4,17 @@
 // Nothing is thrown out of a wrapper.
 #pragma once
 
+#include <functional>
 #include <source_location>
 
 #include "foundation/com_base.h"
 #include "platform/imapi2.h"
 
 namespace quillon {
+
+// Takes what the platform hands out as a Value (automation.h).
+template <typename Value>
+class AutomationOut;
 
 class CImapiItem : public CComBase {
  protected:
@@ -36,18 +41,23 @@ class CImapiItem : public CComBase {
     }
   }
 
-  // All answer false, with the composed text.
+  // A call that succeeded with a value that is not what it must be: false, with the composed text;
+  // the last result stays.
+  template <typename Out, typename Value>
+  bool StoreOutput(TextView method, Out& out, Value& value, const SourceLine& where) {
+    try {
+      const HRESULT hr = out.TakeTo(value);
+      return SUCCEEDED(hr) || FailCall(method, where, hr);
+    } catch (...) {
+      return FailThrown(method, where);
+    }
+  }
+
+  // Answer false, with the composed text.
   bool FailCall(TextView method, const SourceLine& where, HRESULT hr);
   bool FailThrown(TextView method, const SourceLine& where);  // only while an exception is handled
 
   bool CreateObject(const Creation& creation, void** object, const SourceLine& where);
-
-  // The form of an operation with the system's own text: converts it, and sets the operation's
-  // default message when it fails without one.
-  template <typename Call>
-  bool PassText(TextView text, UINT defaultMessage, const Call& call);
-  template <typename Call>
-  bool TakeText(Text& text, UINT defaultMessage, const Call& call);
 
  private:
   bool ComposeFailure(TextView method, const SourceLine& where, TextView prefix, HRESULT hr,
@@ -80,10 +90,16 @@ class CImapiWrapper : public CImapiItem {
     return !IsEmpty() || CreateObject(creation_, object_.PutVoid(), where);
   }
 
-  template <typename Method, typename... Args>
-  bool InvokeMethod(TextView name, Method method, const SourceLine& where, Args... args) {
+  // Reads a property and converts it: read is a getter of the interface, or takes the Interface&
+  // and the address for the platform's value.
+  template <typename Read, typename Value>
+  bool GetProperty(TextView name, const Read& read, Value& value,
+                   const SourceLine& where = SourceLine::current()) {
+    AutomationOut<Value> out;
     return Invoke(
-        name, [&](Interface& object) { return (object.*method)(args...); }, where);
+               name, [&](Interface& object) { return std::invoke(read, object, out.Put()); },
+               where) &&
+           StoreOutput(name, out, value, where);
   }
 
  private:

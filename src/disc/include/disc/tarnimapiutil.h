@@ -25,7 +25,6 @@ class CDiscMaster2 : public CImapiWrapper<IDiscMaster2> {
 class CDiscMaster2Iterator : public CImapiWrapper<IEnumVARIANT> {
  public:
   explicit CDiscMaster2Iterator(bool queryMedia = false, bool forceAccess = false);
-  ~CDiscMaster2Iterator() override;
 
   bool Reset();
   // Keeps the next item. False at the end, then with a last result that is no failure and without
@@ -90,6 +89,9 @@ class CDiscFormat2 : public CImapiWrapper<Format> {
  protected:
   using CImapiWrapper<Format>::CImapiWrapper;
 };
+
+extern template class CDiscFormat2<IDiscFormat2Data>;
+extern template class CDiscFormat2<IDiscFormat2Erase>;
 
 class CDiscFormat2Data : public CDiscFormat2<IDiscFormat2Data> {
  public:

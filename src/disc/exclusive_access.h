@@ -1,0 +1,19 @@
+// Locks a drive around some work; it is unlocked whatever the work's outcome is.
+#pragma once
+
+#include "disc/tarnimapiutil.h"
+
+namespace quillon {
+
+// work answers false with owner's error text set. A drive that cannot be unlocked is a failure too,
+// whose text serves only when the work has left none.
+template <typename Work>
+bool WithExclusiveAccess(CBaseItem& owner, CDiscRecorder2& recorder, bool force,
+                         const Text& clientName, const Work& work) {
+  if (!recorder.AcquireExclusiveAccess(force, clientName)) return owner.FailAs(recorder);
+  const bool done = work();
+  if (recorder.ReleaseExclusiveAccess()) return done;
+  return owner.ErrorMessage().empty() ? owner.FailAs(recorder) : false;
+}
+
+}  // namespace quillon
