@@ -31,13 +31,6 @@ struct Source {
   xmlDict* dictionary = nullptr;
 };
 
-// The bound on the growth of entities holds only where the parser's other bounds do.
-void onDocumentType(void* context, const xmlChar* name, const xmlChar* externalId,
-                    const xmlChar* systemId) {
-  static_cast<xmlParserCtxt*>(context)->options &= ~XML_PARSE_HUGE;
-  xmlSAX2InternalSubset(context, name, externalId, systemId);
-}
-
 struct FirstError {
   int code = 0;
   int level = XML_ERR_NONE;
@@ -52,12 +45,45 @@ using ErrorPointer = const xmlError*;
 using ErrorPointer = xmlError*;
 #endif
 
+// The parser speaks of a loop also where entities only grow too large.
+std::string messageOf(const xmlError& error) {
+  if (error.code == XML_ERR_ENTITY_LOOP) {
+    return "The entities of the document refer to themselves or grow too large";
+  }
+  return error.message == nullptr ? "" : error.message;
+}
+
 // A fatal error is what ended the reading; an earlier one that did not is of less interest.
 void onError(void* context, ErrorPointer error) {
   auto* const first = static_cast<FirstError*>(static_cast<xmlParserCtxt*>(context)->_private);
   if (error->level <= XML_ERR_WARNING || error->level <= first->level) return;
-  *first = {error->code, error->level, error->message == nullptr ? "" : error->message, error->line,
-            error->int2};
+  *first = {error->code, error->level, messageOf(*error), error->line, error->int2};
+}
+
+// The bound on the growth of entities holds only where the parser's other bounds do.
+void onDocumentType(void* context, const xmlChar* name, const xmlChar* externalId,
+                    const xmlChar* systemId) {
+  static_cast<xmlParserCtxt*>(context)->options &= ~XML_PARSE_HUGE;
+  xmlSAX2InternalSubset(context, name, externalId, systemId);
+}
+
+// Copying a document takes stack for every level.
+void onStartElement(void* context, const xmlChar* name, const xmlChar* prefix, const xmlChar* uri,
+                    int namespaceCount, const xmlChar** namespaces, int attributeCount,
+                    int defaultedCount, const xmlChar** attributes) {
+  constexpr int kDeepest = 2048;
+  auto* const parser = static_cast<xmlParserCtxt*>(context);
+  if (parser->nodeNr < kDeepest) {
+    xmlSAX2StartElementNs(context, name, prefix, uri, namespaceCount, namespaces, attributeCount,
+                          defaultedCount, attributes);
+    return;
+  }
+  *static_cast<FirstError*>(parser->_private) = {
+      XML_ERR_INTERNAL_ERROR, XML_ERR_FATAL,
+      "The elements nest deeper than " + std::to_string(kDeepest) + " levels", parser->input->line,
+      parser->input->col};
+  parser->wellFormed = 0;
+  xmlStopParser(parser);
 }
 
 void setPlace(XmlFailure& failure, std::string_view bytes, int line, int column) {
@@ -100,6 +126,7 @@ XmlDocument parse(const Source& source, XmlFailure& failure) {
   parser->_private = &error;
   parser->sax->serror = onError;
   parser->sax->internalSubset = onDocumentType;
+  parser->sax->startElementNs = onStartElement;
   XmlDocument document;
   if (source.bytes.size() > INT_MAX) {
     error.message = "The document is too large.";

@@ -34,8 +34,11 @@ class XmlCall {
 
   // From now on the call is held to the limits: over one of them the transform is stopped.
   void limit(const TransformLimits& limits);
-  // The transform to stop; null for none.
-  void transforming(xsltTransformContext* context) { context_ = context; }
+  // The transform to stop; null for none. What was said before it, while compiling, were warnings.
+  void transforming(xsltTransformContext* context) {
+    context_ = context;
+    if (context != nullptr) errors_.clear();
+  }
 
   // Keeps the first reason why something was not loaded, and stops the transform.
   void refuse(const std::string& reason);

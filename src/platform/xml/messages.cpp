@@ -96,13 +96,14 @@ std::string sentenceWithPlace(std::string_view message, std::string_view file, i
 }
 
 std::string sentenceOfXslt(std::string_view errors, std::string_view fallback) {
+  constexpr std::string_view kWarningOfVersion = "xsl:version: only ";
   Place place;
   std::string message;
   while (!errors.empty() && message.empty()) {
     const std::string_view line = takeLine(errors);
     if (const std::optional<Place> found = placeIn(line)) {
       place = *found;
-    } else {
+    } else if (!line.starts_with(kWarningOfVersion)) {
       message = withoutFunctionName(trimmed(line));
     }
   }
