@@ -17,6 +17,7 @@
 #include <mutex>
 
 #include "xml/document_parser.h"
+#include "xml/messages.h"
 
 namespace quillon::platform {
 namespace {
@@ -30,7 +31,7 @@ void* earlierXsltContext = nullptr;
 xsltDocLoaderFunc earlierLoader = nullptr;
 xmlExternalEntityLoader earlierEntityLoader = nullptr;
 
-// Compilation errors and the stylesheet's own messages come through the one handler of the process.
+// What comes before a transform has a handler of its own.
 void onXsltMessage(void*, const char* format, ...) {
   std::array<char, 4096> text;
   std::va_list arguments;
@@ -38,7 +39,7 @@ void onXsltMessage(void*, const char* format, ...) {
   std::vsnprintf(text.data(), text.size(), format, arguments);
   va_end(arguments);
   if (runningCall != nullptr) {
-    runningCall->addMessage(text.data());
+    runningCall->addXsltPiece(text.data());
   } else if (earlierXsltHandler != nullptr) {
     earlierXsltHandler(earlierXsltContext, "%s", text.data());
   }
@@ -202,8 +203,10 @@ void XmlCall::refuse(const std::string& reason) {
 
 void XmlCall::addError(const std::string& text) { appendWithin(errors_, text); }
 
-void XmlCall::addMessage(const std::string& text) {
-  if (context_ == nullptr) {
+void XmlCall::addXsltPiece(const std::string& text) {
+  const bool isMessageOfError = isAfterPlace_ || context_ == nullptr;
+  isAfterPlace_ = !isAfterPlace_ && isPlaceOfError(text);
+  if (isMessageOfError || isAfterPlace_) {
     addError(text);
   } else if (text != "\n") {
     message_ = text;

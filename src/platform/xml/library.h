@@ -43,7 +43,9 @@ class XmlCall {
   // Keeps the first reason why something was not loaded, and stops the transform.
   void refuse(const std::string& reason);
   void addError(const std::string& text);
-  void addMessage(const std::string& text);
+  // A piece of what libxslt gives out: the place of an error, then its message. What comes without
+  // a place in front is a text of the stylesheet itself.
+  void addXsltPiece(const std::string& text);
 
   // Why the call was stopped or something refused; empty when nothing was.
   [[nodiscard]] const std::string& refusal() const { return refusal_; }
@@ -73,6 +75,7 @@ class XmlCall {
   std::string refusal_;
   std::string errors_;
   std::string message_;
+  bool isAfterPlace_ = false;
 };
 
 }  // namespace quillon::platform

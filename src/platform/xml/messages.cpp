@@ -95,6 +95,8 @@ std::string sentenceWithPlace(std::string_view message, std::string_view file, i
   return sentence + ".";
 }
 
+bool isPlaceOfError(std::string_view text) { return placeIn(text).has_value(); }
+
 std::string sentenceOfXslt(std::string_view errors, std::string_view fallback) {
   constexpr std::string_view kWarningOfVersion = "xsl:version: only ";
   Place place;

@@ -11,6 +11,9 @@ namespace quillon::platform {
 std::string sentenceWithPlace(std::string_view message, std::string_view file, int line,
                               int column);
 
+// Whether text is what libxslt puts in front of an error.
+bool isPlaceOfError(std::string_view text);
+
 // The first error in what libxslt gave out for a compilation or a transform, with the place that it
 // names; fallback where there is none.
 std::string sentenceOfXslt(std::string_view errors, std::string_view fallback);

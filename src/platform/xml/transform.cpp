@@ -34,7 +34,7 @@ void onTransformError(void*, const char* format, ...) {
   va_start(arguments, format);
   std::vsnprintf(text.data(), text.size(), format, arguments);
   va_end(arguments);
-  if (XmlCall* const call = XmlCall::current()) call->addError(text.data());
+  if (XmlCall* const call = XmlCall::current()) call->addXsltPiece(text.data());
 }
 
 XmlDocument copyOf(const xmlDoc* document) {
@@ -84,15 +84,21 @@ bool write(xmlDoc* result, xsltStylesheet* stylesheet, std::u16string& text) {
   return true;
 }
 
+std::string reasonOf(const XmlCall& call, std::string_view fallback) {
+  if (!call.refusal().empty()) return call.refusal();
+  if (call.errors().find("peration limit exceeded") != std::string::npos) {
+    return "The transform takes too many steps.";
+  }
+  if (call.errors().empty() && !call.message().empty()) {
+    return sentenceWithPlace(call.message(), {}, 0, 0);
+  }
+  return sentenceOfXslt(call.errors(), fallback);
+}
+
 void setFailure(const XmlCall& call, std::string_view fallback, XmlFailure& failure) {
   failure = {};
   failure.code = E_FAIL;
-  if (!call.refusal().empty()) {
-    failure.reason = wideFromNative(call.refusal());
-  } else {
-    const std::string& said = call.errors().empty() ? call.message() : call.errors();
-    failure.reason = wideFromNative(sentenceOfXslt(said, fallback));
-  }
+  failure.reason = wideFromNative(reasonOf(call, fallback));
 }
 
 // Within a call.
