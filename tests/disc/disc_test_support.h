@@ -1,0 +1,64 @@
+// What the tests of the disc folder share.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include "fake_disc_service.h"
+#include "foundation/base_item.h"
+#include "platform/testing.h"
+#include "support/temp_dir.h"
+
+namespace quillon::test {
+
+inline std::string plain(const Text& text) { return std::filesystem::path(text).string(); }
+inline std::string errorOf(const CBaseItem& item) { return plain(item.ErrorMessage()); }
+constexpr HRESULT resultOf(std::uint32_t code) { return static_cast<HRESULT>(code); }
+
+// The error text with the number of its source line replaced by "N".
+inline std::string errorWithoutLine(const CBaseItem& item) {
+  return std::regex_replace(errorOf(item), std::regex("Line: [1-9][0-9]*\n"), "Line: N\n");
+}
+
+// What a failing call of "Class::Method" leaves, with each part of its reason on lines of its own.
+inline std::string composed(const std::string& classAndMethod,
+                            const std::vector<std::string>& reasons,
+                            const std::string& verb = "failed") {
+  const std::string method = classAndMethod.substr(classAndMethod.find(':') + 2);
+  std::string text = "File: tarnimapiutil\n\nLine: N\nMethod: " + method + "\n\n" + classAndMethod +
+                     " " + verb + " for this reason:  \n\n";
+  for (const std::string& reason : reasons) text += reason + "\n\n";
+  return text;
+}
+
+// A result that has a sentence of its own, for calls that are to fail.
+constexpr HRESULT kDriveFailure = resultOf(0xC0AA0301);
+inline const std::string kDriveFailureText =
+    "The write failed because the drive returned error information that could not be recovered "
+    "from.";
+inline std::string driveFailure(const std::string& classAndMethod) {
+  return composed(classAndMethod, {kDriveFailureText});
+}
+
+// Each test has a service of its own, and time that passes without waiting.
+class WithDiscService : public ::testing::Test {
+ protected:
+  WithDiscService() {
+    platform::testing::SubstituteSleeper([this](DWORD ms) { sleeps_.push_back(ms); });
+  }
+
+  void FailCall(const std::string& call, int skip = 0) {
+    service_.faults.push_back({.call = call, .result = kDriveFailure, .skip = skip});
+  }
+
+  platform::testing::Scope time_;
+  std::vector<DWORD> sleeps_;
+  FakeDiscService service_;
+  RegisteredDiscService registered_{service_};
+};
+
+}  // namespace quillon::test

@@ -1,0 +1,328 @@
+#include "disc/disc_unit_info.h"
+#include "disc_test_support.h"
+
+namespace quillon {
+namespace {
+
+using test::errorOf;
+using test::errorWithoutLine;
+using test::plain;
+
+std::string nameOf(const CImapi2Enumerator& item) {
+  Text name;
+  item.GetName(name);
+  return plain(name);
+}
+
+TEST(NamedCodes, TakeTheirNamesFromTheirTables) {
+  struct Case {
+    const char* what;
+    CImapi2Enumerator kind;
+    std::int32_t value;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {"a row", CPhysicalMediaType(), 13, "DVD+RW Dual Layer"},
+      {"a row out of order", CProfileType(), 0x20, "Double Density CD-ROM"},
+      {"the last profile", CProfileType(), 0xFFFF, "Non-Standard"},
+      {"no row", CProfileType(), 0x1234, "4660"},
+      {"undefined", CProfileType(), -1, "Undefined"},
+      {"page 0 is no bit set", CFeaturePageType(), 0, "Profile List"},
+      {"bits of a value without bits", CMediaState(), 0, "Unknown"},
+      {"undefined bits", CMediaState(), -1, "Undefined"},
+      {"one bit with two names", CMediaState(), 0x1,
+       "Informational Mask, Overwrite Only, Randomly Writable"},
+      {"a bit within a mask", CMediaState(), 0x2, "Informational Mask, Blank"},
+      {"bits within both masks", CMediaState(), 0x4004,
+       "Informational Mask, Unsupported Mask, Appendable, Finalized"},
+      {"bits without a row", CMediaState(), 0x10, "16"},
+      {"no row for 0", CWriteProtectState(), 0, "0"},
+      {"three bits", CFsiFileSystems(), 7, "ISO 9660, Joliet, UDF"},
+      {"none", CFsiFileSystems(), 0, "None"},
+      {"a mode page", CPageType(), 0x1A, "Power Condition"},
+  };
+  for (Case c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_TRUE(c.kind.Set(c.value));
+    EXPECT_EQ(nameOf(c.kind), c.expected);
+    EXPECT_EQ(c.kind.Value(), c.value);
+  }
+}
+
+TEST(NamedCodes, ResetWhenTheyRefuse) {
+  CProfileType profile;
+  ASSERT_TRUE(profile.Set(0x1234, u"  Odd one "));
+  EXPECT_EQ(nameOf(profile), "Odd one");
+  EXPECT_FALSE(profile.Set(-2));
+  EXPECT_EQ(nameOf(profile), "Undefined");
+  ASSERT_TRUE(profile.Set(8));
+  EXPECT_FALSE(profile.Set(0x1234, u"  ")) << "a code must have a name";
+  EXPECT_EQ(profile.Value(), -1);
+}
+
+TEST(SpeedFactor, IsRoundedUpToTheMediumsBaseSpeed) {
+  struct Case {
+    std::int32_t type, speed, factor;  // -2: refused
+  };
+  const Case cases[] = {{2, 3600, 48}, {2, 3601, 49}, {6, 2770, 5}, {1, 75, 1},  {3, 1, 1},
+                        {19, 680, 1},  {13, 681, 2},  {2, 0, 0},    {12, 0, 0},  {0, -1, -1},
+                        {12, 75, -2},  {0, 75, -2},   {20, 75, -2}, {-1, 75, -2}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message() << "type " << c.type << ", speed " << c.speed);
+    CCurrentDiscMedia media;
+    ASSERT_TRUE(media.SetPhysicalType(c.type));
+    std::int32_t factor = -2;
+    EXPECT_EQ(media.GetSpeedFactor(c.speed, factor), c.factor != -2);
+    EXPECT_EQ(factor, c.factor);
+    EXPECT_EQ(errorOf(media), c.factor == -2 ? "The media type value is invalid." : "");
+  }
+}
+
+TEST(RecordingTime, IsEstimatedFromTheSpeed) {
+  constexpr std::uint64_t kSecond = 75 * 2048;  // at 75 sectors per second
+  struct Case {
+    const char* what;
+    std::uint64_t size;
+    std::int32_t speed;
+    std::vector<LONG> speeds;
+    std::uint64_t seconds;
+    const char* error;
+  };
+  const Case cases[] = {
+      {"whole seconds", 4 * kSecond, 75, {}, 4, ""},
+      {"a byte more", 4 * kSecond + 1, 75, {}, 5, ""},
+      {"more than 4 GB", 100000 * kSecond, 75, {}, 100000, ""},
+      {"fastest", 4 * kSecond, -1, {75, 300, 150}, 1, ""},
+      {"nothing", 0, 75, {}, 0, "The content size value is invalid."},
+      {"no speed", kSecond, 0, {75}, 0, "The write speed value is invalid."},
+      {"none supported", kSecond, -1, {}, 0, "The write speed value is invalid."},
+      {"only a standing one", kSecond, -1, {0}, 0, "The sector size value is invalid."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    CCurrentDiscMedia media;
+    ASSERT_TRUE(media.SetPhysicalType(2) && media.SetCurrentWriteSpeed(c.speed) &&
+                media.SetSupportedWriteSpeeds(c.speeds));
+    std::uint64_t seconds = 0;
+    EXPECT_EQ(media.EstimateRecordingTime(c.size, seconds), c.seconds != 0);
+    EXPECT_EQ(seconds, c.seconds);
+    EXPECT_EQ(errorOf(media), c.error);
+  }
+}
+
+TEST(Rewritable, AreFourTypesOfMedia) {
+  for (std::int32_t type = -1; type <= 19; ++type) {
+    CCurrentDiscMedia media;
+    ASSERT_TRUE(media.SetPhysicalType(type));
+    EXPECT_EQ(media.IsRewritable(), type == 3 || type == 7 || type == 10 || type == 13) << type;
+  }
+}
+
+class DriveInformation : public test::WithDiscService {
+ protected:
+  bool Query() { return unit_.Query(u"drive-1", /*queryMedia=*/true, /*forceAccess=*/true); }
+  void ExpectUnlocked() const { EXPECT_EQ(service_.drives.front().lockedBy, u""); }
+
+  CDiscUnitInfo unit_;
+};
+
+TEST_F(DriveInformation, IsReadWithTheMedium) {
+  service_.Disc().freeSectors = 100;
+  service_.numberType = VT_UI4;
+  ASSERT_TRUE(Query()) << errorOf(unit_);
+  Text name;
+  EXPECT_TRUE(unit_.GetDeviceName(name));
+  EXPECT_EQ(plain(name), test::kFakeDriveName);
+  EXPECT_TRUE(unit_.IsDataFormatSupported());
+  EXPECT_EQ(unit_.VolumePaths(), std::vector<Text>{u"D:\\"});
+  const CImapi2Enumerator& second = *unit_.CurrentProfiles().At(1);
+  EXPECT_EQ(nameOf(second), "4660");
+  EXPECT_EQ(second.GetKey(), u"2");
+  const CCurrentDiscMedia& media = unit_.CurrentMedia();
+  EXPECT_TRUE(media.IsSupported() && media.IsBlank() && !media.IsRewritable());
+  EXPECT_EQ(nameOf(media.MediaState()), "Informational Mask, Blank");
+  EXPECT_EQ(media.SupportedWriteSpeeds().At(1)->WriteFactor(), 48);
+  EXPECT_EQ(media.CurrentWriteSpeed(), -1);
+  EXPECT_EQ(media.FreeSectors(), 100);
+  EXPECT_EQ(media.TotalSectors(), 1000);
+  EXPECT_EQ(service_.drives.front().locks, 1);
+  ExpectUnlocked();
+  const CDiscUnitInfo copy = unit_;
+  EXPECT_EQ(copy.CurrentMedia().SupportedWriteSpeeds().GetCount(), 2U);
+  unit_.Reset();
+  EXPECT_FALSE(unit_.GetDeviceName(name));
+  EXPECT_EQ(plain(unit_.DisplayName()), "current optical disc device");
+}
+
+TEST_F(DriveInformation, OfAnUnsupportedMediumIsThatAlone) {
+  service_.Disc().isSupported = false;
+  ASSERT_TRUE(Query());
+  EXPECT_FALSE(unit_.CurrentMedia().IsSupported());
+  EXPECT_FALSE(unit_.CurrentMedia().IsBlank());
+  EXPECT_EQ(unit_.CurrentMedia().PhysicalType().Value(), -1);
+  EXPECT_EQ(service_.drives.front().locks, 0);
+}
+
+TEST_F(DriveInformation, AsksForTheHeuristicsOnlyWhenNotPhysicallyBlank) {
+  service_.Disc().isPhysicallyBlank = false;
+  ASSERT_TRUE(Query());
+  EXPECT_TRUE(unit_.CurrentMedia().IsBlank());
+  service_.calls.clear();
+  service_.Disc().isPhysicallyBlank = true;
+  ASSERT_TRUE(Query());
+  EXPECT_EQ(service_.CountOf("IDiscFormat2Data::get_MediaHeuristicallyBlank"), 0);
+}
+
+TEST_F(DriveInformation, RefusesWhatCannotBe) {
+  struct Case {
+    const char* what;
+    std::function<void(test::FakeDiscService&)> arrange;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {"legacy number", [](auto& s) { s.drives.front().legacyNumber = -1; },
+       "The legacy device number is invalid."},
+      {"speeds of a type without base speed",
+       [](auto& s) { s.Disc().type = IMAPI_MEDIA_TYPE_DISK; }, "The media type value is invalid."},
+      {"speeds of 16 bits", [](auto& s) { s.speedType = VT_I2; },
+       "Cannot retrieve the write speed information."},
+      {"speeds in another array", [](auto& s) { s.speedArrayType = VT_I4; },
+       "Cannot retrieve the write speed information."},
+      {"a negative speed", [](auto& s) { s.Disc().speeds = {-1}; },
+       "The given write speed value is invalid."},
+      {"the current speed", [](auto& s) { s.Disc().currentSpeed = -2; },
+       "The write speed value is invalid."},
+      {"free sectors", [](auto& s) { s.Disc().freeSectors = -1; },
+       "The number of sectors value is invalid."},
+      {"media state", [](auto& s) { s.Disc().state = -5; }, "Cannot query the current media."},
+      {"profile", [](auto& s) { s.drives.front().profiles = {-5}; },
+       "Cannot query the properties of the current recorder."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    service_.drives = {test::FakeDrive{}};
+    service_.speedType = VT_I4;
+    service_.speedArrayType = VT_VARIANT;
+    c.arrange(service_);
+    EXPECT_FALSE(Query());
+    EXPECT_EQ(errorOf(unit_), c.expected);
+    ExpectUnlocked();
+  }
+}
+
+TEST_F(DriveInformation, IsAllOrNothingWhicheverCallFails) {
+  ASSERT_TRUE(Query());
+  const int callCount = static_cast<int>(service_.calls.size());
+  service_.failingResult = test::kDriveFailure;
+  for (int n = 0; n < callCount; ++n) {
+    SCOPED_TRACE(service_.calls[static_cast<std::size_t>(n)]);
+    test::FakeDiscService& service = service_;
+    const std::vector<std::string> callsBefore = service.calls;
+    service.calls.clear();
+    service.failingCall = n;
+    EXPECT_FALSE(Query());
+    EXPECT_NE(errorOf(unit_).find(test::kDriveFailureText), std::string::npos);
+    EXPECT_EQ(unit_.ProductId(), u"");
+    EXPECT_EQ(unit_.CurrentMedia().PhysicalType().Value(), -1);
+    EXPECT_EQ(service.liveObjects, 0);
+    ExpectUnlocked();
+    service.calls = callsBefore;
+  }
+}
+
+TEST_F(DriveInformation, KeepsTheFirstReasonWhenUnlockingFailsToo) {
+  FailCall("IDiscFormat2Data::get_CurrentMediaStatus");
+  service_.faults.push_back(
+      {.call = "IDiscRecorder2::ReleaseExclusiveAccess", .result = E_ACCESSDENIED});
+  EXPECT_FALSE(Query());
+  EXPECT_EQ(errorWithoutLine(unit_), test::driveFailure("CDiscFormat2Data::GetCurrentMediaStatus"));
+}
+
+TEST_F(DriveInformation, WaitsForADriveThatIsBecomingReady) {
+  for (const char* call :
+       {"IDiscRecorder2::get_ActiveDiscRecorder", "IDiscFormat2Data::IsCurrentMediaSupported"}) {
+    SCOPED_TRACE(call);
+    sleeps_.clear();
+    service_.faults = {{.call = call, .result = E_IMAPI_RECORDER_MEDIA_BECOMING_READY, .times = 9}};
+    EXPECT_TRUE(Query());
+    EXPECT_EQ(sleeps_, std::vector<DWORD>(9, 5000));
+    sleeps_.clear();
+    service_.faults = {{.call = call, .result = E_IMAPI_RECORDER_MEDIA_BECOMING_READY}};
+    EXPECT_FALSE(Query());
+    EXPECT_EQ(sleeps_, std::vector<DWORD>(10, 5000));
+    EXPECT_NE(errorOf(unit_).find("in the process of becoming ready"), std::string::npos);
+  }
+}
+
+TEST_F(DriveInformation, ListsTheDrives) {
+  service_.drives.push_back({.uniqueId = u"drive-2", .isRecorder = false});
+  service_.drives.push_back({.uniqueId = u"drive-3"});
+  CDiscUnitInfoList drives;
+  ASSERT_TRUE(drives.QueryAll(/*recordersOnly=*/true, false, false));
+  ASSERT_EQ(drives.GetCount(), 2U);
+  Text id;
+  EXPECT_TRUE(drives.At(1)->GetUniqueId(id));
+  EXPECT_EQ(id, u"drive-3");
+  EXPECT_EQ(drives.At(1)->GetKey(), u"2");
+  EXPECT_EQ(service_.drives.front().locks, 0) << "nobody asked for the media";
+  ASSERT_TRUE(drives.QueryAll(/*recordersOnly=*/false, false, false));
+  EXPECT_EQ(drives.GetCount(), 3U);
+
+  FailCall("IDiscRecorder2::get_VolumeName", /*skip=*/2);
+  EXPECT_FALSE(drives.QueryAll(false, false, false));
+  EXPECT_EQ(errorWithoutLine(drives), test::driveFailure("CDiscRecorder2::GetVolumeName"));
+  EXPECT_EQ(drives.GetCount(), 0U);
+  service_.faults.clear();
+  service_.drives[1].uniqueId.clear();
+  EXPECT_FALSE(drives.QueryAll(false, false, false));
+  EXPECT_EQ(errorOf(drives), "The unique identifier is invalid.");
+  service_.isSupportedEnvironment = false;
+  EXPECT_TRUE(drives.QueryAll(false, false, false));
+  EXPECT_EQ(drives.GetCount(), 0U);
+}
+
+TEST_F(DriveInformation, IsFoundByWhatIdentifiesTheDrive) {
+  service_.drives.push_back({.uniqueId = u"drive-2",
+                             .product = u"READER",
+                             .volumeName = u"V2",
+                             .volumePaths = {u"E:\\", u"F:\\"},
+                             .legacyNumber = 7});
+  struct Case {
+    RecorderIdType type;
+    Text identifier;
+    bool found;  // drive 2
+    const char* error;
+  };
+  const Case cases[] = {
+      {RecorderIdType::UniqueId, u"drive-2", true, ""},
+      {RecorderIdType::UniqueId, u"DRIVE-2", false, ""},
+      {RecorderIdType::UniqueId, u"", false, "The unique identifier is invalid."},
+      {RecorderIdType::Manufacturer, u"TARN READER (Revision: 1.00)", true, ""},
+      {RecorderIdType::Manufacturer, u"", false, "The manufacturer information is invalid."},
+      {RecorderIdType::VolumePath, u" F:\\ ", true, ""},
+      {RecorderIdType::VolumePath, u"F:", false, ""},
+      {RecorderIdType::VolumePath, u"", false, "The volume path is invalid."},
+      {RecorderIdType::VolumeName, u"V2", true, ""},
+      {RecorderIdType::VolumeName, u"", false, "The volume name is invalid."},
+      {RecorderIdType::LegacyDeviceNumber, u"7", true, ""},
+      {RecorderIdType::LegacyDeviceNumber, u"8", false, ""},
+      {RecorderIdType::LegacyDeviceNumber, u"-7", false, "The legacy device number is invalid."},
+      {RecorderIdType::LegacyDeviceNumber, u"7x", false, "The legacy device number is invalid."},
+      {RecorderIdType::LegacyDeviceNumber, u"2147483648", false,
+       "The legacy device number is invalid."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(plain(c.identifier));
+    CDiscMaster2 master;
+    CDiscMaster2Iterator drives;
+    ASSERT_TRUE(master.GetDiscDevices(drives));
+    EXPECT_EQ(unit_.Find(drives, c.type, c.identifier), c.found);
+    EXPECT_EQ(errorOf(unit_), c.error);
+    Text id;
+    EXPECT_TRUE(unit_.GetUniqueId(id));
+    EXPECT_EQ(id, c.found ? u"drive-2" : u"");
+  }
+}
+
+}  // namespace
+}  // namespace quillon
