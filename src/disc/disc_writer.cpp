@@ -28,7 +28,7 @@ CTarnDiscWriter::CTarnDiscWriter()
   SetClassName(OLESTR("CTarnDiscWriter"));
 }
 
-CTarnDiscWriter::~CTarnDiscWriter() { ReleaseAll(); }
+CTarnDiscWriter::~CTarnDiscWriter() { ReleaseObjects(); }
 
 bool CTarnDiscWriter::SetVolumeName(TextView name) { return AssignText(volumeName_, name, 0); }
 
