@@ -38,6 +38,8 @@ TEST_F(Wrappers, ComposeTheTextOfAFailingCall) {
   };
   for (Case c : cases) {
     SCOPED_TRACE(c.what);
+    CDiscRecorder2 recorder;
+    ASSERT_TRUE(recorder.InitializeDiscRecorder(Text(u"drive-1")));
     ComPtr<ICreateErrorInfo> stale;
     CreateErrorInfo(stale.Put());
     std::u16string text = u"An earlier failure.";
@@ -47,7 +49,6 @@ TEST_F(Wrappers, ComposeTheTextOfAFailingCall) {
     SetErrorInfo(0, staleInfo.Get());
     c.fault.call = "IDiscRecorder2::EjectMedia";
     service_.faults = {c.fault};
-    CDiscRecorder2 recorder;
     recorder.SetDetailedMessages(false);  // makes no difference here
     EXPECT_FALSE(recorder.EjectMedia());
     EXPECT_EQ(errorWithoutLine(recorder), c.expected);
