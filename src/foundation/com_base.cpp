@@ -27,13 +27,15 @@ Text JoinHresult(const CBaseItem& item, HRESULT hr, TextView prefix, DWORD lastE
   return Text(prefix) + reason;
 }
 
+Text ExceptionText(const _com_error& error, DWORD lastError) {
+  const Text reason = ResultText(error.Error());
+  if (lastError == ERROR_SUCCESS || !CBaseItem::IsUninformativeText(reason)) return reason;
+  return SystemText(lastError);
+}
+
 Text JoinException(const CBaseItem& item, const _com_error& error, TextView prefix,
                    DWORD lastError) {
-  Text reason = ResultText(error.Error());
-  if (lastError != ERROR_SUCCESS && CBaseItem::IsUninformativeText(reason)) {
-    reason = SystemText(lastError);
-  }
-  Text message = Text(prefix) + reason;
+  Text message = Text(prefix) + ExceptionText(error, lastError);
   return message.empty() ? item.LoadMessage(kMsgOperationFailed) : message;
 }
 
@@ -93,6 +95,20 @@ bool CComBase::ProcessError(const _com_error& error, UINT id, TextView className
   const DWORD lastError = GetLastError();
   const Text prefix = ComposePrefix(*this, id, className, methodName, lastError);
   CBaseItem::SetErrorMessage(JoinException(*this, error, prefix, lastError));
+  return false;
+}
+
+bool FailAsThrown(CBaseItem& item, UINT fallbackId) {
+  const DWORD lastError = GetLastError();
+  Text reason;
+  try {
+    throw;
+  } catch (const _com_error& error) {
+    reason = ExceptionText(error, lastError);
+  } catch (...) {  // has no text of the platform
+  }
+  if (CBaseItem::IsSuccessText(reason)) return item.Fail(fallbackId);
+  item.SetErrorMessage(reason);
   return false;
 }
 

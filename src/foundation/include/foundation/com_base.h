@@ -44,4 +44,9 @@ class CComBase : public CBaseItem {
   bool createdHere_ = false;
 };
 
+// For the handler that ends an operation, within its catch block: leaves the text of a thrown COM
+// exception in item, or the message when what was thrown has no text or only that of a success.
+// Always false.
+bool FailAsThrown(CBaseItem& item, UINT fallbackId);
+
 }  // namespace quillon

@@ -1,0 +1,357 @@
+// The media processor over the legacy service, with every step that can fail forced to fail once.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <thread>
+
+#include "disc/media_processor.h"
+#include "legacy_service.h"
+#include "platform/imapi2.h"
+#include "support/temp_dir.h"
+
+namespace quillon {
+namespace {
+
+using test::LegacyService;
+
+constexpr HRESULT legacyCode(DWORD low) { return static_cast<HRESULT>(0x80040000U | low); }
+
+constexpr const char* kNoContent = "There is no content selected to be recorded to the medium.";
+
+std::string sentenceOf(const CBaseItem& item) {
+  return std::filesystem::path(item.ErrorMessage()).string();
+}
+
+// Runs on a thread of its own, which has initialised COM as a host does; what the job initialises
+// there it must give back.
+void onHostThread(const std::function<void()>& job) {
+  std::thread([&] {
+    ASSERT_EQ(CoInitialize(nullptr), S_OK);
+    job();
+    CoUninitialize();
+    EXPECT_EQ(CoInitialize(nullptr), S_OK) << "COM is still initialised on the thread";
+    CoUninitialize();
+  }).join();
+}
+
+class LegacyPath : public ::testing::Test {
+ protected:
+  LegacyPath() {
+    test::writeText(content_ / "DICOMDIR", "directory");
+    std::filesystem::create_directories(content_ / "A/B");
+    test::writeText(content_ / "A/B/ONE", std::string(100, 'x'));
+  }
+
+  // Registers the service, and hides the current generation.
+  void withService(const std::function<void()>& job, bool hasBurner = true) {
+    onHostThread([&] {
+      const test::HiddenClass noCurrent(CLSID_MsftDiscMaster2);
+      const test::RegisteredLegacyService registered(service_, true, hasBurner);
+      job();
+    });
+    EXPECT_EQ(service_.liveObjects, 0) << "objects of the service are still held";
+    EXPECT_FALSE(service_.isRecorderOpen);
+    EXPECT_FALSE(service_.isMasterOpen);
+  }
+
+  void fill(CQuillonMediaProcessor& processor) const {
+    EXPECT_TRUE(processor.SetVolumeName(u"STUDY_1"));
+    EXPECT_TRUE(processor.AddContent(content_.path().u16string()));
+  }
+
+  test::TempDir content_;
+  LegacyService service_;
+};
+
+TEST_F(LegacyPath, WritesTheTreeUnderItsVolumeName) {
+  withService([&] {
+    CQuillonMediaProcessor processor;
+    fill(processor);
+    EXPECT_TRUE(processor.WriteToMedia()) << sentenceOf(processor);
+    EXPECT_FALSE(processor.WriteToMedia());
+    EXPECT_EQ(sentenceOf(processor), kNoContent) << "a write leaves nothing to write again";
+  });
+  EXPECT_EQ(service_.volumeName, u"STUDY_1");
+  EXPECT_EQ(service_.record, "write+eject");
+  EXPECT_EQ(service_.erase, "");
+  const std::map<std::string, std::string> expected{{"DICOMDIR", "directory"},
+                                                    {"A/B/ONE", std::string(100, 'x')}};
+  EXPECT_EQ(service_.files, expected);
+}
+
+TEST_F(LegacyPath, ErasesOnlyARewritableDiscWithDataAndNotInATestRun) {
+  constexpr LONG kData = MEDIA_RW | MEDIA_WRITABLE;
+  const struct {
+    const char* what;
+    LONG flags;
+    bool simulate, full, eject;
+    const char* erase;
+    const char* record;
+  } cases[] = {
+      {"CD-RW with data", kData, false, false, true, "quick", "write+eject"},
+      {"CD-RW with data, full erase", kData, false, true, false, "full", "write"},
+      {"CD-RW with data, test run", kData, true, true, false, "", "simulate"},
+      {"blank CD-RW", kData | MEDIA_BLANK, false, true, false, "", "write"},
+      {"CD-R that can take more", MEDIA_WRITABLE, false, true, false, "", "write"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    service_ = {};
+    service_.mediumFlags = c.flags;
+    withService([&] {
+      CQuillonMediaProcessor processor;
+      fill(processor);
+      processor.SetSimulate(c.simulate);
+      processor.SetPerformFullErase(c.full);
+      processor.SetEjectAfterWrite(c.eject);
+      EXPECT_TRUE(processor.WriteToMedia()) << sentenceOf(processor);
+    });
+    EXPECT_EQ(service_.erase, c.erase);
+    EXPECT_EQ(service_.record, c.record);
+  }
+}
+
+struct Fault {
+  const char* call;
+  HRESULT failure;
+  const char* sentence;
+  bool throws = false;
+};
+
+constexpr const char* kNoInterface = "Cannot initialize the IMAPI interface instance.";
+
+// Those that both the write and the query meet.
+const Fault kSharedFaults[] = {
+    {"Create", E_FAIL, kNoInterface},
+    {"Open", legacyCode(0x212),
+     "CDiscMaster::Open failed for this reason:  Another application or IMAPI engine has reserved "
+     "the active disc recorder"},
+    {"EnumDiscRecorders", legacyCode(0x20B), kNoInterface},
+    {"Next", legacyCode(0x20E),
+     "CDiscRecorderIterator::Next failed for this reason:  An unexpected and unexplained failure "
+     "ended the recording"},
+    {"GetRecorderType", legacyCode(0x20C),
+     "CDiscRecorder::GetRecorderType failed for this reason:  This recorder has not been "
+     "initialized"},
+    {"GetRecorderState", legacyCode(0x213),
+     "CDiscRecorder::GetRecorderState failed for this reason:  The currently active disc recorder "
+     "has been invalidated because the device was removed from the system"},
+    {"OpenExclusive", legacyCode(0x226),
+     "CDiscRecorder::OpenExclusive failed for this reason:  Another application is still using "
+     "this device, so IMAPI cannot access the device"},
+    {"QueryMediaType", legacyCode(0x219),
+     "CDiscRecorder::QueryMediaType failed for this reason:  An error occurred while attempting to "
+     "access the media inserted into the active disc recorder"},
+    {"CloseRecorder", legacyCode(0x20C),
+     "CDiscRecorder::Close failed for this reason:  This recorder has not been initialized"},
+    {"CloseMaster", legacyCode(0x20B),
+     "CDiscMaster::Close failed for this reason:  IMAPI has not been opened"},
+    {"QueryMediaType", E_ACCESSDENIED,
+     "CDiscRecorder::QueryMediaType threw an exception for this reason:  Access is denied.", true},
+};
+
+const Fault kWriteFaults[] = {
+    {"Erase", legacyCode(0x210),
+     "CDiscRecorder::Erase failed for this reason:  The media type is not valid for the current "
+     "operation"},
+    {"SetActiveDiscRecorder", legacyCode(0x214),
+     "CDiscMaster::SetActiveDiscRecorder failed for this reason:  The disc recorder is not a valid "
+     "type for the current operation"},
+    {"SetActiveDiscMasterFormat", legacyCode(0x21F),
+     "CDiscMaster::SetActiveDiscMasterFormat failed for this reason:  An active format has not "
+     "been selected"},
+    {"GetJolietProperties", legacyCode(0x211),
+     "CJolietDiscMaster::GetJolietProperties failed for this reason:  Properties are not "
+     "supported"},
+    {"WriteMultiple", legacyCode(0x211),
+     "CPropertyStorage::WriteMultiple failed for this reason:  Properties are not supported"},
+    {"Commit", legacyCode(0x211),
+     "CPropertyStorage::Commit failed for this reason:  Properties are not supported"},
+    {"SetJolietProperties", legacyCode(0x221),
+     "CJolietDiscMaster::SetJolietProperties failed for this reason:  The Joliet format is not the "
+     "active format"},
+    {"AddData", legacyCode(0x21D),
+     "CJolietDiscMaster::AddData failed for this reason:  One or more subitem names do not conform "
+     "to the Joliet file naming conventions"},
+    {"RecordDisc", legacyCode(0x21C),
+     "CDiscMaster::RecordDisc failed for this reason:  The disc cannot hold any more data"},
+    {"RecordDisc", E_ACCESSDENIED,
+     "CDiscMaster::RecordDisc threw an exception for this reason:  Access is denied.", true},
+};
+
+TEST_F(LegacyPath, AFailingStepOfTheWriteIsToldAndEverythingIsGivenBack) {
+  std::vector<Fault> faults(std::begin(kSharedFaults), std::end(kSharedFaults));
+  faults.insert(faults.end(), std::begin(kWriteFaults), std::end(kWriteFaults));
+  for (const Fault& fault : faults) {
+    for (const bool clears : {true, false}) {
+      SCOPED_TRACE(std::string(fault.call) + (clears ? ", clearing" : ""));
+      service_ = {};
+      service_.mediumFlags = MEDIA_RW | MEDIA_WRITABLE;
+      service_.failingCall = fault.call;
+      service_.failure = fault.failure;
+      service_.throws = fault.throws;
+      // A disc master that does not open leaves the content alone.
+      const std::string call = fault.call;
+      const bool cleared = clears && call != "Create" && call != "Open";
+      withService([&] {
+        CQuillonMediaProcessor processor;
+        fill(processor);
+        processor.SetClearAfterWrite(clears);
+        EXPECT_FALSE(processor.WriteToMedia());
+        EXPECT_EQ(sentenceOf(processor), fault.sentence);
+        EXPECT_EQ(service_.record.empty(), call != "CloseMaster");
+        service_.failingCall = "CloseMaster";
+        service_.throws = false;
+        EXPECT_FALSE(processor.WriteToMedia());
+        EXPECT_EQ(sentenceOf(processor) == kNoContent, cleared);
+      });
+    }
+  }
+}
+
+struct Machine {
+  const char* what;
+  std::function<void(LegacyService&)> set;
+  const char* sentence;
+};
+
+const Machine kRefusals[] = {
+    {"no recorder", [](LegacyService& s) { s.recorders = 0; },
+     "There is no recordable drive present."},
+    {"a reader", [](LegacyService& s) { s.recorderType = 3; },
+     "The current recorder cannot record to media."},
+    {"a recorder at work", [](LegacyService& s) { s.recorderState = RECORDER_BURNING; },
+     "The recorder is busy and cannot write media at this time."},
+    {"no medium", [](LegacyService& s) { s.mediumType = s.mediumFlags = 0; },
+     "There is no medium in the recorder."},
+    {"a finalised CD-R",
+     [](LegacyService& s) {
+       s.mediumType = MEDIA_CDDA_CDROM;
+       s.mediumFlags = 0;
+     },
+     "The medium in the recorder is not writable."},
+};
+
+TEST_F(LegacyPath, WhatCannotBeWrittenIsRefusedBeforeAnythingIsDone) {
+  for (const Machine& machine : kRefusals) {
+    SCOPED_TRACE(machine.what);
+    service_ = {};
+    machine.set(service_);
+    withService([&] {
+      CQuillonMediaProcessor processor;
+      fill(processor);
+      EXPECT_FALSE(processor.WriteToMedia());
+      EXPECT_EQ(sentenceOf(processor), machine.sentence);
+    });
+    EXPECT_EQ(service_.files.size(), 0U);
+    EXPECT_EQ(service_.record, "");
+    EXPECT_EQ(service_.erase, "");
+  }
+}
+
+TEST_F(LegacyPath, ContentThatIsNotThereIsRefused) {
+  const struct {
+    const char16_t* path;
+    const char* sentence;
+  } cases[] = {
+      {u"/no/such/place",
+       "CShellFolder::ParseDisplayName failed for this reason:  The system cannot find the path "
+       "specified."},
+      {u"C:\\a?b", "The filename a?b cannot contain these characters: \\/:*?\"<>|"},
+  };
+  for (const auto& c : cases) {
+    service_ = {};
+    withService([&] {
+      CQuillonMediaProcessor processor;
+      EXPECT_TRUE(processor.AddContent(c.path));
+      EXPECT_FALSE(processor.WriteToMedia());
+      EXPECT_EQ(sentenceOf(processor), c.sentence);
+    });
+    EXPECT_EQ(service_.record, "");
+  }
+}
+
+// Asks both questions of a service in the same state.
+void expectNoAnswer(const LegacyService& state, const std::string& sentence,
+                    const std::function<void(LegacyService&, const std::function<void()>&)>& with) {
+  for (const bool asksForContent : {true, false}) {
+    LegacyService service = state;
+    with(service, [&] {
+      CQuillonMediaProcessor processor;
+      bool answer = true;
+      EXPECT_FALSE(asksForContent ? processor.CDRWHasContent(answer)
+                                  : processor.CDIsRecordable(answer));
+      EXPECT_FALSE(answer);
+      EXPECT_EQ(sentenceOf(processor), sentence);
+    });
+  }
+}
+
+TEST_F(LegacyPath, AFailingStepOfTheQueryLeavesNoAnswer) {
+  const auto with = [this](LegacyService& service, const std::function<void()>& job) {
+    service_ = service;
+    withService(job);
+  };
+  std::vector<Fault> faults(std::begin(kSharedFaults), std::end(kSharedFaults));
+  faults.push_back({"HasRecordableDrive", legacyCode(0x213),
+                    "CMediaBurnUtil::HasRecordableDrive failed for this reason:  The currently "
+                    "active disc recorder has been invalidated because the device was removed from "
+                    "the system"});
+  for (const Fault& fault : faults) {
+    SCOPED_TRACE(fault.call);
+    LegacyService service;
+    service.failingCall = fault.call;
+    service.failure = fault.failure;
+    service.throws = fault.throws;
+    expectNoAnswer(service, fault.sentence, with);
+  }
+  for (const Machine& machine : kRefusals) {
+    SCOPED_TRACE(machine.what);
+    LegacyService service;
+    machine.set(service);
+    expectNoAnswer(service, machine.sentence, with);
+  }
+  LegacyService service;
+  service.hasRecordableDrive = false;
+  expectNoAnswer(service, "There is no recordable drive present.", with);
+  expectNoAnswer({}, kNoInterface, [this](LegacyService& fresh, const std::function<void()>& job) {
+    service_ = fresh;
+    withService(job, /*hasBurner=*/false);
+  });
+}
+
+TEST_F(LegacyPath, AnswersWhatTheMediumIs) {
+  const struct {
+    const char* what;
+    LONG type, flags;
+    bool isRecordable, hasContent;
+    const char* sentence;
+  } cases[] = {
+      {"blank CD-R", MEDIA_SPECIAL, MEDIA_BLANK | MEDIA_WRITABLE, true, false, ""},
+      {"CD-RW with data", MEDIA_CDDA_CDROM, MEDIA_RW | MEDIA_WRITABLE, true, true, ""},
+      {"blank CD-RW", MEDIA_SPECIAL, MEDIA_RW | MEDIA_BLANK | MEDIA_WRITABLE, true, false, ""},
+      {"appendable CD-R", MEDIA_CD_ROM_XA, MEDIA_WRITABLE, false, false,
+       "The medium in the recorder is not writable."},
+      {"appendable of another kind", MEDIA_CD_EXTRA, MEDIA_WRITABLE, true, false, ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    service_ = {};
+    service_.mediumType = c.type;
+    service_.mediumFlags = c.flags;
+    withService([&] {
+      CQuillonMediaProcessor processor;
+      bool answer = !c.hasContent;
+      EXPECT_TRUE(processor.CDRWHasContent(answer));
+      EXPECT_EQ(answer, c.hasContent);
+      EXPECT_EQ(sentenceOf(processor), "");
+      EXPECT_TRUE(processor.CDIsRecordable(answer));
+      EXPECT_EQ(answer, c.isRecordable);
+      EXPECT_EQ(sentenceOf(processor), c.sentence);
+    });
+    EXPECT_EQ(service_.record + service_.erase, "") << "a question changes nothing";
+  }
+}
+
+}  // namespace
+}  // namespace quillon
