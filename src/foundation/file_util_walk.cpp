@@ -39,9 +39,11 @@ bool CFileUtil::WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkM
   if (fileSpec.empty()) return Fail(kMsgFileSpecificationMissing);
   FindHandle found{Text(fileSpec)};
   if (!found.IsOpen()) {
-    // Nothing matches: no failure, but the sentence says why nothing was done.
+    const DWORD code = GetLastError();
+    // Nothing matches: no failure, but the sentence says why nothing was done. A directory that
+    // cannot be listed is one: what is in it would be left out of a copy without a word.
     SetErrorMessage(kMsgFileSpecificationInvalid, {fileSpec});
-    return true;
+    return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
   }
   do {
     const WIN32_FIND_DATAW& entry = found.Entry();

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "disc/media_processor.h"
-#include "legacy_service.h"
+#include "support/legacy_service.h"
 #include "platform/imapi2.h"
 
 namespace quillon {

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "disc/media_processor.h"
-#include "legacy_service.h"
+#include "support/legacy_service.h"
 #include "platform/imapi2.h"
 #include "support/temp_dir.h"
 

@@ -11,6 +11,7 @@
 
 #include "win32/environment.h"
 #include "win32/file_handle.h"
+#include "win32/file_status.h"
 #include "win32/last_error.h"
 #include "win32/path_translation.h"
 
@@ -249,6 +250,23 @@ BOOL WINAPI GetFileSizeEx(HANDLE handle, PLARGE_INTEGER size) {
   struct stat status {};
   if (::fstat(file->descriptor, &status) != 0) return failWithErrno(errno);
   size->QuadPart = status.st_size;
+  return TRUE;
+}
+
+BOOL WINAPI GetFileInformationByHandle(HANDLE handle, LPBY_HANDLE_FILE_INFORMATION information) {
+  const FileHandle* file = fileOf(handle);
+  if (file == nullptr) return FALSE;
+  if (information == nullptr) return failWith(ERROR_INVALID_PARAMETER);
+  struct stat status {};
+  if (::fstat(file->descriptor, &status) != 0) return failWithErrno(errno);
+  *information = BY_HANDLE_FILE_INFORMATION{};
+  fillData(*information, status, /*isLink=*/false);
+  const auto device = static_cast<std::uint64_t>(status.st_dev);
+  const auto index = static_cast<std::uint64_t>(status.st_ino);
+  information->dwVolumeSerialNumber = static_cast<DWORD>((device >> 32) ^ (device & 0xFFFFFFFF));
+  information->nNumberOfLinks = static_cast<DWORD>(status.st_nlink);
+  information->nFileIndexHigh = static_cast<DWORD>(index >> 32);
+  information->nFileIndexLow = static_cast<DWORD>(index & 0xFFFFFFFF);
   return TRUE;
 }
 

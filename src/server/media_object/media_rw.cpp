@@ -1,5 +1,8 @@
 #include "server/media_object/media_rw.h"
 
+#include "disc/media_processor.h"
+#include "foundation/com_base.h"
+
 namespace quillon {
 
 namespace {
@@ -244,6 +247,57 @@ HRESULT CQuillonMediaRW::CreateDicomFileSet(VARIANT_BOOL* pbSuccess) {
     builder_.ClearIheLabel();
     return FailWithDefault(E_FAIL, kMsgCannotCreateDicomDir);
   }
+}
+
+HRESULT CQuillonMediaRW::Write(VARIANT_BOOL* pbSuccess) {
+  result_ = S_OK;
+  if (pbSuccess == nullptr) return RefuseArguments();
+  try {
+    if (!builder_.WriteMedia({}, builder_.simulateCreation, builder_.performFullErase,
+                             builder_.ejectMediumAfterCreation, builder_.clearAfterWrite)) {
+      return FailWithDefault(S_FALSE, kMsgOperationFailed);
+    }
+    builder_.SetErrorMessage(kMsgFilesetWritten);
+    *pbSuccess = VARIANT_TRUE;
+    return S_OK;
+  } catch (...) {
+    builder_.DiscardPatientList();
+    return FailWithDefault(S_FALSE, kMsgOperationFailed);
+  }
+}
+
+template <typename Question>
+HRESULT CQuillonMediaRW::AskAboutDisc(VARIANT_BOOL* pVal, Question question) {
+  if (pVal == nullptr) return RefuseArguments();
+  *pVal = VARIANT_FALSE;
+  try {
+    if (!builder_.CheckOperatingSystem()) return S_FALSE;
+    CQuillonMediaProcessor processor;
+    if (question(processor, *pVal)) return S_OK;
+    builder_.SetErrorMessage(processor.ErrorMessage());
+    return S_FALSE;
+  } catch (...) {
+    FailAsThrown(builder_, kMsgCannotDetermineMediaType);
+    return S_FALSE;
+  }
+}
+
+HRESULT CQuillonMediaRW::get_CDRWHasContent(VARIANT_BOOL* pVal) {
+  return AskAboutDisc(pVal, [](CQuillonMediaProcessor& processor, VARIANT_BOOL& answer) {
+    bool hasContent = false;
+    if (!processor.CDRWHasContent(hasContent)) return false;
+    answer = ToVariantBool(hasContent);
+    return true;
+  });
+}
+
+HRESULT CQuillonMediaRW::get_CDIsRecordable(VARIANT_BOOL* pVal) {
+  return AskAboutDisc(pVal, [](CQuillonMediaProcessor& processor, VARIANT_BOOL& answer) {
+    bool isRecordable = false;
+    if (!processor.CDIsRecordable(isRecordable) || !isRecordable) return false;
+    answer = VARIANT_TRUE;
+    return true;
+  });
 }
 
 template <typename Total>

@@ -40,6 +40,15 @@ class CDicomDirProcessor : public CBaseItem {
   // Composes the label, keeps it as the IHE label and writes it to LABEL.TXT in the root (UTF-16
   // little endian without a mark, a line feed at the end).
   bool WriteLabel(CPatientList* patients, TextView rootDirectory);
+  // Delivers the file set: to directCopyDirectory (its missing levels are made, files of the same
+  // name replaced) with performDirectCopy, else to the disc in the first recorder. An empty source
+  // directory means the root directory. With clearAfterWrite the source is deleted afterwards,
+  // WHETHER OR NOT it was delivered; a target that is the source, or lies in it, is refused with
+  // nothing deleted.
+  bool WriteMedia(TextView sourceDirectory, bool simulate, bool fullErase, bool eject,
+                  bool clearAfterWrite);
+  // False, with a sentence, where the platform is too old to record.
+  bool CheckOperatingSystem();
   // Of the objects added and the other content; 0 when false.
   bool GetTotalSize(std::uint64_t& sizeBytes);
   bool GetTotalFileCount(std::uint32_t& count);
@@ -76,6 +85,12 @@ class CDicomDirProcessor : public CBaseItem {
 
  private:
   enum class Measure { Files, Bytes };
+  struct RecordingOptions {
+    bool simulate;
+    bool fullErase;
+    bool eject;
+    bool clearAfterWrite;
+  };
 
   void EnsurePatientList();
   bool HasPatients();
@@ -87,6 +102,9 @@ class CDicomDirProcessor : public CBaseItem {
   CSeries* FileIntoSeries(const DcElemList& dataSet, CStudy& study, TextView fileName);
   bool CopyOtherContent(const Text& rootDirectory);
   bool MeasureOtherContent(Measure what, std::uint64_t& total);
+  bool CopyFileSet(const Text& source, const Text& target);
+  bool WriteDisc(const Text& source, const RecordingOptions& options);
+  bool ClearSource(const Text& source, bool succeeded);
 
   std::unique_ptr<CPatientList> patients_;
   CFileUtil files_;

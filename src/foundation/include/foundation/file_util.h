@@ -23,6 +23,9 @@ class CFileUtil : public CBaseItem {
   bool HasDrive(TextView path);  // leaves no message
   bool ValidatePath(TextView path);
   bool PathExists(TextView path);
+  // True when path is the directory or lies below it, whatever links lead there; what does not
+  // exist yet lies where it would be made. No message.
+  bool LiesWithin(TextView path, TextView directory);
   bool GetFileAttributes(TextView path, WIN32_FILE_ATTRIBUTE_DATA& data);
   bool GetFileSize(TextView path, std::uint32_t& sizeBytes);    // refuses empty files
   bool GetFileSize64(TextView path, std::uint64_t& sizeBytes);  // refuses empty files

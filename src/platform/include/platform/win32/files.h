@@ -76,6 +76,20 @@ struct WIN32_FIND_DATAW {
 };
 using LPWIN32_FIND_DATAW = WIN32_FIND_DATAW*;
 
+struct BY_HANDLE_FILE_INFORMATION {
+  DWORD dwFileAttributes;
+  FILETIME ftCreationTime;
+  FILETIME ftLastAccessTime;
+  FILETIME ftLastWriteTime;
+  DWORD dwVolumeSerialNumber;
+  DWORD nFileSizeHigh;
+  DWORD nFileSizeLow;
+  DWORD nNumberOfLinks;
+  DWORD nFileIndexHigh;
+  DWORD nFileIndexLow;
+};
+using LPBY_HANDLE_FILE_INFORMATION = BY_HANDLE_FILE_INFORMATION*;
+
 // CREATE_ALWAYS and OPEN_ALWAYS on an existing file succeed with the last error 183. Sharing modes
 // are not enforced. Security, template and overlapped arguments must be null.
 HANDLE WINAPI CreateFileW(LPCWSTR fileName, DWORD access, DWORD share,
@@ -96,6 +110,8 @@ BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER
                              DWORD method);
 BOOL WINAPI SetEndOfFile(HANDLE file);
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size);
+// Volume and index together identify what is open, under whatever name it was opened.
+BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information);
 BOOL WINAPI CloseHandle(HANDLE handle);
 
 // The attributes of what a path names. A symbolic link has FILE_ATTRIBUTE_REPARSE_POINT, together

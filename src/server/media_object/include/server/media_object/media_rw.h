@@ -48,6 +48,11 @@ class CQuillonMediaRW : public CBaseItem {
   HRESULT AddFile(BSTR bstrFilename, VARIANT_BOOL* pbResult);
   // Moves every added file into the file set. Empties the patient list.
   HRESULT CreateDicomFileSet(VARIANT_BOOL* pbSuccess);
+  // Delivers the file set in the root directory: to the disc in the first recorder, or with
+  // PerformDirectCopy to DirectCopyDirectory. ErrMessageText tells of success too. A failure is
+  // S_FALSE, also in Result, and leaves *pbSuccess alone. With ClearAfterWrite the root directory
+  // is deleted afterwards, also after a failure.
+  HRESULT Write(VARIANT_BOOL* pbSuccess);
   // Of the files added since the last creation and the other content. S_FALSE and 0 when there
   // are none.
   HRESULT get_TotalSizeOfFileSet(std::uint64_t* pVal);
@@ -63,6 +68,11 @@ class CQuillonMediaRW : public CBaseItem {
   HRESULT put_DirectCopyDirectory(BSTR newVal);
   // Removes the root directory and what the job left behind; empties the patient list.
   HRESULT Wipe();
+  // Whether the disc in the first recorder is a rewritable one that holds data, and whether it can
+  // be recorded. *pVal is 0 unless the answer is yes; S_FALSE, with a sentence, when there is no
+  // answer, and for a disc that is not recordable. Neither resets Result.
+  HRESULT get_CDRWHasContent(VARIANT_BOOL* pVal);
+  HRESULT get_CDIsRecordable(VARIANT_BOOL* pVal);
   HRESULT get_UniquePatientId(BSTR* pVal);
   HRESULT put_UniquePatientId(BSTR newVal);
 
@@ -77,6 +87,9 @@ class CQuillonMediaRW : public CBaseItem {
                          UINT refusal);
   template <typename Operation>
   HRESULT Add(Operation operation, VARIANT_BOOL* pbResult, UINT message);
+  // Asks a media processor of its own.
+  template <typename Question>
+  HRESULT AskAboutDisc(VARIANT_BOOL* pVal, Question question);
   template <typename Total>
   HRESULT GetTotal(bool (CDicomDirProcessor::*count)(Total&), Total& total);
   HRESULT RefuseArguments();

@@ -1,4 +1,4 @@
-#include "legacy_service.h"
+#include "support/legacy_service.h"
 
 #include <filesystem>
 

@@ -1,0 +1,57 @@
+// The part of CFileUtil that tells files apart by what they are, not by their names.
+#include "foundation/file_util.h"
+
+namespace quillon {
+namespace {
+
+struct FileIdentity {
+  DWORD volume = 0;
+  DWORD indexHigh = 0;
+  DWORD indexLow = 0;
+
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+bool ReadIdentity(const Text& path, FileIdentity& identity) {
+  const HANDLE file =
+      CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  BY_HANDLE_FILE_INFORMATION information{};
+  const bool isRead = GetFileInformationByHandle(file, &information) != FALSE;
+  CloseHandle(file);
+  identity = {information.dwVolumeSerialNumber, information.nFileIndexHigh,
+              information.nFileIndexLow};
+  return isRead;
+}
+
+// Shortens the path to the part of it that exists. False when nothing of it does.
+bool FindExisting(Text& path, FileIdentity& identity) {
+  constexpr TextView kSeparators = OLESTR("\\/");
+  while (!ReadIdentity(path, identity)) {
+    const std::size_t lastUnit = path.find_last_not_of(kSeparators);
+    if (lastUnit == Text::npos) return false;
+    const std::size_t separator = path.find_last_of(kSeparators, lastUnit);
+    if (separator == Text::npos) return false;
+    path.resize(separator + 1);
+  }
+  return true;
+}
+
+}  // namespace
+
+bool CFileUtil::LiesWithin(TextView path, TextView directory) {
+  FileIdentity wanted;
+  if (!ReadIdentity(Text(directory), wanted)) return false;
+  Text current(path);
+  FileIdentity identity;
+  if (!FindExisting(current, identity)) return false;
+  // The root's parent is the root.
+  for (FileIdentity parent; !(identity == wanted); identity = parent) {
+    current += OLESTR("\\..");
+    if (!ReadIdentity(current, parent) || parent == identity) return false;
+  }
+  return true;
+}
+
+}  // namespace quillon

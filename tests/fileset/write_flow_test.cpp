@@ -1,0 +1,248 @@
+// Delivering a file set: what reaches its target, what is said when it does not, and what becomes
+// of the file set in the root directory.
+#include <gtest/gtest.h>
+
+#include "builder_job.h"
+#include "platform/imapi2.h"
+#include "support/legacy_service.h"
+
+namespace quillon::test {
+namespace {
+
+const std::vector<std::string> kTree = {"DICOMDIR", "DICOMOBJ/P1/QLN00001", "DICOMOBJ/P1/QLN00002",
+                                        "LABEL.TXT", "QUILLON/a/b/c/d"};
+
+class WriteFlow : public ::testing::Test {
+ protected:
+  WriteFlow() {
+    fillRoot();
+    job_.builder.SetDirectCopyDirectory(wide(target_));
+  }
+
+  void fillRoot() const {
+    for (const std::string& name : kTree) {
+      fs::create_directories((job_.root / name).parent_path());
+      writeText(job_.root / name, "content of " + name);
+    }
+  }
+  void expectTree(const fs::path& directory) const {
+    EXPECT_EQ(filesBelow(directory), kTree);
+    for (const std::string& name : kTree) {
+      const auto bytes = readBytes(directory / name);
+      EXPECT_EQ(std::string(bytes.begin(), bytes.end()), "content of " + name);
+    }
+  }
+  bool write(bool clears) { return job_.builder.WriteMedia({}, false, false, false, clears); }
+  bool copy(bool clears) {
+    job_.builder.performDirectCopy = true;
+    return write(clears);
+  }
+
+  BuilderJob job_;
+  fs::path target_ = job_.dir / "some/levels/down/target";
+  fs::path before_ = fs::current_path();
+};
+
+TEST_F(WriteFlow, ADirectCopyMakesItsDirectoryAndReplacesFilesOfTheSameName) {
+  EXPECT_TRUE(copy(false)) << job_.sentence();
+  expectTree(target_);
+  expectTree(job_.root);
+  writeText(target_ / "DICOMDIR", "something else, and longer than what it is replaced by");
+  writeText(target_ / "other", "stays");
+  EXPECT_TRUE(copy(true)) << job_.sentence();
+  EXPECT_FALSE(fs::exists(job_.root));
+  EXPECT_EQ(readBytes(target_ / "other").size(), 5U);
+  fs::remove(target_ / "other");
+  expectTree(target_);
+  EXPECT_EQ(fs::current_path(), before_);
+}
+
+TEST_F(WriteFlow, ADirectCopyOfRelativePathsGoesWhereTheyLead) {
+  fs::current_path(job_.dir.path());
+  EXPECT_TRUE(job_.builder.SetDicomRootDirectory(u"root"));
+  EXPECT_TRUE(job_.builder.SetDirectCopyDirectory(u"near/by"));
+  EXPECT_TRUE(copy(true)) << job_.sentence();
+  fs::current_path(before_);
+  expectTree(job_.dir / "near/by");
+  EXPECT_FALSE(fs::exists(job_.root));
+}
+
+TEST_F(WriteFlow, ACopyThatWouldBeNoneIsRefusedAndDeletesNothing) {
+  fs::create_directory_symlink(job_.root / "QUILLON", job_.dir / "link");
+  const fs::path targets[] = {job_.root,
+                              job_.root / ".",
+                              job_.root / "QUILLON/..",
+                              job_.root / "new/directory",
+                              job_.dir / "root/DICOMOBJ",
+                              job_.dir / "link",
+                              job_.dir / "link/a/new"};
+  for (const fs::path& target : targets) {
+    SCOPED_TRACE(target);
+    ASSERT_TRUE(job_.builder.SetDirectCopyDirectory(wide(target)));
+    EXPECT_FALSE(copy(true));
+    EXPECT_EQ(job_.sentence(), "The directory for the direct file copy is invalid.");
+    expectTree(job_.root);
+  }
+}
+
+TEST_F(WriteFlow, ATargetAroundTheSourceIsCopiedTo) {
+  ASSERT_TRUE(job_.builder.SetDirectCopyDirectory(wide(job_.dir.path())));
+  EXPECT_TRUE(copy(true)) << job_.sentence();
+  EXPECT_FALSE(fs::exists(job_.root));
+  for (const std::string& name : kTree) EXPECT_TRUE(fs::exists(job_.dir / name)) << name;
+}
+
+TEST_F(WriteFlow, AFailedDirectCopyTellsWhyAndClearsWhenAsked) {
+  const struct {
+    const char* what;
+    std::function<void()> spoil;
+    std::string sentence;
+  } cases[] = {
+      {"an empty file in the set", [this] { writeText(job_.root / "DICOMDIR", ""); },
+       "The path " + (job_.root / "DICOMDIR").string() + " does not refer to a valid file."},
+      {"a file where the target goes",
+       [this] {
+         fs::remove_all(target_);
+         writeText(target_, "in the way");
+       },
+       "Cannot create the directory target for this reason:  Cannot create a file when that file "
+       "already exists."},
+      {"a directory in the place of a file",
+       [this] {
+         fs::remove_all(target_);
+         fs::create_directories(target_ / "LABEL.TXT");
+       },
+       "Cannot open the file " + (target_ / "LABEL.TXT").string() + "."},
+  };
+  for (const auto& c : cases) {
+    for (const bool clears : {false, true}) {
+      SCOPED_TRACE(std::string(c.what) + (clears ? ", clearing" : ""));
+      fillRoot();
+      fs::remove_all(target_);
+      fs::create_directories(target_.parent_path());
+      c.spoil();
+      std::string sentence = c.sentence;
+      for (char& unit : sentence) {
+        if (unit == '\\') unit = '/';
+      }
+      EXPECT_FALSE(copy(clears));
+      std::string told = job_.sentence();
+      for (char& unit : told) {
+        if (unit == '\\') unit = '/';
+      }
+      EXPECT_EQ(told, sentence);
+      EXPECT_EQ(fs::exists(job_.root), !clears);
+      EXPECT_EQ(fs::current_path(), before_);
+    }
+  }
+}
+
+TEST_F(WriteFlow, ASourceThatIsNotThereFailsWithoutATarget) {
+  fs::remove_all(job_.root);
+  EXPECT_FALSE(copy(true));
+  EXPECT_EQ(job_.sentence(), "Cannot change to the directory " + job_.root.string() +
+                                 " for this reason:  The system cannot find the file specified.");
+}
+
+// The disc path over a legacy service; COM initialised as a host has it.
+class DiscFlow : public WriteFlow {
+ protected:
+  DiscFlow() { EXPECT_EQ(CoInitialize(nullptr), S_OK); }
+  ~DiscFlow() override { CoUninitialize(); }
+
+  bool writeDisc(bool clears, bool hasMaster = true, bool hasBurner = true) {
+    const HiddenClass noCurrent(CLSID_MsftDiscMaster2);
+    const RegisteredLegacyService registered(service_, hasMaster, hasBurner);
+    const bool written = write(clears);
+    EXPECT_EQ(service_.liveObjects, 0);
+    return written;
+  }
+
+  LegacyService service_;
+};
+
+TEST_F(DiscFlow, TheSetIsWrittenUnderTheJobsOptions) {
+  const struct {
+    const char* what;
+    bool simulate, fullErase, eject, clears;
+    const char16_t* volume;
+    const char* record;
+    const char* erase;
+    const char16_t* writtenVolume;
+  } cases[] = {
+      {"defaults of a host", false, false, true, true, u"", "write+eject", "quick", u"Quillon"},
+      {"named, kept", false, true, false, false, u"STUDY_1", "write", "full", u"STUDY_1"},
+      {"test run", true, true, true, false, u"X", "simulate+eject", "", u"X"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    fillRoot();
+    service_ = {};
+    service_.mediumFlags = MEDIA_RW | MEDIA_WRITABLE;
+    ASSERT_TRUE(job_.builder.SetVolumeName(c.volume));
+    const HiddenClass noCurrent(CLSID_MsftDiscMaster2);
+    const RegisteredLegacyService registered(service_, true, true);
+    EXPECT_TRUE(job_.builder.WriteMedia({}, c.simulate, c.fullErase, c.eject, c.clears))
+        << job_.sentence();
+    EXPECT_EQ(service_.record, c.record);
+    EXPECT_EQ(service_.erase, c.erase);
+    EXPECT_EQ(service_.volumeName, c.writtenVolume);
+    ASSERT_EQ(service_.files.size(), kTree.size());
+    for (const std::string& name : kTree) {
+      EXPECT_EQ(service_.files[name], "content of " + name);
+    }
+    EXPECT_EQ(fs::exists(job_.root), !c.clears);
+  }
+}
+
+TEST_F(DiscFlow, AFailingStepTellsWhyAndClearsWhenAsked) {
+  const struct {
+    const char* what;
+    std::function<void()> spoil;
+    bool hasMaster, hasBurner;
+    const char* sentence;
+  } cases[] = {
+      {"an old system", [] { platform::testing::SubstituteVersion(5, 0, 2195, 4); }, true, true,
+       "Windows XP or later is required to record the DICOM fileset to compact disc."},
+      {"no recorder", [this] { service_.hasRecordableDrive = false; }, true, true,
+       "There is no recordable drive present."},
+      {"no shell component", [] {}, true, false, "Cannot initialize the IMAPI interface instance."},
+      {"a shell component that fails",
+       [this] {
+         service_.failingCall = "HasRecordableDrive";
+         service_.failure = static_cast<HRESULT>(0x8004020E);
+       },
+       true, true,
+       "CMediaBurnUtil::HasRecordableDrive failed for this reason:  An unexpected and unexplained "
+       "failure ended the recording"},
+      {"no disc mastering", [] {}, false, true,
+       "Cannot determine the current version of IMAPI that is installed."},
+      {"a full disc",
+       [this] {
+         service_.failingCall = "RecordDisc";
+         service_.failure = static_cast<HRESULT>(0x8004021C);
+       },
+       true, true,
+       "CDiscMaster::RecordDisc failed for this reason:  The disc cannot hold any more data"},
+      {"no file set", [this] { fs::remove_all(job_.root); }, true, true,
+       "CShellFolder::ParseDisplayName failed for this reason:  The system cannot find the file "
+       "specified."},
+  };
+  for (const auto& c : cases) {
+    for (const bool clears : {false, true}) {
+      SCOPED_TRACE(std::string(c.what) + (clears ? ", clearing" : ""));
+      const platform::testing::Scope restored;
+      fillRoot();
+      service_ = {};
+      c.spoil();
+      const bool hadRoot = fs::exists(job_.root);
+      EXPECT_FALSE(writeDisc(clears, c.hasMaster, c.hasBurner));
+      EXPECT_EQ(job_.sentence(), c.sentence);
+      EXPECT_EQ(service_.record, "");
+      EXPECT_EQ(fs::exists(job_.root), hadRoot && !clears);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace quillon::test
