@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "disc/media_processor.h"
-#include "support/legacy_service.h"
 #include "platform/imapi2.h"
+#include "support/legacy_service.h"
 
 namespace quillon {
 namespace {

@@ -5,8 +5,8 @@
 #include <thread>
 
 #include "disc/media_processor.h"
-#include "support/legacy_service.h"
 #include "platform/imapi2.h"
+#include "support/legacy_service.h"
 #include "support/temp_dir.h"
 
 namespace quillon {
