@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "disc/media_processor.h"
+#include "platform/com/com_object.h"
 #include "platform/imapi2.h"
 #include "support/legacy_service.h"
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "fake_disc_service.h"
 #include "foundation/base_item.h"
 #include "platform/testing.h"
+#include "support/disc_service.h"
 #include "support/temp_dir.h"
 
 namespace quillon::test {

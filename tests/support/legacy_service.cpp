@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "platform/com/com_object.h"
+
 namespace quillon::test {
 
 namespace {
@@ -259,14 +261,6 @@ HRESULT LegacyService::call(const std::string& name) {
   return failure;
 }
 
-DWORD registerClass(REFCLSID clsid, Factory::Create create) {
-  ComPtr<IUnknown> factory;
-  factory.Attach(new Factory(std::move(create)));
-  DWORD cookie = 0;
-  CoRegisterClassObject(clsid, factory.Get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie);
-  return cookie;
-}
-
 RegisteredLegacyService::RegisteredLegacyService(LegacyService& service, bool hasMaster,
                                                  bool hasBurner) {
   cookies_.push_back(
@@ -284,10 +278,5 @@ RegisteredLegacyService::RegisteredLegacyService(LegacyService& service, bool ha
 RegisteredLegacyService::~RegisteredLegacyService() {
   for (const DWORD cookie : cookies_) CoRevokeClassObject(cookie);
 }
-
-HiddenClass::HiddenClass(REFCLSID clsid)
-    : cookie_(registerClass(clsid, [](REFIID, void**) { return REGDB_E_CLASSNOTREG; })) {}
-
-HiddenClass::~HiddenClass() { CoRevokeClassObject(cookie_); }
 
 }  // namespace quillon::test

@@ -2,13 +2,12 @@
 // remembers what was done to it, and of which any one call can be made to fail.
 #pragma once
 
-#include <functional>
 #include <map>
 #include <string>
 #include <vector>
 
-#include "platform/com/com_object.h"
 #include "platform/imapi.h"
+#include "support/com_class.h"
 
 namespace quillon::test {
 
@@ -52,35 +51,5 @@ class RegisteredLegacyService {
  private:
   std::vector<DWORD> cookies_;
 };
-
-// Hides a class that the layer itself offers, so that creating it fails.
-class HiddenClass {
- public:
-  explicit HiddenClass(REFCLSID clsid);
-  ~HiddenClass();
-  HiddenClass(const HiddenClass&) = delete;
-  HiddenClass& operator=(const HiddenClass&) = delete;
-
- private:
-  DWORD cookie_ = 0;
-};
-
-// A class object that makes its objects by a function.
-class Factory final : public ComObject<IClassFactory, IID_IClassFactory> {
- public:
-  using Create = std::function<HRESULT(REFIID, void**)>;
-  explicit Factory(Create create) : create_(std::move(create)) {}
-
-  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID riid, void** object) override {
-    *object = nullptr;
-    return outer != nullptr ? CLASS_E_NOAGGREGATION : create_(riid, object);
-  }
-  HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
-
- private:
-  Create create_;
-};
-
-DWORD registerClass(REFCLSID clsid, Factory::Create create);
 
 }  // namespace quillon::test

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "fake_disc_service.h"
 #include "platform/com/com_object.h"
+#include "support/disc_service.h"
 
 namespace quillon::test {
 

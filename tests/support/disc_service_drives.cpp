@@ -1,5 +1,5 @@
 // The disc master, the recorders and the formats.
-#include "fake_disc_objects.h"
+#include "support/disc_service_objects.h"
 
 namespace quillon::test {
 

@@ -1,7 +1,7 @@
 // The file system image, its root, its result and its stream.
 #include <filesystem>
 
-#include "fake_disc_objects.h"
+#include "support/disc_service_objects.h"
 
 namespace quillon::test {
 namespace {
