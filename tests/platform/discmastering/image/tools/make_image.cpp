@@ -9,7 +9,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -50,7 +49,8 @@ struct Options {
   int systems = 7;
   bool strict = false;
   int level = 0;
-  bool sparse = false;
+  long long leaveOutFrom = 0;
+  long long leaveOutTo = 0;
   std::string volume = "Quillon";
   std::string output;
   std::vector<std::string> directories;
@@ -62,8 +62,9 @@ Options parse(int count, char** values) {
     const std::string value = values[i];
     if (value == "--strict") {
       options.strict = true;
-    } else if (value == "--sparse") {
-      options.sparse = true;
+    } else if (value == "--leave-out" && i + 2 < count) {
+      options.leaveOutFrom = std::atoll(values[++i]);
+      options.leaveOutTo = std::atoll(values[++i]);
     } else if (value == "--systems" && i + 1 < count) {
       options.systems = std::atoi(values[++i]);
     } else if (value == "--level" && i + 1 < count) {
@@ -86,10 +87,13 @@ void writePieces(IStream& stream, const Options& options) {
   std::vector<char> piece(1U << 20);
   off_t position = 0;
   for (ULONG got = 1; got > 0; position += got) {
+    if (position == options.leaveOutFrom && options.leaveOutTo > 0) {
+      LARGE_INTEGER target{};
+      target.QuadPart = position = options.leaveOutTo;
+      require(stream.Seek(target, STREAM_SEEK_SET, nullptr), "Seek");
+    }
     require(stream.Read(piece.data(), static_cast<ULONG>(piece.size()), &got), "Read");
-    const bool hole = options.sparse && std::all_of(piece.begin(), piece.begin() + got,
-                                                    [](char c) { return c == 0; });
-    if (!hole && ::pwrite(out, piece.data(), got, position) != static_cast<ssize_t>(got)) {
+    if (::pwrite(out, piece.data(), got, position) != static_cast<ssize_t>(got)) {
       require(E_FAIL, "pwrite");
     }
   }

@@ -2,14 +2,16 @@
 // volume's name.
 //
 //   read_udf IMAGE TARGET
+//   read_udf --places IMAGE
 //
-// Pieces that are all zeros become holes.
+// The second form prints the first sector, the size and the name of each file of the root, and
+// fails when one of them does not lie in one run of sectors.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <udfread/udfread.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -32,15 +34,13 @@ void copyFile(UDFDIR* directory, const char* name, const std::string& target) {
     const ssize_t got = udfread_file_read(file, piece.data(), piece.size());
     if (got < 0) fail("cannot read " + target);
     if (got == 0) break;
-    const bool hole =
-        std::all_of(piece.begin(), piece.begin() + got, [](char c) { return c == 0; });
-    if (!hole && ::pwrite(out, piece.data(), static_cast<std::size_t>(got), position) != got) {
+    if (::pwrite(out, piece.data(), static_cast<std::size_t>(got), position) != got) {
       fail("cannot write " + target);
     }
     position += got;
   }
   if (position != udfread_file_size(file)) fail("size of " + target);
-  if (::ftruncate(out, position) != 0 || ::close(out) != 0) fail("cannot write " + target);
+  if (::close(out) != 0) fail("cannot write " + target);
   udfread_file_close(file);
 }
 
@@ -60,14 +60,39 @@ void copyDirectory(UDFDIR* directory, const std::string& target) {
   udfread_closedir(directory);
 }
 
+void printPlaces(UDFDIR* root) {
+  if (root == nullptr) fail("cannot open the root");
+  udfread_dirent entry{};
+  while (udfread_readdir(root, &entry) != nullptr) {
+    if (entry.d_type != UDF_DT_REG) continue;
+    UDFFILE* file = udfread_file_openat(root, entry.d_name);
+    if (file == nullptr) fail(std::string("cannot open ") + entry.d_name);
+    const std::int64_t size = udfread_file_size(file);
+    const std::uint32_t first = udfread_file_lba(file, 0);
+    for (std::uint32_t block = 0; block * std::int64_t{2048} < size; ++block) {
+      if (udfread_file_lba(file, block) != first + block) fail("more than one run of sectors");
+    }
+    std::printf("%u %lld %s\n", first, static_cast<long long>(size), entry.d_name);
+    udfread_file_close(file);
+  }
+  udfread_closedir(root);
+}
+
 }  // namespace
 
 int main(int count, char** values) {
-  if (count != 3) fail("usage: read_udf IMAGE TARGET");
+  if (count != 3) fail("usage: read_udf IMAGE TARGET or read_udf --places IMAGE");
+  const bool printsPlaces = std::string(values[1]) == "--places";
   udfread* volume = udfread_init();
-  if (volume == nullptr || udfread_open(volume, values[1]) < 0) fail("cannot open the image");
-  std::printf("%s\n", udfread_get_volume_id(volume));
-  copyDirectory(udfread_opendir(volume, "/"), values[2]);
+  if (volume == nullptr || udfread_open(volume, values[printsPlaces ? 2 : 1]) < 0) {
+    fail("cannot open the image");
+  }
+  if (printsPlaces) {
+    printPlaces(udfread_opendir(volume, "/"));
+  } else {
+    std::printf("%s\n", udfread_get_volume_id(volume));
+    copyDirectory(udfread_opendir(volume, "/"), values[2]);
+  }
   udfread_close(volume);
   return 0;
 }
