@@ -23,6 +23,14 @@ struct FileSource {
 struct ImageNode {
   using Children = std::map<std::u16string, std::shared_ptr<ImageNode>, std::less<>>;
 
+  ImageNode() = default;
+  ImageNode(const ImageNode&) = delete;
+  ImageNode& operator=(const ImageNode&) = delete;
+  // Items may hold on to children of a directory that was removed.
+  ~ImageNode() {
+    for (const auto& [childName, child] : children) child->parent = nullptr;
+  }
+
   std::u16string name;  // empty for the root
   bool isDirectory = false;
   bool isHidden = false;

@@ -1,6 +1,7 @@
 // An image over a tree of small files, with the layer's clock standing still.
 #pragma once
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 

@@ -1,6 +1,4 @@
 // The stream of an image: bytes, order, positions, and sources that are not what they were.
-#include <fcntl.h>
-
 #include "image_fixture.h"
 
 namespace quillon::test {

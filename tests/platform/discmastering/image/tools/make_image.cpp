@@ -1,6 +1,6 @@
 // Writes the image of some directories to a file through the layer's COM classes, in pieces of
-// 1 MiB, for the programs that judge images. Prints nothing on success, else the call and its
-// result.
+// 1 MiB or BYTES, for the programs that judge images. Prints nothing on success, else the call and
+// its result.
 //
 //   make_image [--systems MASK] [--strict] [--level N] [--volume NAME] [--sparse] OUTPUT [DIR...]
 //
@@ -49,6 +49,7 @@ struct Options {
   int systems = 7;
   bool strict = false;
   int level = 0;
+  std::size_t pieceBytes = 1U << 20;
   long long leaveOutFrom = 0;
   long long leaveOutTo = 0;
   std::string volume = "Quillon";
@@ -69,6 +70,8 @@ Options parse(int count, char** values) {
       options.systems = std::atoi(values[++i]);
     } else if (value == "--level" && i + 1 < count) {
       options.level = std::atoi(values[++i]);
+    } else if (value == "--piece" && i + 1 < count) {
+      options.pieceBytes = static_cast<std::size_t>(std::atoi(values[++i]));
     } else if (value == "--volume" && i + 1 < count) {
       options.volume = values[++i];
     } else if (options.output.empty()) {
@@ -84,7 +87,7 @@ void writePieces(IStream& stream, const Options& options) {
   STATSTG stat{};
   require(stream.Stat(&stat, STATFLAG_NONAME), "Stat");
   const int out = ::open(options.output.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  std::vector<char> piece(1U << 20);
+  std::vector<char> piece(options.pieceBytes);
   off_t position = 0;
   for (ULONG got = 1; got > 0; position += got) {
     if (position == options.leaveOutFrom && options.leaveOutTo > 0) {
