@@ -1,4 +1,4 @@
-#include "own_module.h"
+#include "foundation/own_module.h"
 
 #include <algorithm>
 #include <functional>
@@ -19,13 +19,21 @@ static_assert(std::ranges::adjacent_find(kMessageRows, std::ranges::greater_equa
                                          &platform::StringTableRow::id) == std::end(kMessageRows),
               "rows ascend by number, without doubles");
 
+HMODULE ModuleOf(const void* address) {
+  HMODULE found = nullptr;
+  const DWORD flags =
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+  GetModuleHandleExW(flags, static_cast<LPCWSTR>(address), &found);
+  return found;
+}
+
 }  // namespace
 
-// A program here has no resources: the table is handed to the layer before it is first asked.
+// A module here has no resources: the table is handed to the layer before it is first asked.
 HINSTANCE OwnModule() {
   static const HINSTANCE module = [] {
     platform::SetModuleStringTable(kMessageRows, std::size(kMessageRows));
-    return GetModuleHandleW(nullptr);
+    return ModuleOf(kMessageRows);
   }();
   return module;
 }

@@ -1,4 +1,4 @@
-#include "own_module.h"
+#include "foundation/own_module.h"
 
 namespace quillon {
 

@@ -9,6 +9,7 @@
 
 #include "com/apartment.h"
 #include "com/built_in_classes.h"
+#include "com/in_process_servers.h"
 #include "platform/com/com_ptr.h"
 #include "platform/com/runtime.h"
 
@@ -121,7 +122,10 @@ HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, LPVOID, REFIID riid, voi
     return factory->QueryInterface(riid, object);
   }
   const CreateObject create = findBuiltIn(clsid);
-  if (create == nullptr) return REGDB_E_CLASSNOTREG;
+  if (create == nullptr) {
+    const bool isInProcess = (context & CLSCTX_INPROC_SERVER) != 0;
+    return isInProcess ? classObjectOfServer(clsid, riid, object) : REGDB_E_CLASSNOTREG;
+  }
   ComPtr<IClassFactory> factory;
   factory.Attach(new (std::nothrow) BuiltInFactory(create));
   return factory ? factory->QueryInterface(riid, object) : E_OUTOFMEMORY;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <cstdlib>
 #include <string>
 #include <unordered_map>
 
@@ -36,6 +37,13 @@ std::string programPath() {
   std::array<char, PATH_MAX> path;
   const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size());
   return length < 0 ? std::string() : std::string(path.data(), static_cast<std::size_t>(length));
+}
+
+// The loader keeps the name that a module was loaded by.
+std::string absolutePath(const char* name) {
+  std::array<char, PATH_MAX> path;
+  if (name[0] == '/' || ::realpath(name, path.data()) == nullptr) return name;
+  return path.data();
 }
 
 }  // namespace
@@ -97,7 +105,7 @@ DWORD WINAPI GetModuleFileNameW(HMODULE module, LPWSTR buffer, DWORD bufferUnits
   if (module == nullptr || module == programHandle()) {
     path = programPath();
   } else if (::dladdr(static_cast<const void*>(module), &info) != 0 && info.dli_fname != nullptr) {
-    path = info.dli_fname;
+    path = absolutePath(info.dli_fname);
   }
   if (path.empty() || buffer == nullptr || bufferUnits == 0) {
     SetLastError(path.empty() ? ERROR_MOD_NOT_FOUND : ERROR_INVALID_PARAMETER);

@@ -1,7 +1,9 @@
 // The COM runtime: apartments, the process's class table, identifiers as text, shared memory.
 //
 // Classes are found first among those that the program registered with CoRegisterClassObject (the
-// newest first), then among the built-in ones (com/class_table.h).
+// newest first), then among the built-in ones (com/class_table.h), then in the registry: the default
+// value of HKEY_CLASSES_ROOT\CLSID\{...}\InprocServer32 names a library whose DllGetClassObject has
+// the class. The library stays loaded until CoFreeUnusedLibraries.
 #pragma once
 
 #include "platform/com/guid.h"
@@ -29,7 +31,8 @@ HRESULT CoInitializeEx(LPVOID reserved, DWORD mode);
 void CoUninitialize();
 
 // CO_E_NOTINITIALIZED, REGDB_E_CLASSNOTREG, CLASS_E_NOAGGREGATION, E_NOINTERFACE, or what the class
-// says. *object is null on failure.
+// says; 0x8007007E for a registered library that cannot be loaded, CO_E_ERRORINDLL for one that is
+// no server. *object is null on failure.
 HRESULT CoCreateInstance(REFCLSID clsid, IUnknown* outer, DWORD context, REFIID riid,
                          void** object);
 HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, LPVOID reserved, REFIID riid,
@@ -38,6 +41,8 @@ HRESULT CoGetClassObject(REFCLSID clsid, DWORD context, LPVOID reserved, REFIID 
 HRESULT CoRegisterClassObject(REFCLSID clsid, IUnknown* factory, DWORD context, DWORD flags,
                               DWORD* cookie);
 HRESULT CoRevokeClassObject(DWORD cookie);
+// Unloads the servers whose DllCanUnloadNow answers S_OK.
+void CoFreeUnusedLibraries();
 
 LPVOID CoTaskMemAlloc(SIZE_T sizeBytes);
 LPVOID CoTaskMemRealloc(LPVOID memory, SIZE_T sizeBytes);
@@ -49,3 +54,6 @@ int StringFromGUID2(REFGUID guid, LPOLESTR text, int units);
 HRESULT StringFromCLSID(REFCLSID clsid, LPOLESTR* text);  // freed with CoTaskMemFree
 HRESULT CLSIDFromString(LPCOLESTR text, CLSID* clsid);    // CO_E_CLASSSTRING
 HRESULT IIDFromString(LPCOLESTR text, IID* iid);          // E_INVALIDARG
+// By the registry: HKEY_CLASSES_ROOT\<ProgID>\CLSID, or that of the ProgID that CurVer names.
+// CO_E_CLASSSTRING for an unknown one.
+HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid);

@@ -80,6 +80,7 @@ inline constexpr HRESULT REGDB_E_IIDNOTREG = quillon::platform::resultOf(0x80040
 inline constexpr HRESULT CO_E_NOTINITIALIZED = quillon::platform::resultOf(0x800401F0);
 inline constexpr HRESULT CO_E_CLASSSTRING = quillon::platform::resultOf(0x800401F3);
 inline constexpr HRESULT CO_E_DLLNOTFOUND = quillon::platform::resultOf(0x800401F8);
+inline constexpr HRESULT CO_E_ERRORINDLL = quillon::platform::resultOf(0x800401F9);
 inline constexpr HRESULT CO_E_OBJNOTREG = quillon::platform::resultOf(0x800401FB);
 inline constexpr HRESULT CO_E_SERVER_EXEC_FAILURE = quillon::platform::resultOf(0x80080005);
 inline constexpr HRESULT RPC_E_CHANGED_MODE = quillon::platform::resultOf(0x80010106);

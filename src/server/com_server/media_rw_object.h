@@ -1,0 +1,81 @@
+// The COM object around CQuillonMediaRW: identity, counting, aggregation, both ways of calling.
+// Keeps the module loaded while it lives.
+#pragma once
+
+#include <atomic>
+
+#include "server/com_server/quillon_media_rw.h"
+#include "server/media_object/media_rw.h"
+
+namespace quillon {
+
+// TEMP
+struct PendingMedia : CQuillonMediaRW {
+  HRESULT Write(VARIANT_BOOL*) { return E_NOTIMPL; }
+  HRESULT LoadHeaderTextFromFile(BSTR, BSTR, BSTR*) { return E_NOTIMPL; }
+  HRESULT get_CDRWHasContent(VARIANT_BOOL*) { return E_NOTIMPL; }
+  HRESULT get_CDIsRecordable(VARIANT_BOOL*) { return E_NOTIMPL; }
+};
+
+class MediaRWObject final : public IQuillonMediaRW {
+ public:
+  // With outer, the object becomes a part of it: all its interfaces answer for outer, but for the
+  // inner IUnknown, which is what outer must ask for. *object carries the only reference.
+  [[nodiscard]] static HRESULT Create(IUnknown* outer, REFIID riid, void** object);
+
+  MediaRWObject(const MediaRWObject&) = delete;
+  MediaRWObject& operator=(const MediaRWObject&) = delete;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    return identity_->QueryInterface(riid, object);
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return identity_->AddRef(); }
+  ULONG STDMETHODCALLTYPE Release() override { return identity_->Release(); }
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID lcid, ITypeInfo** info) override;
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID riid, LPOLESTR* names, UINT count, LCID lcid,
+                                          DISPID* ids) override;
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID riid, LCID lcid, WORD flags,
+                                   DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* badArgument) override;
+
+#define QUILLON_GET(id, name, type, help) \
+  HRESULT STDMETHODCALLTYPE get_##name(type* pVal) override { return media_.get_##name(pVal); }
+#define QUILLON_PUT(id, name, type, help) \
+  HRESULT STDMETHODCALLTYPE put_##name(type newVal) override { return media_.put_##name(newVal); }
+#define QUILLON_CALL(id, name, help) \
+  HRESULT STDMETHODCALLTYPE name() override { return media_.name(); }
+#define QUILLON_CALL_OUT(id, name, outType, out, help) \
+  HRESULT STDMETHODCALLTYPE name(outType* out) override { return media_.name(out); }
+#define QUILLON_CALL_IN_OUT(id, name, inType, in, outType, out, help) \
+  HRESULT STDMETHODCALLTYPE name(inType in, outType* out) override { return media_.name(in, out); }
+#define QUILLON_CALL_IN_IN_OUT(id, name, inType1, in1, inType2, in2, outType, out, help) \
+  HRESULT STDMETHODCALLTYPE name(inType1 in1, inType2 in2, outType* out) override {      \
+    return media_.name(in1, in2, out);                                                   \
+  }
+#include "server/com_server/operations.inc"
+
+ private:
+  // The object's own identity, whoever it is part of.
+  class Inner final : public IUnknown {
+   public:
+    explicit Inner(MediaRWObject& owner) : owner_(owner) {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override;
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override;
+
+   private:
+    MediaRWObject& owner_;
+    std::atomic<ULONG> references_ = 1;
+  };
+
+  explicit MediaRWObject(IUnknown* outer);
+  ~MediaRWObject();
+
+  Inner inner_;
+  IUnknown* identity_;  // not counted: outer outlives its parts
+  PendingMedia media_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,171 @@
+// What registration leaves in the registry, and scripts that are none.
+#include "registrar.h"
+
+#include <cstdlib>
+#include <map>
+
+#include "com_test_tools.h"
+#include "module.h"
+#include "support/temp_dir.h"
+
+STDAPI DllRegisterServer();
+STDAPI DllUnregisterServer();
+
+namespace quillon::test {
+namespace {
+
+#ifndef _WIN32
+// A registry of the test's own.
+class Registrar : public ::testing::Test {
+ protected:
+  Registrar() { ::setenv("QUILLON_REGISTRY", (dir_ / "registry.reg").c_str(), 1); }
+  ~Registrar() override { ::unsetenv("QUILLON_REGISTRY"); }
+
+  [[nodiscard]] std::string registry() const {
+    const auto bytes = readBytes(dir_ / "registry.reg");
+    return {bytes.begin(), bytes.end()};
+  }
+
+  TempDir dir_;
+};
+using Registration = Registrar;
+
+const std::string kHeading = "Windows Registry Editor Version 5.00\n";
+
+std::string registered() {
+  std::string module = narrow(CQuillonMediaRWModule::Path());
+  return kHeading + R"(
+[HKEY_CLASSES_ROOT\AppID\QuillonMediaRW.DLL]
+"AppID"="{60A00BE0-73D4-4DDC-BBDA-AB0DF9FCD3A6}"
+
+[HKEY_CLASSES_ROOT\AppID\{60A00BE0-73D4-4DDC-BBDA-AB0DF9FCD3A6}]
+@="QuillonMediaRW"
+
+[HKEY_CLASSES_ROOT\CLSID\{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}]
+@="QuillonMediaRW Class"
+"AppID"="{60A00BE0-73D4-4DDC-BBDA-AB0DF9FCD3A6}"
+
+[HKEY_CLASSES_ROOT\CLSID\{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}\InprocServer32]
+@=")" + module +
+         R"("
+"ThreadingModel"="Apartment"
+
+[HKEY_CLASSES_ROOT\CLSID\{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}\ProgID]
+@="QuillonMediaRW.QuillonMediaRW.1"
+
+[HKEY_CLASSES_ROOT\CLSID\{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}\Programmable]
+
+[HKEY_CLASSES_ROOT\CLSID\{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}\TypeLib]
+@="{CBD24DDB-39FB-4A5A-9EB9-4B6FD4A70DF1}"
+
+[HKEY_CLASSES_ROOT\CLSID\{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}\VersionIndependentProgID]
+@="QuillonMediaRW.QuillonMediaRW"
+
+[HKEY_CLASSES_ROOT\QuillonMediaRW.QuillonMediaRW]
+@="QuillonMediaRW Class"
+
+[HKEY_CLASSES_ROOT\QuillonMediaRW.QuillonMediaRW\CLSID]
+@="{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}"
+
+[HKEY_CLASSES_ROOT\QuillonMediaRW.QuillonMediaRW\CurVer]
+@="QuillonMediaRW.QuillonMediaRW.1"
+
+[HKEY_CLASSES_ROOT\QuillonMediaRW.QuillonMediaRW.1]
+@="QuillonMediaRW Class"
+
+[HKEY_CLASSES_ROOT\QuillonMediaRW.QuillonMediaRW.1\CLSID]
+@="{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}"
+)";
+}
+
+const std::string kUnregistered = kHeading + R"(
+[HKEY_CLASSES_ROOT\AppID]
+
+[HKEY_CLASSES_ROOT\CLSID]
+)";
+
+TEST_F(Registration, TwiceLeavesOneSetOfKeysAndUnregistrationTheRoots) {
+  EXPECT_EQ(DllUnregisterServer(), S_OK) << "nothing is there to remove";
+  EXPECT_EQ(DllRegisterServer(), S_OK);
+  EXPECT_EQ(registry(), registered());
+  // What an older server left below the class goes away, what others keep there stays.
+  HKEY key = nullptr;
+  const Text stale = wide("CLSID\\{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}\\LocalServer32");
+  const Text others = wide("CLSID\\{00000000-0000-0000-0000-000000000001}");
+  for (const Text& path : {stale, others}) {
+    ASSERT_EQ(RegCreateKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
+                              &key, nullptr),
+              0);
+    RegCloseKey(key);
+  }
+  EXPECT_EQ(DllRegisterServer(), S_OK);
+  EXPECT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, stale.c_str(), 0, KEY_READ, &key), 2);
+  EXPECT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, others.c_str(), 0, KEY_READ, &key), 0);
+  RegCloseKey(key);
+  EXPECT_EQ(RegDeleteTreeW(HKEY_CLASSES_ROOT, others.c_str()), 0);
+  EXPECT_EQ(registry(), registered());
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(DllUnregisterServer(), S_OK);
+    EXPECT_EQ(registry(), kUnregistered);
+  }
+}
+
+TEST_F(Registration, ThatFailsSaysSo) {
+  std::filesystem::create_directory(dir_ / "registry.reg");
+  EXPECT_EQ(DllRegisterServer(), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+}
+
+TEST_F(Registrar, ReplacesInNamesAndTexts) {
+  const Replacement replacements[] = {{OLESTR("X"), wide("it's")}, {OLESTR("EMPTY"), {}}};
+  const char* script =
+      "HKCR { 'a%X%' = s 'don''t %X%%EMPTY%' { val 'n %X%' = s '' NoRemove Kept { Below } } }";
+  EXPECT_EQ(RunRegistrarScript(script, true, replacements), S_OK);
+  EXPECT_EQ(registry(), kHeading + R"(
+[HKEY_CLASSES_ROOT\ait's]
+@="don't it's"
+"n it's"=""
+
+[HKEY_CLASSES_ROOT\ait's\Kept\Below]
+)");
+  EXPECT_EQ(RunRegistrarScript(script, false, replacements), S_OK);
+  EXPECT_EQ(registry(), kHeading) << "a key goes with all below it";
+}
+
+TEST_F(Registrar, UndoesWhatFails) {
+  // A name that cannot be stored comes last.
+  const char* script = "HKCR { First = s 'x' NoRemove Kept { Below = s 'y' } '\x01' }";
+  EXPECT_EQ(RunRegistrarScript(script, true, {}), E_INVALIDARG);
+  EXPECT_EQ(registry(), kHeading + "\n[HKEY_CLASSES_ROOT\\Kept]\n");
+}
+#endif
+
+TEST(RegistrarScripts, ThatAreNoneChangeNothing) {
+  const Replacement replacements[] = {{OLESTR("X"), wide("x")}};
+  for (const char* script : {"",
+                             "HKLM { A }",
+                             "HKCR",
+                             "HKCR {",
+                             "HKCR { A",
+                             "HKCR { A }  }",
+                             "HKCR { A } B",
+                             "HKCR { = s 'a' }",
+                             "HKCR { A = 'a' }",
+                             "HKCR { A = d '1' }",
+                             "HKCR { A = s a }",
+                             "HKCR { A = s 'a }",
+                             "HKCR { A = s '%Y%' }",
+                             "HKCR { A = s '%X' }",
+                             "HKCR { 'A%' }",
+                             "HKCR { val A = s 'a' }",
+                             "HKCR { A { val B } }",
+                             "HKCR { A { val } }",
+                             "HKCR { NoRemove }",
+                             "HKCR { '' }",
+                             "HKCR { A { B }"}) {
+    SCOPED_TRACE(script);
+    EXPECT_EQ(RunRegistrarScript(script, true, replacements), E_FAIL);
+  }
+}
+
+}  // namespace
+}  // namespace quillon::test
