@@ -112,7 +112,7 @@ class LateCall {
     return S_OK;
   }
 
-  HRESULT BindIn(std::size_t index, const VARIANT* argument, bool isOmitted) {
+  HRESULT BindIn(std::size_t index, VARIANT* argument, bool isOmitted) {
     if (argument == nullptr) return DISP_E_BADPARAMCOUNT;
     if (isOmitted) return DISP_E_PARAMNOTOPTIONAL;
     return VariantChangeType(&values_[index], argument, 0, operation_.parameters[index].type);
@@ -131,7 +131,7 @@ class LateCall {
   }
 
   // The old value belongs to the caller until it is replaced.
-  static HRESULT WriteTo(VARIANT& target, const VARIANT& value) {
+  static HRESULT WriteTo(VARIANT& target, VARIANT& value) {
     if (V_VT(&target) == (VT_BYREF | VT_VARIANT)) return VariantCopy(target.pvarVal, &value);
     if (V_VT(&value) == VT_BSTR) {
       VARIANT copy;
