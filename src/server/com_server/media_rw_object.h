@@ -11,10 +11,7 @@ namespace quillon {
 
 // TEMP
 struct PendingMedia : CQuillonMediaRW {
-  HRESULT Write(VARIANT_BOOL*) { return E_NOTIMPL; }
   HRESULT LoadHeaderTextFromFile(BSTR, BSTR, BSTR*) { return E_NOTIMPL; }
-  HRESULT get_CDRWHasContent(VARIANT_BOOL*) { return E_NOTIMPL; }
-  HRESULT get_CDIsRecordable(VARIANT_BOOL*) { return E_NOTIMPL; }
 };
 
 class MediaRWObject final : public IQuillonMediaRW {
