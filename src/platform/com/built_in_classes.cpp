@@ -1,6 +1,7 @@
 #include "com/built_in_classes.h"
 
 #include "discmastering/image/file_system_image.h"
+#include "discmastering/imapi2_classes.h"
 #include "platform/com/class_table.h"
 #include "platform/imapi2.h"
 #include "platform/xml.h"
@@ -12,6 +13,10 @@ namespace quillon::platform {
 void registerBuiltInClasses() {
   RegisterBuiltInClass(kClsidDomDocument, createDomDocument);
   RegisterBuiltInClass(kClsidXmlHttp, createHttpRequest);
+  RegisterBuiltInClass(CLSID_MsftDiscMaster2, createDiscMaster2);
+  RegisterBuiltInClass(CLSID_MsftDiscRecorder2, createDiscRecorder2);
+  RegisterBuiltInClass(CLSID_MsftDiscFormat2Data, createDiscFormat2Data);
+  RegisterBuiltInClass(CLSID_MsftDiscFormat2Erase, createDiscFormat2Erase);
   RegisterBuiltInClass(CLSID_MsftFileSystemImage, createFileSystemImage);
 }
 

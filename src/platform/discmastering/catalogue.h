@@ -1,6 +1,5 @@
 // Which recorders there are, and which generation of the disc-mastering service answers: the value
-// Service (text) of SOFTWARE\Tarn Imaging\Quillon\DiscMastering, of the current user or else of the
-// machine.
+// Service (text) of HKEY_LOCAL_MACHINE\SOFTWARE\Tarn Imaging\Quillon\DiscMastering.
 //
 //   value      recorders                                               current   legacy classes
 //   auto       the optical drives; when there is none, virtual ones    yes       yes
@@ -36,7 +35,7 @@ using RecorderList = std::vector<std::unique_ptr<Recorder>>;
 // The recorders of the configured service in their order, the legacy number of each set to its
 // position. Fails when the directory of the virtual ones cannot be made or read.
 DiscResult listRecorders(RecorderList& recorders);
-// ERROR_DEV_NOT_EXIST, as an HRESULT, when there is none with that identifier.
+// ERROR_FILE_NOT_FOUND, as an HRESULT, when there is none with that identifier.
 DiscResult openRecorder(std::u16string_view uniqueId, std::unique_ptr<Recorder>& recorder);
 
 // The drives that libburn finds; none in a build without it.

@@ -54,9 +54,7 @@ struct MediaFacts {
   std::uint32_t nextWritableSector = 0;
   std::uint32_t previousSessionStart = 0;
   std::uint32_t previousSessionLastSector = 0;
-  std::vector<LONG> writeSpeeds;      // sectors per second, fastest first
-  std::vector<LONG> currentProfiles;  // what the device has become with this disc
-  std::vector<LONG> currentFeatures;
+  std::vector<LONG> writeSpeeds;  // sectors per second, fastest first
 
   [[nodiscard]] bool isBlank() const { return isPhysicallyBlank || isHeuristicallyBlank; }
   [[nodiscard]] bool has(IMAPI_FORMAT2_DATA_MEDIA_STATE bit) const {
@@ -64,6 +62,14 @@ struct MediaFacts {
   }
 };
 
+// What the device has become with the disc in it.
+struct CurrentPages {
+  std::vector<LONG> profiles;
+  std::vector<LONG> features;
+};
+
+// Whether the device writes discs of the type at all, whatever their state.
+bool isWritableType(const DriveIdentity& drive, const MediaFacts& media);
 // Whether the data format can use the disc: one that is in the device, whole, not protected, of a
 // type that the device writes, and either blank, appendable, or made blank or overwritten on
 // request.
@@ -71,8 +77,11 @@ bool isUsableForData(const DriveIdentity& drive, const MediaFacts& media);
 // Whether the erase format can use it: any erasable one, damaged and blank ones included.
 bool isUsableForErase(const DriveIdentity& drive, const MediaFacts& media);
 
+inline constexpr const char16_t* kOwnClientName = u"Quillon";
+
 struct WriteRequest {
-  IStream* image = nullptr;  // read from its start; sectors * 2048 bytes
+  std::u16string clientName = kOwnClientName;  // takes exclusive access when nobody holds it
+  IStream* image = nullptr;                    // read from its start; sectors * 2048 bytes
   std::uint64_t sectors = 0;
   bool closeDisc = false;                     // no further session can follow
   bool compatibleDvd = true;                  // closes write-once DVDs, so that players read them
@@ -100,6 +109,7 @@ class Recorder {
   Recorder& operator=(const Recorder&) = delete;
 
   [[nodiscard]] const DriveIdentity& identity() const { return identity_; }
+  void setLegacyNumber(LONG number) { identity_.legacyNumber = number; }
 
   // Named operations of the interfaces pass here first ("Write", "get_FreeSectorsOnMedia"); a fault
   // plan answers in the place of the operation.
@@ -112,19 +122,22 @@ class Recorder {
   // Exclusive access, counted: each success takes one release. Force lets go of file systems that
   // are mounted from the disc; it does not take the device from another client.
   DiscResult acquire(bool force, std::u16string_view clientName);
-  // ERROR_NOT_LOCKED, as an HRESULT, without acquire.
+  // E_FAIL without acquire.
   DiscResult release();
   [[nodiscard]] bool isHeld() const { return holds_ > 0; }
   // The name of the client that has the device, in whatever process; empty for none.
   [[nodiscard]] virtual std::u16string owner() = 0;
 
-  // These four need exclusive access, which they take for themselves when this client has none.
-  // A failure or a process that ends in the middle leaves a disc that reads as damaged or as
-  // before.
-  virtual DiscResult erase(bool full, const DiscProgressCallback& progress) = 0;
-  virtual DiscResult write(const WriteRequest& request) = 0;
-  virtual DiscResult eject() = 0;
-  virtual DiscResult load() = 0;
+  // Answered without a disc, while the device is becoming ready, and while it is locked.
+  virtual DiscResult currentPages(CurrentPages& pages) = 0;
+
+  // These need exclusive access, which they take for themselves when this client has none, and
+  // refuse what checkWritable and checkErasable refuse. A failure or a process that ends in the
+  // middle leaves a disc that reads as damaged or as before.
+  DiscResult write(const WriteRequest& request);
+  DiscResult erase(bool full, std::u16string_view clientName, const DiscProgressCallback& progress);
+  DiscResult eject();
+  DiscResult load();
 
  protected:
   Recorder() = default;
@@ -132,6 +145,13 @@ class Recorder {
   // The first acquire and the last release.
   virtual DiscResult lock(bool force, std::u16string_view clientName) = 0;
   virtual DiscResult unlock() = 0;
+
+  // What is left of the operations: the device is held, the disc has been found fit, and the image
+  // stands at its start.
+  virtual DiscResult burn(const WriteRequest& request) = 0;
+  virtual DiscResult blank(bool full, const DiscProgressCallback& progress) = 0;
+  virtual DiscResult openTray() = 0;
+  virtual DiscResult closeTray() = 0;
 
   DriveIdentity identity_;
 

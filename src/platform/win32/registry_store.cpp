@@ -14,6 +14,7 @@
 #include "platform/win32/errors.h"
 #include "win32/environment.h"
 #include "win32/last_error.h"
+#include "win32/whole_file.h"
 
 namespace quillon::platform {
 namespace {
@@ -24,78 +25,15 @@ LSTATUS codeFor(int error) { return static_cast<LSTATUS>(codeOfErrno(error)); }
 
 bool exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
 
-std::string directoryOf(const std::string& path) {
-  const std::size_t separator = path.rfind('/');
-  if (separator == std::string::npos) return ".";
-  return separator == 0 ? "/" : path.substr(0, separator);
-}
-
 bool isUnchanged(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
          a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
-}
-
-// Owns a descriptor.
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-  ~Descriptor() {
-    if (descriptor_ >= 0) ::close(descriptor_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  [[nodiscard]] int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
-
-bool readAll(int descriptor, std::string& bytes) {
-  std::array<char, 65536> block;
-  for (;;) {
-    const ssize_t got = ::read(descriptor, block.data(), block.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return false;
-    if (got == 0) return true;
-    bytes.append(block.data(), static_cast<std::size_t>(got));
-  }
-}
-
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t put = ::write(descriptor, bytes.data(), bytes.size());
-    if (put < 0 && errno == EINTR) continue;
-    if (put < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(put));
-  }
-  return true;
 }
 
 // What a link names, so that replacing the file leaves the link in its place.
 std::string resolved(const std::string& path) {
   std::array<char, PATH_MAX> target;
   return ::realpath(path.c_str(), target.data()) == nullptr ? path : std::string(target.data());
-}
-
-// Writes beside the file and renames: a reader sees the old file or the new one, whole.
-int replaceFile(const std::string& path, std::string_view bytes) {
-  std::string temporary = path + ".XXXXXX";
-  const Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-  if (file.get() < 0) return errno;
-  struct stat old {};
-  const bool existed = ::stat(path.c_str(), &old) == 0;
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  const mode_t mode = existed ? old.st_mode & 0777 : 0666 & ~mask;
-  int error = 0;
-  if (!writeAll(file.get(), bytes) || ::fchmod(file.get(), mode) != 0 || ::fsync(file.get()) != 0 ||
-      ::rename(temporary.c_str(), path.c_str()) != 0) {
-    error = errno;
-    ::unlink(temporary.c_str());
-    return error;
-  }
-  syncDirectory(directoryOf(path));
-  return 0;
 }
 
 }  // namespace

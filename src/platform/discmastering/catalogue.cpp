@@ -1,0 +1,95 @@
+#include "discmastering/catalogue.h"
+
+#include <array>
+#include <mutex>
+#include <string>
+
+#include "discmastering/recorder_store.h"
+#include "discmastering/virtual_recorder.h"
+#include "platform/win32/registry.h"
+#include "win32/environment.h"
+
+namespace quillon::platform {
+namespace {
+
+std::u16string configuredName() {
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Tarn Imaging\\Quillon\\DiscMastering", 0,
+                    KEY_QUERY_VALUE, &key) != 0) {
+    return {};
+  }
+  std::array<char16_t, 16> text{};
+  DWORD type = 0;
+  DWORD lengthBytes = sizeof(text) - sizeof(char16_t);
+  const LSTATUS status = RegQueryValueExW(key, u"Service", nullptr, &type,
+                                          reinterpret_cast<LPBYTE>(text.data()), &lengthBytes);
+  RegCloseKey(key);
+  return status == 0 && type == REG_SZ ? std::u16string(text.data()) : std::u16string();
+}
+
+DiscResult addVirtualRecorders(RecorderList& recorders) {
+  std::vector<std::string> directories;
+  DiscResult result = recorderDirectories(directories);
+  for (std::string& directory : directories) {
+    recorders.push_back(std::make_unique<VirtualRecorder>(std::move(directory)));
+  }
+  return result;
+}
+
+}  // namespace
+
+DiscService configuredDiscService() {
+  struct Row {
+    std::u16string_view name;
+    DiscService service;
+  };
+  constexpr std::array kRows{
+      Row{u"virtual", DiscService::Virtual},
+      Row{u"drives", DiscService::Drives},
+      Row{u"legacy", DiscService::Legacy},
+      Row{u"none", DiscService::None},
+  };
+  const std::u16string name = configuredName();
+  for (const Row& row : kRows) {
+    if (row.name == name) return row.service;
+  }
+  return DiscService::Auto;
+}
+
+bool offersCurrentDiscService() {
+  const DiscService service = configuredDiscService();
+  return service != DiscService::Legacy && service != DiscService::None;
+}
+
+bool offersLegacyDiscService() { return configuredDiscService() != DiscService::None; }
+
+DiscResult listRecorders(RecorderList& recorders) {
+  recorders.clear();
+  const DiscService service = configuredDiscService();
+  if (service == DiscService::None) return S_OK;
+  const bool isVirtualOnly =
+      service == DiscService::Virtual ||
+      (service != DiscService::Drives && !environmentValue("QUILLON_RECORDERS").empty());
+  if (!isVirtualOnly) recorders = listOpticalDrives();
+  DiscResult result;
+  if (recorders.empty() && service != DiscService::Drives) result = addVirtualRecorders(recorders);
+  LONG number = 0;
+  for (const std::unique_ptr<Recorder>& recorder : recorders) recorder->setLegacyNumber(number++);
+  return result;
+}
+
+DiscResult openRecorder(std::u16string_view uniqueId, std::unique_ptr<Recorder>& recorder) {
+  RecorderList recorders;
+  DiscResult result = listRecorders(recorders);
+  if (result.failed()) return result;
+  for (std::unique_ptr<Recorder>& candidate : recorders) {
+    if (candidate->identity().uniqueId != uniqueId) continue;
+    recorder = std::move(candidate);
+    return S_OK;
+  }
+  std::u16string sentence = u"There is no disc recorder with the unique identifier \"";
+  sentence.append(uniqueId).append(u"\".");
+  return {HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), std::move(sentence)};
+}
+
+}  // namespace quillon::platform

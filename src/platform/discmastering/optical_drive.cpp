@@ -1,0 +1,8 @@
+// Optical drives. This build has none: libburn, through which they would be reached, is not in it.
+#include "discmastering/catalogue.h"
+
+namespace quillon::platform {
+
+RecorderList listOpticalDrives() { return {}; }
+
+}  // namespace quillon::platform

@@ -1,0 +1,286 @@
+#include "discmastering/virtual_recorder.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+#include <set>
+#include <sstream>
+
+#include "discmastering/disc_run.h"
+#include "discmastering/fault_plan.h"
+#include "win32/environment.h"
+#include "win32/utf8.h"
+
+namespace quillon::platform {
+namespace {
+
+// Overwritten by a quick erase: the places where every file system of a disc begins.
+constexpr std::uint64_t kQuickEraseBytes = std::uint64_t{512} * kSectorBytes;
+
+// Answers false when another client keeps the lock. Questions lock a recorder for less than a
+// millisecond: they are waited for.
+bool lockFile(int descriptor, int operation) {
+  constexpr int kTries = 20;
+  constexpr timespec kPause{0, 5'000'000};
+  for (int i = 0; i < kTries; ++i) {
+    if (::flock(descriptor, operation | LOCK_NB) == 0) return true;
+    if (errno != EWOULDBLOCK && errno != EINTR) return false;
+    ::nanosleep(&kPause, nullptr);
+  }
+  return false;
+}
+
+std::u16string settingOr(const Settings& settings, std::string_view name, const char* otherwise) {
+  const auto found = settings.find(name);
+  return wideFromNative(found == settings.end() ? otherwise : found->second.c_str());
+}
+
+std::vector<const DiscType*> writableTypes(const Settings& settings) {
+  std::vector<const DiscType*> types;
+  const auto media = settings.find("media");
+  std::istringstream words(media == settings.end() ? std::string() : media->second);
+  const std::set<std::string, std::less<>> listed{std::istream_iterator<std::string>(words), {}};
+  for (const DiscType& type : discTypes()) {
+    const bool isListed = media == settings.end() || listed.count(type.keyword) != 0;
+    if (isListed && type.rewriting != Rewriting::Never) types.push_back(&type);
+  }
+  return types;
+}
+
+DriveIdentity identityOf(const std::string& directory) {
+  std::string text;
+  static_cast<void>(readFile(directory + "/" + kRecorderFile, text));
+  const Settings settings = parseSettings(text);
+  DriveIdentity identity;
+  identity.uniqueId = wideFromNative(directory);
+  identity.vendor = settingOr(settings, "vendor", "Quillon");
+  identity.product = settingOr(settings, "product", "Virtual Recorder");
+  identity.revision = settingOr(settings, "revision", "1.0");
+  identity.devicePath = identity.uniqueId;
+  identity.volumePaths = {identity.uniqueId + u"/"};
+  identity.supportedProfiles = {findDiscType("cd-rom")->profile};
+  std::set<LONG> features(driveFeatures().begin(), driveFeatures().end());
+  const auto addFeatures = [&features](const DiscType& type) {
+    features.insert(type.features.begin(), type.features.end());
+  };
+  addFeatures(*findDiscType("cd-rom"));
+  for (const DiscType* type : writableTypes(settings)) {
+    identity.writableTypes.push_back(type->physicalType);
+    identity.supportedProfiles.push_back(type->profile);
+    addFeatures(*type);
+  }
+  identity.supportedFeatures.assign(features.begin(), features.end());
+  identity.supportedModePages.assign(driveModePages().begin(), driveModePages().end());
+  return identity;
+}
+
+DiscState stateAfterWrite(const DiscType& type, const WriteRequest& request) {
+  if (type.rewriting == Rewriting::InPlace) return DiscState::Appendable;
+  const bool isClosed = request.closeDisc || (type.isClosedForPlayers && request.compatibleDvd);
+  return isClosed ? DiscState::Finalised : DiscState::Appendable;
+}
+
+// A stream that ends early would leave a disc that is silently short.
+DiscResult shortStream() {
+  return {E_IMAPI_DF2DATA_STREAM_NOT_SUPPORTED,
+          u"The stream ended before the size that it had given."};
+}
+
+// Reads one block of the image as the request wants it.
+DiscResult takeBlock(const WriteRequest& request, std::vector<char>& block, std::size_t wanted) {
+  if (request.cancel != nullptr && *request.cancel) return E_IMAPI_REQUEST_CANCELLED;
+  std::size_t got = 0;
+  const HRESULT hr = readBlock(*request.image, block.data(), wanted, got);
+  if (FAILED(hr)) return hr;
+  return got == wanted ? DiscResult() : shortStream();
+}
+
+std::size_t blockAt(std::uint64_t position, std::uint64_t total) {
+  return static_cast<std::size_t>(std::min<std::uint64_t>(kRunBlockBytes, total - position));
+}
+
+DiscResult testRun(const WriteRequest& request, std::vector<char>& block) {
+  const std::uint64_t total = request.sectors * kSectorBytes;
+  ProgressReporter progress(request.progress, DiscStage::Writing, request.sectors);
+  for (std::uint64_t position = 0; position < total;) {
+    const std::size_t bytes = blockAt(position, total);
+    DiscResult result = takeBlock(request, block, bytes);
+    if (result.failed()) return result;
+    position += bytes;
+    progress.reach(position / kSectorBytes);
+  }
+  return S_OK;
+}
+
+}  // namespace
+
+VirtualRecorder::VirtualRecorder(std::string directory) : directory_(std::move(directory)) {
+  identity_ = identityOf(directory_);
+}
+
+DiscResult VirtualRecorder::enter(std::string_view operation) {
+  return FaultPlan::of(directory_)->enter(operation);
+}
+
+DiscResult VirtualRecorder::lock(bool, std::u16string_view clientName) {
+  const std::string path = directory_ + "/" + kLockFile;
+  Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+  if (!file.isOpen()) return fileFailure(errno, "write", path);
+  if (!lockFile(file.get(), LOCK_EX)) return E_IMAPI_RECORDER_LOCKED;
+  // The name is for those who ask; the lock itself goes with the descriptor, however it ends.
+  if (::ftruncate(file.get(), 0) != 0 || !writeAll(file.get(), nativeFromWide(clientName))) {
+    return fileFailure(errno, "write", path);
+  }
+  lock_ = std::move(file);
+  return S_OK;
+}
+
+DiscResult VirtualRecorder::unlock() {
+  static_cast<void>(::ftruncate(lock_.get(), 0));
+  lock_ = Descriptor();
+  return S_OK;
+}
+
+std::u16string VirtualRecorder::owner() {
+  const std::string path = directory_ + "/" + kLockFile;
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file.isOpen() || ::flock(file.get(), LOCK_SH | LOCK_NB) == 0) return {};
+  std::string name;
+  return readAll(file.get(), name) ? wideFromNative(name) : std::u16string();
+}
+
+DiscResult VirtualRecorder::record(std::optional<DiscRecord>& record) {
+  Descriptor shared;
+  if (!isHeld()) {
+    const std::string path = directory_ + "/" + kLockFile;
+    shared = Descriptor(::open(path.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0666));
+    if (!shared.isOpen()) return fileFailure(errno, "read", path);
+    if (!lockFile(shared.get(), LOCK_SH)) return E_IMAPI_RECORDER_LOCKED;
+  }
+  return readDiscRecord(directory_, record);
+}
+
+DiscResult VirtualRecorder::media(MediaFacts& facts) {
+  facts = MediaFacts{};
+  DiscResult result = FaultPlan::of(directory_)->askReady();
+  if (result.failed()) return result;
+  std::optional<DiscRecord> disc;
+  result = record(disc);
+  if (!result.failed() && disc) facts = factsOf(*disc);
+  return result;
+}
+
+DiscResult VirtualRecorder::currentPages(CurrentPages& pages) {
+  pages = CurrentPages{{}, {driveFeatures().begin(), driveFeatures().end()}};
+  std::optional<DiscRecord> disc;
+  DiscResult result = readDiscRecord(directory_, disc);
+  if (result.failed() || !disc) return result;
+  pages.profiles = {disc->type->profile};
+  pages.features.insert(pages.features.end(), disc->type->features.begin(),
+                        disc->type->features.end());
+  std::sort(pages.features.begin(), pages.features.end());
+  return S_OK;
+}
+
+DiscResult VirtualRecorder::burn(const WriteRequest& request) {
+  std::optional<DiscRecord> disc;
+  DiscResult result = readDiscRecord(directory_, disc);
+  if (result.failed()) return result;
+  return disc ? burnDisc(*disc, request) : E_IMAPI_RECORDER_MEDIA_NO_MEDIA;
+}
+
+DiscResult VirtualRecorder::blank(bool full, const DiscProgressCallback& progress) {
+  std::optional<DiscRecord> disc;
+  DiscResult result = readDiscRecord(directory_, disc);
+  if (result.failed()) return result;
+  return disc ? blankDisc(*disc, full, progress) : E_IMAPI_RECORDER_MEDIA_NO_MEDIA;
+}
+
+DiscResult VirtualRecorder::burnDisc(DiscRecord record, const WriteRequest& request) {
+  std::vector<char> block(kRunBlockBytes);
+  if (request.isTestRun) return testRun(request, block);
+  const std::uint64_t total = request.sectors * kSectorBytes;
+  DiscRun run(directory_ + "/" + kImageFile, FaultPlan::of(directory_)->writeFault());
+  std::size_t bytes = blockAt(0, total);
+  DiscResult result = run.open();
+  if (!result.failed()) result = run.reserve(total);
+  // A stream that fails at once costs no disc.
+  if (!result.failed()) result = takeBlock(request, block, bytes);
+  if (result.failed()) return result;
+
+  record.state = DiscState::Writing;
+  record.usedSectors = 0;
+  result = writeDiscRecord(directory_, record);
+  if (result.failed()) return result;
+  {
+    ProgressReporter progress(request.progress, DiscStage::Writing, request.sectors);
+    for (;;) {
+      result = run.put({block.data(), bytes}, progress);
+      bytes = blockAt(run.bytesPut(), total);
+      if (result.failed() || bytes == 0) break;
+      result = takeBlock(request, block, bytes);
+      if (result.failed()) break;
+    }
+  }
+  if (!result.failed()) {
+    const ProgressReporter progress(request.progress, DiscStage::Closing, 0);
+    result = run.finish(total);
+  }
+  if (result.failed()) return giveUp(std::move(record), run, std::move(result));
+  record.state = stateAfterWrite(*record.type, request);
+  record.usedSectors = static_cast<std::uint32_t>(request.sectors);
+  return writeDiscRecord(directory_, record);
+}
+
+DiscResult VirtualRecorder::giveUp(DiscRecord record, const DiscRun& run, DiscResult reason) {
+  record.state = DiscState::Damaged;
+  record.usedSectors = static_cast<std::uint32_t>(run.bytesPut() / kSectorBytes);
+  // Should even this fail, what the disk says of the disc reads as damaged all the same.
+  static_cast<void>(writeDiscRecord(directory_, record));
+  if (run.isPulled()) {
+    std::string leftAt;
+    static_cast<void>(takeDiscOut(directory_, leftAt));
+  }
+  return reason;
+}
+
+DiscResult VirtualRecorder::blankDisc(DiscRecord record, bool full,
+                                      const DiscProgressCallback& callback) {
+  DiscRun run(directory_ + "/" + kImageFile, FaultPlan::of(directory_)->eraseFault());
+  DiscResult result = run.open();
+  if (result.failed()) return result;
+  record.state = DiscState::Erasing;
+  result = writeDiscRecord(directory_, record);
+  if (result.failed()) return result;
+  const std::uint64_t length = run.lengthBytes();
+  const std::uint64_t total = full ? length : std::min(length, kQuickEraseBytes);
+  {
+    const std::vector<char> zeros(kRunBlockBytes);
+    ProgressReporter progress(callback, DiscStage::Erasing, total / kSectorBytes);
+    while (!result.failed() && run.bytesPut() < total) {
+      result = run.put({zeros.data(), blockAt(run.bytesPut(), total)}, progress);
+    }
+  }
+  // The zeros are on the disk before the space is given back.
+  if (!result.failed()) result = run.finish(length);
+  if (!result.failed() && full) result = run.finish(0);
+  if (result.failed()) return giveUp(std::move(record), run, std::move(result));
+  record.state = full || length == 0 ? DiscState::Blank : DiscState::Erased;
+  record.usedSectors = 0;
+  return writeDiscRecord(directory_, record);
+}
+
+DiscResult VirtualRecorder::openTray() {
+  std::string leftAt;
+  return takeDiscOut(directory_, leftAt);
+}
+
+// Nobody has put a disc in.
+DiscResult VirtualRecorder::closeTray() { return S_OK; }
+
+}  // namespace quillon::platform
