@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <thread>
 
 #include "disc/media_processor.h"
+#include "host_thread.h"
 #include "platform/imapi2.h"
 #include "support/legacy_service.h"
 #include "support/temp_dir.h"
@@ -13,6 +13,7 @@ namespace quillon {
 namespace {
 
 using test::LegacyService;
+using test::onHostThread;
 
 constexpr HRESULT legacyCode(DWORD low) { return static_cast<HRESULT>(0x80040000U | low); }
 
@@ -20,18 +21,6 @@ constexpr const char* kNoContent = "There is no content selected to be recorded 
 
 std::string sentenceOf(const CBaseItem& item) {
   return std::filesystem::path(item.ErrorMessage()).string();
-}
-
-// Runs on a thread of its own, which has initialised COM as a host does; what the job initialises
-// there it must give back.
-void onHostThread(const std::function<void()>& job) {
-  std::thread([&] {
-    ASSERT_EQ(CoInitialize(nullptr), S_OK);
-    job();
-    CoUninitialize();
-    EXPECT_EQ(CoInitialize(nullptr), S_OK) << "COM is still initialised on the thread";
-    CoUninitialize();
-  }).join();
 }
 
 class LegacyPath : public ::testing::Test {

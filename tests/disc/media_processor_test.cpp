@@ -1,0 +1,251 @@
+// The media processor over the current disc-mastering service.
+#include "disc/media_processor.h"
+
+#include "disc_test_support.h"
+#include "host_thread.h"
+#include "support/legacy_service.h"
+
+namespace quillon {
+namespace {
+
+using test::errorOf;
+using test::FakeDisc;
+using test::onHostThread;
+
+const std::string kNotUsable = "The current media in the " + std::string(test::kFakeDriveName) +
+                               " is not present, damaged or is not writable.";
+constexpr const char* kNoDrive = "There is no recordable drive present.";
+constexpr const char* kNoContent = "There is no content selected to be recorded to the medium.";
+
+class MediaProcessor : public test::WithDiscService {
+ protected:
+  MediaProcessor() { test::writeText(content_ / "DICOMDIR", std::string(5000, 'x')); }
+
+  void fill(CQuillonMediaProcessor& processor) const {
+    EXPECT_TRUE(processor.AddContent(content_.path().u16string()));
+  }
+  // A second write finds nothing to write.
+  static bool isCleared(CQuillonMediaProcessor& processor) {
+    processor.WriteToMedia();
+    return errorOf(processor) == kNoContent;
+  }
+
+  test::TempDir content_;
+};
+
+TEST_F(MediaProcessor, WritesItsContentOnceUnderItsOptions) {
+  const struct {
+    const char* what;
+    FakeDisc disc;
+    const char16_t* volume;
+    bool fullErase, eject;
+    const char16_t* writtenVolume;
+    const char* erase;
+  } cases[] = {
+      {"defaults", FakeDisc{}, nullptr, false, true, u"Quillon", ""},
+      {"a named CD-R that stays", FakeDisc{}, u"STUDY_1", true, false, u"STUDY_1", ""},
+      {"a CD-RW with data", test::rewritableDiscWithData(), u"", false, true, u"", "quick"},
+      {"the same, full erase", test::rewritableDiscWithData(), u"X", true, true, u"X", "full"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    service_.drives = {test::FakeDrive{}};
+    service_.Disc() = c.disc;
+    service_.trees.clear();
+    CQuillonMediaProcessor processor;
+    fill(processor);
+    fill(processor);
+    if (c.volume != nullptr) {
+      EXPECT_TRUE(processor.SetVolumeName(c.volume));
+    }
+    EXPECT_FALSE(processor.SetVolumeName(Text(33, u'X')));
+    processor.SetPerformFullErase(c.fullErase);
+    processor.SetEjectAfterWrite(c.eject);
+    ASSERT_TRUE(processor.WriteToMedia()) << errorOf(processor);
+    EXPECT_GT(service_.Disc().burnedBytes, 5000U);
+    EXPECT_EQ(service_.Disc().erase, c.erase);
+    EXPECT_EQ(service_.drives.front().isEjected, c.eject);
+    EXPECT_EQ(service_.volumeName, c.writtenVolume);
+    EXPECT_EQ(service_.trees.size(), 1U) << "a path that is there already is not added again";
+    EXPECT_EQ(service_.liveObjects, 0);
+    EXPECT_TRUE(isCleared(processor));
+  }
+}
+
+TEST_F(MediaProcessor, WhatCannotBeWrittenIsToldAndTheContentClearedWhenAsked) {
+  const struct {
+    const char* what;
+    std::function<void()> spoil;
+    std::string sentence;
+  } cases[] = {
+      {"no drive", [this] { service_.drives.clear(); }, kNoDrive},
+      {"a drive that only reads", [this] { service_.drives.front().isRecorder = false; }, kNoDrive},
+      {"an unsupported environment", [this] { service_.isSupportedEnvironment = false; }, kNoDrive},
+      {"no disc", [this] { service_.drives.front().disc.reset(); }, kNotUsable},
+      {"a disc that is no use", [this] { service_.Disc().isSupported = false; }, kNotUsable},
+      {"a disc that is too small", [this] { service_.Disc().freeSectors = 1; },
+       "The disc image size exceeds the capacity of the current media in the " +
+           std::string(test::kFakeDriveName) + "."},
+      {"a drive without an identifier", [this] { service_.drives.front().uniqueId.clear(); },
+       "The unique identifier is invalid."},
+  };
+  for (const auto& c : cases) {
+    for (const bool clears : {true, false}) {
+      SCOPED_TRACE(c.what);
+      service_.drives = {test::FakeDrive{}};
+      service_.isSupportedEnvironment = true;
+      c.spoil();
+      CQuillonMediaProcessor processor;
+      fill(processor);
+      processor.SetClearAfterWrite(clears);
+      EXPECT_FALSE(processor.WriteToMedia());
+      EXPECT_EQ(errorOf(processor), c.sentence);
+      EXPECT_EQ(isCleared(processor), clears);
+      EXPECT_EQ(service_.CountOf("IDiscFormat2Data::Write"), 0);
+      EXPECT_EQ(service_.liveObjects, 0);
+    }
+  }
+}
+
+TEST_F(MediaProcessor, ContentIsCheckedBeforeAnyDriveIsTouched) {
+  CQuillonMediaProcessor processor;
+  EXPECT_FALSE(processor.AddContent({}));
+  EXPECT_EQ(errorOf(processor), "The path is invalid.");
+  EXPECT_FALSE(processor.WriteToMedia());
+  EXPECT_EQ(errorOf(processor), kNoContent);
+  EXPECT_TRUE(service_.calls.empty());
+  fill(processor);
+  EXPECT_TRUE(processor.AddContent(u"C:\\a?b"));
+  EXPECT_FALSE(processor.WriteToMedia());
+  EXPECT_EQ(errorOf(processor), "The filename a?b cannot contain these characters: \\/:*?\"<>|");
+  EXPECT_EQ(service_.calls, std::vector<std::string>{"Create MsftDiscMaster2"}) << "the probe";
+  EXPECT_TRUE(isCleared(processor));
+}
+
+TEST_F(MediaProcessor, WhicheverCallFailsEverythingIsGivenBack) {
+  const auto calls = [this] {
+    CQuillonMediaProcessor processor;
+    fill(processor);
+    const test::HiddenClass noLegacy(CLSID_MSDiscMasterObj);
+    if (!processor.WriteToMedia()) {
+      EXPECT_NE(errorOf(processor), "");
+    }
+    EXPECT_TRUE(isCleared(processor));
+  };
+  onHostThread(calls);
+  const auto count = static_cast<int>(service_.calls.size());
+  ASSERT_GT(count, 50);
+  for (int failing = 0; failing < count; ++failing) {
+    SCOPED_TRACE(failing);
+    service_.drives = {test::FakeDrive{}};
+    service_.calls.clear();
+    service_.failingCall = failing;
+    onHostThread(calls);
+    EXPECT_EQ(service_.liveObjects, 0);
+    EXPECT_TRUE(service_.drives.front().lockedBy.empty());
+  }
+}
+
+// What a disc is, and what is answered about it.
+TEST_F(MediaProcessor, AnswersTheTwoQuestionsAboutTheDisc) {
+  FakeDisc appendable;
+  appendable.state = IMAPI_FORMAT2_DATA_MEDIA_STATE_APPENDABLE;
+  appendable.isPhysicallyBlank = appendable.isHeuristicallyBlank = false;
+  FakeDisc finalised = appendable;
+  finalised.state = IMAPI_FORMAT2_DATA_MEDIA_STATE_FINALIZED;
+  finalised.isSupported = false;
+  FakeDisc pressed = finalised;
+  pressed.type = IMAPI_MEDIA_TYPE_CDROM;
+  FakeDisc rewritable = test::rewritableDiscWithData();
+  FakeDisc erased = rewritable;
+  erased.isHeuristicallyBlank = true;
+  FakeDisc plusRw = rewritable;
+  plusRw.type = IMAPI_MEDIA_TYPE_DVDPLUSRW;
+  FakeDisc ram = rewritable;
+  ram.type = IMAPI_MEDIA_TYPE_DVDRAM;
+  const struct {
+    const char* what;
+    std::optional<FakeDisc> disc;
+    bool isRecordable, hasContent;
+    std::string afterContent, afterRecordable;
+  } cases[] = {
+      {"blank CD-R", FakeDisc{}, true, false, "", ""},
+      {"CD-RW with data", rewritable, true, true, "", ""},
+      {"erased CD-RW", erased, true, false, "", ""},
+      {"DVD+RW with data", plusRw, true, true, "", ""},
+      {"DVD-RAM with data", ram, false, false, "", kNotUsable},
+      {"CD-R that can take more", appendable, false, false, "", kNotUsable},
+      {"finalised CD-R", finalised, false, false, kNotUsable, kNotUsable},
+      {"pressed CD-ROM", pressed, false, false, kNotUsable, kNotUsable},
+      {"no disc", std::nullopt, false, false, kNotUsable, kNotUsable},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    service_.drives.front().disc = c.disc;
+    for (const bool asksForContent : {true, false}) {
+      CQuillonMediaProcessor processor;
+      const bool expected = asksForContent ? c.hasContent : c.isRecordable;
+      bool answer = !expected;
+      EXPECT_TRUE(asksForContent ? processor.CDRWHasContent(answer)
+                                 : processor.CDIsRecordable(answer));
+      EXPECT_EQ(answer, expected);
+      EXPECT_EQ(errorOf(processor), asksForContent ? c.afterContent : c.afterRecordable);
+    }
+    EXPECT_EQ(service_.liveObjects, 0);
+    EXPECT_TRUE(service_.drives.front().lockedBy.empty());
+  }
+  EXPECT_EQ(service_.CountOf("IDiscFormat2Erase::EraseMedia"), 0);
+}
+
+TEST_F(MediaProcessor, WithoutADriveOrWithAFailingOneThereIsNoAnswer) {
+  const struct {
+    const char* what;
+    std::function<void()> spoil;
+    std::string sentence;
+  } cases[] = {
+      {"no drive", [this] { service_.drives.clear(); }, kNoDrive},
+      {"a failing drive", [this] { FailCall("IDiscFormat2Data::get_FreeSectorsOnMedia"); },
+       test::driveFailure("CDiscFormat2Data::GetFreeSectorsOnMedia")},
+      {"a drive in use", [this] { FailCall("IDiscRecorder2::AcquireExclusiveAccess"); },
+       test::driveFailure("CDiscRecorder2::AcquireExclusiveAccess")},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    service_.drives = {test::FakeDrive{}};
+    service_.faults.clear();
+    c.spoil();
+    for (const bool asksForContent : {true, false}) {
+      CQuillonMediaProcessor processor;
+      bool answer = true;
+      EXPECT_FALSE(asksForContent ? processor.CDRWHasContent(answer)
+                                  : processor.CDIsRecordable(answer));
+      EXPECT_FALSE(answer);
+      EXPECT_EQ(test::errorWithoutLine(processor), c.sentence);
+    }
+  }
+}
+
+TEST_F(MediaProcessor, WhatIsThrownEndsTheWriteAndAlwaysClears) {
+  const struct {
+    HRESULT thrown;
+    const char* sentence;
+  } cases[] = {
+      {E_ACCESSDENIED, "Access is denied."},
+      {S_FALSE, "Incorrect function."},
+  };
+  for (const auto& c : cases) {
+    service_.faults = {{.call = "Create MsftDiscMaster2", .result = c.thrown, .times = 1}};
+    service_.faults.front().throws = true;
+    onHostThread([&] {
+      CQuillonMediaProcessor processor;
+      fill(processor);
+      processor.SetClearAfterWrite(false);
+      EXPECT_FALSE(processor.WriteToMedia());
+      EXPECT_EQ(errorOf(processor), c.sentence);
+      EXPECT_TRUE(isCleared(processor));
+    });
+  }
+}
+
+}  // namespace
+}  // namespace quillon
