@@ -5,6 +5,11 @@
 
 namespace quillon::cli {
 
+struct CreateOptions;
+
+// What create and publish have in common.
+void addCreateOptions(CLI::App& command, CreateOptions& job);
+
 // Adds the subcommand. `exitStatus` receives the result when the command has run.
 void addCreateCommand(CLI::App& program, int& exitStatus);
 

@@ -41,7 +41,7 @@ class CreateJob {
 
   CreateResult run() {
     if (applySettings() && checkRoot() && collect() && checkLabel()) {
-      Staging staging(stagingParent_);
+      Staging staging(stagingParent_, options_.mayLink);
       const InterruptGuard guard([this, &staging] { interrupted(staging); });
       if ((!mustWipeFirst() || wipeRoot()) && addAll(staging) && (mustWipeFirst() || wipeRoot())) {
         create();
@@ -59,9 +59,7 @@ class CreateJob {
 
   bool applySettings() {
     if (options_.root) {
-      std::string root = absolutePath(*options_.root);
-      while (root.size() > 1 && root.ends_with('/')) root.pop_back();
-      if (!job_.setRoot(root)) return fail(job_.errorText());
+      if (!job_.setRoot(absoluteRoot(*options_.root))) return fail(job_.errorText());
     }
     result_.root = job_.root();
     job_.setHierarchy(options_.hasHierarchy);
@@ -311,6 +309,12 @@ class CreateJob {
 };
 
 }  // namespace
+
+std::string absoluteRoot(std::string_view root) {
+  std::string path = absolutePath(root);
+  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
+  return path;
+}
 
 CreateResult createFileSet(const CreateOptions& options) { return CreateJob(options).run(); }
 

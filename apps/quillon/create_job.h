@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillon::cli {
@@ -19,6 +20,8 @@ struct CreateOptions {
   bool hasOtherContent = true;
   bool isMoving = false;
   bool isKeepingGoing = false;
+  // The objects may be hard links to the sources: nobody will have the file set after this job.
+  bool mayLink = false;
   bool showsProgress = true;
 };
 
@@ -40,6 +43,9 @@ struct CreateResult {
   std::optional<std::string> error;  // the sentence of a job that failed
   std::vector<std::string> remarks;  // what the user should know beside it
 };
+
+// The file set's directory as an absolute path without a separator at its end.
+std::string absoluteRoot(std::string_view root);
 
 CreateResult createFileSet(const CreateOptions& options);
 

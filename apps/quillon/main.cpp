@@ -4,6 +4,9 @@
 #include <exception>
 
 #include "create_command.h"
+#include "publish_command.h"
+#include "wipe_command.h"
+#include "write_command.h"
 
 namespace {
 
@@ -16,6 +19,9 @@ int run(int argc, char** argv) {
   program.require_subcommand(1);
   int exitStatus = 0;
   quillon::cli::addCreateCommand(program, exitStatus);
+  quillon::cli::addWriteCommand(program, exitStatus);
+  quillon::cli::addPublishCommand(program, exitStatus);
+  quillon::cli::addWipeCommand(program, exitStatus);
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

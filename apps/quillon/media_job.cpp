@@ -42,6 +42,12 @@ std::string read(CQuillonMediaRW& object, Getter getter) {
 
 }  // namespace
 
+MediaJob::ComScope::ComScope() : isInitialized(SUCCEEDED(CoInitialize(nullptr))) {}
+
+MediaJob::ComScope::~ComScope() {
+  if (isInitialized) CoUninitialize();
+}
+
 // A put answers S_OK even when the value was refused, which shows in the value alone.
 bool MediaJob::setRoot(std::string_view path) {
   const ScopedBstr text(path);
@@ -85,6 +91,30 @@ bool MediaJob::createFileSet() {
   VARIANT_BOOL isCreated = VARIANT_FALSE;
   object_.CreateDicomFileSet(&isCreated);
   return isCreated == VARIANT_TRUE;
+}
+
+bool MediaJob::setVolume(std::string_view name) {
+  const ScopedBstr text(name);
+  object_.put_VolumeName(text.get());
+  return read(object_, &CQuillonMediaRW::get_VolumeName) == name;
+}
+
+bool MediaJob::setTarget(std::string_view path) {
+  const ScopedBstr text(path);
+  object_.put_PerformDirectCopy(VARIANT_TRUE);
+  return object_.put_DirectCopyDirectory(text.get()) == S_OK;
+}
+
+void MediaJob::setRecording(bool simulate, bool fullErase, bool eject) {
+  object_.put_SimulateCreation(variantBool(simulate));
+  object_.put_PerformFullErase(variantBool(fullErase));
+  object_.put_EjectMediumAfterCreation(variantBool(eject));
+}
+
+bool MediaJob::write() {
+  object_.put_ClearAfterWrite(VARIANT_FALSE);
+  VARIANT_BOOL isWritten = VARIANT_FALSE;
+  return object_.Write(&isWritten) == S_OK && isWritten == VARIANT_TRUE;
 }
 
 void MediaJob::wipe() { object_.Wipe(); }

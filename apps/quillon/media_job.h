@@ -25,10 +25,31 @@ class MediaJob {
 
   bool addFile(std::string_view path);
   bool createFileSet();
+
+  // False for a name that is too long.
+  bool setVolume(std::string_view name);
+  // The set goes to this directory instead of a disc. False when the object refused the path;
+  // errorText tells why.
+  bool setTarget(std::string_view path);
+  void setRecording(bool simulate, bool fullErase, bool eject);
+  // Leaves the file set in its place, whatever happens.
+  bool write();
+
   // Removes the root directory and the temporary directory of earlier jobs.
   void wipe();
 
  private:
+  // Initialises COM on the thread, as the host of an object does.
+  struct ComScope {
+    ComScope();
+    ~ComScope();
+    ComScope(const ComScope&) = delete;
+    ComScope& operator=(const ComScope&) = delete;
+
+    bool isInitialized;
+  };
+
+  ComScope com_;  // outlives the object
   CQuillonMediaRW object_;
 };
 

@@ -101,14 +101,18 @@ bool Staging::makeDirectory(std::string& reason) {
 bool Staging::copyIn(const std::string& source, std::string& copy, std::string& reason) {
   const std::lock_guard lock(mutex_);
   if (directory_.empty() && (isRemoved_ || !makeDirectory(reason))) return false;
+  char name[24];
+  std::snprintf(name, sizeof name, "/%08zu", ++count_);
+  copy = directory_ + name;
+  if (mayLink_ &&
+      ::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, copy.c_str(), AT_SYMLINK_FOLLOW) == 0) {
+    return true;
+  }
   const FileHandle from(::open(source.c_str(), O_RDONLY | O_CLOEXEC));
   if (from.get() < 0) {
     reason = std::string("it cannot be opened: ") + std::strerror(errno) + ".";
     return false;
   }
-  char name[24];
-  std::snprintf(name, sizeof name, "/%08zu", ++count_);
-  copy = directory_ + name;
   FileHandle to(::open(copy.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (to.get() < 0 || !copyFile(from.get(), to.get()) || !to.close()) {
     reason = "it cannot be copied to " + directory_ + ": " + std::strerror(errno) + ".";

@@ -14,7 +14,8 @@ class Staging {
   // into the file set by renaming. Beside the root when that is possible, else in it.
   static std::string parentFor(const std::string& root);
 
-  explicit Staging(std::string parent) : parent_(std::move(parent)) {}
+  // mayLink: copies may be hard links, for a file set that goes away in the same job.
+  Staging(std::string parent, bool mayLink) : parent_(std::move(parent)), mayLink_(mayLink) {}
   ~Staging() { remove(); }
   Staging(const Staging&) = delete;
   Staging& operator=(const Staging&) = delete;
@@ -33,6 +34,7 @@ class Staging {
 
   std::mutex mutex_;
   std::string parent_;
+  bool mayLink_;
   std::string directory_;
   std::size_t count_ = 0;
   bool canClone_ = true;

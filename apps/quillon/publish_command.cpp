@@ -1,0 +1,108 @@
+#include "publish_command.h"
+
+#include <filesystem>
+#include <memory>
+
+#include "create_command.h"
+#include "result_output.h"
+#include "toolkit_log.h"
+#include "write_command.h"
+
+namespace quillon::cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kFooter =
+    R"(Does what create and write do, one after the other. The sources stay as they are unless --move
+is given. While the file set is made it may share its bytes with them, because it goes away again
+when it has been written; with --keep it is made of copies.
+
+When the writing fails the file set is kept in its root directory: quillon write writes it without
+doing the rest again. With --overwrite and --to what the file set brings takes the place of what has
+the same name in the directory.
+
+Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
+
+struct CommandOptions {
+  CreateOptions create;
+  WriteOptions write;
+  bool isJson = false;
+  bool isQuiet = false;
+  std::string logFile;
+};
+
+// A file set that stays after all must not share its bytes with the sources: what is done to one
+// would reach the other. False when there is no room for copies, say.
+bool giveOwnBytes(const std::string& root) {
+  std::error_code error;
+  for (fs::recursive_directory_iterator it(root, error), end; !error && it != end;
+       it.increment(error)) {
+    if (!it->is_regular_file(error) || it->hard_link_count(error) < 2) continue;
+    fs::path copy = it->path();
+    copy += ".own";
+    fs::copy_file(it->path(), copy, error);
+    if (!error) fs::rename(copy, it->path(), error);
+    if (error) {
+      std::error_code ignored;
+      fs::remove(copy, ignored);
+    }
+  }
+  return !error;
+}
+
+int publish(CommandOptions& options, CreateResult& created, WriteResult& written) {
+  if (auto reason = reasonNotToWrite(options.write, options.create.sources)) {
+    created.error = std::move(reason);
+  } else {
+    created = createFileSet(options.create);
+    if (!created.error) {
+      written = writeFileSet(options.write);
+      if (options.create.mayLink && written.isKept && !giveOwnBytes(written.root)) {
+        written.remarks.emplace_back(
+            "Files of the file set still share their bytes with the sources.");
+      }
+    }
+  }
+  const auto& error = created.error ? created.error : written.error;
+  std::string output = options.isJson ? jsonMembers(created) : plainText(created);
+  if (options.isJson) {
+    output = jsonObject(output + jsonMembers(written), error);
+  } else if (!created.error) {
+    output += plainText(written);
+  }
+  std::vector<std::string> remarks = created.remarks;
+  remarks.insert(remarks.end(), written.remarks.begin(), written.remarks.end());
+  return finish(output, error, remarks);
+}
+
+int runPublish(CommandOptions& options) {
+  if (!sendToolkitLog(options.logFile)) {
+    return finish({}, "The log file " + options.logFile + " cannot be written.", {});
+  }
+  options.create.showsProgress = options.write.showsProgress = !options.isQuiet;
+  options.write.root = options.create.root;
+  options.create.mayLink = !options.write.isKeeping && !options.write.isSimulating;
+  CreateResult created;
+  WriteResult written;
+  return publish(options, created, written);
+}
+
+}  // namespace
+
+void addPublishCommand(CLI::App& program, int& exitStatus) {
+  const auto options = std::make_shared<CommandOptions>();
+  CLI::App* command = program.add_subcommand(
+      "publish", "Collects DICOM files and writes them to a disc or a directory as a file set");
+  addCreateOptions(*command, options->create);
+  addWriteOptions(*command, options->write);
+  command->add_flag("--json", options->isJson, "Print the result as one JSON object");
+  command->add_flag("--quiet", options->isQuiet, "Show no progress");
+  command->add_option("--log", options->logFile, "Append the toolkit's log lines to a file")
+      ->type_name("FILE");
+  command->footer(kFooter);
+  command->callback([options, &exitStatus] { exitStatus = runPublish(*options); });
+}
+
+}  // namespace quillon::cli

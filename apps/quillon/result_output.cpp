@@ -1,0 +1,102 @@
+#include "result_output.h"
+
+#include <cstdio>
+
+#include "json_output.h"
+
+namespace quillon::cli {
+
+namespace {
+
+constexpr int kExitDone = 0;
+constexpr int kExitFailed = 1;
+
+std::string indented(const std::string& text, const char* indent) {
+  std::string out = indent;
+  for (const char c : text) {
+    out += c;
+    if (c == '\n') out += indent;
+  }
+  return out;
+}
+
+std::string member(const char* name, const std::string& json) {
+  return std::string("\"") + name + "\":" + json + ",";
+}
+
+std::string jsonBool(bool value) { return value ? "true" : "false"; }
+
+}  // namespace
+
+std::string plainText(const CreateResult& result) {
+  std::string out;
+  if (!result.error) {
+    out += "Root:      " + result.root + "\n";
+    out += "Patients:  " + std::to_string(result.patients) + "\n";
+    out += "Studies:   " + std::to_string(result.studies) + "\n";
+    out += "Series:    " + std::to_string(result.series) + "\n";
+    out += "Objects:   " + std::to_string(result.objects) + "\n";
+    out += "Bytes:     " + std::to_string(result.bytes) + "\n";
+    out += "Label:\n" + indented(result.label, "  ") + "\n";
+  }
+  if (!result.passedOver.empty()) {
+    out += "Passed over:\n";
+    for (const PassedOver& one : result.passedOver) {
+      out += "  " + one.path + ": " + one.reason + "\n";
+    }
+  }
+  return out;
+}
+
+std::string plainText(const WriteResult& result) {
+  if (result.error) return {};
+  std::string out = result.isSimulated ? "Test run:  " : "Written:   ";
+  out += result.target ? *result.target : "disc " + result.volume;
+  out += "\n";
+  if (result.isKept) out += "Kept:      " + result.root + "\n";
+  return out;
+}
+
+std::string jsonMembers(const CreateResult& result) {
+  const auto number = [](auto value) { return std::to_string(value); };
+  std::string out = member("root", jsonString(result.root));
+  out += member("patients", number(result.patients));
+  out += member("studies", number(result.studies));
+  out += member("series", number(result.series));
+  out += member("objects", number(result.objects));
+  out += member("bytes", number(result.bytes));
+  out += member("label", jsonString(result.label));
+  out += "\"passed_over\":[";
+  const char* separator = "";
+  for (const PassedOver& one : result.passedOver) {
+    out += separator;
+    out += "{\"path\":" + jsonString(one.path) + ",\"reason\":" + jsonString(one.reason) + "}";
+    separator = ",";
+  }
+  return out + "],";
+}
+
+std::string jsonMembers(const WriteResult& result) {
+  return member("to", result.target ? jsonString(*result.target) : std::string("null")) +
+         member("volume", jsonString(result.volume)) +
+         member("simulated", jsonBool(result.isSimulated)) +
+         member("written", jsonBool(result.isWritten)) + member("kept", jsonBool(result.isKept));
+}
+
+std::string jsonObject(const std::string& members, const std::optional<std::string>& error) {
+  return "{" + members + "\"error\":" + (error ? jsonString(*error) : std::string("null")) + "}\n";
+}
+
+int finish(const std::string& output, const std::optional<std::string>& error,
+           const std::vector<std::string>& remarks) {
+  std::fwrite(output.data(), 1, output.size(), stdout);
+  if (error) std::fprintf(stderr, "quillon: %s\n", error->c_str());
+  for (const std::string& remark : remarks) std::fprintf(stderr, "quillon: %s\n", remark.c_str());
+  if (std::fflush(stdout) != 0) {
+    std::fprintf(stderr, "quillon: The result cannot be written.\n");
+    return kExitFailed;
+  }
+  return error ? kExitFailed : kExitDone;
+}
+
+}  // namespace quillon::cli

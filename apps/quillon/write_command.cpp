@@ -1,0 +1,85 @@
+#include "write_command.h"
+
+#include <memory>
+
+#include "json_output.h"
+#include "result_output.h"
+#include "write_job.h"
+
+namespace quillon::cli {
+
+namespace {
+
+constexpr const char* kFooter =
+    R"(A file set that has been written is wiped from its root directory, unless --keep is given or it
+was a test run. After a failure it is always kept, whole, so that the command can be repeated. A
+root directory without a DICOMDIR is not written, and the home or current directory is not wiped.
+
+A directory given with --to must be empty or new, and lie neither in the root directory nor around
+it. With --overwrite what the file set brings takes the place of what has the same name there, whole
+directories included; the rest stays.
+
+A rewritable disc that holds data is erased first.
+
+Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
+
+struct CommandOptions {
+  WriteOptions job;
+  bool isJson = false;
+  bool isQuiet = false;
+};
+
+int runWrite(CommandOptions& options) {
+  options.job.showsProgress = !options.isQuiet;
+  const WriteResult result = writeFileSet(options.job);
+  const std::string output =
+      options.isJson ? jsonObject("\"root\":" + jsonString(result.root) + "," + jsonMembers(result),
+                                  result.error)
+                     : plainText(result);
+  return finish(output, result.error, result.remarks);
+}
+
+}  // namespace
+
+void addWriteOptions(CLI::App& command, WriteOptions& job) {
+  CLI::Option* target =
+      command.add_option("--to", job.target, "Copy the file set to a directory, not to a disc")
+          ->type_name("DIR");
+  command
+      .add_flag("--overwrite", job.isOverwriting,
+                "Replace what is in the way in a directory that is not empty")
+      ->needs(target);
+  command.add_option("--volume", job.volume, "Volume name of the disc (default: Quillon)")
+      ->type_name("NAME")
+      ->excludes(target);
+  command
+      .add_flag("--simulate", job.isSimulating,
+                "Only test the writing, where the disc-mastering service can")
+      ->excludes(target);
+  command
+      .add_flag("--full-erase", job.hasFullErase,
+                "Erase all of a rewritable disc that holds data, not only its contents table")
+      ->excludes(target);
+  command
+      .add_flag_callback(
+          "--no-eject", [&job] { job.isEjecting = false; }, "Leave the disc in the drive")
+      ->excludes(target);
+  command.add_flag("--keep", job.isKeeping, "Keep the file set in its root directory");
+}
+
+void addWriteCommand(CLI::App& program, int& exitStatus) {
+  const auto options = std::make_shared<CommandOptions>();
+  CLI::App* command = program.add_subcommand(
+      "write", "Writes a file set to the disc in the first recorder, or copies it to a directory");
+  command
+      ->add_option("--root", options->job.root,
+                   "Directory of the file set (default: DICOM in the temporary directory)")
+      ->type_name("DIR");
+  addWriteOptions(*command, options->job);
+  command->add_flag("--json", options->isJson, "Print the result as one JSON object");
+  command->add_flag("--quiet", options->isQuiet, "Show no progress");
+  command->footer(kFooter);
+  command->callback([options, &exitStatus] { exitStatus = runWrite(*options); });
+}
+
+}  // namespace quillon::cli
