@@ -169,8 +169,9 @@ class WriteJob {
     result_.isWritten = job_.write();
     if (result_.isWritten) return;
     fail(job_.errorText());
-    result_.remarks.push_back("The file set stays in " + result_.root +
-                              "; quillon write can be repeated.");
+    result_.remarks.push_back(
+        "The file set stays in " + result_.root + "; quillon write can be repeated" +
+        (result_.target ? ", with --overwrite once the target holds part of it." : "."));
   }
 
   void wipe() {

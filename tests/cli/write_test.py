@@ -1,0 +1,258 @@
+"""quillon write, publish and wipe as a user meets them: what reaches the target, what stays, what is
+refused."""
+import json
+import os
+import shutil
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).parent))
+import program  # noqa: E402
+from program import contents, dicom_file  # noqa: E402
+
+NO_DISC_MASTERING = (b'Windows Registry Editor Version 5.00\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarn '
+                     b'Imaging\\Quillon\\DiscMastering]\n"Service"="none"\n')
+
+
+class WriteTest(program.ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.target = self.dir / "media/usb"
+        self.registry.write_bytes(NO_DISC_MASTERING)
+
+    def make_set(self):
+        self.sample_tree()
+        self.create_set(self.source)
+        return contents(self.root)
+
+    def command(self, name, *arguments, status=0, **how):
+        """Runs the command with --json and answers its object."""
+        run = self.run_program(name, "--json", *arguments, **how)
+        self.assertEqual(run.returncode, status, (run.stdout, run.stderr))
+        result = json.loads(run.stdout.decode())
+        self.assertEqual(result["error"] is None, status == 0, result)
+        if status:
+            self.assertIn(result["error"], run.stderr.decode(errors="replace"))
+        self.assertEqual(self.staging_leftovers(), [])
+        return result
+
+    def write_set(self, *arguments, **how):
+        return self.command("write", "--root", self.root, *arguments, **how)
+
+
+class Writing(WriteTest):
+    def test_a_set_is_copied_and_then_wiped_unless_it_is_kept(self):
+        made = self.make_set()
+        for keeps in (True, False):
+            with self.subTest(keeps=keeps):
+                result = self.write_set("--to", self.target, *(["--keep"] if keeps else []))
+                self.assertEqual(result, {
+                    "root": str(self.root), "to": str(self.target), "volume": "Quillon",
+                    "simulated": False, "written": True, "kept": keeps, "error": None})
+                self.assertEqual(contents(self.target), made)
+                self.assertEqual(contents(self.root), made if keeps else {})
+                self.assertEqual(self.root.exists(), keeps)
+                shutil.rmtree(self.target)
+
+    def test_the_text_result_names_the_target(self):
+        self.make_set()
+        run = self.run_program("write", "--root", self.root, "--to", self.target, "--keep")
+        self.assertEqual((run.returncode, run.stderr), (0, b""))
+        self.assertEqual(run.stdout.decode(), f"Written:   {self.target}\nKept:      {self.root}\n")
+
+    def test_a_target_that_holds_something_is_replaced_only_when_asked(self):
+        made = self.make_set()
+        old = {"DICOMOBJ/QLN99999": b"of another patient", "LABEL.TXT": b"old label",
+               "holiday/beach.jpg": b"no business of ours"}
+        for name, data in old.items():
+            (self.target / name).parent.mkdir(parents=True, exist_ok=True)
+            (self.target / name).write_bytes(data)
+        before = contents(self.target)
+        result = self.write_set("--to", self.target, status=1)
+        self.assertEqual(result["error"], f"The directory {self.target} is not empty; --overwrite "
+                         "replaces what has the name of something in the file set.")
+        self.assertEqual((contents(self.target), contents(self.root)), (before, made))
+        self.write_set("--to", self.target, "--overwrite")
+        made["holiday/beach.jpg"] = before["holiday/beach.jpg"]
+        self.assertEqual(contents(self.target), made)
+
+    def test_what_would_lose_something_is_refused_with_everything_in_its_place(self):
+        made = self.make_set()
+        link = self.dir / "link"
+        link.symlink_to(self.root / "DICOMOBJ")
+        home = {"HOME": str(self.root)}
+        cases = [
+            (["--to", self.root], {}, "lies in the root directory"),
+            (["--to", self.root / "deeper/down"], {}, "lies in the root directory"),
+            (["--to", link], {}, "lies in the root directory"),
+            (["--to", self.dir, "--overwrite"], {}, "lies in the directory"),
+            (["--to", self.root / "DICOMDIR"], {}, "lies in the root directory"),
+            (["--to", self.target], {"cwd": self.root}, "it holds the current directory"),
+            (["--to", self.target], {"environment": home}, "it holds the home directory"),
+        ]
+        for arguments, how, reason in cases:
+            with self.subTest(arguments=arguments):
+                self.extra_environment = how.pop("environment", {})
+                result = self.write_set(*arguments, status=1, **how)
+                self.assertIn(reason, result["error"])
+                self.assertTrue(result["kept"])
+                self.assertEqual(contents(self.root), made)
+                self.assertFalse(self.target.exists())
+        self.extra_environment = home
+        self.write_set("--to", self.target, "--keep")
+        self.assertEqual(contents(self.target), made)
+
+    def environment(self):
+        return {**super().environment(), **getattr(self, "extra_environment", {})}
+
+    def test_a_directory_without_a_file_set_is_neither_written_nor_wiped(self):
+        self.write("letters/a", b"dear")
+        for root in (self.source, self.dir / "none"):
+            with self.subTest(root=root):
+                result = self.command("write", "--root", root, "--to", self.target, status=1)
+                self.assertEqual(result["error"],
+                                 f"There is no file set in {root}: it holds no DICOMDIR.")
+        self.assertEqual(list(contents(self.source)), ["letters/a"])
+        self.assertFalse(self.target.exists())
+
+    def test_a_failed_write_keeps_the_set_and_can_be_repeated(self):
+        made = self.make_set()
+        empty = self.root / "QUILLON"
+        empty.mkdir()
+        (empty / "nothing").write_bytes(b"")
+        run = self.run_program("write", "--root", self.root, "--to", self.target)
+        self.assertEqual(run.returncode, 1)
+        self.assertEqual(run.stderr.decode().replace("\\", "/"), (
+            f"quillon: The path {empty}/nothing does not refer to a valid file.\n"
+            f"quillon: The file set stays in {self.root}; quillon write can be repeated, with "
+            "--overwrite once the target holds part of it.\n"))
+        (empty / "nothing").unlink()
+        self.assertEqual(contents(self.root), made)
+        self.write_set("--to", self.target, "--overwrite")
+        self.assertEqual(contents(self.target), made)
+
+    def test_without_disc_mastering_the_set_stays(self):
+        made = self.make_set()
+        result = self.write_set(status=1)
+        self.assertTrue(result["kept"])
+        self.assertEqual(contents(self.root), made)
+
+    def test_a_wrong_command_line_writes_nothing(self):
+        made = self.make_set()
+        for arguments in (["--overwrite"], ["--to", self.target, "--simulate"],
+                          ["--to", self.target, "--volume", "X"], ["stray"]):
+            with self.subTest(arguments=arguments):
+                run = self.run_program("write", "--root", self.root, *arguments)
+                self.assertEqual(run.returncode, 2)
+        result = self.write_set("--volume", "X" * 33, status=1)
+        self.assertEqual(result["error"], f"The volume name {'X' * 33} has more than 32 characters.")
+        self.assertEqual(contents(self.root), made)
+
+
+class Publishing(WriteTest):
+    def publish(self, *arguments, **how):
+        return self.command("publish", "--root", self.root, "--to", self.target, *arguments,
+                            self.source, **how)
+
+    def test_the_sources_stay_and_the_set_does_not(self):
+        before = self.sample_tree()
+        result = self.publish()
+        self.assertEqual([result[k] for k in ("objects", "to", "written", "kept")],
+                         [len(before), str(self.target), True, False])
+        self.assertFalse(self.root.exists())
+        self.assertEqual(contents(self.source), before)
+        made = contents(self.target)
+        self.assertEqual(sorted(d for n, d in made.items() if "QLN" in n), sorted(before.values()))
+        self.assertIn("DICOMDIR", made)
+        for path in [*self.source.rglob("*"), *self.target.rglob("*")]:
+            if path.is_file():
+                self.assertEqual(path.stat().st_nlink, 1, path)
+
+    def test_moved_sources_are_only_at_the_target(self):
+        before = self.sample_tree()
+        self.publish("--move")
+        self.assertEqual(contents(self.source), {})
+        self.assert_nothing_lost(before, self.target)
+
+    def test_a_kept_set_and_one_whose_writing_failed_share_nothing_with_the_sources(self):
+        before = self.sample_tree()
+        for name, status in (("kept", 0), ("failed", 1)):
+            with self.subTest(name):
+                arguments = ["--keep", "--to", self.target] if status == 0 else []
+                result = self.command("publish", "--root", self.root, "--replace", *arguments,
+                                      self.source, status=status)
+                self.assertTrue(result["kept"])
+                self.assertEqual(result["objects"], len(before))
+                self.assert_nothing_lost(before, self.root)
+                self.assertEqual([p for p in contents(self.root) if p.endswith(".own")], [])
+                self.assertEqual(contents(self.source), before)
+                for path in self.root.rglob("*"):
+                    if path.is_file():
+                        self.assertEqual(path.stat().st_nlink, 1, path)
+        self.write_set("--to", self.target, "--overwrite")
+        self.assert_nothing_lost(before, self.target)
+
+    def test_what_cannot_be_written_is_refused_before_the_set_is_made(self):
+        self.write("1", dicom_file())
+        before = contents(self.source)
+        self.target.mkdir(parents=True)
+        (self.target / "x").write_bytes(b"x")
+        cases = [([], "is not empty"), (["--overwrite", "--to", self.source], "holds the source"),
+                 (["--to", self.root / "in"], "lies in the root directory")]
+        for arguments, reason in cases:
+            with self.subTest(arguments=arguments):
+                if "--to" not in arguments:
+                    arguments = [*arguments, "--to", self.target]
+                result = self.command("publish", "--root", self.root, "--move", *arguments,
+                                      self.source, status=1)
+                self.assertIn(reason, result["error"])
+                self.assertEqual(contents(self.source), before)
+                self.assertFalse(self.root.exists())
+
+    def test_a_failed_creation_writes_nothing(self):
+        self.write("notes", b"x")
+        result = self.publish(status=1)
+        self.assertEqual(result["error"], "There is no DICOM file to add to the file set.")
+        self.assertFalse(self.target.exists())
+
+
+class Wiping(WriteTest):
+    def wipe(self, *arguments, **how):
+        return self.command("wipe", "--root", self.root, *arguments, **how)
+
+    def test_removes_the_set_and_the_temporary_directory(self):
+        self.make_set()
+        (self.dir / "tmp/QUILLON").mkdir()
+        self.assertEqual(self.wipe(), {"root": str(self.root), "error": None})
+        self.assertFalse(self.root.exists())
+        self.assertFalse((self.dir / "tmp/QUILLON").exists())
+        self.assertTrue(self.source.exists())
+        self.wipe()
+
+    def test_what_is_no_file_set_goes_only_by_force(self):
+        self.root.mkdir()
+        (self.root / "letter").write_bytes(b"dear")
+        result = self.wipe(status=1)
+        self.assertEqual(result["error"], f"The directory {self.root} is not wiped: it holds no "
+                         "DICOMDIR. With --force it is wiped all the same.")
+        self.assertTrue((self.root / "letter").exists())
+        result = self.wipe("--force", status=1, cwd=self.root)
+        self.assertIn("it holds the current directory", result["error"])
+        self.wipe("--force")
+        self.assertFalse(self.root.exists())
+
+    def test_what_cannot_be_removed_is_told(self):
+        drop = self.require_program_for_nobody()
+        self.make_set()
+        os.chmod(self.dir, 0o555)
+        run = self.run_program("wipe", "--root", self.root, preexec_fn=drop)
+        os.chmod(self.dir, 0o755)
+        self.assertEqual(run.returncode, 1)
+        self.assertEqual(run.stderr.decode(),
+                         f"quillon: The root directory {self.root} cannot be wiped.\n")
+
+
+if __name__ == "__main__":
+    program.QUILLON, program.SAMPLES = map(os.path.abspath, sys.argv[1:3])
+    unittest.main(argv=[sys.argv[0], "-v", *sys.argv[3:]])
