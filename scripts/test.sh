@@ -27,13 +27,20 @@ step() {
   fi
 }
 
-sources() { git ls-files 'src/*.h' 'src/*.cpp' 'apps/*.h' 'apps/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.cpp' 'fuzz/*.h' 'fuzz/*.cpp'; }
+sources() { git ls-files 'src/*.h' 'src/*.cpp' 'apps/*.h' 'apps/*.cpp' 'tests/*.h' 'tests/*.cpp' 'bench/*.cpp' 'fuzz/*.h' 'fuzz/*.cpp' 'docs/*.cpp'; }
 
 format() { sources | grep -v '/tables/' | xargs clang-format --dry-run --Werror; }
 dictionary() { python3 scripts/make_dictionary.py --check; }
 build() { cmake --preset "$1" >/dev/null && cmake --build --preset "$1"; }
 release() { build release && ctest --preset release -j "$(nproc)"; }
 windows() { build windows-x86; }
+# Where Wine is cannot be told by the packages alone: it may lie in a system tree of its own.
+on_windows() {
+  local place=(--no-wine)
+  [ "$1" = system ] && place=()
+  [ -d "$1" ] && place=(--tree "$1")
+  python3 tests/com_client/server_test.py build/release build/windows-x86 "${place[@]}"
+}
 sanitizers() { build asan && ctest --preset asan -L unit -j "$(nproc)"; }
 tidy() {
   # Files of the Windows build alone are not in this build's list of commands.
@@ -46,6 +53,12 @@ step "format" format
 step "dictionary table" dictionary
 step "release build and tests" release
 step "windows-x86 build" windows
+if wine=$(./scripts/wine.sh); then
+  step "the DLL under Wine" on_windows "$wine"
+else
+  echo "== the DLL under Wine: SKIPPED, Wine cannot be had (the reason stands above)"
+  step "the DLL without Wine" on_windows none
+fi
 if [ "$quick" -eq 0 ]; then
   step "sanitizers" sanitizers
   step "clang-tidy" tidy

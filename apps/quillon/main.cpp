@@ -5,6 +5,7 @@
 
 #include "create_command.h"
 #include "publish_command.h"
+#include "register_command.h"
 #include "wipe_command.h"
 #include "write_command.h"
 
@@ -22,6 +23,7 @@ int run(int argc, char** argv) {
   quillon::cli::addWriteCommand(program, exitStatus);
   quillon::cli::addPublishCommand(program, exitStatus);
   quillon::cli::addWipeCommand(program, exitStatus);
+  quillon::cli::addRegisterCommands(program, exitStatus);
   try {
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

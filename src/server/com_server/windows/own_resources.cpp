@@ -13,11 +13,6 @@ HRESULT LoadOwnTypeLibrary(Text& path, ComPtr<ITypeLib>& library) {
   return LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put());
 }
 
-bool IsNotRegistered(HRESULT hr) {
-  return hr == TYPE_E_REGISTRYACCESS || hr == TYPE_E_LIBNOTREGISTERED ||
-         hr == TYPE_E_CANTLOADLIBRARY;
-}
-
 }  // namespace
 
 std::string_view RegistrarScriptText(RegistrarScript script) {
@@ -40,8 +35,13 @@ HRESULT RegisterOwnTypeLibrary() {
 
 HRESULT UnregisterOwnTypeLibrary() {
   constexpr LCID kAmericanEnglish = 1033;
-  const HRESULT hr = UnRegisterTypeLib(LIBID_QuillonMediaRWLib, 1, 0, kAmericanEnglish, SYS_WIN32);
-  return IsNotRegistered(hr) ? S_OK : hr;
+  // Systems differ in the code for a library that is not registered: asked for, it has no path.
+  BSTR path = nullptr;
+  if (FAILED(QueryPathOfRegTypeLib(LIBID_QuillonMediaRWLib, 1, 0, kAmericanEnglish, &path))) {
+    return S_OK;
+  }
+  SysFreeString(path);
+  return UnRegisterTypeLib(LIBID_QuillonMediaRWLib, 1, 0, kAmericanEnglish, SYS_WIN32);
 }
 
 UINT OwnTypeInfoCount() { return 1; }

@@ -1,0 +1,102 @@
+#include "register_command.h"
+
+#include <dlfcn.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
+
+#include "foundation/text.h"
+#include "platform/services.h"
+
+namespace quillon::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kExitDone = 0;
+constexpr int kExitFailed = 1;
+constexpr const char* kLibrary = "libQuillonMediaRW.so";
+
+constexpr const char* kFooter =
+    R"(The registry is a text file: $QUILLON_REGISTRY, else $XDG_CONFIG_HOME/quillon/registry.reg, else
+/etc/quillon/registry.reg.
+
+Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
+
+struct Verb {
+  const char* name;
+  const char* exportName;
+  const char* description;
+};
+constexpr Verb kRegister{"register", "DllRegisterServer",
+                         "Registers the COM server for hosts that ask for it by its class"};
+constexpr Verb kUnregister{"unregister", "DllUnregisterServer",
+                           "Removes what register wrote into the registry"};
+
+// Where the build and the installation put the library, seen from the program.
+fs::path ownLibrary() {
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  const fs::path above = program.parent_path().parent_path();
+  for (const char* directory : {"lib", QUILLON_LIBRARY_DIRECTORY}) {
+    if (fs::path found = above / directory / kLibrary; fs::exists(found, error)) return found;
+  }
+  return {};
+}
+
+std::string systemText(HRESULT hr) {
+  std::array<OLECHAR, 256> buffer{};
+  const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
+                                      nullptr, static_cast<DWORD>(hr), 0, buffer.data(),
+                                      static_cast<DWORD>(buffer.size()), nullptr);
+  std::string text = NarrowText({buffer.data(), length}, FileSystemCodePage());
+  while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
+  if (!text.empty()) return text;
+  std::array<char, 32> code{};
+  std::snprintf(code.data(), code.size(), "code 0x%08X.", static_cast<unsigned>(hr));
+  return code.data();
+}
+
+int fail(const std::string& sentence) {
+  std::fputs(("quillon: " + sentence + "\n").c_str(), stderr);
+  return kExitFailed;
+}
+
+// Lets the library register itself: it knows its classes, and its path goes into the registry.
+int runExport(const Verb& verb, const std::string& given) {
+  std::error_code error;
+  const fs::path library = given.empty() ? ownLibrary() : fs::absolute(given, error);
+  if (library.empty()) {
+    return fail(std::string("Cannot ") + verb.name + ": there is no " + kLibrary +
+                " beside the program.");
+  }
+  const std::string what = std::string("Cannot ") + verb.name + " " + library.string() + ": ";
+  void* const module = ::dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (module == nullptr) return fail(what + ::dlerror() + ".");
+  const auto run = reinterpret_cast<HRESULT (*)()>(::dlsym(module, verb.exportName));
+  if (run == nullptr) return fail(what + "it is not a COM server.");
+  const HRESULT hr = run();
+  return FAILED(hr) ? fail(what + systemText(hr)) : kExitDone;
+}
+
+void addCommand(CLI::App& program, const Verb& verb, int& exitStatus) {
+  CLI::App* const command = program.add_subcommand(verb.name, verb.description);
+  command->footer(kFooter);
+  const auto library = std::make_shared<std::string>();
+  command->add_option("LIBRARY", *library, "The server (default: the one beside the program)");
+  command->callback([&verb, library, &exitStatus] { exitStatus = runExport(verb, *library); });
+}
+
+}  // namespace
+
+void addRegisterCommands(CLI::App& program, int& exitStatus) {
+  addCommand(program, kRegister, exitStatus);
+  addCommand(program, kUnregister, exitStatus);
+}
+
+}  // namespace quillon::cli
