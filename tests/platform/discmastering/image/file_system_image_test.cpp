@@ -1,6 +1,6 @@
 // The class MsftFileSystemImage and its items: what they accept, refuse and answer.
-#include "fake_format.h"
 #include "image_fixture.h"
+#include "support/disc_service.h"
 
 namespace quillon::test {
 namespace {
@@ -188,14 +188,13 @@ TEST_F(FileSystemImageTest, TheLimitIsTheLastBlockThatFits) {
 }
 
 TEST_F(FileSystemImageTest, TheDiscInTheRecorderSetsTheLimit) {
-  FakeDisc disc;
-  ComPtr<IClassFactory> factory;
-  factory.Attach(new FakeFormatFactory(disc));
-  DWORD cookie = 0;
-  ASSERT_EQ(CoRegisterClassObject(CLSID_MsftDiscFormat2Data, factory.Get(), CLSCTX_INPROC_SERVER,
-                                  REGCLS_MULTIPLEUSE, &cookie),
+  FakeDiscService service;
+  const RegisteredDiscService registered(service);
+  ComPtr<IDiscRecorder2> recorder;
+  ASSERT_EQ(CoCreateInstance(CLSID_MsftDiscRecorder2, nullptr, CLSCTX_INPROC_SERVER,
+                             IID_IDiscRecorder2, recorder.PutVoid()),
             S_OK);
-  auto* const recorder = reinterpret_cast<IDiscRecorder2*>(&disc);  // handed on, never called
+  ASSERT_EQ(recorder->InitializeDiscRecorder(Bstr(u"drive-1")), S_OK);
   makeFile("tree/FILE", "content");
   ASSERT_EQ(addTree("tree"), S_OK);
   const LONG used = number(&IFileSystemImage::get_UsedBlocks, *image_);
@@ -203,26 +202,25 @@ TEST_F(FileSystemImageTest, TheDiscInTheRecorderSetsTheLimit) {
   for (const Choose choose : {Choose{&IFileSystemImage::SetMaxMediaBlocksFromDevice},
                               Choose{&IFileSystemImage::ChooseImageDefaults}}) {
     const auto call = [&](IDiscRecorder2* with) { return (image_.Get()->*choose)(with); };
-    disc = FakeDisc{};
     EXPECT_EQ(call(nullptr), E_POINTER);
     ComPtr<IFileSystemImageResult> result;
     for (const LONG free : {used, used - 1, LONG{0}}) {
       SCOPED_TRACE(free);
-      disc.freeSectors = free;
-      ASSERT_EQ(call(recorder), S_OK);
-      EXPECT_EQ(disc.recorder, recorder);
+      service.Disc().freeSectors = free;
+      ASSERT_EQ(call(recorder.Get()), S_OK);
       EXPECT_EQ(image_->CreateResultImage(result.Put()), free == used ? S_OK : fsi(0x20));
     }
     FsiFileSystems systems = FsiFileSystemNone;
     EXPECT_EQ(image_->get_FileSystemsToCreate(&systems), S_OK);
     EXPECT_EQ(systems, 7);
-    const auto noMedia = static_cast<HRESULT>(0xC0AA0202);
-    disc.getFreeSectors = noMedia;
-    EXPECT_EQ(call(recorder), noMedia);
-    disc.putRecorder = static_cast<HRESULT>(0xC0AA0407);
-    EXPECT_EQ(call(recorder), disc.putRecorder);
+    for (const char* failing : {"Create MsftDiscFormat2Data", "IDiscFormat2Data::put_Recorder",
+                                "IDiscFormat2Data::get_FreeSectorsOnMedia"}) {
+      SCOPED_TRACE(failing);
+      service.faults = {{.call = failing, .result = E_IMAPI_RECORDER_MEDIA_NO_MEDIA}};
+      EXPECT_EQ(call(recorder.Get()), E_IMAPI_RECORDER_MEDIA_NO_MEDIA);
+    }
+    service.faults.clear();
   }
-  CoRevokeClassObject(cookie);
 }
 
 TEST_F(FileSystemImageTest, SettingsAreCheckedAndKept) {
