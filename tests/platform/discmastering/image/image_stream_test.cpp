@@ -148,6 +148,20 @@ TEST_F(ImageStreamTest, ASourceThatIsNotWhatItWasFailsTheReading) {
   }
 }
 
+TEST_F(ImageStreamTest, AFileThatIsWrittenWhileItIsReadFailsTheReading) {
+  makeFile("tree/A", std::string(1'000'000, 'a'));
+  ASSERT_EQ(addTree("tree"), S_OK);
+  ComPtr<IStream> stream;
+  ASSERT_EQ(create(stream), S_OK);
+  std::string piece(900'000, '\0');
+  ULONG got = 0;
+  ASSERT_EQ(stream->Read(piece.data(), static_cast<ULONG>(piece.size()), &got), S_OK);
+  ASSERT_EQ(piece.substr(800'000), std::string(100'000, 'a')) << "in the middle of the file";
+  writeText(dir_ / "tree/A", std::string(1'000'000, 'A'));
+  std::string rest;
+  EXPECT_EQ(readAll(*stream.Get(), rest), fsi(0x28));
+}
+
 TEST_F(ImageStreamTest, FilesAreOpenOnlyWhileTheirDataIsRead) {
   makeFile("tree/A", std::string(100'000, 'a'));
   makeFile("tree/B", std::string(100'000, 'b'));
