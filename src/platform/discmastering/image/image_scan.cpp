@@ -129,8 +129,8 @@ HRESULT Scanner::addFile(const std::string& native, const struct stat& status, I
   return S_OK;
 }
 
-// Without a separator at its end; absolute, because the working directory may change before the data
-// is read.
+// Without a separator at its end; absolute, because the working directory may change before the
+// data is read.
 std::string absolutePath(const NativePath& path) {
   const bool isAbsolute = path.text.empty() || path.text.starts_with('/');
   std::string native = isAbsolute ? path.text : workingDirectory().text + '/' + path.text;
