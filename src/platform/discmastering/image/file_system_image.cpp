@@ -6,6 +6,8 @@
 #include <limits>
 #include <optional>
 
+#include "discmastering/com_answers.h"
+#include "discmastering/create_object.h"
 #include "discmastering/image/file_system_image_result.h"
 #include "discmastering/image/fsi_items.h"
 #include "discmastering/image/image_layout.h"
@@ -20,6 +22,7 @@ namespace {
 
 constexpr unsigned kSupported = FsiFileSystemISO9660 | FsiFileSystemJoliet | FsiFileSystemUDF;
 constexpr LONG kUdfRevision102 = 0x102;
+constexpr LONG kIsoLevels[] = {1, 2};
 constexpr std::size_t kLongestVolumeName = 32;
 constexpr LONG kCdSectors = 359'844;  // a disc of 80 minutes
 
@@ -43,34 +46,10 @@ constexpr MediaSectors kMediaSectors[] = {
     {IMAPI_MEDIA_TYPE_BDRE, 11'826'176},
 };
 
-template <typename Value>
-HRESULT store(Value value, Value* target) {
-  if (target == nullptr) return E_POINTER;
-  *target = value;
-  return S_OK;
-}
-
 template <typename Object>
 HRESULT noObject(Object** target) {
   if (target != nullptr) *target = nullptr;
   return E_NOTIMPL;
-}
-
-VARIANT_BOOL toVariant(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
-
-HRESULT makeArray(std::initializer_list<LONG> values, SAFEARRAY** array) {
-  if (array == nullptr) return E_POINTER;
-  *array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(values.size()));
-  if (*array == nullptr) return E_OUTOFMEMORY;
-  LONG index = 0;
-  for (const LONG value : values) {
-    VARIANT element{};
-    element.vt = VT_I4;
-    element.lVal = value;
-    SafeArrayPutElement(*array, &index, &element);
-    ++index;
-  }
-  return S_OK;
 }
 
 // Control characters and halves of characters cannot be shown on any system.
@@ -131,19 +110,19 @@ class FileSystemImage final : public DispatchObject<IFileSystemImage, IID_IFileS
   }
   // Images are the first session of their disc.
   HRESULT STDMETHODCALLTYPE get_SessionStartBlock(LONG* val) override {
-    return store(LONG{0}, val);
+    return giveNumber(0, val).code;
   }
   HRESULT STDMETHODCALLTYPE put_SessionStartBlock(LONG newVal) override {
     return newVal == 0 ? S_OK : E_NOTIMPL;
   }
   HRESULT STDMETHODCALLTYPE get_FreeMediaBlocks(LONG* val) override {
-    return store(mostBlocks_.value_or(0), val);
+    return giveNumber(mostBlocks_.value_or(0), val).code;
   }
   HRESULT STDMETHODCALLTYPE put_FreeMediaBlocks(LONG newVal) override;
   HRESULT STDMETHODCALLTYPE SetMaxMediaBlocksFromDevice(IDiscRecorder2* discRecorder) override;
   HRESULT STDMETHODCALLTYPE get_UsedBlocks(LONG* val) override;
   HRESULT STDMETHODCALLTYPE get_VolumeName(BSTR* val) override {
-    return copyToBstr(settings().volumeName, val);
+    return giveText(settings().volumeName, val).code;
   }
   HRESULT STDMETHODCALLTYPE put_VolumeName(BSTR newVal) override;
   HRESULT STDMETHODCALLTYPE get_ImportedVolumeName(BSTR* val) override { return noObject(val); }
@@ -157,44 +136,44 @@ class FileSystemImage final : public DispatchObject<IFileSystemImage, IID_IFileS
   HRESULT STDMETHODCALLTYPE put_WorkingDirectory(BSTR newVal) override;
   HRESULT STDMETHODCALLTYPE get_ChangePoint(LONG*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_StrictFileSystemCompliance(VARIANT_BOOL* val) override {
-    return store(toVariant(settings().isStrict), val);
+    return giveBool(settings().isStrict, val).code;
   }
   HRESULT STDMETHODCALLTYPE put_StrictFileSystemCompliance(VARIANT_BOOL newVal) override {
     settings().isStrict = newVal != VARIANT_FALSE;
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE get_UseRestrictedCharacterSet(VARIANT_BOOL* val) override {
-    return store(toVariant(settings().usesRestrictedNames), val);
+    return giveBool(settings().usesRestrictedNames, val).code;
   }
   HRESULT STDMETHODCALLTYPE put_UseRestrictedCharacterSet(VARIANT_BOOL newVal) override {
     settings().usesRestrictedNames = newVal != VARIANT_FALSE;
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE get_FileSystemsToCreate(FsiFileSystems* val) override {
-    return store(static_cast<FsiFileSystems>(settings().fileSystems), val);
+    return giveNumber(settings().fileSystems, val).code;
   }
   HRESULT STDMETHODCALLTYPE put_FileSystemsToCreate(FsiFileSystems newVal) override;
   HRESULT STDMETHODCALLTYPE get_FileSystemsSupported(FsiFileSystems* val) override {
-    return store(static_cast<FsiFileSystems>(kSupported), val);
+    return giveNumber(kSupported, val).code;
   }
   HRESULT STDMETHODCALLTYPE put_UDFRevision(LONG newVal) override {
     return newVal == kUdfRevision102 ? S_OK : IMAPI_E_INVALID_PARAM;
   }
   HRESULT STDMETHODCALLTYPE get_UDFRevision(LONG* val) override {
-    return store(kUdfRevision102, val);
+    return giveNumber(kUdfRevision102, val).code;
   }
   HRESULT STDMETHODCALLTYPE get_UDFRevisionsSupported(SAFEARRAY** val) override {
-    return makeArray({kUdfRevision102}, val);
+    return giveNumbers({&kUdfRevision102, 1}, VT_I4, val).code;
   }
   HRESULT STDMETHODCALLTYPE ChooseImageDefaults(IDiscRecorder2* discRecorder) override;
   HRESULT STDMETHODCALLTYPE
   ChooseImageDefaultsForMediaType(IMAPI_MEDIA_PHYSICAL_TYPE value) override;
   HRESULT STDMETHODCALLTYPE put_ISO9660InterchangeLevel(LONG newVal) override;
   HRESULT STDMETHODCALLTYPE get_ISO9660InterchangeLevel(LONG* val) override {
-    return store(settings().effectiveIsoLevel(), val);
+    return giveNumber(settings().effectiveIsoLevel(), val).code;
   }
   HRESULT STDMETHODCALLTYPE get_ISO9660InterchangeLevelsSupported(SAFEARRAY** val) override {
-    return makeArray({1, 2}, val);
+    return giveNumbers(kIsoLevels, VT_I4, val).code;
   }
   HRESULT STDMETHODCALLTYPE CreateResultImage(IFileSystemImageResult** resultStream) override;
   HRESULT STDMETHODCALLTYPE Exists(BSTR fullPath, FsiItemType* itemType) override;
@@ -220,13 +199,14 @@ class FileSystemImage final : public DispatchObject<IFileSystemImage, IID_IFileS
   }
   HRESULT STDMETHODCALLTYPE get_VolumeNameUDF(BSTR* val) override { return get_VolumeName(val); }
   HRESULT STDMETHODCALLTYPE get_VolumeNameJoliet(BSTR* val) override {
-    return withinMemory([&] { return copyToBstr(jolietVolumeName(settings().volumeName), val); });
+    return withinMemory(
+        [&] { return giveText(jolietVolumeName(settings().volumeName), val).code; });
   }
   HRESULT STDMETHODCALLTYPE get_VolumeNameISO9660(BSTR* val) override {
-    return withinMemory([&] { return copyToBstr(isoVolumeName(settings().volumeName), val); });
+    return withinMemory([&] { return giveText(isoVolumeName(settings().volumeName), val).code; });
   }
   HRESULT STDMETHODCALLTYPE get_StageFiles(VARIANT_BOOL* val) override {
-    return store(toVariant(stagesFiles_), val);
+    return giveBool(stagesFiles_, val).code;
   }
   // Nothing is staged in either case: files are read while the image is.
   HRESULT STDMETHODCALLTYPE put_StageFiles(VARIANT_BOOL newVal) override {
@@ -306,11 +286,11 @@ HRESULT FileSystemImage::count(LONG* files, LONG* directories) {
 }
 
 HRESULT FileSystemImage::get_WorkingDirectory(BSTR* val) {
-  if (!workingDirectory_.empty()) return copyToBstr(workingDirectory_, val);
+  if (!workingDirectory_.empty()) return giveText(workingDirectory_, val).code;
   return withinMemory([&] {
     std::u16string text(GetTempPathW(0, nullptr), u'\0');
     text.resize(GetTempPathW(static_cast<DWORD>(text.size()), text.data()));
-    return copyToBstr(text, val);
+    return giveText(text, val).code;
   });
 }
 
@@ -355,7 +335,7 @@ HRESULT FileSystemImage::ChooseImageDefaultsForMediaType(IMAPI_MEDIA_PHYSICAL_TY
 }
 
 HRESULT FileSystemImage::put_ISO9660InterchangeLevel(LONG newVal) {
-  if (newVal != 1 && newVal != 2) return IMAPI_E_INVALID_PARAM;
+  if (std::ranges::find(kIsoLevels, newVal) == std::end(kIsoLevels)) return IMAPI_E_INVALID_PARAM;
   settings().isoLevel = newVal;
   return S_OK;
 }
@@ -387,11 +367,7 @@ HRESULT FileSystemImage::Exists(BSTR fullPath, FsiItemType* itemType) {
 }  // namespace
 
 HRESULT createFileSystemImage(REFIID riid, void** object) {
-  return withinMemory([&] {
-    ComPtr<IFileSystemImage> image;
-    image.Attach(new FileSystemImage);
-    return image->QueryInterface(riid, object);
-  });
+  return createCurrentObject<FileSystemImage>(riid, object);
 }
 
 }  // namespace quillon::platform

@@ -1,5 +1,6 @@
 #include "discmastering/image/file_system_image_result.h"
 
+#include "discmastering/com_answers.h"
 #include "discmastering/image/image_results.h"
 #include "discmastering/image/image_stream.h"
 #include "platform/com/com_object.h"
@@ -26,14 +27,10 @@ class ImageResult final
     return E_NOTIMPL;
   }
   HRESULT STDMETHODCALLTYPE get_TotalBlocks(LONG* val) override {
-    if (val == nullptr) return E_POINTER;
-    *val = static_cast<LONG>(layout_->sectors());
-    return S_OK;
+    return giveNumber(layout_->sectors(), val).code;
   }
   HRESULT STDMETHODCALLTYPE get_BlockSize(LONG* val) override {
-    if (val == nullptr) return E_POINTER;
-    *val = static_cast<LONG>(kImageSectorBytes);
-    return S_OK;
+    return giveNumber(kImageSectorBytes, val).code;
   }
   HRESULT STDMETHODCALLTYPE get_DiscId(BSTR* val) override {
     GUID id{};
@@ -43,7 +40,7 @@ class ImageResult final
     id.Data3 = static_cast<std::uint16_t>(identity);
     OLECHAR text[39];
     StringFromGUID2(id, text, 39);
-    return copyToBstr(text, val);
+    return giveText(text, val).code;
   }
 
  private:

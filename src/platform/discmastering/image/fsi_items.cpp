@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "discmastering/com_answers.h"
 #include "discmastering/image/image_names.h"
 #include "discmastering/image/image_results.h"
 #include "discmastering/image/image_time.h"
@@ -52,9 +53,7 @@ HRESULT mappedPath(const ImageState& state, const ImageNode& node, FsiFileSystem
 }
 
 HRESULT getTime(std::int64_t seconds, DATE* value) {
-  if (value == nullptr) return E_POINTER;
-  *value = dateOf(seconds);
-  return S_OK;
+  return giveNumber(dateOf(seconds), value).code;
 }
 
 HRESULT putTime(DATE value, std::int64_t& seconds) {
@@ -71,9 +70,9 @@ class Item : public DispatchObject<Interface, IID_IFsiItem, kIds...> {
   Item(std::shared_ptr<ImageState> state, std::shared_ptr<ImageNode> node)
       : state_(std::move(state)), node_(std::move(node)) {}
 
-  HRESULT STDMETHODCALLTYPE get_Name(BSTR* val) override { return copyToBstr(node_->name, val); }
+  HRESULT STDMETHODCALLTYPE get_Name(BSTR* val) override { return giveText(node_->name, val).code; }
   HRESULT STDMETHODCALLTYPE get_FullPath(BSTR* val) override {
-    return withinMemory([&] { return copyToBstr(fullPathOf(*node_), val); });
+    return withinMemory([&] { return giveText(fullPathOf(*node_), val).code; });
   }
   HRESULT STDMETHODCALLTYPE get_CreationTime(DATE* val) override {
     return getTime(node_->created, val);
@@ -94,9 +93,7 @@ class Item : public DispatchObject<Interface, IID_IFsiItem, kIds...> {
     return putTime(newVal, node_->modified);
   }
   HRESULT STDMETHODCALLTYPE get_IsHidden(VARIANT_BOOL* val) override {
-    if (val == nullptr) return E_POINTER;
-    *val = node_->isHidden ? VARIANT_TRUE : VARIANT_FALSE;
-    return S_OK;
+    return giveBool(node_->isHidden, val).code;
   }
   HRESULT STDMETHODCALLTYPE put_IsHidden(VARIANT_BOOL newVal) override {
     node_->isHidden = newVal != VARIANT_FALSE;
@@ -106,14 +103,14 @@ class Item : public DispatchObject<Interface, IID_IFsiItem, kIds...> {
     return withinMemory([&] {
       std::u16string name;
       const HRESULT hr = mappedName(*state_, *node_, fileSystem, name);
-      return FAILED(hr) ? hr : copyToBstr(name, val);
+      return FAILED(hr) ? hr : giveText(name, val).code;
     });
   }
   HRESULT STDMETHODCALLTYPE FileSystemPath(FsiFileSystems fileSystem, BSTR* val) override {
     return withinMemory([&] {
       std::u16string path;
       const HRESULT hr = mappedPath(*state_, *node_, fileSystem, path);
-      return FAILED(hr) ? hr : copyToBstr(path, val);
+      return FAILED(hr) ? hr : giveText(path, val).code;
     });
   }
 
@@ -173,9 +170,7 @@ HRESULT DirectoryItem::get_Item(BSTR path, IFsiItem** item) {
 }
 
 HRESULT DirectoryItem::get_Count(LONG* count) {
-  if (count == nullptr) return E_POINTER;
-  *count = static_cast<LONG>(node_->children.size());
-  return S_OK;
+  return giveNumber(node_->children.size(), count).code;
 }
 
 HRESULT DirectoryItem::AddDirectory(BSTR path) {

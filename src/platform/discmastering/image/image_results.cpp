@@ -1,26 +1,18 @@
 #include "discmastering/image/image_results.h"
 
 #include <string>
+#include <utility>
+
+#include "discmastering/com_answers.h"
+#include "platform/imapi2.h"
 
 namespace quillon::platform {
 
 HRESULT refuseImage(HRESULT result, std::u16string_view description, std::u16string_view subject) {
   std::u16string text(description);
   if (!subject.empty()) text.append(u": ").append(subject);
-  ComPtr<ICreateErrorInfo> made;
-  if (FAILED(CreateErrorInfo(made.Put()))) return result;
-  std::u16string source = u"FileSystemImage";
-  made->SetSource(source.data());
-  made->SetDescription(text.data());
-  ComPtr<IErrorInfo> info;
-  if (SUCCEEDED(made.As(IID_IErrorInfo, info))) SetErrorInfo(0, info.Get());
+  describeFailure({result, std::move(text)}, IID_IFileSystemImage, u"FileSystemImage");
   return result;
-}
-
-HRESULT copyToBstr(std::u16string_view text, BSTR* value) {
-  if (value == nullptr) return E_POINTER;
-  *value = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-  return *value == nullptr ? E_OUTOFMEMORY : S_OK;
 }
 
 std::u16string_view viewOf(BSTR text) {

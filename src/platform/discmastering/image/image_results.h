@@ -36,9 +36,11 @@ inline constexpr HRESULT IMAPI_E_INVALID_WORKING_DIRECTORY = resultOf(0xC0AAB140
 HRESULT refuseImage(HRESULT result, std::u16string_view description,
                     std::u16string_view subject = {});
 
-// Runs what allocates inside a COM method, which must not throw.
+// Runs what allocates inside a COM method, which must not throw. What an earlier call said about
+// its failure is forgotten.
 template <typename Work>
 HRESULT withinMemory(const Work& work) {
+  SetErrorInfo(0, nullptr);
   try {
     return work();
   } catch (const std::bad_alloc&) {
@@ -46,8 +48,6 @@ HRESULT withinMemory(const Work& work) {
   }
 }
 
-// Stores text for the caller to free; E_POINTER or E_OUTOFMEMORY.
-HRESULT copyToBstr(std::u16string_view text, BSTR* value);
 std::u16string_view viewOf(BSTR text);
 
 }  // namespace quillon::platform

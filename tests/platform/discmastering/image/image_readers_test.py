@@ -29,7 +29,8 @@ def judge(name):
 def run(*command, status=0, **environment):
     done = subprocess.run([part if isinstance(part, Path) else str(part) for part in command],
                           stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=300,
-                          env={**os.environ, "LC_ALL": "C.UTF-8", "TZ": "UTC", **environment})
+                          env={**os.environ, "LC_ALL": "C.UTF-8", "TZ": "UTC",
+                               "QUILLON_REGISTRY": "/nonexistent/registry.reg", **environment})
     text = done.stdout.decode("utf-8", "surrogateescape")
     if done.returncode != status:
         raise AssertionError(f"{command} ended with {done.returncode}:\n{text}")
