@@ -90,7 +90,11 @@ std::string jsonObject(const std::string& members, const std::optional<std::stri
 int finish(const std::string& output, const std::optional<std::string>& error,
            const std::vector<std::string>& remarks) {
   std::fwrite(output.data(), 1, output.size(), stdout);
-  if (error) std::fprintf(stderr, "quillon: %s\n", error->c_str());
+  if (error) {
+    // Reasons that come from a drive end in empty lines.
+    const std::string sentence = error->substr(0, error->find_last_not_of('\n') + 1);
+    std::fprintf(stderr, "quillon: %s\n", sentence.c_str());
+  }
   for (const std::string& remark : remarks) std::fprintf(stderr, "quillon: %s\n", remark.c_str());
   if (std::fflush(stdout) != 0) {
     std::fprintf(stderr, "quillon: The result cannot be written.\n");
