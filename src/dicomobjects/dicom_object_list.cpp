@@ -20,7 +20,7 @@ bool CDicomObjectList::AddObject(TextView path) {
   CDicomUtil util;
   CDicomObjectProcessor processor;
   if (!processor.ReadObjectProperties(path, util, *item)) return FailAs(processor);
-  return Append(std::move(item));
+  return Enter(std::move(item));
 }
 
 bool CDicomObjectList::AddObject(CDicomUtil& util, bool instanceUidOptional) {
@@ -29,20 +29,25 @@ bool CDicomObjectList::AddObject(CDicomUtil& util, bool instanceUidOptional) {
   CDicomObjectProcessor processor;
   processor.SetInstanceUidOptional(instanceUidOptional);
   if (!processor.ReadProperties(util, *item)) return FailAs(processor);
-  return Append(std::move(item));
+  return Enter(std::move(item));
 }
 
-bool CDicomObjectList::Append(std::unique_ptr<CDicomObjectProperties> properties) {
+bool CDicomObjectList::Enter(std::unique_ptr<CDicomObjectProperties> properties) {
   const std::size_t position = GetCount();
-  const CDicomObjectProperties& item = *properties;
-  if (!CBaseList::Add(properties.get())) return Fail(kMsgNoStorageForImage);
-  properties.release();  // NOLINT(bugprone-unused-return-value): the list owns it now
-  // Nothing is replaced: the first object of a UID or key stays the one that is found.
-  if (!item.InstanceUid().empty()) byUid_.emplace(item.InstanceUid(), position);
-  if (!item.InstanceKey().empty() && item.InstanceKey() != item.InstanceUid()) {
-    byKey_.emplace(item.InstanceKey(), position);
+  try {
+    Append(std::move(properties), [this, position](const CDicomObjectProperties& item) {
+      // Nothing is replaced: the first object of a UID or key stays the one that is found.
+      if (!item.InstanceUid().empty()) byUid_.emplace(item.InstanceUid(), position);
+      if (!item.InstanceKey().empty() && item.InstanceKey() != item.InstanceUid()) {
+        byKey_.emplace(item.InstanceKey(), position);
+      }
+    });
+    return true;
+  } catch (const std::bad_alloc&) {
+    // A UID that was entered before its key could not be must not lead to the next object.
+    std::erase_if(byUid_, [position](const auto& entry) { return entry.second == position; });
+    return Fail(kMsgNoStorageForImage);
   }
-  return true;
 }
 
 CDicomObjectProperties* CDicomObjectList::FindByInstanceUid(TextView uid) {

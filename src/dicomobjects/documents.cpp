@@ -1,5 +1,7 @@
 #include "dicomobjects/documents.h"
 
+#include <algorithm>
+
 #include "value_text.h"
 
 namespace quillon {
@@ -8,8 +10,6 @@ namespace {
 
 constexpr std::size_t kMaxTextChars = 1024;
 constexpr TextView kVerified = OLESTR("VERIFIED");
-constexpr TextView kNoDescription = OLESTR("Unknown");
-constexpr TextView kNoCreatorName = OLESTR("Unknown^Unknown");
 
 }  // namespace
 
@@ -27,24 +27,25 @@ bool CDicomDocument::ReadTagValue(CDicomUtil& util, std::string_view tagPath, Te
   return true;
 }
 
-// A text that cannot be stored leaves its sentence, and the reading goes on without it. The field
-// is emptied first: one reader serves many files, and none may get a value of the file before.
-bool CDicomDocument::ReadAttribute(CDicomUtil& util, std::string_view tagPath, UINT storeMessage,
-                                   TextView emptyMeans, Text& field) {
-  field.clear();
+// The text is emptied first: one reader serves many files, and none may get a value of the file
+// before.
+bool CDicomDocument::ReadAttribute(CDicomUtil& util, DocumentAttribute& attribute) {
+  attribute.value.clear();
   Text value;
-  if (!ReadTagValue(util, tagPath, value)) return false;
-  Store(field, value.empty() ? emptyMeans : TextView(value), storeMessage);
+  if (!ReadTagValue(util, attribute.tagPath, value)) return false;
+  Store(attribute, value.empty() ? attribute.emptyMeans : TextView(value));
   return true;
 }
 
-bool CDicomDocument::ReadAttribute(CDicomUtil& util, std::string_view tagPath, UINT storeMessage,
-                                   Text& field) {
-  return ReadAttribute(util, tagPath, storeMessage, TextView(), field);
+bool CDicomDocument::ReadAttributes(CDicomUtil& util,
+                                    std::initializer_list<DocumentAttribute*> attributes) {
+  return std::ranges::all_of(
+      attributes, [&](DocumentAttribute* attribute) { return ReadAttribute(util, *attribute); });
 }
 
-bool CDicomDocument::Store(Text& field, TextView value, UINT storeMessage) {
-  return AssignText(field, value, !valuesRequired_, kMaxTextChars) || Fail(storeMessage);
+bool CDicomDocument::Store(DocumentAttribute& attribute, TextView value) {
+  return AssignText(attribute.value, value, !valuesRequired_, kMaxTextChars) ||
+         Fail(attribute.storeMessage);
 }
 
 // ---- key object selection documents
@@ -56,20 +57,7 @@ CKeyObjectDocument::CKeyObjectDocument()
 
 bool CKeyObjectDocument::ReadFromDicom(CDicomUtil& util) {
   ClearError();
-  return ReadAttribute(util, "00200013,IS", kMsgCannotSetKeyObjectInstanceNumber,
-                       instanceNumber_) &&
-         ReadAttribute(util, "00080023,DA", kMsgCannotSetKeyObjectContentDate, contentDate_) &&
-         ReadAttribute(util, "00080033,TM", kMsgCannotSetKeyObjectContentTime, contentTime_);
-}
-
-bool CKeyObjectDocument::SetInstanceNumber(TextView value) {
-  return Store(instanceNumber_, value, kMsgCannotSetKeyObjectInstanceNumber);
-}
-bool CKeyObjectDocument::SetContentDate(TextView value) {
-  return Store(contentDate_, value, kMsgCannotSetKeyObjectContentDate);
-}
-bool CKeyObjectDocument::SetContentTime(TextView value) {
-  return Store(contentTime_, value, kMsgCannotSetKeyObjectContentTime);
+  return ReadAttributes(util, {&instanceNumber_, &contentDate_, &contentTime_});
 }
 
 // ---- presentation states
@@ -82,34 +70,8 @@ CPresentation::CPresentation()
 
 bool CPresentation::ReadFromDicom(CDicomUtil& util) {
   ClearError();
-  return ReadAttribute(util, "00200013,IS", kMsgCannotSetPresentationInstanceNumber,
-                       instanceNumber_) &&
-         ReadAttribute(util, "00700080,CS", kMsgCannotSetPresentationLabel, contentLabel_) &&
-         ReadAttribute(util, "00700081,LO", kMsgCannotSetPresentationDescription, kNoDescription,
-                       contentDescription_) &&
-         ReadAttribute(util, "00700084,PN", kMsgCannotSetPresentationCreatorName, kNoCreatorName,
-                       contentCreatorName_) &&
-         ReadAttribute(util, "00700082,DA", kMsgCannotSetPresentationCreationDate, creationDate_) &&
-         ReadAttribute(util, "00700083,TM", kMsgCannotSetPresentationContentTime, creationTime_);
-}
-
-bool CPresentation::SetInstanceNumber(TextView value) {
-  return Store(instanceNumber_, value, kMsgCannotSetPresentationInstanceNumber);
-}
-bool CPresentation::SetContentLabel(TextView value) {
-  return Store(contentLabel_, value, kMsgCannotSetPresentationLabel);
-}
-bool CPresentation::SetContentDescription(TextView value) {
-  return Store(contentDescription_, value, kMsgCannotSetPresentationDescription);
-}
-bool CPresentation::SetContentCreatorName(TextView value) {
-  return Store(contentCreatorName_, value, kMsgCannotSetPresentationCreatorName);
-}
-bool CPresentation::SetCreationDate(TextView value) {
-  return Store(creationDate_, value, kMsgCannotSetPresentationCreationDate);
-}
-bool CPresentation::SetCreationTime(TextView value) {
-  return Store(creationTime_, value, kMsgCannotSetPresentationContentTime);
+  return ReadAttributes(util, {&instanceNumber_, &contentLabel_, &contentDescription_,
+                               &contentCreatorName_, &creationDate_, &creationTime_});
 }
 
 // ---- structured reports
@@ -120,55 +82,16 @@ CStructuredReport::CStructuredReport()
 }
 
 bool CStructuredReport::ReadVerificationDateTime(CDicomUtil& util) {
-  verificationDateTime_.clear();
-  return verificationFlag_ != kVerified ||
-         ReadAttribute(util, "0040a030,DT", kMsgCannotSetReportVerificationDateTime,
-                       verificationDateTime_);
+  verificationDateTime_.value.clear();
+  return verificationFlag_.value != kVerified || ReadAttribute(util, verificationDateTime_);
 }
 
 bool CStructuredReport::ReadFromDicom(CDicomUtil& util) {
   ClearError();
-  return ReadAttribute(util, "00200013,IS", kMsgCannotSetReportInstanceNumber, instanceNumber_) &&
-         ReadAttribute(util, "0040a491,CS", kMsgCannotSetReportCompletionFlag, completionFlag_) &&
-         ReadAttribute(util, "0040a493,CS", kMsgCannotSetReportVerificationFlag,
-                       verificationFlag_) &&
+  return ReadAttributes(util, {&instanceNumber_, &completionFlag_, &verificationFlag_}) &&
          ReadVerificationDateTime(util) &&
-         ReadAttribute(util, "00080023,DA", kMsgCannotSetReportContentDate, contentDate_) &&
-         ReadAttribute(util, "00080033,TM", kMsgCannotSetReportContentTime, contentTime_) &&
-         ReadAttribute(util, "0040a043,SQ,1:00080100,SH", kMsgCannotSetReportCodeValue,
-                       codeValue_) &&
-         ReadAttribute(util, "0040a043,SQ,1:00080102,SH", kMsgCannotSetReportCodingScheme,
-                       codingSchemeDesignator_) &&
-         ReadAttribute(util, "0040a043,SQ,1:00080104,LO", kMsgCannotSetReportCodeMeaning,
-                       codeMeaning_);
-}
-
-bool CStructuredReport::SetInstanceNumber(TextView value) {
-  return Store(instanceNumber_, value, kMsgCannotSetReportInstanceNumber);
-}
-bool CStructuredReport::SetCompletionFlag(TextView value) {
-  return Store(completionFlag_, value, kMsgCannotSetReportCompletionFlag);
-}
-bool CStructuredReport::SetVerificationFlag(TextView value) {
-  return Store(verificationFlag_, value, kMsgCannotSetReportVerificationFlag);
-}
-bool CStructuredReport::SetVerificationDateTime(TextView value) {
-  return Store(verificationDateTime_, value, kMsgCannotSetReportVerificationDateTime);
-}
-bool CStructuredReport::SetContentDate(TextView value) {
-  return Store(contentDate_, value, kMsgCannotSetReportContentDate);
-}
-bool CStructuredReport::SetContentTime(TextView value) {
-  return Store(contentTime_, value, kMsgCannotSetReportContentTime);
-}
-bool CStructuredReport::SetCodeValue(TextView value) {
-  return Store(codeValue_, value, kMsgCannotSetReportCodeValue);
-}
-bool CStructuredReport::SetCodingSchemeDesignator(TextView value) {
-  return Store(codingSchemeDesignator_, value, kMsgCannotSetReportCodingScheme);
-}
-bool CStructuredReport::SetCodeMeaning(TextView value) {
-  return Store(codeMeaning_, value, kMsgCannotSetReportCodeMeaning);
+         ReadAttributes(util, {&contentDate_, &contentTime_, &codeValue_, &codingSchemeDesignator_,
+                               &codeMeaning_});
 }
 
 }  // namespace quillon

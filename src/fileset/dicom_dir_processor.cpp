@@ -41,14 +41,18 @@ bool CDicomDirProcessor::HasPatients() {
   return patients_->GetCount() != 0 || Fail(kMsgNoPatientInformation);
 }
 
+// The setters throw when memory runs out: AssignText would make that a refusal of the value.
 bool CDicomDirProcessor::SetVolumeName(TextView name) {
-  return AssignText(volumeName_, name, kMaxVolumeNameChars);
+  if (name.size() > kMaxVolumeNameChars) return false;
+  volumeName_ = name;
+  return true;
 }
 
 bool CDicomDirProcessor::SetPath(Text& setting, TextView path) {
   if (!files_.ValidatePath(path)) return FailAs(files_);
-  return AssignText(setting, path, /*allowEmpty=*/false, kMaxPathChars) ||
-         Fail(kMsgPropertyValueInvalid);
+  if (path.empty() || path.size() > kMaxPathChars) return Fail(kMsgPropertyValueInvalid);
+  setting = path;
+  return true;
 }
 
 bool CDicomDirProcessor::SetPathInRoot(Text& setting, TextView path) {

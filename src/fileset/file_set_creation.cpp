@@ -6,10 +6,10 @@
 #include "dicomobjects/dicom_util.h"
 #include "dicomobjects/documents.h"
 #include "file_id_rules.h"
-#include "fileset/model/for_each_object.h"
 #include "path_join.h"
 #include "platform/services.h"
 #include "record_keys.h"
+#include "source_guard.h"
 
 namespace quillon {
 
@@ -46,20 +46,6 @@ Text DirectoryBelow(TextView parent, const OLECHAR* prefix, std::size_t number) 
   return directory += OLESTR('\\');
 }
 
-// A path in the form in which two names of one file compare equal. Letter case does not tell files
-// apart on every file system, and taking two files for one only refuses a creation.
-Text ComparablePath(const Text& path) {
-  Text full = AbsolutePath(path);
-  for (OLECHAR& unit : full) {
-    if (unit == OLESTR('/')) {
-      unit = OLESTR('\\');
-    } else if (unit >= OLESTR('a') && unit <= OLESTR('z')) {
-      unit = static_cast<OLECHAR>(unit - OLESTR('a') + OLESTR('A'));
-    }
-  }
-  return full;
-}
-
 }  // namespace
 
 FileSetCreation::FileSetCreation(CPatientList& patients, CFileUtil& files, TextView rootDirectory,
@@ -94,19 +80,10 @@ bool FileSetCreation::ResolveDirectories() {
   return JoinPath(dicomDirPath_, kDicomDirName, *this);
 }
 
-// A file set may be made again in the place where it was, from files that lie in it: moving one
-// could then overwrite another before its turn.
 bool FileSetCreation::CheckSources() {
   Text objects = root_;
-  if (!JoinPath(objects, objectDirectory_, *this)) return false;
-  objects = ComparablePath(objects);
-  if (!EndsInSeparator(objects)) objects += OLESTR('\\');
-  const Text dicomDir = ComparablePath(dicomDirPath_);
-  return ForEachObject(patients_, [&](const CDicomObjectProperties& object) {
-    const Text path = ComparablePath(object.FileName());
-    const bool isInside = path.compare(0, objects.size(), objects) == 0 || path == dicomDir;
-    return !isInside || Fail(kMsgSourceInsideFileSet, {object.FileName()});
-  });
+  return JoinPath(objects, objectDirectory_, *this) &&
+         CheckSourcesOutside(patients_, objects, dicomDirPath_, files_, *this);
 }
 
 bool FileSetCreation::PrepareRoot() {

@@ -2,6 +2,7 @@
 #include "dicomobjects/dicom_util.h"
 #include "fileset/dicom_dir_processor.h"
 #include "fileset/model/element_text.h"
+#include "foundation/find_handle.h"
 #include "path_join.h"
 
 namespace quillon {
@@ -30,28 +31,6 @@ UINT CheckMakerUid(TextView uid) {
   return 0;
 }
 
-class FileSearch {
- public:
-  explicit FileSearch(const Text& pattern) : handle_(FindFirstFileW(pattern.c_str(), &entry_)) {}
-  ~FileSearch() {
-    if (IsOpen()) FindClose(handle_);
-  }
-  FileSearch(const FileSearch&) = delete;
-  FileSearch& operator=(const FileSearch&) = delete;
-
-  [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-  bool Next() { return FindNextFileW(handle_, &entry_) != 0; }
-  [[nodiscard]] TextView Name() const { return entry_.cFileName; }
-  [[nodiscard]] bool IsDirectory() const {
-    return (entry_.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-  }
-  [[nodiscard]] bool IsDots() const { return Name() == OLESTR(".") || Name() == OLESTR(".."); }
-
- private:
-  WIN32_FIND_DATAW entry_{};
-  HANDLE handle_;
-};
-
 }  // namespace
 
 bool CDicomDirProcessor::AddFile(TextView fileName) {
@@ -77,14 +56,16 @@ bool CDicomDirProcessor::WalkDirectory(const Text& directory) {
   }
   Text pattern(directory);
   if (!JoinBelow(pattern, OLESTR("*.*"), *this)) return false;
-  FileSearch search(pattern);
-  if (!search.IsOpen()) return Fail(kMsgSearchPatternInvalid, {pattern});
+  FindHandle found(pattern);
+  if (!found.IsOpen()) return Fail(kMsgSearchPatternInvalid, {pattern});
   do {
-    if (search.IsDots() || (search.IsDirectory() && !allowAddHierarchyTree)) continue;
-    Text entry(directory);
-    if (!JoinBelow(entry, search.Name(), *this)) return false;
-    if (!(search.IsDirectory() ? WalkDirectory(entry) : FileObject(entry))) return false;
-  } while (search.Next());
+    const WIN32_FIND_DATAW& entry = found.Entry();
+    if (IsDotEntry(entry) || (IsDirectory(entry) && !allowAddHierarchyTree)) continue;
+    if (!files_.ValidateName(entry.cFileName)) return FailAs(files_);
+    Text path(directory);
+    if (!JoinBelow(path, entry.cFileName, *this)) return false;
+    if (!(IsDirectory(entry) ? WalkDirectory(path) : FileObject(path))) return false;
+  } while (found.Next());
   return true;
 }
 

@@ -7,6 +7,7 @@ namespace {
 
 constexpr TextView kDirectoryInvalidChars = OLESTR(":*?\"<>|");
 constexpr TextView kNameInvalidChars = OLESTR("\\/:*?\"<>|");
+constexpr DWORD kShareEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr TextView kTempSubdirectoryName = OLESTR("QUILLON");
 
 // Where the separators of a directory part stand as no path has them; npos when all is well.
@@ -59,9 +60,7 @@ bool CFileUtil::ValidatePath(TextView path) {
     return Fail(kMsgDriveNameInvalid, {parts.drive});
   }
   if (!CheckDirectoryPart(parts.drive, parts.directory)) return false;
-  if (parts.fileName.find_first_of(fileNameInvalidChars_) != TextView::npos) {
-    return Fail(kMsgFilenameCharacters, {parts.fileName, fileNameInvalidChars_});
-  }
+  if (!ValidateName(parts.fileName)) return false;
   if (parts.extension.find_first_of(extensionInvalidChars_) != TextView::npos) {
     return Fail(kMsgExtensionCharacters, {parts.extension, extensionInvalidChars_});
   }
@@ -77,6 +76,11 @@ bool CFileUtil::CheckDirectoryPart(TextView drive, TextView directory) {
     return Fail(kMsgDirectoryCharacters, {directory.substr(at), directoryInvalidChars_});
   }
   return true;
+}
+
+bool CFileUtil::ValidateName(TextView name) {
+  if (name.find_first_of(fileNameInvalidChars_) == TextView::npos) return true;
+  return Fail(kMsgFilenameCharacters, {name, fileNameInvalidChars_});
 }
 
 bool CFileUtil::PathExists(TextView path) {
@@ -107,6 +111,21 @@ bool CFileUtil::GetFileSize64(TextView path, std::uint64_t& sizeBytes) {
   if (!GetFileAttributes(path, data)) return false;
   if (IsDirectory(data) || SizeOf(data) == 0) return Fail(kMsgNotAValidFile, {path});
   sizeBytes = SizeOf(data);
+  return true;
+}
+
+bool CFileUtil::GetFileIdentity(TextView path, FileIdentity& identity) {
+  if (!ValidatePath(path)) return false;
+  // Opened for nothing but questions, so that nobody who has it open is in the way.
+  const HANDLE file = CreateFileW(Text(path).c_str(), 0, kShareEverything, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return Fail(kMsgPathNotFound, {path});
+  BY_HANDLE_FILE_INFORMATION data;
+  const bool isKnown = GetFileInformationByHandle(file, &data) != FALSE;
+  CloseHandle(file);
+  if (!isKnown) return Fail(kMsgPathNotFound, {path});
+  identity.volume = data.dwVolumeSerialNumber;
+  identity.index = (std::uint64_t{data.nFileIndexHigh} << 32) | data.nFileIndexLow;
   return true;
 }
 

@@ -1,6 +1,6 @@
 // The part of CFileUtil that changes, creates, empties and removes directories.
-#include "find_handle.h"
 #include "foundation/file_util.h"
+#include "foundation/find_handle.h"
 #include "path_parts.h"
 
 namespace quillon {
@@ -140,10 +140,7 @@ bool CFileUtil::DeleteAllFiles(TextView dir, bool recurse) {
 
 bool CFileUtil::DeleteEntry(const WIN32_FIND_DATAW& entry, bool recurse) {
   const TextView name(entry.cFileName);
-  // Other systems allow names that would be read as a path here, and lead to some other file.
-  if (name.find_first_of(fileNameInvalidChars_) != TextView::npos) {
-    return Fail(kMsgFilenameCharacters, {name, fileNameInvalidChars_});
-  }
+  if (!ValidateName(name)) return false;
   if (!IsDirectory(entry)) return DeleteFile(name);
   if (!recurse) return true;
   // A link goes, what it leads to stays: it may lie outside the tree that is to be deleted.

@@ -53,19 +53,6 @@ bool WriteAll(HANDLE file, const std::uint8_t* data, DWORD lengthBytes) {
 
 bool IsMissing(HANDLE stream) { return stream == nullptr || stream == INVALID_HANDLE_VALUE; }
 
-Text FullPath(const Text& path) {
-  const DWORD needed = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-  Text full(needed, OLECHAR{0});
-  const DWORD length = GetFullPathNameW(path.c_str(), needed, full.data(), nullptr);
-  full.resize(length < needed ? length : 0);
-  return full;
-}
-
-bool IsSamePath(const Text& a, const Text& b) {
-  const Text full = FullPath(a);
-  return !full.empty() && full == FullPath(b);
-}
-
 }  // namespace
 
 bool CFileUtil::DeleteFile(TextView path) {
@@ -87,9 +74,7 @@ bool CFileUtil::CopyContents(const Text& dst, const Text& src, bool append, bool
   dstCreated = false;
   FileHandle from(OpenToRead(src));
   if (!from.IsOpen()) return Fail(kMsgCannotOpenFile, {src});
-  // Opening dst empties it. Where the platform does not keep the open src for us alone, a file
-  // copied onto itself would be lost.
-  if (IsSamePath(dst, src)) return Fail(kMsgCannotOpenFile, {dst});
+  // Opening dst empties it; while src is open without sharing, that fails for another name of src.
   FileHandle to(OpenToWrite(dst, CREATE_ALWAYS));
   if (!to.IsOpen()) return Fail(kMsgCannotOpenFile, {dst});
   dstCreated = true;

@@ -1,6 +1,6 @@
 // The walks of CFileUtil over a directory tree: its size, its files' number, its copy.
-#include "find_handle.h"
 #include "foundation/file_util.h"
+#include "foundation/find_handle.h"
 #include "path_parts.h"
 
 namespace quillon {
@@ -48,6 +48,7 @@ bool CFileUtil::WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkM
   do {
     const WIN32_FIND_DATAW& entry = found.Entry();
     if (IsDotEntry(entry) || (IsDirectory(entry) && !recurse)) continue;
+    if (!ValidateName(entry.cFileName)) return false;
     const Text source = JoinPath(src, entry.cFileName);
     const Text destination = mode == WalkMode::Copy ? JoinPath(dst, entry.cFileName) : Text();
     const bool done = IsDirectory(entry)

@@ -4,7 +4,9 @@
 
 #include <string>
 
+#include "dicomobjects/dicom_object_list.h"
 #include "element_map.h"
+#include "support/failing_new.h"
 
 namespace quillon {
 namespace {
@@ -219,6 +221,62 @@ TEST(ObjectProperties, CannotBeReadWithoutAReadableFile) {
   EXPECT_FALSE(processor.ReadObjectProperties(path, util, properties));
   EXPECT_EQ(processor.ErrorMessage(),
             u"Cannot read the DICOM file \"" + path + u"\" for processing.");
+}
+
+TEST(ObjectProperties, CannotHoldEveryText) {
+  // Keys and names have limits of their own, which no file keeps to.
+  const Reading longUid(test::imageElements().text(0x00080018, "UI", std::string(300, '1')), true);
+  EXPECT_FALSE(longUid.succeeded);
+  EXPECT_EQ(longUid.message, u"The given image key is invalid.");
+  const Reading longNumber(test::imageElements().text(0x00200013, "IS", std::string(1025, '1')),
+                           true);
+  EXPECT_FALSE(longNumber.succeeded);
+  EXPECT_EQ(longNumber.message, u"The image number from " + longNumber.path + u" is invalid.");
+
+  const TempDir directory;
+  std::filesystem::path below = directory.path();
+  while (below.string().size() <= 260) below /= std::string(40, 'd');
+  std::filesystem::create_directories(below);
+  const Text path = test::imageElements().write(directory, "image.dcm");
+  std::filesystem::rename(path, below / "image.dcm");
+  CDicomUtil util;
+  CDicomObjectProcessor processor;
+  CDicomObjectProperties properties;
+  const Text longPath = (below / "image.dcm").u16string();
+  EXPECT_FALSE(processor.ReadObjectProperties(longPath, util, properties));
+  EXPECT_EQ(processor.ErrorMessage(), u"Cannot set the image filename to " + longPath + u".");
+}
+
+// What an object list answers when the n-th allocation fails, for every n: a sentence or an
+// exception, and a list that is as it was.
+TEST(ObjectProperties, WithoutMemoryNothingIsAddedToAList) {
+  const TempDir directory;
+  const Text path = test::imageElements().write(directory, "image.dcm");
+  const std::string name(path.begin(), path.end());
+  const auto outcomes = test::withEachAllocationFailing([&](long n, bool& happened) {
+    CDicomObjectList list;
+    bool isAdded = false;
+    try {
+      const test::FailingNew failing(n);
+      isAdded = list.AddObject(path);
+      happened = failing.happened();
+    } catch (const std::bad_alloc&) {
+      happened = true;
+    }
+    EXPECT_EQ(list.GetCount(), isAdded ? 1U : 0U) << n;
+    EXPECT_EQ(list.FindByInstanceUid(u"1.2.826.0.1.3680043.2.1545.1") != nullptr, isAdded) << n;
+    return std::string(list.ErrorMessage().begin(), list.ErrorMessage().end());
+  });
+  EXPECT_TRUE(outcomes.contains("Cannot allocate storage for new image information."));
+  EXPECT_TRUE(
+      outcomes.contains("Cannot allocate storage for new image information from " + name + "."));
+
+  CDicomObjectProperties properties;
+  {
+    const test::FailingNew failing(1);
+    EXPECT_EQ(properties.Image(), nullptr);
+  }
+  EXPECT_EQ(properties.ErrorMessage(), u"Cannot allocate storage for new image information.");
 }
 
 TEST(InstanceUids, GiveKeysAndFramesByTheirForm) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <string>
 
 #include "element_map.h"
@@ -65,19 +66,6 @@ TEST(KeyObjectDocuments, AreRead) {
   EXPECT_EQ(reader.document.ContentTime(), u"1030");
 }
 
-TEST(KeyObjectDocuments, AreAcceptedWithoutATextThatCannotBeStored) {
-  const test::UncheckedValues asInTheProgram;
-  Reader<CKeyObjectDocument> reader;
-  ASSERT_TRUE(reader.read(keyObject()));
-  // A list of many times is one text, which may grow longer than any value.
-  std::string times = "103000";
-  while (times.size() <= 1024) times += "\\103000";
-  EXPECT_TRUE(reader.read(keyObject().text(0x00080033, "TM", times)));
-  EXPECT_EQ(reader.document.ErrorMessage(), u"Cannot set the key object document content time.");
-  EXPECT_EQ(reader.document.ContentTime(), u"") << "the document before had 1030";
-  EXPECT_EQ(reader.document.ContentDate(), u"20090305");
-}
-
 TEST(PresentationStates, AreReadWithNamesForWhatIsEmpty) {
   Reader<CPresentation> reader;
   ASSERT_TRUE(reader.read(presentation()));
@@ -112,33 +100,96 @@ TEST(StructuredReports, HaveAVerificationTimeOnlyWhenVerified) {
   EXPECT_FALSE(reader.read(report("VERIFIED").without(0x0040A030)));
 }
 
-TEST(Documents, SayWhichAttributeIsAbsent) {
-  Reader<CKeyObjectDocument> keyObjects;
-  EXPECT_FALSE(keyObjects.read(keyObject().without(0x00080023)));
-  EXPECT_EQ(keyObjects.document.ErrorMessage(),
-            u"Cannot retrieve the \"00080023,DA\" key object document tag value.");
-  Reader<CPresentation> presentations;
-  EXPECT_FALSE(presentations.read(presentation().without(0x00700084)));
-  EXPECT_EQ(presentations.document.ErrorMessage(),
-            u"Cannot retrieve the \"00700084,PN\" presentation tag value.");
-  Reader<CStructuredReport> reports;
-  EXPECT_FALSE(reports.read(report("VERIFIED").without(0x0040A043)));
-  EXPECT_EQ(reports.document.ErrorMessage(),
-            u"Cannot retrieve the \"0040a043,SQ,1:00080100,SH\" structured report tag value.");
+Text hexText(std::uint32_t value) {
+  char digits[9];
+  std::snprintf(digits, sizeof digits, "%08x", value);
+  return {digits, digits + 8};
 }
 
-TEST(Documents, RefuseEmptyValuesWhenValuesAreRequired) {
-  Reader<CKeyObjectDocument> reader;
-  reader.document.SetValuesRequired(true);
-  EXPECT_FALSE(reader.read(keyObject().text(0x00080023, "DA", "")));
-  EXPECT_EQ(reader.document.ErrorMessage(),
-            u"The key object document tag \"00080023,DA\" does not have a value.");
-  EXPECT_FALSE(reader.document.SetContentDate({}));
-  EXPECT_EQ(reader.document.ErrorMessage(), u"Cannot set the key object document content date.");
+struct AttributeCase {
+  std::uint32_t tag;
+  const char* path;
+  const char* vr;
+  std::u16string name;  // in "Cannot set the <document> <name>."
+};
+
+// A text that cannot be stored leaves its sentence and an empty field, and the document is taken;
+// one that is absent, or empty while values are required, refuses the document.
+template <typename Document>
+void expectEachAttributeTold(const ElementMap& whole, const Text& document,
+                             std::initializer_list<AttributeCase> attributes) {
+  const test::UncheckedValues asInTheProgram;
+  const std::string tooLong(1025, '1');
+  for (const AttributeCase& c : attributes) {
+    SCOPED_TRACE(c.path);
+    const bool isCode = c.tag == 0x0040A043;
+    const Text path(c.path, c.path + std::char_traits<char>::length(c.path));
+    const auto with = [&](const std::string& value) {
+      if (!isCode) return ElementMap(whole).text(c.tag, c.vr, value);
+      ElementMap code;
+      for (const std::uint32_t tag : {0x00080100, 0x00080102, 0x00080104}) {
+        const bool isMeant = path.find(Text(1, u':') + hexText(tag)) != Text::npos;
+        code.text(tag, tag == 0x00080104 ? "LO" : "SH", isMeant ? value : "1");
+      }
+      return ElementMap(whole).sequence(c.tag, {code});
+    };
+    Reader<Document> reader;
+    ASSERT_TRUE(reader.read(whole));
+    EXPECT_TRUE(reader.read(with(tooLong)));
+    EXPECT_EQ(reader.document.ErrorMessage(), u"Cannot set the " + document + u" " + c.name + u".");
+    EXPECT_FALSE(reader.read(ElementMap(whole).without(c.tag)));
+    const Text missing = isCode ? Text(u"0040a043,SQ,1:00080100,SH") : path;
+    EXPECT_EQ(reader.document.ErrorMessage(),
+              u"Cannot retrieve the \"" + missing + u"\" " + document + u" tag value.");
+    reader.document.SetValuesRequired(true);
+    EXPECT_FALSE(reader.read(with("")));
+    EXPECT_EQ(reader.document.ErrorMessage(),
+              u"The " + document + u" tag \"" + path + u"\" does not have a value.");
+  }
+  Document fresh;
   CDicomUtil util;
   Text out;
-  EXPECT_FALSE(reader.document.ReadTagValue(util, {}, out));
-  EXPECT_EQ(reader.document.ErrorMessage(), u"The key object document tag is invalid.");
+  EXPECT_FALSE(fresh.ReadTagValue(util, {}, out));
+  EXPECT_EQ(fresh.ErrorMessage(), u"The " + document + u" tag is invalid.");
+}
+
+TEST(Documents, TellEachAttributeThatIsAbsentEmptyOrTooLong) {
+  expectEachAttributeTold<CKeyObjectDocument>(
+      keyObject(), u"key object document",
+      {{0x00200013, "00200013,IS", "IS", u"instance number"},
+       {0x00080023, "00080023,DA", "DA", u"content date"},
+       {0x00080033, "00080033,TM", "TM", u"content time"}});
+  expectEachAttributeTold<CPresentation>(
+      presentation(), u"presentation",
+      {{0x00200013, "00200013,IS", "IS", u"instance number"},
+       {0x00700080, "00700080,CS", "CS", u"content label"},
+       {0x00700081, "00700081,LO", "LO", u"content description"},
+       {0x00700084, "00700084,PN", "PN", u"content creator name"},
+       {0x00700082, "00700082,DA", "DA", u"creation date"},
+       {0x00700083, "00700083,TM", "TM", u"content time"}});
+  expectEachAttributeTold<CStructuredReport>(
+      report("VERIFIED"), u"structured report",
+      {{0x00200013, "00200013,IS", "IS", u"instance number"},
+       {0x0040A491, "0040a491,CS", "CS", u"completion flag"},
+       {0x0040A493, "0040a493,CS", "CS", u"verification flag"},
+       {0x0040A030, "0040a030,DT", "DT", u"verification date and time"},
+       {0x00080023, "00080023,DA", "DA", u"content date"},
+       {0x00080033, "00080033,TM", "TM", u"content time"},
+       {0x0040A043, "0040a043,SQ,1:00080100,SH", "SQ", u"code value"},
+       {0x0040A043, "0040a043,SQ,1:00080102,SH", "SQ", u"coding scheme designator"},
+       {0x0040A043, "0040a043,SQ,1:00080104,LO", "SQ", u"code meaning"}});
+}
+
+TEST(Documents, SettersKeepTheRulesOfReading) {
+  CKeyObjectDocument document;
+  EXPECT_TRUE(document.SetContentDate(u"20090305"));
+  EXPECT_FALSE(document.SetContentDate(Text(1025, u'1')));
+  EXPECT_EQ(document.ErrorMessage(), u"Cannot set the key object document content date.");
+  EXPECT_EQ(document.ContentDate(), u"20090305");
+  EXPECT_TRUE(document.SetContentDate({}));
+  document.SetValuesRequired(true);
+  EXPECT_FALSE(document.SetContentTime({}));
+  EXPECT_EQ(document.ErrorMessage(), u"Cannot set the key object document content time.");
 }
 
 }  // namespace

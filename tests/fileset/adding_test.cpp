@@ -24,6 +24,24 @@ Bytes bareObject(const std::string& studyUid, const std::string& seriesUid,
   return dicomFile(dataSet, "1.2.840.10008.5.1.4.1.1.2", "2.999.1.2.3.4.5.6.7", kExplicitLittleUid);
 }
 
+// One whose element, which should be a text, holds bytes.
+Bytes objectWithBytesIn(std::uint32_t tag, const std::string& studyUid,
+                        const std::string& seriesUid, const std::string& instanceUid) {
+  DataSetBytes dataSet;
+  const std::pair<std::uint32_t, std::string> rows[] = {
+      {0x00080018, instanceUid}, {0x00080020, "20090305"}, {0x00080021, "20090305"},
+      {0x00100010, "DOE^JOHN"},  {0x0020000D, studyUid},   {0x0020000E, seriesUid}};
+  for (const auto& [rowTag, value] : rows) {
+    const bool isUid = rowTag != 0x00080020 && rowTag != 0x00080021 && rowTag != 0x00100010;
+    if (rowTag == tag) {
+      dataSet.raw(tag, "OB", {1, 2});
+    } else {
+      dataSet.text(rowTag, isUid ? "UI" : rowTag == 0x00100010 ? "PN" : "DA", value);
+    }
+  }
+  return dicomFile(dataSet.take(), "1.2.840.10008.5.1.4.1.1.2", instanceUid, kExplicitLittleUid);
+}
+
 // As some converters write it: every VR given away.
 Bytes objectOfUnknownVrs(const std::string& studyUid, const std::string& seriesUid,
                          const std::string& instanceUid) {
@@ -66,6 +84,17 @@ TEST(AddingFiles, TellsWhyAFileIsRefused) {
        "The image SOP instance UID (0008,0018) is missing from the image file {file} for the "
        "sries " +
            series + " in study " + study + " for the patient DOE^JOHN 12345.",
+       0},
+      {"bytes for a patient's name", objectWithBytesIn(0x00100010, study, series, instance),
+       "Cannot add the patient information from {file} for the patient DOE^JOHN 12345 to the "
+       "patient list.",
+       -1},
+      {"bytes for a study date", objectWithBytesIn(0x00080020, study, series, instance),
+       "Cannot add the study information " + study + " for the patient DOE^JOHN 12345 from {file}.",
+       0},
+      {"bytes for a series date", objectWithBytesIn(0x00080021, study, series, instance),
+       "Cannot add the series " + series + " to the study " + study +
+           " for the patient DOE^JOHN 12345 from {file}.",
        0},
       {"every element as UN", objectOfUnknownVrs(study, series, instance), "", 1},
       {"maker's form", bareObject(study, series, maker + "1234.5"), "", 1},
@@ -195,6 +224,19 @@ TEST(AddingDirectories, TheFirstFileThatFailsEndsTheWalk) {
   EXPECT_EQ(job.sentence(),
             "Cannot read the DICOM information from " + job.in.string() + "\\b.txt.");
   EXPECT_EQ(job.count(), 1);
+}
+
+// Read as a path, such a name would lead to another file, and this one would be missing.
+TEST(AddingDirectories, ANameThatNoPathCanHaveEndsTheWalk) {
+  for (const std::string name : {"sub\\x", "a:b", "what?"}) {
+    SCOPED_TRACE(name);
+    BuilderJob job;
+    job.make("sub/x", instance(1));
+    job.make(name, instance(2));
+    EXPECT_FALSE(job.builder.AddDirectory(wide(job.in), false));
+    EXPECT_EQ(job.sentence(),
+              "The filename " + name + " cannot contain these characters: \\/:*?\"<>|");
+  }
 }
 
 TEST(AddingDirectories, RefusesWhatCannotBeWalked) {

@@ -48,6 +48,15 @@ class RegistryFile {
   fs::path file_;
 };
 
+inline ObjectDescription object(int patient, int study, int series, int instance) {
+  ObjectDescription d;
+  d.patient = patient;
+  d.study = study;
+  d.series = series;
+  d.instance = instance;
+  return d;
+}
+
 // The fifth of March 2009, a Thursday.
 inline SYSTEMTIME exampleDay() {
   SYSTEMTIME day{};

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "builder_job.h"
+#include "support/failing_new.h"
 
 namespace quillon::test {
 namespace {
@@ -148,6 +149,24 @@ TEST(MediumLabel, RefusesWhatItCannotBeWrittenFromOrTo) {
   EXPECT_EQ(job.sentence(), "The current path name " + longRoot +
                                 "\\ plus the new path component LABEL.TXT is longer than 260 "
                                 "characters.");
+  // Whatever allocation fails, a label is whole or not there.
+  const auto outcomes = withEachAllocationFailing([&](long n, bool& happened) {
+    fs::remove(job.in / "LABEL.TXT");
+    job.builder.ClearError();
+    bool isWritten = false;
+    try {
+      const FailingNew failing(n);
+      isWritten = job.builder.WriteLabel(&patients, wide(job.in));
+      happened = failing.happened();
+    } catch (const std::bad_alloc&) {
+      happened = true;
+    }
+    EXPECT_EQ(fs::exists(job.in / "LABEL.TXT"), isWritten) << n;
+    return job.sentence();
+  });
+  EXPECT_TRUE(
+      outcomes.contains("Cannot allocate storage for processing the suggested IHE media label."));
+  fs::remove(job.in / "LABEL.TXT");
   fs::create_directory(job.in / "LABEL.TXT");
   EXPECT_FALSE(job.builder.WriteLabel(&patients, wide(job.in)));
   EXPECT_EQ(job.sentence(), "Cannot open the file " + job.in.string() + "\\LABEL.TXT.");

@@ -1,11 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
+#include <set>
 #include <string>
+#include <vector>
 
 #include "builder_job.h"
+#include "dicomobjects/dicom_util.h"
 #include "fileset/model/media_item_list.h"
 #include "fileset/model/patient_list.h"
+#include "support/failing_new.h"
 
 namespace quillon::test {
 namespace {
@@ -100,6 +105,107 @@ TEST(FileSetModel, AStudyTakesItsTextsFromTheDataSet) {
   EXPECT_EQ(study->StudyTime(), u"101500");
   EXPECT_EQ(study->AccessionNumber(), u"ACC1");
   EXPECT_EQ(study->Description(), u"M\u00FCnchen");
+}
+
+// Bytes where a text should be cannot be read as one.
+TEST(FileSetModel, EachAttributeThatCannotBeReadHasItsSentence) {
+  const auto patient = [](CBaseItem*& told, const DcElemList& dataSet) {
+    static CPatientList list;
+    told = &list;
+    return list.AddPatient(&dataSet, u"P") || list.GetCount() != 0;
+  };
+  const auto study = [](CBaseItem*& told, const DcElemList& dataSet) {
+    static CStudyList list;
+    told = &list;
+    return list.AddStudy(&dataSet) || list.GetCount() != 0;
+  };
+  const auto series = [](CBaseItem*& told, const DcElemList& dataSet) {
+    static CSeriesList list;
+    told = &list;
+    return list.AddSeries(&dataSet) || list.GetCount() != 0;
+  };
+  const struct {
+    std::uint32_t tag;
+    std::function<bool(CBaseItem*&, const DcElemList&)> add;
+    std::string sentence;
+  } cases[] = {
+      {0x00100010, patient, "The patient name is invalid."},
+      {0x00100020, patient, "The patient ID is invalid."},
+      {0x00100040, patient, "The patient's sex is invalid."},
+      {0x00101010, patient, "The patient age is invalid."},
+      {0x00100030, patient, "The patient's birth date is invalid."},
+      {0x00080050, study, "The accession number is invalid."},
+      {0x00200010, study, "The study ID is invalid."},
+      {0x00080020, study, "The study date is invalid."},
+      {0x00081030, study, "The study description is invalid."},
+      {0x00080030, study, "The study time is invalid."},
+      {0x0020000D, study, "The study instance UID is invalid."},
+      {0x00200011, series, "The series number is invalid."},
+      {0x00080021, series, "The series date is invalid."},
+      {0x00080060, series, "The modality is invalid."},
+      {0x0020000E, series, "The series instance UID is invalid."},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.sentence);
+    const TempDir dir;
+    writeBytes(dir / "f", dicomFile(DataSetBytes().raw(c.tag, "OB", {1, 2}).take(), "1.2", "1.3",
+                                    kExplicitLittleUid));
+    CDicomUtil file;
+    ASSERT_TRUE(file.ReadFile(wide(dir / "f"), /*deferPixelData=*/true));
+    CBaseItem* told = nullptr;
+    EXPECT_FALSE(c.add(told, *file.GetElementList()));
+    EXPECT_EQ(narrow(told->ErrorMessage()), c.sentence);
+  }
+}
+
+// Whatever allocation fails: the list is as it was, or holds the whole node and finds it.
+TEST(FileSetModel, WithoutMemoryNothingIsAdded) {
+  const DcElemList dataSet = dataSetOf({{0x0020000D, "2.999.1.2.3.4.5.6"},
+                                        {0x0020000E, "2.999.1.2.3.4.5.7"},
+                                        {0x00100010, "A NAME THAT TAKES MEMORY"}});
+  const Text key = u"A KEY THAT TAKES MEMORY";
+  // Answers the sentences; isWhole says whether an item is there and found.
+  const auto sentences = [](auto makeList, auto add, auto isFound) {
+    return withEachAllocationFailing([&](long n, bool& happened) {
+      auto list = makeList();
+      bool isAdded = false;
+      {
+        const FailingNew failing(n);
+        isAdded = add(*list);
+        happened = failing.happened();
+      }
+      EXPECT_EQ(list->GetCount(), isAdded ? 1U : 0U) << n;
+      EXPECT_EQ(isFound(*list), isAdded) << n;
+      EXPECT_EQ(isAdded, !happened) << n;
+      return narrow(list->ErrorMessage());
+    });
+  };
+  using Sentences = std::set<std::string>;
+  EXPECT_EQ(sentences([] { return std::make_unique<CPatientList>(); },
+                      [&](CPatientList& list) { return list.AddPatient(&dataSet, key); },
+                      [&](CPatientList& list) { return list.FindByUniqueId(key) != nullptr; }),
+            (Sentences{"", "Cannot allocate storage for new patient information.",
+                       "Cannot set the new patient unique ID.", "The patient name is invalid."}));
+  EXPECT_EQ(sentences([] { return std::make_unique<CStudyList>(); },
+                      [&](CStudyList& list) { return list.AddStudy(&dataSet); },
+                      [](CStudyList& list) {
+                        return list.FindByStudyInstanceUid(u"2.999.1.2.3.4.5.6") != nullptr;
+                      }),
+            (Sentences{"", "Cannot allocate storage for new study information.",
+                       "The study instance UID is invalid."}));
+  EXPECT_EQ(sentences([] { return std::make_unique<CSeriesList>(); },
+                      [&](CSeriesList& list) { return list.AddSeries(&dataSet); },
+                      [](CSeriesList& list) {
+                        return list.FindBySeriesInstanceUid(u"2.999.1.2.3.4.5.7") != nullptr;
+                      }),
+            (Sentences{"", "Cannot allocate storage for new series information.",
+                       "The series instance UID is invalid."}));
+  CMediaItem item;
+  item.SetPath(key);
+  EXPECT_EQ(sentences([] { return std::make_unique<CMediaItemList>(); },
+                      [&](CMediaItemList& list) { return list.AddItem(item); },
+                      [&](CMediaItemList& list) { return list.Contains(key); }),
+            (Sentences{"", "Cannot allocate storage for new media item information."}));
 }
 
 TEST(FileSetModel, MediaItemsAreCopiesFoundByTheirWholePath) {

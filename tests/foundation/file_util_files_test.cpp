@@ -66,6 +66,26 @@ TEST_F(Files, SizesAreThoseOfFilesThatHoldSomething) {
   EXPECT_EQ(ErrorOf(files_), "The path " + Name("missing/x") + " cannot be found.");
 }
 
+TEST_F(Files, OneFileHasOneIdentityWhateverItIsCalled) {
+  Write("file", "x");
+  Write("other", "x");
+  fs::create_symlink("file", dir_ / "link");
+  fs::create_hard_link(dir_ / "file", dir_ / "second");
+  fs::create_directory(dir_ / "dir");
+  FileIdentity file;
+  ASSERT_TRUE(files_.GetFileIdentity(Wide("file"), file)) << ErrorOf(files_);
+  const std::pair<const char*, bool> cases[] = {
+      {"link", true}, {"second", true}, {"dir/../file", true}, {"other", false}, {"dir", false}};
+  for (const auto& [name, isSame] : cases) {
+    SCOPED_TRACE(name);
+    FileIdentity identity;
+    EXPECT_TRUE(files_.GetFileIdentity(Wide(name), identity)) << ErrorOf(files_);
+    EXPECT_EQ(identity == file, isSame);
+  }
+  EXPECT_FALSE(files_.GetFileIdentity(Wide("missing"), file));
+  EXPECT_EQ(ErrorOf(files_), "The path " + Name("missing") + " cannot be found.");
+}
+
 TEST_F(Files, CopyTakesEveryByteWhateverTheLength) {
   for (const std::size_t length : {1u, 32767u, 32768u, 32769u, 65536u, 100000u}) {
     SCOPED_TRACE(length);
@@ -83,6 +103,9 @@ TEST_F(Files, CopyFailsWithTheReasonAndLeavesTheSource) {
   Write("src", "content");
   Write("empty", "");
   fs::create_directory(dir_ / "dir");
+  fs::create_symlink("src", dir_ / "link");
+  fs::create_hard_link(dir_ / "src", dir_ / "second");
+  fs::create_directory_symlink(".", dir_ / "here");
   struct Case {
     const char* what;
     Text dst;
@@ -105,8 +128,16 @@ TEST_F(Files, CopyFailsWithTheReasonAndLeavesTheSource) {
       {"destination's directory is missing", Wide("none/dst"), Wide("src"),
        "Cannot open the file " + Name("none/dst") + "."},
       {"onto itself", Wide("src"), Wide("src"), "Cannot open the file " + Name("src") + "."},
-      {"onto itself by another name", Wide("dir/../src"), u"src",
+      {"onto itself by another spelling", Wide("dir/../src"), u"src",
        "Cannot open the file " + Name("dir/../src") + "."},
+      {"onto a link to it", Wide("link"), Wide("src"),
+       "Cannot open the file " + Name("link") + "."},
+      {"from a link to the target", Wide("src"), Wide("link"),
+       "Cannot open the file " + Name("src") + "."},
+      {"onto its second name", Wide("second"), Wide("src"),
+       "Cannot open the file " + Name("second") + "."},
+      {"through a linked directory", Wide("here/src"), Wide("src"),
+       "Cannot open the file " + Name("here/src") + "."},
       {"full disk", u"/dev/full", Wide("src"), "Cannot write data to the destination stream."},
   };
   for (const Case& c : cases) {
@@ -199,6 +230,7 @@ TEST_F(Files, MoveFailsWithTheReasonAndLosesNothing) {
   Write("empty", "");
   Write("dir/inner", "inner");
   fs::create_symlink("nowhere", dir_ / "dangling");
+  fs::create_symlink("src", dir_ / "link");
   struct Case {
     const char* what;
     Text dst;
@@ -216,6 +248,8 @@ TEST_F(Files, MoveFailsWithTheReasonAndLosesNothing) {
        "The path " + Name("empty") + " does not refer to a valid file."},
       {"a link that leads nowhere", Wide("dst"), Wide("dangling"),
        "The path " + Name("dangling") + " does not refer to a valid file."},
+      {"a link onto what it leads to", Wide("src"), Wide("link"),
+       "Cannot open the file " + Name("src") + "."},
       {"onto a directory", Wide("dir"), Wide("src"), "Cannot open the file " + Name("dir") + "."},
       {"into a missing directory", Wide("none/dst"), Wide("src"),
        "Cannot open the file " + Name("none/dst") + "."},

@@ -69,6 +69,54 @@ TEST_F(Files, AppendingAccessWritesAtTheEnd) {
   EXPECT_EQ(contentOf("f"), "oldnew");
 }
 
+TEST_F(Files, SharingIsWhatBothOpenersAllowUnderWhateverName) {
+  constexpr DWORD kRead = GENERIC_READ;
+  constexpr DWORD kWrite = GENERIC_WRITE;
+  constexpr DWORD kShareRead = FILE_SHARE_READ;
+  constexpr DWORD kShareBoth = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  std::ofstream("f") << "content";
+  fs::create_symlink("f", "link");
+  fs::create_hard_link("f", "second");
+  const struct {
+    const char* what;
+    DWORD access, share;
+    const char16_t* name;
+    DWORD otherAccess, otherShare, disposition;
+    bool isShared;
+  } cases[] = {
+      {"two readers", kRead, kShareRead, u"f", kRead, kShareRead, OPEN_EXISTING, true},
+      {"a reader of its own", kRead, 0, u"f", kRead, kShareBoth, OPEN_EXISTING, false},
+      {"a second one of its own", kRead, kShareBoth, u"f", kRead, 0, OPEN_EXISTING, false},
+      {"writer beside a reader", kRead, kShareBoth, u"f", kWrite, kShareBoth, OPEN_EXISTING, true},
+      {"writer that shuts readers out", kRead, kShareBoth, u"f", kWrite, 0, OPEN_EXISTING, false},
+      {"writer that empties", kRead, kShareRead, u"f", kWrite, 0, CREATE_ALWAYS, false},
+      {"by a link", kRead, 0, u"link", kWrite, 0, CREATE_ALWAYS, false},
+      {"by a second name", kRead, 0, u"second", kWrite, 0, TRUNCATE_EXISTING, false},
+      {"appending", kRead, kShareRead, u"f", FILE_APPEND_DATA, kShareBoth, OPEN_ALWAYS, false},
+      {"only asking", kRead, 0, u"f", 0, 0, OPEN_EXISTING, true},
+      {"another file", kRead, 0, u"g", kWrite, 0, CREATE_ALWAYS, true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const HANDLE one = CreateFileW(u"f", c.access, c.share, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(one, INVALID_HANDLE_VALUE);
+    const HANDLE other =
+        CreateFileW(c.name, c.otherAccess, c.otherShare, nullptr, c.disposition, 0, nullptr);
+    EXPECT_EQ(other != INVALID_HANDLE_VALUE, c.isShared);
+    if (other != INVALID_HANDLE_VALUE) {
+      CloseHandle(other);
+    } else {
+      EXPECT_EQ(GetLastError(), 32U);
+    }
+    CloseHandle(one);
+    EXPECT_EQ(contentOf("f"), "content");
+    // A refused or closed handle stands in nobody's way.
+    const HANDLE alone = CreateFileW(c.name, kWrite, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_NE(alone, INVALID_HANDLE_VALUE);
+    CloseHandle(alone);
+  }
+}
+
 TEST_F(Files, AHandleOfAnotherKindIsRefused) {
   std::ofstream("f") << "x";
   WIN32_FIND_DATAW data;

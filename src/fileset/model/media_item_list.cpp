@@ -12,9 +12,7 @@ CMediaItemList::CMediaItemList() { SetClassName(OLESTR("CMediaItemList")); }
 
 bool CMediaItemList::AddItem(const CMediaItem& item) {
   try {
-    auto copy = std::make_unique<CMediaItem>(item);
-    Add(copy.get());
-    static_cast<void>(copy.release());  // the list owns it now
+    Append(std::make_unique<CMediaItem>(item), [](const CMediaItem&) {});
     return true;
   } catch (const std::bad_alloc&) {
     return Fail(kMsgNoStorageForMediaItem);

@@ -3,6 +3,7 @@
 #include <array>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "attribute_rows.h"
 
@@ -51,9 +52,8 @@ bool CPatientList::AddPatient(const DcElemList* dataSet, TextView uniqueId) {
       return Fail(kMsgCannotSetPatientUniqueId);
     }
     if (!ReadAttributes<CPatient>(kRows, *dataSet, *patient, *this)) return false;
-    Add(patient.get());
-    CPatient* added = patient.release();
-    byUniqueId_.Add(added->UniqueId(), added);
+    Append(std::move(patient),
+           [this](CPatient& added) { byUniqueId_.Add(added.UniqueId(), &added); });
     return true;
   } catch (const std::bad_alloc&) {
     return Fail(kMsgNoStorageForPatient);

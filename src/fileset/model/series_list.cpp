@@ -3,6 +3,7 @@
 #include <array>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "attribute_rows.h"
 
@@ -36,9 +37,8 @@ bool CSeriesList::AddSeries(const DcElemList* dataSet) {
   try {
     auto series = std::make_unique<CSeries>();
     if (!ReadAttributes<CSeries>(kRows, *dataSet, *series, *this)) return false;
-    Add(series.get());
-    CSeries* added = series.release();
-    byUid_.Add(added->SeriesInstanceUid(), added);
+    Append(std::move(series),
+           [this](CSeries& added) { byUid_.Add(added.SeriesInstanceUid(), &added); });
     return true;
   } catch (const std::bad_alloc&) {
     return Fail(kMsgNoStorageForSeries);

@@ -3,6 +3,7 @@
 #include <array>
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "attribute_rows.h"
 
@@ -46,9 +47,8 @@ bool CStudyList::AddStudy(const DcElemList* dataSet) {
     auto study = std::make_unique<CStudy>();
     if (!ReadAttributes<CStudy>(kRows, *dataSet, *study, *this)) return false;
     if (study->studyId_.empty()) study->studyId_ = kStudyIdOfNone;
-    Add(study.get());
-    CStudy* added = study.release();
-    byUid_.Add(added->StudyInstanceUid(), added);
+    Append(std::move(study),
+           [this](CStudy& added) { byUid_.Add(added.StudyInstanceUid(), &added); });
     return true;
   } catch (const std::bad_alloc&) {
     return Fail(kMsgNoStorageForStudy);

@@ -1,15 +1,15 @@
 #include "platform/com/bstr.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <string>
 
 namespace {
 
 // bytes before the text: 4 of padding where pointers have 8, so that the text is as aligned as
-// malloc's memory, then the length.
+// any memory, then the length.
 constexpr std::size_t kHeaderBytes = 8;
 constexpr std::size_t kLengthBytes = 4;
 constexpr std::size_t kTerminatorBytes = sizeof(OLECHAR);
@@ -18,7 +18,8 @@ BSTR allocate(std::size_t lengthBytes) {
   if (lengthBytes > std::numeric_limits<std::uint32_t>::max() - kHeaderBytes - kTerminatorBytes) {
     return nullptr;
   }
-  auto* memory = static_cast<char*>(std::malloc(kHeaderBytes + lengthBytes + kTerminatorBytes));
+  auto* memory = static_cast<char*>(
+      ::operator new(kHeaderBytes + lengthBytes + kTerminatorBytes, std::nothrow));
   if (memory == nullptr) return nullptr;
   char* text = memory + kHeaderBytes;
   const auto length = static_cast<std::uint32_t>(lengthBytes);
@@ -65,7 +66,7 @@ int SysReAllocStringLen(BSTR* bstr, const OLECHAR* text, UINT units) {
 }
 
 void SysFreeString(BSTR bstr) {
-  if (bstr != nullptr) std::free(reinterpret_cast<char*>(bstr) - kHeaderBytes);
+  if (bstr != nullptr) ::operator delete(reinterpret_cast<char*>(bstr) - kHeaderBytes);
 }
 
 UINT SysStringByteLen(BSTR bstr) {

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <limits>
 #include <memory>
+#include <mutex>
+#include <vector>
 
 #include "win32/environment.h"
 #include "win32/file_handle.h"
@@ -28,12 +30,13 @@ HANDLE refuse(DWORD code) {
   return INVALID_HANDLE_VALUE;
 }
 
+bool isReading(DWORD access) { return (access & GENERIC_READ) != 0; }
+bool isWriting(DWORD access) { return (access & (GENERIC_WRITE | FILE_APPEND_DATA)) != 0; }
+
 int accessFlags(DWORD access) {
-  const bool reads = (access & GENERIC_READ) != 0;
-  const bool writes = (access & (GENERIC_WRITE | FILE_APPEND_DATA)) != 0;
   const int append =
       (access & FILE_APPEND_DATA) != 0 && (access & GENERIC_WRITE) == 0 ? O_APPEND : 0;
-  if (writes) return (reads ? O_RDWR : O_WRONLY) | append;
+  if (isWriting(access)) return (isReading(access) ? O_RDWR : O_WRONLY) | append;
   return O_RDONLY;
 }
 
@@ -53,18 +56,85 @@ Opened openPath(const char* path, int flags, DWORD disposition) {
     if (made >= 0 || errno != EEXIST || disposition == CREATE_NEW) return {made, errno, false};
     flags |= O_CREAT;
   }
-  if (disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING) flags |= O_TRUNC;
   const int opened = ::open(path, flags, 0666);
   return {opened, errno, true};
 }
 
 // Directories and pipes are not files: Windows opens the first only on request, and reading the
 // second could wait for ever. Devices are let through.
-bool isUsable(int descriptor, DWORD flags) {
-  struct stat status {};
+bool isUsable(int descriptor, DWORD flags, struct stat& status) {
   if (::fstat(descriptor, &status) != 0) return false;
   if (S_ISDIR(status.st_mode)) return (flags & FILE_FLAG_BACKUP_SEMANTICS) != 0;
   return !S_ISFIFO(status.st_mode) && !S_ISSOCK(status.st_mode);
+}
+
+// The regular files that this process has open, with what their openers allow others meanwhile.
+// Other processes are not kept out, as they are not on this system.
+class OpenFiles {
+ public:
+  // False when an earlier handle does not allow this one, or this one would not allow it. A handle
+  // that neither reads nor writes is in nobody's way.
+  bool add(const FileHandle* handle, const struct stat& status, DWORD access, DWORD share) {
+    const Entry entry{handle, status.st_dev, status.st_ino, isReading(access), isWriting(access),
+                      share};
+    if (!entry.reads && !entry.writes) return true;
+    const std::lock_guard lock(mutex_);
+    for (const Entry& other : entries_) {
+      if (other.device == entry.device && other.inode == entry.inode &&
+          (!isAllowedBy(other, entry) || !isAllowedBy(entry, other))) {
+        return false;
+      }
+    }
+    entries_.push_back(entry);
+    return true;
+  }
+  void remove(const FileHandle* handle) {
+    const std::lock_guard lock(mutex_);
+    std::erase_if(entries_, [handle](const Entry& entry) { return entry.handle == handle; });
+  }
+
+ private:
+  struct Entry {
+    const FileHandle* handle;
+    dev_t device;
+    ino_t inode;
+    bool reads;
+    bool writes;
+    DWORD share;
+  };
+  static bool isAllowedBy(const Entry& one, const Entry& other) {
+    return (!other.reads || (one.share & FILE_SHARE_READ) != 0) &&
+           (!other.writes || (one.share & FILE_SHARE_WRITE) != 0);
+  }
+
+  std::mutex mutex_;
+  std::vector<Entry> entries_;
+};
+
+OpenFiles& openFiles() {
+  static OpenFiles files;
+  return files;
+}
+
+// Empties the file only now that nobody in this process has it open.
+bool emptyFile(int descriptor, DWORD access, const NativePath& path) {
+  return (isWriting(access) ? ::ftruncate(descriptor, 0) : ::truncate(path.c_str(), 0)) == 0;
+}
+
+// Takes an opened descriptor into the handle; 0, or the code of the refusal.
+DWORD admit(FileHandle& file, const Opened& opened, const NativePath& path, DWORD access,
+            DWORD share, DWORD disposition, DWORD flags) {
+  struct stat status {};
+  if (!isUsable(opened.descriptor, flags, status)) return ERROR_ACCESS_DENIED;
+  if (!S_ISREG(status.st_mode)) return ERROR_SUCCESS;
+  if (!openFiles().add(&file, status, access, share)) return ERROR_SHARING_VIOLATION;
+  const bool empties = disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING;
+  if (empties && opened.existed && !emptyFile(opened.descriptor, access, path)) {
+    const DWORD code = codeOfErrno(errno);
+    openFiles().remove(&file);
+    return code;
+  }
+  return ERROR_SUCCESS;
 }
 
 // Absolute, because the working directory may change before the handle is flushed.
@@ -74,20 +144,21 @@ std::string directoryToSync(const NativePath& path) {
   return workingDirectory().text + '/' + parent;
 }
 
-HANDLE openFile(const NativePath& path, DWORD access, DWORD disposition, DWORD flags) {
+HANDLE openFile(const NativePath& path, DWORD access, DWORD share, DWORD disposition, DWORD flags) {
   if (path.text.empty()) return refuse(ERROR_PATH_NOT_FOUND);
   if (disposition < CREATE_NEW || disposition > TRUNCATE_EXISTING) {
     return refuse(ERROR_INVALID_PARAMETER);
   }
+  auto file = std::make_unique<FileHandle>();
   const Opened opened = openPath(path.c_str(), accessFlags(access), disposition);
   if (opened.descriptor < 0) {
     return refuse(opened.error == ENXIO ? ERROR_ACCESS_DENIED : codeOfErrno(opened.error, path));
   }
-  auto file = std::make_unique<FileHandle>();
   file->descriptor = opened.descriptor;
-  if (!isUsable(opened.descriptor, flags)) {
+  const DWORD code = admit(*file, opened, path, access, share, disposition, flags);
+  if (code != ERROR_SUCCESS) {
     ::close(opened.descriptor);
-    return refuse(ERROR_ACCESS_DENIED);
+    return refuse(code);
   }
   if ((flags & FILE_FLAG_SEQUENTIAL_SCAN) != 0) {
     ::posix_fadvise(opened.descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
@@ -151,15 +222,15 @@ using namespace quillon::platform;
 
 // FILE_FLAG_WRITE_THROUGH is not O_SYNC here: a copy would wait for the disk after every block.
 // Callers that need the bytes on the disk flush once, at the end.
-HANDLE WINAPI CreateFileW(LPCWSTR fileName, DWORD access, DWORD, LPSECURITY_ATTRIBUTES,
+HANDLE WINAPI CreateFileW(LPCWSTR fileName, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES,
                           DWORD disposition, DWORD flags, HANDLE) {
-  return openFile(translatePath(fileName), access, disposition, flags);
+  return openFile(translatePath(fileName), access, share, disposition, flags);
 }
 
-HANDLE WINAPI CreateFileA(LPCSTR fileName, DWORD access, DWORD, LPSECURITY_ATTRIBUTES,
+HANDLE WINAPI CreateFileA(LPCSTR fileName, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES,
                           DWORD disposition, DWORD flags, HANDLE) {
   return openFile(fileName == nullptr ? NativePath{} : translatePath(std::string_view(fileName)),
-                  access, disposition, flags);
+                  access, share, disposition, flags);
 }
 
 BOOL WINAPI ReadFile(HANDLE handle, LPVOID buffer, DWORD length, LPDWORD read, LPOVERLAPPED) {
@@ -273,6 +344,7 @@ BOOL WINAPI GetFileInformationByHandle(HANDLE handle, LPBY_HANDLE_FILE_INFORMATI
 BOOL WINAPI CloseHandle(HANDLE handle) {
   FileHandle* file = fileOf(handle);
   if (file == nullptr) return FALSE;
+  openFiles().remove(file);
   // The descriptor is gone whatever close answers; a late write error (a full network share) is
   // still reported.
   const int error = ::close(file->descriptor) == 0 ? 0 : errno;

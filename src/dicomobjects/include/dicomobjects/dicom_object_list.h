@@ -41,7 +41,8 @@ class CDicomObjectList : public COwningList<CDicomObjectProperties> {
   // From the text to the position of the first object that has it.
   using Index = std::unordered_map<Text, std::size_t, TextHash, std::equal_to<>>;
 
-  bool Append(std::unique_ptr<CDicomObjectProperties> properties);
+  // Appends the object and enters it in the index.
+  bool Enter(std::unique_ptr<CDicomObjectProperties> properties);
 
   Index byUid_;
   Index byKey_;  // keys that differ from the object's UID

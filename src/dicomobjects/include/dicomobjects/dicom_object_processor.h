@@ -17,14 +17,20 @@ class CDicomObjectProcessor : public CBaseItem {
   // Set: every missing attribute is taken as 0 or empty and the read goes on.
   void SetInstanceUidOptional(bool optional) { instanceUidOptional_ = optional; }
 
-  // Loads the file into util (its pixel data deferred), then ReadProperties.
+  // Loads the file into util (its pixel data deferred), then ReadProperties. Fails, with the path
+  // in the sentence, for an empty path and a file that cannot be read.
   bool ReadObjectProperties(TextView path, CDicomUtil& util, CDicomObjectProperties& properties);
-  // From a file that util has loaded. Each failure leaves its sentence here.
+  // From a file that util has loaded; its size on the disk is taken as well. The first attribute
+  // that is missing (unless optional) or cannot be stored ends it with its sentence, left here.
+  // Without pixel data the image values stay at their defaults. What properties held before is
+  // gone.
   bool ReadProperties(CDicomUtil& util, CDicomObjectProperties& properties);
   // UIDs of the maker's form (root, key, ".", frame index) give key, frame key and frame number;
   // any other UID is its own key. A missing UID is tolerated with the flag set, and so is one too
   // short to be told from the root; a malformed one never is.
   bool ParseInstanceUid(CDicomUtil& util, CDicomObjectProperties& properties);
+  // Bit n is set for an Overlay Bit Position of n (1 to 15) in one of the 16 overlay groups; two
+  // groups with one position add up. Always true.
   bool ComputeOverlayMask(CDicomUtil& util, std::uint16_t& mask);
 
  private:

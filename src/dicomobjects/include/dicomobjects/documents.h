@@ -3,6 +3,7 @@
 // sentence, when an attribute is absent; a text that cannot be stored only leaves its sentence.
 #pragma once
 
+#include <initializer_list>
 #include <string_view>
 
 #include "dicomobjects/dicom_util.h"
@@ -10,13 +11,22 @@
 
 namespace quillon {
 
-// What the three readers share: a list of attributes, each with its tag path, its storing message
-// and the text that holds it.
+// One attribute of a document: where it stands in the file, the message for a text that cannot be
+// stored, what an empty value is stored as, and the text itself.
+struct DocumentAttribute {
+  std::string_view tagPath;
+  UINT storeMessage;
+  TextView emptyMeans = {};
+  Text value = {};
+};
+
+// What the three readers share.
 class CDicomDocument : public CBaseItem {
  public:
   // With the flag an empty value is refused both when read and when stored.
   void SetValuesRequired(bool required) { valuesRequired_ = required; }
-  // One attribute as text. Messages are the class's own.
+  // One attribute as text. False, with a message of the class's own, for an empty path, an element
+  // that the file does not have, and an empty value while values are required.
   bool ReadTagValue(CDicomUtil& util, std::string_view tagPath, Text& out);
 
  protected:
@@ -27,12 +37,13 @@ class CDicomDocument : public CBaseItem {
   };
   explicit CDicomDocument(const Messages& messages) : messages_(messages) {}
 
-  bool ReadAttribute(CDicomUtil& util, std::string_view tagPath, UINT storeMessage, Text& field);
-  // With a text that stands for an empty value.
-  bool ReadAttribute(CDicomUtil& util, std::string_view tagPath, UINT storeMessage,
-                     TextView emptyMeans, Text& field);
-  bool Store(Text& field, TextView value, UINT storeMessage);
+  // False when a read fails. A text that cannot be stored leaves its sentence, and the reading goes
+  // on without it.
+  bool ReadAttribute(CDicomUtil& util, DocumentAttribute& attribute);
+  bool ReadAttributes(CDicomUtil& util, std::initializer_list<DocumentAttribute*> attributes);
+  bool Store(DocumentAttribute& attribute, TextView value);
 
+ private:
   Messages messages_;
   bool valuesRequired_ = false;
 };
@@ -41,81 +52,84 @@ class CKeyObjectDocument : public CDicomDocument {
  public:
   CKeyObjectDocument();
   bool ReadFromDicom(CDicomUtil& util);
-  [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_; }
-  [[nodiscard]] const Text& ContentDate() const { return contentDate_; }
-  [[nodiscard]] const Text& ContentTime() const { return contentTime_; }
-  bool SetInstanceNumber(TextView value);
-  bool SetContentDate(TextView value);
-  bool SetContentTime(TextView value);
+  [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_.value; }
+  [[nodiscard]] const Text& ContentDate() const { return contentDate_.value; }
+  [[nodiscard]] const Text& ContentTime() const { return contentTime_.value; }
+  bool SetInstanceNumber(TextView value) { return Store(instanceNumber_, value); }
+  bool SetContentDate(TextView value) { return Store(contentDate_, value); }
+  bool SetContentTime(TextView value) { return Store(contentTime_, value); }
 
  private:
-  Text instanceNumber_;
-  Text contentDate_;
-  Text contentTime_;
+  DocumentAttribute instanceNumber_{"00200013,IS", kMsgCannotSetKeyObjectInstanceNumber};
+  DocumentAttribute contentDate_{"00080023,DA", kMsgCannotSetKeyObjectContentDate};
+  DocumentAttribute contentTime_{"00080033,TM", kMsgCannotSetKeyObjectContentTime};
 };
 
 class CPresentation : public CDicomDocument {
  public:
   CPresentation();
   bool ReadFromDicom(CDicomUtil& util);
-  [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_; }
-  [[nodiscard]] const Text& ContentLabel() const { return contentLabel_; }
-  [[nodiscard]] const Text& ContentDescription() const { return contentDescription_; }
-  [[nodiscard]] const Text& ContentCreatorName() const { return contentCreatorName_; }
-  [[nodiscard]] const Text& CreationDate() const { return creationDate_; }
-  [[nodiscard]] const Text& CreationTime() const { return creationTime_; }
-  bool SetInstanceNumber(TextView value);
-  bool SetContentLabel(TextView value);
-  bool SetContentDescription(TextView value);
-  bool SetContentCreatorName(TextView value);
-  bool SetCreationDate(TextView value);
-  bool SetCreationTime(TextView value);
+  [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_.value; }
+  [[nodiscard]] const Text& ContentLabel() const { return contentLabel_.value; }
+  [[nodiscard]] const Text& ContentDescription() const { return contentDescription_.value; }
+  [[nodiscard]] const Text& ContentCreatorName() const { return contentCreatorName_.value; }
+  [[nodiscard]] const Text& CreationDate() const { return creationDate_.value; }
+  [[nodiscard]] const Text& CreationTime() const { return creationTime_.value; }
+  bool SetInstanceNumber(TextView value) { return Store(instanceNumber_, value); }
+  bool SetContentLabel(TextView value) { return Store(contentLabel_, value); }
+  bool SetContentDescription(TextView value) { return Store(contentDescription_, value); }
+  bool SetContentCreatorName(TextView value) { return Store(contentCreatorName_, value); }
+  bool SetCreationDate(TextView value) { return Store(creationDate_, value); }
+  bool SetCreationTime(TextView value) { return Store(creationTime_, value); }
 
  private:
-  Text instanceNumber_;
-  Text contentLabel_;
-  Text contentDescription_;
-  Text contentCreatorName_;
-  Text creationDate_;
-  Text creationTime_;
+  DocumentAttribute instanceNumber_{"00200013,IS", kMsgCannotSetPresentationInstanceNumber};
+  DocumentAttribute contentLabel_{"00700080,CS", kMsgCannotSetPresentationLabel};
+  DocumentAttribute contentDescription_{"00700081,LO", kMsgCannotSetPresentationDescription,
+                                        OLESTR("Unknown")};
+  DocumentAttribute contentCreatorName_{"00700084,PN", kMsgCannotSetPresentationCreatorName,
+                                        OLESTR("Unknown^Unknown")};
+  DocumentAttribute creationDate_{"00700082,DA", kMsgCannotSetPresentationCreationDate};
+  DocumentAttribute creationTime_{"00700083,TM", kMsgCannotSetPresentationContentTime};
 };
 
 class CStructuredReport : public CDicomDocument {
  public:
   CStructuredReport();
   bool ReadFromDicom(CDicomUtil& util);
-  [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_; }
-  [[nodiscard]] const Text& CompletionFlag() const { return completionFlag_; }
-  [[nodiscard]] const Text& VerificationFlag() const { return verificationFlag_; }
+  [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_.value; }
+  [[nodiscard]] const Text& CompletionFlag() const { return completionFlag_.value; }
+  [[nodiscard]] const Text& VerificationFlag() const { return verificationFlag_.value; }
   // Empty unless the verification flag is "VERIFIED".
-  [[nodiscard]] const Text& VerificationDateTime() const { return verificationDateTime_; }
-  [[nodiscard]] const Text& ContentDate() const { return contentDate_; }
-  [[nodiscard]] const Text& ContentTime() const { return contentTime_; }
-  [[nodiscard]] const Text& CodeValue() const { return codeValue_; }
-  [[nodiscard]] const Text& CodingSchemeDesignator() const { return codingSchemeDesignator_; }
-  [[nodiscard]] const Text& CodeMeaning() const { return codeMeaning_; }
-  bool SetInstanceNumber(TextView value);
-  bool SetCompletionFlag(TextView value);
-  bool SetVerificationFlag(TextView value);
-  bool SetVerificationDateTime(TextView value);
-  bool SetContentDate(TextView value);
-  bool SetContentTime(TextView value);
-  bool SetCodeValue(TextView value);
-  bool SetCodingSchemeDesignator(TextView value);
-  bool SetCodeMeaning(TextView value);
+  [[nodiscard]] const Text& VerificationDateTime() const { return verificationDateTime_.value; }
+  [[nodiscard]] const Text& ContentDate() const { return contentDate_.value; }
+  [[nodiscard]] const Text& ContentTime() const { return contentTime_.value; }
+  [[nodiscard]] const Text& CodeValue() const { return codeValue_.value; }
+  [[nodiscard]] const Text& CodingSchemeDesignator() const { return codingSchemeDesignator_.value; }
+  [[nodiscard]] const Text& CodeMeaning() const { return codeMeaning_.value; }
+  bool SetInstanceNumber(TextView value) { return Store(instanceNumber_, value); }
+  bool SetCompletionFlag(TextView value) { return Store(completionFlag_, value); }
+  bool SetVerificationFlag(TextView value) { return Store(verificationFlag_, value); }
+  bool SetVerificationDateTime(TextView value) { return Store(verificationDateTime_, value); }
+  bool SetContentDate(TextView value) { return Store(contentDate_, value); }
+  bool SetContentTime(TextView value) { return Store(contentTime_, value); }
+  bool SetCodeValue(TextView value) { return Store(codeValue_, value); }
+  bool SetCodingSchemeDesignator(TextView value) { return Store(codingSchemeDesignator_, value); }
+  bool SetCodeMeaning(TextView value) { return Store(codeMeaning_, value); }
 
  private:
   bool ReadVerificationDateTime(CDicomUtil& util);
 
-  Text instanceNumber_;
-  Text completionFlag_;
-  Text verificationFlag_;
-  Text verificationDateTime_;
-  Text contentDate_;
-  Text contentTime_;
-  Text codeValue_;
-  Text codingSchemeDesignator_;
-  Text codeMeaning_;
+  DocumentAttribute instanceNumber_{"00200013,IS", kMsgCannotSetReportInstanceNumber};
+  DocumentAttribute completionFlag_{"0040a491,CS", kMsgCannotSetReportCompletionFlag};
+  DocumentAttribute verificationFlag_{"0040a493,CS", kMsgCannotSetReportVerificationFlag};
+  DocumentAttribute verificationDateTime_{"0040a030,DT", kMsgCannotSetReportVerificationDateTime};
+  DocumentAttribute contentDate_{"00080023,DA", kMsgCannotSetReportContentDate};
+  DocumentAttribute contentTime_{"00080033,TM", kMsgCannotSetReportContentTime};
+  DocumentAttribute codeValue_{"0040a043,SQ,1:00080100,SH", kMsgCannotSetReportCodeValue};
+  DocumentAttribute codingSchemeDesignator_{"0040a043,SQ,1:00080102,SH",
+                                            kMsgCannotSetReportCodingScheme};
+  DocumentAttribute codeMeaning_{"0040a043,SQ,1:00080104,LO", kMsgCannotSetReportCodeMeaning};
 };
 
 }  // namespace quillon

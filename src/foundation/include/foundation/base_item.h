@@ -21,15 +21,19 @@ class CBaseItem {
   // Every field to its default. Always true.
   bool Reset();
 
-  bool SetClassName(TextView name);  // false for an empty one
+  // The name that messages give the object; derived constructors set it. False, and nothing
+  // changed, for an empty one.
+  bool SetClassName(TextView name);
   void GetClassName(Text& out) const { out = className_; }
   [[nodiscard]] const Text& ClassName() const { return className_; }
 
+  // The sentence of the last failure; no operation clears it at its beginning. Always true.
   bool SetErrorMessage(TextView text);
   bool SetErrorMessage(const Text& text) { return SetErrorMessage(TextView(text)); }
   bool SetErrorMessage(const OLECHAR* text) {
     return SetErrorMessage(text == nullptr ? TextView() : TextView(text));
   }
+  // The text of a message of the table; empty when it has none.
   bool SetErrorMessage(UINT id);
   // The text of the message as a format; at most five arguments, at most 1,024 characters result.
   bool SetErrorMessage(UINT id, std::initializer_list<TextArg> args);
@@ -53,21 +57,31 @@ class CBaseItem {
     return false;
   }
 
-  // Empty when the table has no such message.
+  // The first 1,024 characters of a message; empty when the table has no such message.
   [[nodiscard]] Text LoadMessage(UINT id) const;
+  // The message as a format of the two names, at most 2,048 characters; "The operation failed."
+  // when the table has no such message.
   void FormatClassMessage(Text& out, UINT id, TextView className, TextView methodName) const;
+  // prefix (or, when that is empty, what out holds) followed by the platform's text for the code,
+  // if it has one. Always true.
   bool AppendSystemText(Text& out, DWORD code, TextView prefix) const;
 
-  // Texts that say nothing about a reason and are replaced where a reason is reported.
+  // Texts that say nothing about a reason and are replaced where a reason is reported: after
+  // trimming empty, "The operation succeeded." or the platform's text for success; empty, "The
+  // operation failed." or the bare beginning of a text for an unknown code; either.
   static bool IsSuccessText(TextView text);
   static bool IsFailureText(TextView text);
   static bool IsUninformativeText(TextView text);
 
+  // "Line: ...", "Method: ...", "File: ..." and the text, each when there is one and each followed
+  // by the separator; the text alone without detailed messages. True unless the separator cannot be
+  // read.
   bool SetErrorLocation(TextView file, TextView method, int line, TextView text);
   void SetDetailedMessages(bool detailed) { detailedMessages_ = detailed; }
 
   void GetItemText(Text& out) const { out = itemText_; }
-  bool SetItemText(TextView text);  // trimmed; false for an empty one
+  // Stored without white space at its ends. False, and the old text stays, when nothing is left.
+  bool SetItemText(TextView text);
   bool GetSeparator(Text& out) const {
     out = separator_;
     return true;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "foundation/base_item.h"
@@ -19,11 +20,15 @@ class CBaseList : public CBaseItem {
   CBaseList(const CBaseList&) = delete;
   CBaseList& operator=(const CBaseList&) = delete;
 
+  // Forgets the items; an owning list destroys them.
   virtual void RemoveAll();
 
-  bool Add(CBaseItem* item);  // false for null
+  // At the end. False for null.
+  bool Add(CBaseItem* item);
   [[nodiscard]] std::size_t GetCount() const { return items_.size(); }
   [[nodiscard]] CBaseItem* GetAt(std::size_t index) const;  // null past the end
+  // Ascending by compare (less than). With stable equal items keep their order. Without a
+  // comparison nothing is sorted.
   void Sort(const Less& compare, bool stable);
 
  protected:
@@ -37,6 +42,20 @@ class COwningList : public CBaseList {
   ~COwningList() override { DeleteItems(); }
   void RemoveAll() override { DeleteItems(); }
   [[nodiscard]] Item* At(std::size_t index) const { return static_cast<Item*>(GetAt(index)); }
+
+ protected:
+  // Takes the item over; when enter(item) throws, the list is as it was.
+  template <typename Enter>
+  void Append(std::unique_ptr<Item> item, Enter enter) {
+    items_.push_back(item.get());
+    try {
+      enter(*item);
+    } catch (...) {
+      items_.pop_back();
+      throw;
+    }
+    static_cast<void>(item.release());
+  }
 
  private:
   void DeleteItems() {

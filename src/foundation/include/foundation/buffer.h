@@ -12,9 +12,12 @@ class CBuffer {
   CBuffer(const CBuffer&) = delete;
   CBuffer& operator=(const CBuffer&) = delete;
 
-  // 0 on success; 1 when the buffer already holds data or memory ran out.
+  // Both answer 0 on success, unlike every other operation of the system.
+  // A new block of undefined contents. 1, and nothing changed, when the buffer already holds data
+  // or memory ran out.
   int Allocate(std::uint32_t sizeBytes);
-  // 0 on success; 1 when the buffer already holds data. With owns, data was made by new[].
+  // Refers to a block, and frees it when it owns it. 1, and nothing changed, when the buffer
+  // already holds data. With owns, data was made by new[].
   int Attach(std::uint8_t* data, std::uint32_t sizeBytes, bool owns);
   [[nodiscard]] std::uint8_t* GetData() const { return data_; }
   [[nodiscard]] std::uint32_t GetSize() const { return sizeBytes_; }

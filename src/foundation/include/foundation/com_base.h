@@ -14,15 +14,23 @@ class CComBase : public CBaseItem {
   CComBase(const CComBase&) = delete;
   CComBase& operator=(const CComBase&) = delete;
 
+  // Tries the initialisation again when that of the constructor failed. Whether there is one now.
   bool EnsureComInitialized();
-  // True for a success code; else composes "<class>::<method> failed ..." and the reason.
+  // True, and no sentence, for a success code. Else the sentence is the message of that id (with
+  // the two names) followed by the reason: the table's text for the low 16 bits of hr, else the
+  // platform's text for the thread's last error, else "The operation failed.".
   bool CheckResult(HRESULT hr, UINT id, TextView className, TextView methodName);
-  // Always false.
+  // For an argument refused before any call: the same message followed by the platform's text of hr
+  // itself (or, when that says nothing, of the last error). Always false.
   bool ReportFailure(HRESULT hr, UINT id, TextView className, TextView methodName);
   using CBaseItem::SetErrorMessage;
+  // pMsg followed by the platform's text of hr, as in ReportFailure. Always true.
   bool SetErrorMessage(HRESULT hr, const _bstr_t& pMsg);
+  // For a caught exception: the given text, or the message of that id, followed by the platform's
+  // text of the exception's code, else of the last error. Always false.
   bool ProcessError(const _com_error& error, const _bstr_t& pMsg);
   bool ProcessError(const _com_error& error, UINT id, TextView className, TextView methodName);
+  // Of the last platform call made through this object; the initialisation counts as the first.
   [[nodiscard]] HRESULT GetLastResult() const { return lastResult_; }
 
  protected:

@@ -1,8 +1,12 @@
 // The system's one door to the file system. Every operation answers true on success; a failure
-// leaves one sentence. Paths are wide, with "\" or "/" and at most 260 characters. Walks and tree
+// leaves one sentence and answers false. Paths are wide, with "\" or "/" between their parts and at
+// most 260 characters; every operation checks those it is given with ValidatePath first and fails
+// with that check's sentence, or, where two paths are given, with "The source filename is invalid."
+// or "The destination filename is invalid.". No file stays open between two calls. Walks and tree
 // operations change the process's working directory and restore it on success.
 #pragma once
 
+#include <compare>
 #include <cstdint>
 
 #include "foundation/base_item.h"
@@ -15,42 +19,91 @@ inline constexpr std::size_t kMaxPathChars = 260;
 
 enum class DirectoryOp { ChangeTo = 0, Create = 1, Remove = 2 };
 
+// Tells one file from every other, whatever it is called.
+struct FileIdentity {
+  std::uint32_t volume = 0;
+  std::uint64_t index = 0;
+  auto operator<=>(const FileIdentity&) const = default;
+};
+
 class CFileUtil : public CBaseItem {
  public:
   CFileUtil();
 
+  // ---- names
+
+  // Fails for an empty path ("The path name is invalid.") and for one over 260 characters.
   bool Split(TextView path, CPathInfo& parts);
-  bool HasDrive(TextView path);  // leaves no message
+  // Whether the path begins with a drive. Leaves no sentence.
+  bool HasDrive(TextView path);
+  // Fails as Split does; for a drive that is no letter; for a character that a directory, a file
+  // name or an extension cannot have; for separators that are doubled (but for the two in front of
+  // a network path) or mixed side by side. The sentence names the offending part.
   bool ValidatePath(TextView path);
+  // The same for one name that a directory was found to hold. Systems that allow separators and
+  // other signs of a path in a name would have it lead to another file.
+  bool ValidateName(TextView name);
+
+  // ---- questions; a path that names nothing fails with "The path ... cannot be found."
+
   bool PathExists(TextView path);
   // True when path is the directory or lies below it, whatever links lead there; what does not
   // exist yet lies where it would be made. No message.
   bool LiesWithin(TextView path, TextView directory);
   bool GetFileAttributes(TextView path, WIN32_FILE_ATTRIBUTE_DATA& data);
-  bool GetFileSize(TextView path, std::uint32_t& sizeBytes);    // refuses empty files
-  bool GetFileSize64(TextView path, std::uint64_t& sizeBytes);  // refuses empty files
+  // In bytes, the low 32 bits of it. Fails for a directory and when those bits are 0: an empty file
+  // is "not a valid file", and so is one of a whole multiple of 4 GiB.
+  bool GetFileSize(TextView path, std::uint32_t& sizeBytes);
+  // In bytes. Fails for a directory and for an empty file.
+  bool GetFileSize64(TextView path, std::uint64_t& sizeBytes);
+  // Of a file or directory, or what a link to one leads to: two names with one identity are names
+  // of one file.
+  bool GetFileIdentity(TextView path, FileIdentity& identity);
+
+  // ---- directories; the reason in "Cannot ... the directory ..." is the platform's
 
   bool GetCurrentDirectory(Text& out);
   bool ChangeDirectory(TextView path);
+  // Changes to, creates or removes (when empty) one directory.
   bool DirectoryOperation(TextView path, DirectoryOp op);
+  // Creates what is missing of the path. Succeeds when nothing is.
   bool CreateDirectoryTree(TextView path);
+  // Deletes the files in a directory and, with recurse, empties and removes its subdirectories.
+  // Links are removed, not followed. The first failure ends it.
   bool DeleteAllFiles(TextView dir, bool recurse);
+  // The same, and removes the directory itself unless it is a root. At most 259 characters.
   bool DeleteDirectoryTree(TextView path, bool recurse);
 
+  // ---- files
+
   bool DeleteFile(TextView path);
+  // Copies the bytes of one file, over dst when that exists. Fails as GetFileSize does for src, and
+  // when both name one file. A failure can leave part of dst.
   bool CopyFile(TextView dst, TextView src, bool append);
   // Gives src the name dst, replacing a file of that name: by renaming within a file system, else
   // by a copy that is on the disk before src is deleted. A symbolic link is copied, never moved.
   // On failure src is whole in its place (or dst is whole, when only deleting src failed).
   bool MoveFile(TextView dst, TextView src);
+  // Writes lengthBytes (at least 1) to a file that is created when missing; with append behind what
+  // it holds, else in its place. On the disk when it succeeds.
   bool WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path, bool append);
+  // The same with the bytes of a buffer, which must hold some.
   bool WriteBuffer(const CBuffer& buffer, TextView path, bool append);
 
-  // Walk the current working directory, which the caller set to src before.
+  // ---- walks over the files that match fileSpec ("*.*" matches every name) in the current working
+  // directory, which the caller set to src before, and with recurse in those below it. When nothing
+  // matches they succeed, with 0, and leave "The file specification ... is invalid.".
+
   bool GetDirectorySize(std::uint64_t& sizeBytes, TextView src, TextView fileSpec, bool recurse);
   bool CountFiles(std::uint32_t& count, TextView src, TextView fileSpec, bool recurse);
+  // Makes the subdirectories it needs below dst, which exists. The first failure ends it; what was
+  // copied stays.
   bool CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse);
 
+  // ---- the platform's temporary directory, with its trailing separator
+
+  // With addSubdirectory followed by GetTempSubdirectoryName; with create made, which fails when it
+  // exists.
   bool GetTempDirectory(Text& out, bool create, bool addSubdirectory);
   void GetTempSubdirectoryName(Text& out) const { out = tempSubdirectoryName_; }
 

@@ -8,11 +8,12 @@ namespace quillon {
 
 class WorkingDirectoryScope {
  public:
-  WorkingDirectoryScope() : isKnown_(files_.GetCurrentDirectory(path_)) {}
+  WorkingDirectoryScope() { CFileUtil().GetCurrentDirectory(path_); }
+  // As the platform named it, unchecked: a working directory may have a name that a path of the
+  // system's own may not.
   ~WorkingDirectoryScope() {
-    if (!isKnown_) return;
     try {
-      files_.ChangeDirectory(path_);
+      if (!path_.empty()) SetCurrentDirectoryW(path_.c_str());
     } catch (...) {  // out of memory: nothing more can be done here
     }
   }
@@ -20,9 +21,7 @@ class WorkingDirectoryScope {
   WorkingDirectoryScope& operator=(const WorkingDirectoryScope&) = delete;
 
  private:
-  CFileUtil files_;  // its own, so that the owner's last sentence stays
-  Text path_;
-  bool isKnown_;
+  Text path_;  // empty when it is not known
 };
 
 }  // namespace quillon

@@ -91,7 +91,9 @@ struct BY_HANDLE_FILE_INFORMATION {
 using LPBY_HANDLE_FILE_INFORMATION = BY_HANDLE_FILE_INFORMATION*;
 
 // CREATE_ALWAYS and OPEN_ALWAYS on an existing file succeed with the last error 183. Sharing modes
-// are not enforced. Security, template and overlapped arguments must be null.
+// hold between the handles of this process, by whatever names the file was opened: an open that
+// they do not allow fails with 32, and empties nothing. Security, template and overlapped arguments
+// must be null.
 HANDLE WINAPI CreateFileW(LPCWSTR fileName, DWORD access, DWORD share,
                           LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD flags,
                           HANDLE templateFile);

@@ -1,0 +1,131 @@
+// What the file operations say and leave behind when a call of the system fails in their middle.
+#include <cerrno>
+#include <functional>
+
+#include "foundation/file_util.h"
+#include "foundation_test_support.h"
+#include "support/failing_calls.h"
+#include "support/failing_new.h"
+
+namespace quillon {
+namespace {
+
+namespace fs = std::filesystem;
+using test::Call;
+using test::ErrorOf;
+using test::FailingCall;
+
+class FileFaults : public test::InTempDirectory {
+ protected:
+  void SetUp() override {
+    Write("src", content_);
+    Write("old", "old");
+  }
+  bool Append(const char* name) {
+    const std::uint8_t bytes[] = {'+'};
+    return files_.WriteData(bytes, 1, Wide(name), /*append=*/true);
+  }
+
+  const std::string content_ = std::string(70000, 'c');
+  CFileUtil files_;
+};
+
+TEST_F(FileFaults, EachFailingCallHasItsSentence) {
+  const auto copy = [&] { return files_.CopyFile(Wide("old"), Wide("src"), /*append=*/false); };
+  const auto copyBehind = [&] { return files_.CopyFile(Wide("old"), Wide("src"), true); };
+  const auto append = [&] { return Append("old"); };
+  const struct {
+    const char* what;
+    Call call;
+    int nth;
+    std::function<bool()> operation;
+    std::string sentence;
+  } cases[] = {
+      {"source is not opened", Call::Open, 1, copy, "Cannot open the file " + Name("src") + "."},
+      {"first read", Call::Read, 1, copy, "Cannot read data from the source stream."},
+      {"last read", Call::Read, 3, copy, "Cannot read data from the source stream."},
+      {"first write", Call::Write, 1, copy, "Cannot write data to the destination stream."},
+      {"last write", Call::Write, 3, copy, "Cannot write data to the destination stream."},
+      {"flush", Call::Sync, 1, copy, "Cannot flush the destination stream."},
+      {"destination closed", Call::Close, 1, copy, "Cannot close the file " + Name("old") + "."},
+      {"source closed", Call::Close, 2, copy, "Cannot close the file " + Name("src") + "."},
+      {"copy behind", Call::Seek, 1, copyBehind, "Cannot append data to the destination stream."},
+      {"written file not opened", Call::Open, 0, append,
+       "Cannot open the file " + Name("old") + "."},
+      {"append", Call::Seek, 1, append, "Cannot append data to " + Name("old") + "."},
+      {"written file's write", Call::Write, 1, append,
+       "Cannot write data to the destination stream."},
+      {"written file's flush", Call::Sync, 1, append, "Cannot flush the destination stream."},
+      {"written file closed", Call::Close, 1, append, "Cannot close the file " + Name("old") + "."},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    {
+      const FailingCall failing(c.call, c.nth, EIO);
+      EXPECT_FALSE(c.operation());
+      EXPECT_TRUE(failing.happened());
+    }
+    EXPECT_EQ(ErrorOf(files_), c.sentence);
+    EXPECT_EQ(Read("src"), content_);
+    EXPECT_TRUE(c.operation()) << "nothing is left open: " << ErrorOf(files_);
+  }
+}
+
+// Between file systems a move is a copy and a deletion.
+TEST_F(FileFaults, AMoveBetweenFileSystemsLosesNothingWhateverFails) {
+  for (int nth = 1;; ++nth) {
+    SCOPED_TRACE(nth);
+    Write("src", content_);
+    Write("dst", "earlier");
+    bool isMoved = false;
+    bool happened = false;
+    {
+      const FailingCall otherDevice(Call::Rename, 0, EXDEV);
+      const FailingCall failing(Call::Any, nth, EIO);
+      isMoved = files_.MoveFile(Wide("dst"), Wide("src"));
+      happened = failing.happened();
+    }
+    // Only the directory's own flush may fail unnoticed: not every file system has one.
+    EXPECT_TRUE(isMoved ? !Exists("src") : !ErrorOf(files_).empty());
+    EXPECT_TRUE((Exists("src") && Read("src") == content_) ||
+                (Exists("dst") && Read("dst") == content_));
+    // Never half a file beside the whole one.
+    const std::string copied = Exists("dst") ? Read("dst") : content_;
+    EXPECT_TRUE(copied == content_ || copied == "earlier");
+    if (!happened) {
+      EXPECT_TRUE(isMoved);
+      EXPECT_GT(nth, 10);
+      break;
+    }
+  }
+}
+
+TEST_F(FileFaults, WithoutMemoryNothingIsCopied) {
+  const auto outcomes = test::withEachAllocationFailing([&](long n, bool& happened) {
+    Write("dst", "earlier");
+    files_.ClearError();
+    try {
+      const test::FailingNew failing(n);
+      files_.CopyFile(Wide("dst"), Wide("src"), /*append=*/false);
+      happened = failing.happened();
+    } catch (const std::bad_alloc&) {
+      happened = true;
+    }
+    EXPECT_EQ(Read("src"), content_);
+    return ErrorOf(files_);
+  });
+  EXPECT_TRUE(outcomes.contains("Cannot allocate resources to facilitate the file copy."));
+  EXPECT_TRUE(files_.CopyFile(Wide("dst"), Wide("src"), /*append=*/false)) << ErrorOf(files_);
+}
+
+TEST_F(FileFaults, ARemovedWorkingDirectoryHasNoName) {
+  fs::create_directory("gone");
+  fs::current_path("gone");
+  fs::remove(dir_ / "gone");
+  Text name;
+  EXPECT_FALSE(files_.GetCurrentDirectory(name));
+  EXPECT_EQ(ErrorOf(files_), "Cannot retrieve the current working directory.");
+}
+
+}  // namespace
+}  // namespace quillon

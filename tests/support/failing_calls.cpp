@@ -1,0 +1,101 @@
+#include "support/failing_calls.h"
+
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <vector>
+
+namespace quillon::test {
+
+namespace {
+
+std::vector<FailingCall*>& living() {
+  static std::vector<FailingCall*> calls;
+  return calls;
+}
+
+bool fails(Call call) {
+  return std::any_of(living().begin(), living().end(),
+                     [call](FailingCall* one) { return one->strikes(call); });
+}
+
+}  // namespace
+
+FailingCall::FailingCall(Call call, int nth, int error) : call_(call), nth_(nth), error_(error) {
+  living().push_back(this);
+}
+
+FailingCall::~FailingCall() { std::erase(living(), this); }
+
+bool FailingCall::strikes(Call call) {
+  if (call_ != Call::Any && call_ != call) return false;
+  if (nth_ != 0 && ++count_ != nth_) return false;
+  happened_ = true;
+  errno = error_;
+  return true;
+}
+
+}  // namespace quillon::test
+
+using quillon::test::Call;
+using quillon::test::fails;
+
+// The C library's own, as the linker finds them first in the program.
+extern "C" {
+
+int open(const char* path, int flags, ...) {
+  unsigned mode = 0;
+  if ((flags & O_CREAT) != 0) {
+    va_list more;
+    va_start(more, flags);
+    mode = va_arg(more, unsigned);
+    va_end(more);
+  }
+  if (fails(Call::Open)) return -1;
+  return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
+}
+
+ssize_t read(int fd, void* buffer, size_t count) {
+  return fails(Call::Read) ? -1 : ::syscall(SYS_read, fd, buffer, count);
+}
+
+ssize_t write(int fd, const void* buffer, size_t count) {
+  return fails(Call::Write) ? -1 : ::syscall(SYS_write, fd, buffer, count);
+}
+
+off_t lseek(int fd, off_t offset, int origin) noexcept {
+  return fails(Call::Seek) ? -1 : ::syscall(SYS_lseek, fd, offset, origin);
+}
+
+int fsync(int fd) { return fails(Call::Sync) ? -1 : static_cast<int>(::syscall(SYS_fsync, fd)); }
+
+int close(int fd) {
+  const int result = static_cast<int>(::syscall(SYS_close, fd));
+  return fails(Call::Close) ? -1 : result;
+}
+
+int renameat2(int fromDir, const char* from, int toDir, const char* to,
+              unsigned int flags) noexcept {
+  if (fails(Call::Rename)) return -1;
+  return static_cast<int>(::syscall(SYS_renameat2, fromDir, from, toDir, to, flags));
+}
+
+int rename(const char* from, const char* to) noexcept {
+  return renameat2(AT_FDCWD, from, AT_FDCWD, to, 0);
+}
+
+int unlink(const char* path) noexcept {
+  if (fails(Call::Unlink)) return -1;
+  return static_cast<int>(::syscall(SYS_unlinkat, AT_FDCWD, path, 0));
+}
+
+int mkdir(const char* path, mode_t mode) noexcept {
+  if (fails(Call::MakeDirectory)) return -1;
+  return static_cast<int>(::syscall(SYS_mkdirat, AT_FDCWD, path, mode));
+}
+
+}  // extern "C"
