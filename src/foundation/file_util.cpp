@@ -7,7 +7,6 @@ namespace {
 
 constexpr TextView kDirectoryInvalidChars = OLESTR(":*?\"<>|");
 constexpr TextView kNameInvalidChars = OLESTR("\\/:*?\"<>|");
-constexpr DWORD kShareEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr TextView kTempSubdirectoryName = OLESTR("QUILLON");
 
 // Where the separators of a directory part stand as no path has them; npos when all is well.
@@ -111,21 +110,6 @@ bool CFileUtil::GetFileSize64(TextView path, std::uint64_t& sizeBytes) {
   if (!GetFileAttributes(path, data)) return false;
   if (IsDirectory(data) || SizeOf(data) == 0) return Fail(kMsgNotAValidFile, {path});
   sizeBytes = SizeOf(data);
-  return true;
-}
-
-bool CFileUtil::GetFileIdentity(TextView path, FileIdentity& identity) {
-  if (!ValidatePath(path)) return false;
-  // Opened for nothing but questions, so that nobody who has it open is in the way.
-  const HANDLE file = CreateFileW(Text(path).c_str(), 0, kShareEverything, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return Fail(kMsgPathNotFound, {path});
-  BY_HANDLE_FILE_INFORMATION data;
-  const bool isKnown = GetFileInformationByHandle(file, &data) != FALSE;
-  CloseHandle(file);
-  if (!isKnown) return Fail(kMsgPathNotFound, {path});
-  identity.volume = data.dwVolumeSerialNumber;
-  identity.index = (std::uint64_t{data.nFileIndexHigh} << 32) | data.nFileIndexLow;
   return true;
 }
 

@@ -4,24 +4,17 @@
 namespace quillon {
 namespace {
 
-struct FileIdentity {
-  DWORD volume = 0;
-  DWORD indexHigh = 0;
-  DWORD indexLow = 0;
-
-  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
-};
-
 bool ReadIdentity(const Text& path, FileIdentity& identity) {
+  // Opened for nothing but questions, so that nobody who has it open is in the way.
   const HANDLE file =
       CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                   OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (file == INVALID_HANDLE_VALUE) return false;
-  BY_HANDLE_FILE_INFORMATION information{};
-  const bool isRead = GetFileInformationByHandle(file, &information) != FALSE;
+  BY_HANDLE_FILE_INFORMATION data{};
+  const bool isRead = GetFileInformationByHandle(file, &data) != FALSE;
   CloseHandle(file);
-  identity = {information.dwVolumeSerialNumber, information.nFileIndexHigh,
-              information.nFileIndexLow};
+  identity.volume = data.dwVolumeSerialNumber;
+  identity.index = (std::uint64_t{data.nFileIndexHigh} << 32) | data.nFileIndexLow;
   return isRead;
 }
 
@@ -39,6 +32,11 @@ bool FindExisting(Text& path, FileIdentity& identity) {
 }
 
 }  // namespace
+
+bool CFileUtil::GetFileIdentity(TextView path, FileIdentity& identity) {
+  if (!ValidatePath(path)) return false;
+  return ReadIdentity(Text(path), identity) || Fail(kMsgPathNotFound, {path});
+}
 
 bool CFileUtil::LiesWithin(TextView path, TextView directory) {
   FileIdentity wanted;

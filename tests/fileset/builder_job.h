@@ -112,7 +112,7 @@ struct BuilderJob {
 // Every file below a directory, relative to it, in order.
 inline std::vector<std::string> filesBelow(const fs::path& directory) {
   std::vector<std::string> names;
-  if (fs::exists(directory)) {
+  if (fs::is_directory(directory)) {
     for (const auto& entry : fs::recursive_directory_iterator(directory)) {
       if (!entry.is_directory()) names.push_back(fs::relative(entry.path(), directory).string());
     }

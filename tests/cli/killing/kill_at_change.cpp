@@ -7,7 +7,6 @@
 // written to COUNT-FILE. The exit status is the program's, 137 when it was killed, 77 when programs
 // cannot be traced here.
 #include <fcntl.h>
-#include <linux/ptrace.h>
 #include <sys/ptrace.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -43,7 +42,7 @@ bool changesADisk(const Entry& entry) {
 }
 
 bool isBeforeAChange(pid_t thread) {
-  __ptrace_syscall_info info{};
+  struct __ptrace_syscall_info info {};
   if (::ptrace(PTRACE_GET_SYSCALL_INFO, thread, sizeof info, &info) <= 0) return false;
   return info.op == PTRACE_SYSCALL_INFO_ENTRY && changesADisk(info.entry);
 }
