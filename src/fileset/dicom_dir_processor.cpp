@@ -3,9 +3,9 @@
 #include "file_id_rules.h"
 #include "file_set_creation.h"
 #include "fileset/model/for_each_object.h"
+#include "foundation/working_directory_scope.h"
 #include "medium_label.h"
 #include "path_join.h"
-#include "foundation/working_directory_scope.h"
 
 namespace quillon {
 

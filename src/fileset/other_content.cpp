@@ -1,8 +1,8 @@
 // The workstation's non-DICOM content: where it comes from, how much it is, and the copy of it that
 // lies beside the DICOM objects.
 #include "fileset/dicom_dir_processor.h"
-#include "path_join.h"
 #include "foundation/working_directory_scope.h"
+#include "path_join.h"
 
 namespace quillon {
 

@@ -1,9 +1,9 @@
 // The COM runtime: apartments, the process's class table, identifiers as text, shared memory.
 //
 // Classes are found first among those that the program registered with CoRegisterClassObject (the
-// newest first), then among the built-in ones (com/class_table.h), then in the registry: the default
-// value of HKEY_CLASSES_ROOT\CLSID\{...}\InprocServer32 names a library whose DllGetClassObject has
-// the class. The library stays loaded until CoFreeUnusedLibraries.
+// newest first), then among the built-in ones (com/class_table.h), then in the registry: the
+// default value of HKEY_CLASSES_ROOT\CLSID\{...}\InprocServer32 names a library whose
+// DllGetClassObject has the class. The library stays loaded until CoFreeUnusedLibraries.
 #pragma once
 
 #include "platform/com/guid.h"

@@ -1,5 +1,5 @@
-// The shell's folders. The layer has one, the desktop, and of it what recording needs: a path becomes
-// an item, and the item of a directory a read-only storage over the tree below it.
+// The shell's folders. The layer has one, the desktop, and of it what recording needs: a path
+// becomes an item, and the item of a directory a read-only storage over the tree below it.
 #pragma once
 
 #include "platform/com/unknown.h"
