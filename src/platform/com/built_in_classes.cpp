@@ -2,7 +2,9 @@
 
 #include "discmastering/image/file_system_image.h"
 #include "discmastering/imapi2_classes.h"
+#include "discmastering/legacy/legacy_classes.h"
 #include "platform/com/class_table.h"
+#include "platform/imapi.h"
 #include "platform/imapi2.h"
 #include "platform/xml.h"
 #include "xml/dom_document.h"
@@ -18,6 +20,8 @@ void registerBuiltInClasses() {
   RegisterBuiltInClass(CLSID_MsftDiscFormat2Data, createDiscFormat2Data);
   RegisterBuiltInClass(CLSID_MsftDiscFormat2Erase, createDiscFormat2Erase);
   RegisterBuiltInClass(CLSID_MsftFileSystemImage, createFileSystemImage);
+  RegisterBuiltInClass(CLSID_MSDiscMasterObj, createLegacyDiscMaster);
+  RegisterBuiltInClass(CLSID_CDBurn, createShellBurner);
 }
 
 }  // namespace quillon::platform

@@ -67,16 +67,4 @@ DiscResult DiscRun::finish(std::uint64_t bytes) {
   return S_OK;
 }
 
-HRESULT readBlock(IStream& stream, char* block, std::size_t wanted, std::size_t& got) {
-  got = 0;
-  while (got < wanted) {
-    ULONG read = 0;
-    const HRESULT hr = stream.Read(block + got, static_cast<ULONG>(wanted - got), &read);
-    if (FAILED(hr)) return hr;
-    if (read == 0) break;
-    got += read;
-  }
-  return S_OK;
-}
-
 }  // namespace quillon::platform

@@ -12,10 +12,6 @@
 
 namespace quillon::platform {
 
-// The calls per block cost little beside the copying, and the block stays in the processor's cache:
-// writing in blocks of 1 MB takes twice the time of these.
-inline constexpr std::size_t kRunBlockBytes = std::size_t{1} << 16;
-
 class DiscRun {
  public:
   DiscRun(std::string imagePath, std::optional<SectorFault> fault)
@@ -45,8 +41,5 @@ class DiscRun {
   std::uint64_t started_ = 0;  // writing to the disk has been started up to here
   bool isPulled_ = false;
 };
-
-// Reads until the block is full or the stream ends.
-HRESULT readBlock(IStream& stream, char* block, std::size_t wanted, std::size_t& got);
 
 }  // namespace quillon::platform

@@ -15,7 +15,9 @@ bool writesType(const DriveIdentity& drive, IMAPI_MEDIA_PHYSICAL_TYPE type) {
 // Without the rest of the media's checks, which come before.
 DiscResult checkRoom(const MediaFacts& media, const WriteRequest& request) {
   std::uint32_t room = media.freeSectors;
-  if (!media.isBlank()) {
+  if (!media.isBlank() && request.isTestRun && media.isErasable) {
+    room = media.totalSectors;  // what it will be erased for, when the run is no test
+  } else if (!media.isBlank()) {
     // A session behind another one would need an image that was laid out for that place.
     if (!media.isOverwritable) {
       return request.overwrite ? E_IMAPI_DF2DATA_INVALID_MEDIA_STATE

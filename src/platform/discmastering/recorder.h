@@ -83,10 +83,11 @@ struct WriteRequest {
   std::u16string clientName = kOwnClientName;  // takes exclusive access when nobody holds it
   IStream* image = nullptr;                    // read from its start; sectors * 2048 bytes
   std::uint64_t sectors = 0;
-  bool closeDisc = false;                     // no further session can follow
-  bool compatibleDvd = true;                  // closes write-once DVDs, so that players read them
-  bool overwrite = false;                     // allows a disc that can be overwritten to be
-  bool isTestRun = false;                     // all but the writing; the disc stays as it is
+  bool closeDisc = false;     // no further session can follow
+  bool compatibleDvd = true;  // closes write-once DVDs, so that players read them
+  bool overwrite = false;     // allows a disc that can be overwritten to be
+  // All but the writing; the disc stays as it is. An erasable one need not be blank.
+  bool isTestRun = false;
   LONG sectorsPerSecond = -1;                 // -1: as fast as the disc allows
   DiscProgressCallback progress;              // may be empty
   const std::atomic<bool>* cancel = nullptr;  // set from another thread; may be null

@@ -18,12 +18,6 @@ namespace {
 
 constexpr const char* kFirstName = "virtual-1";
 
-std::string storeDirectory() {
-  std::string configured = environmentValue("QUILLON_RECORDERS");
-  while (configured.size() > 1 && configured.back() == '/') configured.pop_back();
-  return configured.empty() ? userDataDirectory() + "/quillon/recorders" : configured;
-}
-
 bool isRecorder(const std::string& directory) {
   return ::access((directory + "/" + kRecorderFile).c_str(), F_OK) == 0;
 }
@@ -91,8 +85,14 @@ DiscResult noSuchRecorder(const std::string& name) {
 
 }  // namespace
 
+std::string recorderStoreDirectory() {
+  std::string configured = environmentValue("QUILLON_RECORDERS");
+  while (configured.size() > 1 && configured.back() == '/') configured.pop_back();
+  return configured.empty() ? userDataDirectory() + "/quillon/recorders" : configured;
+}
+
 DiscResult recorderDirectories(std::vector<std::string>& directories) {
-  const std::string store = storeDirectory();
+  const std::string store = recorderStoreDirectory();
   DiscResult result = listDirectories(store, directories);
   if (result.failed() || !directories.empty()) return result;
   Descriptor lock;
@@ -110,7 +110,7 @@ DiscResult makeRecorder(const std::string& name, std::string& directory) {
     return {HRESULT_FROM_WIN32(ERROR_INVALID_NAME),
             u"\"" + wideFromNative(name) + u"\" is no name for a virtual recorder."};
   }
-  const std::string store = storeDirectory();
+  const std::string store = recorderStoreDirectory();
   Descriptor lock;
   DiscResult result = openStore(store, lock);
   if (result.failed()) return result;
@@ -129,7 +129,7 @@ DiscResult findRecorder(const std::string& name, std::string& directory) {
     if (!result.failed()) directory = directories.front();
     return result;
   }
-  directory = storeDirectory() + "/" + name;
+  directory = recorderStoreDirectory() + "/" + name;
   if (name[0] == '.' || name.find('/') != std::string::npos || !isRecorder(directory)) {
     return noSuchRecorder(name);
   }

@@ -8,6 +8,9 @@
 
 namespace quillon::platform {
 
+// In which the directories of the recorders lie; it need not exist.
+std::string recorderStoreDirectory();
+
 // Directories of the recorders in ascending order of their names. Where there is none, makes one
 // with a blank CD-R in it.
 DiscResult recorderDirectories(std::vector<std::string>& directories);

@@ -13,6 +13,7 @@
 
 #include "discmastering/disc_run.h"
 #include "discmastering/fault_plan.h"
+#include "discmastering/image_reading.h"
 #include "win32/environment.h"
 #include "win32/utf8.h"
 
@@ -83,38 +84,6 @@ DiscState stateAfterWrite(const DiscType& type, const WriteRequest& request) {
   if (type.rewriting == Rewriting::InPlace) return DiscState::Appendable;
   const bool isClosed = request.closeDisc || (type.isClosedForPlayers && request.compatibleDvd);
   return isClosed ? DiscState::Finalised : DiscState::Appendable;
-}
-
-// A stream that ends early would leave a disc that is silently short.
-DiscResult shortStream() {
-  return {E_IMAPI_DF2DATA_STREAM_NOT_SUPPORTED,
-          u"The stream ended before the size that it had given."};
-}
-
-// Reads one block of the image as the request wants it.
-DiscResult takeBlock(const WriteRequest& request, std::vector<char>& block, std::size_t wanted) {
-  if (request.cancel != nullptr && *request.cancel) return E_IMAPI_REQUEST_CANCELLED;
-  std::size_t got = 0;
-  const HRESULT hr = readBlock(*request.image, block.data(), wanted, got);
-  if (FAILED(hr)) return hr;
-  return got == wanted ? DiscResult() : shortStream();
-}
-
-std::size_t blockAt(std::uint64_t position, std::uint64_t total) {
-  return static_cast<std::size_t>(std::min<std::uint64_t>(kRunBlockBytes, total - position));
-}
-
-DiscResult testRun(const WriteRequest& request, std::vector<char>& block) {
-  const std::uint64_t total = request.sectors * kSectorBytes;
-  ProgressReporter progress(request.progress, DiscStage::Writing, request.sectors);
-  for (std::uint64_t position = 0; position < total;) {
-    const std::size_t bytes = blockAt(position, total);
-    DiscResult result = takeBlock(request, block, bytes);
-    if (result.failed()) return result;
-    position += bytes;
-    progress.reach(position / kSectorBytes);
-  }
-  return S_OK;
 }
 
 }  // namespace
@@ -202,8 +171,8 @@ DiscResult VirtualRecorder::blank(bool full, const DiscProgressCallback& progres
 }
 
 DiscResult VirtualRecorder::burnDisc(DiscRecord record, const WriteRequest& request) {
+  if (request.isTestRun) return testRun(request);
   std::vector<char> block(kRunBlockBytes);
-  if (request.isTestRun) return testRun(request, block);
   const std::uint64_t total = request.sectors * kSectorBytes;
   DiscRun run(directory_ + "/" + kImageFile, FaultPlan::of(directory_)->writeFault());
   std::size_t bytes = blockAt(0, total);

@@ -1,7 +1,6 @@
 #include "discmastering/image/file_system_image.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 #include <limits>
 #include <optional>
@@ -13,9 +12,9 @@
 #include "discmastering/image/image_layout.h"
 #include "discmastering/image/image_names.h"
 #include "discmastering/image/image_results.h"
+#include "discmastering/image/volume_name.h"
 #include "platform/com/com_object.h"
 #include "platform/win32/files.h"
-#include "win32/utf8.h"
 
 namespace quillon::platform {
 namespace {
@@ -23,7 +22,6 @@ namespace {
 constexpr unsigned kSupported = FsiFileSystemISO9660 | FsiFileSystemJoliet | FsiFileSystemUDF;
 constexpr LONG kUdfRevision102 = 0x102;
 constexpr LONG kIsoLevels[] = {1, 2};
-constexpr std::size_t kLongestVolumeName = 32;
 constexpr LONG kCdSectors = 359'844;  // a disc of 80 minutes
 
 struct MediaSectors {
@@ -50,28 +48,6 @@ template <typename Object>
 HRESULT noObject(Object** target) {
   if (target != nullptr) *target = nullptr;
   return E_NOTIMPL;
-}
-
-// Control characters and halves of characters cannot be shown on any system.
-bool isLegalVolumeName(std::u16string_view name) {
-  for (std::size_t at = 0; at < name.size(); ++at) {
-    if (name[at] < 0x20 || name[at] == 0x7F) return false;
-    if (isHighSurrogate(name[at]) && at + 1 < name.size() && isLowSurrogate(name[at + 1])) {
-      ++at;
-    } else if (isHighSurrogate(name[at]) || isLowSurrogate(name[at])) {
-      return false;
-    }
-  }
-  return name.size() <= kLongestVolumeName;
-}
-
-// The day, as the name of a volume that received none.
-std::u16string volumeNameOfToday() {
-  const ImageTime now = imageTimeNow();
-  char text[16];
-  std::snprintf(text, sizeof(text), "%02u%02u%04u", static_cast<unsigned>(now.day) % 100U,
-                static_cast<unsigned>(now.month) % 100U, static_cast<unsigned>(now.year) % 10'000U);
-  return {text, text + 8};
 }
 
 void countNodes(const ImageNode& directory, LONG& files, LONG& directories) {

@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "discmastering/image/image_results.h"
+#include "discmastering/image/image_time.h"
 #include "win32/utf8.h"
 
 namespace quillon::platform {
@@ -31,6 +32,21 @@ bool isAsAdded(int descriptor, const LayoutEntry& entry) {
          status.st_mtim.tv_nsec == entry.source.modified.tv_nsec;
 }
 
+// After its last byte. The stream has nothing more to give; one that holds a file open lets go of
+// it when it has said so.
+bool streamIsAsAdded(const LayoutEntry& entry) {
+  IStream& stream = *entry.source.stream;
+  std::uint8_t beyond = 0;
+  ULONG got = 0;
+  if (FAILED(stream.Read(&beyond, 1, &got)) || got != 0) return false;
+  if (entry.source.modified.tv_sec == 0) return true;
+  STATSTG stat{};
+  if (FAILED(stream.Stat(&stat, STATFLAG_NONAME))) return false;
+  const timespec modified = timeSpecOfFileTime(stat.mtime);
+  return stat.cbSize.QuadPart == entry.size && modified.tv_sec == entry.source.modified.tv_sec &&
+         modified.tv_nsec == entry.source.modified.tv_nsec;
+}
+
 HRESULT readStream(const LayoutEntry& entry, std::uint64_t offset, std::uint8_t* buffer,
                    std::uint32_t length) {
   IStream& stream = *entry.source.stream;
@@ -44,7 +60,7 @@ HRESULT readStream(const LayoutEntry& entry, std::uint64_t offset, std::uint8_t*
     if (got == 0) return changed(entry);
     done += got;
   }
-  return S_OK;
+  return offset + length < entry.size || streamIsAsAdded(entry) ? S_OK : changed(entry);
 }
 
 }  // namespace

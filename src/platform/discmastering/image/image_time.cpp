@@ -83,10 +83,14 @@ bool unixSecondsOfDate(DATE date, std::int64_t& unixSeconds) {
   return true;
 }
 
-std::int64_t unixSecondsOfFileTime(const FILETIME& time) {
+std::int64_t unixSecondsOfFileTime(const FILETIME& time) { return timeSpecOfFileTime(time).tv_sec; }
+
+timespec timeSpecOfFileTime(const FILETIME& time) {
+  constexpr std::uint64_t kUnitsPerSecond = 10'000'000;
   const std::uint64_t units =
       (static_cast<std::uint64_t>(time.dwHighDateTime) << 32) | time.dwLowDateTime;
-  return static_cast<std::int64_t>(units / 10'000'000) - kSecondsFrom1601To1970;
+  return {static_cast<std::int64_t>(units / kUnitsPerSecond) - kSecondsFrom1601To1970,
+          static_cast<long>(units % kUnitsPerSecond) * 100};
 }
 
 void putRecordTime(FieldWriter& out, const ImageTime& time) {

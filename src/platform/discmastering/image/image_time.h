@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 
 #include "discmastering/image/image_bytes.h"
 #include "platform/com.h"
@@ -29,6 +30,7 @@ DATE dateOf(std::int64_t unixSeconds);
 // False for a date that no file can have.
 bool unixSecondsOfDate(DATE date, std::int64_t& unixSeconds);
 std::int64_t unixSecondsOfFileTime(const FILETIME& time);
+timespec timeSpecOfFileTime(const FILETIME& time);
 
 // The 7 bytes of a directory record, the 17 of an ISO 9660 volume descriptor, the 12 of UDF.
 void putRecordTime(FieldWriter& out, const ImageTime& time);

@@ -16,7 +16,7 @@ namespace quillon::platform {
 // Where a file's bytes come from: a native path, or a stream that the caller handed in.
 struct FileSource {
   std::string path;     // absolute
-  timespec modified{};  // of the file at path when it was added
+  timespec modified{};  // when it was added: of the file at path; of the stream, 0 for unknown
   ComPtr<IStream> stream;
 };
 
