@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # From a fresh clone: installs what is missing, builds, makes sample objects and turns them into a
-# DICOM file set. An argument names the directory for the demo (default: build/demo).
+# DICOM file set and a disc image. An argument names the directory for the demo (default: build/demo).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -33,4 +33,17 @@ if command -v dcmdump >/dev/null; then
   echo
   echo "== Its directory records"
   dcmdump --search 0004,1430 --search 0004,1500 "$demo/set/DICOMDIR"
+fi
+
+echo
+echo "== quillon publish: the same objects onto a blank CD-R in a virtual recorder"
+demo_root=$(cd "$demo" && pwd)
+QUILLON_RECORDERS="$demo_root/recorders" build/release/bin/quillon publish \
+  --root "$demo_root/publish" --volume DEMO "$demo/objects"
+
+echo
+echo "== The disc, as the recorder gave it out"
+find "$demo/recorders" -name '*.iso'
+if command -v isoinfo >/dev/null; then
+  isoinfo -J -f -i "$(find "$demo/recorders" -name 'DEMO*.iso' | head -n 1)"
 fi

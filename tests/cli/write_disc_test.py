@@ -14,6 +14,8 @@ import program  # noqa: E402
 from program import contents  # noqa: E402
 
 PYDICOM_DATA = Path("/usr/lib/python3/dist-packages/pydicom/data")
+LEGACY_SERVICE = ('Windows Registry Editor Version 5.00\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarn '
+                  'Imaging\\Quillon\\DiscMastering]\n"Service"="legacy"\n')
 DEVICE = "Quillon Virtual Recorder (Revision: 1.0)"
 SECTORS = {"cd-r": 359849, "cd-rw": 359849, "dvd+rw": 2295104, "bd-r": 11826176}
 
@@ -166,6 +168,23 @@ class Discs(DiscTest):
                 self.assert_nothing_lost(before,
                                          self.extract(self.recorder / "ejected/AGAIN.iso"))
                 shutil.rmtree(self.recorder / "ejected")
+
+    def test_the_legacy_service_writes_and_erases_the_same_discs(self):
+        before = self.sample_tree()
+        self.registry.write_text(LEGACY_SERVICE)
+        self.insert("cd-rw")
+        image = self.recorder / "disc.iso"
+        self.create_set(self.source)
+        result = self.command("write", "--simulate", "--no-eject")
+        self.assertEqual((result["simulated"], result["kept"]), (True, True))
+        self.assertEqual(self.disc()["state"], "blank")
+        for volume in ("FIRST", "SECOND"):
+            with self.subTest(volume):
+                made = contents(self.root)
+                self.command("write", "--no-eject", "--keep", "--volume", volume)
+                self.assertEqual(self.volume_name(image), volume)
+                self.assertEqual(contents(self.extract(image)), made)
+        self.assert_nothing_lost(before, self.root)
 
     def test_a_test_run_never_writes(self):
         before = self.sample_tree()
