@@ -35,16 +35,10 @@ bool isAsAdded(int descriptor, const LayoutEntry& entry) {
 // After its last byte. The stream has nothing more to give; one that holds a file open lets go of
 // it when it has said so.
 bool streamIsAsAdded(const LayoutEntry& entry) {
-  IStream& stream = *entry.source.stream;
   std::uint8_t beyond = 0;
   ULONG got = 0;
-  if (FAILED(stream.Read(&beyond, 1, &got)) || got != 0) return false;
-  if (entry.source.modified.tv_sec == 0) return true;
-  STATSTG stat{};
-  if (FAILED(stream.Stat(&stat, STATFLAG_NONAME))) return false;
-  const timespec modified = timeSpecOfFileTime(stat.mtime);
-  return stat.cbSize.QuadPart == entry.size && modified.tv_sec == entry.source.modified.tv_sec &&
-         modified.tv_nsec == entry.source.modified.tv_nsec;
+  return SUCCEEDED(entry.source.stream->Read(&beyond, 1, &got)) && got == 0 &&
+         isStreamAsAdded(entry.source, entry.size);
 }
 
 HRESULT readStream(const LayoutEntry& entry, std::uint64_t offset, std::uint8_t* buffer,
@@ -64,6 +58,15 @@ HRESULT readStream(const LayoutEntry& entry, std::uint64_t offset, std::uint8_t*
 }
 
 }  // namespace
+
+bool isStreamAsAdded(const FileSource& source, std::uint64_t size) {
+  if (source.modified.tv_sec == 0) return true;
+  STATSTG stat{};
+  if (FAILED(source.stream->Stat(&stat, STATFLAG_NONAME))) return false;
+  const timespec modified = timeSpecOfFileTime(stat.mtime);
+  return stat.cbSize.QuadPart == size && modified.tv_sec == source.modified.tv_sec &&
+         modified.tv_nsec == source.modified.tv_nsec;
+}
 
 HRESULT SourceReader::read(const LayoutEntry& entry, std::uint64_t offset, std::uint8_t* buffer,
                            std::uint32_t length) {

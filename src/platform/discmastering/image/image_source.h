@@ -6,6 +6,9 @@
 
 namespace quillon::platform {
 
+// Whether a stream says of itself what it said when it was added; true where it said nothing then.
+bool isStreamAsAdded(const FileSource& source, std::uint64_t size);
+
 class SourceReader {
  public:
   SourceReader() = default;

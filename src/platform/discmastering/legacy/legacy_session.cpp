@@ -18,6 +18,16 @@ void reportTo(const LegacySession& session, const DiscProgress& progress) {
   });
 }
 
+// What has changed since it was added would be noticed in the middle of the disc, and cost it.
+bool isAsAdded(const ImageNode& directory) {
+  for (const auto& [name, child] : directory.children) {
+    if (child->isDirectory ? !isAsAdded(*child) : !isStreamAsAdded(child->source, child->size)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 DiscResult burnImage(LegacySession& session, LegacyRecorder& target, const ImageLayout& layout,
                      IStream& image, bool isTestRun) {
   MediaFacts facts;
@@ -89,6 +99,7 @@ DiscResult recordContent(LegacySession& session, bool isTestRun, bool ejects) {
   LegacyRecorder& target = *session.recorder();
   std::shared_ptr<const ImageLayout> layout;
   if (const HRESULT hr = session.layOut(*session.content, layout); FAILED(hr)) return hr;
+  if (!isAsAdded(*session.content)) return IMAPI_E_FILEACCESS;
   ComPtr<IStream> image;
   image.Attach(new ImageStream(layout));
   RecorderHold hold(target.recorder());
