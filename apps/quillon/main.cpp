@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "create_command.h"
+#include "disc_command.h"
 #include "publish_command.h"
 #include "register_command.h"
 #include "wipe_command.h"
@@ -22,6 +23,7 @@ int run(int argc, char** argv) {
   quillon::cli::addCreateCommand(program, exitStatus);
   quillon::cli::addWriteCommand(program, exitStatus);
   quillon::cli::addPublishCommand(program, exitStatus);
+  quillon::cli::addDiscCommand(program, exitStatus);
   quillon::cli::addWipeCommand(program, exitStatus);
   quillon::cli::addRegisterCommands(program, exitStatus);
   try {

@@ -117,6 +117,18 @@ bool MediaJob::write() {
   return object_.Write(&isWritten) == S_OK && isWritten == VARIANT_TRUE;
 }
 
+std::optional<bool> MediaJob::holdsRewritableData() {
+  VARIANT_BOOL holds = VARIANT_FALSE;
+  if (object_.get_CDRWHasContent(&holds) != S_OK) return std::nullopt;
+  return holds == VARIANT_TRUE;
+}
+
+bool MediaJob::isRecordable() {
+  VARIANT_BOOL isRecordable = VARIANT_FALSE;
+  object_.get_CDIsRecordable(&isRecordable);
+  return isRecordable == VARIANT_TRUE;
+}
+
 void MediaJob::wipe() { object_.Wipe(); }
 
 std::string temporaryJobDirectory() {

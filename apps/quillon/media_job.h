@@ -1,6 +1,7 @@
 // The media object with 8-bit text in the file-system code page, as a command-line program has it.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,6 +35,11 @@ class MediaJob {
   void setRecording(bool simulate, bool fullErase, bool eject);
   // Leaves the file set in its place, whatever happens.
   bool write();
+
+  // About the disc in the first recorder. Nothing when there is no answer: errorText tells why. It
+  // also tells why a disc is not recordable.
+  [[nodiscard]] std::optional<bool> holdsRewritableData();
+  [[nodiscard]] bool isRecordable();
 
   // Removes the root directory and the temporary directory of earlier jobs.
   void wipe();

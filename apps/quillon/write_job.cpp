@@ -4,8 +4,8 @@
 
 #include "create_job.h"
 #include "disc/imapi_version.h"
+#include "disc_progress_scope.h"
 #include "media_job.h"
-#include "platform/disc_progress.h"
 #include "progress_bar.h"
 #include "root_guard.h"
 #include "source_walk.h"
@@ -15,41 +15,6 @@ namespace quillon::cli {
 namespace fs = std::filesystem;
 
 namespace {
-
-const char* activityOf(platform::DiscStage stage) {
-  switch (stage) {
-    case platform::DiscStage::Erasing:
-      return "Erasing the disc";
-    case platform::DiscStage::Writing:
-      return "Writing the disc";
-    case platform::DiscStage::Closing:
-      break;
-  }
-  return "Closing the disc";
-}
-
-// Shows how far the disc is for as long as it lives.
-class DiscProgressScope {
- public:
-  explicit DiscProgressScope(ProgressBar& bar) : bar_(bar) {
-    platform::SetDiscProgress([this](const platform::DiscProgress& progress) { show(progress); });
-  }
-  ~DiscProgressScope() { platform::SetDiscProgress({}); }
-  DiscProgressScope(const DiscProgressScope&) = delete;
-  DiscProgressScope& operator=(const DiscProgressScope&) = delete;
-
- private:
-  void show(const platform::DiscProgress& progress) {
-    if (stage_ != progress.stage) {
-      stage_ = progress.stage;
-      bar_.begin(activityOf(progress.stage), progress.sectorsTotal);
-    }
-    bar_.advance(progress.sectorsDone);
-  }
-
-  ProgressBar& bar_;
-  std::optional<platform::DiscStage> stage_;
-};
 
 class WriteJob {
  public:

@@ -1,0 +1,243 @@
+#include "disc_command.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "disc_progress_scope.h"
+#include "foundation/text.h"
+#include "json_output.h"
+#include "media_job.h"
+#include "platform/disc_recorders.h"
+#include "platform/services.h"
+#include "platform/virtual_discs.h"
+#include "result_output.h"
+
+namespace quillon::cli {
+
+namespace {
+
+using platform::DiscRecorderStatus;
+
+constexpr const char* kFooter =
+    R"(The value Service of the registry says which recorders there are: optical drives, or virtual
+recorders, which are directories below $QUILLON_RECORDERS (by default ~/.local/share/quillon/recorders)
+and hold their discs as images that can be mounted.
+
+Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
+constexpr const char* kExitFooter = "Exit status: 0 done, 1 the job failed, 2 wrong usage.";
+
+struct Options {
+  std::string recorder;
+  platform::DiscToInsert disc;
+  bool isFull = false;
+  bool isJson = false;
+  bool isQuiet = false;
+};
+
+std::optional<std::string> errorOf(const platform::DiscResult& result) {
+  if (!result.failed()) return std::nullopt;
+  if (result.text.empty()) return "The operation failed.";
+  return NarrowText(result.text, FileSystemCodePage());
+}
+
+std::string member(const char* name, const std::string& json) {
+  return "\"" + std::string(name) + "\":" + json + ",";
+}
+std::string jsonBool(bool value) { return value ? "true" : "false"; }
+std::string jsonTextOrNull(const std::string& text) {
+  return text.empty() ? "null" : jsonString(text);
+}
+
+// Members of an object, the last one without a comma.
+std::string jsonOf(const DiscRecorderStatus& status) {
+  std::string out = member("name", jsonString(status.name));
+  out += member("device", jsonString(status.device));
+  out += member("virtual", jsonBool(status.isVirtual));
+  out += member("used_by", jsonTextOrNull(status.client));
+  out += member("problem", jsonTextOrNull(status.problem));
+  out += "\"disc\":";
+  if (!status.hasDisc) return out + "null";
+  out += "{" + member("media", jsonString(status.media));
+  out += member("state", jsonString(status.state));
+  out += member("protected", jsonBool(status.isProtected));
+  out += member("capacity", std::to_string(status.capacitySectors));
+  out += member("free", std::to_string(status.freeSectors));
+  return out + "\"image\":" + jsonTextOrNull(status.image) + "}";
+}
+
+std::string textOf(const DiscRecorderStatus& status) {
+  std::string out = "Recorder:  " + status.name + "\n";
+  out += "Device:    " + status.device + "\n";
+  if (!status.client.empty()) out += "Used by:   " + status.client + "\n";
+  if (!status.problem.empty()) return out + "Disc:      not known (" + status.problem + ")\n";
+  if (!status.hasDisc) return out + "Disc:      none\n";
+  out += "Disc:      " + status.media + ", " + status.state;
+  out += status.isProtected ? ", write-protected\n" : "\n";
+  out += "Capacity:  " + std::to_string(status.capacitySectors) + " sectors, " +
+         std::to_string(status.freeSectors) + " free\n";
+  if (!status.image.empty()) out += "Image:     " + status.image + "\n";
+  return out;
+}
+
+int runList(const Options& options) {
+  std::vector<DiscRecorderStatus> recorders;
+  const std::optional<std::string> error = errorOf(platform::listDiscRecorders(recorders));
+  std::string out;
+  const char* separator = "";
+  for (const DiscRecorderStatus& status : recorders) {
+    out += separator;
+    out += options.isJson ? "{" + jsonOf(status) + "}" : textOf(status);
+    separator = options.isJson ? "," : "\n";
+  }
+  if (options.isJson) out = jsonObject("\"recorders\":[" + out + "],", error);
+  return finish(out, error, {});
+}
+
+// What the media object says of the disc.
+struct Answers {
+  std::optional<bool> holdsData;
+  bool isRecordable = false;
+  std::string reason;  // for a missing or a negative answer
+};
+
+Answers askObject() {
+  MediaJob job;
+  Answers answers;
+  answers.holdsData = job.holdsRewritableData();
+  if (!answers.holdsData) answers.reason = job.errorText();
+  answers.isRecordable = answers.holdsData && job.isRecordable();
+  if (answers.holdsData && !answers.isRecordable) answers.reason = job.errorText();
+  answers.reason.resize(answers.reason.find_last_not_of('\n') + 1);
+  return answers;
+}
+
+std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
+
+int runStatus(const Options& options) {
+  std::vector<DiscRecorderStatus> recorders;
+  std::optional<std::string> error = errorOf(platform::listDiscRecorders(recorders));
+  if (!error && recorders.empty()) error = "There is no recorder.";
+  if (error) return finish(options.isJson ? jsonObject("", error) : "", error, {});
+  const Answers answers = askObject();
+  const DiscRecorderStatus& status = recorders.front();
+  std::string out;
+  if (options.isJson) {
+    out = jsonOf(status) + ",";
+    out += member("holds_data", answers.holdsData ? jsonBool(*answers.holdsData) : "null");
+    out += member("recordable", answers.holdsData ? jsonBool(answers.isRecordable) : "null");
+    out = jsonObject(out + member("reason", jsonTextOrNull(answers.reason)), error);
+  } else {
+    out = textOf(status);
+    out += "Rewritable disc that holds data: " +
+           (answers.holdsData ? yesOrNo(*answers.holdsData) : "not known") + "\n";
+    out +=
+        "Recordable: " + (answers.holdsData ? yesOrNo(answers.isRecordable) : "not known") + "\n";
+    if (!answers.reason.empty()) out += "  " + answers.reason + "\n";
+  }
+  return finish(out, error, {});
+}
+
+int runInsert(const Options& options) {
+  std::optional<std::string> error =
+      errorOf(platform::insertVirtualDisc(options.recorder, options.disc));
+  platform::VirtualRecorderStatus status;
+  if (!error) error = errorOf(platform::virtualRecorderStatus(options.recorder, status));
+  std::string out;
+  if (options.isJson) {
+    if (!error) {
+      out = member("recorder", jsonString(status.name)) +
+            member("media", jsonString(status.media)) + member("state", jsonString(status.state)) +
+            member("capacity", std::to_string(status.capacitySectors));
+    }
+    out = jsonObject(out, error);
+  } else if (!error) {
+    out = "Inserted into " + status.name + ": " + status.media + ", " + status.state + ", " +
+          std::to_string(status.capacitySectors) + " sectors\n";
+  }
+  return finish(out, error, {});
+}
+
+int runEject(const Options& options) {
+  std::string image;
+  const std::optional<std::string> error = errorOf(platform::ejectDisc(options.recorder, image));
+  std::string out;
+  if (options.isJson) {
+    out = jsonObject(member("image", jsonTextOrNull(image)), error);
+  } else if (!image.empty()) {
+    out = "Image:     " + image + "\n";
+  }
+  return finish(out, error, {});
+}
+
+int runErase(const Options& options) {
+  std::optional<std::string> error;
+  {
+    ProgressBar bar(!options.isQuiet);
+    const DiscProgressScope progress(bar);
+    error = errorOf(platform::eraseDisc(options.recorder, options.isFull));
+  }
+  return finish(options.isJson ? jsonObject("", error) : "", error, {});
+}
+
+using Run = int (*)(const Options&);
+
+CLI::App* addVerb(CLI::App& disc, const char* name, const char* description, Run run,
+                  const std::shared_ptr<Options>& options, int& exitStatus) {
+  CLI::App* verb = disc.add_subcommand(name, description);
+  verb->add_flag("--json", options->isJson, "Print the result as one JSON object");
+  verb->footer(kExitFooter);
+  verb->callback([options, run, &exitStatus] { exitStatus = run(*options); });
+  return verb;
+}
+
+void addRecorderOption(CLI::App& verb, Options& options) {
+  verb.add_option("--recorder", options.recorder,
+                  "Name of the recorder, as list shows it (default: the first)")
+      ->type_name("NAME");
+}
+
+void addInsertOptions(CLI::App& verb, platform::DiscToInsert& disc) {
+  std::vector<std::string> names;
+  for (const std::string_view name : platform::virtualMediaNames()) names.emplace_back(name);
+  verb.add_option("--media", disc.media,
+                  "Kind of the disc (default: cd-r; of an image what it was, or the smallest that "
+                  "holds it)")
+      ->check(CLI::IsMember(names))
+      ->type_name("KIND");
+  verb.add_option("--capacity", disc.capacitySectors,
+                  "Room on the disc in sectors of 2048 bytes (default: the usual one)")
+      ->type_name("SECTORS");
+  verb.add_option("--image", disc.image,
+                  "What is on the disc: a copy of this file (default: blank)")
+      ->type_name("FILE");
+  verb.add_flag("--protect", disc.isProtected, "Protect the disc against writing");
+}
+
+}  // namespace
+
+void addDiscCommand(CLI::App& program, int& exitStatus) {
+  const auto options = std::make_shared<Options>();
+  CLI::App* disc = program.add_subcommand("disc", "Shows recorders and handles the discs in them");
+  disc->require_subcommand(1);
+  disc->footer(kFooter);
+  const auto add = [&](const char* name, const char* description, Run run) {
+    return addVerb(*disc, name, description, run, options, exitStatus);
+  };
+  add("list", "Lists the recorders and the discs in them", runList);
+  add("status", "Tells about the first recorder, and whether its disc holds data and is recordable",
+      runStatus);
+  CLI::App* insert = add("insert", "Puts a disc into a virtual recorder", runInsert);
+  addRecorderOption(*insert, *options);
+  addInsertOptions(*insert, options->disc);
+  addRecorderOption(*add("eject", "Takes the disc out; of a virtual one the image stays", runEject),
+                    *options);
+  CLI::App* erase = add("erase", "Makes a rewritable disc blank", runErase);
+  addRecorderOption(*erase, *options);
+  erase->add_flag("--full", options->isFull,
+                  "Overwrite all of the disc, not only where its contents begin");
+  erase->add_flag("--quiet", options->isQuiet, "Show no progress");
+}
+
+}  // namespace quillon::cli

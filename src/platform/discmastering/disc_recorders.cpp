@@ -1,0 +1,171 @@
+#include "platform/disc_recorders.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+#include "discmastering/catalogue.h"
+#include "discmastering/disc_types.h"
+#include "discmastering/progress.h"
+#include "discmastering/virtual_recorder.h"
+#include "platform/virtual_discs.h"
+#include "win32/utf8.h"
+
+namespace quillon::platform {
+namespace {
+
+constexpr std::u16string_view kHand = u"Quillon disc handling";
+
+// Discs that a drive may hold and a virtual recorder does not.
+struct OtherMedia {
+  IMAPI_MEDIA_PHYSICAL_TYPE type;
+  const char* keyword;
+};
+constexpr std::array kOtherMedia{
+    OtherMedia{IMAPI_MEDIA_TYPE_DVDROM, "dvd-rom"},
+    OtherMedia{IMAPI_MEDIA_TYPE_DVDRAM, "dvd-ram"},
+    OtherMedia{IMAPI_MEDIA_TYPE_DVDDASHR_DUALLAYER, "dvd-r-dl"},
+    OtherMedia{IMAPI_MEDIA_TYPE_BDROM, "bd-rom"},
+    OtherMedia{IMAPI_MEDIA_TYPE_DISK, "file"},
+};
+
+std::string mediaName(IMAPI_MEDIA_PHYSICAL_TYPE type) {
+  for (const DiscType& known : discTypes()) {
+    if (known.physicalType == type) return std::string(known.keyword);
+  }
+  const auto* const other =
+      std::find_if(kOtherMedia.begin(), kOtherMedia.end(),
+                   [type](const OtherMedia& row) { return row.type == type; });
+  return other == kOtherMedia.end() ? "unknown" : other->keyword;
+}
+
+DiscState stateOf(const MediaFacts& media) {
+  if (media.isBlank()) return DiscState::Blank;
+  if (media.has(IMAPI_FORMAT2_DATA_MEDIA_STATE_DAMAGED)) return DiscState::Damaged;
+  return media.isOverwritable || media.has(IMAPI_FORMAT2_DATA_MEDIA_STATE_APPENDABLE)
+             ? DiscState::Appendable
+             : DiscState::Finalised;
+}
+
+struct Sentence {
+  HRESULT code;
+  const char* before;  // the recorder's name follows, in quotation marks
+  const char* after;
+};
+// clang-format off
+constexpr std::array kSentences{
+    Sentence{E_IMAPI_RECORDER_LOCKED,               "Another program is using the recorder ", "."},
+    Sentence{E_IMAPI_RECORDER_MEDIA_NO_MEDIA,       "There is no disc in the recorder ", "."},
+    Sentence{E_IMAPI_RECORDER_MEDIA_BECOMING_READY, "The disc in the recorder ", " is not ready yet."},
+    Sentence{E_IMAPI_RECORDER_MEDIA_BUSY,           "The disc in the recorder ", " is not ready yet."},
+    Sentence{E_IMAPI_RECORDER_MEDIA_WRITE_PROTECTED, "The disc in the recorder ", " is write-protected."},
+    Sentence{E_IMAPI_RECORDER_MEDIA_INCOMPATIBLE,   "The disc in the recorder ", " cannot be read."},
+    Sentence{E_IMAPI_ERASE_MEDIA_IS_NOT_ERASABLE,   "The disc in the recorder ", " cannot be erased."},
+    Sentence{E_IMAPI_ERASE_MEDIA_IS_NOT_SUPPORTED,  "The recorder ", " does not write discs of this kind."},
+};
+// clang-format on
+
+DiscResult withSentence(DiscResult result, const std::string& name) {
+  if (!result.failed() || !result.text.empty()) return result;
+  const auto* const row =
+      std::find_if(kSentences.begin(), kSentences.end(),
+                   [&](const Sentence& sentence) { return sentence.code == result.code; });
+  std::string text;
+  if (row != kSentences.end()) {
+    text = row->before + ("\"" + name + "\"") + row->after;
+  } else {
+    std::array<char, 16> code{};
+    std::snprintf(code.data(), code.size(), "0x%08X", static_cast<unsigned>(result.code));
+    text = "The recorder \"" + name + "\" failed with the code " + code.data() + ".";
+  }
+  return {result.code, wideFromNative(text)};
+}
+
+std::string nameOf(const Recorder& recorder) {
+  const std::string device = nativeFromWide(recorder.identity().devicePath);
+  const bool isVirtual = dynamic_cast<const VirtualRecorder*>(&recorder) != nullptr;
+  return isVirtual ? device.substr(device.rfind('/') + 1) : device;
+}
+
+void fillDisc(const MediaFacts& media, DiscRecorderStatus& status) {
+  status.hasDisc = media.present;
+  if (!media.present) return;
+  status.media = mediaName(media.physicalType);
+  status.state = keywordOf(stateOf(media));
+  status.isProtected = media.writeProtect != 0;
+  status.capacitySectors = media.totalSectors;
+  status.freeSectors = media.freeSectors;
+}
+
+// What the directory tells beyond the facts that a drive has.
+void addVirtualFacts(DiscRecorderStatus& status) {
+  VirtualRecorderStatus more;
+  if (virtualRecorderStatus(status.name, more).failed() || !more.hasDisc) return;
+  status.state = more.state;
+  status.isProtected = more.isProtected;
+  status.image = more.image;
+}
+
+DiscRecorderStatus statusOf(Recorder& recorder) {
+  const DriveIdentity& drive = recorder.identity();
+  DiscRecorderStatus status;
+  status.name = nameOf(recorder);
+  status.device =
+      nativeFromWide(drive.vendor + u" " + drive.product + u" (Revision: " + drive.revision + u")");
+  status.isVirtual = dynamic_cast<VirtualRecorder*>(&recorder) != nullptr;
+  status.client = nativeFromWide(recorder.owner());
+  MediaFacts media;
+  const DiscResult result = withSentence(recorder.media(media), status.name);
+  if (result.failed()) {
+    status.problem = nativeFromWide(result.text);
+    return status;
+  }
+  fillDisc(media, status);
+  if (status.isVirtual && status.hasDisc) addVirtualFacts(status);
+  return status;
+}
+
+DiscResult findByName(const std::string& name, std::unique_ptr<Recorder>& found) {
+  RecorderList recorders;
+  DiscResult result = listRecorders(recorders);
+  if (result.failed()) return result;
+  for (std::unique_ptr<Recorder>& recorder : recorders) {
+    if (!name.empty() && nameOf(*recorder) != name) continue;
+    found = std::move(recorder);
+    return S_OK;
+  }
+  const std::string sentence =
+      name.empty() ? "There is no recorder." : "There is no recorder \"" + name + "\".";
+  return {HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), wideFromNative(sentence)};
+}
+
+}  // namespace
+
+DiscResult listDiscRecorders(std::vector<DiscRecorderStatus>& recorders) {
+  recorders.clear();
+  RecorderList found;
+  DiscResult result = listRecorders(found);
+  for (const std::unique_ptr<Recorder>& recorder : found) recorders.push_back(statusOf(*recorder));
+  return result;
+}
+
+DiscResult eraseDisc(const std::string& recorderName, bool full) {
+  std::unique_ptr<Recorder> recorder;
+  DiscResult result = findByName(recorderName, recorder);
+  if (result.failed()) return result;
+  return withSentence(recorder->erase(full, kHand, discProgressCallback()), nameOf(*recorder));
+}
+
+DiscResult ejectDisc(const std::string& recorderName, std::string& imageLeftAt) {
+  imageLeftAt.clear();
+  std::unique_ptr<Recorder> recorder;
+  DiscResult result = findByName(recorderName, recorder);
+  if (result.failed()) return result;
+  const std::string name = nameOf(*recorder);
+  if (dynamic_cast<VirtualRecorder*>(recorder.get()) != nullptr) {
+    return ejectVirtualDisc(name, imageLeftAt);
+  }
+  return withSentence(recorder->eject(), name);
+}
+
+}  // namespace quillon::platform
