@@ -9,11 +9,6 @@
 
 namespace quillon {
 
-// TEMP
-struct PendingMedia : CQuillonMediaRW {
-  HRESULT LoadHeaderTextFromFile(BSTR, BSTR, BSTR*) { return E_NOTIMPL; }
-};
-
 class MediaRWObject final : public IQuillonMediaRW {
  public:
   // With outer, the object becomes a part of it: all its interfaces answer for outer, but for the
@@ -72,7 +67,7 @@ class MediaRWObject final : public IQuillonMediaRW {
 
   Inner inner_;
   IUnknown* identity_;  // not counted: outer outlives its parts
-  PendingMedia media_;
+  CQuillonMediaRW media_;
 };
 
 }  // namespace quillon

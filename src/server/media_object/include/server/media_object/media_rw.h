@@ -10,6 +10,7 @@
 
 #include <cstdint>
 
+#include "dicomobjects/dicom_object_processor.h"
 #include "fileset/dicom_dir_processor.h"
 #include "foundation/base_item.h"
 
@@ -73,6 +74,13 @@ class CQuillonMediaRW : public CBaseItem {
   // answer, and for a disc that is not recordable. Neither resets Result.
   HRESULT get_CDRWHasContent(VARIANT_BOOL* pVal);
   HRESULT get_CDIsRecordable(VARIANT_BOOL* pVal);
+  // The header of a DICOM file as text: its XML transformed with the stylesheet at a path or an
+  // http(s) URL. Result is not reset on entry. An empty file name or location or a null pointer:
+  // "One or more arguments are invalid.", S_FALSE, Result unchanged. Otherwise S_OK, also when the
+  // header cannot be rendered: Result is S_FALSE then, *pbstrHeaderText null, and ErrMessageText
+  // tells why. The first call switches the toolkit's value checking off for the process.
+  HRESULT LoadHeaderTextFromFile(BSTR bstrFilename, BSTR bstrStylesheetLocation,
+                                 BSTR* pbstrHeaderText);
   HRESULT get_UniquePatientId(BSTR* pVal);
   HRESULT put_UniquePatientId(BSTR newVal);
 
@@ -92,12 +100,18 @@ class CQuillonMediaRW : public CBaseItem {
   HRESULT AskAboutDisc(VARIANT_BOOL* pVal, Question question);
   template <typename Total>
   HRESULT GetTotal(bool (CDicomDirProcessor::*count)(Total&), Total& total);
+  // Of LoadHeaderTextFromFile. False with the sentence in the builder.
+  bool PrepareToolkit();
+  bool ReadHeaderXml(TextView fileName, Text& xml);
+  bool RenderHeader(TextView fileName, TextView stylesheetLocation, Text& header);
   HRESULT RefuseArguments();
   // Both S_FALSE; the second keeps a sentence that the builder has.
   HRESULT FailWith(HRESULT result, UINT message);
   HRESULT FailWithDefault(HRESULT result, UINT message);
 
   HRESULT result_ = S_OK;
+  CDicomObjectProcessor renderer_;
+  bool isToolkitPrepared_ = false;
   CDicomDirProcessor builder_;
 };
 
