@@ -5,6 +5,7 @@
 
 #include "create_command.h"
 #include "disc_command.h"
+#include "header_command.h"
 #include "publish_command.h"
 #include "register_command.h"
 #include "wipe_command.h"
@@ -24,6 +25,7 @@ int run(int argc, char** argv) {
   quillon::cli::addWriteCommand(program, exitStatus);
   quillon::cli::addPublishCommand(program, exitStatus);
   quillon::cli::addDiscCommand(program, exitStatus);
+  quillon::cli::addHeaderCommand(program, exitStatus);
   quillon::cli::addWipeCommand(program, exitStatus);
   quillon::cli::addRegisterCommands(program, exitStatus);
   try {

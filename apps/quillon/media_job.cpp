@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "foundation/scoped_bstr.h"
 #include "foundation/text.h"
 #include "platform/services.h"
 
@@ -9,35 +10,17 @@ namespace quillon::cli {
 
 namespace {
 
-class ScopedBstr {
- public:
-  ScopedBstr() = default;
-  explicit ScopedBstr(std::string_view text) {
-    const Text wide = WidenText(text, FileSystemCodePage());
-    bstr_ = SysAllocStringLen(wide.data(), static_cast<UINT>(wide.size()));
-  }
-  ~ScopedBstr() { SysFreeString(bstr_); }
-  ScopedBstr(const ScopedBstr&) = delete;
-  ScopedBstr& operator=(const ScopedBstr&) = delete;
+Text wide(std::string_view text) { return WidenText(text, FileSystemCodePage()); }
 
-  [[nodiscard]] BSTR get() const { return bstr_; }
-  [[nodiscard]] BSTR* out() { return &bstr_; }
-  [[nodiscard]] std::string text() const {
-    if (bstr_ == nullptr) return {};
-    return NarrowText(TextView(bstr_, SysStringLen(bstr_)), FileSystemCodePage());
-  }
-
- private:
-  BSTR bstr_ = nullptr;
-};
+std::string narrow(const ScopedBstr& text) { return NarrowText(text.View(), FileSystemCodePage()); }
 
 VARIANT_BOOL variantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 template <typename Getter>
 std::string read(CQuillonMediaRW& object, Getter getter) {
   ScopedBstr text;
-  (object.*getter)(text.out());
-  return text.text();
+  (object.*getter)(text.Put());
+  return narrow(text);
 }
 
 }  // namespace
@@ -50,14 +33,14 @@ MediaJob::ComScope::~ComScope() {
 
 // A put answers S_OK even when the value was refused, which shows in the value alone.
 bool MediaJob::setRoot(std::string_view path) {
-  const ScopedBstr text(path);
-  object_.put_DicomRootDirectory(text.get());
+  const ScopedBstr text(wide(path));
+  object_.put_DicomRootDirectory(text.Get());
   return root() == path;
 }
 
 bool MediaJob::setObjectDirectory(std::string_view path) {
-  const ScopedBstr text(path);
-  object_.put_DicomObjectDirectory(text.get());
+  const ScopedBstr text(wide(path));
+  object_.put_DicomObjectDirectory(text.Get());
   return read(object_, &CQuillonMediaRW::get_DicomObjectDirectory) == path;
 }
 
@@ -70,8 +53,8 @@ void MediaJob::setOtherContent(bool enabled) {
 }
 
 void MediaJob::setPatientKey(std::string_view key) {
-  const ScopedBstr text(key);
-  object_.put_UniquePatientId(text.get());
+  const ScopedBstr text(wide(key));
+  object_.put_UniquePatientId(text.Get());
 }
 
 std::string MediaJob::root() { return read(object_, &CQuillonMediaRW::get_DicomRootDirectory); }
@@ -81,9 +64,9 @@ std::string MediaJob::label() { return read(object_, &CQuillonMediaRW::get_IheLa
 std::string MediaJob::errorText() { return read(object_, &CQuillonMediaRW::get_ErrMessageText); }
 
 bool MediaJob::addFile(std::string_view path) {
-  const ScopedBstr text(path);
+  const ScopedBstr text(wide(path));
   VARIANT_BOOL isAccepted = VARIANT_FALSE;
-  object_.AddFile(text.get(), &isAccepted);
+  object_.AddFile(text.Get(), &isAccepted);
   return isAccepted == VARIANT_TRUE;
 }
 
@@ -94,15 +77,15 @@ bool MediaJob::createFileSet() {
 }
 
 bool MediaJob::setVolume(std::string_view name) {
-  const ScopedBstr text(name);
-  object_.put_VolumeName(text.get());
+  const ScopedBstr text(wide(name));
+  object_.put_VolumeName(text.Get());
   return read(object_, &CQuillonMediaRW::get_VolumeName) == name;
 }
 
 bool MediaJob::setTarget(std::string_view path) {
-  const ScopedBstr text(path);
+  const ScopedBstr text(wide(path));
   object_.put_PerformDirectCopy(VARIANT_TRUE);
-  return object_.put_DirectCopyDirectory(text.get()) == S_OK;
+  return object_.put_DirectCopyDirectory(text.Get()) == S_OK;
 }
 
 void MediaJob::setRecording(bool simulate, bool fullErase, bool eject) {
@@ -127,6 +110,18 @@ bool MediaJob::isRecordable() {
   VARIANT_BOOL isRecordable = VARIANT_FALSE;
   object_.get_CDIsRecordable(&isRecordable);
   return isRecordable == VARIANT_TRUE;
+}
+
+bool MediaJob::loadHeader(std::string_view file, std::string_view stylesheet, std::string& text) {
+  const ScopedBstr fileName(wide(file));
+  const ScopedBstr location(wide(stylesheet));
+  ScopedBstr header;
+  if (object_.LoadHeaderTextFromFile(fileName.Get(), location.Get(), header.Put()) != S_OK ||
+      header.Get() == nullptr) {
+    return false;
+  }
+  text = narrow(header);
+  return true;
 }
 
 void MediaJob::wipe() { object_.Wipe(); }

@@ -41,6 +41,9 @@ class MediaJob {
   [[nodiscard]] std::optional<bool> holdsRewritableData();
   [[nodiscard]] bool isRecordable();
 
+  // The header of a DICOM file through the stylesheet at a path or URL.
+  bool loadHeader(std::string_view file, std::string_view stylesheet, std::string& text);
+
   // Removes the root directory and the temporary directory of earlier jobs.
   void wipe();
 

@@ -1,0 +1,228 @@
+"""quillon header as a user meets it: what it prints, that the stylesheets which ship with it do the
+same in another processor, how it fails, and that it works where it is installed."""
+import http.server
+import os
+import shutil
+import subprocess
+import sys
+import threading
+import unittest
+import xml.etree.ElementTree as ElementTree
+from html.parser import HTMLParser
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).parent))
+import program  # noqa: E402
+from program import dicom_file, element, item  # noqa: E402
+
+BUILD = None  # set by main
+STYLESHEETS = Path(__file__).resolve().parents[2] / "resources/stylesheets"
+PYDICOM = Path("/usr/lib/python3/dist-packages/pydicom/data")
+VOID = {"meta", "wbr", "br", "hr", "img", "link", "input"}
+
+
+class Page(HTMLParser):
+    """The text of a page; complains about elements that are not closed in order."""
+
+    def __init__(self, html):
+        super().__init__()
+        self.open, self.faults, self.rows, self.names, self.links = [], [], 0, set(), []
+        self.text = ""
+        self.feed(html)
+        self.close()
+        self.faults += self.open
+
+    def handle_starttag(self, tag, attributes):
+        self.names.add(tag)
+        self.rows += tag == "tr"
+        self.links += [v for k, v in attributes if k in ("src", "href") and not v.startswith("#")]
+        if tag not in VOID:
+            self.open.append(tag)
+
+    def handle_endtag(self, tag):
+        if tag in VOID:
+            return
+        if not self.open or self.open.pop() != tag:
+            self.faults.append("/" + tag)
+
+    def handle_data(self, data):
+        self.text += data
+
+
+class Header(program.ProgramTest):
+    def header(self, *arguments, status=0):
+        run = self.run_program("header", *arguments)
+        self.assertEqual(run.returncode, status, (run.stdout[-500:], run.stderr))
+        if status == 0:
+            self.assertEqual(run.stderr, b"")
+            return run.stdout
+        self.assertEqual(run.stdout, b"")
+        return run.stderr.decode()
+
+    def object(self, **changes):
+        return self.write("object.dcm", dicom_file(**changes))
+
+    def test_text_stands_in_columns_with_items_further_in(self):
+        code = element(0x00080100, "SH", "C") + element(0x00080104, "LO", "Caf\xe9 <&>")
+        nested = element(0x0040A043, "SQ", item(code)) + element(0x0040A160, "UT", "end")
+        path = self.object(more={
+            0x00080008: element(0x00080008, "CS", "A\\B\\C"),
+            0x00091001: element(0x00091001, "OB", bytes(range(200))),
+            0x0040A730: element(0x0040A730, "SQ", item(nested) + item(b""))})
+        lines = self.header(path).decode().splitlines()
+        for line in ["(0008,0008) CS ImageType                          A\\B\\C",
+                     "(0040,a730) SQ ContentSequence                    2 items",
+                     "- item 1",
+                     "  (0040,a043) SQ ConceptNameCodeSequence          1 item",
+                     "  - item 1",
+                     "    (0008,0104) LO CodeMeaning                    Caf\u00e9 <&>",
+                     "  (0040,a160) UT TextValue                        end",
+                     "- item 2",
+                     "(0002,0016) AE SourceApplicationEntityTitle",
+                     " " * 50 + "(the first 100 of 200 values)"]:
+            self.assertIn(line, lines)
+        self.assertEqual(lines[lines.index("") + 1][:6], "(0008,")
+        start = next(i for i, line in enumerate(lines) if line.startswith("(0009,1001)"))
+        self.assertEqual(lines[start][50:], "".join("%d\\" % i for i in range(16)))
+        self.assertEqual(lines[start + 1], " " * 50 + "".join("%d\\" % i for i in range(16, 32)))
+
+    def test_the_page_shows_patient_and_study_first_and_needs_no_other_file(self):
+        evil = "<script>alert(1)</script>"
+        path = self.object(name="DOE^JOHN^Q", more={
+            0x00081030: element(0x00081030, "LO", evil),
+            0x00101010: element(0x00101010, "AS", "059Y"),
+            0x0040A730: element(0x0040A730, "SQ", item(element(0x0040A160, "UT", "deep")))})
+        html = self.header("--stylesheet", "html", path).decode()
+        page = Page(html)
+        self.assertEqual(page.faults, [])
+        self.assertTrue(html.startswith("<!DOCTYPE html"), html[:100])
+        self.assertIn('charset=UTF-8"', html)
+        self.assertEqual(page.links, [])
+        self.assertFalse(page.names & {"script", "link", "img", "iframe"})
+        self.assertTrue({"details", "summary", "table", "nav"} <= page.names)
+        before_elements = page.text[:page.text.index("(0002,0001)")]
+        for text in ("DOE, JOHN Q", "12345", "1950-01-02", "59 years", "2009-03-05", evil):
+            self.assertIn(text, before_elements)
+        self.assertIn("deep", page.text)
+
+    def test_every_real_header_is_the_same_through_another_processor(self):
+        if not PYDICOM.is_dir() or shutil.which("xsltproc") is None:
+            self.skipTest("python3-pydicom or xsltproc is not installed")
+        count = 0
+        for path in sorted((PYDICOM / "test_files").glob("*.dcm")) + sorted(
+                (PYDICOM / "charset_files").glob("*.dcm")):
+            run = self.run_program("header", "--xml", path)
+            if run.returncode != 0:
+                self.assertTrue(run.stderr.startswith(b"quillon: "), path)
+                continue
+            count += 1
+            tags = sum(1 for _ in ElementTree.fromstring(run.stdout).iter("tag"))
+            source = self.dir / "header.xml"
+            source.write_bytes(run.stdout)
+            for name in ("text", "html", "xml"):
+                with self.subTest(path=path.name, stylesheet=name):
+                    ours = self.header("--stylesheet", STYLESHEETS / (name + ".xsl"), path)
+                    theirs = subprocess.run(
+                        ["xsltproc", "--nonet", STYLESHEETS / (name + ".xsl"), source],
+                        check=True, capture_output=True).stdout
+                    self.assertTrue(ours == theirs)
+                    if name == "text":
+                        shown = [line for line in ours.decode().splitlines()
+                                 if line.lstrip(" ").startswith("(") and line.lstrip(" ")[5:6] == ","]
+                        self.assertEqual(len(shown), tags)
+                    elif name == "html":
+                        page = Page(ours.decode())
+                        self.assertEqual(page.faults, [])
+                    else:
+                        self.assertTrue(ours == run.stdout)
+        self.assertGreater(count, 70)
+
+    def test_xml_is_what_stylesheets_are_given(self):
+        path = self.object(name="A<B>&\"C\"'D'@E\x01^\x1bF")
+        xml = self.header("--xml", path)
+        self.assertIn("A&lt;B&gt;&amp;&quot;C&quot;&apos;D&apos;&#64;E\u2401^ F".encode(), xml)
+        self.assertTrue(xml.startswith(b'<?xml version="1.0" ?>\n<data-set>\n<tag grp="0002"'))
+        root = ElementTree.fromstring(xml)
+        names = [t.text for t in root if t.get("name") == "patientsName"]
+        self.assertEqual(names, ["A<B>&\"C\"'D'@E\u2401^ F"])
+
+    def test_stylesheets_come_from_paths_and_servers(self):
+        sheet = self.write("short.xsl", b"""<xsl:stylesheet version="1.0"
+            xmlns:xsl="http://www.w3.org/1999/XSL/Transform"><xsl:output method="text"/>
+            <xsl:template match="/"><xsl:value-of select="//tag[@name='patientsName']"/>
+            </xsl:template></xsl:stylesheet>""")
+        path = self.object(name="DOE^JOHN")
+        (self.dir / "work/text").write_bytes(sheet.read_bytes())
+        handler = type("Handler", (http.server.SimpleHTTPRequestHandler,), {
+            "log_message": lambda *_: None,
+            "__init__": lambda s, *a, **k: http.server.SimpleHTTPRequestHandler.__init__(
+                s, *a, directory=str(self.source), **k)})
+        with http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler) as server:
+            threading.Thread(target=server.serve_forever, daemon=True).start()
+            url = "http://127.0.0.1:%d/" % server.server_port
+            for location in (sheet, os.path.relpath(sheet, self.dir / "work"), "./text",
+                             url + "short.xsl"):
+                self.assertEqual(self.header("--stylesheet", location, path).strip(), b"DOE^JOHN")
+            self.assertEqual(
+                self.header("--stylesheet", url + "none.xsl", path, status=1),
+                "quillon: Cannot retrieve information from the URL \"%snone.xsl.\"\n" % url)
+            server.shutdown()
+        self.assertNotEqual(self.header("--stylesheet", "text", path).strip(), b"DOE^JOHN")
+
+    def test_failures_are_told_in_a_sentence(self):
+        path = self.object()
+        none = self.write("none.dcm", b"nothing")
+        broken = self.write("broken.xsl", b"<xsl:stylesheet")
+        self.assertEqual(self.header(none, status=1),
+                         f"quillon: Cannot read the DICOM information from {none}.\n")
+        self.assertEqual(self.header(self.source / "absent", status=1),
+                         f"quillon: Cannot read the DICOM information from {self.source}/absent.\n")
+        empty = self.write("empty.dcm", b"")
+        self.assertEqual(self.header(empty, status=1),
+                         f"quillon: Cannot read the DICOM information from {empty}.\n")
+        for location in (broken, self.source / "absent.xsl", none):
+            sentence = self.header("--stylesheet", location, path, status=1)
+            self.assertRegex(sentence, r"^quillon: [A-Z].*\n$")
+        for arguments in ([], ["--xml", "--stylesheet", "html", path], [path, path],
+                          ["--no-such", path], ["--stylesheet"]):
+            run = self.run_program("header", *arguments)
+            self.assertEqual((run.returncode, run.stdout), (2, b""), arguments)
+            self.assertNotEqual(run.stderr, b"")
+
+    def test_a_full_disk_is_a_failure(self):
+        path = self.object()
+        with open("/dev/full", "wb") as full:
+            run = subprocess.run([program.QUILLON, "header", path], stdout=full,
+                                 stderr=subprocess.PIPE, env=self.environment())
+        self.assertEqual((run.returncode, run.stderr),
+                         (1, b"quillon: The result cannot be written.\n"))
+
+    def test_names_in_any_bytes_are_told_as_they_are(self):
+        self.source.mkdir()
+        name = os.fsencode(self.source) + b"/\xff\xe9.dcm"
+        Path(os.fsdecode(name)).write_bytes(dicom_file())
+        self.assertIn(b"DOE^JOHN", self.header(os.fsdecode(name)))
+        run = self.run_program("header", os.fsdecode(name + b"x"))
+        self.assertEqual(run.stderr,
+                         b"quillon: Cannot read the DICOM information from " + name + b"x.\n")
+
+    def test_an_installed_program_finds_its_stylesheets(self):
+        if shutil.which("cmake") is None:
+            self.skipTest("cmake is not installed")
+        prefix = self.dir / "prefix"
+        subprocess.run(["cmake", "--install", BUILD, "--prefix", prefix], check=True,
+                       stdout=subprocess.DEVNULL)
+        moved = self.dir / "moved"
+        prefix.rename(moved)
+        path = self.object()
+        for arguments in (["--stylesheet", "html"], ["--xml"], []):
+            run = subprocess.run([moved / "bin/quillon", "header", *arguments, path],
+                                 capture_output=True, env=self.environment(), cwd=self.dir)
+            self.assertEqual((run.returncode, run.stderr), (0, b""))
+            self.assertEqual(run.stdout, self.header(*arguments, path))
+        self.assertTrue((moved / "share/man/man1/quillon-header.1").is_file())
+
+
+if __name__ == "__main__":
+    program.QUILLON, program.SAMPLES, BUILD = map(os.path.abspath, sys.argv[1:4])
+    unittest.main(argv=[sys.argv[0], "-v", *sys.argv[4:]])
