@@ -1,19 +1,17 @@
 #include "header_command.h"
 
-#include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "media_job.h"
+#include "result_output.h"
 #include "stylesheets.h"
 #include "toolkit_log.h"
 
 namespace quillon::cli {
 
 namespace {
-
-constexpr int kExitDone = 0;
-constexpr int kExitFailed = 1;
 
 constexpr const char* kFooter =
     R"(Of an element with many values the first 100 are printed. Pixel data is not read.
@@ -30,24 +28,16 @@ struct HeaderOptions {
   std::string logFile;
 };
 
-int fail(const std::string& sentence) {
-  std::fprintf(stderr, "quillon: %s\n", sentence.c_str());
-  return kExitFailed;
-}
-
 int runHeader(const HeaderOptions& options) {
   if (!sendToolkitLog(options.logFile)) {
-    return fail("The log file " + options.logFile + " cannot be written.");
+    return finish({}, "The log file " + options.logFile + " cannot be written.", {});
   }
   const std::string location =
       options.isXml ? xmlStylesheetLocation() : stylesheetLocation(options.stylesheet);
   MediaJob job;
   std::string text;
-  if (!job.loadHeader(options.file, location, text)) return fail(job.errorText());
-  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-    return fail("The result cannot be written.");
-  }
-  return kExitDone;
+  if (!job.loadHeader(options.file, location, text)) return finish({}, job.errorText(), {});
+  return finish(text, std::nullopt, {});
 }
 
 }  // namespace

@@ -96,7 +96,8 @@ int finish(const std::string& output, const std::optional<std::string>& error,
     std::fprintf(stderr, "quillon: %s\n", sentence.c_str());
   }
   for (const std::string& remark : remarks) std::fprintf(stderr, "quillon: %s\n", remark.c_str());
-  if (std::fflush(stdout) != 0) {
+  // What did not fit the buffer has failed before.
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     std::fprintf(stderr, "quillon: The result cannot be written.\n");
     return kExitFailed;
   }

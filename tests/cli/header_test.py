@@ -190,12 +190,13 @@ class Header(program.ProgramTest):
             self.assertNotEqual(run.stderr, b"")
 
     def test_a_full_disk_is_a_failure(self):
-        path = self.object()
-        with open("/dev/full", "wb") as full:
-            run = subprocess.run([program.QUILLON, "header", path], stdout=full,
-                                 stderr=subprocess.PIPE, env=self.environment())
-        self.assertEqual((run.returncode, run.stderr),
-                         (1, b"quillon: The result cannot be written.\n"))
+        long = {tag: element(tag, "LO", "x" * 60) for tag in range(0x00091000, 0x00091100)}
+        for path in (self.object(), self.write("long.dcm", dicom_file(more=long))):
+            with open("/dev/full", "wb") as full:
+                run = subprocess.run([program.QUILLON, "header", path], stdout=full,
+                                     stderr=subprocess.PIPE, env=self.environment())
+            self.assertEqual((run.returncode, run.stderr),
+                             (1, b"quillon: The result cannot be written.\n"))
 
     def test_names_in_any_bytes_are_told_as_they_are(self):
         self.source.mkdir()
