@@ -395,14 +395,18 @@
     </tr>
   </xsl:template>
 
+  <!-- The whole width, so that deep ones keep room for their values. -->
   <xsl:template match="tag[@VR = 'SQ']">
     <tr>
-      <td class="tag"><xsl:value-of select="concat('(', @grp, ',', @element, ')')"/></td>
       <xsl:choose>
         <xsl:when test="item">
-          <td class="sequence" colspan="3">
+          <td class="sequence" colspan="4">
             <details open="open">
               <summary>
+                <span class="tag">
+                  <xsl:value-of select="concat('(', @grp, ',', @element, ')')"/>
+                </span>
+                <xsl:value-of select="' '"/>
                 <xsl:call-template name="words"/>
                 <xsl:value-of select="' '"/>
                 <span class="vr">
@@ -424,6 +428,7 @@
           </td>
         </xsl:when>
         <xsl:otherwise>
+          <td class="tag"><xsl:value-of select="concat('(', @grp, ',', @element, ')')"/></td>
           <td class="name"><xsl:call-template name="words"/></td>
           <td class="vr">SQ</td>
           <td class="value none">no items</td>
@@ -539,9 +544,10 @@ th, td { padding: .22rem .6rem .22rem 0; vertical-align: top; border-bottom: 1px
 .value i { color: var(--soft); font-style: normal; padding: 0 .1rem; }
 .none { color: var(--soft); font-style: italic; }
 .sequence { padding-right: 0; }
-summary { cursor: pointer; }
+summary { cursor: pointer; list-style-position: outside; margin-left: 1rem; }
+summary .tag { margin-right: .4rem; }
 summary:hover { background: var(--tint); }
-.item { margin: .4rem 0 .6rem; border-left: 3px solid var(--line); padding-left: .9rem; }
+.item { margin: .4rem 0 .6rem .25rem; border-left: 3px solid var(--line); padding-left: .9rem; }
 .item h3 { margin: 0; font-size: .8rem; color: var(--accent); }
 .item tr:last-child > td { border-bottom: 0; }
 tbody > tr:hover > td { background: var(--tint); }
