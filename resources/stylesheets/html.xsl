@@ -15,6 +15,9 @@
   <xsl:variable name="lower" select="'abcdefghijklmnopqrstuvwxyz'"/>
   <xsl:variable name="upper" select="'ABCDEFGHIJKLMNOPQRSTUVWXYZ'"/>
 
+  <!-- The elements ascend, so those of a group stand together. -->
+  <xsl:variable name="firstOfGroups"
+                select="/data-set/tag[@grp != string(preceding-sibling::*[1]/@grp)]"/>
   <xsl:variable name="patientName">
     <xsl:call-template name="personName">
       <xsl:with-param name="name" select="key('top', '00100010')"/>
@@ -47,7 +50,7 @@
       <body>
         <xsl:call-template name="summary"/>
         <xsl:call-template name="contents"/>
-        <xsl:for-each select="data-set/tag[generate-id() = generate-id(key('group', @grp)[1])]">
+        <xsl:for-each select="$firstOfGroups">
           <section id="g{@grp}">
             <h2>
               <xsl:call-template name="groupName"/>
@@ -325,7 +328,7 @@
 
   <xsl:template name="contents">
     <nav>
-      <xsl:for-each select="data-set/tag[generate-id() = generate-id(key('group', @grp)[1])]">
+      <xsl:for-each select="$firstOfGroups">
         <a href="#g{@grp}"><xsl:call-template name="groupName"/></a>
         <xsl:value-of select="' '"/>
       </xsl:for-each>
