@@ -139,9 +139,19 @@ int runStatus(const Options& options) {
   return finish(out, error, {});
 }
 
+// A disc in a recorder that the service does not offer would help nobody.
+std::optional<std::string> reasonNotToInsert() {
+  std::vector<DiscRecorderStatus> recorders;
+  if (auto error = errorOf(platform::listDiscRecorders(recorders))) return error;
+  for (const DiscRecorderStatus& status : recorders) {
+    if (status.isVirtual) return std::nullopt;
+  }
+  return "There is no virtual recorder: the service is configured for others.";
+}
+
 int runInsert(const Options& options) {
-  std::optional<std::string> error =
-      errorOf(platform::insertVirtualDisc(options.recorder, options.disc));
+  std::optional<std::string> error = reasonNotToInsert();
+  if (!error) error = errorOf(platform::insertVirtualDisc(options.recorder, options.disc));
   platform::VirtualRecorderStatus status;
   if (!error) error = errorOf(platform::virtualRecorderStatus(options.recorder, status));
   std::string out;

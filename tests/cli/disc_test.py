@@ -1,5 +1,7 @@
 """quillon disc: what it shows of recorders, and what it does with the discs in them."""
 import json
+import shutil
+import subprocess
 import sys
 import unittest
 from pathlib import Path
@@ -32,9 +34,9 @@ class DiscCommand(program.ProgramTest):
         path.write_bytes(bytes(16 * 2048) + b"\1CD001\1" + bytes((sectors - 16) * 2048 - 7))
         return path
 
-    def choose_service(self, name):
+    def choose_service(self, name, more=""):
         self.registry.write_text("Windows Registry Editor Version 5.00\n\n"
-                                 f"[HKEY_LOCAL_MACHINE\\{SERVICE}]\n\"Service\"=\"{name}\"\n")
+                                 f"[HKEY_LOCAL_MACHINE\\{SERVICE}]\n\"Service\"=\"{name}\"\n{more}")
 
     def test_a_recorder_with_a_blank_disc_is_there_from_the_start(self):
         self.assertEqual(self.disc("list")["recorders"], [{
@@ -123,6 +125,28 @@ class DiscCommand(program.ProgramTest):
         self.choose_service("none")
         self.assertEqual(self.disc("list")["recorders"], [])
         self.assertEqual(self.disc("status", status=1)["error"], "There is no recorder.")
+
+    @unittest.skipUnless(shutil.which("xorriso"), "xorriso is not installed")
+    def test_a_file_that_libburn_takes_for_a_drive_is_written_and_read_back(self):
+        disc = self.dir / "disc.img"
+        self.choose_service("drives", f'"Drives"="stdio:{disc}"\n')
+        if not self.disc("list")["recorders"]:
+            self.skipTest("this build has no libburn")
+        self.write("one", program.dicom_file())
+        for service in ("first", "again, over what is there"):
+            with self.subTest(service=service):
+                run = self.run_program("publish", "--keep", "--replace", "--root", self.root,
+                                       self.source)
+                self.assertEqual((run.returncode, run.stderr.decode()), (0, ""))
+                out = self.dir / service
+                subprocess.run(["xorriso", "-osirrox", "on", "-indev", disc, "-extract", "/", out],
+                               check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+                self.assertEqual(program.contents(out), program.contents(self.root))
+        self.assertEqual(self.disc("list")["recorders"][0]["disc"]["state"], "appendable")
+        self.assertEqual(self.disc("insert", status=1)["error"],
+                         "There is no virtual recorder: the service is configured for others.")
+        self.disc("erase")
+        self.assertEqual(self.disc("list")["recorders"][0]["disc"]["state"], "blank")
 
     def test_wrong_usage_is_told_apart(self):
         for arguments in ([], ["insert", "--media", "cd-x"], ["insert", "--capacity", "many"],

@@ -1,27 +1,29 @@
 #include "discmastering/catalogue.h"
 
 #include <array>
-#include <mutex>
+#include <sstream>
 #include <string>
 
 #include "discmastering/recorder_store.h"
 #include "discmastering/virtual_recorder.h"
 #include "platform/win32/registry.h"
 #include "win32/environment.h"
+#include "win32/utf8.h"
 
 namespace quillon::platform {
 namespace {
 
-std::u16string configuredName() {
+// A text value; empty for none.
+std::u16string configuredText(const char16_t* name) {
   HKEY key = nullptr;
   if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Tarn Imaging\\Quillon\\DiscMastering", 0,
                     KEY_QUERY_VALUE, &key) != 0) {
     return {};
   }
-  std::array<char16_t, 16> text{};
+  std::array<char16_t, 2048> text{};
   DWORD type = 0;
   DWORD lengthBytes = sizeof(text) - sizeof(char16_t);
-  const LSTATUS status = RegQueryValueExW(key, u"Service", nullptr, &type,
+  const LSTATUS status = RegQueryValueExW(key, name, nullptr, &type,
                                           reinterpret_cast<LPBYTE>(text.data()), &lengthBytes);
   RegCloseKey(key);
   return status == 0 && type == REG_SZ ? std::u16string(text.data()) : std::u16string();
@@ -49,11 +51,20 @@ DiscService configuredDiscService() {
       Row{u"legacy", DiscService::Legacy},
       Row{u"none", DiscService::None},
   };
-  const std::u16string name = configuredName();
+  const std::u16string name = configuredText(u"Service");
   for (const Row& row : kRows) {
     if (row.name == name) return row.service;
   }
   return DiscService::Auto;
+}
+
+std::vector<std::string> configuredDrives() {
+  std::vector<std::string> addresses;
+  std::istringstream text(nativeFromWide(configuredText(u"Drives")));
+  for (std::string address; std::getline(text, address, ';');) {
+    if (!address.empty()) addresses.push_back(std::move(address));
+  }
+  return addresses;
 }
 
 bool offersCurrentDiscService() {

@@ -12,9 +12,14 @@
 // mean the virtual recorders in it, drives or not: whoever names a directory of virtual recorders
 // does not expect a disc to be burnt. Virtual recorders are made on first use: one, with a blank
 // CD-R in it.
+//
+// The value Drives (text) beside it names the optical drives, with semicolons between them:
+// "/dev/sr1", or "stdio:" and the path of a file that libburn is to treat as a disc that can be
+// written at any place, here a DVD+RW. Without it all of /dev/sr* are there.
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -38,7 +43,10 @@ DiscResult listRecorders(RecorderList& recorders);
 // ERROR_FILE_NOT_FOUND, as an HRESULT, when there is none with that identifier.
 DiscResult openRecorder(std::u16string_view uniqueId, std::unique_ptr<Recorder>& recorder);
 
-// The drives that libburn finds; none in a build without it.
+// What the value Drives holds; nothing for all drives of the machine.
+std::vector<std::string> configuredDrives();
+
+// Those drives, through libburn; none in a build without it.
 RecorderList listOpticalDrives();
 
 }  // namespace quillon::platform

@@ -26,7 +26,6 @@ constexpr std::array kOtherMedia{
     OtherMedia{IMAPI_MEDIA_TYPE_DVDRAM, "dvd-ram"},
     OtherMedia{IMAPI_MEDIA_TYPE_DVDDASHR_DUALLAYER, "dvd-r-dl"},
     OtherMedia{IMAPI_MEDIA_TYPE_BDROM, "bd-rom"},
-    OtherMedia{IMAPI_MEDIA_TYPE_DISK, "file"},
 };
 
 std::string mediaName(IMAPI_MEDIA_PHYSICAL_TYPE type) {

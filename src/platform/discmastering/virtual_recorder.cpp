@@ -1,10 +1,5 @@
 #include "discmastering/virtual_recorder.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <time.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
@@ -22,19 +17,6 @@ namespace {
 
 // Overwritten by a quick erase: the places where every file system of a disc begins.
 constexpr std::uint64_t kQuickEraseBytes = std::uint64_t{512} * kSectorBytes;
-
-// Answers false when another client keeps the lock. Questions lock a recorder for less than a
-// millisecond: they are waited for.
-bool lockFile(int descriptor, int operation) {
-  constexpr int kTries = 20;
-  constexpr timespec kPause{0, 5'000'000};
-  for (int i = 0; i < kTries; ++i) {
-    if (::flock(descriptor, operation | LOCK_NB) == 0) return true;
-    if (errno != EWOULDBLOCK && errno != EINTR) return false;
-    ::nanosleep(&kPause, nullptr);
-  }
-  return false;
-}
 
 std::u16string settingOr(const Settings& settings, std::string_view name, const char* otherwise) {
   const auto found = settings.find(name);
@@ -88,7 +70,8 @@ DiscState stateAfterWrite(const DiscType& type, const WriteRequest& request) {
 
 }  // namespace
 
-VirtualRecorder::VirtualRecorder(std::string directory) : directory_(std::move(directory)) {
+VirtualRecorder::VirtualRecorder(std::string directory)
+    : directory_(std::move(directory)), lock_(directory_ + "/" + kLockFile) {
   identity_ = identityOf(directory_);
 }
 
@@ -97,39 +80,21 @@ DiscResult VirtualRecorder::enter(std::string_view operation) {
 }
 
 DiscResult VirtualRecorder::lock(bool, std::u16string_view clientName) {
-  const std::string path = directory_ + "/" + kLockFile;
-  Descriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
-  if (!file.isOpen()) return fileFailure(errno, "write", path);
-  if (!lockFile(file.get(), LOCK_EX)) return E_IMAPI_RECORDER_LOCKED;
-  // The name is for those who ask; the lock itself goes with the descriptor, however it ends.
-  if (::ftruncate(file.get(), 0) != 0 || !writeAll(file.get(), nativeFromWide(clientName))) {
-    return fileFailure(errno, "write", path);
-  }
-  lock_ = std::move(file);
-  return S_OK;
+  return lock_.acquire(clientName);
 }
 
 DiscResult VirtualRecorder::unlock() {
-  static_cast<void>(::ftruncate(lock_.get(), 0));
-  lock_ = Descriptor();
+  lock_.release();
   return S_OK;
 }
 
-std::u16string VirtualRecorder::owner() {
-  const std::string path = directory_ + "/" + kLockFile;
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (!file.isOpen() || ::flock(file.get(), LOCK_SH | LOCK_NB) == 0) return {};
-  std::string name;
-  return readAll(file.get(), name) ? wideFromNative(name) : std::u16string();
-}
+std::u16string VirtualRecorder::owner() { return lock_.owner(); }
 
 DiscResult VirtualRecorder::record(std::optional<DiscRecord>& record) {
   Descriptor shared;
   if (!isHeld()) {
-    const std::string path = directory_ + "/" + kLockFile;
-    shared = Descriptor(::open(path.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0666));
-    if (!shared.isOpen()) return fileFailure(errno, "read", path);
-    if (!lockFile(shared.get(), LOCK_SH)) return E_IMAPI_RECORDER_LOCKED;
+    DiscResult result = lock_.share(shared);
+    if (result.failed()) return result;
   }
   return readDiscRecord(directory_, record);
 }

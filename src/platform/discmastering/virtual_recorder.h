@@ -5,7 +5,7 @@
 
 #include "discmastering/disc_record.h"
 #include "discmastering/recorder.h"
-#include "win32/whole_file.h"
+#include "discmastering/recorder_lock.h"
 
 namespace quillon::platform {
 
@@ -40,7 +40,7 @@ class VirtualRecorder final : public Recorder {
   DiscResult giveUp(DiscRecord record, const DiscRun& run, DiscResult reason);
 
   std::string directory_;
-  Descriptor lock_;
+  RecorderLock lock_;
 };
 
 // What a record says, as the interfaces put it.

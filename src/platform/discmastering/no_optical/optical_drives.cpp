@@ -1,4 +1,4 @@
-// Optical drives. This build has none: libburn, through which they would be reached, is not in it.
+// This build has no optical drives: libburn, through which they would be reached, is not in it.
 #include "discmastering/catalogue.h"
 
 namespace quillon::platform {

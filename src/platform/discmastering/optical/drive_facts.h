@@ -1,0 +1,23 @@
+// What libburn knows of a drive and of the disc in it, in the terms of the interfaces.
+#pragma once
+
+#include "discmastering/optical/burn_library.h"
+#include "discmastering/recorder.h"
+
+namespace quillon::platform {
+
+inline constexpr const char* kFileAddress = "stdio:";  // begins the address of a file
+
+inline constexpr int kFileProfile = 0xFFFF;  // the profile of one, a libburn invention
+
+// Of a drive, not a file: fills in what it tells of itself; profiles and features.
+void readDrive(const GrabbedDrive& grabbed, DriveIdentity& identity);
+CurrentPages readCurrentPages(const GrabbedDrive& grabbed);
+DiscResult readMedia(const GrabbedDrive& grabbed, MediaFacts& facts);
+
+// The profile of the disc; 0 for none.
+int profileOf(const GrabbedDrive& grabbed);
+// Whether sectors of a disc of the profile can be written at any time, in any order.
+bool isOverwritableProfile(int profile);
+
+}  // namespace quillon::platform
