@@ -5,7 +5,6 @@
 #pragma once
 
 #include <functional>
-#include <source_location>
 
 #include "foundation/com_base.h"
 #include "platform/imapi2.h"
@@ -20,7 +19,16 @@ class CImapiItem : public CComBase {
  protected:
   explicit CImapiItem(TextView className) { SetClassName(className); }
 
-  using SourceLine = std::source_location;
+  // The line that calls current(), as std::source_location has it, which Clang 14 lacks.
+  class SourceLine {
+   public:
+    static constexpr SourceLine current(int line = __builtin_LINE()) { return SourceLine(line); }
+    [[nodiscard]] int line() const { return line_; }
+
+   private:
+    explicit constexpr SourceLine(int line) : line_(line) {}
+    int line_;
+  };
 
   // What a wrapper is made of, and what is said when it cannot be made.
   struct Creation {

@@ -230,7 +230,7 @@ ImageBytes IsoTree::volumeDescriptor(const Volume& volume) const {
   putDirectoryRecord(out, directories_[0], kSelf);
   out.text(text(setName, 128));
   // Publisher, preparer and application, then the files of copyright, abstract and bibliography.
-  for (const std::size_t width : {128, 128, 128, 37, 37, 37}) out.text(text(u"", width));
+  for (const std::size_t width : {128U, 128U, 128U, 37U, 37U, 37U}) out.text(text(u"", width));
   putVolumeTime(out, volume.made);
   putVolumeTime(out, volume.made);
   out.text("0000000000000000").u8(0);  // does not expire

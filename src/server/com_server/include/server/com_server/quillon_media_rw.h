@@ -22,18 +22,18 @@ consteval GUID GuidOf(const char (&text)[37]) {
   for (int at = 0; at < 36; ++at) {
     if (text[at] == '-') continue;
     const char c = text[at];
-    const auto digit = static_cast<unsigned>(c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10);
+    const auto digit = static_cast<DWORD>(c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10);
     const int byte = digits / 2;
     ++digits;
     if (byte < 4) {
       guid.Data1 = guid.Data1 << 4 | digit;
     } else if (byte < 6) {
-      guid.Data2 = static_cast<WORD>(guid.Data2 << 4 | digit);
+      guid.Data2 = static_cast<WORD>(DWORD{guid.Data2} << 4 | digit);
     } else if (byte < kFirstOfLastEight) {
-      guid.Data3 = static_cast<WORD>(guid.Data3 << 4 | digit);
+      guid.Data3 = static_cast<WORD>(DWORD{guid.Data3} << 4 | digit);
     } else {
       BYTE& last = guid.Data4[byte - kFirstOfLastEight];
-      last = static_cast<BYTE>(last << 4 | digit);
+      last = static_cast<BYTE>(DWORD{last} << 4 | digit);
     }
   }
   return guid;
