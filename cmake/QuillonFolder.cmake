@@ -58,6 +58,11 @@ function(quillon_test name)
   target_link_libraries(${name} PRIVATE quillon_options ${ARG_DEPENDS} GTest::gtest_main)
   # Tests compile faster so, and GCC 12 does not warn of uninitialised strings that are none.
   target_compile_options(${name} PRIVATE -O1)
+  if(WIN32)
+    # Run under Wine by tests/com_client/server_test.py; needs no DLL beside Windows' own.
+    target_link_options(${name} PRIVATE -static)
+    return()
+  endif()
   gtest_discover_tests(${name} PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT 300
                        DISCOVERY_TIMEOUT 60)
 endfunction()

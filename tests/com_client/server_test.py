@@ -244,6 +244,17 @@ class WineTest(ServerTest):
             self.assertEqual(wine.unregister().returncode, 0)
             self.assertEqual(self.registry(wine), "")
 
+    def test_unit_tests_pass_as_windows_programs(self):
+        programs = sorted((OPTIONS.windows / "bin").glob("*_test.exe"))
+        self.assertTrue(programs, "the Windows build has no unit tests")
+        with hosts.WineHost(OPTIONS.windows, OPTIONS.tree) as wine:
+            for program in programs:
+                shutil.copy(program, wine.directory)
+                result = wine.run(program.name, "--gtest_brief=1")
+                summary = result.stdout.replace("\r", "")
+                print(program.name, summary.strip().splitlines()[-1:], flush=True)
+                self.assertEqual(result.returncode, 0, summary[-4000:])
+
     def listing(self, wine):
         """What RegisterTypeLib writes comes on top, in the system's own form."""
         self.assertEqual(wine.register().returncode, 0)

@@ -71,7 +71,7 @@ TEST_F(ForeignDicomDirs, HaveTheRecordsThatDcmdumpCountsAndKeepTheirKeysWhenWrit
     for (const std::string& line : before) {
       expected += line.find("(0004,1430)") != std::string::npos ? 1 : 0;
     }
-    DcDirDicomDir dir(temp_.path().c_str());
+    DcDirDicomDir dir(temp_.path().string().c_str());
     EXPECT_EQ(dir.initialCode(), kDcOk);
     EXPECT_EQ(recordCount(dir), expected);
     ASSERT_EQ(dir.write(), kDcOk);
@@ -95,7 +95,7 @@ TEST_F(ForeignDicomDirs, BrokenOnesGiveWhatStandsBeforeTheFault) {
     SCOPED_TRACE(c.name);
     std::filesystem::copy_file(directory_ / c.name, temp_ / "DICOMDIR",
                                std::filesystem::copy_options::overwrite_existing);
-    DcDirDicomDir dir(temp_.path().c_str());
+    DcDirDicomDir dir(temp_.path().string().c_str());
     EXPECT_EQ(dir.initialCode(), c.code);
     EXPECT_EQ(recordCount(dir), c.records);
   }
@@ -104,10 +104,10 @@ TEST_F(ForeignDicomDirs, BrokenOnesGiveWhatStandsBeforeTheFault) {
 TEST_F(ForeignDicomDirs, TheFilesOfOneCanBeReferredToInOurs) {
   // Records are made anew for the files of the set.
   std::filesystem::copy(directory_, temp_ / "SET", std::filesystem::copy_options::recursive);
-  DcDirDicomDir theirs((temp_ / "SET").c_str());
+  DcDirDicomDir theirs((temp_ / "SET").string().c_str());
   ASSERT_EQ(theirs.initialCode(), kDcOk);
   std::filesystem::remove(temp_ / "SET" / "DICOMDIR");
-  DcDirDicomDir ours((temp_ / "SET").c_str());
+  DcDirDicomDir ours((temp_ / "SET").string().c_str());
   for (std::size_t p = 0; p < theirs.lowerCount(); ++p) {
     const DcDirRec& theirPatient = *theirs.lower(p);
     DcDirRec* study = addRecord(*addRecord(ours, DcDirRecType::Patient), DcDirRecType::Study);

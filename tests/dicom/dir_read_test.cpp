@@ -102,7 +102,7 @@ class DicomDirReading : public ::testing::Test {
   Lines read(const Bytes& bytes) {
     writeBytes(temp_ / "DICOMDIR", bytes);
     log_.take();
-    dir_ = std::make_unique<DcDirDicomDir>(temp_.path().c_str());
+    dir_ = std::make_unique<DcDirDicomDir>(temp_.path().string().c_str());
     return log_.take();
   }
   std::string name() const { return temp_.path().string() + "\\DICOMDIR"; }

@@ -127,7 +127,7 @@ TEST(DirRecordTree, KeepsMrdrsBehindTheOthersAndRefusesAWrongLevel) {
 TEST(DirRecordTree, ARootPathNeedsTheDicomDirOnTop) {
   LoggedLines log;
   TempDir temp;
-  DcDirDicomDir dir(temp.path().c_str());
+  DcDirDicomDir dir(temp.path().string().c_str());
   log.take();
   DcDirRec* series =
       addRecord(*addRecord(*addRecord(dir, DcDirRecType::Patient), DcDirRecType::Study),
@@ -144,7 +144,7 @@ TEST(DirRecordTree, ARootPathNeedsTheDicomDirOnTop) {
 
 class DirReferences : public ::testing::Test {
  protected:
-  DirReferences() : dir_(temp_.path().c_str()) {
+  DirReferences() : dir_(temp_.path().string().c_str()) {
     series_ = addRecord(*addRecord(*addRecord(dir_, DcDirRecType::Patient), DcDirRecType::Study),
                         DcDirRecType::Series);
     log_.take();

@@ -21,7 +21,7 @@ constexpr std::uint32_t kLower = 0x00041420;
 
 class DicomDirWriting : public ::testing::Test {
  protected:
-  DicomDirWriting() : dir_(temp_.path().c_str()) { log_.take(); }
+  DicomDirWriting() : dir_(temp_.path().string().c_str()) { log_.take(); }
 
   std::string root() const { return temp_.path().string(); }
   Bytes written() { return readBytes(temp_ / "DICOMDIR"); }
@@ -276,7 +276,7 @@ TEST_F(DicomDirWriting, WritingAgainGivesTheSameBytesAndReadingKeepsEveryKey) {
   DcDirDicomDir again(root().c_str());
   ASSERT_EQ(again.initialCode(), kDcOk);
   std::filesystem::create_directory(temp_ / "OTHER");
-  ASSERT_EQ(again.write((temp_ / "OTHER").c_str()), kDcOk);
+  ASSERT_EQ(again.write((temp_ / "OTHER").string().c_str()), kDcOk);
   EXPECT_EQ(readBytes(temp_ / "OTHER" / "DICOMDIR"), first);
   EXPECT_EQ(again.rootPath(), root());
 
@@ -333,8 +333,9 @@ TEST_F(DicomDirWriting, AKeyWhoseBytesAreInAnotherFileIsRefusedAtAnyDepth) {
   DcDirRec* patient = addRecord(dir_, DcDirRecType::Patient);
   auto icon = std::make_unique<DcElemSq>(0x00880200);
   icon->addItem(std::make_unique<DcElemSqItem>())
-      ->add(std::make_unique<DcElem>(0x7FE00010, (temp_ / "ICON").c_str(), std::uint64_t{0},
-                                     std::uint32_t{64}, DcUid::ExplicitLittleEndian));
+      ->add(std::make_unique<DcElem>(0x7FE00010, (temp_ / "ICON").string().c_str(),
+                                     std::uint64_t{0}, std::uint32_t{64},
+                                     DcUid::ExplicitLittleEndian));
   patient->addKey(std::move(icon));
   EXPECT_EQ(dir_.write(), 0x1602u);
   EXPECT_FALSE(std::filesystem::exists(temp_ / "DICOMDIR"));

@@ -31,7 +31,7 @@ std::vector<fs::path> sampleFiles() {
 }
 
 Bytes encoded(DcElemList& list, DcUid transferSyntax, DcCode& code) {
-  Bytes bytes(list.encodedLengthEstimate() + 1);
+  Bytes bytes(static_cast<std::size_t>(list.encodedLengthEstimate() + 1));
   std::uint32_t length = 0;
   code = list.frame(bytes.data(), length, transferSyntax);
   EXPECT_LE(length, list.encodedLengthEstimate());
@@ -70,7 +70,7 @@ TEST(RoundTrips, EveryRealFileComesBackFromEverySyntax) {
     SCOPED_TRACE(file.filename());
     DcFileMetaInfo meta;
     DcElemList original;
-    if (dirReadFile(file.c_str(), meta, original) != kDcOk) continue;
+    if (dirReadFile(file.string().c_str(), meta, original) != kDcOk) continue;
     if (isCompressed(meta.transferSyntax)) {
       Bytes bytes;
       if (!encodesWhole(original, meta.transferSyntax, bytes)) continue;

@@ -24,7 +24,7 @@ constexpr DcUid kJpeg{176};
 // Encodes into a buffer of the estimated size, which the sanitizer guards.
 template <class Encodable>
 Bytes framed(Encodable& encodable, DcUid transferSyntax, DcCode& code) {
-  Bytes bytes(encodable.encodedLengthEstimate() + 1);
+  Bytes bytes(static_cast<std::size_t>(encodable.encodedLengthEstimate() + 1));
   std::uint32_t length = 0;
   code = encodable.frame(bytes.data(), length, transferSyntax);
   EXPECT_LE(length, encodable.encodedLengthEstimate());

@@ -42,7 +42,7 @@ class ReadingFields : public testing::Test {
  protected:
   DcCode read(const Bytes& bytes, std::vector<DcFieldRequest>& table, bool readPixelLength = true) {
     writeBytes(dir_ / "file", bytes);
-    return libParseFields((dir_ / "file").c_str(), table.data(), readPixelLength);
+    return libParseFields((dir_ / "file").string().c_str(), table.data(), readPixelLength);
   }
   [[nodiscard]] std::string name() const { return (dir_ / "file").string(); }
 
@@ -232,7 +232,7 @@ TEST_F(ReadingFields, ArgumentsAreChecked) {
   EXPECT_EQ(libParseFields(&file, empty.data(), "NAME"), kDcHelperNullArgument);
   EXPECT_EQ(log.take(), (Lines{"NAME - null argument passed", "NAME - null argument passed",
                                "NAME - nothing to do"}));
-  EXPECT_EQ(libParseFields((dir_ / "missing").c_str(), table.data()), kDcOpenFailed);
+  EXPECT_EQ(libParseFields((dir_ / "missing").string().c_str(), table.data()), kDcOpenFailed);
 }
 
 TEST_F(ReadingFields, AnOpenFileIsReadFromItsBeginning) {

@@ -90,7 +90,7 @@ TEST(ParsingHostileData, DamagedBytesAnywhereAreSurvived) {
           DcElemList list;
           parseInto(list, bytes, uidOf(readAs));
           // What came out of it can be encoded within its estimate.
-          Bytes encoded(list.encodedLengthEstimate() + 1);
+          Bytes encoded(static_cast<std::size_t>(list.encodedLengthEstimate() + 1));
           std::uint32_t length = 0;
           list.frame(encoded.data(), length, DcUid::ExplicitLittleEndian);
           ASSERT_LE(length, list.encodedLengthEstimate());

@@ -139,7 +139,7 @@ TEST_F(ReadingFiles, FilesThatCannotBeReadHaveTheirCode) {
   EXPECT_EQ(log.take(), (Lines(3, "Null argument passed")));
   EXPECT_EQ(dirReadFile(missing.c_str(), meta_, list_), kDcStatFailed);
   EXPECT_EQ(dirReadFile(missing.c_str(), meta_, list_, nullptr, nullptr), kDcStatFailed);
-  EXPECT_EQ(dirReadFileMetaInfo(dir_.path().c_str(), meta_, nullptr), kDcStatFailed);
+  EXPECT_EQ(dirReadFileMetaInfo(dir_.path().string().c_str(), meta_, nullptr), kDcStatFailed);
   EXPECT_EQ(log.take(),
             (Lines{"stat error file '" + missing + "'", "stat error file '" + missing + "'",
                    "stat error file '" + dir_.path().string() + "'"}));
@@ -288,7 +288,7 @@ TEST_F(ReadingFiles, HeadersOfEverySizeAreReadWhole) {
   // Around the first chunk, beyond it, and so large that a value is jumped over.
   for (const std::size_t valueBytes :
        {std::size_t{1}, std::size_t{16'300}, std::size_t{16'384}, std::size_t{40'000},
-        std::size_t{100'000}, std::size_t{40} * kMiB}) {
+        std::size_t{100'000}, static_cast<std::size_t>(40 * kMiB)}) {
     SCOPED_TRACE(valueBytes);
     DataSetBytes dataSet;
     dataSet.text(0x00080018, "UI", "1.2.3")

@@ -1,9 +1,8 @@
 #include "support/temp_dir.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <fstream>
+#include <random>
 #include <stdexcept>
 #include <system_error>
 
@@ -12,11 +11,10 @@ namespace quillon::test {
 namespace fs = std::filesystem;
 
 TempDir::TempDir() {
-  std::string pattern = (fs::temp_directory_path() / "quillon-test-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) {
-    throw std::system_error(errno, std::generic_category(), "mkdtemp " + pattern);
-  }
-  path_ = pattern;
+  std::random_device random;
+  do {
+    path_ = fs::temp_directory_path() / ("quillon-test-" + std::to_string(random()));
+  } while (!fs::create_directory(path_));
 }
 
 TempDir::~TempDir() {

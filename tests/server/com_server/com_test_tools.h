@@ -41,9 +41,10 @@ class Value {
     made.value_.byref = target;
     return made;
   }
-  Value(const Value& other) : Value() { VariantCopy(&value_, &other.value_); }
+  // Some headers declare what is copied from without const.
+  Value(const Value& other) : Value() { VariantCopy(&value_, const_cast<VARIANT*>(&other.value_)); }
   Value& operator=(const Value& other) {
-    VariantCopy(&value_, &other.value_);
+    VariantCopy(&value_, const_cast<VARIANT*>(&other.value_));
     return *this;
   }
   ~Value() { VariantClear(&value_); }

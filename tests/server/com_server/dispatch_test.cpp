@@ -318,7 +318,7 @@ TEST(Dispatch, NamedArgumentsFindTheirParameters) {
             S_OK);
   EXPECT_EQ(media.arguments, (std::vector<std::string>{"file", "sheet"}));
   EXPECT_EQ(result.AsText(), "out");
-  for (const DISPID wrong : {DISPID{0}, DISPID{3}, DISPID{-1}, DISPID_PROPERTYPUT}) {
+  for (const DISPID wrong : {DISPID{0}, DISPID{3}, DISPID{-1}, DISPID{DISPID_PROPERTYPUT}}) {
     SCOPED_TRACE(wrong);
     names[1] = wrong;
     EXPECT_EQ(

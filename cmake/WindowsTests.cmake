@@ -1,0 +1,19 @@
+# The unit tests that also run as Windows programs. Debian has GoogleTest for other systems as source.
+set(gtest /usr/src/googletest/googletest)
+if(NOT EXISTS "${gtest}/src/gtest-all.cc")
+  message(STATUS "No unit tests for Windows: the source of GoogleTest is not in ${gtest}")
+  return()
+endif()
+add_library(quillon_gtest STATIC "${gtest}/src/gtest-all.cc" "${gtest}/src/gtest_main.cc")
+target_include_directories(quillon_gtest SYSTEM PUBLIC "${gtest}/include" PRIVATE "${gtest}")
+target_compile_definitions(quillon_gtest PRIVATE _WIN32_WINNT=0x0601)
+add_library(GTest::gtest_main ALIAS quillon_gtest)
+
+# What the tests share, without the parts that stand in for Linux services.
+set(support "${PROJECT_SOURCE_DIR}/tests/support")
+add_library(quillon_test_support STATIC "${support}/dicom_bytes.cpp" "${support}/object_maker.cpp"
+                                        "${support}/temp_dir.cpp")
+target_include_directories(quillon_test_support PUBLIC "${PROJECT_SOURCE_DIR}/tests")
+target_link_libraries(quillon_test_support PRIVATE quillon_options)
+add_subdirectory(tests/dicom)
+add_subdirectory(tests/server/com_server)
