@@ -45,11 +45,16 @@ function(quillon_folder name)
   endif()
 endfunction()
 
-# quillon_test(NAME LABEL label DEPENDS target...)
-# Makes a GoogleTest program of the .cpp files in this folder that links only what it is given.
+# quillon_test(NAME LABEL label DEPENDS target... [NOT_ON_WINDOWS file...])
+# Makes a GoogleTest program of the .cpp files in this folder that links only what it is given. Files
+# that need the layer's substitutes or Linux programs are left out of the Windows build.
 function(quillon_test name)
-  cmake_parse_arguments(ARG "" "LABEL" "DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "" "LABEL" "DEPENDS;NOT_ON_WINDOWS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  if(WIN32)
+    list(TRANSFORM ARG_NOT_ON_WINDOWS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
+    list(REMOVE_ITEM sources ${ARG_NOT_ON_WINDOWS})
+  endif()
   if(NOT sources)
     return()
   endif()

@@ -365,8 +365,12 @@ TEST_F(DicomDirWriting, ARootIsTrimmedAndRefusedWhenItIsTooLongOrABareDrive) {
        "'" + root() + "\\DICOMDIR' does not exit, empty object created"},
       {"backslash", root() + "\\", root(), 0,
        "'" + root() + "\\DICOMDIR' does not exit, empty object created"},
+#ifdef _WIN32  // the file in it would have a longer path than Windows takes
+      {"257 characters", longest, longest, 0x5808, "stat error file '" + longest + "\\DICOMDIR'"},
+#else
       {"257 characters", longest, longest, 0,
        "'" + longest + "\\DICOMDIR' does not exit, empty object created"},
+#endif
       {"258 characters", longest + "a", "", 0x5802, "Root path length exceeds limit"},
       {"drive", "C:", "", 0x5802, "Relative path - 'C:' is not supported"},
       {"drive with separator", " C:\\ ", "", 0x5802, "Relative path - 'C:' is not supported"},
