@@ -35,9 +35,9 @@ bool CImapiItem::ComposeFailure(TextView method, const SourceLine& where, TextVi
   if (where.line() > 0) message += FormatText(OLESTR("Line: %d%s"), {where.line(), separator});
   if (!method.empty()) message += FormatText(OLESTR("Method: %s%s"), {method, separator});
   message += separator;
-  if (!prefix.empty()) (message += prefix) += separator + separator;
+  if (!prefix.empty()) ((message += prefix) += separator) += separator;
   for (const Text& reason : ReasonsOf(*this, hr, info)) {
-    if (!reason.empty()) message += reason + separator + separator;
+    if (!reason.empty()) ((message += reason) += separator) += separator;
   }
   CBaseItem::SetErrorMessage(message);
   return false;

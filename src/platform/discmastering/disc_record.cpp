@@ -83,7 +83,7 @@ std::string recordText(const DiscRecord& record) {
 
 // The name of the volume in the primary descriptor of an ISO 9660 image; empty for none.
 std::string volumeNameOf(const std::string& imagePath) {
-  constexpr off_t kDescriptorAt = 16 * kSectorBytes;
+  constexpr off_t kDescriptorAt = off_t{16} * kSectorBytes;
   constexpr std::size_t kNameAt = 40;
   constexpr std::size_t kNameBytes = 32;
   std::array<char, kNameAt + kNameBytes> bytes;
@@ -128,7 +128,8 @@ std::string freeName(const std::string& directory, const std::string& name) {
   for (unsigned number = 1;; ++number) {
     std::string candidate = name;
     if (number > 1) candidate.append("-").append(std::to_string(number));
-    const std::string path = directory + "/" + candidate;
+    std::string path = directory;
+    path.append("/").append(candidate);
     if (!exists(path + kEjectedImageEnding) && !exists(path + kEjectedDamagedEnding) &&
         !exists(path + kEjectedRecordEnding)) {
       return candidate;
