@@ -225,16 +225,16 @@ TEST_F(Wrappers, TellOneFailingLineFromAnother) {
   FailCall("IDiscRecorder2::EjectMedia");
   FailCall("IDiscRecorder2::ReleaseExclusiveAccess");
   CDiscRecorder2 recorder;
-  const std::regex line("Line: ([0-9]+)\n");
-  std::smatch first;
-  std::smatch second;
   EXPECT_FALSE(recorder.EjectMedia());
   const std::string firstText = errorOf(recorder);
   EXPECT_FALSE(recorder.ReleaseExclusiveAccess());
   const std::string secondText = errorOf(recorder);
-  ASSERT_TRUE(std::regex_search(firstText, first, line));
-  ASSERT_TRUE(std::regex_search(secondText, second, line));
-  EXPECT_NE(first[1], second[1]);
+  const auto lineOf = [](const std::string& text) {
+    const std::size_t at = text.find("Line: ");
+    return at == std::string::npos ? std::string() : text.substr(at, text.find('\n', at) - at);
+  };
+  EXPECT_NE(lineOf(firstText), "");
+  EXPECT_NE(lineOf(firstText), lineOf(secondText));
 }
 
 TEST_F(Wrappers, TakeAPositiveResultForSuccess) {

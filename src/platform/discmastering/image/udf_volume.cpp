@@ -63,7 +63,7 @@ void putImplementationUse(Sequence& sequence, const UdfVolume& volume) {
   putUdfVersioned(out, "*UDF LV Info");
   putUdfCharacterSet(out);
   putUdfString(out, volume.name, 128);
-  out.zeros(3 * 36);  // owner, organisation, contact
+  out.zeros(std::size_t{3} * 36);  // owner, organisation, contact
   putUdfImplementation(out);
   sequence.end(UdfTag::ImplementationUseVolume);
 }
@@ -166,7 +166,7 @@ ImageBytes udfFileSet(const UdfVolume& volume) {
   putUdfString(out, volume.name, 128);
   putUdfCharacterSet(out);
   putUdfString(out, volume.name, 32);
-  out.zeros(2 * 32);  // no files of copyright and abstract
+  out.zeros(std::size_t{2} * 32);  // no files of copyright and abstract
   putUdfLongAddress(out, kImageSectorBytes, volume.rootBlock);
   putUdfVersioned(out, "*OSTA UDF Compliant");
   sequence.end(UdfTag::FileSet);
