@@ -65,7 +65,8 @@ Pattern splitPattern(const NativePath& path) {
 bool readNames(int directory, const std::string& patternText, std::vector<std::string>& names) {
   const int duplicate = ::fcntl(directory, F_DUPFD_CLOEXEC, 0);
   if (duplicate < 0) return false;
-  DIR* stream = ::fdopendir(duplicate);
+  // Closed also when there is no memory for a name.
+  const std::unique_ptr<DIR, int (*)(DIR*)> stream(::fdopendir(duplicate), &::closedir);
   if (stream == nullptr) {
     const int error = errno;
     ::close(duplicate);
@@ -75,15 +76,12 @@ bool readNames(int directory, const std::string& patternText, std::vector<std::s
   const bool everyName = patternText == "*" || patternText == "*.*";
   const std::u16string pattern = wideFromNative(patternText);
   errno = 0;
-  while (const dirent* entry = ::readdir(stream)) {
+  while (const dirent* entry = ::readdir(stream.get())) {
     if (everyName || matches(pattern, wideFromNative(entry->d_name))) {
       names.emplace_back(entry->d_name);
     }
   }
-  const int error = errno;
-  ::closedir(stream);
-  errno = error;
-  return error == 0;
+  return errno == 0;
 }
 
 // The next entry that still exists; false at the end. One that cannot be looked at is reported as
