@@ -106,6 +106,11 @@ class CreateJob {
       case RootState::NotEmpty:
         break;
     }
+    if (holdsUnfinishedFileSet(result_.root)) {
+      return fail("The root directory " + result_.root +
+                  " holds objects without a DICOMDIR, perhaps the only copies of files that were "
+                  "moved there. Take them to a safe place, or remove them with quillon wipe.");
+    }
     if (!options_.isReplacing) {
       return fail("The root directory " + result_.root +
                   " is not empty; --replace wipes it before the file set is created.");

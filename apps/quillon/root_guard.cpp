@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <string_view>
 
 #include "media_job.h"
 
@@ -50,6 +51,22 @@ RootState rootState(const std::string& root) {
   const bool isEmpty = fs::is_empty(root, error);
   if (error) return RootState::Unreadable;
   return isEmpty ? RootState::Empty : RootState::NotEmpty;
+}
+
+bool holdsUnfinishedFileSet(const std::string& root) {
+  constexpr std::string_view kObjectPrefix = "QLN";
+  constexpr std::string_view kDigits = "0123456789";
+  std::error_code error;
+  if (fs::exists(fs::path(root) / "DICOMDIR", error)) return false;
+  for (fs::recursive_directory_iterator it(root, error), end; !error && it != end;
+       it.increment(error)) {
+    const std::string name = it->path().filename().string();
+    if (name.size() > kObjectPrefix.size() && name.starts_with(kObjectPrefix) &&
+        name.find_first_not_of(kDigits, kObjectPrefix.size()) == std::string::npos) {
+      return true;
+    }
+  }
+  return false;
 }
 
 bool liesWithin(const std::string& path, const std::string& directory) {

@@ -1,6 +1,7 @@
 #include "dicom/read_file.h"
 
 #include <algorithm>
+#include <new>
 #include <string>
 
 #include "dicom/dict.h"
@@ -112,7 +113,7 @@ void takeSopUids(const DcElemList& elements, DcFileMetaInfo& metaInfo) {
 }  // namespace
 
 DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
-                           std::uint64_t* dataSetOffset) {
+                           std::uint64_t* dataSetOffset) try {
   constexpr const char* kFunction = "dirReadFileMetaInfo";
   if (dataSetOffset != nullptr) *dataSetOffset = 0;
   if (fileName == nullptr) return nullFileName(kFunction);
@@ -124,9 +125,11 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
   const DcCode code = readMetaInfo(window, metaInfo, place);
   if (dataSetOffset != nullptr) *dataSetOffset = place.offset;
   return code;
+} catch (const std::bad_alloc&) {
+  return loadError(kDcNoMemory, fileName);
 }
 
-DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements) {
+DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements) try {
   if (fileName == nullptr) return nullFileName(kReadFunction);
   DcFile file;
   if (const DcCode code = openToRead(file, fileName, kReadFunction); code != kDcOk) return code;
@@ -144,10 +147,12 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
   const DcCode code = parseDataSet(window, fileName, place, window.size(), elements);
   if (place.offset <= kMetaGroupAt) takeSopUids(elements, metaInfo);
   return code;
+} catch (const std::bad_alloc&) {
+  return loadError(kDcNoMemory, fileName);
 }
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
-                   std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength) {
+                   std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength) try {
   if (pixelValueOffset != nullptr) *pixelValueOffset = kNoPixelData;
   if (pixelValueLength != nullptr) *pixelValueLength = 0;
   if (fileName == nullptr) return nullFileName(kReadFunction);
@@ -171,6 +176,8 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
     if (pixelValueLength != nullptr) *pixelValueLength = pixelData.valueLength;
   }
   return code;
+} catch (const std::bad_alloc&) {
+  return loadError(kDcNoMemory, fileName);
 }
 
 DcCode utilGetSqItemValLen(const std::uint8_t* lengthField, std::uint32_t remaining,

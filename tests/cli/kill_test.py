@@ -55,6 +55,13 @@ class Killing(program.ProgramTest):
             self.assertTrue(in_place.get(name) == digest or digest in in_set,
                             f"{name} is lost, {why}")
 
+    def check_not_wiped_by_a_second_try(self, root):
+        for arguments in ([], ["--replace"]):
+            run = self.run_program("create", "--root", root, "--move", *arguments, self.source)
+            self.assertEqual(run.returncode, 1)
+            self.assertIn(b"holds objects without a DICOMDIR", run.stderr)
+            self.check_nothing_lost(root, f"created again with {arguments}")
+
     def start_again(self, root):
         shutil.rmtree(root, ignore_errors=True)
         self.restore()
@@ -73,6 +80,8 @@ class Killing(program.ProgramTest):
             self.assertEqual(run.returncode, KILLED, (point, run.stderr))
             self.check_nothing_lost(root, f"killed at change {point} of {changes}")
             partly += 0 < len(contents(self.source)) < FILES
+            if partly == 1:
+                self.check_not_wiped_by_a_second_try(root)
         # The kills fell between the first file and the last.
         self.assertGreater(partly, FILES // 2)
         print(f"killed at {len(points)} of {changes} changes", file=sys.stderr)
