@@ -47,3 +47,9 @@ find "$demo/recorders" -name '*.iso'
 if command -v isoinfo >/dev/null; then
   isoinfo -J -f -i "$(find "$demo/recorders" -name 'DEMO*.iso' | head -n 1)"
 fi
+
+echo
+echo "== quillon disc status: what a host is told of a used CD-RW in that recorder"
+QUILLON_RECORDERS="$demo_root/recorders" build/release/bin/quillon disc insert --media cd-rw \
+  --image "$(find "$demo_root/recorders" -name 'DEMO*.iso' | head -n 1)"
+QUILLON_RECORDERS="$demo_root/recorders" build/release/bin/quillon disc status
