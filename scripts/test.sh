@@ -65,8 +65,7 @@ step "dictionary table" dictionary
 step "release build and tests" release
 step "windows-x86 build" windows
 if [ "$wine_wanted" -eq 0 ]; then
-  echo "== the DLL under Wine: SKIPPED; ask for it with --wine. Some sentences there are those of"
-  echo "   Wine's own XML library and burner, and the expected output does not hold them yet."
+  echo "== the DLL under Wine: SKIPPED; ask for it with --wine (making Wine's tree takes minutes)"
   step "the DLL without Wine" on_windows none
 elif wine=$(./scripts/wine.sh); then
   step "the DLL under Wine" on_windows "$wine"
