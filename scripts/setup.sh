@@ -4,7 +4,7 @@
 set -euo pipefail
 
 build_packages=(
-  g++ cmake ninja-build libcli11-dev
+  g++ cmake ninja-build pkg-config libcli11-dev
   libxml2-dev libxslt1-dev libcurl4-openssl-dev libburn-dev
 )
 test_packages=(
