@@ -105,9 +105,6 @@ DcCode DcElem::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
   }
   return kDcOk;
 } catch (const std::bad_alloc&) {
-  // A bulk value can be too large for the memory there is, and the reading goes on without it.
-  // Where a text finds no room, the element would only seem to be missing.
-  if (!isBulkVr(resolvedVr())) throw;
   dcLog(DcLogLevel::Error, "DcElem::parseVal", "unable to allocated 0x%x (%d) bytes of memory",
         static_cast<unsigned>(lengthBytes), static_cast<int>(lengthBytes));
   return kDcNoMemory;

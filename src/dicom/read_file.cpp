@@ -1,7 +1,6 @@
 #include "dicom/read_file.h"
 
 #include <algorithm>
-#include <new>
 #include <string>
 
 #include "dicom/dict.h"
@@ -113,7 +112,7 @@ void takeSopUids(const DcElemList& elements, DcFileMetaInfo& metaInfo) {
 }  // namespace
 
 DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
-                           std::uint64_t* dataSetOffset) try {
+                           std::uint64_t* dataSetOffset) {
   constexpr const char* kFunction = "dirReadFileMetaInfo";
   if (dataSetOffset != nullptr) *dataSetOffset = 0;
   if (fileName == nullptr) return nullFileName(kFunction);
@@ -125,11 +124,9 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
   const DcCode code = readMetaInfo(window, metaInfo, place);
   if (dataSetOffset != nullptr) *dataSetOffset = place.offset;
   return code;
-} catch (const std::bad_alloc&) {
-  return loadError(kDcNoMemory, fileName);
 }
 
-DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements) try {
+DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements) {
   if (fileName == nullptr) return nullFileName(kReadFunction);
   DcFile file;
   if (const DcCode code = openToRead(file, fileName, kReadFunction); code != kDcOk) return code;
@@ -147,12 +144,10 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
   const DcCode code = parseDataSet(window, fileName, place, window.size(), elements);
   if (place.offset <= kMetaGroupAt) takeSopUids(elements, metaInfo);
   return code;
-} catch (const std::bad_alloc&) {
-  return loadError(kDcNoMemory, fileName);
 }
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
-                   std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength) try {
+                   std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength) {
   if (pixelValueOffset != nullptr) *pixelValueOffset = kNoPixelData;
   if (pixelValueLength != nullptr) *pixelValueLength = 0;
   if (fileName == nullptr) return nullFileName(kReadFunction);
@@ -176,8 +171,6 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
     if (pixelValueLength != nullptr) *pixelValueLength = pixelData.valueLength;
   }
   return code;
-} catch (const std::bad_alloc&) {
-  return loadError(kDcNoMemory, fileName);
 }
 
 DcCode utilGetSqItemValLen(const std::uint8_t* lengthField, std::uint32_t remaining,

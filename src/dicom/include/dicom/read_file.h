@@ -12,8 +12,7 @@ namespace quillon {
 inline constexpr std::uint32_t kNoPixelData = 0xFFFFFFFF;
 
 // Reads a whole file (at most 512 MiB). The list is emptied first. A file without "DICM" is read
-// as a bare implicit little endian data set. kDcNoMemory when anything but a bulk value finds no
-// room: what could be read then would only look like the whole file.
+// as a bare implicit little endian data set.
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements);
 
 // Reads only what stands before Pixel Data (7FE0,0010), however large the file is.
