@@ -1,24 +1,19 @@
 #!/usr/bin/env bash
 # The one check, the same at a desk and in CI: installs what the tests need, checks the format,
-# builds, runs every test, builds the Windows libraries, and runs the unit tests under the address
-# and undefined-behaviour sanitizers. Ends with a line that counts passed and failed steps.
+# builds, runs every test, builds for Windows and runs the server and the unit tests under Wine, and
+# runs the unit tests under the address and undefined-behaviour sanitizers and clang-tidy over the
+# sources. Ends with a line that counts passed and failed steps.
 #
-#   scripts/test.sh           all but what needs a flag of its own
-#     --quick                 without the sanitizers
-#     --wine                  also runs the DLL under Wine
-#     --tidy                  also clang-tidy
+#   scripts/test.sh           all
+#     --quick                 without Wine, the sanitizers and clang-tidy
 set -uo pipefail
 cd "$(dirname "$0")/.."
 
 quick=0
-wine_wanted=0
-tidy_wanted=0
 for option in "$@"; do
   case $option in
     --quick) quick=1 ;;
-    --wine) wine_wanted=1 ;;
-    --tidy) tidy_wanted=1 ;;
-    *) echo "usage: $0 [--quick] [--wine] [--tidy]" >&2; exit 2 ;;
+    *) echo "usage: $0 [--quick]" >&2; exit 2 ;;
   esac
 done
 
@@ -64,8 +59,7 @@ step "format" format
 step "dictionary table" dictionary
 step "release build and tests" release
 step "windows-x86 build" windows
-if [ "$wine_wanted" -eq 0 ]; then
-  echo "== the DLL under Wine: SKIPPED; ask for it with --wine (making Wine's tree takes minutes)"
+if [ "$quick" -eq 1 ]; then
   step "the DLL without Wine" on_windows none
 elif wine=$(./scripts/wine.sh); then
   step "the DLL under Wine" on_windows "$wine"
@@ -73,8 +67,10 @@ else
   echo "== the DLL under Wine: SKIPPED, Wine cannot be had (the reason stands above)"
   step "the DLL without Wine" on_windows none
 fi
-if [ "$quick" -eq 0 ]; then step "sanitizers" sanitizers; fi
-if [ "$tidy_wanted" -eq 1 ]; then step "clang-tidy" tidy; fi
+if [ "$quick" -eq 0 ]; then
+  step "sanitizers" sanitizers
+  step "clang-tidy" tidy
+fi
 
 [ "${#failed[@]}" -gt 0 ] && printf 'failed step: %s\n' "${failed[@]}"
 echo "$passed passed, ${#failed[@]} failed"

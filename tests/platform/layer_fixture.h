@@ -37,6 +37,20 @@ class ScopedEnvironment {
   std::optional<std::string> old_;
 };
 
+// A text argument.
+class Bstr {
+ public:
+  explicit Bstr(std::u16string_view text)
+      : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
+  ~Bstr() { SysFreeString(text_); }
+  Bstr(const Bstr&) = delete;
+  Bstr& operator=(const Bstr&) = delete;
+  operator BSTR() const { return text_; }  // NOLINT(google-explicit-constructor)
+
+ private:
+  BSTR text_;
+};
+
 class LayerTest : public ::testing::Test {
  protected:
   LayerTest()

@@ -10,11 +10,14 @@
 
 namespace quillon::platform {
 
-// Leaves an error object with the description on the thread, and answers result.
-inline HRESULT failWithReason(HRESULT result, std::u16string source, std::u16string description) {
+// Leaves an error object with the description on the thread, and answers result. Source is the name
+// of the class.
+inline HRESULT failWithReason(HRESULT result, std::u16string source, std::u16string description,
+                              REFIID interfaceId = GUID{}) {
   ComPtr<ICreateErrorInfo> made;
   ComPtr<IErrorInfo> info;
   if (SUCCEEDED(CreateErrorInfo(made.Put())) && SUCCEEDED(made.As(IID_IErrorInfo, info))) {
+    made->SetGUID(interfaceId);
     made->SetSource(source.data());
     made->SetDescription(description.data());
     SetErrorInfo(0, info.Get());

@@ -23,23 +23,7 @@ DiscResult giveArray(std::size_t count, SAFEARRAY** target, Fill fill) {
 
 }  // namespace
 
-void describeFailure(const DiscResult& result, REFIID interfaceId, const OLECHAR* source) {
-  ComPtr<ICreateErrorInfo> maker;
-  if (FAILED(CreateErrorInfo(maker.Put()))) return;
-  std::u16string description = result.text;
-  std::u16string sourceName = source;
-  maker->SetGUID(interfaceId);
-  maker->SetSource(sourceName.data());
-  maker->SetDescription(description.data());
-  ComPtr<IErrorInfo> info;
-  if (SUCCEEDED(maker.As(IID_IErrorInfo, info))) SetErrorInfo(0, info.Get());
-}
-
-DiscResult giveText(std::u16string_view text, BSTR* target) {
-  if (target == nullptr) return E_POINTER;
-  *target = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-  return *target == nullptr ? E_OUTOFMEMORY : S_OK;
-}
+DiscResult giveText(std::u16string_view text, BSTR* target) { return answerText(text, target); }
 
 DiscResult giveBool(bool value, VARIANT_BOOL* target) {
   return giveNumber(value ? VARIANT_TRUE : VARIANT_FALSE, target);

@@ -1,11 +1,11 @@
 // What the methods of the disc-mastering classes have in common: how they answer.
 #pragma once
 
-#include <new>
 #include <span>
 #include <string_view>
 #include <vector>
 
+#include "com/method_results.h"
 #include "platform/com.h"
 #include "platform/disc_result.h"
 
@@ -15,21 +15,14 @@ namespace quillon::platform {
 // sentence of a failure that has one, as Windows' own classes do; source is the name of the class.
 // A failing stream that the body reads may have left an error object of its own, which stays.
 template <typename Body>
-HRESULT answering(REFIID interfaceId, const OLECHAR* source, Body body);
-
-// The pieces of it.
-void describeFailure(const DiscResult& result, REFIID interfaceId, const OLECHAR* source);
-
-template <typename Body>
 HRESULT answering(REFIID interfaceId, const OLECHAR* source, Body body) {
   SetErrorInfo(0, nullptr);
-  try {
+  return withoutExceptions([&] {
     const DiscResult result = body();
-    if (result.failed() && !result.text.empty()) describeFailure(result, interfaceId, source);
-    return result.code;
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  }
+    return result.failed() && !result.text.empty()
+               ? failWithReason(result.code, source, result.text, interfaceId)
+               : result.code;
+  });
 }
 
 // Values on their way out; E_POINTER for a missing target.

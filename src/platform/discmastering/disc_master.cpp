@@ -1,14 +1,14 @@
 // The list of the recorders.
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "com/list_enumerator.h"
+#include "com/method_results.h"
 #include "discmastering/catalogue.h"
 #include "discmastering/com_answers.h"
 #include "discmastering/create_object.h"
 #include "discmastering/imapi2_classes.h"
-#include "platform/com/com_object.h"
 #include "platform/imapi2.h"
 
 namespace quillon::platform {
@@ -17,42 +17,14 @@ namespace {
 constexpr const OLECHAR* kSource = u"MsftDiscMaster2";
 using Identifiers = std::vector<std::u16string>;
 
-// The recorders as they were when the enumerator was made.
-class IdentifierEnumerator final : public ComObject<IEnumVARIANT, IID_IEnumVARIANT> {
- public:
-  IdentifierEnumerator(std::shared_ptr<const Identifiers> identifiers, std::size_t next)
-      : identifiers_(std::move(identifiers)), next_(next) {}
-
-  HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* items, ULONG* fetched) override {
-    if (items == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
-    ULONG given = 0;
-    for (; given < count && next_ < identifiers_->size(); ++given, ++next_) {
-      VariantInit(&items[given]);
-      if (giveText((*identifiers_)[next_], &items[given].bstrVal).failed()) return E_OUTOFMEMORY;
-      items[given].vt = VT_BSTR;
-    }
-    if (fetched != nullptr) *fetched = given;
-    return given == count ? S_OK : S_FALSE;
-  }
-  HRESULT STDMETHODCALLTYPE Skip(ULONG count) override {
-    const std::size_t left = identifiers_->size() - next_;
-    next_ += std::min<std::size_t>(count, left);
-    return count <= left ? S_OK : S_FALSE;
-  }
-  HRESULT STDMETHODCALLTYPE Reset() override {
-    next_ = 0;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) override {
-    if (copy == nullptr) return E_POINTER;
-    *copy = new (std::nothrow) IdentifierEnumerator(identifiers_, next_);
-    return *copy == nullptr ? E_OUTOFMEMORY : S_OK;
-  }
-
- private:
-  std::shared_ptr<const Identifiers> identifiers_;
-  std::size_t next_;
-};
+bool giveIdentifier(const std::u16string& identifier, VARIANT* target) {
+  VariantInit(target);
+  if (FAILED(answerText(identifier, &target->bstrVal))) return false;
+  target->vt = VT_BSTR;
+  return true;
+}
+using IdentifierEnumerator =
+    ListEnumerator<IEnumVARIANT, IID_IEnumVARIANT, std::u16string, VARIANT, giveIdentifier>;
 
 class DiscMaster2 final : public DispatchObject<IDiscMaster2, IID_IDiscMaster2> {
  public:

@@ -242,11 +242,11 @@ HRESULT FileSystemImage::get_UsedBlocks(LONG* val) {
 }
 
 HRESULT FileSystemImage::put_VolumeName(BSTR newVal) {
-  if (!isLegalVolumeName(viewOf(newVal))) {
+  if (!isLegalVolumeName(unitsOf(newVal))) {
     return refuseImage(IMAPI_E_INVALID_VOLUME_NAME, u"The volume name is not legal");
   }
   return withinMemory([&] {
-    settings().volumeName = viewOf(newVal);
+    settings().volumeName = unitsOf(newVal);
     return S_OK;
   });
 }
@@ -274,10 +274,10 @@ HRESULT FileSystemImage::put_WorkingDirectory(BSTR newVal) {
   const DWORD attributes = GetFileAttributesW(newVal);
   if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
     return refuseImage(IMAPI_E_INVALID_WORKING_DIRECTORY, u"This is not a directory",
-                       viewOf(newVal));
+                       unitsOf(newVal));
   }
   return withinMemory([&] {
-    workingDirectory_ = viewOf(newVal);
+    workingDirectory_ = unitsOf(newVal);
     return S_OK;
   });
 }
@@ -331,7 +331,7 @@ HRESULT FileSystemImage::CreateResultImage(IFileSystemImageResult** resultStream
 
 HRESULT FileSystemImage::Exists(BSTR fullPath, FsiItemType* itemType) {
   if (itemType == nullptr) return E_POINTER;
-  const std::shared_ptr<ImageNode> found = findNode(state_->root, viewOf(fullPath));
+  const std::shared_ptr<ImageNode> found = findNode(state_->root, unitsOf(fullPath));
   if (!found) {
     *itemType = FsiItemNotFound;
   } else {

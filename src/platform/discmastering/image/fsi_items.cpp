@@ -163,8 +163,8 @@ HRESULT DirectoryItem::get_Item(BSTR path, IFsiItem** item) {
   if (item == nullptr) return E_POINTER;
   *item = nullptr;
   return withinMemory([&] {
-    std::shared_ptr<ImageNode> found = findNode(node_, viewOf(path));
-    if (!found) return refuseImage(IMAPI_E_ITEM_NOT_FOUND, u"There is no such item", viewOf(path));
+    std::shared_ptr<ImageNode> found = findNode(node_, unitsOf(path));
+    if (!found) return refuseImage(IMAPI_E_ITEM_NOT_FOUND, u"There is no such item", unitsOf(path));
     return makeItem(state_, std::move(found), item);
   });
 }
@@ -178,7 +178,7 @@ HRESULT DirectoryItem::AddDirectory(BSTR path) {
     auto directory = std::make_shared<ImageNode>();
     directory->isDirectory = true;
     directory->modified = unixSecondsOf(imageTimeNow());
-    return addNode(viewOf(path), std::move(directory));
+    return addNode(unitsOf(path), std::move(directory));
   });
 }
 
@@ -191,7 +191,7 @@ HRESULT DirectoryItem::AddFile(BSTR path, IStream* fileData) {
     file->modified = unixSecondsOf(imageTimeNow());
     file->size = stat.cbSize.QuadPart;
     file->source.stream = fileData;
-    return addNode(viewOf(path), std::move(file));
+    return addNode(unitsOf(path), std::move(file));
   });
 }
 
@@ -223,7 +223,7 @@ HRESULT DirectoryItem::addNode(std::u16string_view path, std::shared_ptr<ImageNo
 
 HRESULT DirectoryItem::AddTree(BSTR sourceDirectory, VARIANT_BOOL includeBaseDirectory) {
   return withinMemory(
-      [&] { return addTree(viewOf(sourceDirectory), includeBaseDirectory != VARIANT_FALSE); });
+      [&] { return addTree(unitsOf(sourceDirectory), includeBaseDirectory != VARIANT_FALSE); });
 }
 
 // The tree is read aside and joined when all of it is good, so that a refused one leaves nothing.
@@ -252,12 +252,12 @@ HRESULT DirectoryItem::addTree(std::u16string_view source, bool includesBase) {
 HRESULT DirectoryItem::remove(BSTR path, bool withContent) {
   return withinMemory([&] {
     if (const HRESULT hr = checkInImage(); FAILED(hr)) return hr;
-    const std::shared_ptr<ImageNode> found = findNode(node_, viewOf(path));
+    const std::shared_ptr<ImageNode> found = findNode(node_, unitsOf(path));
     if (!found || found == node_) {
-      return refuseImage(IMAPI_E_ITEM_NOT_FOUND, u"There is no such item", viewOf(path));
+      return refuseImage(IMAPI_E_ITEM_NOT_FOUND, u"There is no such item", unitsOf(path));
     }
     if (!withContent && !found->children.empty()) {
-      return refuseImage(IMAPI_E_DIR_NOT_EMPTY, u"The directory is not empty", viewOf(path));
+      return refuseImage(IMAPI_E_DIR_NOT_EMPTY, u"The directory is not empty", unitsOf(path));
     }
     ImageNode* parent = std::exchange(found->parent, nullptr);
     parent->children.erase(found->name);

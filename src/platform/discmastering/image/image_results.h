@@ -1,9 +1,9 @@
 // What the image builder answers when it refuses, and the error object that goes with it.
 #pragma once
 
-#include <new>
 #include <string_view>
 
+#include "com/method_results.h"
 #include "platform/com.h"
 
 namespace quillon::platform {
@@ -41,13 +41,7 @@ HRESULT refuseImage(HRESULT result, std::u16string_view description,
 template <typename Work>
 HRESULT withinMemory(const Work& work) {
   SetErrorInfo(0, nullptr);
-  try {
-    return work();
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  }
+  return withoutExceptions(work);
 }
-
-std::u16string_view viewOf(BSTR text);
 
 }  // namespace quillon::platform

@@ -8,8 +8,8 @@
 #include "discmastering/disc_record.h"
 #include "discmastering/image/volume_name.h"
 #include "discmastering/legacy/legacy_classes.h"
+#include "discmastering/legacy/legacy_enumerators.h"
 #include "discmastering/legacy/legacy_session.h"
-#include "discmastering/legacy/list_enumerator.h"
 #include "discmastering/recorder_store.h"
 #include "win32/environment.h"
 

@@ -1,8 +1,7 @@
 // How the classes of the legacy service answer.
 #pragma once
 
-#include <new>
-
+#include "com/method_results.h"
 #include "platform/com.h"
 #include "platform/disc_result.h"
 
@@ -16,13 +15,11 @@ HRESULT legacyResult(HRESULT code);
 // parts beneath have put into the thread's error object does not stay there.
 template <typename Body>
 HRESULT legacyAnswer(Body body) {
-  try {
+  return withoutExceptions([&] {
     const DiscResult result = body();
     SetErrorInfo(0, nullptr);
     return legacyResult(result.code);
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  }
+  });
 }
 
 }  // namespace quillon::platform

@@ -16,20 +16,6 @@
 
 namespace quillon::test {
 
-// For BSTR parameters.
-class Bstr {
- public:
-  explicit Bstr(std::u16string_view text)
-      : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
-  ~Bstr() { SysFreeString(text_); }
-  Bstr(const Bstr&) = delete;
-  Bstr& operator=(const Bstr&) = delete;
-  operator BSTR() const { return text_; }  // NOLINT(google-explicit-constructor)
-
- private:
-  BSTR text_;
-};
-
 inline std::string takeText(BSTR text) {
   const std::string narrowed = narrow(std::u16string_view(text, SysStringLen(text)));
   SysFreeString(text);

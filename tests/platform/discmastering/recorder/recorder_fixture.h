@@ -12,6 +12,7 @@
 #include "platform/imapi2.h"
 #include "platform/imapi2_errors.h"
 #include "platform/virtual_discs.h"
+#include "support/stub_stream.h"
 
 namespace quillon::test {
 
@@ -22,7 +23,7 @@ std::vector<std::uint8_t> patternBytes(std::uint64_t sectors, unsigned seed);
 
 // Serves a pattern. onRead is called before each reading with the position; what it answers other
 // than S_OK is the reading's result.
-class PatternStream final : public ComObject<IStream, IID_IStream, IID_ISequentialStream> {
+class PatternStream final : public StubStream {
  public:
   explicit PatternStream(std::uint64_t sectors, unsigned seed = 1)
       : bytes_(patternBytes(sectors, seed)), toldBytes_(bytes_.size()) {}
@@ -34,40 +35,11 @@ class PatternStream final : public ComObject<IStream, IID_IStream, IID_ISequenti
   HRESULT STDMETHODCALLTYPE Read(void* buffer, ULONG length, ULONG* read) override;
   HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER move, DWORD, ULARGE_INTEGER*) override;
   HRESULT STDMETHODCALLTYPE Stat(STATSTG* stat, DWORD) override;
-  HRESULT STDMETHODCALLTYPE Write(const void*, ULONG, ULONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
-                                   ULARGE_INTEGER*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Clone(IStream**) override { return E_NOTIMPL; }
 
  private:
   std::vector<std::uint8_t> bytes_;
   std::uint64_t toldBytes_;
   std::uint64_t position_ = 0;
-};
-
-// A text argument.
-class Bstr {
- public:
-  explicit Bstr(std::u16string_view text)
-      : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
-  ~Bstr() { SysFreeString(text_); }
-  Bstr(const Bstr&) = delete;
-  Bstr& operator=(const Bstr&) = delete;
-  operator BSTR() const { return text_; }  // NOLINT(google-explicit-constructor)
-
- private:
-  BSTR text_;
 };
 
 // One client: the objects that a program uses, on the first recorder.

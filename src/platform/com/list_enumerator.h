@@ -1,22 +1,21 @@
-// The enumerators of the legacy service: a list as it was when it was asked for.
+// What the enumerators of the layer's classes share: a list as it was when it was asked for.
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
+#include <new>
+#include <utility>
 #include <vector>
 
 #include "platform/com/com_object.h"
-#include "platform/imapi.h"
 
 namespace quillon::platform {
 
-inline void giveElement(const IID& element, IID* target) { *target = element; }
-inline void giveElement(const ComPtr<IDiscRecorder>& element, IDiscRecorder** target) {
-  *target = ComPtr<IDiscRecorder>(element).Detach();
-}
-
-// Element is what the list holds, Given what Next hands out.
-template <typename Interface, const IID& kInterfaceId, typename Element, typename Given>
+// Element is what the list holds, Given what Next hands out; kGive makes the one of the other and
+// says false when memory has run out.
+template <typename Interface, const IID& kInterfaceId, typename Element, typename Given,
+          bool (*kGive)(const Element&, Given*)>
 class ListEnumerator final : public ComObject<Interface, kInterfaceId> {
  public:
   using List = std::vector<Element>;
@@ -27,7 +26,7 @@ class ListEnumerator final : public ComObject<Interface, kInterfaceId> {
     if (items == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
     ULONG given = 0;
     for (; given < count && next_ < list_->size(); ++given, ++next_) {
-      giveElement((*list_)[next_], items + given);
+      if (!kGive((*list_)[next_], items + given)) return E_OUTOFMEMORY;
     }
     if (fetched != nullptr) *fetched = given;
     return given == count ? S_OK : S_FALSE;
@@ -51,10 +50,5 @@ class ListEnumerator final : public ComObject<Interface, kInterfaceId> {
   std::shared_ptr<const List> list_;
   std::size_t next_;
 };
-
-using RecorderEnumerator = ListEnumerator<IEnumDiscRecorders, IID_IEnumDiscRecorders,
-                                          ComPtr<IDiscRecorder>, IDiscRecorder*>;
-using FormatEnumerator =
-    ListEnumerator<IEnumDiscMasterFormats, IID_IEnumDiscMasterFormats, IID, IID>;
 
 }  // namespace quillon::platform
