@@ -15,5 +15,17 @@ add_library(quillon_test_support STATIC "${support}/dicom_bytes.cpp" "${support}
                                         "${support}/temp_dir.cpp")
 target_include_directories(quillon_test_support PUBLIC "${PROJECT_SOURCE_DIR}/tests")
 target_link_libraries(quillon_test_support PRIVATE quillon_options)
+# Recording services of the tests' own, found through ole32.
+add_library(quillon_test_recorders STATIC
+  "${support}/com_class.cpp" "${support}/disc_service.cpp" "${support}/disc_service_drives.cpp"
+  "${support}/disc_service_image.cpp" "${support}/legacy_service.cpp"
+  "${support}/legacy_service_desktop.cpp" "${support}/sleep_record.cpp"
+  "${support}/system_sentence.cpp")
+target_link_libraries(quillon_test_recorders PRIVATE quillon_options
+                                             PUBLIC quillon_platform quillon_test_support)
+# The numbered texts, which a program has as a resource.
+add_library(quillon_test_messages OBJECT "${support}/messages.rc")
+target_include_directories(quillon_test_messages PRIVATE "${PROJECT_SOURCE_DIR}/resources")
 add_subdirectory(tests/dicom)
+add_subdirectory(tests/disc)
 add_subdirectory(tests/server/com_server)

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "disc/media_processor.h"
 #include "platform/com/com_object.h"
 #include "platform/imapi2.h"
@@ -64,7 +62,7 @@ TEST(Availability, WithoutAnyGenerationNothingIsAnsweredOrWritten) {
     const test::HiddenClass noLegacy(CLSID_MSDiscMasterObj);
     CQuillonMediaProcessor processor;
     const auto sentence = [&] {
-      const std::string text = std::filesystem::path(processor.ErrorMessage()).string();
+      const std::string text = test::Plain(processor.ErrorMessage());
       processor.ClearError();
       return text;
     };
@@ -78,7 +76,7 @@ TEST(Availability, WithoutAnyGenerationNothingIsAnsweredOrWritten) {
     EXPECT_FALSE(processor.CDIsRecordable(answer));
     EXPECT_FALSE(answer);
     EXPECT_EQ(sentence(), kUnknown);
-    EXPECT_TRUE(processor.AddContent(u"/tmp"));
+    EXPECT_TRUE(processor.AddContent(OLESTR("/tmp")));
     EXPECT_FALSE(processor.WriteToMedia());
     EXPECT_EQ(sentence(), kUnknown);
   }

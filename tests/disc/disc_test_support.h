@@ -3,20 +3,20 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "foundation/base_item.h"
-#include "platform/testing.h"
 #include "support/disc_service.h"
+#include "support/sleep_record.h"
+#include "support/system_sentence.h"
 #include "support/temp_dir.h"
 
 namespace quillon::test {
 
-inline std::string plain(const Text& text) { return std::filesystem::path(text).string(); }
-inline std::string errorOf(const CBaseItem& item) { return plain(item.ErrorMessage()); }
+inline std::string errorOf(const CBaseItem& item) { return Plain(item.ErrorMessage()); }
+inline const std::string kAccessDenied = systemSentence(E_ACCESSDENIED, "Access is denied.");
 constexpr HRESULT resultOf(std::uint32_t code) { return static_cast<HRESULT>(code); }
 
 // The error text with the number of its source line replaced by "N".
@@ -39,7 +39,9 @@ inline std::string composed(const std::string& classAndMethod,
   const std::string method = classAndMethod.substr(classAndMethod.find(':') + 2);
   std::string text = "File: tarnimapiutil\n\nLine: N\nMethod: " + method + "\n\n" + classAndMethod +
                      " " + verb + " for this reason:  \n\n";
-  for (const std::string& reason : reasons) text += reason + "\n\n";
+  for (const std::string& reason : reasons) {
+    if (!reason.empty()) text += reason + "\n\n";
+  }
   return text;
 }
 
@@ -55,16 +57,11 @@ inline std::string driveFailure(const std::string& classAndMethod) {
 // Each test has a service of its own, and time that passes without waiting.
 class WithDiscService : public ::testing::Test {
  protected:
-  WithDiscService() {
-    platform::testing::SubstituteSleeper([this](DWORD ms) { sleeps_.push_back(ms); });
-  }
-
   void FailCall(const std::string& call, int skip = 0) {
     service_.faults.push_back({.call = call, .result = kDriveFailure, .skip = skip});
   }
 
-  platform::testing::Scope time_;
-  std::vector<DWORD> sleeps_;
+  SleepRecord sleeps_;
   FakeDiscService service_;
   RegisteredDiscService registered_{service_};
 };

@@ -22,10 +22,10 @@ class DiscWriter : public test::WithDiscService {
     std::filesystem::create_directory(dir_ / "empty");
   }
 
-  [[nodiscard]] Text Staged() const { return dir_.path().u16string(); }
+  [[nodiscard]] Text Staged() const { return test::WideOf(dir_.path()); }
   std::unique_ptr<CTarnDiscWriter> NewWriter() const {
     auto writer = std::make_unique<CTarnDiscWriter>();
-    EXPECT_TRUE(writer->SetRecorderUniqueId(u"drive-1"));
+    EXPECT_TRUE(writer->SetRecorderUniqueId(OLESTR("drive-1")));
     EXPECT_TRUE(writer->AddDirectory(Staged(), false, false));
     return writer;
   }
@@ -41,17 +41,17 @@ class DiscWriter : public test::WithDiscService {
 
 TEST_F(DiscWriter, WritesTheStagedDirectory) {
   const auto writer = NewWriter();
-  EXPECT_TRUE(writer->AddDirectory(Staged() + u" ", false, false)) << "is there already";
+  EXPECT_TRUE(writer->AddDirectory(Staged() + OLESTR(" "), false, false)) << "is there already";
   EXPECT_EQ(writer->StagedCount(), 1U);
   ASSERT_TRUE(writer->Write()) << errorOf(*writer);
   EXPECT_EQ(service_.Disc().burnedBytes, kImageBytes);
   EXPECT_EQ(DiscContent(), "burned");
   EXPECT_TRUE(Drive().isEjected);
-  EXPECT_EQ(Drive().lockedBy, u"");
+  EXPECT_EQ(Drive().lockedBy, OLESTR(""));
   using Trees = std::vector<std::pair<std::string, bool>>;
   EXPECT_EQ(service_.trees, (Trees{{dir_.path().string(), false}}));
-  EXPECT_EQ(service_.volumeName, u"Quillon");
-  EXPECT_EQ(service_.formatClient, u"Quillon");
+  EXPECT_EQ(service_.volumeName, OLESTR("Quillon"));
+  EXPECT_EQ(service_.formatClient, OLESTR("Quillon"));
   EXPECT_EQ(service_.fileSystems, 7);
   EXPECT_TRUE(service_.isStrict);
   EXPECT_EQ(service_.askedSpeed, -1);
@@ -83,7 +83,7 @@ TEST_F(DiscWriter, ErasesOnlyARewritableDiscThatHoldsData) {
     EXPECT_TRUE(writer->Write()) << errorOf(*writer);
     EXPECT_EQ(DiscContent(), c.content);
     EXPECT_FALSE(Drive().isEjected);
-    EXPECT_EQ(Drive().lockedBy, u"");
+    EXPECT_EQ(Drive().lockedBy, OLESTR(""));
   }
   EXPECT_EQ(service_.CountOf("Create MsftDiscFormat2Erase"), 2);
 }
@@ -124,7 +124,7 @@ class DiscWriterSteps : public DiscWriter {
       EXPECT_EQ(errorWithoutLine(*writer), c.expected);
       EXPECT_EQ(service_.liveObjects, liveBefore) << "every object is released";
       EXPECT_EQ(writer->StagedCount(), 0U);
-      EXPECT_EQ(Drive().lockedBy, u"") << "the drive is unlocked";
+      EXPECT_EQ(Drive().lockedBy, OLESTR("")) << "the drive is unlocked";
       EXPECT_EQ(DiscContent(), c.content);
     }
   }
@@ -140,7 +140,7 @@ TEST_F(DiscWriterSteps, FailToPrepareARecorder) {
        {"no enumerator", failing("IDiscMaster2::get__NewEnum"),
         driveFailure("CDiscMaster2::GetDiscDevices")},
        {"no next drive", failing("IEnumVARIANT::Next"), driveFailure("CDiscMaster2Iterator::Next")},
-       {"another drive", [](auto& s) { s.drives.front().uniqueId = u"drive-2"; },
+       {"another drive", [](auto& s) { s.drives.front().uniqueId = OLESTR("drive-2"); },
         "Cannot find the recorder corresponding to the unique identifier drive-1."},
        {"unreadable", failing("IDiscRecorder2::get_ProductId"),
         driveFailure("CDiscRecorder2::GetProductId")},
@@ -190,7 +190,7 @@ TEST_F(DiscWriterSteps, FailToErase) {
                        .result = test::kDriveFailure,
                        .skip = 1}};
         },
-        test::composed("CDiscFormat2Erase::EraseMedia", {"Access is denied."})}});
+        test::composed("CDiscFormat2Erase::EraseMedia", {test::kAccessDenied})}});
 }
 
 TEST_F(DiscWriterSteps, FailToSetUpTheFormat) {
@@ -277,7 +277,7 @@ TEST_F(DiscWriterSteps, FailToWriteTheImage) {
                        .result = test::kDriveFailure,
                        .skip = 2}};
         },
-        test::composed("CDiscFormat2Data::Write", {"Access is denied."})}});
+        test::composed("CDiscFormat2Data::Write", {test::kAccessDenied})}});
 }
 
 TEST_F(DiscWriter, LeavesNothingBehindWhicheverCallFails) {
@@ -296,7 +296,7 @@ TEST_F(DiscWriter, LeavesNothingBehindWhicheverCallFails) {
     EXPECT_NE(errorOf(*writer).find(test::kDriveFailureText), std::string::npos);
     EXPECT_EQ(service_.liveObjects, 0);
     EXPECT_EQ(writer->StagedCount(), 0U);
-    EXPECT_EQ(Drive().lockedBy, u"");
+    EXPECT_EQ(Drive().lockedBy, OLESTR(""));
   }
 }
 
@@ -325,9 +325,9 @@ TEST_F(DiscWriter, ChecksTheRecorderIdentifierBeforeAnything) {
     const char* expected;
   };
   const Case cases[] = {
-      {u"drive-1", 5, "The recorder identifier type is invalid."},
-      {u"drive-1", -1, "The recorder identifier type is invalid."},
-      {u"", 2, "The information used to select the recorder for recording is invalid."}};
+      {OLESTR("drive-1"), 5, "The recorder identifier type is invalid."},
+      {OLESTR("drive-1"), -1, "The recorder identifier type is invalid."},
+      {OLESTR(""), 2, "The information used to select the recorder for recording is invalid."}};
   for (const Case& c : cases) {
     const auto writer = NewWriter();
     writer->SetRecorderIdentifier(c.identifier, c.type);
@@ -339,13 +339,13 @@ TEST_F(DiscWriter, ChecksTheRecorderIdentifierBeforeAnything) {
                                 "volume path 9", "volume name 9"};
   for (std::int32_t type = 0; type < 5; ++type) {
     const auto writer = NewWriter();
-    writer->SetRecorderIdentifier(u"9", type);
+    writer->SetRecorderIdentifier(OLESTR("9"), type);
     EXPECT_FALSE(writer->Write());
     EXPECT_EQ(errorOf(*writer),
               std::string("Cannot find the recorder corresponding to the ") + labels[type] + ".");
   }
   CTarnDiscWriter writer;
-  EXPECT_FALSE(writer.SetRecorderUniqueId(u""));
+  EXPECT_FALSE(writer.SetRecorderUniqueId(OLESTR("")));
   EXPECT_EQ(errorOf(writer), "The given unique identifier is invalid.");
 }
 
@@ -355,8 +355,8 @@ TEST_F(DiscWriter, RefusesToRecordNothing) {
     std::vector<std::pair<Text, bool>> directories;  // with "excluded"
     const char* expected;
   };
-  const Text empty = (dir_ / "empty").u16string();
-  const Text missing = (dir_ / "missing").u16string();
+  const Text empty = test::WideOf(dir_ / "empty");
+  const Text missing = test::WideOf(dir_ / "missing");
   const char* const nothing = "There are no files to add to the disc image.";
   const Case cases[] = {{"nothing staged", {}, nothing},
                         {"no files", {{empty, false}}, nothing},
@@ -365,7 +365,7 @@ TEST_F(DiscWriter, RefusesToRecordNothing) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
     CTarnDiscWriter writer;
-    EXPECT_TRUE(writer.SetRecorderUniqueId(u"drive-1"));
+    EXPECT_TRUE(writer.SetRecorderUniqueId(OLESTR("drive-1")));
     for (const auto& [path, excluded] : c.directories) {
       EXPECT_TRUE(writer.AddDirectory(path, false, excluded));
     }
@@ -379,30 +379,30 @@ TEST_F(DiscWriter, RefusesToRecordNothing) {
 
 TEST_F(DiscWriter, StagesDirectories) {
   CTarnDiscWriter writer;
-  EXPECT_FALSE(writer.AddDirectory(u"  ", false, false));
+  EXPECT_FALSE(writer.AddDirectory(OLESTR("  "), false, false));
   EXPECT_EQ(errorOf(writer),
             "The directory name cannot be processed by the directory information list for the "
             "directory.");
   CImapi2DirItem missing(false, false);
-  ASSERT_TRUE(missing.SetPath(u" /no/such/place "));
+  ASSERT_TRUE(missing.SetPath(OLESTR(" /no/such/place ")));
   EXPECT_EQ(missing.MeasureBytes(), 0U);
   EXPECT_EQ(errorOf(missing),
             "The directory name cannot be processed for the source directory /no/such/place.");
   CImapi2DirItemList list(/*allowDuplicates=*/false);
   ASSERT_TRUE(list.Stage(missing));
   CImapi2DirItem* found = nullptr;
-  EXPECT_TRUE(list.Find(CImapi2DirItemList::Search::ByKey, u" 1 ", found));
+  EXPECT_TRUE(list.Find(CImapi2DirItemList::Search::ByKey, OLESTR(" 1 "), found));
   ASSERT_NE(found, nullptr);
-  EXPECT_EQ(found->Path(), u"/no/such/place");
-  EXPECT_FALSE(list.Find(static_cast<CImapi2DirItemList::Search>(2), u"1", found));
+  EXPECT_EQ(found->Path(), OLESTR("/no/such/place"));
+  EXPECT_FALSE(list.Find(static_cast<CImapi2DirItemList::Search>(2), OLESTR("1"), found));
   EXPECT_EQ(errorOf(list), "The search query for item lookup is invalid.");
 }
 
 TEST_F(DiscWriter, StagesFilesWhereTheImageBuilderCan) {
   const auto writer = NewWriter();
-  writer->SetStageFiles(true, u"/staging");
+  writer->SetStageFiles(true, OLESTR("/staging"));
   EXPECT_TRUE(writer->Write());
-  EXPECT_EQ(service_.workingDirectory, u"/staging");
+  EXPECT_EQ(service_.workingDirectory, OLESTR("/staging"));
   service_.Disc() = test::FakeDisc{};
   service_.faults = {{.call = "IFileSystemImage::put_StageFiles", .result = E_NOTIMPL}};
   EXPECT_TRUE(NewWriter()->Write());
@@ -429,14 +429,14 @@ TEST_F(DiscWriter, AsksABusyDriveTenTimes) {
     for (const bool becomesReady : {true, false}) {
       service_.Disc() = test::rewritableDiscWithData();
       service_.calls.clear();
-      sleeps_.clear();
+      sleeps_.waitsMs.clear();
       service_.faults = {{.call = c.call,
                           .result = E_IMAPI_RECORDER_MEDIA_BECOMING_READY,
                           .skip = c.skip,
                           .times = becomesReady ? 9 : INT_MAX}};
       const auto writer = NewWriter();
       EXPECT_EQ(writer->Write(), becomesReady);
-      EXPECT_EQ(sleeps_, std::vector<DWORD>(becomesReady ? 9 : 10, 5000));
+      EXPECT_EQ(sleeps_.waitsMs, std::vector<DWORD>(becomesReady ? 9 : 10, 5000));
       if (becomesReady) continue;
       EXPECT_EQ(service_.CountOf(c.call), c.skip + 10);
       EXPECT_EQ(errorWithoutLine(*writer),

@@ -6,12 +6,12 @@ namespace {
 
 using test::errorOf;
 using test::errorWithoutLine;
-using test::plain;
+using test::Plain;
 
 std::string nameOf(const CImapi2Enumerator& item) {
   Text name;
   item.GetName(name);
-  return plain(name);
+  return Plain(name);
 }
 
 TEST(NamedCodes, TakeTheirNamesFromTheirTables) {
@@ -51,12 +51,12 @@ TEST(NamedCodes, TakeTheirNamesFromTheirTables) {
 
 TEST(NamedCodes, ResetWhenTheyRefuse) {
   CProfileType profile;
-  ASSERT_TRUE(profile.Set(0x1234, u"  Odd one "));
+  ASSERT_TRUE(profile.Set(0x1234, OLESTR("  Odd one ")));
   EXPECT_EQ(nameOf(profile), "Odd one");
   EXPECT_FALSE(profile.Set(-2));
   EXPECT_EQ(nameOf(profile), "Undefined");
   ASSERT_TRUE(profile.Set(8));
-  EXPECT_FALSE(profile.Set(0x1234, u"  ")) << "a code must have a name";
+  EXPECT_FALSE(profile.Set(0x1234, OLESTR("  "))) << "a code must have a name";
   EXPECT_EQ(profile.Value(), -1);
 }
 
@@ -120,8 +120,8 @@ TEST(Rewritable, AreFourTypesOfMedia) {
 
 class DriveInformation : public test::WithDiscService {
  protected:
-  bool Query() { return unit_.Query(u"drive-1", /*queryMedia=*/true, /*forceAccess=*/true); }
-  void ExpectUnlocked() const { EXPECT_EQ(service_.drives.front().lockedBy, u""); }
+  bool Query() { return unit_.Query(OLESTR("drive-1"), /*queryMedia=*/true, /*forceAccess=*/true); }
+  void ExpectUnlocked() const { EXPECT_EQ(service_.drives.front().lockedBy, OLESTR("")); }
 
   CDiscUnitInfo unit_;
 };
@@ -132,12 +132,12 @@ TEST_F(DriveInformation, IsReadWithTheMedium) {
   ASSERT_TRUE(Query()) << errorOf(unit_);
   Text name;
   EXPECT_TRUE(unit_.GetDeviceName(name));
-  EXPECT_EQ(plain(name), test::kFakeDriveName);
+  EXPECT_EQ(Plain(name), test::kFakeDriveName);
   EXPECT_TRUE(unit_.IsDataFormatSupported());
-  EXPECT_EQ(unit_.VolumePaths(), std::vector<Text>{u"D:\\"});
+  EXPECT_EQ(unit_.VolumePaths(), std::vector<Text>{OLESTR("D:\\")});
   const CImapi2Enumerator& second = *unit_.CurrentProfiles().At(1);
   EXPECT_EQ(nameOf(second), "4660");
-  EXPECT_EQ(second.GetKey(), u"2");
+  EXPECT_EQ(second.GetKey(), OLESTR("2"));
   const CCurrentDiscMedia& media = unit_.CurrentMedia();
   EXPECT_TRUE(media.IsSupported() && media.IsBlank() && !media.IsRewritable());
   EXPECT_EQ(nameOf(media.MediaState()), "Informational Mask, Blank");
@@ -151,7 +151,7 @@ TEST_F(DriveInformation, IsReadWithTheMedium) {
   EXPECT_EQ(copy.CurrentMedia().SupportedWriteSpeeds().GetCount(), 2U);
   unit_.Reset();
   EXPECT_FALSE(unit_.GetDeviceName(name));
-  EXPECT_EQ(plain(unit_.DisplayName()), "current optical disc device");
+  EXPECT_EQ(Plain(unit_.DisplayName()), "current optical disc device");
 }
 
 TEST_F(DriveInformation, OfAnUnsupportedMediumIsThatAlone) {
@@ -222,7 +222,7 @@ TEST_F(DriveInformation, IsAllOrNothingWhicheverCallFails) {
     service.failingCall = n;
     EXPECT_FALSE(Query());
     EXPECT_NE(errorOf(unit_).find(test::kDriveFailureText), std::string::npos);
-    EXPECT_EQ(unit_.ProductId(), u"");
+    EXPECT_EQ(unit_.ProductId(), OLESTR(""));
     EXPECT_EQ(unit_.CurrentMedia().PhysicalType().Value(), -1);
     EXPECT_EQ(service.liveObjects, 0);
     ExpectUnlocked();
@@ -242,28 +242,28 @@ TEST_F(DriveInformation, WaitsForADriveThatIsBecomingReady) {
   for (const char* call :
        {"IDiscRecorder2::get_ActiveDiscRecorder", "IDiscFormat2Data::IsCurrentMediaSupported"}) {
     SCOPED_TRACE(call);
-    sleeps_.clear();
+    sleeps_.waitsMs.clear();
     service_.faults = {{.call = call, .result = E_IMAPI_RECORDER_MEDIA_BECOMING_READY, .times = 9}};
     EXPECT_TRUE(Query());
-    EXPECT_EQ(sleeps_, std::vector<DWORD>(9, 5000));
-    sleeps_.clear();
+    EXPECT_EQ(sleeps_.waitsMs, std::vector<DWORD>(9, 5000));
+    sleeps_.waitsMs.clear();
     service_.faults = {{.call = call, .result = E_IMAPI_RECORDER_MEDIA_BECOMING_READY}};
     EXPECT_FALSE(Query());
-    EXPECT_EQ(sleeps_, std::vector<DWORD>(10, 5000));
+    EXPECT_EQ(sleeps_.waitsMs, std::vector<DWORD>(10, 5000));
     EXPECT_NE(errorOf(unit_).find("in the process of becoming ready"), std::string::npos);
   }
 }
 
 TEST_F(DriveInformation, ListsTheDrives) {
-  service_.drives.push_back({.uniqueId = u"drive-2", .isRecorder = false});
-  service_.drives.push_back({.uniqueId = u"drive-3"});
+  service_.drives.push_back({.uniqueId = OLESTR("drive-2"), .isRecorder = false});
+  service_.drives.push_back({.uniqueId = OLESTR("drive-3")});
   CDiscUnitInfoList drives;
   ASSERT_TRUE(drives.QueryAll(/*recordersOnly=*/true, false, false));
   ASSERT_EQ(drives.GetCount(), 2U);
   Text id;
   EXPECT_TRUE(drives.At(1)->GetUniqueId(id));
-  EXPECT_EQ(id, u"drive-3");
-  EXPECT_EQ(drives.At(1)->GetKey(), u"2");
+  EXPECT_EQ(id, OLESTR("drive-3"));
+  EXPECT_EQ(drives.At(1)->GetKey(), OLESTR("2"));
   EXPECT_EQ(service_.drives.front().locks, 0) << "nobody asked for the media";
   ASSERT_TRUE(drives.QueryAll(/*recordersOnly=*/false, false, false));
   EXPECT_EQ(drives.GetCount(), 3U);
@@ -282,10 +282,10 @@ TEST_F(DriveInformation, ListsTheDrives) {
 }
 
 TEST_F(DriveInformation, IsFoundByWhatIdentifiesTheDrive) {
-  service_.drives.push_back({.uniqueId = u"drive-2",
-                             .product = u"READER",
-                             .volumeName = u"V2",
-                             .volumePaths = {u"E:\\", u"F:\\"},
+  service_.drives.push_back({.uniqueId = OLESTR("drive-2"),
+                             .product = OLESTR("READER"),
+                             .volumeName = OLESTR("V2"),
+                             .volumePaths = {OLESTR("E:\\"), OLESTR("F:\\")},
                              .legacyNumber = 7});
   struct Case {
     RecorderIdType type;
@@ -294,25 +294,27 @@ TEST_F(DriveInformation, IsFoundByWhatIdentifiesTheDrive) {
     const char* error;
   };
   const Case cases[] = {
-      {RecorderIdType::UniqueId, u"drive-2", true, ""},
-      {RecorderIdType::UniqueId, u"DRIVE-2", false, ""},
-      {RecorderIdType::UniqueId, u"", false, "The unique identifier is invalid."},
-      {RecorderIdType::Manufacturer, u"TARN READER (Revision: 1.00)", true, ""},
-      {RecorderIdType::Manufacturer, u"", false, "The manufacturer information is invalid."},
-      {RecorderIdType::VolumePath, u" F:\\ ", true, ""},
-      {RecorderIdType::VolumePath, u"F:", false, ""},
-      {RecorderIdType::VolumePath, u"", false, "The volume path is invalid."},
-      {RecorderIdType::VolumeName, u"V2", true, ""},
-      {RecorderIdType::VolumeName, u"", false, "The volume name is invalid."},
-      {RecorderIdType::LegacyDeviceNumber, u"7", true, ""},
-      {RecorderIdType::LegacyDeviceNumber, u"8", false, ""},
-      {RecorderIdType::LegacyDeviceNumber, u"-7", false, "The legacy device number is invalid."},
-      {RecorderIdType::LegacyDeviceNumber, u"7x", false, "The legacy device number is invalid."},
-      {RecorderIdType::LegacyDeviceNumber, u"2147483648", false,
+      {RecorderIdType::UniqueId, OLESTR("drive-2"), true, ""},
+      {RecorderIdType::UniqueId, OLESTR("DRIVE-2"), false, ""},
+      {RecorderIdType::UniqueId, OLESTR(""), false, "The unique identifier is invalid."},
+      {RecorderIdType::Manufacturer, OLESTR("TARN READER (Revision: 1.00)"), true, ""},
+      {RecorderIdType::Manufacturer, OLESTR(""), false, "The manufacturer information is invalid."},
+      {RecorderIdType::VolumePath, OLESTR(" F:\\ "), true, ""},
+      {RecorderIdType::VolumePath, OLESTR("F:"), false, ""},
+      {RecorderIdType::VolumePath, OLESTR(""), false, "The volume path is invalid."},
+      {RecorderIdType::VolumeName, OLESTR("V2"), true, ""},
+      {RecorderIdType::VolumeName, OLESTR(""), false, "The volume name is invalid."},
+      {RecorderIdType::LegacyDeviceNumber, OLESTR("7"), true, ""},
+      {RecorderIdType::LegacyDeviceNumber, OLESTR("8"), false, ""},
+      {RecorderIdType::LegacyDeviceNumber, OLESTR("-7"), false,
+       "The legacy device number is invalid."},
+      {RecorderIdType::LegacyDeviceNumber, OLESTR("7x"), false,
+       "The legacy device number is invalid."},
+      {RecorderIdType::LegacyDeviceNumber, OLESTR("2147483648"), false,
        "The legacy device number is invalid."},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(plain(c.identifier));
+    SCOPED_TRACE(Plain(c.identifier));
     CDiscMaster2 master;
     CDiscMaster2Iterator drives;
     ASSERT_TRUE(master.GetDiscDevices(drives));
@@ -320,7 +322,7 @@ TEST_F(DriveInformation, IsFoundByWhatIdentifiesTheDrive) {
     EXPECT_EQ(errorOf(unit_), c.error);
     Text id;
     EXPECT_TRUE(unit_.GetUniqueId(id));
-    EXPECT_EQ(id, c.found ? u"drive-2" : u"");
+    EXPECT_EQ(id, c.found ? OLESTR("drive-2") : OLESTR(""));
   }
 }
 

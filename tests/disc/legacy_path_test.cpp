@@ -1,27 +1,20 @@
 // The media processor over the legacy service, with every step that can fail forced to fail once.
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "disc/media_processor.h"
+#include "disc_test_support.h"
 #include "host_thread.h"
 #include "platform/imapi2.h"
 #include "support/legacy_service.h"
-#include "support/temp_dir.h"
 
 namespace quillon {
 namespace {
 
+using test::errorOf;
 using test::LegacyService;
 using test::onHostThread;
 
 constexpr HRESULT legacyCode(DWORD low) { return static_cast<HRESULT>(0x80040000U | low); }
 
 constexpr const char* kNoContent = "There is no content selected to be recorded to the medium.";
-
-std::string sentenceOf(const CBaseItem& item) {
-  return std::filesystem::path(item.ErrorMessage()).string();
-}
 
 class LegacyPath : public ::testing::Test {
  protected:
@@ -44,8 +37,8 @@ class LegacyPath : public ::testing::Test {
   }
 
   void fill(CQuillonMediaProcessor& processor) const {
-    EXPECT_TRUE(processor.SetVolumeName(u"STUDY_1"));
-    EXPECT_TRUE(processor.AddContent(content_.path().u16string()));
+    EXPECT_TRUE(processor.SetVolumeName(OLESTR("STUDY_1")));
+    EXPECT_TRUE(processor.AddContent(test::WideOf(content_.path())));
   }
 
   test::TempDir content_;
@@ -56,11 +49,11 @@ TEST_F(LegacyPath, WritesTheTreeUnderItsVolumeName) {
   withService([&] {
     CQuillonMediaProcessor processor;
     fill(processor);
-    EXPECT_TRUE(processor.WriteToMedia()) << sentenceOf(processor);
+    EXPECT_TRUE(processor.WriteToMedia()) << errorOf(processor);
     EXPECT_FALSE(processor.WriteToMedia());
-    EXPECT_EQ(sentenceOf(processor), kNoContent) << "a write leaves nothing to write again";
+    EXPECT_EQ(errorOf(processor), kNoContent) << "a write leaves nothing to write again";
   });
-  EXPECT_EQ(service_.volumeName, u"STUDY_1");
+  EXPECT_EQ(service_.volumeName, OLESTR("STUDY_1"));
   EXPECT_EQ(service_.record, "write+eject");
   EXPECT_EQ(service_.erase, "");
   const std::map<std::string, std::string> expected{{"DICOMDIR", "directory"},
@@ -93,7 +86,7 @@ TEST_F(LegacyPath, ErasesOnlyARewritableDiscWithDataAndNotInATestRun) {
       processor.SetSimulate(c.simulate);
       processor.SetPerformFullErase(c.full);
       processor.SetEjectAfterWrite(c.eject);
-      EXPECT_TRUE(processor.WriteToMedia()) << sentenceOf(processor);
+      EXPECT_TRUE(processor.WriteToMedia()) << errorOf(processor);
     });
     EXPECT_EQ(service_.erase, c.erase);
     EXPECT_EQ(service_.record, c.record);
@@ -103,7 +96,7 @@ TEST_F(LegacyPath, ErasesOnlyARewritableDiscWithDataAndNotInATestRun) {
 struct Fault {
   const char* call;
   HRESULT failure;
-  const char* sentence;
+  std::string sentence;
   bool throws = false;
 };
 
@@ -136,7 +129,8 @@ const Fault kSharedFaults[] = {
     {"CloseMaster", legacyCode(0x20B),
      "CDiscMaster::Close failed for this reason:  IMAPI has not been opened"},
     {"QueryMediaType", E_ACCESSDENIED,
-     "CDiscRecorder::QueryMediaType threw an exception for this reason:  Access is denied.", true},
+     "CDiscRecorder::QueryMediaType threw an exception for this reason:  " + test::kAccessDenied,
+     true},
 };
 
 const Fault kWriteFaults[] = {
@@ -165,7 +159,7 @@ const Fault kWriteFaults[] = {
     {"RecordDisc", legacyCode(0x21C),
      "CDiscMaster::RecordDisc failed for this reason:  The disc cannot hold any more data"},
     {"RecordDisc", E_ACCESSDENIED,
-     "CDiscMaster::RecordDisc threw an exception for this reason:  Access is denied.", true},
+     "CDiscMaster::RecordDisc threw an exception for this reason:  " + test::kAccessDenied, true},
 };
 
 TEST_F(LegacyPath, AFailingStepOfTheWriteIsToldAndEverythingIsGivenBack) {
@@ -187,12 +181,12 @@ TEST_F(LegacyPath, AFailingStepOfTheWriteIsToldAndEverythingIsGivenBack) {
         fill(processor);
         processor.SetClearAfterWrite(clears);
         EXPECT_FALSE(processor.WriteToMedia());
-        EXPECT_EQ(sentenceOf(processor), fault.sentence);
+        EXPECT_EQ(errorOf(processor), fault.sentence);
         EXPECT_EQ(service_.record.empty(), call != "CloseMaster");
         service_.failingCall = "CloseMaster";
         service_.throws = false;
         EXPECT_FALSE(processor.WriteToMedia());
-        EXPECT_EQ(sentenceOf(processor) == kNoContent, cleared);
+        EXPECT_EQ(errorOf(processor) == kNoContent, cleared);
       });
     }
   }
@@ -230,7 +224,7 @@ TEST_F(LegacyPath, WhatCannotBeWrittenIsRefusedBeforeAnythingIsDone) {
       CQuillonMediaProcessor processor;
       fill(processor);
       EXPECT_FALSE(processor.WriteToMedia());
-      EXPECT_EQ(sentenceOf(processor), machine.sentence);
+      EXPECT_EQ(errorOf(processor), machine.sentence);
     });
     EXPECT_EQ(service_.files.size(), 0U);
     EXPECT_EQ(service_.record, "");
@@ -240,13 +234,14 @@ TEST_F(LegacyPath, WhatCannotBeWrittenIsRefusedBeforeAnythingIsDone) {
 
 TEST_F(LegacyPath, ContentThatIsNotThereIsRefused) {
   const struct {
-    const char16_t* path;
-    const char* sentence;
+    Text path;
+    std::string sentence;
   } cases[] = {
-      {u"/no/such/place",
-       "CShellFolder::ParseDisplayName failed for this reason:  The system cannot find the path "
-       "specified."},
-      {u"C:\\a?b", "The filename a?b cannot contain these characters: \\/:*?\"<>|"},
+      {test::WideOf(content_ / "none"),
+       "CShellFolder::ParseDisplayName failed for this reason:  " +
+           test::systemSentence(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
+                                "The system cannot find the file specified.")},
+      {OLESTR("C:\\a?b"), "The filename a?b cannot contain these characters: \\/:*?\"<>|"},
   };
   for (const auto& c : cases) {
     service_ = {};
@@ -254,7 +249,7 @@ TEST_F(LegacyPath, ContentThatIsNotThereIsRefused) {
       CQuillonMediaProcessor processor;
       EXPECT_TRUE(processor.AddContent(c.path));
       EXPECT_FALSE(processor.WriteToMedia());
-      EXPECT_EQ(sentenceOf(processor), c.sentence);
+      EXPECT_EQ(errorOf(processor), c.sentence);
     });
     EXPECT_EQ(service_.record, "");
   }
@@ -271,7 +266,7 @@ void expectNoAnswer(const LegacyService& state, const std::string& sentence,
       EXPECT_FALSE(asksForContent ? processor.CDRWHasContent(answer)
                                   : processor.CDIsRecordable(answer));
       EXPECT_FALSE(answer);
-      EXPECT_EQ(sentenceOf(processor), sentence);
+      EXPECT_EQ(errorOf(processor), sentence);
     });
   }
 }
@@ -333,10 +328,10 @@ TEST_F(LegacyPath, AnswersWhatTheMediumIs) {
       bool answer = !c.hasContent;
       EXPECT_TRUE(processor.CDRWHasContent(answer));
       EXPECT_EQ(answer, c.hasContent);
-      EXPECT_EQ(sentenceOf(processor), "");
+      EXPECT_EQ(errorOf(processor), "");
       EXPECT_TRUE(processor.CDIsRecordable(answer));
       EXPECT_EQ(answer, c.isRecordable);
-      EXPECT_EQ(sentenceOf(processor), c.sentence);
+      EXPECT_EQ(errorOf(processor), c.sentence);
     });
     EXPECT_EQ(service_.record + service_.erase, "") << "a question changes nothing";
   }

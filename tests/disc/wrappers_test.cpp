@@ -9,6 +9,7 @@ namespace {
 using test::composed;
 using test::errorOf;
 using test::errorWithoutLine;
+using test::kAccessDenied;
 using test::resultOf;
 
 class Wrappers : public test::WithDiscService {};
@@ -25,28 +26,22 @@ TEST_F(Wrappers, ComposeTheTextOfAFailingCall) {
        {.result = resultOf(0xC0AA0202)},
        composed(eject, {"There is no media in the device."})},
       {"the platform's description does not add to it",
-       {.result = resultOf(0xC0AAB131), .description = u"Too deep."},
+       {.result = resultOf(0xC0AAB131), .description = OLESTR("Too deep.")},
        composed(eject, {"ISO9660 is limited to 8 levels of directories."})},
       {"another result, with a description",
-       {.result = E_ACCESSDENIED, .description = u"The tray is stuck."},
-       composed(eject, {"The tray is stuck.", "Access is denied."})},
-      {"another result", {.result = E_ACCESSDENIED}, composed(eject, {"Access is denied."})},
+       {.result = E_ACCESSDENIED, .description = OLESTR("The tray is stuck.")},
+       composed(eject, {"The tray is stuck.", kAccessDenied})},
+      {"another result", {.result = E_ACCESSDENIED}, composed(eject, {kAccessDenied})},
       {"a result without any text", {.result = resultOf(0xA0001234)}, composed(eject, {})},
       {"a throwing call",
-       {.result = E_ACCESSDENIED, .description = u"The tray is stuck.", .throws = true},
-       composed(eject, {"The tray is stuck.", "Access is denied."}, "threw an exception")},
+       {.result = E_ACCESSDENIED, .description = OLESTR("The tray is stuck."), .throws = true},
+       composed(eject, {"The tray is stuck.", kAccessDenied}, "threw an exception")},
   };
   for (Case c : cases) {
     SCOPED_TRACE(c.what);
     CDiscRecorder2 recorder;
-    ASSERT_TRUE(recorder.InitializeDiscRecorder(Text(u"drive-1")));
-    ComPtr<ICreateErrorInfo> stale;
-    CreateErrorInfo(stale.Put());
-    std::u16string text = u"An earlier failure.";
-    stale->SetDescription(text.data());
-    ComPtr<IErrorInfo> staleInfo;
-    ASSERT_EQ(stale.As(IID_IErrorInfo, staleInfo), S_OK);
-    SetErrorInfo(0, staleInfo.Get());
+    ASSERT_TRUE(recorder.InitializeDiscRecorder(Text(OLESTR("drive-1"))));
+    SetErrorInfo(0, test::errorObject(OLESTR("An earlier failure.")).Get());
     c.fault.call = "IDiscRecorder2::EjectMedia";
     service_.faults = {c.fault};
     recorder.SetDetailedMessages(false);  // makes no difference here
@@ -62,13 +57,15 @@ TEST_F(Wrappers, ComposeTheTextOfAFailingCreation) {
   CDiscRecorder2 recorder;
   EXPECT_FALSE(recorder.EjectMedia());
   EXPECT_EQ(errorWithoutLine(recorder),
-            composed("CDiscRecorder2::Create", {"Class not registered"}));
+            composed("CDiscRecorder2::Create",
+                     {test::systemSentence(REGDB_E_CLASSNOTREG, "Class not registered")}));
   CDiscMaster2 master;
   bool supported = false;
   EXPECT_FALSE(master.GetIsSupportedEnvironment(supported));
   EXPECT_EQ(errorWithoutLine(master),
             "File: tarnimapiutil\n\nLine: N\nMethod: Create\n\n"
-            "Cannot create the disc master object for this reason:\n\nAccess is denied.\n\n");
+            "Cannot create the disc master object for this reason:\n\n" +
+                kAccessDenied + "\n\n");
   CImapiImageStream stream;  // nothing has handed one out
   STATSTG stat{};
   EXPECT_FALSE(stream.Stat(&stat, STATFLAG_NONAME));
@@ -88,7 +85,7 @@ TEST_F(Wrappers, NameTheOperationThatFailed) {
   CFsiDirectoryItem root;
   CImapiImageStream stream;
   ASSERT_TRUE(master.GetDiscDevices(drives));
-  ASSERT_TRUE(recorder.InitializeDiscRecorder(Text(u"drive-1")));
+  ASSERT_TRUE(recorder.InitializeDiscRecorder(Text(OLESTR("drive-1"))));
   ASSERT_TRUE(data.SetRecorder(recorder) && erase.SetRecorder(recorder));
   ASSERT_TRUE(image.GetRoot(root) && image.CreateResultImage(result));
   ASSERT_TRUE(result.GetImageStream(stream));
@@ -120,9 +117,9 @@ TEST_F(Wrappers, NameTheOperationThatFailed) {
       {"IEnumVARIANT::Reset", drives, "Reset", [&] { return drives.Reset(); }},
       {"IEnumVARIANT::Next", drives, "Next", [&] { return drives.Next(); }},
       {"IDiscRecorder2::InitializeDiscRecorder", recorder, "InitializeDiscRecorder",
-       [&] { return recorder.InitializeDiscRecorder(Text(u"drive-1")); }},
+       [&] { return recorder.InitializeDiscRecorder(Text(OLESTR("drive-1"))); }},
       {"IDiscRecorder2::AcquireExclusiveAccess", recorder, "AcquireExclusiveAccess",
-       [&] { return recorder.AcquireExclusiveAccess(true, Text(u"a")); }},
+       [&] { return recorder.AcquireExclusiveAccess(true, Text(OLESTR("a"))); }},
       {"IDiscRecorder2::ReleaseExclusiveAccess", recorder, "ReleaseExclusiveAccess",
        [&] { return recorder.ReleaseExclusiveAccess(); }},
       {"IDiscRecorder2::EjectMedia", recorder, "EjectMedia", [&] { return recorder.EjectMedia(); }},
@@ -163,7 +160,7 @@ TEST_F(Wrappers, NameTheOperationThatFailed) {
       {"IDiscFormat2Data::put_Recorder", data, "SetRecorder",
        [&] { return data.SetRecorder(recorder); }},
       {"IDiscFormat2Erase::put_ClientName", erase, "SetClientName",
-       [&] { return erase.SetClientName(Text(u"a")); }},
+       [&] { return erase.SetClientName(Text(OLESTR("a"))); }},
       {"IDiscFormat2Data::get_SupportedMediaTypes", data, "GetSupportedMediaTypes",
        [&] { return data.GetSupportedMediaTypes(numbers); }},
       {"IDiscFormat2Data::get_CurrentMediaStatus", data, "GetCurrentMediaStatus",
@@ -194,9 +191,9 @@ TEST_F(Wrappers, NameTheOperationThatFailed) {
       {"IFileSystemImage::ChooseImageDefaults", image, "ChooseImageDefaults",
        [&] { return image.ChooseImageDefaults(recorder); }},
       {"IFileSystemImage::put_VolumeName", image, "SetVolumeName",
-       [&] { return image.SetVolumeName(Text(u"a")); }},
+       [&] { return image.SetVolumeName(Text(OLESTR("a"))); }},
       {"IFileSystemImage::put_WorkingDirectory", image, "SetWorkingDirectory",
-       [&] { return image.SetWorkingDirectory(Text(u"a")); }},
+       [&] { return image.SetWorkingDirectory(Text(OLESTR("a"))); }},
       {"IFileSystemImage::put_StrictFileSystemCompliance", image, "SetStrictFileSystemCompliance",
        [&] { return image.SetStrictFileSystemCompliance(true); }},
       {"IFileSystemImage::put_FileSystemsToCreate", image, "SetFileSystemsToCreate",
@@ -208,7 +205,7 @@ TEST_F(Wrappers, NameTheOperationThatFailed) {
       {"IFileSystemImageResult::get_ImageStream", result, "GetImageStream",
        [&] { return result.GetImageStream(anotherStream); }},
       {"IFsiDirectoryItem::AddTree", root, "AddTree",
-       [&] { return root.AddTree(Text(u"a"), false); }},
+       [&] { return root.AddTree(Text(OLESTR("a")), false); }},
       {"IStream::Stat", stream, "Stat", [&] { return stream.Stat(&stat, STATFLAG_NONAME); }},
   };
   for (const Case& c : cases) {
@@ -216,7 +213,7 @@ TEST_F(Wrappers, NameTheOperationThatFailed) {
     service_.faults.clear();
     FailCall(c.call);
     EXPECT_FALSE(c.run());
-    const std::string name = test::plain(c.wrapper.ClassName()) + "::" + c.operation;
+    const std::string name = test::Plain(c.wrapper.ClassName()) + "::" + c.operation;
     EXPECT_EQ(errorWithoutLine(c.wrapper), test::driveFailure(name));
   }
 }
@@ -241,13 +238,14 @@ TEST_F(Wrappers, TakeAPositiveResultForSuccess) {
   service_.faults = {{.call = "IDiscFormat2Data::SetWriteSpeed", .result = S_IMAPI_SPEEDADJUSTED}};
   CDiscRecorder2 recorder;
   CDiscFormat2Data format;
-  ASSERT_TRUE(recorder.InitializeDiscRecorder(Text(u"drive-1")) && format.SetRecorder(recorder));
+  ASSERT_TRUE(recorder.InitializeDiscRecorder(Text(OLESTR("drive-1"))) &&
+              format.SetRecorder(recorder));
   EXPECT_TRUE(format.SetWriteSpeed(1200, false));
   EXPECT_EQ(format.GetLastResult(), S_IMAPI_SPEEDADJUSTED);
 }
 
 TEST_F(Wrappers, EnumerateDrivesOnce) {
-  service_.drives.push_back({.uniqueId = u"drive-2"});
+  service_.drives.push_back({.uniqueId = OLESTR("drive-2")});
   CDiscMaster2 master;
   CDiscMaster2Iterator drives;
   ASSERT_TRUE(master.GetDiscDevices(drives));
@@ -259,7 +257,7 @@ TEST_F(Wrappers, EnumerateDrivesOnce) {
   EXPECT_TRUE(drives.Next());
   EXPECT_TRUE(drives.Next());
   drives.GetCurrentUniqueId(id);
-  EXPECT_EQ(id, u"drive-2");
+  EXPECT_EQ(id, OLESTR("drive-2"));
   EXPECT_FALSE(drives.Next());
   EXPECT_FALSE(drives.AtFailure());
   EXPECT_EQ(errorOf(drives), "");
@@ -278,7 +276,8 @@ TEST_F(Wrappers, TakeArraysOfBothKindsOf32BitIntegers) {
                         {"no variants", VT_I4, VT_I4, false}};
   CDiscRecorder2 recorder;
   CDiscFormat2Data format;
-  ASSERT_TRUE(recorder.InitializeDiscRecorder(Text(u"drive-1")) && format.SetRecorder(recorder));
+  ASSERT_TRUE(recorder.InitializeDiscRecorder(Text(OLESTR("drive-1"))) &&
+              format.SetRecorder(recorder));
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
     service_.speedType = c.elements;

@@ -1,6 +1,7 @@
 #include "support/disc_service.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "support/com_class.h"
 #include "support/disc_service_objects.h"
@@ -18,6 +19,16 @@ FakeDisc rewritableDiscWithData() {
   return disc;
 }
 
+ComPtr<IErrorInfo> errorObject(Text description) {
+  ComPtr<ICreateErrorInfo> info;
+  ComPtr<IErrorInfo> error;
+  if (FAILED(CreateErrorInfo(info.Put())) || FAILED(info->SetDescription(description.data())) ||
+      FAILED(info.As(IID_IErrorInfo, error))) {
+    throw std::runtime_error("no error object");
+  }
+  return error;
+}
+
 HRESULT FakeDiscService::Enter(const std::string& call) {
   calls.push_back(call);
   if (failingCall == static_cast<int>(calls.size()) - 1) return failingResult;
@@ -28,14 +39,10 @@ HRESULT FakeDiscService::Enter(const std::string& call) {
       continue;
     }
     --fault.times;
-    if (!fault.description.empty()) {
-      ComPtr<ICreateErrorInfo> info;
-      CreateErrorInfo(info.Put());
-      info->SetDescription(fault.description.data());
-      ComPtr<IErrorInfo> error;
-      if (SUCCEEDED(info.As(IID_IErrorInfo, error))) SetErrorInfo(0, error.Get());
-    }
-    if (fault.throws) _com_issue_error(fault.result);
+    ComPtr<IErrorInfo> error;
+    if (!fault.description.empty()) error = errorObject(fault.description);
+    if (fault.throws) throw _com_error(fault.result, error.Detach());
+    if (error) SetErrorInfo(0, error.Get());
     return fault.result;
   }
   return S_OK;

@@ -13,6 +13,7 @@
 
 #include "platform/imapi2.h"
 #include "platform/imapi2_errors.h"
+#include "support/text.h"
 
 namespace quillon::test {
 
@@ -37,12 +38,12 @@ struct FakeDisc {
 FakeDisc rewritableDiscWithData();
 
 struct FakeDrive {
-  std::u16string uniqueId = u"drive-1";
-  std::u16string vendor = u"TARN ";
-  std::u16string product = u" BURNER";
-  std::u16string revision = u"1.00";
-  std::u16string volumeName = u"\\\\?\\Volume{1}\\";
-  std::vector<std::u16string> volumePaths = {u"D:\\"};
+  Text uniqueId = OLESTR("drive-1");
+  Text vendor = OLESTR("TARN ");
+  Text product = OLESTR(" BURNER");
+  Text revision = OLESTR("1.00");
+  Text volumeName = OLESTR("\\\\?\\Volume{1}\\");
+  std::vector<Text> volumePaths = {OLESTR("D:\\")};
   LONG legacyNumber = 0;
   bool isRecorder = true;  // the data format supports it
   bool canErase = true;    // the erase format supports it
@@ -52,7 +53,7 @@ struct FakeDrive {
   std::vector<LONG> profiles = {0x0009, 0x1234};
   std::optional<FakeDisc> disc = FakeDisc{};
   // What was done to it.
-  std::u16string lockedBy = {};
+  Text lockedBy = {};
   int locks = 0;
   bool isEjected = false;
 };
@@ -67,9 +68,12 @@ struct Fault {
   HRESULT result = E_FAIL;
   int skip = 0;
   int times = INT_MAX;
-  std::u16string description = {};  // goes into the thread's error object
+  Text description = {};  // goes into the thread's error object
   bool throws = false;
 };
+
+// An error object that says this.
+ComPtr<IErrorInfo> errorObject(Text description);
 
 struct FakeDiscService {
   bool isSupportedEnvironment = true;
@@ -89,11 +93,11 @@ struct FakeDiscService {
   std::vector<std::string> released;  // class of each object, as it went
   int liveObjects = 0;
   std::vector<std::pair<std::string, bool>> trees;  // path, with its base directory
-  std::u16string volumeName;
-  std::u16string workingDirectory;
+  Text volumeName;
+  Text workingDirectory;
   LONG fileSystems = 0;
   bool isStrict = false;
-  std::u16string formatClient;
+  Text formatClient;
   LONG askedSpeed = 0;
 
   // The result that this call is to answer.

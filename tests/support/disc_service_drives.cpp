@@ -18,7 +18,7 @@ SAFEARRAY* numberArray(const std::vector<LONG>& numbers, VARTYPE elementType, VA
   return array;
 }
 
-SAFEARRAY* textArray(const std::vector<std::u16string>& texts) {
+SAFEARRAY* textArray(const std::vector<Text>& texts) {
   SAFEARRAY* const array = SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(texts.size()));
   for (LONG i = 0; i < static_cast<LONG>(texts.size()); ++i) {
     VARIANT element{};

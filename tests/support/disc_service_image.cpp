@@ -2,6 +2,7 @@
 #include <filesystem>
 
 #include "support/disc_service_objects.h"
+#include "support/stub_stream.h"
 
 namespace quillon::test {
 namespace {
@@ -20,32 +21,13 @@ std::uint64_t sizeOf(const FakeDiscService& service) {
   return service.imageBytes.value_or(size);
 }
 
-class Stream final : public Booked<ComObject<IStream, IID_ISequentialStream, IID_IStream>> {
+class Stream final : public Booked<StubStream> {
  public:
   explicit Stream(FakeDiscService& service) : Booked(service, "IStream") {}
 
   HRESULT STDMETHODCALLTYPE Stat(STATSTG* out, DWORD) override {
     return Run("Stat", [&] { return out->cbSize.QuadPart = sizeOf(service_), S_OK; });
   }
-  HRESULT STDMETHODCALLTYPE Read(void*, ULONG, ULONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Write(const void*, ULONG, ULONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER, DWORD, ULARGE_INTEGER*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*,
-                                   ULARGE_INTEGER*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Clone(IStream**) override { return E_NOTIMPL; }
 };
 
 class Result final
@@ -69,7 +51,7 @@ class Directory final
 
   HRESULT STDMETHODCALLTYPE AddTree(BSTR path, VARIANT_BOOL withBase) override {
     return Run("AddTree", [&] {
-      service_.trees.emplace_back(std::filesystem::path(path).string(), withBase == VARIANT_TRUE);
+      service_.trees.emplace_back(Plain(path), withBase == VARIANT_TRUE);
       return S_OK;
     });
   }

@@ -36,7 +36,7 @@ class Booked : public Base {
   std::string name_;
 };
 
-inline HRESULT putText(const std::u16string& text, BSTR* out) {
+inline HRESULT putText(const Text& text, BSTR* out) {
   *out = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
   return S_OK;
 }
@@ -50,7 +50,7 @@ inline HRESULT putFlag(VARIANT_BOOL* out, bool value) {
 }
 SAFEARRAY* numberArray(const std::vector<LONG>& numbers, VARTYPE elementType,
                        VARTYPE arrayType = VT_VARIANT);
-SAFEARRAY* textArray(const std::vector<std::u16string>& texts);
+SAFEARRAY* textArray(const std::vector<Text>& texts);
 
 IDiscMaster2* makeDiscMaster(FakeDiscService& service);
 IDiscRecorder2* makeDiscRecorder(FakeDiscService& service);

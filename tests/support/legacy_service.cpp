@@ -1,8 +1,9 @@
 #include "support/legacy_service.h"
 
-#include <filesystem>
-
 #include "platform/com/com_object.h"
+#ifdef _WIN32
+#include "support/legacy_service_desktop.h"
+#endif
 
 namespace quillon::test {
 
@@ -18,8 +19,6 @@ class Counted : public ComObject<Interface, kIds...> {
   ~Counted() override { --service_.liveObjects; }
   LegacyService& service_;
 };
-
-std::string plain(const OLECHAR* text) { return std::filesystem::path(text).string(); }
 
 std::string contentOf(IStorage& storage, const OLECHAR* name) {
   ComPtr<IStream> stream;
@@ -40,7 +39,7 @@ void readTree(IStorage& storage, const std::string& below,
   if (FAILED(storage.EnumElements(0, nullptr, 0, elements.Put()))) return;
   STATSTG stat{};
   while (elements->Next(1, &stat, nullptr) == S_OK) {
-    const std::string path = below + plain(stat.pwcsName);
+    const std::string path = below + Plain(stat.pwcsName);
     if (stat.type == STGTY_STREAM) {
       out[path] = contentOf(storage, stat.pwcsName);
     } else {
@@ -62,14 +61,14 @@ class Properties final : public Counted<IPropertyStorage, IID_IPropertyStorage> 
                                           const PROPVARIANT* values, PROPID nameFirst) override {
     if (const HRESULT hr = service_.call("WriteMultiple"); FAILED(hr)) return hr;
     if (count != 1 || nameFirst < 2 || specs->ulKind != PRSPEC_LPWSTR ||
-        std::u16string_view(specs->lpwstr) != u"VolumeName" || values->vt != VT_BSTR) {
+        TextView(specs->lpwstr) != OLESTR("VolumeName") || values->vt != VT_BSTR) {
       return E_INVALIDARG;
     }
     name_ = values->bstrVal;
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return service_.call("Commit"); }
-  [[nodiscard]] const std::u16string& name() const { return name_; }
+  [[nodiscard]] const Text& name() const { return name_; }
 
   HRESULT STDMETHODCALLTYPE ReadMultiple(ULONG, const PROPSPEC*, PROPVARIANT*) override {
     return E_NOTIMPL;
@@ -91,7 +90,7 @@ class Properties final : public Counted<IPropertyStorage, IID_IPropertyStorage> 
   HRESULT STDMETHODCALLTYPE Stat(STATPROPSETSTG*) override { return E_NOTIMPL; }
 
  private:
-  std::u16string name_;
+  Text name_;
 };
 
 class Joliet final : public Counted<IJolietDiscMaster, IID_IJolietDiscMaster> {
@@ -263,6 +262,9 @@ HRESULT LegacyService::call(const std::string& name) {
 
 RegisteredLegacyService::RegisteredLegacyService(LegacyService& service, bool hasMaster,
                                                  bool hasBurner) {
+#ifdef _WIN32
+  useDesktopWithStorages();
+#endif
   cookies_.push_back(
       registerClass(CLSID_MSDiscMasterObj, [&service, hasMaster](REFIID riid, void** object) {
         if (!hasMaster) return REGDB_E_CLASSNOTREG;

@@ -8,6 +8,7 @@
 
 #include "platform/imapi.h"
 #include "support/com_class.h"
+#include "support/text.h"
 
 namespace quillon::test {
 
@@ -29,7 +30,7 @@ struct LegacyService {
   // What happened.
   std::vector<std::string> calls;
   std::map<std::string, std::string> files;  // path on the disc to content
-  std::u16string volumeName;
+  Text volumeName;
   std::string record;  // "write", "simulate", with "+eject"
   std::string erase;   // "quick" or "full"
   bool isMasterOpen = false;

@@ -1,0 +1,13 @@
+// The system's own sentences for its codes, which Wine words in its own way.
+#pragma once
+
+#include <string>
+
+#include "platform/com.h"
+
+namespace quillon::test {
+
+// onWindows, or what Wine says instead of it: nothing for a code that it has no sentence for.
+std::string systemSentence(HRESULT code, const std::string& onWindows);
+
+}  // namespace quillon::test
