@@ -10,7 +10,8 @@ namespace quillon::test {
 // Makes one object and answers the interface asked for.
 using CreateObject = std::function<HRESULT(REFIID, void**)>;
 
-// Answers what CoRevokeClassObject takes.
+// Answers what CoRevokeClassObject takes. Windows finds the class only from the apartment that has
+// registered it, and of two registrations takes either: register a class once, where it is created.
 DWORD registerClass(REFCLSID clsid, CreateObject create);
 
 // Hides a class that the layer itself offers, so that creating it fails.
