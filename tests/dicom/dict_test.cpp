@@ -1,23 +1,32 @@
 #include "dicom/dict.h"
 
-#include <gtest/gtest.h>
-
+#include <functional>
 #include <string>
-#include <vector>
+#include <utility>
 
-#include "dir_test_tools.h"
 #include "platform/testing.h"
+#include "toolkit_test_tools.h"
 
-namespace quillon {
+namespace quillon::test {
 namespace {
 
-using test::LoggedLines;
-using Lines = std::vector<std::string>;
+using Dictionary = ToolkitTest;
 
 const std::string kRoot = "1.3.6.1.4.1.64021";
 
-TEST(Dictionary, ATagGivesItsVrItsVmAndItsName) {
-  struct Case {
+// What the dictionary says of a UID; all three questions have the same code.
+std::string rowOf(DcDict& dict, DcUid id, DcCode code = kDcOk) {
+  std::string uid = "before";
+  EXPECT_EQ(dict.getUid(id, &uid), code);
+  std::string description = "before";
+  EXPECT_EQ(dict.getDesc(id, &description), code);
+  DcUidKind kind{9};
+  EXPECT_EQ(dict.getUidType(id, &kind), code);
+  return uid + ", " + std::to_string(static_cast<unsigned>(kind)) + ", " + description;
+}
+
+TEST_F(Dictionary, ATagGivesItsVrItsVmAndItsName) {
+  const struct {
     const char* what;
     DcTag tag;
     DcCode code;
@@ -25,8 +34,7 @@ TEST(Dictionary, ATagGivesItsVrItsVmAndItsName) {
     int vm;
     DcTag foundTag;
     const char* name;
-  };
-  const std::vector<Case> cases{
+  } cases[] = {
       {"first row", 0x00000000, 0, DcVr::UL, 1, 0x00000000, "T_0000_0000_groupLength"},
       {"second row", 0x00000001, 0, DcVr::UL, 1, 0x00000001, "T_0000_0001_commandLengthToEnd"},
       {"last row", 0xFFFEE0DD, 0, DcVr::SI, 1, 0xFFFEE0DD, "T_fffe_e0dd_sequenceDelimitationItem"},
@@ -56,7 +64,7 @@ TEST(Dictionary, ATagGivesItsVrItsVmAndItsName) {
       {"unknown standard tag", 0x00100011, 0x1402, DcVr::UN, 1, 0x00100011, "T_0010_0011"},
       {"beyond the last row", 0xFFFFFFFE, 0x1402, DcVr::UN, 1, 0xFFFFFFFE, "T_ffff_fffe"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     DcDictElemDef def;
     EXPECT_EQ(theDictionary().getElemDef(c.tag, &def), c.code);
@@ -73,13 +81,10 @@ TEST(Dictionary, ATagGivesItsVrItsVmAndItsName) {
   }
 }
 
-TEST(Dictionary, ANameIsCutToSixtyCharacters) {
+TEST_F(Dictionary, ANameIsCutToSixtyCharacters) {
   std::string name;
-  EXPECT_EQ(theDictionary().getDesc(0x00100010, &name), kDcOk);
-  EXPECT_EQ(name, "T_0010_0010_patientsName");
   EXPECT_EQ(theDictionary().getDesc(0x0009, 0x1010, &name), 0x1402U);
   EXPECT_EQ(name, "T_0009_1010");
-
   DcDictElemDef def;
   EXPECT_EQ(theDictionary().getElemDef(0x00041202, &def), kDcOk);
   EXPECT_STREQ(def.name, "T_0004_1202_offsetOfTheLastDirectoryRecordOfTheRootDirectoryEnt");
@@ -87,14 +92,13 @@ TEST(Dictionary, ANameIsCutToSixtyCharacters) {
   EXPECT_EQ(name, "T_0004_1202_offsetOfTheLastDirectoryRecordOfTheRootDirectory");
 }
 
-TEST(Dictionary, EachVrHasItsLimitsAndItsCode) {
-  struct Case {
+TEST_F(Dictionary, EachVrHasItsLimitsAndItsCode) {
+  const struct {
     unsigned vr;
     const char* code;
     std::uint32_t length;
     unsigned sizeClass;
-  };
-  const std::vector<Case> cases{
+  } cases[] = {
       {1, "AE", 16, 0},    {2, "AS", 4, 0},     {3, "AT", 4, 2},     {4, "CS", 16, 0},
       {5, "DA", 22, 0},    {6, "DS", 16, 0},    {7, "DT", 26, 0},    {8, "FL", 4, 3},
       {9, "FD", 8, 4},     {10, "IS", 12, 0},   {11, "LO", 64, 0},   {12, "LT", 10240, 0},
@@ -104,8 +108,7 @@ TEST(Dictionary, EachVrHasItsLimitsAndItsCode) {
       {25, "UN", 0, 0},    {26, "US", 2, 1},    {27, "UT", 0, 0},    {28, nullptr, 0, 1},
       {29, nullptr, 4, 2}, {30, nullptr, 2, 1}, {34, nullptr, 0, 5}, {35, nullptr, 0, 0},
   };
-  LoggedLines log;
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.vr);
     const auto vr = static_cast<DcVr>(c.vr);
     std::uint32_t length = 99;
@@ -122,66 +125,56 @@ TEST(Dictionary, EachVrHasItsLimitsAndItsCode) {
     EXPECT_EQ(theDictionary().getVrDef(c.code, &found), kDcOk);
     EXPECT_EQ(found, vr);
   }
-  EXPECT_EQ(log.take(), Lines{});
+  EXPECT_EQ(logged(), "");
 }
 
-TEST(Dictionary, VrsWithoutLimitsAreRefusedWithOneLine) {
-  LoggedLines log;
-  for (const unsigned vr : {0U, 31U, 32U, 33U, 36U, 4711U}) {
-    SCOPED_TRACE(vr);
-    const Lines expected{vr == 31 ? "Retired Data Element"
-                                  : "Enum constant VR " + std::to_string(vr) + " (0x" +
-                                        (vr == 4711 ? "1267"
-                                         : vr == 36 ? "24"
-                                         : vr == 33 ? "21"
-                                         : vr == 32 ? "20"
-                                                    : "0") +
-                                        ") is not in dictionary"};
+// Asked for the code, only an enum outside the list is logged.
+TEST_F(Dictionary, VrsWithoutLimitsAreRefusedWithOneLine) {
+  const auto noVr = [](const char* number) {
+    return "Enum constant VR " + std::string(number) + " is not in dictionary";
+  };
+  const struct {
+    unsigned vr;
+    std::string message;
+  } cases[] = {{0, noVr("0 (0x0)")},    {31, "Retired Data Element"},
+               {32, noVr("32 (0x20)")}, {33, noVr("33 (0x21)")},
+               {36, noVr("36 (0x24)")}, {4711, noVr("4711 (0x1267)")}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.vr);
+    const auto vr = static_cast<DcVr>(c.vr);
     std::uint32_t length = 99;
-    EXPECT_EQ(DcDict::getVrLen(static_cast<DcVr>(vr), &length), 0x1402U);
+    EXPECT_EQ(DcDict::getVrLen(vr, &length), 0x1402U);
     EXPECT_EQ(length, 0U);
-    EXPECT_EQ(log.take(), expected);
-    EXPECT_EQ(log.lastFunction(), "DcDict::getVrLen");
+    EXPECT_EQ(logged(), c.message);
+    EXPECT_EQ(lastFunction(), "DcDict::getVrLen");
     DcSizeClass sizeClass{99};
-    EXPECT_EQ(DcDict::getVrSize(static_cast<DcVr>(vr), &sizeClass), 0x1402U);
+    EXPECT_EQ(DcDict::getVrSize(vr, &sizeClass), 0x1402U);
     EXPECT_EQ(sizeClass, DcSizeClass::NoScalar);
-    EXPECT_EQ(log.take(), expected);
-    EXPECT_EQ(log.lastFunction(), "DcDict::getVrSize");
-  }
-}
-
-TEST(Dictionary, OnlyAnEnumOutsideTheListIsLoggedWhenItsCodeIsAsked) {
-  LoggedLines log;
-  for (const unsigned vr : {0U, 28U, 29U, 30U, 31U, 32U, 33U, 34U, 35U}) {
-    SCOPED_TRACE(vr);
+    EXPECT_EQ(logged(), c.message);
+    EXPECT_EQ(lastFunction(), "DcDict::getVrSize");
     std::string code = "before";
-    EXPECT_EQ(theDictionary().getVr(static_cast<DcVr>(vr), &code), 0x1402U);
+    EXPECT_EQ(theDictionary().getVr(vr, &code), 0x1402U);
     EXPECT_EQ(code, "");
-    EXPECT_EQ(log.take(), Lines{});
+    EXPECT_EQ(logged(), c.vr > 35 ? c.message : "");
   }
   std::string code = "before";
-  EXPECT_EQ(theDictionary().getVr(static_cast<DcVr>(36), &code), 0x1402U);
-  EXPECT_EQ(code, "");
-  EXPECT_EQ(log.take(), Lines{"Enum constant VR 36 (0x24) is not in dictionary"});
-
   EXPECT_EQ(theDictionary().getVr(DcTag{0x00100010}, &code), kDcOk);
   EXPECT_EQ(code, "PN");
   EXPECT_EQ(theDictionary().getVr(0x0009, 0x1010, &code), 0x1402U);
   EXPECT_EQ(code, "");
-  EXPECT_EQ(log.take(), Lines{});
+  EXPECT_EQ(logged(), "");
 }
 
-TEST(Dictionary, TheCodeOfAVrIsTwoUpperCaseLetters) {
-  struct Case {
+TEST_F(Dictionary, TheCodeOfAVrIsTwoUpperCaseLetters) {
+  const struct {
     const char* code;
     DcVr vr;
-    const char* message;
-  };
-  const std::vector<Case> cases{
-      {"SQ", DcVr::SQ, nullptr},
-      {"PNabc", DcVr::PN, nullptr},
-      {"OX", DcVr::OX, nullptr},
-      {"SI", DcVr::SI, nullptr},
+    std::string message;
+  } cases[] = {
+      {"SQ", DcVr::SQ, ""},
+      {"PNabc", DcVr::PN, ""},
+      {"OX", DcVr::OX, ""},
+      {"SI", DcVr::SI, ""},
       {"pn", DcVr::None, "Unknown VR string 'pn'"},
       {"ZZTOP", DcVr::None, "Unknown VR string 'ZZ'"},
       {"?! ", DcVr::None, "Unknown VR string '?!'"},
@@ -190,191 +183,150 @@ TEST(Dictionary, TheCodeOfAVrIsTwoUpperCaseLetters) {
       {"P\x01", DcVr::None, "Unknown VR string '0x50 0x01'"},
       {"\xC4N", DcVr::None, "Unknown VR string '0xc4 0x4e'"},
   };
-  LoggedLines log;
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.code);
     DcVr vr = DcVr::EX;
-    EXPECT_EQ(theDictionary().getVrDef(c.code, &vr), c.message == nullptr ? 0U : 0x1402U);
+    EXPECT_EQ(theDictionary().getVrDef(c.code, &vr), c.message.empty() ? 0U : 0x1402U);
     EXPECT_EQ(vr, c.vr);
-    EXPECT_EQ(log.take(), c.message == nullptr ? Lines{} : Lines{c.message});
+    EXPECT_EQ(logged(), c.message);
   }
 }
 
-TEST(Dictionary, NullArgumentsAreRefusedWithOneLine) {
-  LoggedLines log;
-  const auto expectOneLine = [&log](const char* function) {
-    EXPECT_EQ(log.take(), Lines{"Null argument passed"});
-    EXPECT_EQ(log.lastFunction(), function);
-  };
+TEST_F(Dictionary, NullArgumentsAreRefusedWithOneLine) {
   DcDict dict;
   DcVr vr = DcVr::PN;
-  EXPECT_EQ(dict.getVrDef(nullptr, &vr), 0x1403U);
-  EXPECT_EQ(vr, DcVr::None);
-  expectOneLine("DcDict::getVrDef");
   DcUid id{7};
-  EXPECT_EQ(dict.getUidDef(nullptr, &id), 0x1403U);
+  DcUid added{7};
+  const struct {
+    const char* function;
+    std::function<DcCode()> call;
+  } cases[] = {
+      {"DcDict::getVrDef", [&] { return dict.getVrDef(nullptr, &vr); }},
+      {"DcDict::getUidDef", [&] { return dict.getUidDef(nullptr, &id); }},
+      {"DcDict::getUid", [&] { return dict.getUid(DcUid{1}, nullptr); }},
+      {"DcDict::getDesc", [&] { return dict.getDesc(DcTag{0x00100010}, nullptr); }},
+      {"DcDict::add", [&] { return dict.add(nullptr, "text", &added, DcUidKind::Other); }},
+      {"DcDict::genUid", [&] { return dict.genUid(nullptr), DcCode{0x1403}; }},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(c.call(), 0x1403U);
+    EXPECT_EQ(logged(), "Null argument passed");
+    EXPECT_EQ(lastFunction(), c.function);
+  }
+  EXPECT_EQ(vr, DcVr::None);
   EXPECT_EQ(id, DcUid::None);
-  expectOneLine("DcDict::getUidDef");
-  EXPECT_EQ(dict.getUid(DcUid{1}, nullptr), 0x1403U);
-  expectOneLine("DcDict::getUid");
-  EXPECT_EQ(dict.getDesc(DcTag{0x00100010}, nullptr), 0x1403U);
-  expectOneLine("DcDict::getDesc");
-  id = DcUid{7};
-  EXPECT_EQ(dict.add(nullptr, "text", &id, DcUidKind::Other), 0x1403U);
-  EXPECT_EQ(id, DcUid::None);
-  expectOneLine("DcDict::add");
-  dict.genUid(nullptr);
-  expectOneLine("DcDict::genUid");
+  EXPECT_EQ(added, DcUid::None);
 }
 
-TEST(Dictionary, AUidGivesItsIdItsKindAndItsDescription) {
-  struct Case {
-    unsigned id;
-    DcUidKind kind;
-    const char* uid;
-    const char* description;
-  };
-  const std::vector<Case> cases{
-      {1, DcUidKind::SopClass, "1.2.840.10008.1.1", "Verification"},
-      {12, DcUidKind::Other, "1.2.840.10008.2.6.1", "DICOM UID Registry"},
-      {14, DcUidKind::Other, "1.2.840.10008.3.1.1.1", "DICOM App Context Name"},
-      {15, DcUidKind::SopClass, "1.2.840.10008.3.1.2.1.1", "Patient Management Detached"},
-      {62, DcUidKind::SopClass, "1.2.840.10008.5.1.4.1.1.2", "CT Image Storage"},
-      {171, DcUidKind::SopClass, "1.2.840.10008.5.1.4.42", "Substance Approval Query SOP"},
-      {172, DcUidKind::TransferSyntax, "1.2.840.10008.1.2", "Little Endian Implicit"},
-      {205, DcUidKind::TransferSyntax, "1.2.840.10008.1.2.6.2", "XML"},
-      {206, DcUidKind::SopClass, "1.3.6.1.4.1.64021.5.1.4.1", "Palvex3 LZW Storage"},
-      {207, DcUidKind::TransferSyntax, "1.3.6.1.4.1.64021.1.2.1", "Palvex3 LZW"},
-      {209, DcUidKind::SopClass, "1.2.840.113619.4.5.251", "GE Machine Storage"},
+TEST_F(Dictionary, AUidGivesItsIdItsKindAndItsDescription) {
+  const std::pair<unsigned, const char*> rows[] = {
+      {1, "1.2.840.10008.1.1, 1, Verification"},
+      {12, "1.2.840.10008.2.6.1, 0, DICOM UID Registry"},
+      {14, "1.2.840.10008.3.1.1.1, 0, DICOM App Context Name"},
+      {15, "1.2.840.10008.3.1.2.1.1, 1, Patient Management Detached"},
+      {62, "1.2.840.10008.5.1.4.1.1.2, 1, CT Image Storage"},
+      {171, "1.2.840.10008.5.1.4.42, 1, Substance Approval Query SOP"},
+      {172, "1.2.840.10008.1.2, 2, Little Endian Implicit"},
+      {205, "1.2.840.10008.1.2.6.2, 2, XML"},
+      {206, "1.3.6.1.4.1.64021.5.1.4.1, 1, Palvex3 LZW Storage"},
+      {207, "1.3.6.1.4.1.64021.1.2.1, 2, Palvex3 LZW"},
+      {209, "1.2.840.113619.4.5.251, 1, GE Machine Storage"},
   };
   DcDict dict;
-  LoggedLines log;
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.uid);
-    const auto id = static_cast<DcUid>(c.id);
-    std::string text;
-    EXPECT_EQ(dict.getUid(id, &text), kDcOk);
-    EXPECT_EQ(text, c.uid);
-    EXPECT_EQ(dict.getDesc(id, &text), kDcOk);
-    EXPECT_EQ(text, c.description);
-    DcUidKind kind{9};
-    EXPECT_EQ(dict.getUidType(id, &kind), kDcOk);
-    EXPECT_EQ(kind, c.kind);
-    DcUid found = DcUid::None;
-    EXPECT_EQ(dict.getUidDef(c.uid, &found), kDcOk);
-    EXPECT_EQ(found, id);
-  }
-  // Each of the 209 finds itself again.
+  for (const auto& [id, row] : rows) EXPECT_EQ(rowOf(dict, DcUid{id}), row);
   for (unsigned id = 1; id <= 209; ++id) {
     std::string text;
-    ASSERT_EQ(dict.getUid(static_cast<DcUid>(id), &text), kDcOk);
+    ASSERT_EQ(dict.getUid(DcUid{id}, &text), kDcOk);
     DcUid found = DcUid::None;
     ASSERT_EQ(dict.getUidDef(text.c_str(), &found), kDcOk);
-    ASSERT_EQ(static_cast<unsigned>(found), id);
+    ASSERT_EQ(found, DcUid{id});
   }
-  EXPECT_EQ(log.take(), Lines{});
+  EXPECT_EQ(logged(), "");
 }
 
-TEST(Dictionary, UnknownUidsLeaveTheDefaults) {
+TEST_F(Dictionary, UnknownUidsLeaveTheDefaults) {
   DcDict dict;
-  LoggedLines log;
-  std::string text = "before";
-  EXPECT_EQ(dict.getUid(DcUid::None, &text), 0x1402U);
-  EXPECT_EQ(text, "");
-  EXPECT_EQ(log.take(), Lines{});
-  text = "before";
-  EXPECT_EQ(dict.getUid(DcUid{210}, &text), 0x1402U);
-  EXPECT_EQ(text, "");
-  EXPECT_EQ(log.take(), Lines{"Enum constant UID 210 (0xd2) is not in dictionary"});
-  EXPECT_EQ(dict.getUid(DcUid{0xFFFFFFFF}, &text), 0x1402U);
-  EXPECT_EQ(log.take(), Lines{"Enum constant UID -1 (0xffffffff) is not in dictionary"});
-  EXPECT_EQ(dict.getDesc(DcUid{210}, &text), 0x1402U);
-  EXPECT_EQ(text, "Unknown UID");
-  DcUidKind kind = DcUidKind::SopClass;
-  EXPECT_EQ(dict.getUidType(DcUid{210}, &kind), 0x1402U);
-  EXPECT_EQ(kind, DcUidKind::Other);
+  const std::pair<unsigned, const char*> unknown[] = {
+      {0, ""},
+      {210, "Enum constant UID 210 (0xd2) is not in dictionary"},
+      {0xFFFFFFFF, "Enum constant UID -1 (0xffffffff) is not in dictionary"}};
+  for (const auto& [id, message] : unknown) {
+    EXPECT_EQ(rowOf(dict, DcUid{id}, 0x1402), ", 0, Unknown UID");
+    EXPECT_EQ(logged(), message);
+  }
   for (const char* uid : {"", "1.2.840.10008.1.2 ", "1.2.840.10008.1.", "1.2.840.10008.1.22"}) {
     DcUid id{7};
     EXPECT_EQ(dict.getUidDef(uid, &id), 0x1402U) << uid;
     EXPECT_EQ(id, DcUid::None);
   }
-  EXPECT_EQ(log.take(), Lines{});
+  EXPECT_EQ(logged(), "");
 }
 
-TEST(Dictionary, OnlyOneTransferSyntaxIsBigEndian) {
-  struct Case {
+TEST_F(Dictionary, OnlyOneTransferSyntaxIsBigEndian) {
+  const struct {
     unsigned id;
     DcCode code;
     int order;
-    Lines lines;
+    const char* message;
+  } cases[] = {
+      {172, 0, 0, ""},
+      {173, 0, 0, ""},
+      {175, 0, 1, ""},
+      {176, 0, 0, ""},
+      {207, 0, 0, ""},
+      {2, 0x1408, 2, "'1.2.840.10008.1.3.10' is not a Transfer Syntax UID"},
+      {0, 0x1408, 2, "'' is not a Transfer Syntax UID"},
   };
-  const std::vector<Case> cases{
-      {172, 0, 0, {}},
-      {173, 0, 0, {}},
-      {175, 0, 1, {}},
-      {176, 0, 0, {}},
-      {207, 0, 0, {}},
-      {2, 0x1408, 2, {"'1.2.840.10008.1.3.10' is not a Transfer Syntax UID"}},
-      {0, 0x1408, 2, {"'' is not a Transfer Syntax UID"}},
-  };
-  LoggedLines log;
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.id);
     int order = 9;
     EXPECT_EQ(theDictionary().getEndian(static_cast<DcUid>(c.id), &order), c.code);
     EXPECT_EQ(order, c.order);
-    EXPECT_EQ(log.take(), c.lines);
+    EXPECT_EQ(logged(), c.message);
   }
 }
 
-TEST(Dictionary, AnAddedUidIsCleanedCheckedAndKnownFromThenOn) {
+TEST_F(Dictionary, AnAddedUidIsCleanedCheckedAndKnownFromThenOn) {
   DcDict dict;
-  LoggedLines log;
-  DcUid id = DcUid::None;
-  EXPECT_EQ(dict.add("\t1.2.3 ", "Private Image Storage", &id, DcUidKind::SopClass), kDcOk);
-  EXPECT_EQ(static_cast<unsigned>(id), 210U);
-  DcUidKind kind{9};
-  EXPECT_EQ(dict.getUidType(id, &kind), kDcOk);
-  EXPECT_EQ(kind, DcUidKind::SopClassAdded);
-  std::string text;
-  EXPECT_EQ(dict.getUid(id, &text), kDcOk);
-  EXPECT_EQ(text, "1.2.3");
-
-  DcUid again = DcUid::None;
-  EXPECT_EQ(dict.add("1.2.3", nullptr, &again, DcUidKind::SopClass), 0x1401U);
-  EXPECT_EQ(again, id);
-  EXPECT_EQ(log.take(), Lines{"UID '1.2.3' already exists in dictionary"});
-  EXPECT_EQ(log.lastFunction(), "DcDict::add");
-
+  // 128 characters of the UID and 60 of the description count.
+  const std::string longUid = "1." + std::string(126, '3');
+  const std::string longText(60, 'd');
+  const struct {
+    std::string uid;
+    std::string description;
+    DcUidKind kind;
+    DcCode code;
+    unsigned id;
+    std::string row;
+    const char* message;
+  } cases[] = {
+      {"\t1.2.3 ", "Mine", DcUidKind::SopClass, 0, 210, "1.2.3, 4, Mine", ""},
+      {"1.2.3", "Yours", DcUidKind::Other, 0x1401, 210, "1.2.3, 4, Mine",
+       "UID '1.2.3' already exists in dictionary"},
+      {longUid + "456", longText + "d", DcUidKind::Other, 0, 211, longUid + ", 0, " + longText, ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.uid);
+    DcUid id = DcUid::None;
+    EXPECT_EQ(dict.add(c.uid.c_str(), c.description.c_str(), &id, c.kind), c.code);
+    EXPECT_EQ(logged(), c.message);
+    EXPECT_EQ(id, DcUid{c.id});
+    EXPECT_EQ(rowOf(dict, id), c.row);
+  }
+  EXPECT_EQ(lastFunction(), "DcDict::add");
+  EXPECT_EQ(dict.add("1.2.4", nullptr, nullptr, DcUidKind::TransferSyntax), kDcOk);
+  EXPECT_EQ(rowOf(dict, DcUid{212}), "1.2.4, 2, Private UID");
+  int order = 9;
+  EXPECT_EQ(dict.getEndian(DcUid{212}, &order), kDcOk);
+  EXPECT_EQ(order, 0);
   DcUid untouched{7};
   EXPECT_EQ(dict.add("1.2.x.4", "text", &untouched, DcUidKind::Other), 0x1408U);
   EXPECT_EQ(untouched, DcUid{7});
-  EXPECT_EQ(log.take(), Lines{"Invalid character 'x' in UID string 1.2.x.4"});
-
-  EXPECT_EQ(dict.add("1.2.4", nullptr, nullptr, DcUidKind::TransferSyntax), kDcOk);
-  EXPECT_EQ(dict.getUidDef("1.2.4", &id), kDcOk);
-  EXPECT_EQ(static_cast<unsigned>(id), 211U);
-  EXPECT_EQ(dict.getDesc(id, &text), kDcOk);
-  EXPECT_EQ(text, "Private UID");
-  int order = 9;
-  EXPECT_EQ(dict.getEndian(id, &order), kDcOk);
-  EXPECT_EQ(order, 0);
-
-  // 128 characters of the UID and 60 of the description count.
-  const std::string longUid = "1." + std::string(126, '3');
-  EXPECT_EQ(
-      dict.add((longUid + "456").c_str(), std::string(61, 'd').c_str(), &id, DcUidKind::Other),
-      kDcOk);
-  EXPECT_EQ(dict.getUid(id, &text), kDcOk);
-  EXPECT_EQ(text, longUid);
-  EXPECT_EQ(dict.getDesc(id, &text), kDcOk);
-  EXPECT_EQ(text, std::string(60, 'd'));
-  EXPECT_EQ(log.take(), Lines{});
+  EXPECT_EQ(logged(), "Invalid character 'x' in UID string 1.2.x.4");
 }
 
-TEST(Dictionary, TheUidTableHolds256) {
+TEST_F(Dictionary, TheUidTableHolds256) {
   DcDict dict;
-  LoggedLines log;
   for (int i = 210; i <= 256; ++i) {
     DcUid id = DcUid::None;
     const std::string uid = "1.2.9." + std::to_string(i);
@@ -385,29 +337,19 @@ TEST(Dictionary, TheUidTableHolds256) {
   }
   DcUid id{7};
   EXPECT_EQ(dict.add("1.2.9.257", nullptr, &id, DcUidKind::Other), 0x1404U);
-  EXPECT_EQ(log.take(), Lines{"Dictionary UID limit of 256 reached"});
+  EXPECT_EQ(logged(), "Dictionary UID limit of 256 reached");
   EXPECT_EQ(dict.getUidDef("1.2.9.257", &id), 0x1402U);
 }
 
 #ifndef _WIN32  // the clock is the layer's
-TEST(Dictionary, ANewUidIsTheRootTheTimeAndACounter) {
+TEST_F(Dictionary, ANewUidIsTheRootTheTimeAndACounter) {
   platform::testing::Scope restoreClock;
-  platform::testing::SubstituteClock([] {
-    SYSTEMTIME time{};
-    time.wYear = 2009;
-    time.wMonth = 3;
-    time.wDay = 5;
-    time.wHour = 7;
-    time.wMinute = 0;
-    time.wSecond = 9;
-    return time;
-  });
-  struct Case {
+  platform::testing::SubstituteClock([] { return SYSTEMTIME{2009, 3, 0, 5, 7, 0, 9, 0}; });
+  const struct {
     const char* what;
     std::string given;
     std::string root;
-  };
-  const std::vector<Case> cases{
+  } cases[] = {
       {"nothing", "", kRoot},
       {"other root", "1.2.840.1.12345", kRoot},
       {"the root alone", kRoot, kRoot},
@@ -424,7 +366,7 @@ TEST(Dictionary, ANewUidIsTheRootTheTimeAndACounter) {
   };
   DcDict dict;
   int counter = 1;
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     std::string uid = c.given;
     dict.genUid(&uid);
@@ -433,21 +375,16 @@ TEST(Dictionary, ANewUidIsTheRootTheTimeAndACounter) {
 }
 #endif
 
-TEST(Dictionary, TheUidCounterWrapsAt65536) {
+TEST_F(Dictionary, TheUidCounterWrapsAt65536) {
   DcDict dict;
-  std::string uid;
-  const auto counter = [&uid] { return uid.substr(uid.rfind('.') + 1); };
-  for (int i = 0; i < 65'535; ++i) {
-    uid.clear();
+  for (int i = 1; i <= 65'536; ++i) {
+    std::string uid;
     dict.genUid(&uid);
+    ASSERT_TRUE(uid.ends_with("." + std::to_string(i % 65'536))) << uid;
   }
-  EXPECT_EQ(counter(), "65535");
-  uid.clear();
-  dict.genUid(&uid);
-  EXPECT_EQ(counter(), "0");
 }
 
-TEST(Dictionary, CommandsHaveNames) {
+TEST_F(Dictionary, CommandsHaveNames) {
   std::string name;
   EXPECT_EQ(DcDict::getDesc(DcCommandField{0x8021}, &name), kDcOk);
   EXPECT_EQ(name, "C-MOVE Response");
@@ -458,4 +395,4 @@ TEST(Dictionary, CommandsHaveNames) {
 }
 
 }  // namespace
-}  // namespace quillon
+}  // namespace quillon::test

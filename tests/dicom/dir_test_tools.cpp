@@ -1,10 +1,6 @@
 #include "dir_test_tools.h"
 
-#include <fstream>
 #include <stdexcept>
-
-#include "dicom/dict.h"
-#include "dicom/log.h"
 
 namespace quillon::test {
 
@@ -14,37 +10,6 @@ constexpr std::size_t kMetaAt = 132;
 constexpr std::uint32_t kSequence = 0x00041220;
 
 }  // namespace
-
-LoggedLines::LoggedLines() {
-  theDictionary();
-  for (const DcLogLevel level : {DcLogLevel::Error, DcLogLevel::Warning}) {
-    dcTheLog()->setFile(level, (dir_ / "log").string());
-  }
-}
-
-LoggedLines::~LoggedLines() {
-  for (const DcLogLevel level : {DcLogLevel::Error, DcLogLevel::Warning}) {
-    dcTheLog()->setFile(level, "");
-  }
-}
-
-std::vector<std::string> LoggedLines::take() {
-  std::vector<std::string> messages;
-  std::ifstream in(dir_ / "log");
-  for (std::string line; std::getline(in, line);) {
-    const std::size_t open = line.find('<');
-    const std::size_t close = line.find("> ", open);
-    if (open == std::string::npos || close == std::string::npos) {
-      messages.push_back(line);
-      continue;
-    }
-    lastFunction_ = line.substr(open + 1, close - open - 1);
-    messages.push_back(line.substr(close + 2));
-  }
-  in.close();
-  std::filesystem::remove(dir_ / "log");
-  return messages;
-}
 
 void makeReferredFile(const std::filesystem::path& file, std::string_view sopClassUid,
                       std::string_view sopInstanceUid, std::string_view transferSyntaxUid) {
@@ -137,6 +102,11 @@ std::string treeOf(const DcDirRec& parent) {
 
 DcDirRec* addRecord(DcDirRec& parent, DcDirRecType type) {
   return parent.addLower(std::make_unique<DcDirRec>(type));
+}
+
+DcDirRec* addSeries(DcDirRec& root) {
+  DcDirRec* const study = addRecord(*addRecord(root, DcDirRecType::Patient), DcDirRecType::Study);
+  return addRecord(*study, DcDirRecType::Series);
 }
 
 void addTextKey(DcDirRec& record, DcTag tag, const char* text) {

@@ -1,38 +1,17 @@
-// What the DICOMDIR tests share: the log as text, files to refer to, and a DICOMDIR taken apart by
-// hand, independently of the toolkit's reader.
+// What the DICOMDIR tests share: files to refer to, and a DICOMDIR taken apart by hand,
+// independently of the toolkit's reader.
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "dicom/dir_dicom_dir.h"
-#include "support/dicom_bytes.h"
-#include "support/temp_dir.h"
+#include "toolkit_test_tools.h"
 
 namespace quillon::test {
-
-// Collects what the toolkit logs while it lives.
-class LoggedLines {
- public:
-  LoggedLines();
-  ~LoggedLines();
-  LoggedLines(const LoggedLines&) = delete;
-  LoggedLines& operator=(const LoggedLines&) = delete;
-
-  // The messages so far, without time stamp and function, and forgets them.
-  std::vector<std::string> take();
-  // The function of the last line that take() returned.
-  [[nodiscard]] const std::string& lastFunction() const { return lastFunction_; }
-
- private:
-  TempDir dir_;
-  std::string lastFunction_;
-};
 
 // A DICOM file with no more than what a record refers to.
 void makeReferredFile(const std::filesystem::path& file, std::string_view sopClassUid,
@@ -78,6 +57,8 @@ class RawDicomDir {
 std::string treeOf(const DcDirRec& parent);
 
 DcDirRec* addRecord(DcDirRec& parent, DcDirRecType type);
+// A new PATIENT's STUDY's SERIES.
+DcDirRec* addSeries(DcDirRec& root);
 void addTextKey(DcDirRec& record, DcTag tag, const char* text);
 
 }  // namespace quillon::test

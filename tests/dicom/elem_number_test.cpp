@@ -1,84 +1,69 @@
 // Data elements whose values are numbers or bytes.
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "dicom/dict.h"
-#include "elem_test_tools.h"
+#include "toolkit_test_tools.h"
 
-namespace quillon {
+namespace quillon::test {
 namespace {
 
-using test::Element;
-using test::kPixelData;
-using test::kPrivate;
-using test::Lines;
-using test::Values;
-using test::valuesOf;
+using Element = ToolkitTest;
+
+template <auto kValue>
+DcCode add(DcElem& element) {
+  return element.addValue(kValue);
+}
 
 TEST_F(Element, NumbersBecomeWhatTheVrStores) {
-  struct Case {
+  const struct {
+    const char* type;
+    DcCode (*add)(DcElem&);
+  } types[] = {{"short", add<std::int16_t{-2}>},
+               {"unsigned short", add<std::uint16_t{65535}>},
+               {"long", add<-70000>},
+               {"unsigned long", add<4'000'000'000U>},
+               {"float", [](DcElem& e) { return e.addValue(0.1F); }},
+               {"double float", [](DcElem& e) { return e.addValue(1'234'567.0); }}};
+  const struct {
     DcVr vr;
-    const char* asShort;
-    const char* asUnsignedShort;
-    const char* asLong;
-    const char* asUnsignedLong;
-    const char* asFloat;
-    const char* asDouble;
+    const char* stored[6];  // null: refused
+  } cases[] = {
+      {DcVr::DS, {"-2", "65535", "-70000", "4000000000", "0.1", "1.23457e+06"}},
+      {DcVr::IS, {"-2", "65535", "-70000", "4000000000"}},
+      {DcVr::FL, {"-2", "65535", "-70000", "4e+09", "0.1", "1.23457e+06"}},
+      {DcVr::FD, {"-2", "65535", "-70000", "4e+09", nullptr, "1.23457e+06"}},
+      {DcVr::SL, {"-2", "65535", "-70000", "-294967296"}},
+      {DcVr::SS, {"-2", "-1", "-4464", "10240"}},
+      {DcVr::XS, {"-2", "-1", "-4464", "10240"}},
+      {DcVr::UL, {"4294967294", "65535", "4294897296", "4000000000"}},
+      {DcVr::US, {"65534", "65535", "61072", "10240"}},
+      {DcVr::AT, {nullptr, nullptr, "(fffe,ee90)", "(ee6b,2800)"}},
+      {DcVr::CS, {}},
+      {DcVr::UN, {}},
+      {DcVr::UI, {}},
   };
-  // Values: -2, 65535, -70000, 4000000000, 0.1f, 1234567.0. Null: refused.
-  const std::vector<Case> cases{
-      {DcVr::DS, "-2", "65535", "-70000", "4000000000", "0.1", "1.23457e+06"},
-      {DcVr::IS, "-2", "65535", "-70000", "4000000000", nullptr, nullptr},
-      {DcVr::FL, "-2", "65535", "-70000", "4e+09", "0.1", "1.23457e+06"},
-      {DcVr::FD, "-2", "65535", "-70000", "4e+09", nullptr, "1.23457e+06"},
-      {DcVr::SL, "-2", "65535", "-70000", "-294967296", nullptr, nullptr},
-      {DcVr::SS, "-2", "-1", "-4464", "10240", nullptr, nullptr},
-      {DcVr::XS, "-2", "-1", "-4464", "10240", nullptr, nullptr},
-      {DcVr::UL, "4294967294", "65535", "4294897296", "4000000000", nullptr, nullptr},
-      {DcVr::US, "65534", "65535", "61072", "10240", nullptr, nullptr},
-      {DcVr::AT, nullptr, nullptr, "(fffe,ee90)", "(ee6b,2800)", nullptr, nullptr},
-      {DcVr::CS, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
-      {DcVr::UN, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
-      {DcVr::UI, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
-  };
-  const auto expect = [this](DcVr vr, const char* type, const char* expected,
-                             const std::function<DcCode(DcElem&)>& add) {
-    SCOPED_TRACE(type);
-    DcElem element(kPrivate, vr);
+  for (const auto& c : cases) {
     std::string code;
-    theDictionary().getVr(vr, &code);
-    const DcCode result = add(element);
-    if (expected == nullptr) {
-      EXPECT_EQ(result, 0x1602U);
-      EXPECT_EQ(log_.take(), Lines{"Element (0009,1010) VR=" + code + ", does not accept " + type});
-      EXPECT_EQ(log_.lastFunction(), "DcElem::addValue");
-    } else {
-      EXPECT_EQ(result, kDcOk);
-      EXPECT_EQ(valuesOf(element), Values{expected});
+    theDictionary().getVr(c.vr, &code);
+    for (std::size_t i = 0; i < std::size(types); ++i) {
+      const std::string type = types[i].type;
+      SCOPED_TRACE(code + " from " + type);
+      DcElem element(kPrivate, c.vr);
+      EXPECT_EQ(types[i].add(element), c.stored[i] == nullptr ? 0x1602U : kDcOk);
+      if (c.stored[i] != nullptr) {
+        EXPECT_EQ(valuesOf(element), c.stored[i]);
+        continue;
+      }
+      EXPECT_EQ(logged(), "Element (0009,1010) VR=" + code + ", does not accept " + type);
+      EXPECT_EQ(lastFunction(), "DcElem::addValue");
     }
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(static_cast<unsigned>(c.vr));
-    expect(c.vr, "short", c.asShort,
-           [](DcElem& e) { return e.addValue(static_cast<std::int16_t>(-2)); });
-    expect(c.vr, "unsigned short", c.asUnsignedShort,
-           [](DcElem& e) { return e.addValue(static_cast<std::uint16_t>(65535)); });
-    expect(c.vr, "long", c.asLong, [](DcElem& e) { return e.addValue(-70000); });
-    expect(c.vr, "unsigned long", c.asUnsignedLong,
-           [](DcElem& e) { return e.addValue(4'000'000'000U); });
-    expect(c.vr, "float", c.asFloat, [](DcElem& e) { return e.addValue(0.1F); });
-    expect(c.vr, "double float", c.asDouble, [](DcElem& e) { return e.addValue(1'234'567.0); });
   }
 }
 
 TEST_F(Element, TextBecomesTheNumberThatTheVrStores) {
-  struct Case {
+  const struct {
     DcVr vr;
     const char* text;
     const char* stored;
-  };
-  const std::vector<Case> cases{
+  } cases[] = {
       {DcVr::SL, "-2147483648", "-2147483648"},
       {DcVr::SL, "99999999999", "2147483647"},
       {DcVr::UL, "4294967295", "4294967295"},
@@ -94,45 +79,44 @@ TEST_F(Element, TextBecomesTheNumberThatTheVrStores) {
       {DcVr::FD, "0.5e400", "inf"},
       {DcVr::FD, "e", "0"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.text);
     DcElem element(kPrivate, c.vr);
     EXPECT_EQ(element.addValue(c.text), kDcOk);
-    EXPECT_EQ(valuesOf(element), Values{c.stored});
+    EXPECT_EQ(valuesOf(element), c.stored);
   }
 }
 
 TEST_F(Element, BulkBytesAreCopiedAndHandedOutAsViews) {
-  std::vector<std::uint8_t> bytes{1, 2, 3, 4};
+  Bytes bytes{1, 2, 3, 4};
   DcElem element(kPixelData);
-  EXPECT_EQ(element.addValue(bytes.data(), 4, DcUid{176}), kDcOk);
-  EXPECT_EQ(element.transferSyntax(), DcUid{176});
+  EXPECT_EQ(element.addValue(bytes.data(), 4, kJpeg), kDcOk);
+  EXPECT_EQ(element.transferSyntax(), kJpeg);
   bytes.assign(4, 0);
   DcElemValueBuf segment;
   EXPECT_EQ(element.getValue(segment), kDcOk);
   EXPECT_FALSE(segment.ownsMemory());
   EXPECT_EQ(segment.lengthBytes(), 4U);
-  EXPECT_EQ(segment.transferSyntax(), DcUid{176});
+  EXPECT_EQ(segment.transferSyntax(), kJpeg);
   EXPECT_EQ(segment.data()[3], 4);
   EXPECT_EQ(segment.data(), element.segments()[0].data());
 
-  EXPECT_EQ(element.addValue(nullptr, 4, DcUid{173}), 0x1602U);
-  EXPECT_EQ(element.addValue(bytes.data(), 0, DcUid{173}), 0x1602U);
-  EXPECT_EQ(log_.take(), Lines{});
+  EXPECT_EQ(element.addValue(nullptr, 4, kExplicit), 0x1602U);
+  EXPECT_EQ(element.addValue(bytes.data(), 0, kExplicit), 0x1602U);
+  EXPECT_EQ(logged(), "");
   EXPECT_EQ(element.addValue(bytes.data(), 4, DcUid{2}), 0x1605U);
   EXPECT_EQ(element.valueCount(), 1);
-  EXPECT_EQ(element.transferSyntax(), DcUid{176});
-  log_.take();
+  EXPECT_EQ(element.transferSyntax(), kJpeg);
+  logged();
   DcElem text(kPrivate, DcVr::LO);
-  EXPECT_EQ(text.addValue(bytes.data(), 4, DcUid{173}), 0x1602U);
-  EXPECT_EQ(log_.take(), Lines{"Element (0009,1010) VR=LO, does not accept raw buffers"});
+  EXPECT_EQ(text.addValue(bytes.data(), 4, kExplicit), 0x1602U);
+  EXPECT_EQ(logged(), "Element (0009,1010) VR=LO, does not accept raw buffers");
 }
 
 TEST_F(Element, BulkBytesCanStayInAFile) {
-  const test::TempDir dir;
-  const std::string name = (dir / "pixels").string();
-  test::writeBytes(name, {1, 2, 3, 4});
-  DcElem element(kPixelData, name.c_str(), 1, 2, DcUid::ExplicitLittleEndian);
+  const std::string name = (dir_ / "pixels").string();
+  writeBytes(name, {1, 2, 3, 4});
+  DcElem element(kPixelData, name.c_str(), 1, 2, kExplicit);
   DcElemValueBuf segment;
   EXPECT_EQ(element.getValue(segment), kDcOk);
   EXPECT_EQ(segment.storage(), DcElemValueBuf::Storage::File);
@@ -142,18 +126,17 @@ TEST_F(Element, BulkBytesCanStayInAFile) {
   EXPECT_EQ(segment.data(), nullptr);
 
   const char* const noName = nullptr;
-  EXPECT_EQ(element.addValue(noName, 0, 1, DcUid{173}), kDcOk);
+  EXPECT_EQ(element.addValue(noName, 0, 1, kExplicit), kDcOk);
   EXPECT_EQ(element.valueCount(), 1);
-  const std::string missing = (dir / "missing").string();
-  EXPECT_EQ(element.addValue(missing.c_str(), 0, 1, DcUid{173}), 0x1602U);
-  EXPECT_EQ(log_.take(),
-            Lines{"Element (7fe0,0010), unable to open file " + missing + " in rb mode"});
+  const std::string missing = (dir_ / "missing").string();
+  EXPECT_EQ(element.addValue(missing.c_str(), 0, 1, kExplicit), 0x1602U);
+  EXPECT_EQ(logged(), "Element (7fe0,0010), unable to open file " + missing + " in rb mode");
   EXPECT_EQ(element.valueCount(), 1);
   for (const DcVr vr : {DcVr::UN, DcVr::OF, DcVr::UT, DcVr::LO}) {
     DcElem other(kPrivate, vr);
-    EXPECT_EQ(other.addValue(name.c_str(), 0, 1, DcUid{173}), 0x1602U);
+    EXPECT_EQ(other.addValue(name.c_str(), 0, 1, kExplicit), 0x1602U);
   }
 }
 
 }  // namespace
-}  // namespace quillon
+}  // namespace quillon::test

@@ -22,16 +22,7 @@ class LogSink : public testing::Test {
  protected:
   void SetUp() override {
     theDictionary();
-    platform::testing::SubstituteClock([] {
-      SYSTEMTIME time{};
-      time.wYear = 2009;
-      time.wMonth = 12;
-      time.wDay = 5;
-      time.wHour = 7;
-      time.wMinute = 0;
-      time.wSecond = 9;
-      return time;
-    });
+    platform::testing::SubstituteClock([] { return SYSTEMTIME{2009, 12, 0, 5, 7, 0, 9, 0}; });
     dcTheLog()->setFile(DcLogLevel::Error, (dir_ / "errors").string());
     dcTheLog()->setFile(DcLogLevel::Debug, (dir_ / "debug").string());
   }

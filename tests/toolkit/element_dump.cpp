@@ -1,13 +1,13 @@
-// Prints what the toolkit read from a file, for comparison with other readers, or encodes it again.
+// Prints what the toolkit read from a file, for comparison with other readers, or writes it again.
 //
 //   element_dump FILE                   one line per element: path, VR, form and value
-//   element_dump --hex FILE             the same with the bytes themselves
 //   element_dump --encode UID FILE OUT  the data set again in that transfer syntax, as a file
+//   element_dump --rewrite FROM TO      the DICOMDIR of one directory again in another; prints the
+//                                       number of its records
 //
 // Line: "<path>\t<VR>\t<form>\t<value>". path: "ggggeeee", nested "ggggeeee[item].ggggeeee" with
-// items from 0. form: "text" (values joined with "\", bytes in hexadecimal), "numbers" (joined with
-// "\"), "bytes" (length and CRC-32, or themselves in hexadecimal, OW in little endian), "items"
-// (their count).
+// items from 0. form: "text" (values joined with "\", in hexadecimal), "numbers" (joined with "\"),
+// "bytes" (in hexadecimal, OW in little endian), "items" (their count).
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "dicom/dict.h"
+#include "dicom/dir_dicom_dir.h"
 #include "dicom/elem_list.h"
 #include "dicom/elem_sq.h"
 #include "dicom/file.h"
@@ -27,27 +28,10 @@ namespace {
 
 using namespace quillon;
 
-bool showsBytes = false;
-
-std::uint32_t crc32(const std::uint8_t* data, std::size_t size, std::uint32_t crc) {
-  for (std::size_t i = 0; i < size; ++i) {
-    crc ^= data[i];
-    for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1) ^ ((crc & 1U) != 0 ? 0xEDB88320U : 0U);
-  }
-  return crc;
-}
-
 std::string vrCode(DcVr vr) {
-  switch (vr) {
-    case DcVr::OX:
-      return "OX";
-    case DcVr::XL:
-      return "XL";
-    case DcVr::XS:
-      return "XS";
-    default:
-      break;
-  }
+  if (vr == DcVr::OX) return "OX";
+  if (vr == DcVr::XL) return "XL";
+  if (vr == DcVr::XS) return "XS";
   std::string code;
   theDictionary().getVr(vr, &code);
   return code;
@@ -122,27 +106,16 @@ void dumpElement(DcElem& element, const std::string& path) {
     case DcVr::OX:
     case DcVr::UN:
     case DcVr::UT: {
-      std::uint64_t length = 0;
-      std::uint32_t crc = ~0U;
       std::string whole;
       for (const DcElemValueBuf& segment : element.segments()) {
-        length += segment.lengthBytes();
         std::vector<std::uint8_t> bytes(segment.data(), segment.data() + segment.lengthBytes());
         if (element.resolvedVr() == DcVr::OW &&
             segment.transferSyntax() == DcUid::ExplicitBigEndian) {
           for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
         }
-        crc = crc32(bytes.data(), bytes.size(), crc);
-        if (showsBytes) whole.append(bytes.begin(), bytes.end());
+        whole.append(bytes.begin(), bytes.end());
       }
-      if (showsBytes) {
-        print(path, element, "bytes", hex(whole));
-        return;
-      }
-      std::array<char, 48> text{};
-      std::snprintf(text.data(), text.size(), "%llu %08x", static_cast<unsigned long long>(length),
-                    ~crc);
-      print(path, element, "bytes", text.data());
+      print(path, element, "bytes", hex(whole));
       return;
     }
     default: {
@@ -198,20 +171,39 @@ int encode(const char* uid, DcElemList& list, const DcFileMetaInfo& meta, const 
              : 1;
 }
 
+std::size_t recordCount(const DcDirRec& record) {
+  std::size_t total = record.lowerCount();
+  for (std::size_t i = 0; i < record.lowerCount(); ++i) total += recordCount(*record.lower(i));
+  return total;
+}
+
+int rewrite(const char* from, const char* to) {
+  DcDirDicomDir directory(from);
+  const DcCode code =
+      directory.initialCode() != kDcOk ? directory.initialCode() : directory.write(to);
+  if (code != kDcOk) {
+    std::fprintf(stderr, "rewrite: 0x%04x\n", code);
+    return 1;
+  }
+  std::printf("%zu\n", recordCount(directory));
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const bool encoding = argc == 5 && std::strcmp(argv[1], "--encode") == 0;
-  showsBytes = argc == 3 && std::strcmp(argv[1], "--hex") == 0;
-  if (!encoding && !showsBytes && argc != 2) return 2;
+  const bool rewriting = argc == 4 && std::strcmp(argv[1], "--rewrite") == 0;
+  if (!encoding && !rewriting && argc != 2) return 2;
   theDictionary();
   for (int level = 0; level < kDcLogLevels; ++level) {
     dcTheLog()->enable(static_cast<DcLogLevel>(level), false);
   }
+  if (rewriting) return rewrite(argv[2], argv[3]);
   dcSetValueChecking(false);
   DcFileMetaInfo meta;
   DcElemList list;
-  const DcCode code = dirReadFile(argv[argc - (encoding ? 2 : 1)], meta, list);
+  const DcCode code = dirReadFile(argv[encoding ? 3 : 1], meta, list);
   if (code != kDcOk) {
     std::fprintf(stderr, "dirReadFile: 0x%04x\n", code);
     return 1;
