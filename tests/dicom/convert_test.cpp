@@ -99,72 +99,58 @@ TEST_F(Conversion, TextThatIsNoneOfItsVrIsRefusedForWhatItIs) {
   constexpr const char* kValue = "utilStrgToValue";
   constexpr const char* kDate = "utilStrgToYMD";
   constexpr const char* kTime = "utilStrgToHMS";
-  constexpr const char* kAgeLength = "'%s' incorrect AS string length, must be 4 bytes";
   constexpr const char* kTagLength = "%s incorrect string length, should be 11 bytes";
   constexpr const char* kTagForm = "invalid string '%s', expecting (gggg,eeee)";
+  constexpr const char* kDot = "unexpected occurence of '.' in string '%s'";
+  constexpr const char* kColon = "unexpected occurence of ':' in string '%s'";
   constexpr const char* kShort = "short string '%s', should be 8 digits";
   constexpr const char* kTimeForm = "invalid HHMMSS part in string '%s', should be 2, 4 or 6 chars";
+  constexpr const char* kNoTime = "invalid HHMMSS part in string '', should be 2, 4 or 6 chars";
   const struct {
     DcCode (*convert)(const char*, std::string&);
-    const char* text;
-    std::string message;
     const char* function;
+    std::string message;
+    std::vector<const char*> texts;
   } cases[] = {
-      {asAge, "45Y", kAgeLength, kValue},
-      {asAge, "0045Y", kAgeLength, kValue},
-      {asAge, "045y", "invalid string %s", kValue},
-      {asAge, "-45Y", "invalid string %s", kValue},
-      {asAge, "4 5Y", "invalid string %s", kValue},
-      {asAge, "0454", "invalid string %s", kValue},
-      {asTag, "00100010", kTagLength, kValue},
-      {asTag, " (0010,0010)", kTagLength, kValue},
-      {asTag, "(0010 0010)", kTagForm, kValue},
-      {asTag, "(001g,0010)", kTagForm, kValue},
-      {asTag, "[0010,0010]", kTagForm, kValue},
-      {asTag, "(0010,-001)", kTagForm, kValue},
-      {asDate, "19990229", "invalid day 29 in string '%s'", kDate},
-      {asDate, "19990431", "invalid day 31 in string '%s'", kDate},
-      {asDate, "19990100", "invalid day 0 in string '%s'", kDate},
-      {asDate, "19991301", "invalid month 13 in string '%s'", kDate},
-      {asDate, "19990001", "invalid month 0 in string '%s'", kDate},
-      {asDate, "199990101", "invalid year 19999 in string '%s'", kDate},
-      {asDate, "2000.0229", "unexpected occurence of '.' in string '%s'", kDate},
-      {asDate, "200.002.29", "unexpected occurence of '.' in string '%s'", kDate},
-      {asDate, "2000.02.29.", "unexpected occurence of '.' in string '%s'", kDate},
-      {asDate, "2000.02.2", kShort, kDate},
-      {asDate, "1999010", kShort, kDate},
-      {asDate, "", kShort, kDate},
-      {asDate, "1999O101", "non numeric char 'O' in string '%s'", kDate},
-      {asDate, "19990101-19991231", "non numeric char '-' in string '%s'", kDate},
-      {asTime, "1:00", "unexpected occurence of ':' in string '%s'", kTime},
-      {asTime, "12:0:00", "unexpected occurence of ':' in string '%s'", kTime},
-      {asTime, "12:00:00:", "unexpected occurence of ':' in string '%s'", kTime},
-      {asTime, "12345", kTimeForm, kTime},
-      {asTime, "", kTimeForm, kTime},
-      {asTime, ".5", kTimeForm, kTime},
-      {asTime, "12a0", "non numeric char 'a' in string '%s'", kTime},
-      {asTime, "120000.1.2", "non numeric char '.' in string '%s'", kTime},
-      {asTime, "240000", "invalid hour value in string '%s'", kValue},
-      {asTime, "126000", "invalid minute value in string '%s'", kValue},
-      {asTime, "235960", "invalid second value in string '%s'", kValue},
-      {asDateTime, "19990229120000", "invalid day 29 in string '19990229'", kDate},
-      {asDateTime, "2000", kShort, kDate},
-      {asDateTime, "20000229250000", "invalid hour value in string '250000'", kValue},
-      {asDateTime, "2000022912+9900", "invalid hour value in string '9900'", kValue},
-      {asDateTime, "2000022912+", "invalid HHMMSS part in string '', should be 2, 4 or 6 chars",
-       kTime},
+      {asAge, kValue, "'%s' incorrect AS string length, must be 4 bytes", {"45Y", "0045Y"}},
+      {asAge, kValue, "invalid string %s", {"045y", "-45Y", "4 5Y", "0454"}},
+      {asTag, kValue, kTagLength, {"00100010", " (0010,0010)"}},
+      {asTag, kValue, kTagForm, {"(0010 0010)", "(001g,0010)", "[0010,0010]", "(0010,-001)"}},
+      {asDate, kDate, "invalid day 29 in string '%s'", {"19990229"}},
+      {asDate, kDate, "invalid day 31 in string '%s'", {"19990431"}},
+      {asDate, kDate, "invalid day 0 in string '%s'", {"19990100"}},
+      {asDate, kDate, "invalid month 13 in string '%s'", {"19991301"}},
+      {asDate, kDate, "invalid month 0 in string '%s'", {"19990001"}},
+      {asDate, kDate, "invalid year 19999 in string '%s'", {"199990101"}},
+      {asDate, kDate, kDot, {"2000.0229", "200.002.29", "2000.02.29."}},
+      {asDate, kDate, kShort, {"2000.02.2", "1999010", ""}},
+      {asDate, kDate, "non numeric char 'O' in string '%s'", {"1999O101"}},
+      {asDate, kDate, "non numeric char '-' in string '%s'", {"19990101-19991231"}},
+      {asTime, kTime, kColon, {"1:00", "12:0:00", "12:00:00:"}},
+      {asTime, kTime, kTimeForm, {"12345", "", ".5"}},
+      {asTime, kTime, "non numeric char 'a' in string '%s'", {"12a0"}},
+      {asTime, kTime, "non numeric char '.' in string '%s'", {"120000.1.2"}},
+      {asTime, kValue, "invalid hour value in string '%s'", {"240000"}},
+      {asTime, kValue, "invalid minute value in string '%s'", {"126000"}},
+      {asTime, kValue, "invalid second value in string '%s'", {"235960"}},
+      {asDateTime, kDate, "invalid day 29 in string '19990229'", {"19990229120000"}},
+      {asDateTime, kDate, kShort, {"2000"}},
+      {asDateTime, kValue, "invalid hour value in string '250000'", {"20000229250000"}},
+      {asDateTime, kValue, "invalid hour value in string '9900'", {"2000022912+9900"}},
+      {asDateTime, kTime, kNoTime, {"2000022912+"}},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
-    std::string message = "Element (0010,0030) - " + c.message;
-    const std::size_t mark = message.find("%s");
-    if (mark != std::string::npos) message.replace(mark, 2, c.text);
-    std::string fields;
-    EXPECT_EQ(c.convert(c.text, fields), kDcNotConvertible);
-    EXPECT_EQ(logged(), message);
-    EXPECT_EQ(lastFunction(), c.function);
-  }
   std::string fields;
+  for (const auto& c : cases) {
+    for (const char* text : c.texts) {
+      SCOPED_TRACE(text);
+      std::string message = "Element (0010,0030) - " + c.message;
+      const std::size_t mark = message.find("%s");
+      if (mark != std::string::npos) message.replace(mark, 2, text);
+      EXPECT_EQ(c.convert(text, fields), kDcNotConvertible);
+      EXPECT_EQ(logged(), message);
+      EXPECT_EQ(lastFunction(), c.function);
+    }
+  }
   EXPECT_EQ(asDateTime("  ", fields), 0x160AU);
 }
 

@@ -27,7 +27,6 @@ std::string rowOf(DcDict& dict, DcUid id, DcCode code = kDcOk) {
 
 TEST_F(Dictionary, ATagGivesItsVrItsVmAndItsName) {
   const struct {
-    const char* what;
     DcTag tag;
     DcCode code;
     DcVr vr;
@@ -35,37 +34,31 @@ TEST_F(Dictionary, ATagGivesItsVrItsVmAndItsName) {
     DcTag foundTag;
     const char* name;
   } cases[] = {
-      {"first row", 0x00000000, 0, DcVr::UL, 1, 0x00000000, "T_0000_0000_groupLength"},
-      {"second row", 0x00000001, 0, DcVr::UL, 1, 0x00000001, "T_0000_0001_commandLengthToEnd"},
-      {"last row", 0xFFFEE0DD, 0, DcVr::SI, 1, 0xFFFEE0DD, "T_fffe_e0dd_sequenceDelimitationItem"},
-      {"item", 0xFFFEE000, 0, DcVr::SI, 1, 0xFFFEE000, "T_fffe_e000_item"},
-      {"plain", 0x00280010, 0, DcVr::US, 1, 0x00280010, "T_0028_0010_rows"},
-      {"one to eight", 0x00041500, 0, DcVr::CS, -8, 0x00041500, "T_0004_1500_referencedFileId"},
-      {"pixel data", 0x7FE00010, 0, DcVr::OX, 1, 0x7FE00010, "T_7fe0_0010_pixelData"},
-      {"US or SS", 0x00280120, 0, DcVr::XS, 1, 0x00280120, "T_0028_0120_pixelPaddingValue"},
-      {"keyword that begins with a digit", 0x00720520, 0, DcVr::CS, 0, 0x00720520,
-       "T_0072_0520_3dRenderingType"},
-      {"group length", 0x00080000, 0, DcVr::UL, 1, 0x00080000, "T_0008_0000_groupLength"},
-      {"private group length", 0x00090000, 0, DcVr::UL, 1, 0x00090000, "T_0009_0000_groupLength"},
-      {"length of a repeating group", 0x60020000, 0, DcVr::UL, 1, 0x60020000,
-       "T_6002_0000_groupLength"},
-      {"lowest private creator", 0x00090010, 0, DcVr::LO, 1, 0x00090010,
-       "T_0009_0010_privateCreatorId"},
-      {"below the private creators", 0x0009000F, 0x1402, DcVr::UN, 1, 0x0009000F, "T_0009_000f"},
-      {"highest private creator", 0x000900FF, 0, DcVr::LO, 1, 0x000900FF,
-       "T_0009_00ff_privateCreatorId"},
-      {"private element", 0x00091010, 0x1402, DcVr::UN, 1, 0x00091010, "T_0009_1010"},
-      {"overlay of the second plane", 0x60023000, 0, DcVr::OW, 1, 0x60FF3000,
-       "T_60ff_3000_overlayData"},
-      {"curve of the second repetition", 0x50020010, 0, DcVr::US, 1, 0x50FF0010,
-       "T_50ff_0010_numberOfPoints"},
-      {"private group among the overlays", 0x60013000, 0x1402, DcVr::UN, 1, 0x60013000,
-       "T_6001_3000"},
-      {"unknown standard tag", 0x00100011, 0x1402, DcVr::UN, 1, 0x00100011, "T_0010_0011"},
-      {"beyond the last row", 0xFFFFFFFE, 0x1402, DcVr::UN, 1, 0xFFFFFFFE, "T_ffff_fffe"},
+      {0x00000000, 0, DcVr::UL, 1, 0x00000000, "T_0000_0000_groupLength"},  // first row
+      {0x00000001, 0, DcVr::UL, 1, 0x00000001, "T_0000_0001_commandLengthToEnd"},
+      {0xFFFEE0DD, 0, DcVr::SI, 1, 0xFFFEE0DD, "T_fffe_e0dd_sequenceDelimitationItem"},  // last row
+      {0xFFFEE000, 0, DcVr::SI, 1, 0xFFFEE000, "T_fffe_e000_item"},
+      {0x00280010, 0, DcVr::US, 1, 0x00280010, "T_0028_0010_rows"},
+      {0x00041500, 0, DcVr::CS, -8, 0x00041500, "T_0004_1500_referencedFileId"},
+      {0x7FE00010, 0, DcVr::OX, 1, 0x7FE00010, "T_7fe0_0010_pixelData"},          // OB or OW
+      {0x00280120, 0, DcVr::XS, 1, 0x00280120, "T_0028_0120_pixelPaddingValue"},  // US or SS
+      {0x00720520, 0, DcVr::CS, 0, 0x00720520, "T_0072_0520_3dRenderingType"},
+      {0x00080000, 0, DcVr::UL, 1, 0x00080000, "T_0008_0000_groupLength"},
+      {0x00090000, 0, DcVr::UL, 1, 0x00090000, "T_0009_0000_groupLength"},
+      {0x60020000, 0, DcVr::UL, 1, 0x60020000, "T_6002_0000_groupLength"},
+      {0x00090010, 0, DcVr::LO, 1, 0x00090010, "T_0009_0010_privateCreatorId"},
+      {0x0009000F, 0x1402, DcVr::UN, 1, 0x0009000F, "T_0009_000f"},  // below the private creators
+      {0x000900FF, 0, DcVr::LO, 1, 0x000900FF, "T_0009_00ff_privateCreatorId"},  // the last of them
+      {0x00091010, 0x1402, DcVr::UN, 1, 0x00091010, "T_0009_1010"},
+      {0x60023000, 0, DcVr::OW, 1, 0x60FF3000, "T_60ff_3000_overlayData"},     // second plane
+      {0x50020010, 0, DcVr::US, 1, 0x50FF0010, "T_50ff_0010_numberOfPoints"},  // second repetition
+      {0x60013000, 0x1402, DcVr::UN, 1, 0x60013000,
+       "T_6001_3000"},  // private group among the overlays
+      {0x00100011, 0x1402, DcVr::UN, 1, 0x00100011, "T_0010_0011"},
+      {0xFFFFFFFE, 0x1402, DcVr::UN, 1, 0xFFFFFFFE, "T_ffff_fffe"},  // beyond the last row
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
+    SCOPED_TRACE(c.name);
     DcDictElemDef def;
     EXPECT_EQ(theDictionary().getElemDef(c.tag, &def), c.code);
     EXPECT_EQ(def.vr, c.vr);

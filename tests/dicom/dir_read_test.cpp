@@ -361,23 +361,9 @@ void referToTheirs(const DcDirRec& theirs, DcDirRec& series, int& count) {
   }
 }
 
-TEST_F(DicomDirReading, DicomDirsOfOthersGiveWhatStandsBeforeAFaultAndFilesToReferTo) {
-  if (pydicomData().empty()) GTEST_SKIP() << "python3-pydicom's sample files are not installed";
+TEST_F(DicomDirReading, OneOfOthersGivesWhatStandsBeforeItsFaultAndFilesToReferTo) {
+  if (pydicomData().empty()) GTEST_SKIP() << "python3-pydicom is not installed";
   const std::filesystem::path directory = pydicomData() / "test_files/dicomdirtests";
-  const struct {
-    const char* name;
-    DcCode code;
-    std::string tree;
-  } cases[] = {
-      {"DICOMDIR-bigEnd", 0x5801, ""},
-      {"DICOMDIR-implicit", 0x5801, ""},
-      {"DICOMDIR-nopatient", 0x580A, ""},  // begins with an IMAGE record at the root
-  };
-  for (const auto& c : cases) {
-    read(readBytes(directory / c.name));
-    EXPECT_EQ(set_->initialCode(), c.code) << c.name;
-    EXPECT_EQ(treeOf(*set_), c.tree) << c.name;
-  }
   // The last item of 52 declares 248 bytes, of which the file has 224.
   read(readBytes(directory / "DICOMDIR-nooffset"));
   EXPECT_EQ(set_->initialCode(), 0x440Au);

@@ -287,7 +287,9 @@ TEST_F(DicomDirWriting, AKeyWhoseBytesAreInAnotherFileIsRefusedAtAnyDepth) {
   auto pixels = elem(kPixelData, file.c_str(), std::uint64_t{0}, std::uint32_t{64}, kExplicit);
   DcDirRec* patient = addRecord(set_, DcDirRecType::Patient);
   patient->addKey(sequenceOf(0x00880200, itemWith(std::move(pixels))));
+  logged();
   EXPECT_EQ(set_.write(), 0x1602u);
+  EXPECT_TRUE(logged().ends_with(", key with its value in a file"));
   EXPECT_FALSE(std::filesystem::exists(dir_ / "DICOMDIR"));
 }
 

@@ -44,19 +44,12 @@ class ReadingFiles : public ToolkitTest {
 };
 
 TEST_F(ReadingFiles, TheMetaInformationIsTakenFromItsGroup) {
-  const Bytes group = DataSetBytes()
-                          .ul(0x00020000, {0})
-                          .raw(0x00020001, "OB", {0x01, 0x02})
-                          .text(0x00020002, "UI", kCtImage)
-                          .text(0x00020003, "UI", "1.2.3")
-                          .text(0x00020010, "UI", kExplicitBigUid)
-                          .text(0x00020012, "UI", "1.2.4")
-                          .text(0x00020013, "SH", "VERSION")
-                          .text(0x00020016, "AE", "SOURCE")
-                          .text(0x00020100, "UI", "1.2.5")
-                          .raw(0x00020102, "OB", {7, 8})
-                          .take();
-  Bytes bytes = withMagic(group);
+  DataSetBytes group;
+  group.ul(0x00020000, {0}).raw(0x00020001, "OB", {0x01, 0x02}).text(0x00020002, "UI", kCtImage);
+  group.text(0x00020003, "UI", "1.2.3").text(0x00020010, "UI", kExplicitBigUid);
+  group.text(0x00020012, "UI", "1.2.4").text(0x00020013, "SH", "VERSION");
+  group.text(0x00020016, "AE", "SOURCE").text(0x00020100, "UI", "1.2.5");
+  Bytes bytes = withMagic(group.raw(0x00020102, "OB", {7, 8}).take());
   const std::size_t dataSetAt = bytes.size();
   bytes.insert(bytes.end(), 8, 0x10);
   bytes[5] = 42;

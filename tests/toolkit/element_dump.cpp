@@ -2,6 +2,9 @@
 //
 //   element_dump FILE                   one line per element: path, VR, form and value
 //   element_dump --encode UID FILE OUT  the data set again in that transfer syntax, as a file
+//   element_dump --xml FILE             the header as XML in UTF-8, every value of an element,
+//   without
+//                                       the pixel data
 //   element_dump --rewrite FROM TO      the DICOMDIR of one directory again in another; prints the
 //                                       number of its records
 //
@@ -12,6 +15,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,10 +27,14 @@
 #include "dicom/file.h"
 #include "dicom/log.h"
 #include "dicom/read_file.h"
+#include "dicomobjects/dicom_util.h"
+#include "platform/services.h"
 
 namespace {
 
 using namespace quillon;
+
+constexpr int kNotRead = 3;
 
 std::string vrCode(DcVr vr) {
   if (vr == DcVr::OX) return "OX";
@@ -189,24 +197,37 @@ int rewrite(const char* from, const char* to) {
   return 0;
 }
 
+int printXml(const char* path) {
+  CDicomUtil util;
+  if (!util.ReadFile(WidenText(path, FileSystemCodePage()), /*deferPixelData=*/false)) {
+    return kNotRead;
+  }
+  Text xml;
+  if (!util.GetHeaderXml(xml, std::numeric_limits<std::uint32_t>::max(), false)) return 1;
+  const std::string utf8 = NarrowText(xml, CP_UTF8);
+  return std::fwrite(utf8.data(), 1, utf8.size(), stdout) == utf8.size() ? 0 : 1;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const bool encoding = argc == 5 && std::strcmp(argv[1], "--encode") == 0;
   const bool rewriting = argc == 4 && std::strcmp(argv[1], "--rewrite") == 0;
-  if (!encoding && !rewriting && argc != 2) return 2;
+  const bool asXml = argc == 3 && std::strcmp(argv[1], "--xml") == 0;
+  if (!encoding && !rewriting && !asXml && argc != 2) return 2;
   theDictionary();
   for (int level = 0; level < kDcLogLevels; ++level) {
     dcTheLog()->enable(static_cast<DcLogLevel>(level), false);
   }
   if (rewriting) return rewrite(argv[2], argv[3]);
   dcSetValueChecking(false);
+  if (asXml) return printXml(argv[2]);
   DcFileMetaInfo meta;
   DcElemList list;
   const DcCode code = dirReadFile(argv[encoding ? 3 : 1], meta, list);
   if (code != kDcOk) {
     std::fprintf(stderr, "dirReadFile: 0x%04x\n", code);
-    return 1;
+    return kNotRead;
   }
   if (encoding) return encode(argv[2], list, meta, argv[4]);
   dumpList(list, "");

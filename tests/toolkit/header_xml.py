@@ -8,7 +8,7 @@ import xml.etree.ElementTree as ElementTree
 
 from real_files import DATA, dicom_files
 
-DUMP, HEADER = sys.argv[1:3]
+DUMP = sys.argv[1]
 NOT_READ = 3
 # Fewer would mean that files were passed over unseen.
 MIN_FILES = 150
@@ -79,7 +79,7 @@ def is_equal(vr, form, value, tag, values):
 
 
 def compare(path):
-    run = subprocess.run([HEADER, path], capture_output=True)
+    run = subprocess.run([DUMP, "--xml", path], capture_output=True)
     if run.returncode == NOT_READ:
         return False, []
     if run.returncode != 0:
