@@ -49,8 +49,8 @@ on_windows() {
 }
 sanitizers() { build asan && ctest --preset asan -L unit -j "$(nproc)"; }
 tidy() {
-  # Files of the Windows build alone are not in this build's list of commands.
-  sources | grep -E '^(src|apps)/.*\.cpp$' | grep -v -e '/tables/' -e '/windows/' |
+  # Files of the Windows build or of one without libburn are not in this build's list of commands.
+  sources | grep -E '^(src|apps)/.*\.cpp$' | grep -v -e '/tables/' -e '/windows/' -e '/no_optical/' |
     xargs -P "$(nproc)" -n 4 clang-tidy -p build/release --quiet 2>/dev/null
 }
 

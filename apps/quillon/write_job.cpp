@@ -1,5 +1,6 @@
 #include "write_job.h"
 
+#include <algorithm>
 #include <filesystem>
 
 #include "create_job.h"
@@ -71,9 +72,11 @@ class WriteJob {
     if (liesWithin(result_.root, target)) {
       return fail("The root directory " + result_.root + " lies in the directory " + target + ".");
     }
-    for (const std::string& source : sources) {
-      if (!liesWithin(absolutePath(source), target)) continue;
-      return fail("The directory " + target + " holds the source " + source + ".");
+    const auto held = std::find_if(sources.begin(), sources.end(), [&](const std::string& source) {
+      return liesWithin(absolutePath(source), target);
+    });
+    if (held != sources.end()) {
+      return fail("The directory " + target + " holds the source " + *held + ".");
     }
     switch (rootState(target)) {
       case RootState::Missing:
@@ -104,6 +107,7 @@ class WriteJob {
   bool checkWipe(const std::vector<std::string>& sources) {
     if (staysWhenWritten()) return true;
     std::vector<std::string> absolute;
+    absolute.reserve(sources.size());
     for (const std::string& source : sources) absolute.push_back(absolutePath(source));
     const auto reason = reasonNotToWipe(result_.root, absolute);
     return !reason || fail(*reason + " With --keep it is written and stays.");

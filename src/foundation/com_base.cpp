@@ -28,7 +28,7 @@ Text JoinHresult(const CBaseItem& item, HRESULT hr, TextView prefix, DWORD lastE
 }
 
 Text ExceptionText(const _com_error& error, DWORD lastError) {
-  const Text reason = ResultText(error.Error());
+  Text reason = ResultText(error.Error());
   if (lastError == ERROR_SUCCESS || !CBaseItem::IsUninformativeText(reason)) return reason;
   return SystemText(lastError);
 }

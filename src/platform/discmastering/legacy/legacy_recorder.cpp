@@ -1,7 +1,6 @@
 #include "discmastering/legacy/legacy_recorder.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "discmastering/com_answers.h"
 #include "discmastering/progress.h"
@@ -75,7 +74,7 @@ HRESULT LegacyRecorder::GetRecorderGUID(BYTE* uniqueId, ULONG bufferSize,
     if (returnSizeRequired != nullptr) *returnSizeRequired = length;
     if (uniqueId == nullptr) return returnSizeRequired == nullptr ? E_POINTER : S_OK;
     if (bufferSize < length) return IMAPI_S_BUFFER_TO_SMALL;
-    std::memcpy(uniqueId, identifier.data(), length);
+    std::copy_n(reinterpret_cast<const BYTE*>(identifier.data()), length, uniqueId);
     return S_OK;
   });
 }
