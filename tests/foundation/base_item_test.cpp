@@ -2,12 +2,15 @@
 
 #include "foundation/base_list.h"
 #include "foundation_test_support.h"
+#include "support/system_sentence.h"
 
 namespace quillon {
 namespace {
 
 using test::ErrorOf;
 using test::Plain;
+using test::systemSentence;
+using test::WideOf;
 
 constexpr UINT kNoSuchMessage = 65000;
 constexpr DWORD kCodeWithoutText = 0x2FFFFFFF;
@@ -20,15 +23,15 @@ TEST(ErrorMessage, ComesFromTheTableAndIsFilledIn) {
     std::string expected;
   };
   const Case cases[] = {
-      {55028, {u"a", u"b"}, "Cannot rename a to b."},
-      {55028, {u"a"}, "Cannot rename a to ."},
-      {55000, {u"unused"}, "The source filename is invalid."},
+      {55028, {OLESTR("a"), OLESTR("b")}, "Cannot rename a to b."},
+      {55028, {OLESTR("a")}, "Cannot rename a to ."},
+      {55000, {OLESTR("unused")}, "The source filename is invalid."},
       {1911,
-       {u"1", u"2", u"3", u"4", u"5"},
+       {OLESTR("1"), OLESTR("2"), OLESTR("3"), OLESTR("4"), OLESTR("5")},
        "Cannot add the image 1 to the series 2 in the study 3 for the patient 4 from 5."},
-      {820, {u"http://a"}, "Cannot load the current XML document from \"http://a.\""},
-      {801, {u"CStorage", u"Open"}, "CStorage::Open failed for this reason:  "},
-      {kNoSuchMessage, {u"a"}, ""},
+      {820, {OLESTR("http://a")}, "Cannot load the current XML document from \"http://a.\""},
+      {801, {OLESTR("CStorage"), OLESTR("Open")}, "CStorage::Open failed for this reason:  "},
+      {kNoSuchMessage, {OLESTR("a")}, ""},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.id);
@@ -43,18 +46,18 @@ TEST(ErrorMessage, ComesFromTheTableAndIsFilledIn) {
 
 TEST(ErrorMessage, IsCutAtItsLimitAndStartsUncut) {
   CBaseItem item;
-  const Text name(3000, u'n');
+  const Text name(3000, OLESTR('n'));
   item.SetErrorMessage(kMsgCannotDeleteFile, {name});
-  EXPECT_EQ(item.ErrorMessage(), (u"Cannot delete the file " + name).substr(0, 1024));
+  EXPECT_EQ(item.ErrorMessage(), (OLESTR("Cannot delete the file ") + name).substr(0, 1024));
   Text out;
-  item.FormatClassMessage(out, kMsgMethodFailed, name, u"Open");
+  item.FormatClassMessage(out, kMsgMethodFailed, name, OLESTR("Open"));
   EXPECT_EQ(out, name.substr(0, 2048));
 }
 
 TEST(ErrorMessage, OfTheLastSystemErrorIsOneSentence) {
   CBaseItem item;
   const std::pair<DWORD, std::string> cases[] = {
-      {ERROR_ACCESS_DENIED, "Access is denied."},
+      {ERROR_ACCESS_DENIED, systemSentence(ERROR_ACCESS_DENIED, "Access is denied.")},
       {ERROR_SUCCESS, "The operation failed."},
       {kCodeWithoutText, ""},
   };
@@ -68,18 +71,20 @@ TEST(ErrorMessage, OfTheLastSystemErrorIsOneSentence) {
 
 TEST(ErrorMessage, ComposesClassMessagesAndSystemTexts) {
   CBaseItem item;
-  Text out = u"old";
-  item.FormatClassMessage(out, kMsgMethodThrew, u"CStorage", {});
+  Text out = OLESTR("old");
+  item.FormatClassMessage(out, kMsgMethodThrew, OLESTR("CStorage"), {});
   EXPECT_EQ(Plain(out), "CStorage:: threw an exception for this reason:  ");
-  item.FormatClassMessage(out, kNoSuchMessage, u"CStorage", u"Open");
+  item.FormatClassMessage(out, kNoSuchMessage, OLESTR("CStorage"), OLESTR("Open"));
   EXPECT_EQ(Plain(out), "The operation failed.");
 
-  out = u"old ";
+  out = OLESTR("old ");
   EXPECT_TRUE(item.AppendSystemText(out, ERROR_DIR_NOT_EMPTY, {}));
-  EXPECT_EQ(Plain(out), "old The directory is not empty.");
-  EXPECT_TRUE(item.AppendSystemText(out, ERROR_DISK_FULL, u"new "));
-  EXPECT_EQ(Plain(out), "new There is not enough space on the disk.");
-  EXPECT_TRUE(item.AppendSystemText(out, kCodeWithoutText, u"only"));
+  EXPECT_EQ(Plain(out),
+            "old " + systemSentence(ERROR_DIR_NOT_EMPTY, "The directory is not empty."));
+  EXPECT_TRUE(item.AppendSystemText(out, ERROR_DISK_FULL, OLESTR("new ")));
+  EXPECT_EQ(Plain(out),
+            "new " + systemSentence(ERROR_DISK_FULL, "There is not enough space on the disk."));
+  EXPECT_TRUE(item.AppendSystemText(out, kCodeWithoutText, OLESTR("only")));
   EXPECT_EQ(Plain(out), "only");
 }
 
@@ -90,18 +95,19 @@ TEST(ErrorMessage, TellsReasonsFromTextsThatGiveNone) {
     bool isFailure;
   };
   const Case cases[] = {
-      {u"", true, true},
-      {u" \r\n", true, true},
-      {u"The operation succeeded.", true, false},
-      {u"The operation completed successfully.\r\n", true, false},
-      {u" The operation failed. ", false, true},
-      {u"Unknown error #", false, true},
-      {u"IDispatch error #", false, true},
-      {u"IDispatch error #5", false, false},
-      {u"Unknown error 0x80041234", false, false},
-      {u"the operation failed.", false, false},
-      {u"The operation failed. The disc is gone.", false, false},
-      {u"Access is denied.", false, false},
+      {OLESTR(""), true, true},
+      {OLESTR(" \r\n"), true, true},
+      {OLESTR("The operation succeeded."), true, false},
+      {WideOf(systemSentence(ERROR_SUCCESS, "The operation completed successfully.") + "\r\n"),
+       true, false},
+      {OLESTR(" The operation failed. "), false, true},
+      {OLESTR("Unknown error #"), false, true},
+      {OLESTR("IDispatch error #"), false, true},
+      {OLESTR("IDispatch error #5"), false, false},
+      {OLESTR("Unknown error 0x80041234"), false, false},
+      {OLESTR("the operation failed."), false, false},
+      {OLESTR("The operation failed. The disc is gone."), false, false},
+      {OLESTR("Access is denied."), false, false},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(Plain(c.text));
@@ -122,11 +128,12 @@ TEST(ErrorMessage, SaysWhereItCameFromWhenDetailed) {
     std::string expected;
   };
   const Case cases[] = {
-      {"everything", true, u"f.cpp", u"Open", 12, u"x", "Line: 12\nMethod: Open\nFile: f.cpp\nx\n"},
-      {"text alone", true, u"", u"", 0, u"x", "x\n"},
-      {"no text", true, u"f.cpp", u"", -1, u"", "File: f.cpp\n"},
-      {"nothing", true, u"", u"", 0, u"", ""},
-      {"not detailed", false, u"f.cpp", u"Open", 12, u"x", "x"},
+      {"everything", true, OLESTR("f.cpp"), OLESTR("Open"), 12, OLESTR("x"),
+       "Line: 12\nMethod: Open\nFile: f.cpp\nx\n"},
+      {"text alone", true, OLESTR(""), OLESTR(""), 0, OLESTR("x"), "x\n"},
+      {"no text", true, OLESTR("f.cpp"), OLESTR(""), -1, OLESTR(""), "File: f.cpp\n"},
+      {"nothing", true, OLESTR(""), OLESTR(""), 0, OLESTR(""), ""},
+      {"not detailed", false, OLESTR("f.cpp"), OLESTR("Open"), 12, OLESTR("x"), "x"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -139,26 +146,26 @@ TEST(ErrorMessage, SaysWhereItCameFromWhenDetailed) {
 
 TEST(BaseItem, RefusesEmptyNamesAndTexts) {
   CBaseItem item;
-  EXPECT_TRUE(item.SetClassName(u"CStorage"));
+  EXPECT_TRUE(item.SetClassName(OLESTR("CStorage")));
   EXPECT_FALSE(item.SetClassName({}));
   EXPECT_EQ(Plain(item.ClassName()), "CStorage");
 
   Text text;
-  EXPECT_TRUE(item.SetItemText(u"\t DVD+R \r\n"));
-  EXPECT_FALSE(item.SetItemText(u"  "));
+  EXPECT_TRUE(item.SetItemText(OLESTR("\t DVD+R \r\n")));
+  EXPECT_FALSE(item.SetItemText(OLESTR("  ")));
   item.GetItemText(text);
   EXPECT_EQ(Plain(text), "DVD+R");
 }
 
 TEST(BaseItem, CopiesAllButEmptyNames) {
   CBaseItem from;
-  from.SetErrorMessage(u"new");
+  from.SetErrorMessage(OLESTR("new"));
   from.SetItemValue(7);
   from.SetDetailedMessages(false);
   CBaseItem to;
-  to.SetClassName(u"CKept");
-  to.SetItemText(u"kept");
-  to.SetErrorMessage(u"old");
+  to.SetClassName(OLESTR("CKept"));
+  to.SetItemText(OLESTR("kept"));
+  to.SetErrorMessage(OLESTR("old"));
   to = from;
   Text text;
   to.GetItemText(text);
@@ -166,7 +173,7 @@ TEST(BaseItem, CopiesAllButEmptyNames) {
   EXPECT_EQ(Plain(to.ClassName()), "CKept");
   EXPECT_EQ(ErrorOf(to), "new");
   EXPECT_EQ(to.GetItemValue(), 7u);
-  to.SetErrorLocation(u"f", u"m", 1, u"x");
+  to.SetErrorLocation(OLESTR("f"), OLESTR("m"), 1, OLESTR("x"));
   EXPECT_EQ(ErrorOf(to), "x");
   EXPECT_EQ(ErrorOf(CBaseItem(from)), "new");
 }

@@ -9,12 +9,10 @@
 
 #include "foundation/base_item.h"
 #include "support/temp_dir.h"
+#include "support/text.h"
 
 namespace quillon::test {
 
-// As std::string, which a failing comparison prints readably.
-inline std::string Plain(const Text& text) { return std::filesystem::path(text).string(); }
-inline Text WideOf(const std::filesystem::path& path) { return path.u16string(); }
 inline std::string ErrorOf(const CBaseItem& item) { return Plain(item.ErrorMessage()); }
 
 // Starts each test in an empty directory and goes back afterwards.

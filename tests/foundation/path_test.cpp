@@ -13,23 +13,23 @@ TEST(PathInfo, SplitsAtTheLastSeparatorAndTheLastDot) {
     std::string expected;  // drive|directory|file name|extension
   };
   const Case cases[] = {
-      {u"C:\\a\\b.c\\name.tar.gz", "C:|\\a\\b.c\\|name.tar|.gz"},
-      {u"/srv/in.d/IM0001", "|/srv/in.d/|IM0001|"},
-      {u"C:name", "C:||name|"},
-      {u"C:", "C:|||"},
-      {u"\\\\server\\share\\x.dcm", "|\\\\server\\share\\|x|.dcm"},
-      {u"a/b\\c.d", "|a/b\\|c|.d"},
-      {u".profile", "|||.profile"},
-      {u"name.", "||name|."},
-      {u"..", "||.|."},
-      {u"dir\\", "|dir\\||"},
+      {OLESTR("C:\\a\\b.c\\name.tar.gz"), "C:|\\a\\b.c\\|name.tar|.gz"},
+      {OLESTR("/srv/in.d/IM0001"), "|/srv/in.d/|IM0001|"},
+      {OLESTR("C:name"), "C:||name|"},
+      {OLESTR("C:"), "C:|||"},
+      {OLESTR("\\\\server\\share\\x.dcm"), "|\\\\server\\share\\|x|.dcm"},
+      {OLESTR("a/b\\c.d"), "|a/b\\|c|.d"},
+      {OLESTR(".profile"), "|||.profile"},
+      {OLESTR("name."), "||name|."},
+      {OLESTR(".."), "||.|."},
+      {OLESTR("dir\\"), "|dir\\||"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(Plain(c.path));
     CPathInfo info;
     EXPECT_TRUE(info.Split(c.path));
-    EXPECT_EQ(Plain(info.Drive() + u"|" + info.Directory() + u"|" + info.FileName() + u"|" +
-                    info.Extension()),
+    EXPECT_EQ(Plain(info.Drive() + OLESTR("|") + info.Directory() + OLESTR("|") + info.FileName() +
+                    OLESTR("|") + info.Extension()),
               c.expected);
   }
 }
@@ -47,73 +47,75 @@ TEST(ValidatePath, GivesEveryPathItsVerdict) {
   const auto tooLong = [](const Text& path) {
     return "The path name " + Plain(path) + " is longer than 260 characters.";
   };
-  const Text native261 = u"/" + Text(260, u'n');
-  const Text drive261 = u"C:\\" + Text(258, u'n');
-  const Text share261 = u"\\\\server\\share\\" + Text(246, u'n');
+  const Text native261 = OLESTR("/") + Text(260, OLESTR('n'));
+  const Text drive261 = OLESTR("C:\\") + Text(258, OLESTR('n'));
+  const Text share261 = OLESTR("\\\\server\\share\\") + Text(246, OLESTR('n'));
   const struct {
     const char* what;
     Text path;
     std::string verdict;
   } cases[] = {
-      {"drive, directory, name, extension", u"C:\\dir\\name.dcm", ""},
-      {"small drive letter, slashes", u"c:/dir/name", ""},
-      {"drive alone", u"C:", ""},
-      {"root of a drive", u"C:\\", ""},
-      {"relative to a drive", u"C:dir\\name", ""},
-      {"drive that is a digit", u"1:\\a", "The drive name 1: is invalid."},
-      {"drive that is no ASCII letter", u"\u00c4:a", "The drive name \u00c4: is invalid."},
-      {"colon behind two letters", u"CD:\\a", badDirectory("CD:\\")},
-      {"colon in a later directory", u"C:\\a:b\\c", badDirectory("\\a:b\\")},
-      {"colon in a name", u"abc:d", badName("abc:d")},
+      {"drive, directory, name, extension", OLESTR("C:\\dir\\name.dcm"), ""},
+      {"small drive letter, slashes", OLESTR("c:/dir/name"), ""},
+      {"drive alone", OLESTR("C:"), ""},
+      {"root of a drive", OLESTR("C:\\"), ""},
+      {"relative to a drive", OLESTR("C:dir\\name"), ""},
+      {"drive that is a digit", OLESTR("1:\\a"), "The drive name 1: is invalid."},
+      {"drive that is no ASCII letter", OLESTR("\u00c4:a"), "The drive name \u00c4: is invalid."},
+      {"colon behind two letters", OLESTR("CD:\\a"), badDirectory("CD:\\")},
+      {"colon in a later directory", OLESTR("C:\\a:b\\c"), badDirectory("\\a:b\\")},
+      {"colon in a name", OLESTR("abc:d"), badName("abc:d")},
 
-      {"native", u"/srv/in.d/IM0001", ""},
-      {"root", u"/", ""},
-      {"root of the current drive", u"\\", ""},
-      {"name", u"name", ""},
-      {"dots", u"..\\.", ""},
-      {"hidden", u".hidden", ""},
-      {"two extensions", u"a.b.c", ""},
-      {"trailing separator", u"dir/sub/", ""},
-      {"empty", u"", "The path name is invalid."},
+      {"native", OLESTR("/srv/in.d/IM0001"), ""},
+      {"root", OLESTR("/"), ""},
+      {"root of the current drive", OLESTR("\\"), ""},
+      {"name", OLESTR("name"), ""},
+      {"dots", OLESTR("..\\."), ""},
+      {"hidden", OLESTR(".hidden"), ""},
+      {"two extensions", OLESTR("a.b.c"), ""},
+      {"trailing separator", OLESTR("dir/sub/"), ""},
+      {"empty", OLESTR(""), "The path name is invalid."},
 
-      {"both separators, apart", u"C:\\a\\b/name", ""},
-      {"backslash, slash", u"C:\\a\\/b\\c", badDirectory("\\/b\\")},
-      {"slash, backslash", u"C:\\a/\\b\\c", badDirectory("/\\b\\")},
-      {"mixed at the start", u"\\/server/x", badDirectory("\\/server/")},
-      {"doubled backslash", u"C:\\a\\\\b", badDirectory("\\\\")},
-      {"doubled backslash without a drive", u"a\\\\b\\c", badDirectory("\\\\b\\")},
-      {"doubled slash", u"/a//b/c", badDirectory("//b/")},
+      {"both separators, apart", OLESTR("C:\\a\\b/name"), ""},
+      {"backslash, slash", OLESTR("C:\\a\\/b\\c"), badDirectory("\\/b\\")},
+      {"slash, backslash", OLESTR("C:\\a/\\b\\c"), badDirectory("/\\b\\")},
+      {"mixed at the start", OLESTR("\\/server/x"), badDirectory("\\/server/")},
+      {"doubled backslash", OLESTR("C:\\a\\\\b"), badDirectory("\\\\")},
+      {"doubled backslash without a drive", OLESTR("a\\\\b\\c"), badDirectory("\\\\b\\")},
+      {"doubled slash", OLESTR("/a//b/c"), badDirectory("//b/")},
 
-      {"share", u"\\\\server\\share\\", ""},
-      {"share with slashes", u"//server/share/x", ""},
-      {"server alone", u"\\\\server", ""},
-      {"doubled further on in a share", u"\\\\server\\a\\\\b", ""},
-      {"share behind a drive", u"C:\\\\server\\b", badDirectory("\\\\server\\")},
-      {"slashed share behind a drive", u"C://a/b", badDirectory("//a/")},
-      {"three backslashes", u"\\\\\\server\\x", badDirectory("\\\\\\server\\")},
-      {"three slashes", u"///server/x", badDirectory("///server/")},
-      {"three further on in a share", u"\\\\server\\\\\\share\\x", badDirectory("\\\\\\share\\")},
+      {"share", OLESTR("\\\\server\\share\\"), ""},
+      {"share with slashes", OLESTR("//server/share/x"), ""},
+      {"server alone", OLESTR("\\\\server"), ""},
+      {"doubled further on in a share", OLESTR("\\\\server\\a\\\\b"), ""},
+      {"share behind a drive", OLESTR("C:\\\\server\\b"), badDirectory("\\\\server\\")},
+      {"slashed share behind a drive", OLESTR("C://a/b"), badDirectory("//a/")},
+      {"three backslashes", OLESTR("\\\\\\server\\x"), badDirectory("\\\\\\server\\")},
+      {"three slashes", OLESTR("///server/x"), badDirectory("///server/")},
+      {"three further on in a share", OLESTR("\\\\server\\\\\\share\\x"),
+       badDirectory("\\\\\\share\\")},
 
-      {"spaces", u" a b\\c d\\e f .x y", ""},
-      {"not ASCII", u"/tmp/\u0141\u65e5/\u00e9.dcm", ""},
-      {"outside the basic plane", u"/a/b c/\U0001d11e.dcm", ""},
-      {"a byte that is no UTF-8", u"/a/M\xDCFCller", ""},
+      {"spaces", OLESTR(" a b\\c d\\e f .x y"), ""},
+      {"not ASCII", OLESTR("/tmp/\u0141\u65e5/\u00e9.dcm"), ""},
+      {"outside the basic plane", OLESTR("/a/b c/\U0001d11e.dcm"), ""},
+      {"a byte that is no UTF-8", OLESTR("/a/M\xDCFCller"), ""},
 
-      {"question mark", u"dir\\what?", badName("what?")},
-      {"search pattern", u"*.*", badName("*")},
-      {"bar in an extension", u"C:\\a.b|c",
+      {"question mark", OLESTR("dir\\what?"), badName("what?")},
+      {"search pattern", OLESTR("*.*"), badName("*")},
+      {"bar in an extension", OLESTR("C:\\a.b|c"),
        "The extension .b|c cannot contain these characters: " + nameSet},
-      {"angle in a directory", u"a<b/c", badDirectory("a<b/")},
+      {"angle in a directory", OLESTR("a<b/c"), badDirectory("a<b/")},
 
-      {"259 characters", u"/" + Text(258, u'n'), ""},
-      {"260 characters", u"/" + Text(259, u'n'), ""},
+      {"259 characters", OLESTR("/") + Text(258, OLESTR('n')), ""},
+      {"260 characters", OLESTR("/") + Text(259, OLESTR('n')), ""},
       {"261 characters", native261, tooLong(native261)},
-      {"260 characters with a drive", u"C:\\" + Text(257, u'n'), ""},
+      {"260 characters with a drive", OLESTR("C:\\") + Text(257, OLESTR('n')), ""},
       {"261 characters with a drive", drive261, tooLong(drive261)},
       {"260 characters of a share", share261.substr(0, 260), ""},
       {"261 characters of a share", share261, tooLong(share261)},
-      {"units count, not characters: 260", u"/" + Text(259, u'\u00e9'), ""},
-      {"length before all else", u"1:" + Text(259, u'?'), tooLong(u"1:" + Text(259, u'?'))},
+      {"units count, not characters: 260", OLESTR("/") + Text(259, OLESTR('\u00e9')), ""},
+      {"length before all else", OLESTR("1:") + Text(259, OLESTR('?')),
+       tooLong(OLESTR("1:") + Text(259, OLESTR('?')))},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -125,11 +127,11 @@ TEST(ValidatePath, GivesEveryPathItsVerdict) {
 
 TEST(HasDrive, AsksWithoutLeavingASentence) {
   CFileUtil files;
-  EXPECT_TRUE(files.HasDrive(u"C:\\a"));
-  EXPECT_TRUE(files.HasDrive(u"d:"));
-  EXPECT_FALSE(files.HasDrive(u"\\a\\b:"));
-  EXPECT_FALSE(files.HasDrive(u""));
-  EXPECT_FALSE(files.HasDrive(u"C:" + Text(259, u'n')));
+  EXPECT_TRUE(files.HasDrive(OLESTR("C:\\a")));
+  EXPECT_TRUE(files.HasDrive(OLESTR("d:")));
+  EXPECT_FALSE(files.HasDrive(OLESTR("\\a\\b:")));
+  EXPECT_FALSE(files.HasDrive(OLESTR("")));
+  EXPECT_FALSE(files.HasDrive(OLESTR("C:") + Text(259, OLESTR('n'))));
   EXPECT_EQ(ErrorOf(files), "");
 }
 

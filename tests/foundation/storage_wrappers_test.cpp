@@ -3,12 +3,14 @@
 #include <functional>
 
 #include "foundation_test_support.h"
+#include "support/system_sentence.h"
 
 namespace quillon {
 namespace {
 
 using test::ErrorOf;
 using test::Plain;
+using test::systemSentence;
 
 constexpr HRESULT kDiscFull = static_cast<HRESULT>(0x8004021C);
 
@@ -29,7 +31,8 @@ class FakePropertyStorage : public OnStack<IPropertyStorage> {
   HRESULT STDMETHODCALLTYPE WriteMultiple(ULONG count, const PROPSPEC* specs,
                                           const PROPVARIANT* values, PROPID first) override {
     for (ULONG i = 0; i < count; ++i) {
-      written += Text(specs[i].lpwstr) + u"=" + values[i].bstrVal + u";" + NumberText(first);
+      written +=
+          Text(specs[i].lpwstr) + OLESTR("=") + values[i].bstrVal + OLESTR(";") + NumberText(first);
     }
     return writeResult;
   }
@@ -154,32 +157,33 @@ TEST(PropertyStorage, ReportsEveryWayACallCanEnd) {
     fake.onCommit = [](DWORD) { return kDiscFull; };
     EXPECT_FALSE(storage.Commit(STGC_DEFAULT));
     EXPECT_EQ(storage.GetLastResult(), kDiscFull);
-    EXPECT_EQ(ErrorOf(storage),
-              "CPropertyStorage::Commit failed for this reason:  The disc cannot hold any more "
-              "data");
+    EXPECT_EQ(
+        ErrorOf(storage),
+        "CPropertyStorage::Commit failed for this reason:  The disc cannot hold any more data");
 
     fake.onCommit = [](DWORD) -> HRESULT { throw _com_error(E_ACCESSDENIED); };
     EXPECT_FALSE(storage.Commit(STGC_DEFAULT));
-    EXPECT_EQ(ErrorOf(storage),
-              "CPropertyStorage::Commit threw an exception for this reason:  Access is denied.");
+    EXPECT_EQ(ErrorOf(storage), "CPropertyStorage::Commit threw an exception for this reason:  " +
+                                    systemSentence(ERROR_ACCESS_DENIED, "Access is denied."));
   }
   EXPECT_EQ(fake.references, 0u);
   CPropertyStorage nothing;
   EXPECT_FALSE(nothing.Commit(STGC_DEFAULT));
-  EXPECT_EQ(ErrorOf(nothing),
-            "CPropertyStorage::Commit threw an exception for this reason:  Invalid pointer");
+  const std::string reason = systemSentence(E_POINTER, "Invalid pointer");
+  EXPECT_EQ(ErrorOf(nothing), "CPropertyStorage::Commit threw an exception for this reason:  " +
+                                  (reason.empty() ? "Unknown error 0x80004003" : reason));
 }
 
 TEST(PropertyStorage, WritesOnlyWithBothArrays) {
   FakePropertyStorage fake;
   CPropertyStorage storage(&fake);
-  Text name = u"VolumeName";
+  Text name = OLESTR("VolumeName");
   PROPSPEC specification{};
   specification.ulKind = PRSPEC_LPWSTR;
   specification.lpwstr = name.data();
   VARIANT text{};
   text.vt = VT_BSTR;
-  text.bstrVal = SysAllocString(u"Quillon");
+  text.bstrVal = SysAllocString(OLESTR("Quillon"));
   PROPVARIANT value{};
   ASSERT_TRUE(storage.CopyValue(value, text));
   EXPECT_NE(value.bstrVal, text.bstrVal);
@@ -192,8 +196,8 @@ TEST(PropertyStorage, WritesOnlyWithBothArrays) {
         std::pair<PROPSPEC*, PROPVARIANT*>{&specification, nullptr}}) {
     EXPECT_FALSE(storage.WriteMultiple(1, specs, values, 2));
     EXPECT_EQ(ErrorOf(storage),
-              "CPropertyStorage::WriteMultiple failed for this reason:  The parameter is "
-              "incorrect.");
+              "CPropertyStorage::WriteMultiple failed for this reason:  " +
+                  systemSentence(ERROR_INVALID_PARAMETER, "The parameter is incorrect."));
   }
   EXPECT_EQ(PropVariantClear(&value), S_OK);
 }
@@ -231,7 +235,8 @@ TEST(ShellFolder, BindsAPathIntoAStorage) {
   {
     CShellFolder folder(&fake);
     LPITEMIDLIST items = nullptr;
-    EXPECT_TRUE(folder.ParseDisplayName(nullptr, nullptr, u"C:\\DICOM", nullptr, &items, nullptr));
+    EXPECT_TRUE(
+        folder.ParseDisplayName(nullptr, nullptr, OLESTR("C:\\DICOM"), nullptr, &items, nullptr));
     EXPECT_EQ(Plain(fake.parsed), "C:\\DICOM");
     CStorage storage;
     EXPECT_TRUE(folder.BindToStorage(items, nullptr, storage));
@@ -242,8 +247,8 @@ TEST(ShellFolder, BindsAPathIntoAStorage) {
     SetLastError(ERROR_DISK_FULL);
     EXPECT_FALSE(folder.BindToStorage(items, nullptr, storage));
     EXPECT_EQ(ErrorOf(folder),
-              "CShellFolder::BindToStorage failed for this reason:  There is not enough space on "
-              "the disk.");
+              "CShellFolder::BindToStorage failed for this reason:  " +
+                  systemSentence(ERROR_DISK_FULL, "There is not enough space on the disk."));
     EXPECT_EQ(storage.Get(), nullptr);
   }
   EXPECT_EQ(target.references, 0u);
@@ -261,7 +266,9 @@ TEST(ShellFolder, RefusesMissingArguments) {
          return folder.ParseDisplayName(nullptr, nullptr, nullptr, nullptr, &items, nullptr);
        }},
       {"ParseDisplayName",
-       [&] { return folder.ParseDisplayName(nullptr, nullptr, u"x", nullptr, nullptr, nullptr); }},
+       [&] {
+         return folder.ParseDisplayName(nullptr, nullptr, OLESTR("x"), nullptr, nullptr, nullptr);
+       }},
       {"BindToStorage", [&] { return folder.BindToStorage(nullptr, nullptr, storage); }},
       {"BindToStorage",
        [&] { return folder.BindToStorage(&fake.item, nullptr, IID_IStorage, nullptr); }},
@@ -269,8 +276,9 @@ TEST(ShellFolder, RefusesMissingArguments) {
   for (const auto& [method, call] : cases) {
     folder.ClearError();
     EXPECT_FALSE(call());
-    EXPECT_EQ(ErrorOf(folder), "CShellFolder::" + std::string(method) +
-                                   " failed for this reason:  The parameter is incorrect.");
+    EXPECT_EQ(ErrorOf(folder),
+              "CShellFolder::" + std::string(method) + " failed for this reason:  " +
+                  systemSentence(ERROR_INVALID_PARAMETER, "The parameter is incorrect."));
   }
 }
 

@@ -1,0 +1,235 @@
+// The file operations where Linux has more than Windows: links, rights, file systems that are
+// mounted.
+#include <sys/mount.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <functional>
+
+#include "foundation/file_util.h"
+#include "foundation_test_support.h"
+
+namespace quillon {
+namespace {
+
+namespace fs = std::filesystem;
+using test::ErrorOf;
+using test::Plain;
+using test::WideOf;
+
+class LinuxFiles : public test::InTempDirectory {
+ protected:
+  CFileUtil files_;
+};
+
+TEST_F(LinuxFiles, NothingIsCopiedOrMovedOntoAnotherNameOfItself) {
+  Write("src", "content");
+  fs::create_symlink("src", dir_ / "link");
+  fs::create_hard_link(dir_ / "src", dir_ / "second");
+  fs::create_directory_symlink(".", dir_ / "here");
+  for (const char* name : {"link", "second", "here/src"}) {
+    SCOPED_TRACE(name);
+    EXPECT_FALSE(files_.CopyFile(Wide(name), Wide("src"), /*append=*/false));
+    EXPECT_EQ(ErrorOf(files_), "Cannot open the file " + Name(name) + ".");
+    EXPECT_EQ(Read("src"), "content");
+  }
+  const auto copy = [&] { return files_.CopyFile(Wide("src"), Wide("link"), /*append=*/false); };
+  const auto move = [&] { return files_.MoveFile(Wide("src"), Wide("link")); };
+  for (const std::function<bool()>& operation : {std::function<bool()>(copy), {move}}) {
+    EXPECT_FALSE(operation());
+    EXPECT_EQ(ErrorOf(files_), "Cannot open the file " + Name("src") + ".");
+    EXPECT_EQ(Read("src"), "content");
+  }
+}
+
+TEST_F(LinuxFiles, ALinkThatLeadsNowhereIsNotMoved) {
+  fs::create_symlink("nowhere", dir_ / "dangling");
+  EXPECT_FALSE(files_.MoveFile(Wide("dst"), Wide("dangling")));
+  EXPECT_EQ(ErrorOf(files_), "The path " + Name("dangling") + " does not refer to a valid file.");
+}
+
+TEST_F(LinuxFiles, AFullDiskIsSaid) {
+  Write("src", "content");
+  const std::uint8_t bytes[] = {1, 2, 3};
+  const Text full = WideOf("/dev/full");
+  EXPECT_FALSE(files_.CopyFile(full, Wide("src"), /*append=*/false));
+  EXPECT_EQ(ErrorOf(files_), "Cannot write data to the destination stream.");
+  for (const bool append : {false, true}) {
+    files_.ClearError();
+    EXPECT_FALSE(files_.WriteData(bytes, 3, full, append));
+    EXPECT_EQ(ErrorOf(files_), "Cannot write data to the destination stream.");
+  }
+}
+
+TEST_F(LinuxFiles, OneFileHasOneIdentityWhateverItIsCalled) {
+  Write("file", "x");
+  Write("other", "x");
+  fs::create_symlink("file", dir_ / "link");
+  fs::create_hard_link(dir_ / "file", dir_ / "second");
+  fs::create_directory(dir_ / "dir");
+  FileIdentity file;
+  ASSERT_TRUE(files_.GetFileIdentity(Wide("file"), file)) << ErrorOf(files_);
+  const std::pair<const char*, bool> cases[] = {
+      {"link", true}, {"second", true}, {"dir/../file", true}, {"other", false}, {"dir", false}};
+  for (const auto& [name, isSame] : cases) {
+    SCOPED_TRACE(name);
+    FileIdentity identity;
+    EXPECT_TRUE(files_.GetFileIdentity(Wide(name), identity)) << ErrorOf(files_);
+    EXPECT_EQ(identity == file, isSame);
+  }
+  EXPECT_FALSE(files_.GetFileIdentity(Wide("missing"), file));
+  EXPECT_EQ(ErrorOf(files_), "The path " + Name("missing") + " cannot be found.");
+}
+
+// Root may do everything, so the tests of missing rights run as somebody else.
+class WithoutRights : public LinuxFiles {
+ protected:
+  void SetUp() override {
+    fs::permissions(dir_.path(), fs::perms::all);
+    Write("in/src", "content");
+    Write("in/secret", "secret");
+    fs::create_directory(dir_ / "out");
+    fs::permissions(dir_ / "out", fs::perms::all);
+    fs::permissions(dir_ / "in/secret", fs::perms::none);
+    fs::permissions(dir_ / "in", fs::perms{0555});
+    Write("out/earlier", "earlier");
+    fs::permissions(dir_ / "out/earlier", fs::perms::all);
+    if (user_ == 0 && ::seteuid(65534) != 0) GTEST_SKIP() << "cannot act as another user";
+  }
+  void TearDown() override { EXPECT_EQ(::seteuid(user_), 0); }
+
+  void ActAsBefore() { ASSERT_EQ(::seteuid(user_), 0); }
+
+ private:
+  uid_t user_ = ::geteuid();
+};
+
+TEST_F(WithoutRights, EveryOperationSaysWhatItCouldNotDo) {
+  EXPECT_FALSE(files_.CopyFile(Wide("out/dst"), Wide("in/secret"), /*append=*/false));
+  EXPECT_EQ(ErrorOf(files_), "Cannot open the file " + Name("in/secret") + ".");
+  EXPECT_FALSE(files_.CopyFile(Wide("in/dst"), Wide("in/src"), /*append=*/false));
+  EXPECT_EQ(ErrorOf(files_), "Cannot open the file " + Name("in/dst") + ".");
+  EXPECT_FALSE(files_.DeleteFile(Wide("in/src")));
+  EXPECT_EQ(ErrorOf(files_), "Cannot delete the file " + Name("in/src") + ".");
+  EXPECT_FALSE(files_.DirectoryOperation(Wide("in/sub"), DirectoryOp::Create));
+  EXPECT_EQ(ErrorOf(files_), "Cannot create the directory " + Name("in/sub") +
+                                 " for this reason:  Access is denied.");
+  EXPECT_FALSE(Exists("out/dst"));
+}
+
+TEST_F(WithoutRights, AMoveThatCannotTakeTheSourceAwayLeavesBothWhole) {
+  EXPECT_FALSE(files_.MoveFile(Wide("out/dst"), Wide("in/src")));
+  EXPECT_EQ(ErrorOf(files_), "Cannot delete the file " + Name("in/src") + ".");
+  ActAsBefore();
+  EXPECT_EQ(Read("out/dst"), "content");
+  EXPECT_EQ(Read("in/src"), "content");
+}
+
+TEST_F(WithoutRights, AMoveThatCannotReadTheSourceLeavesTheDestinationAsItWas) {
+  EXPECT_FALSE(files_.MoveFile(Wide("out/earlier"), Wide("in/secret")));
+  EXPECT_EQ(ErrorOf(files_), "Cannot open the file " + Name("in/secret") + ".");
+  EXPECT_EQ(Read("out/earlier"), "earlier");
+}
+
+TEST_F(LinuxFiles, MoveCopiesWhatALinkLeadsToAndTakesTheLinkAway) {
+  Write("user/image", "content");
+  fs::create_symlink("image", dir_ / "user/link");
+  EXPECT_TRUE(files_.MoveFile(Wide("dst"), Wide("user/link"))) << ErrorOf(files_);
+  EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(dir_ / "dst")));
+  EXPECT_EQ(Read("dst"), "content");
+  EXPECT_FALSE(Exists("user/link"));
+  EXPECT_EQ(Read("user/image"), "content");
+}
+
+// A file system of its own with room for 64 KiB.
+class SmallDisk : public LinuxFiles {
+ protected:
+  void SetUp() override {
+    fs::create_directory(dir_ / "disk");
+    if (::mount("tmpfs", (dir_ / "disk").c_str(), "tmpfs", 0, "size=64k") != 0) {
+      GTEST_SKIP() << "cannot mount a file system here";
+    }
+    mounted_ = true;
+  }
+  void TearDown() override {
+    if (mounted_) ::umount((dir_ / "disk").c_str());
+  }
+
+ private:
+  bool mounted_ = false;
+};
+
+TEST_F(SmallDisk, MoveToItIsACopyAndTheSourceGoes) {
+  const std::string content(40000, 'c');
+  Write("src", content);
+  EXPECT_TRUE(files_.MoveFile(Wide("disk/dst"), Wide("src"))) << ErrorOf(files_);
+  EXPECT_EQ(Read("disk/dst"), content);
+  EXPECT_FALSE(Exists("src"));
+}
+
+TEST_F(SmallDisk, AMoveThatDoesNotFitLeavesTheSourceAndNoHalfFile) {
+  const std::string content(100000, 'c');
+  Write("src", content);
+  EXPECT_FALSE(files_.MoveFile(Wide("disk/dst"), Wide("src")));
+  EXPECT_EQ(ErrorOf(files_), "Cannot write data to the destination stream.");
+  EXPECT_EQ(Read("src"), content);
+  EXPECT_FALSE(Exists("disk/dst"));
+}
+
+TEST_F(SmallDisk, ADestinationThatWasNotOpenedIsNotTakenAway) {
+  Write("src", "content");
+  Write("disk/dst/inner", "inner");
+  EXPECT_FALSE(files_.MoveFile(Wide("disk/dst"), Wide("src")));
+  EXPECT_EQ(ErrorOf(files_), "Cannot open the file " + Name("disk/dst") + ".");
+  EXPECT_EQ(Read("disk/dst/inner"), "inner");
+  EXPECT_EQ(Read("src"), "content");
+}
+
+TEST_F(LinuxFiles, ALinkedDirectoryIsWalkedAndTheWalkGoesOnBesideTheLink) {
+  Write("src/sub/deep/e", "4444");
+  fs::current_path(dir_ / "src");
+  Write("elsewhere/f", "55555");
+  fs::create_directory_symlink("../elsewhere", dir_ / "src/a-link");
+  std::uint64_t sizeBytes = 0;
+  EXPECT_TRUE(files_.GetDirectorySize(sizeBytes, Wide("src"), u"*.*", /*recurse=*/true))
+      << ErrorOf(files_);
+  EXPECT_EQ(sizeBytes, 9u);
+  fs::create_directory(dir_ / "dst");
+  EXPECT_TRUE(files_.CopyDirectory(Wide("dst"), Wide("src"), u"*.*", /*recurse=*/true))
+      << ErrorOf(files_);
+  EXPECT_EQ(Read("dst/a-link/f"), "55555");
+  EXPECT_TRUE(fs::is_directory(fs::symlink_status(dir_ / "dst/a-link")));
+  EXPECT_EQ(Read("dst/sub/deep/e"), "4444");
+}
+
+TEST_F(LinuxFiles, DeletingTakesLinksAndNotWhatTheyLeadTo) {
+  Write("user/image", "content");
+  Write("tree/IM1", "x");
+  fs::create_directory_symlink("../user", dir_ / "tree/dirlink");
+  fs::create_symlink("../user/image", dir_ / "tree/filelink");
+  fs::create_symlink("nowhere", dir_ / "tree/dangling");
+  EXPECT_TRUE(files_.DeleteDirectoryTree(Wide("tree"), /*recurse=*/true)) << ErrorOf(files_);
+  EXPECT_FALSE(Exists("tree"));
+  EXPECT_EQ(Read("user/image"), "content");
+}
+
+TEST_F(LinuxFiles, TheTemporaryDirectoryEndsInASeparator) {
+  ::setenv("TMPDIR", (dir_ / "tmp").c_str(), 1);
+  Text out;
+  EXPECT_TRUE(files_.GetTempDirectory(out, /*create=*/false, /*addSubdirectory=*/false));
+  const std::string plain = Plain(out);
+  ASSERT_FALSE(plain.empty());
+  EXPECT_TRUE(plain.back() == '/' || plain.back() == '\\') << plain;
+  EXPECT_EQ(plain.substr(0, plain.size() - 1), (dir_ / "tmp").string());
+  EXPECT_FALSE(Exists("tmp"));
+
+  EXPECT_TRUE(files_.GetTempDirectory(out, /*create=*/true, /*addSubdirectory=*/true));
+  EXPECT_EQ(Plain(out), plain + "QUILLON");
+  EXPECT_TRUE(Exists("tmp/QUILLON"));
+  EXPECT_FALSE(files_.GetTempDirectory(out, /*create=*/true, /*addSubdirectory=*/true));
+  EXPECT_EQ(ErrorOf(files_), "Cannot create the directory " + plain + "QUILLON.");
+  ::unsetenv("TMPDIR");
+}
+
+}  // namespace
+}  // namespace quillon
