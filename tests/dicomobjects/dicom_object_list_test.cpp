@@ -5,6 +5,7 @@
 #include <string>
 
 #include "element_map.h"
+#include "support/text.h"
 
 namespace quillon {
 namespace {
@@ -20,7 +21,7 @@ class ObjectList : public ::testing::Test {
         .write(directory_, std::to_string(++files_));
   }
   Text numberOf(const CDicomObjectProperties* object) {
-    return object == nullptr ? Text(u"none") : object->InstanceNumber();
+    return object == nullptr ? Text(OLESTR("none")) : object->InstanceNumber();
   }
 
   TempDir directory_;
@@ -36,41 +37,43 @@ TEST_F(ObjectList, FindsByUidAndByKeyAndTheFirstWins) {
   // Frames of an image whose own UID is their key, and then that image.
   ASSERT_TRUE(list_.AddObject(file(root + plain + ".1", "1")));
   ASSERT_TRUE(list_.AddObject(file(root + plain + ".2", "2")));
-  EXPECT_EQ(list_.FindBySopInstanceUid(u"1.2.826.0.1.3680043.9.1"), nullptr);
+  EXPECT_EQ(list_.FindBySopInstanceUid(OLESTR("1.2.826.0.1.3680043.9.1")), nullptr);
   ASSERT_TRUE(list_.AddObject(file(plain, "3")));
   ASSERT_TRUE(list_.AddObject(file("1.2.826.0.1.3680043.9.2", "4")));
   ASSERT_TRUE(list_.AddObject(file("1.2.826.0.1.3680043.9.2", "5")));
   ASSERT_EQ(list_.GetCount(), 5U);
 
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(u"1.2.840.987654.99.1.2.826.0.1.3680043.9.1.1")),
-            u"1");
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(u"1.2.840.987654.99.1.2.826.0.1.3680043.9.1.2")),
-            u"2");
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(u"1.2.826.0.1.3680043.9.1")), u"1");
-  EXPECT_EQ(numberOf(list_.FindBySopInstanceUid(u"1.2.826.0.1.3680043.9.1")), u"3");
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(u"1.2.826.0.1.3680043.9.2")), u"4");
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(u"1.2.826.0.1.3680043.9")), u"none");
-  EXPECT_EQ(list_.ErrorMessage(), u"");
+  EXPECT_EQ(
+      numberOf(list_.FindByInstanceUid(OLESTR("1.2.840.987654.99.1.2.826.0.1.3680043.9.1.1"))),
+      OLESTR("1"));
+  EXPECT_EQ(
+      numberOf(list_.FindByInstanceUid(OLESTR("1.2.840.987654.99.1.2.826.0.1.3680043.9.1.2"))),
+      OLESTR("2"));
+  EXPECT_EQ(numberOf(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9.1"))), OLESTR("1"));
+  EXPECT_EQ(numberOf(list_.FindBySopInstanceUid(OLESTR("1.2.826.0.1.3680043.9.1"))), OLESTR("3"));
+  EXPECT_EQ(numberOf(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9.2"))), OLESTR("4"));
+  EXPECT_EQ(numberOf(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9"))), OLESTR("none"));
+  EXPECT_EQ(list_.ErrorMessage(), OLESTR(""));
   EXPECT_EQ(list_.FindByInstanceUid({}), nullptr);
-  EXPECT_EQ(list_.ErrorMessage(), u"The instance UID is invalid.");
+  EXPECT_EQ(list_.ErrorMessage(), OLESTR("The instance UID is invalid."));
 
   list_.RemoveAll();
   EXPECT_EQ(list_.GetCount(), 0U);
-  EXPECT_EQ(list_.FindByInstanceUid(u"1.2.826.0.1.3680043.9.2"), nullptr);
+  EXPECT_EQ(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9.2")), nullptr);
   ASSERT_TRUE(list_.AddObject(file("1.2.826.0.1.3680043.9.2", "6")));
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(u"1.2.826.0.1.3680043.9.2")), u"6");
+  EXPECT_EQ(numberOf(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9.2"))), OLESTR("6"));
 }
 
 TEST_F(ObjectList, StaysAsItWasWhenAFileIsRefused) {
   ASSERT_TRUE(list_.AddObject(file("1.2.826.0.1.3680043.9.1", "1")));
   EXPECT_FALSE(list_.AddObject(Text()));
-  EXPECT_EQ(list_.ErrorMessage(), u"The filename is invalid.");
-  const Text missing = (directory_ / "missing").u16string();
+  EXPECT_EQ(list_.ErrorMessage(), OLESTR("The filename is invalid."));
+  const Text missing = test::WideOf(directory_ / "missing");
   EXPECT_FALSE(list_.AddObject(missing));
   EXPECT_EQ(list_.ErrorMessage(),
-            u"Cannot read the DICOM file \"" + missing + u"\" for processing.");
+            OLESTR("Cannot read the DICOM file \"") + missing + OLESTR("\" for processing."));
   EXPECT_FALSE(list_.AddObject(file("1.2.3.4", "2")));
-  EXPECT_EQ(list_.ErrorMessage(), u"The instance UID is invalid.");
+  EXPECT_EQ(list_.ErrorMessage(), OLESTR("The instance UID is invalid."));
   EXPECT_EQ(list_.GetCount(), 1U);
 }
 
@@ -81,7 +84,7 @@ TEST_F(ObjectList, TakesALoadedFileWithoutReadingItAgain) {
   std::filesystem::remove(std::filesystem::path(path));
   EXPECT_FALSE(list_.AddObject(util, false));
   ASSERT_TRUE(list_.AddObject(util, true));
-  const CDicomObjectProperties* object = list_.FindByInstanceUid(u"1.2.3.4");
+  const CDicomObjectProperties* object = list_.FindByInstanceUid(OLESTR("1.2.3.4"));
   ASSERT_NE(object, nullptr);
   EXPECT_EQ(object->FileName(), path);
   EXPECT_EQ(object->FileSize(), 0U);
@@ -89,17 +92,17 @@ TEST_F(ObjectList, TakesALoadedFileWithoutReadingItAgain) {
 
 TEST(ObjectPropertiesCopies, ShareNothingWithTheOriginal) {
   CDicomObjectProperties original;
-  original.SetModality(u"CT");
+  original.SetModality(OLESTR("CT"));
   original.Image()->rows = 4;
-  original.Image()->SetInstanceNumber(u"9");
-  original.SetErrorMessage(TextView(u"a sentence"));
+  original.Image()->SetInstanceNumber(OLESTR("9"));
+  original.SetErrorMessage(TextView(OLESTR("a sentence")));
   CDicomObjectProperties copy(original);
   original.Image()->rows = 5;
   original.Clear();
-  EXPECT_EQ(copy.Modality(), u"CT");
+  EXPECT_EQ(copy.Modality(), OLESTR("CT"));
   EXPECT_EQ(copy.Image()->rows, 4);
-  EXPECT_EQ(copy.InstanceNumber(), u"9");
-  EXPECT_EQ(copy.ErrorMessage(), u"a sentence");
+  EXPECT_EQ(copy.InstanceNumber(), OLESTR("9"));
+  EXPECT_EQ(copy.ErrorMessage(), OLESTR("a sentence"));
   copy = CDicomObjectProperties();
   EXPECT_EQ(copy.ImageIfAny(), nullptr);
 }
@@ -123,29 +126,30 @@ TEST(ObjectPropertiesTexts, AreRefusedBeyondTheirLimit) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     CDicomObjectProperties properties;
-    const Text longest(c.limit, u'a');
+    const Text longest(c.limit, OLESTR('a'));
     EXPECT_TRUE((properties.*c.set)(longest));
-    EXPECT_FALSE((properties.*c.set)(Text(c.limit + 1, u'b')));
+    EXPECT_FALSE((properties.*c.set)(Text(c.limit + 1, OLESTR('b'))));
     EXPECT_FALSE((properties.*c.set)(Text()));
     EXPECT_EQ((properties.*c.get)(), longest);
     properties.SetAllowEmpty(true);
     EXPECT_TRUE((properties.*c.set)(Text()));
-    EXPECT_EQ((properties.*c.get)(), u"");
+    EXPECT_EQ((properties.*c.get)(), OLESTR(""));
   }
 }
 
 TEST(SopClassTexts, FollowTheUid) {
   CDicomObjectProperties properties;
-  EXPECT_TRUE(properties.SetSopClassUid(u"1.2.840.10008.5.1.4.1.1.1.2.1"));
-  EXPECT_EQ(properties.SopClassCode(), u"MGPRC");
-  EXPECT_EQ(properties.SopClassName(), u"Digital Mammography Image Storage - For Processing");
+  EXPECT_TRUE(properties.SetSopClassUid(OLESTR("1.2.840.10008.5.1.4.1.1.1.2.1")));
+  EXPECT_EQ(properties.SopClassCode(), OLESTR("MGPRC"));
+  EXPECT_EQ(properties.SopClassName(),
+            OLESTR("Digital Mammography Image Storage - For Processing"));
   EXPECT_FALSE(properties.SetSopClassUid({}));
-  EXPECT_EQ(properties.SopClassCode(), u"MGPRC");
-  EXPECT_TRUE(properties.SetSopClassUid(u"1.2.840.10008.5.1.4.1.1.1.2.1.1"));
-  EXPECT_EQ(properties.SopClassCode(), u"");
-  EXPECT_EQ(properties.SopClassName(), u"");
-  EXPECT_TRUE(properties.SetTransferSyntax(u"1.2.840.987654.1.2.1"));
-  EXPECT_EQ(properties.TransferSyntaxName(), u"Tarn Private Wavelet Compression");
+  EXPECT_EQ(properties.SopClassCode(), OLESTR("MGPRC"));
+  EXPECT_TRUE(properties.SetSopClassUid(OLESTR("1.2.840.10008.5.1.4.1.1.1.2.1.1")));
+  EXPECT_EQ(properties.SopClassCode(), OLESTR(""));
+  EXPECT_EQ(properties.SopClassName(), OLESTR(""));
+  EXPECT_TRUE(properties.SetTransferSyntax(OLESTR("1.2.840.987654.1.2.1")));
+  EXPECT_EQ(properties.TransferSyntaxName(), OLESTR("Tarn Private Wavelet Compression"));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "dicom/elem_sq.h"
 #include "element_map.h"
+#include "support/text.h"
 
 namespace quillon {
 namespace {
@@ -33,7 +34,7 @@ void expectValues(CDicomUtil& util, const std::vector<ValueCase>& cases) {
   }
 }
 
-Text text(const char16_t* value) { return value; }
+Text text(const OLECHAR* value) { return value; }
 
 TEST(TagPathValues, ComeInTheTypeOfTheElementsVr) {
   const TempDir dir;
@@ -64,16 +65,17 @@ TEST(TagPathValues, ComeInTheTypeOfTheElementsVr) {
   ASSERT_TRUE(util.ReadFile(map.write(dir, "values.dcm"), false));
   expectValues(util,
                {
-                   {"00080008,CS", false, text(u"ORIGINAL\\PRIMARY\\AXIAL")},
+                   {"00080008,CS", false, text(OLESTR("ORIGINAL\\PRIMARY\\AXIAL"))},
                    {"00080008,CS", true,
-                    std::vector<Text>{text(u"ORIGINAL"), text(u"PRIMARY"), text(u"AXIAL")}},
-                   {"00080060,CS", true, text(u"CT")},
+                    std::vector<Text>{text(OLESTR("ORIGINAL")), text(OLESTR("PRIMARY")),
+                                      text(OLESTR("AXIAL"))}},
+                   {"00080060,CS", true, text(OLESTR("CT"))},
                    {"00080080,LO", false, std::monostate{}},
                    {"00181600,CS", true, std::monostate{}},
-                   {"00081030,LO", false, text(u"Caf\u00E9 \u20AC")},
-                   {"00104000,LT", true, text(u"one\\two")},
-                   {"00200013,IS", false, text(u"12")},
-                   {"00280009,AT", false, text(u"(0018,1063)")},
+                   {"00081030,LO", false, text(OLESTR("Caf\u00E9 \u20AC"))},
+                   {"00104000,LT", true, text(OLESTR("one\\two"))},
+                   {"00200013,IS", false, text(OLESTR("12"))},
+                   {"00280009,AT", false, text(OLESTR("(0018,1063)"))},
                    {"00280010,US", false, std::uint16_t{512}},
                    {"00281101,US", false, std::uint16_t{256}},
                    {"00281101,US", true, std::vector<std::uint16_t>{256, 0, 16}},
@@ -87,10 +89,10 @@ TEST(TagPathValues, ComeInTheTypeOfTheElementsVr) {
                    {"00189219,SS", false, std::int16_t{-3}},
                    {"00091010,UN", false, std::vector<std::uint8_t>{1, 2, 254}},
                    {"00091012,OW", false, std::vector<std::uint16_t>{0x1234, 0xFF00}},
-                   {"0040a160,UT", true, text(u"long \\ text")},
+                   {"0040a160,UT", true, text(OLESTR("long \\ text"))},
                    {"60003000,OF", false, std::vector<float>{1.0F, -0.5F}},
                    // The element's VR counts, not the path's; both cases of hexadecimal digits do.
-                   {"0040A160,OB/OW", false, text(u"long \\ text")},
+                   {"0040A160,OB/OW", false, text(OLESTR("long \\ text"))},
                });
 }
 
@@ -104,7 +106,7 @@ TEST(TagPathValues, AreTheSameInEveryByteOrder) {
       .raw(0x00091013, "OF", {0xC0, 0x20, 0, 0});
   CDicomUtil util;
   ASSERT_TRUE(util.ReadFile(map.write(dir, "big.dcm"), false));
-  expectValues(util, {{"00280009,AT", false, text(u"(0018,1063)")},
+  expectValues(util, {{"00280009,AT", false, text(OLESTR("(0018,1063)"))},
                       {"00280010,US", false, std::uint16_t{0x0102}},
                       {"00186044,UL", false, std::uint32_t{0x01020304}},
                       {"00091012,OW", false, std::vector<std::uint16_t>{0x1234, 0xFF00}},
@@ -120,7 +122,7 @@ TEST(TagPathValues, OfTwoPossibleVrsAreTextOrFollowBitsAllocated) {
       .us(0x7FE00010, {0x0102, 3});
   CDicomUtil util;
   ASSERT_TRUE(util.ReadFile(map.write(dir, "words.dcm"), false));
-  expectValues(util, {{"00280120,US", false, text(u"-2000")},
+  expectValues(util, {{"00280120,US", false, text(OLESTR("-2000"))},
                       {"00283002,US", true, std::vector<std::int16_t>{256, -1, 12}},
                       {"7fe00010,OW", false, std::vector<std::uint16_t>{0x0102, 3}}});
 
@@ -140,9 +142,9 @@ TEST(TagPathValues, AreFoundInsideSequenceItems) {
   map.sequence(0x0040A043, {item1, item2}).sequence(0x0040A730, {}).us(0x00280010, {1});
   CDicomUtil util;
   ASSERT_TRUE(util.ReadFile(map.write(dir, "nested.dcm"), false));
-  expectValues(util, {{"0040a043,SQ,1:00080100,SH", false, text(u"CODE1")},
-                      {"0040a043,SQ,2:00080100,SH", false, text(u"CODE2")},
-                      {"0040a043,SQ,2:0040a168,SQ,2:00080100,SH", false, text(u"DEEP2")},
+  expectValues(util, {{"0040a043,SQ,1:00080100,SH", false, text(OLESTR("CODE1"))},
+                      {"0040a043,SQ,2:00080100,SH", false, text(OLESTR("CODE2"))},
+                      {"0040a043,SQ,2:0040a168,SQ,2:00080100,SH", false, text(OLESTR("DEEP2"))},
                       {"0040a043,SQ", false, std::monostate{}},
                       {"0040a043,SQ,2:0040a168,SQ", true, std::monostate{}}});
   for (const char* path : {"",
@@ -185,11 +187,11 @@ TEST(TagPathValues, OfGroup2ComeFromTheMetaInformation) {
                                      "1.2.3.4.5.6.7", test::kExplicitLittleUid);
   test::writeBytes(dir / "meta.dcm", file);
   CDicomUtil util;
-  ASSERT_TRUE(util.ReadFile((dir / "meta.dcm").u16string(), true));
+  ASSERT_TRUE(util.ReadFile(test::WideOf(dir / "meta.dcm"), true));
   expectValues(util, {{"00020001,XX", false, std::uint16_t{1}},
-                      {"00020002,UI", false, text(u"1.2.3.4.5.6")},
-                      {"00020003,UI", false, text(u"1.2.3.4.5.6.7")},
-                      {"00020010,UI", false, text(u"1.2.840.10008.1.2.1")}});
+                      {"00020002,UI", false, text(OLESTR("1.2.3.4.5.6"))},
+                      {"00020003,UI", false, text(OLESTR("1.2.3.4.5.6.7"))},
+                      {"00020010,UI", false, text(OLESTR("1.2.840.10008.1.2.1"))}});
   DicomValue value;
   EXPECT_FALSE(util.GetValue("00020000,UL", value, false));
   EXPECT_FALSE(util.GetValue("00020102,OB", value, false));
@@ -206,11 +208,11 @@ TEST(ReadingAFile, ThatFailsLeavesTheCodeAndNothingOfTheFileBefore) {
   const TempDir dir;
   CDicomUtil util;
   ASSERT_TRUE(util.ReadFile(test::imageElements().write(dir, "good.dcm"), true));
-  EXPECT_FALSE(util.ReadFile((dir / "missing.dcm").u16string(), true));
+  EXPECT_FALSE(util.ReadFile(test::WideOf(dir / "missing.dcm"), true));
   EXPECT_NE(util.GetLastResult(), kDcOk);
-  Text path = text(u"?");
+  Text path = text(OLESTR("?"));
   util.GetFilePath(path);
-  EXPECT_EQ(path, text(u""));
+  EXPECT_EQ(path, text(OLESTR("")));
   EXPECT_EQ(util.GetElementList(), nullptr);
   EXPECT_TRUE(util.HasNoPixelData());
   std::uint32_t lengthBytes = 0;
@@ -218,10 +220,14 @@ TEST(ReadingAFile, ThatFailsLeavesTheCodeAndNothingOfTheFileBefore) {
 }
 
 TEST(ReadingAFile, ThatIsNamedInAnyScriptWorks) {
+  // The toolkit opens files by names in the code page, which is UTF-8 on Linux alone.
+#ifdef _WIN32
+  const std::string name = "\u00E9.dcm";
+#else
+  const std::string name = "\u65E5\u672C \u00E9.dcm";
+#endif
   const TempDir dir;
-  const Text path = (dir / "\u65E5\u672C \u00E9.dcm").u16string();
-  const Text written = test::imageElements().write(dir, "\u65E5\u672C \u00E9.dcm");
-  ASSERT_EQ(path, written);
+  const Text path = test::imageElements().write(dir, name);
   CDicomUtil util;
   EXPECT_TRUE(util.ReadFile(path, true));
   // Deferred bytes are fetched from the file under its name when they are asked for.
@@ -306,7 +312,7 @@ TEST(ReadingBytesOfAFile, GivesExactlyWhatWasAskedForOrFails) {
       ASSERT_EQ(buffer.Allocate(c.allocatedBefore), 0);
     }
     EXPECT_EQ(
-        CDicomUtil::ReadUNCToBuffer((dir / c.file).u16string(), c.offset, c.lengthBytes, buffer),
+        CDicomUtil::ReadUNCToBuffer(test::WideOf(dir / c.file), c.offset, c.lengthBytes, buffer),
         c.succeeds);
     if (!c.succeeds) continue;
     EXPECT_EQ(std::string(buffer.GetData(), buffer.GetData() + buffer.GetSize()), c.expected);
@@ -352,7 +358,7 @@ TEST(CopyingASequence, KeepsEveryByteWhenTheSourceIsGone) {
   }
   DcElem* copy = record.find(dcTag(0x0040, 0xA043));
   ASSERT_NE(copy, nullptr);
-  Bytes encoded(copy->encodedLengthEstimate());
+  Bytes encoded(static_cast<std::size_t>(copy->encodedLengthEstimate()));
   std::uint32_t lengthBytes = 0;
   ASSERT_EQ(copy->frame(encoded.data(), lengthBytes, DcUid::ExplicitLittleEndian), kDcOk);
   encoded.resize(lengthBytes);
@@ -369,21 +375,21 @@ TEST(ValuesAsText, AreDecimalAndNeverArrays) {
   struct {
     const char* what;
     DicomValue value;
-    const char16_t* expected;
+    const OLECHAR* expected;
   } const cases[] = {
-      {"none", std::monostate{}, u""},
-      {"text", text(u"a\u00E9"), u"a\u00E9"},
-      {"byte", std::uint8_t{200}, u"200"},
-      {"negative", std::int16_t{-32768}, u"-32768"},
-      {"largest", std::uint32_t{4294967295}, u"4294967295"},
-      {"float", 0.1F, u"0.1"},
-      {"double", 1.0 / 3, u"0.333333333333333"},
-      {"whole double", 512.0, u"512"},
-      {"exponent", 1e20, u"1E+20"},
+      {"none", std::monostate{}, OLESTR("")},
+      {"text", text(OLESTR("a\u00E9")), OLESTR("a\u00E9")},
+      {"byte", std::uint8_t{200}, OLESTR("200")},
+      {"negative", std::int16_t{-32768}, OLESTR("-32768")},
+      {"largest", std::uint32_t{4294967295}, OLESTR("4294967295")},
+      {"float", 0.1F, OLESTR("0.1")},
+      {"double", 1.0 / 3, OLESTR("0.333333333333333")},
+      {"whole double", 512.0, OLESTR("512")},
+      {"exponent", 1e20, OLESTR("1E+20")},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    Text out = text(u"before");
+    Text out = text(OLESTR("before"));
     EXPECT_TRUE(DicomValueToText(c.value, out));
     EXPECT_EQ(out, c.expected);
   }

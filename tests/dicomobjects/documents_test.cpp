@@ -61,42 +61,42 @@ class Reader {
 TEST(KeyObjectDocuments, AreRead) {
   Reader<CKeyObjectDocument> reader;
   ASSERT_TRUE(reader.read(keyObject()));
-  EXPECT_EQ(reader.document.InstanceNumber(), u"4");
-  EXPECT_EQ(reader.document.ContentDate(), u"20090305");
-  EXPECT_EQ(reader.document.ContentTime(), u"1030");
+  EXPECT_EQ(reader.document.InstanceNumber(), OLESTR("4"));
+  EXPECT_EQ(reader.document.ContentDate(), OLESTR("20090305"));
+  EXPECT_EQ(reader.document.ContentTime(), OLESTR("1030"));
 }
 
 TEST(PresentationStates, AreReadWithNamesForWhatIsEmpty) {
   Reader<CPresentation> reader;
   ASSERT_TRUE(reader.read(presentation()));
-  EXPECT_EQ(reader.document.InstanceNumber(), u"5");
-  EXPECT_EQ(reader.document.ContentLabel(), u"LABEL");
-  EXPECT_EQ(reader.document.ContentDescription(), u"Described");
-  EXPECT_EQ(reader.document.ContentCreatorName(), u"Maker^M");
-  EXPECT_EQ(reader.document.CreationDate(), u"20090306");
-  EXPECT_EQ(reader.document.CreationTime(), u"1100");
+  EXPECT_EQ(reader.document.InstanceNumber(), OLESTR("5"));
+  EXPECT_EQ(reader.document.ContentLabel(), OLESTR("LABEL"));
+  EXPECT_EQ(reader.document.ContentDescription(), OLESTR("Described"));
+  EXPECT_EQ(reader.document.ContentCreatorName(), OLESTR("Maker^M"));
+  EXPECT_EQ(reader.document.CreationDate(), OLESTR("20090306"));
+  EXPECT_EQ(reader.document.CreationTime(), OLESTR("1100"));
 
   ASSERT_TRUE(reader.read(presentation().text(0x00700081, "LO", "").text(0x00700084, "PN", "")));
-  EXPECT_EQ(reader.document.ContentDescription(), u"Unknown");
-  EXPECT_EQ(reader.document.ContentCreatorName(), u"Unknown^Unknown");
+  EXPECT_EQ(reader.document.ContentDescription(), OLESTR("Unknown"));
+  EXPECT_EQ(reader.document.ContentCreatorName(), OLESTR("Unknown^Unknown"));
 }
 
 TEST(StructuredReports, HaveAVerificationTimeOnlyWhenVerified) {
   Reader<CStructuredReport> reader;
   ASSERT_TRUE(reader.read(report("VERIFIED")));
-  EXPECT_EQ(reader.document.InstanceNumber(), u"6");
-  EXPECT_EQ(reader.document.CompletionFlag(), u"COMPLETE");
-  EXPECT_EQ(reader.document.VerificationFlag(), u"VERIFIED");
-  EXPECT_EQ(reader.document.VerificationDateTime(), u"20090307120000");
-  EXPECT_EQ(reader.document.ContentDate(), u"20090305");
-  EXPECT_EQ(reader.document.ContentTime(), u"1030");
-  EXPECT_EQ(reader.document.CodeValue(), u"121060");
-  EXPECT_EQ(reader.document.CodingSchemeDesignator(), u"DCM");
-  EXPECT_EQ(reader.document.CodeMeaning(), u"History");
+  EXPECT_EQ(reader.document.InstanceNumber(), OLESTR("6"));
+  EXPECT_EQ(reader.document.CompletionFlag(), OLESTR("COMPLETE"));
+  EXPECT_EQ(reader.document.VerificationFlag(), OLESTR("VERIFIED"));
+  EXPECT_EQ(reader.document.VerificationDateTime(), OLESTR("20090307120000"));
+  EXPECT_EQ(reader.document.ContentDate(), OLESTR("20090305"));
+  EXPECT_EQ(reader.document.ContentTime(), OLESTR("1030"));
+  EXPECT_EQ(reader.document.CodeValue(), OLESTR("121060"));
+  EXPECT_EQ(reader.document.CodingSchemeDesignator(), OLESTR("DCM"));
+  EXPECT_EQ(reader.document.CodeMeaning(), OLESTR("History"));
 
   // The time of the report before must not stay.
   ASSERT_TRUE(reader.read(report("UNVERIFIED").without(0x0040A030)));
-  EXPECT_EQ(reader.document.VerificationDateTime(), u"");
+  EXPECT_EQ(reader.document.VerificationDateTime(), OLESTR(""));
   EXPECT_FALSE(reader.read(report("VERIFIED").without(0x0040A030)));
 }
 
@@ -110,7 +110,7 @@ struct AttributeCase {
   std::uint32_t tag;
   const char* path;
   const char* vr;
-  std::u16string name;  // in "Cannot set the <document> <name>."
+  Text name;  // in "Cannot set the <document> <name>."
 };
 
 // A text that cannot be stored leaves its sentence and an empty field, and the document is taken;
@@ -128,7 +128,7 @@ void expectEachAttributeTold(const ElementMap& whole, const Text& document,
       if (!isCode) return ElementMap(whole).text(c.tag, c.vr, value);
       ElementMap code;
       for (const std::uint32_t tag : {0x00080100, 0x00080102, 0x00080104}) {
-        const bool isMeant = path.find(Text(1, u':') + hexText(tag)) != Text::npos;
+        const bool isMeant = path.find(Text(1, OLESTR(':')) + hexText(tag)) != Text::npos;
         code.text(tag, tag == 0x00080104 ? "LO" : "SH", isMeant ? value : "1");
       }
       return ElementMap(whole).sequence(c.tag, {code});
@@ -136,60 +136,61 @@ void expectEachAttributeTold(const ElementMap& whole, const Text& document,
     Reader<Document> reader;
     ASSERT_TRUE(reader.read(whole));
     EXPECT_TRUE(reader.read(with(tooLong)));
-    EXPECT_EQ(reader.document.ErrorMessage(), u"Cannot set the " + document + u" " + c.name + u".");
-    EXPECT_FALSE(reader.read(ElementMap(whole).without(c.tag)));
-    const Text missing = isCode ? Text(u"0040a043,SQ,1:00080100,SH") : path;
     EXPECT_EQ(reader.document.ErrorMessage(),
-              u"Cannot retrieve the \"" + missing + u"\" " + document + u" tag value.");
+              OLESTR("Cannot set the ") + document + OLESTR(" ") + c.name + OLESTR("."));
+    EXPECT_FALSE(reader.read(ElementMap(whole).without(c.tag)));
+    const Text missing = isCode ? Text(OLESTR("0040a043,SQ,1:00080100,SH")) : path;
+    EXPECT_EQ(reader.document.ErrorMessage(), OLESTR("Cannot retrieve the \"") + missing +
+                                                  OLESTR("\" ") + document + OLESTR(" tag value."));
     reader.document.SetValuesRequired(true);
     EXPECT_FALSE(reader.read(with("")));
-    EXPECT_EQ(reader.document.ErrorMessage(),
-              u"The " + document + u" tag \"" + path + u"\" does not have a value.");
+    EXPECT_EQ(reader.document.ErrorMessage(), OLESTR("The ") + document + OLESTR(" tag \"") + path +
+                                                  OLESTR("\" does not have a value."));
   }
   Document fresh;
   CDicomUtil util;
   Text out;
   EXPECT_FALSE(fresh.ReadTagValue(util, {}, out));
-  EXPECT_EQ(fresh.ErrorMessage(), u"The " + document + u" tag is invalid.");
+  EXPECT_EQ(fresh.ErrorMessage(), OLESTR("The ") + document + OLESTR(" tag is invalid."));
 }
 
 TEST(Documents, TellEachAttributeThatIsAbsentEmptyOrTooLong) {
   expectEachAttributeTold<CKeyObjectDocument>(
-      keyObject(), u"key object document",
-      {{0x00200013, "00200013,IS", "IS", u"instance number"},
-       {0x00080023, "00080023,DA", "DA", u"content date"},
-       {0x00080033, "00080033,TM", "TM", u"content time"}});
+      keyObject(), OLESTR("key object document"),
+      {{0x00200013, "00200013,IS", "IS", OLESTR("instance number")},
+       {0x00080023, "00080023,DA", "DA", OLESTR("content date")},
+       {0x00080033, "00080033,TM", "TM", OLESTR("content time")}});
   expectEachAttributeTold<CPresentation>(
-      presentation(), u"presentation",
-      {{0x00200013, "00200013,IS", "IS", u"instance number"},
-       {0x00700080, "00700080,CS", "CS", u"content label"},
-       {0x00700081, "00700081,LO", "LO", u"content description"},
-       {0x00700084, "00700084,PN", "PN", u"content creator name"},
-       {0x00700082, "00700082,DA", "DA", u"creation date"},
-       {0x00700083, "00700083,TM", "TM", u"content time"}});
+      presentation(), OLESTR("presentation"),
+      {{0x00200013, "00200013,IS", "IS", OLESTR("instance number")},
+       {0x00700080, "00700080,CS", "CS", OLESTR("content label")},
+       {0x00700081, "00700081,LO", "LO", OLESTR("content description")},
+       {0x00700084, "00700084,PN", "PN", OLESTR("content creator name")},
+       {0x00700082, "00700082,DA", "DA", OLESTR("creation date")},
+       {0x00700083, "00700083,TM", "TM", OLESTR("content time")}});
   expectEachAttributeTold<CStructuredReport>(
-      report("VERIFIED"), u"structured report",
-      {{0x00200013, "00200013,IS", "IS", u"instance number"},
-       {0x0040A491, "0040a491,CS", "CS", u"completion flag"},
-       {0x0040A493, "0040a493,CS", "CS", u"verification flag"},
-       {0x0040A030, "0040a030,DT", "DT", u"verification date and time"},
-       {0x00080023, "00080023,DA", "DA", u"content date"},
-       {0x00080033, "00080033,TM", "TM", u"content time"},
-       {0x0040A043, "0040a043,SQ,1:00080100,SH", "SQ", u"code value"},
-       {0x0040A043, "0040a043,SQ,1:00080102,SH", "SQ", u"coding scheme designator"},
-       {0x0040A043, "0040a043,SQ,1:00080104,LO", "SQ", u"code meaning"}});
+      report("VERIFIED"), OLESTR("structured report"),
+      {{0x00200013, "00200013,IS", "IS", OLESTR("instance number")},
+       {0x0040A491, "0040a491,CS", "CS", OLESTR("completion flag")},
+       {0x0040A493, "0040a493,CS", "CS", OLESTR("verification flag")},
+       {0x0040A030, "0040a030,DT", "DT", OLESTR("verification date and time")},
+       {0x00080023, "00080023,DA", "DA", OLESTR("content date")},
+       {0x00080033, "00080033,TM", "TM", OLESTR("content time")},
+       {0x0040A043, "0040a043,SQ,1:00080100,SH", "SQ", OLESTR("code value")},
+       {0x0040A043, "0040a043,SQ,1:00080102,SH", "SQ", OLESTR("coding scheme designator")},
+       {0x0040A043, "0040a043,SQ,1:00080104,LO", "SQ", OLESTR("code meaning")}});
 }
 
 TEST(Documents, SettersKeepTheRulesOfReading) {
   CKeyObjectDocument document;
-  EXPECT_TRUE(document.SetContentDate(u"20090305"));
-  EXPECT_FALSE(document.SetContentDate(Text(1025, u'1')));
-  EXPECT_EQ(document.ErrorMessage(), u"Cannot set the key object document content date.");
-  EXPECT_EQ(document.ContentDate(), u"20090305");
+  EXPECT_TRUE(document.SetContentDate(OLESTR("20090305")));
+  EXPECT_FALSE(document.SetContentDate(Text(1025, OLESTR('1'))));
+  EXPECT_EQ(document.ErrorMessage(), OLESTR("Cannot set the key object document content date."));
+  EXPECT_EQ(document.ContentDate(), OLESTR("20090305"));
   EXPECT_TRUE(document.SetContentDate({}));
   document.SetValuesRequired(true);
   EXPECT_FALSE(document.SetContentTime({}));
-  EXPECT_EQ(document.ErrorMessage(), u"Cannot set the key object document content time.");
+  EXPECT_EQ(document.ErrorMessage(), OLESTR("Cannot set the key object document content time."));
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "foundation/text.h"
 #include "support/dicom_bytes.h"
 #include "support/temp_dir.h"
+#include "support/text.h"
 
 namespace quillon::test {
 
@@ -78,7 +79,7 @@ class ElementMap {
                                                                      : kExplicitLittleUid;
     const std::filesystem::path file = directory / name;
     writeBytes(file, dicomFile(bytes(), kSopClass, kSopInstance, uid));
-    return file.u16string();
+    return test::WideOf(file);
   }
 
  private:

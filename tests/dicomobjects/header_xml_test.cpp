@@ -11,6 +11,7 @@
 #include "dicomobjects/xml_text.h"
 #include "element_map.h"
 #include "foundation/text.h"
+#include "support/text.h"
 
 namespace quillon {
 namespace {
@@ -300,7 +301,7 @@ TEST(HeaderXml, OfRealFilesIsThatOfTheGoldenFiles) {
     CDicomUtil util;
     Text out;
     const auto file = test::pydicomData() / "test_files" / (std::string(name) + ".dcm");
-    ASSERT_TRUE(util.ReadFile(file.u16string(), true));
+    ASSERT_TRUE(util.ReadFile(test::WideOf(file), true));
     ASSERT_TRUE(util.GetHeaderXml(out, kMaxValues, false));
     const auto golden = std::filesystem::path(QUILLON_GOLDEN_DIR) / (std::string(name) + ".xml");
     if (std::getenv("QUILLON_GOLDEN_UPDATE") != nullptr) test::writeText(golden, utf8(out));

@@ -3,8 +3,12 @@
 namespace quillon::test {
 
 #ifdef _WIN32
+bool runsUnderWine() {
+  return GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version") != nullptr;
+}
+
 std::string systemSentence(HRESULT code, const std::string& onWindows) {
-  if (GetProcAddress(GetModuleHandleW(L"ntdll"), "wine_get_version") == nullptr) return onWindows;
+  if (!runsUnderWine()) return onWindows;
   char text[256];
   const DWORD units =
       FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
@@ -13,6 +17,8 @@ std::string systemSentence(HRESULT code, const std::string& onWindows) {
   return sentence.substr(0, sentence.find_last_not_of("\r\n") + 1);
 }
 #else
+bool runsUnderWine() { return false; }
+
 std::string systemSentence(HRESULT, const std::string& onWindows) { return onWindows; }
 #endif
 

@@ -1,4 +1,4 @@
-// The system's own sentences for its codes, which Wine words in its own way.
+// What differs between Windows and Wine: the system's own sentences for its codes, and gaps.
 #pragma once
 
 #include <string>
@@ -6,6 +6,8 @@
 #include "platform/com.h"
 
 namespace quillon::test {
+
+bool runsUnderWine();
 
 // onWindows, or what Wine says instead of it: nothing for a code that it has no sentence for.
 std::string systemSentence(HRESULT code, const std::string& onWindows);
