@@ -12,7 +12,7 @@ add_library(GTest::gtest_main ALIAS quillon_gtest)
 # What the tests share, without the parts that stand in for Linux services.
 set(support "${PROJECT_SOURCE_DIR}/tests/support")
 add_library(quillon_test_support STATIC "${support}/dicom_bytes.cpp" "${support}/object_maker.cpp"
-                                        "${support}/temp_dir.cpp")
+                                        "${support}/temp_dir.cpp" "${support}/workstation_settings.cpp")
 target_include_directories(quillon_test_support PUBLIC "${PROJECT_SOURCE_DIR}/tests")
 target_link_libraries(quillon_test_support PRIVATE quillon_options)
 # Recording services of the tests' own, found through ole32.
@@ -29,5 +29,6 @@ target_include_directories(quillon_test_messages PRIVATE "${PROJECT_SOURCE_DIR}/
 add_subdirectory(tests/dicom)
 add_subdirectory(tests/dicomobjects)
 add_subdirectory(tests/disc)
+add_subdirectory(tests/fileset)
 add_subdirectory(tests/foundation)
 add_subdirectory(tests/server/com_server)

@@ -2,51 +2,29 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "fileset/dicom_dir_processor.h"
-#include "platform/testing.h"
 #include "support/object_maker.h"
+#include "support/system_sentence.h"
 #include "support/temp_dir.h"
+#include "support/text.h"
+#include "support/workstation_settings.h"
+#ifndef _WIN32
+#include "platform/testing.h"
+#endif
 
 namespace quillon::test {
 
 namespace fs = std::filesystem;
 
-inline std::string narrow(const Text& text) { return fs::path(text).string(); }
-inline Text wide(const fs::path& path) { return path.u16string(); }
-
-// Points the registry at a file of the test's own for the life of the object.
-class RegistryFile {
- public:
-  explicit RegistryFile(const fs::path& file) : file_(file) {
-    ::setenv("QUILLON_REGISTRY", file.c_str(), 1);
-  }
-  ~RegistryFile() { ::unsetenv("QUILLON_REGISTRY"); }
-  RegistryFile(const RegistryFile&) = delete;
-  RegistryFile& operator=(const RegistryFile&) = delete;
-
-  void setOtherContent(const std::string& directory) const {
-    writeText(file_,
-              "Windows Registry Editor Version 5.00\n\n"
-              "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarn Imaging\\Quillon\\Workstation\\MediaCreation]\n"
-              "\"OtherContentSourceDir\"=\"" +
-                  directory + "\"\n");
-  }
-  // The key without the value.
-  void setKeyOnly() const {
-    writeText(
-        file_,
-        "Windows Registry Editor Version 5.00\n\n"
-        "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarn Imaging\\Quillon\\Workstation\\MediaCreation]\n");
-  }
-
- private:
-  fs::path file_;
-};
+inline const std::string kFileExists =
+    systemSentence(ERROR_ALREADY_EXISTS, "Cannot create a file when that file already exists.");
+inline const std::string kFileNotFound =
+    systemSentence(ERROR_FILE_NOT_FOUND, "The system cannot find the file specified.");
 
 inline ObjectDescription object(int patient, int study, int series, int instance) {
   ObjectDescription d;
@@ -57,23 +35,42 @@ inline ObjectDescription object(int patient, int study, int series, int instance
   return d;
 }
 
-// The fifth of March 2009, a Thursday.
-inline SYSTEMTIME exampleDay() {
-  SYSTEMTIME day{};
-  day.wYear = 2009;
-  day.wMonth = 3;
-  day.wDay = 5;
-  day.wDayOfWeek = 4;
-  day.wHour = 10;
-  return day;
-}
+// The day of the tests' creations, as their labels write it: a day of their own where the clock can
+// be set, and today elsewhere.
+class CreationDay {
+#ifdef _WIN32
+ public:
+  [[nodiscard]] static std::string text() {
+    char text[32];
+    GetDateFormatA(MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT), 0, nullptr,
+                   "dd MMM yyyy", text, sizeof text);
+    return text;
+  }
+#else
+ public:
+  CreationDay() {
+    platform::testing::SubstituteClock([] {
+      SYSTEMTIME day{};
+      day.wYear = 2009;
+      day.wMonth = 3;
+      day.wDay = 5;
+      day.wDayOfWeek = 4;
+      day.wHour = 10;
+      return day;
+    });
+  }
+  [[nodiscard]] static std::string text() { return "05 Mar 2009"; }
+
+ private:
+  platform::testing::Scope substitutes_;
+#endif
+};
 
 struct BuilderJob {
-  BuilderJob() : registry(dir / "registry.reg"), root(dir / "root"), in(dir / "in") {
+  BuilderJob() : registry(dir.path()), root(dir / "root"), in(dir / "in") {
     fs::create_directory(in);
-    platform::testing::SubstituteClock(exampleDay);
-    builder.SetDicomRootDirectory(wide(root));
-    builder.SetUniquePatientId(u"DOE^JOHN 12345");
+    builder.SetDicomRootDirectory(WideOf(root));
+    builder.SetUniquePatientId(OLESTR("DOE^JOHN 12345"));
     builder.includeOtherContent = false;
   }
 
@@ -85,11 +82,11 @@ struct BuilderJob {
   // Makes the object and adds it.
   fs::path add(const std::string& name, const ObjectDescription& description) {
     fs::path file = make(name, description);
-    added = builder.AddFile(wide(file));
+    added = builder.AddFile(WideOf(file));
     return file;
   }
   bool create() { return builder.CreateDicomFileSet({}, {}); }
-  [[nodiscard]] std::string sentence() const { return narrow(builder.ErrorMessage()); }
+  [[nodiscard]] std::string sentence() const { return Plain(builder.ErrorMessage()); }
   // Objects in the patient list; -1 when there is none.
   int count() {
     std::uint32_t files = 0;
@@ -101,20 +98,28 @@ struct BuilderJob {
   }
 
   TempDir dir;
-  RegistryFile registry;
+  CreationDay day;
+  MediaCreationKey registry;
   fs::path root;
   fs::path in;
   CDicomDirProcessor builder;
   bool added = false;
-  platform::testing::Scope substitutes;
 };
+
+// Puts a path in the place of its mark, if that is there.
+inline void insert(std::string& sentence, std::string_view mark, const fs::path& path) {
+  if (const auto at = sentence.find(mark); at != std::string::npos) {
+    sentence.replace(at, mark.size(), path.string());
+  }
+}
 
 // Every file below a directory, relative to it, in order.
 inline std::vector<std::string> filesBelow(const fs::path& directory) {
   std::vector<std::string> names;
   if (fs::is_directory(directory)) {
     for (const auto& entry : fs::recursive_directory_iterator(directory)) {
-      if (!entry.is_directory()) names.push_back(fs::relative(entry.path(), directory).string());
+      if (!entry.is_directory())
+        names.push_back(fs::relative(entry.path(), directory).generic_string());
     }
   }
   std::sort(names.begin(), names.end());

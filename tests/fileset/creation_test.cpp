@@ -70,18 +70,18 @@ TEST(FileSetCreation, MovesTheFilesAndDescribesThem) {
 TEST(FileSetCreation, NamesTheHierarchyByCountersOfEachLevel) {
   BuilderJob job;
   job.builder.useHierarchyForDicomObjects = true;
-  job.builder.SetDicomObjectDirectory(u"/IMG/SET/");
+  job.builder.SetDicomObjectDirectory(OLESTR("/IMG/SET/"));
   int made = 0;
   const auto add = [&](const Text& patient, int study, int series, int instance) {
     job.builder.SetUniquePatientId(patient);
     job.add(std::to_string(++made), object(1, study, series, instance));
   };
   // The order of the model, not of the adding, gives the numbers.
-  add(u"B", 1, 1, 1);
-  add(u"A", 1, 1, 1);
-  add(u"A", 2, 1, 1);
-  add(u"B", 1, 2, 1);
-  add(u"B", 1, 1, 2);
+  add(OLESTR("B"), 1, 1, 1);
+  add(OLESTR("A"), 1, 1, 1);
+  add(OLESTR("A"), 2, 1, 1);
+  add(OLESTR("B"), 1, 2, 1);
+  add(OLESTR("B"), 1, 1, 2);
   ASSERT_TRUE(job.create()) << job.sentence();
   const std::vector<std::string> expected{"DICOMDIR",
                                           "IMG/SET/P0000001/S0000001/E0000001/QLN00001",

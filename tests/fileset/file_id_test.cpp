@@ -43,14 +43,14 @@ TEST(FileIds, AreRefusedWithTheRuleThatTheyBreak) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     job.builder.ClearError();
-    EXPECT_EQ(job.builder.ValidateFileId(wide(c.fileId)), c.reason.empty());
+    EXPECT_EQ(job.builder.ValidateFileId(WideOf(c.fileId)), c.reason.empty());
     EXPECT_EQ(job.sentence(), c.reason.empty() ? "" : start + c.fileId + middle + c.reason);
   }
-  EXPECT_FALSE(job.builder.ValidateFileId(u""));
+  EXPECT_FALSE(job.builder.ValidateFileId(OLESTR("")));
   EXPECT_EQ(job.sentence(),
             "The File ID does not conform to the DICOM standard because it is empty or null.");
   // The path check of the file utilities.
-  EXPECT_FALSE(job.builder.ValidateFileId(u"A\\\\\\B"));
+  EXPECT_FALSE(job.builder.ValidateFileId(OLESTR("A\\\\\\B")));
   EXPECT_NE(job.sentence().find("cannot contain these characters"), std::string::npos);
 }
 

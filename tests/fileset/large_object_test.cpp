@@ -53,7 +53,7 @@ TEST(LargeObjects, AreIndexedWithoutReadingTheirPixelData) {
     const fs::path file = job.in / "large";
     ASSERT_NO_FATAL_FAILURE(makeLargeObject(file, encapsulated));
     const std::int64_t before = bytesReadSoFar();
-    EXPECT_TRUE(job.builder.AddFile(wide(file))) << job.sentence();
+    EXPECT_TRUE(job.builder.AddFile(WideOf(file))) << job.sentence();
     EXPECT_TRUE(job.create()) << job.sentence();
     EXPECT_LT(bytesReadSoFar() - before, 1 << 20);
     EXPECT_EQ(filesBelow(job.root).size(), 3U);  // the object, DICOMDIR and the label

@@ -21,7 +21,7 @@ struct ContentJob : BuilderJob {
     fs::create_directories(source / "data");
     writeText(source / "VIEWER.EXE", "12345");
     writeText(source / "data" / "help", "123");
-    registry.setOtherContent(source.string());
+    registry.setOtherContent(source);
     builder.includeOtherContent = true;
     add("a", {});
   }
@@ -44,8 +44,8 @@ TEST(OtherContent, OfARelativeRootLandsBelowIt) {
   ContentJob job;
   const fs::path before = fs::current_path();
   fs::current_path(job.dir.path());
-  job.builder.SetDicomRootDirectory(u"root");
-  job.builder.SetOtherContentDirectory(u"\\VIEW\\ER");
+  job.builder.SetDicomRootDirectory(OLESTR("root"));
+  job.builder.SetOtherContentDirectory(OLESTR("\\VIEW\\ER"));
   EXPECT_TRUE(job.create()) << job.sentence();
   fs::current_path(before);
   EXPECT_TRUE(fs::exists(job.root / "VIEW/ER/VIEWER.EXE"));
@@ -59,15 +59,15 @@ TEST(OtherContent, WhereNoneIsConfiguredTheLabelIsWrittenAllTheSame) {
     std::function<void(ContentJob&)> prepare;
     std::string sentence;
   } cases[] = {
-      {"no registry", [](ContentJob& job) { fs::remove(job.dir / "registry.reg"); }, kNoKey},
-      {"no value", [](ContentJob& job) { job.registry.setKeyOnly(); }, kNoValue},
+      {"no registry", [](ContentJob& job) { job.registry.remove(); }, kNoKey},
+      {"no value", [](ContentJob& job) { job.registry.setWithoutValue(); }, kNoValue},
       {"empty value", [](ContentJob& job) { job.registry.setOtherContent(""); }, ""},
-      {"no such directory",
-       [](ContentJob& job) { job.registry.setOtherContent((job.dir / "none").string()); }, ""},
+      {"no such directory", [](ContentJob& job) { job.registry.setOtherContent(job.dir / "none"); },
+       ""},
       {"empty directory",
        [](ContentJob& job) {
          fs::create_directory(job.dir / "nothing");
-         job.registry.setOtherContent((job.dir / "nothing").string());
+         job.registry.setOtherContent(job.dir / "nothing");
        },
        ""},
   };
@@ -96,12 +96,11 @@ TEST(OtherContent, ACopyThatFailsEndsTheCreationBeforeTheLabel) {
          fs::create_directory(job.root);
          writeText(job.root / "QUILLON", "x");
        },
-       "Cannot create the directory QUILLON for this reason:  Cannot create a file when that file "
-       "already exists."},
+       "Cannot create the directory QUILLON for this reason:  " + kFileExists},
       {"a source that is a file",
-       [](ContentJob& job) { job.registry.setOtherContent((job.source / "VIEWER.EXE").string()); },
-       "Cannot change to the directory {source}/VIEWER.EXE for this reason:  The directory name is "
-       "invalid."},
+       [](ContentJob& job) { job.registry.setOtherContent(job.source / "VIEWER.EXE"); },
+       "Cannot change to the directory {viewer} for this reason:  " +
+           systemSentence(ERROR_DIRECTORY, "The directory name is invalid.")},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -110,9 +109,8 @@ TEST(OtherContent, ACopyThatFailsEndsTheCreationBeforeTheLabel) {
     const fs::path before = fs::current_path();
     EXPECT_FALSE(job.create());
     std::string sentence = c.sentence;
-    if (const auto at = sentence.find("{source}"); at != std::string::npos) {
-      sentence.replace(at, 8, job.source.string());
-    }
+    insert(sentence, "{source}", job.source);
+    insert(sentence, "{viewer}", job.source / "VIEWER.EXE");
     EXPECT_EQ(job.sentence(), sentence);
     EXPECT_FALSE(fs::exists(job.root / "LABEL.TXT"));
     EXPECT_TRUE(fs::exists(job.root / "DICOMDIR"));
@@ -146,7 +144,7 @@ TEST(Totals, CountTheObjectsAndTheOtherContent) {
 
   // Without the setting's value there is no telling.
   job.builder.includeOtherContent = true;
-  job.registry.setKeyOnly();
+  job.registry.setWithoutValue();
   EXPECT_FALSE(job.builder.GetTotalSize(size));
   EXPECT_EQ(job.sentence(), kNoValue);
   EXPECT_EQ(size, 0U);
@@ -159,7 +157,7 @@ TEST(Wiping, RemovesTheFileSetAndWhatRecordingLeft) {
   const fs::path temporary = job.dir / "tmp";
   fs::create_directories(temporary / "QUILLON" / "work");
   writeText(temporary / "keep", "x");
-  ::setenv("TMPDIR", temporary.c_str(), 1);
+  const TemporaryFilesIn elsewhere(temporary);
   job.builder.Wipe();  // no root yet
   EXPECT_EQ(job.sentence(), "");
   fs::create_directories(temporary / "QUILLON");
@@ -167,7 +165,6 @@ TEST(Wiping, RemovesTheFileSetAndWhatRecordingLeft) {
   ASSERT_TRUE(job.create()) << job.sentence();
   const fs::path kept = job.add("b", {});
   job.builder.Wipe();
-  ::unsetenv("TMPDIR");
   EXPECT_FALSE(fs::exists(job.root));
   EXPECT_FALSE(fs::exists(temporary / "QUILLON"));
   EXPECT_TRUE(fs::exists(temporary / "keep"));
