@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "dicom/dict.h"
 #include "foundation/com_base.h"
@@ -10,9 +11,11 @@
 #include "platform/xml.h"
 #include "server/media_object/media_rw.h"
 #include "support/com_class.h"
-#include "support/http_server.h"
 #include "support/object_maker.h"
 #include "support/temp_dir.h"
+#ifndef _WIN32
+#include "support/http_server.h"
+#endif
 
 namespace quillon::test {
 namespace {
@@ -59,8 +62,12 @@ class HeaderText : public ::testing::Test {
 };
 
 TEST_F(HeaderText, IsTheTransformedXmlOfTheFile) {
+  std::vector<std::string> locations{path("names.xsl")};
+#ifndef _WIN32
   HttpServer server({{200, {}, kNamesOnly, HttpAnswer::Ending::Whole}});
-  for (const std::string& location : {path("names.xsl"), server.url("/names.xsl")}) {
+  locations.push_back(server.url("/names.xsl"));
+#endif
+  for (const std::string& location : locations) {
     SCOPED_TRACE(location);
     EXPECT_EQ(load(path("object.dcm"), location), "DOE^J\u00C4NE");
     EXPECT_EQ(answer_, S_OK);
@@ -91,7 +98,7 @@ TEST_F(HeaderText, FailsInTheOrderOfItsSteps) {
       {"too short for an element", path("short.dcm"), path("names.xsl"), readFailure("short.dcm")},
       {"no stylesheet", path("object.dcm"), path("missing.xsl"), ""},
       {"a stylesheet that is no XML", path("object.dcm"), path("no.xsl"), ""},
-      {"an URL that nobody serves", path("object.dcm"), urlThatRefuses(), ""},
+      {"an URL that nobody serves", path("object.dcm"), "http://127.0.0.1:9/names.xsl", ""},
       {"an empty result", path("object.dcm"), path("nothing.xsl"),
        "Cannot retrieve the DICOM header information from \"" + path("object.dcm") + ".\""},
   };

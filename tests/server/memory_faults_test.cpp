@@ -1,0 +1,191 @@
+// The media object when memory runs out.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "media_calls.h"
+#include "support/failing_new.h"
+#include "support/object_maker.h"
+#include "support/temp_dir.h"
+#include "support/workstation_settings.h"
+
+namespace quillon::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr HRESULT kOutOfMemory = static_cast<HRESULT>(0x8007000E);
+constexpr HRESULT kFailed = static_cast<HRESULT>(0x80004005);
+
+// A job with one object in its list and another file that can be added.
+struct Job {
+  Job() {
+    for (const int number : {1, 2}) {
+      ObjectDescription d;
+      d.instance = number;
+      makeObjectFile(dir / ("in/" + std::to_string(number)), d);
+      objects.push_back(readBytes(dir / ("in/" + std::to_string(number))));
+    }
+    media.put_DicomRootDirectory(Bstr((dir / "root").string()).get());
+    media.put_IncludeOtherContent(0);
+    media.put_UniquePatientId(Bstr("DOE^JOHN 12345").get());
+    VARIANT_BOOL done = 0;
+    media.AddFile(Bstr((dir / "in/1").string()).get(), &done);
+    EXPECT_EQ(done, kTrue) << errorOf(media);
+  }
+
+  // -1 when there are none, with the sentence that says so.
+  int count() {
+    ULONG files = 0;
+    return media.get_TotalNumberOfFilesInFileSet(&files) == S_OK ? static_cast<int>(files) : -1;
+  }
+
+  TempDir dir;
+  MediaCreationKey none{dir.path()};
+  std::vector<Bytes> objects;
+  CQuillonMediaRW media;
+};
+
+TEST(MediaObject, ATextThatFindsNoMemoryIsToldByResult) {
+  const struct {
+    GetString get;
+    PutString put;  // null for one that cannot be put
+    std::string value;
+    std::string getting, putting;
+  } cases[] = {
+      {&CQuillonMediaRW::get_IheLabel, nullptr, "", "Cannot retrieve the IHE Label.", ""},
+      {&CQuillonMediaRW::get_ErrMessageText, nullptr, "", "Cannot retrieve the error message text.",
+       ""},
+      {&CQuillonMediaRW::get_VolumeName, &CQuillonMediaRW::put_VolumeName,
+       "A VOLUME NAME OF 29 LETTERS", "Cannot retrieve the volume name.",
+       "Cannot set the volume name."},
+      {&CQuillonMediaRW::get_DicomRootDirectory, &CQuillonMediaRW::put_DicomRootDirectory,
+       "/a/root/directory/that/is/longer/than/the/one/before/it/in/the/temporary/directory/x",
+       "Cannot retrieve the DICOM root directory.", "Cannot set the DICOM root directory."},
+      {&CQuillonMediaRW::get_DicomObjectDirectory, &CQuillonMediaRW::put_DicomObjectDirectory,
+       "OBJECTS\\ELSEWHERE\\BELOW", "Cannot retrieve the DICOM object directory.",
+       "Cannot set the DICOM object directory."},
+      {&CQuillonMediaRW::get_OtherContentDirectory, &CQuillonMediaRW::put_OtherContentDirectory,
+       "VIEWER\\ELSEWHERE\\BELOW", "Cannot retrieve the DICOM processing directory.",
+       "Cannot set the DICOM processing directory."},
+      {&CQuillonMediaRW::get_DirectCopyDirectory, &CQuillonMediaRW::put_DirectCopyDirectory,
+       "E:\\A\\COPY\\ELSEWHERE", "Cannot retrieve the direct copy directory.",
+       "Cannot set the direct copy directory."},
+      {&CQuillonMediaRW::get_UniquePatientId, &CQuillonMediaRW::put_UniquePatientId,
+       "A PATIENT WITH A RATHER LONG KEY", "Cannot retrieve the unique patient ID.",
+       "Cannot set the unique patient ID."},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.getting);
+    Job job;
+    VARIANT_BOOL done = 0;
+    EXPECT_EQ(job.media.CreateDicomFileSet(&done), S_OK);        // makes a label
+    EXPECT_EQ(job.media.put_DicomRootDirectory(nullptr), S_OK);  // leaves a sentence
+    if (c.put != nullptr) {
+      const std::string before = textOf(job.media, c.get);
+      const Bstr value(c.value);
+      HRESULT answer = S_OK;
+      {
+        const FailingNew failing(1);
+        answer = (job.media.*c.put)(value.get());
+      }
+      EXPECT_EQ(answer, S_FALSE);
+      EXPECT_EQ(resultOf(job.media), kOutOfMemory);
+      EXPECT_EQ(errorOf(job.media), c.putting);
+      EXPECT_EQ(textOf(job.media, c.get), before);
+      EXPECT_EQ((job.media.*c.put)(value.get()), S_OK);
+      EXPECT_EQ(textOf(job.media, c.get), c.value);
+    }
+    Bstr out;
+    HRESULT answer = S_OK;
+    {
+      const FailingNew failing(1);
+      answer = (job.media.*c.get)(out.out());
+    }
+    EXPECT_EQ(answer, S_FALSE);
+    EXPECT_TRUE(out.isNull());
+    EXPECT_EQ(resultOf(job.media), kOutOfMemory);
+    EXPECT_EQ(errorOf(job.media), c.getting);
+  }
+}
+
+// Whichever allocation fails: an add is done, refused with a sentence, or broken off, and then
+// nothing of the list is left.
+TEST(MediaObject, AnAddThatFindsNoMemoryIsRefusedOrDiscardsTheList) {
+  const struct {
+    const char* what;
+    HRESULT (CQuillonMediaRW::*add)(BSTR, VARIANT_BOOL*);
+    const char* name;
+    const char* broken;
+  } cases[] = {
+      {"file", &CQuillonMediaRW::AddFile, "in/2", "Cannot add the given file."},
+      {"directory", &CQuillonMediaRW::AddDirectory, "in", "Cannot add the given directory."},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const auto outcomes = withEachAllocationFailing([&](long n, bool& happened) {
+      Job job;
+      const Bstr name((job.dir / c.name).string());
+      VARIANT_BOOL done = 7;
+      HRESULT answer = S_OK;
+      {
+        const FailingNew failing(n);
+        answer = (job.media.*c.add)(name.get(), &done);
+        happened = failing.happened();
+      }
+      const HRESULT result = resultOf(job.media);  // reading the sentence sets it anew
+      const std::string sentence = errorOf(job.media);
+      if (answer == S_OK) {
+        // The toolkit goes on without an element that finds no memory: without its UIDs an object
+        // is passed over. One that was refused late is in the list all the same.
+        EXPECT_GE(job.count(), 1) << n;
+        EXPECT_EQ(sentence.empty(), done == kTrue) << n << sentence;
+        return std::string();
+      }
+      EXPECT_EQ(answer, S_FALSE);
+      EXPECT_EQ(done, 7);
+      EXPECT_EQ(result, kFailed);
+      EXPECT_EQ(job.count(), -1);
+      EXPECT_EQ(errorOf(job.media), "The patient list is invalid.");
+      // The next add begins anew.
+      EXPECT_EQ(job.media.AddFile(Bstr((job.dir / "in/2").string()).get(), &done), S_OK);
+      EXPECT_EQ(job.count(), 1);
+      return sentence;
+    });
+    EXPECT_TRUE(outcomes.contains(c.broken));
+  }
+}
+
+TEST(MediaObject, ACreationThatFindsNoMemoryLosesNoFile) {
+  const auto outcomes = withEachAllocationFailing([&](long n, bool& happened) {
+    Job job;
+    VARIANT_BOOL done = 7;
+    HRESULT answer = S_OK;
+    {
+      const FailingNew failing(n);
+      answer = job.media.CreateDicomFileSet(&done);
+      happened = failing.happened();
+    }
+    const HRESULT result = resultOf(job.media);  // reading the sentence sets it anew
+    const std::string sentence = errorOf(job.media);
+    const fs::path moved = job.dir / "root/DICOMOBJ/QLN00001";
+    const bool isMoved = fs::exists(moved);
+    EXPECT_EQ(readBytes(isMoved ? moved : job.dir / "in/1"), job.objects[0]) << n;
+    const bool isCreated = answer == S_OK && done == kTrue;
+    EXPECT_EQ(!textOf(job.media, &CQuillonMediaRW::get_IheLabel).empty(), isCreated) << n;
+    EXPECT_EQ(sentence.empty(), isCreated) << n << sentence;
+    EXPECT_TRUE(!isCreated || (isMoved && fs::exists(job.dir / "root/LABEL.TXT"))) << n;
+    if (answer != S_OK) {
+      EXPECT_EQ(done, 7);
+      EXPECT_EQ(result, kFailed);
+      EXPECT_EQ(job.count(), 1) << "the list stays as it was";
+    }
+    return answer == S_OK ? std::string() : sentence;
+  });
+  EXPECT_TRUE(outcomes.contains("Cannot create the DICOMDIR file."));
+}
+
+}  // namespace
+}  // namespace quillon::test
