@@ -268,7 +268,8 @@ class WineTest(ServerTest):
                 shutil.copy(program, wine.directory)
                 result = wine.run(program.name, "--gtest_brief=1")
                 summary = result.stdout.replace("\r", "")
-                print(program.name, summary.strip().splitlines()[-1:], flush=True)
+                counts = [line for line in summary.splitlines() if line.startswith("[  ")]
+                print(program.name, *counts, flush=True)
                 self.assertEqual(result.returncode, 0, summary[-4000:])
 
     def listing(self, wine):
