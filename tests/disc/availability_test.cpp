@@ -1,6 +1,5 @@
-#include <gtest/gtest.h>
-
-#include "disc/media_processor.h"
+#include "disc_test_support.h"
+#include "host_thread.h"
 #include "platform/com/com_object.h"
 #include "platform/imapi2.h"
 #include "support/legacy_service.h"
@@ -18,8 +17,7 @@ class PresentMaster final : public DispatchObject<IDiscMaster2, IID_IDiscMaster2
 };
 
 TEST(Availability, TheNewerGenerationIsPreferredAndEachQuestionAsksAnew) {
-  ASSERT_EQ(CoInitialize(nullptr), S_OK);
-  {
+  test::onHostThread([] {
     bool hasCurrent = false;
     const DWORD cookie = test::registerClass(CLSID_MsftDiscMaster2,
                                              [&hasCurrent](REFIID riid, void** object) -> HRESULT {
@@ -28,59 +26,47 @@ TEST(Availability, TheNewerGenerationIsPreferredAndEachQuestionAsksAnew) {
                                                master.Attach(new PresentMaster);
                                                return master->QueryInterface(riid, object);
                                              });
+    using Generation = DiscMasteringGeneration;
     const struct {
-      const char* what;
       bool current, legacy;
-      DiscMasteringGeneration expected;
-    } cases[] = {
-        {"both", true, true, DiscMasteringGeneration::Current},
-        {"the legacy one", false, true, DiscMasteringGeneration::Legacy},
-        {"the current one", true, false, DiscMasteringGeneration::Current},
-        {"neither", false, false, DiscMasteringGeneration::None},
-    };
+      Generation expected;
+    } cases[] = {{true, true, Generation::Current},
+                 {false, true, Generation::Legacy},
+                 {true, false, Generation::Current},
+                 {false, false, Generation::None}};
     test::LegacyService service;
     for (const auto& c : cases) {
-      SCOPED_TRACE(c.what);
+      SCOPED_TRACE(testing::Message() << "current " << c.current << ", legacy " << c.legacy);
       hasCurrent = c.current;
       const test::RegisteredLegacyService registered(service, c.legacy, true);
-      auto generation = DiscMasteringGeneration::Current;
-      EXPECT_EQ(CTarnImapiVersion::Instance().Detect(generation),
-                c.expected != DiscMasteringGeneration::None);
+      auto generation = Generation::Current;
+      EXPECT_EQ(CTarnImapiVersion::Instance().Detect(generation), c.expected != Generation::None);
       EXPECT_EQ(generation, c.expected);
     }
     EXPECT_TRUE(CTarnImapiVersion::Instance().ErrorMessage().empty());
     EXPECT_EQ(service.liveObjects, 0);
     CoRevokeClassObject(cookie);
-  }
-  CoUninitialize();
+  });
 }
 
 TEST(Availability, WithoutAnyGenerationNothingIsAnsweredOrWritten) {
-  ASSERT_EQ(CoInitialize(nullptr), S_OK);
-  {
+  test::onHostThread([] {
     const test::HiddenClass noCurrent(CLSID_MsftDiscMaster2);
     const test::HiddenClass noLegacy(CLSID_MSDiscMasterObj);
-    CQuillonMediaProcessor processor;
-    const auto sentence = [&] {
-      const std::string text = test::Plain(processor.ErrorMessage());
-      processor.ClearError();
-      return text;
-    };
     constexpr const char* kUnknown =
         "Cannot determine the current version of IMAPI that is installed.";
-    bool answer = true;
-    EXPECT_FALSE(processor.CDRWHasContent(answer));
-    EXPECT_FALSE(answer);
-    EXPECT_EQ(sentence(), kUnknown);
-    answer = true;
-    EXPECT_FALSE(processor.CDIsRecordable(answer));
-    EXPECT_FALSE(answer);
-    EXPECT_EQ(sentence(), kUnknown);
+    for (const bool forContent : {true, false}) {
+      CQuillonMediaProcessor processor;
+      bool answer = true;
+      EXPECT_FALSE(test::asks(processor, forContent, answer));
+      EXPECT_FALSE(answer);
+      EXPECT_EQ(test::errorOf(processor), kUnknown);
+    }
+    CQuillonMediaProcessor processor;
     EXPECT_TRUE(processor.AddContent(OLESTR("/tmp")));
     EXPECT_FALSE(processor.WriteToMedia());
-    EXPECT_EQ(sentence(), kUnknown);
-  }
-  CoUninitialize();
+    EXPECT_EQ(test::errorOf(processor), kUnknown);
+  });
 }
 
 }  // namespace

@@ -128,7 +128,7 @@ class DriveInformation : public test::WithDiscService {
 
 TEST_F(DriveInformation, IsReadWithTheMedium) {
   service_.Disc().freeSectors = 100;
-  service_.numberType = VT_UI4;
+  service_.numberType = service_.speedType = VT_UI4;
   ASSERT_TRUE(Query()) << errorOf(unit_);
   Text name;
   EXPECT_TRUE(unit_.GetDeviceName(name));
@@ -164,13 +164,14 @@ TEST_F(DriveInformation, OfAnUnsupportedMediumIsThatAlone) {
 }
 
 TEST_F(DriveInformation, AsksForTheHeuristicsOnlyWhenNotPhysicallyBlank) {
-  service_.Disc().isPhysicallyBlank = false;
-  ASSERT_TRUE(Query());
-  EXPECT_TRUE(unit_.CurrentMedia().IsBlank());
-  service_.calls.clear();
-  service_.Disc().isPhysicallyBlank = true;
-  ASSERT_TRUE(Query());
-  EXPECT_EQ(service_.CountOf("IDiscFormat2Data::get_MediaHeuristicallyBlank"), 0);
+  for (const bool isPhysicallyBlank : {false, true}) {
+    service_ = {};
+    service_.Disc().isPhysicallyBlank = isPhysicallyBlank;
+    ASSERT_TRUE(Query());
+    EXPECT_TRUE(unit_.CurrentMedia().IsBlank());
+    EXPECT_EQ(service_.CountOf("IDiscFormat2Data::get_MediaHeuristicallyBlank"),
+              isPhysicallyBlank ? 0 : 1);
+  }
 }
 
 TEST_F(DriveInformation, RefusesWhatCannotBe) {
@@ -200,9 +201,7 @@ TEST_F(DriveInformation, RefusesWhatCannotBe) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
-    service_.drives = {test::FakeDrive{}};
-    service_.speedType = VT_I4;
-    service_.speedArrayType = VT_VARIANT;
+    service_ = {};
     c.arrange(service_);
     EXPECT_FALSE(Query());
     EXPECT_EQ(errorOf(unit_), c.expected);
@@ -212,21 +211,16 @@ TEST_F(DriveInformation, RefusesWhatCannotBe) {
 
 TEST_F(DriveInformation, IsAllOrNothingWhicheverCallFails) {
   ASSERT_TRUE(Query());
-  const int callCount = static_cast<int>(service_.calls.size());
-  service_.failingResult = test::kDriveFailure;
-  for (int n = 0; n < callCount; ++n) {
-    SCOPED_TRACE(service_.calls[static_cast<std::size_t>(n)]);
-    test::FakeDiscService& service = service_;
-    const std::vector<std::string> callsBefore = service.calls;
-    service.calls.clear();
-    service.failingCall = n;
+  const std::vector<std::string> calls = service_.calls;
+  for (std::size_t n = 0; n < calls.size(); ++n) {
+    SCOPED_TRACE(calls[n]);
+    RenewWithFailingCall(n);
     EXPECT_FALSE(Query());
-    EXPECT_NE(errorOf(unit_).find(test::kDriveFailureText), std::string::npos);
+    EXPECT_EQ(errorWithoutLine(unit_), test::driveFailure(calls[n]));
     EXPECT_EQ(unit_.ProductId(), OLESTR(""));
     EXPECT_EQ(unit_.CurrentMedia().PhysicalType().Value(), -1);
-    EXPECT_EQ(service.liveObjects, 0);
+    EXPECT_EQ(service_.liveObjects, 0);
     ExpectUnlocked();
-    service.calls = callsBefore;
   }
 }
 
@@ -235,22 +229,17 @@ TEST_F(DriveInformation, KeepsTheFirstReasonWhenUnlockingFailsToo) {
   service_.faults.push_back(
       {.call = "IDiscRecorder2::ReleaseExclusiveAccess", .result = E_ACCESSDENIED});
   EXPECT_FALSE(Query());
-  EXPECT_EQ(errorWithoutLine(unit_), test::driveFailure("CDiscFormat2Data::GetCurrentMediaStatus"));
+  EXPECT_EQ(errorWithoutLine(unit_),
+            test::driveFailure("IDiscFormat2Data::get_CurrentMediaStatus"));
 }
 
 TEST_F(DriveInformation, WaitsForADriveThatIsBecomingReady) {
   for (const char* call :
        {"IDiscRecorder2::get_ActiveDiscRecorder", "IDiscFormat2Data::IsCurrentMediaSupported"}) {
-    SCOPED_TRACE(call);
-    sleeps_.waitsMs.clear();
-    service_.faults = {{.call = call, .result = E_IMAPI_RECORDER_MEDIA_BECOMING_READY, .times = 9}};
-    EXPECT_TRUE(Query());
-    EXPECT_EQ(sleeps_.waitsMs, std::vector<DWORD>(9, 5000));
-    sleeps_.waitsMs.clear();
-    service_.faults = {{.call = call, .result = E_IMAPI_RECORDER_MEDIA_BECOMING_READY}};
-    EXPECT_FALSE(Query());
-    EXPECT_EQ(sleeps_.waitsMs, std::vector<DWORD>(10, 5000));
-    EXPECT_NE(errorOf(unit_).find("in the process of becoming ready"), std::string::npos);
+    ExpectTenAttempts(call, 0, [this] {
+      const bool isRead = Query();
+      return std::pair(isRead, errorWithoutLine(unit_));
+    });
   }
 }
 
@@ -270,7 +259,7 @@ TEST_F(DriveInformation, ListsTheDrives) {
 
   FailCall("IDiscRecorder2::get_VolumeName", /*skip=*/2);
   EXPECT_FALSE(drives.QueryAll(false, false, false));
-  EXPECT_EQ(errorWithoutLine(drives), test::driveFailure("CDiscRecorder2::GetVolumeName"));
+  EXPECT_EQ(errorWithoutLine(drives), test::driveFailure("IDiscRecorder2::get_VolumeName"));
   EXPECT_EQ(drives.GetCount(), 0U);
   service_.faults.clear();
   service_.drives[1].uniqueId.clear();
@@ -287,31 +276,30 @@ TEST_F(DriveInformation, IsFoundByWhatIdentifiesTheDrive) {
                              .volumeName = OLESTR("V2"),
                              .volumePaths = {OLESTR("E:\\"), OLESTR("F:\\")},
                              .legacyNumber = 7});
+  using Type = RecorderIdType;
+  constexpr const char* kNoNumber = "The legacy device number is invalid.";
   struct Case {
-    RecorderIdType type;
+    Type type;
     Text identifier;
     bool found;  // drive 2
     const char* error;
   };
   const Case cases[] = {
-      {RecorderIdType::UniqueId, OLESTR("drive-2"), true, ""},
-      {RecorderIdType::UniqueId, OLESTR("DRIVE-2"), false, ""},
-      {RecorderIdType::UniqueId, OLESTR(""), false, "The unique identifier is invalid."},
-      {RecorderIdType::Manufacturer, OLESTR("TARN READER (Revision: 1.00)"), true, ""},
-      {RecorderIdType::Manufacturer, OLESTR(""), false, "The manufacturer information is invalid."},
-      {RecorderIdType::VolumePath, OLESTR(" F:\\ "), true, ""},
-      {RecorderIdType::VolumePath, OLESTR("F:"), false, ""},
-      {RecorderIdType::VolumePath, OLESTR(""), false, "The volume path is invalid."},
-      {RecorderIdType::VolumeName, OLESTR("V2"), true, ""},
-      {RecorderIdType::VolumeName, OLESTR(""), false, "The volume name is invalid."},
-      {RecorderIdType::LegacyDeviceNumber, OLESTR("7"), true, ""},
-      {RecorderIdType::LegacyDeviceNumber, OLESTR("8"), false, ""},
-      {RecorderIdType::LegacyDeviceNumber, OLESTR("-7"), false,
-       "The legacy device number is invalid."},
-      {RecorderIdType::LegacyDeviceNumber, OLESTR("7x"), false,
-       "The legacy device number is invalid."},
-      {RecorderIdType::LegacyDeviceNumber, OLESTR("2147483648"), false,
-       "The legacy device number is invalid."},
+      {Type::UniqueId, OLESTR("drive-2"), true, ""},
+      {Type::UniqueId, OLESTR("DRIVE-2"), false, ""},
+      {Type::UniqueId, OLESTR(""), false, "The unique identifier is invalid."},
+      {Type::Manufacturer, OLESTR("TARN READER (Revision: 1.00)"), true, ""},
+      {Type::Manufacturer, OLESTR(""), false, "The manufacturer information is invalid."},
+      {Type::VolumePath, OLESTR(" F:\\ "), true, ""},
+      {Type::VolumePath, OLESTR("F:"), false, ""},
+      {Type::VolumePath, OLESTR(""), false, "The volume path is invalid."},
+      {Type::VolumeName, OLESTR("V2"), true, ""},
+      {Type::VolumeName, OLESTR(""), false, "The volume name is invalid."},
+      {Type::LegacyDeviceNumber, OLESTR("7"), true, ""},
+      {Type::LegacyDeviceNumber, OLESTR("8"), false, ""},
+      {Type::LegacyDeviceNumber, OLESTR("-7"), false, kNoNumber},
+      {Type::LegacyDeviceNumber, OLESTR("7x"), false, kNoNumber},
+      {Type::LegacyDeviceNumber, OLESTR("2147483648"), false, kNoNumber},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(Plain(c.identifier));

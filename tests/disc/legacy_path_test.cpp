@@ -100,79 +100,85 @@ struct Fault {
   bool throws = false;
 };
 
+// The call fails in the operation, for this reason.
+Fault failing(const char* call, const std::string& operation, DWORD code,
+              const std::string& reason) {
+  return {call, legacyCode(code), operation + " failed for this reason:  " + reason};
+}
+Fault throwing(const char* call, const std::string& operation) {
+  return {call, E_ACCESSDENIED,
+          operation + " threw an exception for this reason:  " + test::kAccessDenied, true};
+}
+
 constexpr const char* kNoInterface = "Cannot initialize the IMAPI interface instance.";
+const std::string kRemoved =
+    "The currently active disc recorder has been invalidated because the device was removed from "
+    "the system";
 
 // Those that both the write and the query meet.
-const Fault kSharedFaults[] = {
+const std::vector<Fault> kSharedFaults = {
     {"Create", E_FAIL, kNoInterface},
-    {"Open", legacyCode(0x212),
-     "CDiscMaster::Open failed for this reason:  Another application or IMAPI engine has reserved "
-     "the active disc recorder"},
+    failing("Open", "CDiscMaster::Open", 0x212,
+            "Another application or IMAPI engine has reserved the active disc recorder"),
     {"EnumDiscRecorders", legacyCode(0x20B), kNoInterface},
-    {"Next", legacyCode(0x20E),
-     "CDiscRecorderIterator::Next failed for this reason:  An unexpected and unexplained failure "
-     "ended the recording"},
-    {"GetRecorderType", legacyCode(0x20C),
-     "CDiscRecorder::GetRecorderType failed for this reason:  This recorder has not been "
-     "initialized"},
-    {"GetRecorderState", legacyCode(0x213),
-     "CDiscRecorder::GetRecorderState failed for this reason:  The currently active disc recorder "
-     "has been invalidated because the device was removed from the system"},
-    {"OpenExclusive", legacyCode(0x226),
-     "CDiscRecorder::OpenExclusive failed for this reason:  Another application is still using "
-     "this device, so IMAPI cannot access the device"},
-    {"QueryMediaType", legacyCode(0x219),
-     "CDiscRecorder::QueryMediaType failed for this reason:  An error occurred while attempting to "
-     "access the media inserted into the active disc recorder"},
-    {"CloseRecorder", legacyCode(0x20C),
-     "CDiscRecorder::Close failed for this reason:  This recorder has not been initialized"},
-    {"CloseMaster", legacyCode(0x20B),
-     "CDiscMaster::Close failed for this reason:  IMAPI has not been opened"},
-    {"QueryMediaType", E_ACCESSDENIED,
-     "CDiscRecorder::QueryMediaType threw an exception for this reason:  " + test::kAccessDenied,
-     true},
+    failing("Next", "CDiscRecorderIterator::Next", 0x20E,
+            "An unexpected and unexplained failure ended the recording"),
+    failing("GetRecorderType", "CDiscRecorder::GetRecorderType", 0x20C,
+            "This recorder has not been initialized"),
+    failing("GetRecorderState", "CDiscRecorder::GetRecorderState", 0x213, kRemoved),
+    failing("OpenExclusive", "CDiscRecorder::OpenExclusive", 0x226,
+            "Another application is still using this device, so IMAPI cannot access the device"),
+    failing("QueryMediaType", "CDiscRecorder::QueryMediaType", 0x219,
+            "An error occurred while attempting to access the media inserted into the active disc "
+            "recorder"),
+    failing("CloseRecorder", "CDiscRecorder::Close", 0x20C,
+            "This recorder has not been initialized"),
+    failing("CloseMaster", "CDiscMaster::Close", 0x20B, "IMAPI has not been opened"),
+    throwing("QueryMediaType", "CDiscRecorder::QueryMediaType"),
 };
 
-const Fault kWriteFaults[] = {
-    {"Erase", legacyCode(0x210),
-     "CDiscRecorder::Erase failed for this reason:  The media type is not valid for the current "
-     "operation"},
-    {"SetActiveDiscRecorder", legacyCode(0x214),
-     "CDiscMaster::SetActiveDiscRecorder failed for this reason:  The disc recorder is not a valid "
-     "type for the current operation"},
-    {"SetActiveDiscMasterFormat", legacyCode(0x21F),
-     "CDiscMaster::SetActiveDiscMasterFormat failed for this reason:  An active format has not "
-     "been selected"},
-    {"GetJolietProperties", legacyCode(0x211),
-     "CJolietDiscMaster::GetJolietProperties failed for this reason:  Properties are not "
-     "supported"},
-    {"WriteMultiple", legacyCode(0x211),
-     "CPropertyStorage::WriteMultiple failed for this reason:  Properties are not supported"},
-    {"Commit", legacyCode(0x211),
-     "CPropertyStorage::Commit failed for this reason:  Properties are not supported"},
-    {"SetJolietProperties", legacyCode(0x221),
-     "CJolietDiscMaster::SetJolietProperties failed for this reason:  The Joliet format is not the "
-     "active format"},
-    {"AddData", legacyCode(0x21D),
-     "CJolietDiscMaster::AddData failed for this reason:  One or more subitem names do not conform "
-     "to the Joliet file naming conventions"},
-    {"RecordDisc", legacyCode(0x21C),
-     "CDiscMaster::RecordDisc failed for this reason:  The disc cannot hold any more data"},
-    {"RecordDisc", E_ACCESSDENIED,
-     "CDiscMaster::RecordDisc threw an exception for this reason:  " + test::kAccessDenied, true},
+const std::vector<Fault> kWriteFaults = {
+    failing("Erase", "CDiscRecorder::Erase", 0x210,
+            "The media type is not valid for the current operation"),
+    failing("SetActiveDiscRecorder", "CDiscMaster::SetActiveDiscRecorder", 0x214,
+            "The disc recorder is not a valid type for the current operation"),
+    failing("SetActiveDiscMasterFormat", "CDiscMaster::SetActiveDiscMasterFormat", 0x21F,
+            "An active format has not been selected"),
+    failing("GetJolietProperties", "CJolietDiscMaster::GetJolietProperties", 0x211,
+            "Properties are not supported"),
+    failing("WriteMultiple", "CPropertyStorage::WriteMultiple", 0x211,
+            "Properties are not supported"),
+    failing("Commit", "CPropertyStorage::Commit", 0x211, "Properties are not supported"),
+    failing("SetJolietProperties", "CJolietDiscMaster::SetJolietProperties", 0x221,
+            "The Joliet format is not the active format"),
+    failing("AddData", "CJolietDiscMaster::AddData", 0x21D,
+            "One or more subitem names do not conform to the Joliet file naming conventions"),
+    failing("RecordDisc", "CDiscMaster::RecordDisc", 0x21C, "The disc cannot hold any more data"),
+    throwing("RecordDisc", "CDiscMaster::RecordDisc"),
 };
+
+std::vector<Fault> sharedFaultsAnd(const std::vector<Fault>& others) {
+  std::vector<Fault> faults = kSharedFaults;
+  faults.insert(faults.end(), others.begin(), others.end());
+  return faults;
+}
+
+// A service in which this fails.
+LegacyService serviceWith(const Fault& fault) {
+  LegacyService service;
+  service.failingCall = fault.call;
+  service.failure = fault.failure;
+  service.throws = fault.throws;
+  return service;
+}
 
 TEST_F(LegacyPath, AFailingStepOfTheWriteIsToldAndEverythingIsGivenBack) {
-  std::vector<Fault> faults(std::begin(kSharedFaults), std::end(kSharedFaults));
-  faults.insert(faults.end(), std::begin(kWriteFaults), std::end(kWriteFaults));
-  for (const Fault& fault : faults) {
+  for (const Fault& fault : sharedFaultsAnd(kWriteFaults)) {
     for (const bool clears : {true, false}) {
       SCOPED_TRACE(std::string(fault.call) + (clears ? ", clearing" : ""));
-      service_ = {};
+      service_ = serviceWith(fault);
       service_.mediumFlags = MEDIA_RW | MEDIA_WRITABLE;
-      service_.failingCall = fault.call;
-      service_.failure = fault.failure;
-      service_.throws = fault.throws;
+      if (!clears) service_.alsoFailing = "CloseMaster";  // does not hide the first failure
       // A disc master that does not open leaves the content alone.
       const std::string call = fault.call;
       const bool cleared = clears && call != "Create" && call != "Open";
@@ -255,53 +261,37 @@ TEST_F(LegacyPath, ContentThatIsNotThereIsRefused) {
   }
 }
 
-// Asks both questions of a service in the same state.
-void expectNoAnswer(const LegacyService& state, const std::string& sentence,
-                    const std::function<void(LegacyService&, const std::function<void()>&)>& with) {
-  for (const bool asksForContent : {true, false}) {
-    LegacyService service = state;
-    with(service, [&] {
-      CQuillonMediaProcessor processor;
-      bool answer = true;
-      EXPECT_FALSE(asksForContent ? processor.CDRWHasContent(answer)
-                                  : processor.CDIsRecordable(answer));
-      EXPECT_FALSE(answer);
-      EXPECT_EQ(errorOf(processor), sentence);
-    });
-  }
-}
-
 TEST_F(LegacyPath, AFailingStepOfTheQueryLeavesNoAnswer) {
-  const auto with = [this](LegacyService& service, const std::function<void()>& job) {
-    service_ = service;
-    withService(job);
+  const auto expectNoAnswer = [this](const LegacyService& state, const std::string& sentence,
+                                     bool hasBurner = true) {
+    for (const bool forContent : {true, false}) {
+      service_ = state;
+      const auto ask = [&] {
+        CQuillonMediaProcessor processor;
+        bool answer = true;
+        EXPECT_FALSE(test::asks(processor, forContent, answer));
+        EXPECT_FALSE(answer);
+        EXPECT_EQ(errorOf(processor), sentence);
+      };
+      withService(ask, hasBurner);
+    }
   };
-  std::vector<Fault> faults(std::begin(kSharedFaults), std::end(kSharedFaults));
-  faults.push_back({"HasRecordableDrive", legacyCode(0x213),
-                    "CMediaBurnUtil::HasRecordableDrive failed for this reason:  The currently "
-                    "active disc recorder has been invalidated because the device was removed from "
-                    "the system"});
-  for (const Fault& fault : faults) {
+  const Fault noAnswer =
+      failing("HasRecordableDrive", "CMediaBurnUtil::HasRecordableDrive", 0x213, kRemoved);
+  for (const Fault& fault : sharedFaultsAnd({noAnswer})) {
     SCOPED_TRACE(fault.call);
-    LegacyService service;
-    service.failingCall = fault.call;
-    service.failure = fault.failure;
-    service.throws = fault.throws;
-    expectNoAnswer(service, fault.sentence, with);
+    expectNoAnswer(serviceWith(fault), fault.sentence);
   }
   for (const Machine& machine : kRefusals) {
     SCOPED_TRACE(machine.what);
     LegacyService service;
     machine.set(service);
-    expectNoAnswer(service, machine.sentence, with);
+    expectNoAnswer(service, machine.sentence);
   }
   LegacyService service;
   service.hasRecordableDrive = false;
-  expectNoAnswer(service, "There is no recordable drive present.", with);
-  expectNoAnswer({}, kNoInterface, [this](LegacyService& fresh, const std::function<void()>& job) {
-    service_ = fresh;
-    withService(job, /*hasBurner=*/false);
-  });
+  expectNoAnswer(service, "There is no recordable drive present.");
+  expectNoAnswer({}, kNoInterface, /*hasBurner=*/false);
 }
 
 TEST_F(LegacyPath, AnswersWhatTheMediumIs) {

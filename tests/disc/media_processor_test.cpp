@@ -59,9 +59,8 @@ TEST_F(MediaProcessor, WritesItsContentOnceUnderItsOptions) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    service_.drives = {test::FakeDrive{}};
+    service_ = {};
     service_.Disc() = c.disc;
-    service_.trees.clear();
     CQuillonMediaProcessor processor;
     fill(processor);
     fill(processor);
@@ -87,32 +86,40 @@ TEST_F(MediaProcessor, WhatCannotBeWrittenIsToldAndTheContentClearedWhenAsked) {
     const char* what;
     std::function<void()> spoil;
     std::string sentence;
+    bool hasAnswer = false;  // to the questions about the disc
   } cases[] = {
       {"no drive", [this] { service_.drives.clear(); }, kNoDrive},
       {"a drive that only reads", [this] { service_.drives.front().isRecorder = false; }, kNoDrive},
       {"an unsupported environment", [this] { service_.isSupportedEnvironment = false; }, kNoDrive},
-      {"no disc", [this] { service_.drives.front().disc.reset(); }, kNotUsable},
-      {"a disc that is no use", [this] { service_.Disc().isSupported = false; }, kNotUsable},
+      {"no disc", [this] { service_.drives.front().disc.reset(); }, kNotUsable, true},
+      {"a disc that is no use", [this] { service_.Disc().isSupported = false; }, kNotUsable, true},
       {"a disc that is too small", [this] { service_.Disc().freeSectors = 1; },
        "The disc image size exceeds the capacity of the current media in the " +
-           std::string(test::kFakeDriveName) + "."},
+           std::string(test::kFakeDriveName) + ".",
+       true},
       {"a drive without an identifier", [this] { service_.drives.front().uniqueId.clear(); },
        "The unique identifier is invalid."},
+      {"a drive in use", [this] { FailCall("IDiscRecorder2::AcquireExclusiveAccess"); },
+       test::driveFailure("IDiscRecorder2::AcquireExclusiveAccess")},
   };
   for (const auto& c : cases) {
-    for (const bool clears : {true, false}) {
+    for (const bool flag : {true, false}) {
       SCOPED_TRACE(c.what);
-      service_.drives = {test::FakeDrive{}};
-      service_.isSupportedEnvironment = true;
+      service_ = {};
       c.spoil();
       CQuillonMediaProcessor processor;
       fill(processor);
-      processor.SetClearAfterWrite(clears);
+      processor.SetClearAfterWrite(flag);
       EXPECT_FALSE(processor.WriteToMedia());
-      EXPECT_EQ(errorOf(processor), c.sentence);
-      EXPECT_EQ(isCleared(processor), clears);
+      EXPECT_EQ(test::errorWithoutLine(processor), c.sentence);
+      EXPECT_EQ(isCleared(processor), flag);
       EXPECT_EQ(service_.CountOf("IDiscFormat2Data::Write"), 0);
       EXPECT_EQ(service_.liveObjects, 0);
+      if (c.hasAnswer) continue;
+      bool answer = true;
+      EXPECT_FALSE(test::asks(processor, /*forContent=*/flag, answer));
+      EXPECT_FALSE(answer);
+      EXPECT_EQ(test::errorWithoutLine(processor), c.sentence);
     }
   }
 }
@@ -132,25 +139,26 @@ TEST_F(MediaProcessor, ContentIsCheckedBeforeAnyDriveIsTouched) {
   EXPECT_TRUE(isCleared(processor));
 }
 
-TEST_F(MediaProcessor, WhicheverCallFailsEverythingIsGivenBack) {
-  const auto calls = [this] {
+TEST_F(MediaProcessor, WhicheverCallFailsIsToldAndEverythingGivenBack) {
+  std::string error;
+  const auto write = [&] {
     CQuillonMediaProcessor processor;
     fill(processor);
     const test::HiddenClass noLegacy(CLSID_MSDiscMasterObj);
-    if (!processor.WriteToMedia()) {
-      EXPECT_NE(errorOf(processor), "");
-    }
+    EXPECT_EQ(processor.WriteToMedia(), service_.failingCall < 0);
+    error = test::errorWithoutLine(processor);
     EXPECT_TRUE(isCleared(processor));
   };
-  onHostThreadWithService(calls);
-  const auto count = static_cast<int>(service_.calls.size());
-  ASSERT_GT(count, 50);
-  for (int failing = 0; failing < count; ++failing) {
-    SCOPED_TRACE(failing);
-    service_.drives = {test::FakeDrive{}};
-    service_.calls.clear();
-    service_.failingCall = failing;
-    onHostThreadWithService(calls);
+  onHostThreadWithService(write);
+  const std::vector<std::string> calls = service_.calls;
+  ASSERT_GT(calls.size(), 50U);
+  for (std::size_t n = 0; n < calls.size(); ++n) {
+    SCOPED_TRACE(testing::Message() << "call " << n << ": " << calls[n]);
+    RenewWithFailingCall(n);
+    onHostThreadWithService(write);
+    // The first is the probe.
+    EXPECT_EQ(error, n == 0 ? "Cannot determine the current version of IMAPI that is installed."
+                            : test::driveFailure(calls, n));
     EXPECT_EQ(service_.liveObjects, 0);
     EXPECT_TRUE(service_.drives.front().lockedBy.empty());
   }
@@ -196,8 +204,7 @@ TEST_F(MediaProcessor, AnswersTheTwoQuestionsAboutTheDisc) {
       CQuillonMediaProcessor processor;
       const bool expected = asksForContent ? c.hasContent : c.isRecordable;
       bool answer = !expected;
-      EXPECT_TRUE(asksForContent ? processor.CDRWHasContent(answer)
-                                 : processor.CDIsRecordable(answer));
+      EXPECT_TRUE(test::asks(processor, asksForContent, answer));
       EXPECT_EQ(answer, expected);
       EXPECT_EQ(errorOf(processor), asksForContent ? c.afterContent : c.afterRecordable);
     }
@@ -207,54 +214,21 @@ TEST_F(MediaProcessor, AnswersTheTwoQuestionsAboutTheDisc) {
   EXPECT_EQ(service_.CountOf("IDiscFormat2Erase::EraseMedia"), 0);
 }
 
-TEST_F(MediaProcessor, WithoutADriveOrWithAFailingOneThereIsNoAnswer) {
-  const struct {
-    const char* what;
-    std::function<void()> spoil;
-    std::string sentence;
-  } cases[] = {
-      {"no drive", [this] { service_.drives.clear(); }, kNoDrive},
-      {"a failing drive", [this] { FailCall("IDiscFormat2Data::get_FreeSectorsOnMedia"); },
-       test::driveFailure("CDiscFormat2Data::GetFreeSectorsOnMedia")},
-      {"a drive in use", [this] { FailCall("IDiscRecorder2::AcquireExclusiveAccess"); },
-       test::driveFailure("CDiscRecorder2::AcquireExclusiveAccess")},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    service_.drives = {test::FakeDrive{}};
-    service_.faults.clear();
-    c.spoil();
-    for (const bool asksForContent : {true, false}) {
-      CQuillonMediaProcessor processor;
-      bool answer = true;
-      EXPECT_FALSE(asksForContent ? processor.CDRWHasContent(answer)
-                                  : processor.CDIsRecordable(answer));
-      EXPECT_FALSE(answer);
-      EXPECT_EQ(test::errorWithoutLine(processor), c.sentence);
-    }
-  }
-}
-
 TEST_F(MediaProcessor, WhatIsThrownEndsTheWriteAndAlwaysClears) {
 #ifdef _WIN32
   GTEST_SKIP() << "no exception passes through Windows' own CoCreateInstance";
 #endif
-  const struct {
-    HRESULT thrown;
-    std::string sentence;
-  } cases[] = {
-      {E_ACCESSDENIED, test::kAccessDenied},
-      {S_FALSE, "Incorrect function."},
-  };
-  for (const auto& c : cases) {
-    service_.faults = {{.call = "Create MsftDiscMaster2", .result = c.thrown, .times = 1}};
-    service_.faults.front().throws = true;
+  const std::pair<HRESULT, std::string> cases[] = {{E_ACCESSDENIED, test::kAccessDenied},
+                                                   {S_FALSE, "Incorrect function."}};
+  for (const auto& [thrown, sentence] : cases) {
+    service_.faults = {
+        {.call = "Create MsftDiscMaster2", .result = thrown, .times = 1, .throws = true}};
     onHostThreadWithService([&] {
       CQuillonMediaProcessor processor;
       fill(processor);
       processor.SetClearAfterWrite(false);
       EXPECT_FALSE(processor.WriteToMedia());
-      EXPECT_EQ(errorOf(processor), c.sentence);
+      EXPECT_EQ(errorOf(processor), sentence);
       EXPECT_TRUE(isCleared(processor));
     });
   }

@@ -255,7 +255,7 @@ HRESULT make(LegacyService& service, REFIID riid, void** object) {
 
 HRESULT LegacyService::call(const std::string& name) {
   calls.push_back(name);
-  if (name != failingCall) return S_OK;
+  if (name != failingCall) return name == alsoFailing ? E_FAIL : S_OK;
   if (throws) throw _com_error(failure);
   return failure;
 }

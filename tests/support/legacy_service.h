@@ -26,6 +26,7 @@ struct LegacyService {
   std::string failingCall;
   HRESULT failure = E_FAIL;
   bool throws = false;
+  std::string alsoFailing;  // with E_FAIL
 
   // What happened.
   std::vector<std::string> calls;
