@@ -15,13 +15,12 @@ std::string nameOf(const CImapi2Enumerator& item) {
 }
 
 TEST(NamedCodes, TakeTheirNamesFromTheirTables) {
-  struct Case {
+  const struct {
     const char* what;
     CImapi2Enumerator kind;
     std::int32_t value;
     const char* expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"a row", CPhysicalMediaType(), 13, "DVD+RW Dual Layer"},
       {"a row out of order", CProfileType(), 0x20, "Double Density CD-ROM"},
       {"the last profile", CProfileType(), 0xFFFF, "Non-Standard"},
@@ -41,7 +40,7 @@ TEST(NamedCodes, TakeTheirNamesFromTheirTables) {
       {"none", CFsiFileSystems(), 0, "None"},
       {"a mode page", CPageType(), 0x1A, "Power Condition"},
   };
-  for (Case c : cases) {
+  for (auto c : cases) {
     SCOPED_TRACE(c.what);
     EXPECT_TRUE(c.kind.Set(c.value));
     EXPECT_EQ(nameOf(c.kind), c.expected);
@@ -61,13 +60,12 @@ TEST(NamedCodes, ResetWhenTheyRefuse) {
 }
 
 TEST(SpeedFactor, IsRoundedUpToTheMediumsBaseSpeed) {
-  struct Case {
+  const struct {
     std::int32_t type, speed, factor;  // -2: refused
-  };
-  const Case cases[] = {{2, 3600, 48}, {2, 3601, 49}, {6, 2770, 5}, {1, 75, 1},  {3, 1, 1},
-                        {19, 680, 1},  {13, 681, 2},  {2, 0, 0},    {12, 0, 0},  {0, -1, -1},
-                        {12, 75, -2},  {0, 75, -2},   {20, 75, -2}, {-1, 75, -2}};
-  for (const Case& c : cases) {
+  } cases[] = {{2, 3600, 48}, {2, 3601, 49}, {6, 2770, 5}, {1, 75, 1},  {3, 1, 1},
+               {19, 680, 1},  {13, 681, 2},  {2, 0, 0},    {12, 0, 0},  {0, -1, -1},
+               {12, 75, -2},  {0, 75, -2},   {20, 75, -2}, {-1, 75, -2}};
+  for (const auto& c : cases) {
     SCOPED_TRACE(testing::Message() << "type " << c.type << ", speed " << c.speed);
     CCurrentDiscMedia media;
     ASSERT_TRUE(media.SetPhysicalType(c.type));
@@ -80,15 +78,14 @@ TEST(SpeedFactor, IsRoundedUpToTheMediumsBaseSpeed) {
 
 TEST(RecordingTime, IsEstimatedFromTheSpeed) {
   constexpr std::uint64_t kSecond = 75 * 2048;  // at 75 sectors per second
-  struct Case {
+  const struct {
     const char* what;
     std::uint64_t size;
     std::int32_t speed;
     std::vector<LONG> speeds;
     std::uint64_t seconds;
     const char* error;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"whole seconds", 4 * kSecond, 75, {}, 4, ""},
       {"a byte more", 4 * kSecond + 1, 75, {}, 5, ""},
       {"more than 4 GB", 100000 * kSecond, 75, {}, 100000, ""},
@@ -98,7 +95,7 @@ TEST(RecordingTime, IsEstimatedFromTheSpeed) {
       {"none supported", kSecond, -1, {}, 0, "The write speed value is invalid."},
       {"only a standing one", kSecond, -1, {0}, 0, "The sector size value is invalid."},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     CCurrentDiscMedia media;
     ASSERT_TRUE(media.SetPhysicalType(2) && media.SetCurrentWriteSpeed(c.speed) &&
@@ -175,12 +172,11 @@ TEST_F(DriveInformation, AsksForTheHeuristicsOnlyWhenNotPhysicallyBlank) {
 }
 
 TEST_F(DriveInformation, RefusesWhatCannotBe) {
-  struct Case {
+  const struct {
     const char* what;
     std::function<void(test::FakeDiscService&)> arrange;
     const char* expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"legacy number", [](auto& s) { s.drives.front().legacyNumber = -1; },
        "The legacy device number is invalid."},
       {"speeds of a type without base speed",
@@ -199,7 +195,7 @@ TEST_F(DriveInformation, RefusesWhatCannotBe) {
       {"profile", [](auto& s) { s.drives.front().profiles = {-5}; },
        "Cannot query the properties of the current recorder."},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     service_ = {};
     c.arrange(service_);
@@ -278,13 +274,12 @@ TEST_F(DriveInformation, IsFoundByWhatIdentifiesTheDrive) {
                              .legacyNumber = 7});
   using Type = RecorderIdType;
   constexpr const char* kNoNumber = "The legacy device number is invalid.";
-  struct Case {
+  const struct {
     Type type;
     Text identifier;
     bool found;  // drive 2
     const char* error;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {Type::UniqueId, OLESTR("drive-2"), true, ""},
       {Type::UniqueId, OLESTR("DRIVE-2"), false, ""},
       {Type::UniqueId, OLESTR(""), false, "The unique identifier is invalid."},
@@ -301,7 +296,7 @@ TEST_F(DriveInformation, IsFoundByWhatIdentifiesTheDrive) {
       {Type::LegacyDeviceNumber, OLESTR("7x"), false, kNoNumber},
       {Type::LegacyDeviceNumber, OLESTR("2147483648"), false, kNoNumber},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(Plain(c.identifier));
     CDiscMaster2 master;
     CDiscMaster2Iterator drives;

@@ -21,35 +21,45 @@ class Wrapper : public CComBase {
   [[nodiscard]] bool IsInitialized() const { return comInitialized_; }
 };
 
-TEST(CheckResult, ComposesPrefixAndReason) {
-  struct Case {
+const std::string kDenied = systemSentence(ERROR_ACCESS_DENIED, "Access is denied.");
+const std::string kFull = systemSentence(ERROR_DISK_FULL, "There is not enough space on the disk.");
+const std::string kInvalid = systemSentence(ERROR_INVALID_PARAMETER, "The parameter is incorrect.");
+
+TEST(FailedResults, ComposePrefixAndReason) {
+  const std::string prefix = "CDiscMaster::RecordDisc failed for this reason:  ";
+  const std::string noReason = "The operation failed.";
+  // What has the system's text of the result, and what has only that of the last error.
+  constexpr auto kReport = &CComBase::ReportFailure;
+  constexpr auto kCheck = &CComBase::CheckResult;
+  const struct {
     const char* what;
+    decltype(kCheck) operation;
     HRESULT hr;
     UINT id;
     DWORD lastError;
     std::string expected;
+  } cases[] = {
+      {"legacy code", kCheck, Result(0x8004021C), kMsgLegacyMethodFailed, ERROR_ACCESS_DENIED,
+       prefix + "The disc cannot hold any more data"},
+      {"no text, no last error", kCheck, kResultWithoutText, kMsgMethodFailed, 0,
+       prefix + noReason},
+      {"no text, last error", kCheck, kResultWithoutText, kMsgMethodFailed, ERROR_ACCESS_DENIED,
+       prefix + kDenied},
+      {"no text at all", kCheck, kResultWithoutText, kMsgMethodFailed, kCodeWithoutText,
+       prefix + noReason},
+      {"the HRESULT's own text is not asked for", kCheck, E_ACCESSDENIED, kMsgMethodFailed,
+       ERROR_DISK_FULL, prefix + kFull},
+      {"prefix without text", kCheck, kResultWithoutText, kNoSuchMessage, ERROR_ACCESS_DENIED,
+       noReason + kDenied},
+      {"reported", kReport, E_INVALIDARG, kMsgMethodFailed, ERROR_DISK_FULL, prefix + kInvalid},
+      {"reported without a prefix", kReport, E_INVALIDARG, kNoSuchMessage, kCodeWithoutText,
+       noReason + kInvalid},
   };
-  const Case cases[] = {
-      {"legacy code", Result(0x8004021C), kMsgLegacyMethodFailed, 5,
-       "CDiscMaster::RecordDisc failed for this reason:  The disc cannot hold any more data"},
-      {"no text, no last error", kResultWithoutText, kMsgMethodFailed, 0,
-       "CDiscMaster::RecordDisc failed for this reason:  The operation failed."},
-      {"no text, last error", kResultWithoutText, kMsgMethodFailed, ERROR_ACCESS_DENIED,
-       "CDiscMaster::RecordDisc failed for this reason:  " +
-           systemSentence(ERROR_ACCESS_DENIED, "Access is denied.")},
-      {"no text at all", kResultWithoutText, kMsgMethodFailed, kCodeWithoutText,
-       "CDiscMaster::RecordDisc failed for this reason:  The operation failed."},
-      {"the HRESULT's own text is not asked for", E_ACCESSDENIED, kMsgMethodFailed, ERROR_DISK_FULL,
-       "CDiscMaster::RecordDisc failed for this reason:  " +
-           systemSentence(ERROR_DISK_FULL, "There is not enough space on the disk.")},
-      {"prefix without text", kResultWithoutText, kNoSuchMessage, ERROR_ACCESS_DENIED,
-       "The operation failed." + systemSentence(ERROR_ACCESS_DENIED, "Access is denied.")},
-  };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     Wrapper wrapper;
     SetLastError(c.lastError);
-    EXPECT_FALSE(wrapper.CheckResult(c.hr, c.id, OLESTR("CDiscMaster"), OLESTR("RecordDisc")));
+    EXPECT_FALSE((wrapper.*c.operation)(c.hr, c.id, OLESTR("CDiscMaster"), OLESTR("RecordDisc")));
     EXPECT_EQ(ErrorOf(wrapper), c.expected);
   }
 }
@@ -63,40 +73,22 @@ TEST(CheckResult, LeavesTheMessageAloneOnSuccess) {
   EXPECT_EQ(ErrorOf(wrapper), "earlier");
 }
 
-TEST(ReportFailure, GivesTheSystemsTextOfTheResult) {
-  Wrapper wrapper;
-  SetLastError(ERROR_DISK_FULL);
-  EXPECT_FALSE(
-      wrapper.ReportFailure(E_INVALIDARG, kMsgMethodFailed, OLESTR("CStorage"), OLESTR("Open")));
-  EXPECT_EQ(ErrorOf(wrapper),
-            "CStorage::Open failed for this reason:  " +
-                systemSentence(ERROR_INVALID_PARAMETER, "The parameter is incorrect."));
-  SetLastError(kCodeWithoutText);
-  EXPECT_FALSE(
-      wrapper.ReportFailure(E_INVALIDARG, kNoSuchMessage, OLESTR("CStorage"), OLESTR("Open")));
-  EXPECT_EQ(ErrorOf(wrapper),
-            "The operation failed." +
-                systemSentence(ERROR_INVALID_PARAMETER, "The parameter is incorrect."));
-}
-
 TEST(ResultTexts, StandInWhereTheSystemHasNone) {
-  struct Case {
+  const struct {
     HRESULT hr;
     DWORD lastError;
     std::string expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {E_FAIL, ERROR_DISK_FULL, "p: " + systemSentence(E_FAIL, "Unspecified error")},
       {kResultWithoutText, ERROR_DISK_FULL, "p: Unknown error 0xA0001234"},
       {Result(0x80041234), 0, "p: IDispatch error #4148"},
       {Result(0x8004FFFF), 0, "p: IDispatch error #65023"},
       {Result(0x80050000), 0, "p: Unknown error 0x80050000"},
-      {S_OK, ERROR_DISK_FULL,
-       "p: " + systemSentence(ERROR_DISK_FULL, "There is not enough space on the disk.")},
+      {S_OK, ERROR_DISK_FULL, "p: " + kFull},
       {S_OK, 0, "p: The operation failed."},
       {S_OK, kCodeWithoutText, "p: The operation failed."},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.expected);
     Wrapper wrapper;
     const _bstr_t prefix(OLESTR("p: "));
@@ -107,22 +99,19 @@ TEST(ResultTexts, StandInWhereTheSystemHasNone) {
 }
 
 TEST(ProcessError, GivesTheTextOfTheCaughtException) {
-  struct Case {
+  const struct {
     const char* what;
     HRESULT hr;
     DWORD lastError;
     std::string expected;
-  };
-  const Case cases[] = {
-      {"its own text", E_ACCESSDENIED, ERROR_DISK_FULL,
-       systemSentence(ERROR_ACCESS_DENIED, "Access is denied.")},
-      {"none, last error", S_OK, ERROR_DISK_FULL,
-       systemSentence(ERROR_DISK_FULL, "There is not enough space on the disk.")},
+  } cases[] = {
+      {"its own text", E_ACCESSDENIED, ERROR_DISK_FULL, kDenied},
+      {"none, last error", S_OK, ERROR_DISK_FULL, kFull},
       {"none, last error without text", S_OK, kCodeWithoutText, ""},
       {"none, no last error", S_OK, 0,
        systemSentence(ERROR_SUCCESS, "The operation completed successfully.")},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     Wrapper wrapper;
     const _com_error error(c.hr);

@@ -11,53 +11,44 @@ using test::Plain;
 using test::systemSentence;
 using test::WideOf;
 
-class Directories : public test::InTempDirectory {
- protected:
-  Directories() {
-    fs::create_directory(dir_ / "work");
-    fs::current_path(dir_ / "work");
-  }
-  ~Directories() override {
-    EXPECT_EQ(fs::current_path(), dir_ / "work") << "the working directory was not restored";
-  }
+std::string because(HRESULT code, const std::string& onWindows) {
+  return " for this reason:  " + systemSentence(code, onWindows);
+}
+const std::string kNotFound =
+    because(ERROR_FILE_NOT_FOUND, "The system cannot find the file specified.");
+const std::string kNoDirectory = because(ERROR_DIRECTORY, "The directory name is invalid.");
+const std::string kExists =
+    because(ERROR_ALREADY_EXISTS, "Cannot create a file when that file already exists.");
+const std::string kNotEmpty = because(ERROR_DIR_NOT_EMPTY, "The directory is not empty.");
 
-  CFileUtil files_;
-};
+class Directories : public test::InWorkDirectory {};
 
 TEST_F(Directories, OperationsFailWithTheSystemsReason) {
   Write("file", "x");
   Write("full/x", "x");
-  struct Case {
+  const struct {
     Text path;
     DirectoryOp op;
     std::string expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {Wide("none"), DirectoryOp::ChangeTo,
-       "Cannot change to the directory " + Name("none") + " for this reason:  " +
-           systemSentence(ERROR_FILE_NOT_FOUND, "The system cannot find the file specified.")},
+       "Cannot change to the directory " + Name("none") + kNotFound},
       {Wide("file"), DirectoryOp::ChangeTo,
-       "Cannot change to the directory " + Name("file") + " for this reason:  " +
-           systemSentence(ERROR_DIRECTORY, "The directory name is invalid.")},
-      {Wide("full"), DirectoryOp::Create,
-       "Cannot create the directory " + Name("full") + " for this reason:  " +
-           systemSentence(ERROR_ALREADY_EXISTS,
-                          "Cannot create a file when that file already exists.")},
+       "Cannot change to the directory " + Name("file") + kNoDirectory},
+      {Wide("full"), DirectoryOp::Create, "Cannot create the directory " + Name("full") + kExists},
       {Wide("none/sub"), DirectoryOp::Create,
-       "Cannot create the directory " + Name("none/sub") + " for this reason:  " +
-           systemSentence(ERROR_PATH_NOT_FOUND, "The system cannot find the path specified.")},
+       "Cannot create the directory " + Name("none/sub") +
+           because(ERROR_PATH_NOT_FOUND, "The system cannot find the path specified.")},
       {Wide("full"), DirectoryOp::Remove,
-       "Cannot remove the directory " + Name("full") + " for this reason:  " +
-           systemSentence(ERROR_DIR_NOT_EMPTY, "The directory is not empty.")},
+       "Cannot remove the directory " + Name("full") + kNotEmpty},
       {Wide("file"), DirectoryOp::Remove,
-       "Cannot remove the directory " + Name("file") + " for this reason:  " +
-           systemSentence(ERROR_DIRECTORY, "The directory name is invalid.")},
+       "Cannot remove the directory " + Name("file") + kNoDirectory},
       {Wide("full"), DirectoryOp{3}, "The directory operation is invalid."},
       {OLESTR(""), DirectoryOp{3}, "The path name is invalid."},
       {OLESTR("a<b"), DirectoryOp::Create,
        "The filename a<b cannot contain these characters: \\/:*?\"<>|"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.expected);
     EXPECT_FALSE(files_.DirectoryOperation(c.path, c.op));
     EXPECT_EQ(ErrorOf(files_), c.expected);
@@ -72,39 +63,26 @@ TEST_F(Directories, TheWorkingDirectoryIsReadAndChanged) {
   ASSERT_TRUE(files_.ChangeDirectory(OLESTR("work")));
 }
 
-TEST_F(Directories, TreesAreCreatedWithWhatIsMissing) {
+TEST_F(Directories, TreesAreCreatedWithWhatIsMissingAndDeletedWithAllThatIsInThem) {
   Write("have/file", "x");
-  struct Case {
-    const char* what;
-    Text path;
-    std::string made;  // in the test's directory
-  };
-  const Case cases[] = {
-      {"absolute", Wide("have/a/b/c"), "have/a/b/c"},
-      {"there already", Wide("have/a/b"), "have/a/b"},
-      {"other separators", Wide("have\\d\\e"), "have/d/e"},
-      {"mixed", Wide("have/f\\g/h"), "have/f/g/h"},
-      {"trailing separator", Wide("have/i/j/"), "have/i/j"},
-      {"relative", OLESTR("rel\\sub.dir"), "work/rel/sub.dir"},
-      {"upwards", OLESTR("..\\up\\x"), "up/x"},
-      {"not ASCII", Wide("\u65e5\u672c/\u0141"), "\u65e5\u672c/\u0141"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_TRUE(files_.CreateDirectoryTree(c.path)) << ErrorOf(files_);
-    EXPECT_TRUE(fs::is_directory(dir_ / c.made));
-    EXPECT_EQ(ErrorOf(files_), "");
-    EXPECT_EQ(fs::current_path(), dir_ / "work");
-  }
+  ExpectCreatedAndDeleted(Wide("have/a/b/c"), "have/a/b/c");
+  ExpectCreatedAndDeleted(Wide("have/a/b"), "have/a/b");  // is there already
+  ExpectCreatedAndDeleted(Wide("have\\d\\e"), "have/d/e");
+  ExpectCreatedAndDeleted(Wide("have/f\\g/h\\"), "have/f/g/h");
+  ExpectCreatedAndDeleted(Wide("have/i/j/"), "have/i/j");
+  ExpectCreatedAndDeleted(Wide("tree.v1.2"), "tree.v1.2");
+  ExpectCreatedAndDeleted(Wide("\u65e5\u672c/\u0141"), "\u65e5\u672c/\u0141");
+  // What has no drive and no root lies in the working directory.
+  ExpectCreatedAndDeleted(OLESTR("rel\\sub.dir"), "work/rel/sub.dir");
+  ExpectCreatedAndDeleted(OLESTR("tree"), "work/tree");
+  ExpectCreatedAndDeleted(OLESTR("..\\up\\x"), "up/x");
   EXPECT_EQ(Read("have/file"), "x");
 }
 
 TEST_F(Directories, TreesThatCannotBeCreatedSayWhy) {
   Write("file", "x");
   const std::pair<Text, std::string> cases[] = {
-      {Wide("file/sub"), "Cannot create the directory file for this reason:  " +
-                             systemSentence(ERROR_ALREADY_EXISTS,
-                                            "Cannot create a file when that file already exists.")},
+      {Wide("file/sub"), "Cannot create the directory file" + kExists},
       {Wide("new/" + std::string(300, 'n')).substr(0, 261),
        "The path name " + Name("new/" + std::string(300, 'n')).substr(0, 261) +
            " is longer than 260 characters."},
@@ -137,31 +115,6 @@ TEST_F(Directories, EmptyingKeepsDirectoriesUnlessToldToRecurse) {
   EXPECT_TRUE(fs::is_empty(dir_ / "tree"));
 }
 
-TEST_F(Directories, TreesAreDeletedWithAllThatIsInThem) {
-  struct Case {
-    const char* what;
-    std::string tree;  // in the test's directory
-    Text path;
-  };
-  const Case cases[] = {
-      {"absolute", "tree", Wide("tree")},
-      {"a dot in the name", "tree.v1.2", Wide("tree.v1.2")},
-      {"trailing separator", "tree", Wide("tree/")},
-      {"other separators", "a/tree", Wide("a\\tree\\")},
-      {"a name alone lies in the working directory", "work/tree", OLESTR("tree")},
-      {"relative", "work/a/tree", OLESTR("a/tree")},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    Write(c.tree + "/IM1", "x");
-    Write(c.tree + "/sub/deep/IM2", "x");
-    EXPECT_TRUE(files_.DeleteDirectoryTree(c.path, /*recurse=*/true)) << ErrorOf(files_);
-    EXPECT_FALSE(Exists(c.tree));
-    EXPECT_TRUE(fs::exists((dir_ / c.tree).parent_path()));
-    EXPECT_EQ(fs::current_path(), dir_ / "work");
-  }
-}
-
 TEST_F(Directories, TreesThatCannotBeDeletedSayWhy) {
   Write("file", "x");
   Write("tree/sub/x", "x");
@@ -170,15 +123,10 @@ TEST_F(Directories, TreesThatCannotBeDeletedSayWhy) {
   const std::pair<Text, std::string> cases[] = {
       {OLESTR(""), "The path name is invalid."},
       {at260, "The path name " + Plain(at260) + " is longer than 260 characters."},
-      {at259,
-       "Cannot change to the directory /none/ for this reason:  " +
-           systemSentence(ERROR_FILE_NOT_FOUND, "The system cannot find the file specified.")},
+      {at259, "Cannot change to the directory /none/" + kNotFound},
       {OLESTR("E:\\tree"), "Cannot change the working drive to E:."},
-      {Wide("none"),
-       "Cannot change to the directory none for this reason:  " +
-           systemSentence(ERROR_FILE_NOT_FOUND, "The system cannot find the file specified.")},
-      {Wide("file"), "Cannot change to the directory file for this reason:  " +
-                         systemSentence(ERROR_DIRECTORY, "The directory name is invalid.")},
+      {Wide("none"), "Cannot change to the directory none" + kNotFound},
+      {Wide("file"), "Cannot change to the directory file" + kNoDirectory},
   };
   for (const auto& [path, expected] : cases) {
     SCOPED_TRACE(Plain(path));
@@ -187,9 +135,7 @@ TEST_F(Directories, TreesThatCannotBeDeletedSayWhy) {
     EXPECT_EQ(fs::current_path(), dir_ / "work");
   }
   EXPECT_FALSE(files_.DeleteDirectoryTree(Wide("tree"), /*recurse=*/false));
-  EXPECT_EQ(ErrorOf(files_),
-            "Cannot remove the directory tree for this reason:  " +
-                systemSentence(ERROR_DIR_NOT_EMPTY, "The directory is not empty."));
+  EXPECT_EQ(ErrorOf(files_), "Cannot remove the directory tree" + kNotEmpty);
   EXPECT_TRUE(Exists("tree/sub/x"));
 }
 

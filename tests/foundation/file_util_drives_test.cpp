@@ -10,44 +10,19 @@ namespace {
 namespace fs = std::filesystem;
 using test::ErrorOf;
 
-class Drives : public test::InTempDirectory {
+class Drives : public test::InWorkDirectory {
  protected:
   Drives() {
     fs::create_directories(dir_ / "drives/d");
-    fs::create_directory(dir_ / "work");
     ::setenv("QUILLON_DRIVES", (dir_ / "drives").c_str(), 1);
-    fs::current_path(dir_ / "work");
   }
-  ~Drives() override {
-    EXPECT_EQ(fs::current_path(), dir_ / "work") << "the working directory was not restored";
-    ::unsetenv("QUILLON_DRIVES");
-  }
-
-  CFileUtil files_;
+  ~Drives() override { ::unsetenv("QUILLON_DRIVES"); }
 };
 
 TEST_F(Drives, TreesAreCreatedAndDeleted) {
-  struct Case {
-    const char* what;
-    Text path;
-    std::string made;  // in the test's directory
-  };
-  const Case cases[] = {
-      {"drive", u"D:\\P0000001\\S0000001", "drives/d/P0000001/S0000001"},
-      {"drive without a separator", u"d:k\\l", "drives/d/k/l"},
-      {"deeper", u"d:\\a\\tree\\", "drives/d/a/tree"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_TRUE(files_.CreateDirectoryTree(c.path)) << ErrorOf(files_);
-    EXPECT_TRUE(fs::is_directory(dir_ / c.made));
-    Write(c.made + "/sub/deep/IM2", "x");
-    EXPECT_EQ(fs::current_path(), dir_ / "work");
-    EXPECT_TRUE(files_.DeleteDirectoryTree(c.path, /*recurse=*/true)) << ErrorOf(files_);
-    EXPECT_FALSE(Exists(c.made));
-    EXPECT_TRUE(fs::exists((dir_ / c.made).parent_path()));
-    EXPECT_EQ(fs::current_path(), dir_ / "work");
-  }
+  ExpectCreatedAndDeleted(u"D:\\P0000001\\S0000001", "drives/d/P0000001/S0000001");
+  ExpectCreatedAndDeleted(u"d:k\\l", "drives/d/k/l");
+  ExpectCreatedAndDeleted(u"d:\\a\\tree\\", "drives/d/a/tree");
 }
 
 TEST_F(Drives, ADrivesRootIsEmptiedAndStays) {

@@ -41,7 +41,7 @@ TEST_F(FileFaults, EachFailingCallHasItsSentence) {
     std::function<bool()> operation;
     std::string sentence;
   } cases[] = {
-      {"source is not opened", Call::Open, 1, copy, "Cannot open the file " + Name("src") + "."},
+      {"source is not opened", Call::Open, 1, copy, CannotOpen("src")},
       {"first read", Call::Read, 1, copy, "Cannot read data from the source stream."},
       {"last read", Call::Read, 3, copy, "Cannot read data from the source stream."},
       {"first write", Call::Write, 1, copy, "Cannot write data to the destination stream."},
@@ -50,8 +50,7 @@ TEST_F(FileFaults, EachFailingCallHasItsSentence) {
       {"destination closed", Call::Close, 1, copy, "Cannot close the file " + Name("old") + "."},
       {"source closed", Call::Close, 2, copy, "Cannot close the file " + Name("src") + "."},
       {"copy behind", Call::Seek, 1, copyBehind, "Cannot append data to the destination stream."},
-      {"written file not opened", Call::Open, 0, append,
-       "Cannot open the file " + Name("old") + "."},
+      {"written file not opened", Call::Open, 0, append, CannotOpen("old")},
       {"append", Call::Seek, 1, append, "Cannot append data to " + Name("old") + "."},
       {"written file's write", Call::Write, 1, append,
        "Cannot write data to the destination stream."},

@@ -14,32 +14,26 @@ class Files : public test::InTempDirectory {
 };
 
 TEST_F(Files, SizesAreThoseOfFilesThatHoldSomething) {
+  for (const char* name : {"empty", "huge", "huger"}) Write(name, "");
   Write("some", "12345");
-  Write("empty", "");
-  Write("huge", "");
   fs::create_directory(dir_ / "dir");
   fs::resize_file(dir_ / "huge", std::uintmax_t{1} << 32);  // sparse; its low half is 0
-  Write("huger", "");
   fs::resize_file(dir_ / "huger", (std::uintmax_t{1} << 32) + 5);
-  struct Case {
+  const struct {
     std::string name;
     std::uint32_t low;
     std::uint64_t whole;
     std::string error;  // of the 64-bit question
-  };
-  const auto notAFile = [&](const char* name) {
-    return "The path " + Name(name) + " does not refer to a valid file.";
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"some", 5, 5, ""},
-      {"empty", 0, 0, notAFile("empty")},
-      {"dir", 0, 0, notAFile("dir")},
-      {"missing", 0, 0, "The path " + Name("missing") + " cannot be found."},
+      {"empty", 0, 0, IsNoFile("empty")},
+      {"dir", 0, 0, IsNoFile("dir")},
+      {"missing", 0, 0, CannotBeFound("missing")},
       {"wh?t", 0, 0, "The filename wh?t cannot contain these characters: \\/:*?\"<>|"},
       {"huge", 0, 4294967296, ""},
       {"huger", 5, 4294967301, ""},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     std::uint32_t low = 0;
     std::uint64_t whole = 0;
@@ -53,58 +47,73 @@ TEST_F(Files, SizesAreThoseOfFilesThatHoldSomething) {
   EXPECT_TRUE(files_.PathExists(Wide("dir")));
   EXPECT_TRUE(files_.PathExists(Wide("empty")));
   EXPECT_FALSE(files_.PathExists(Wide("missing/x")));
-  EXPECT_EQ(ErrorOf(files_), "The path " + Name("missing/x") + " cannot be found.");
+  EXPECT_EQ(ErrorOf(files_), CannotBeFound("missing/x"));
 }
 
-TEST_F(Files, CopyTakesEveryByteWhateverTheLength) {
+TEST_F(Files, EveryByteArrivesWhateverTheLength) {
   for (const std::size_t length : {1u, 32767u, 32768u, 32769u, 65536u, 100000u}) {
     SCOPED_TRACE(length);
     std::string content(length, '\0');
     for (std::size_t i = 0; i < length; ++i) content[i] = static_cast<char>(i * 7 + i / 256);
+    const auto write = [&](bool append) {
+      const auto* data = reinterpret_cast<const std::uint8_t*>(content.data());
+      return files_.WriteData(data, static_cast<std::uint32_t>(length), Wide("dst"), append);
+    };
     Write("src", content);
-    Write("dst", std::string(70000, 'o'));  // longer and shorter than what replaces it
+    const std::string longerAndShorter(70000, 'o');
+    Write("dst", longerAndShorter);
     EXPECT_TRUE(files_.CopyFile(Wide("dst"), Wide("src"), /*append=*/false)) << ErrorOf(files_);
     EXPECT_TRUE(Read("dst") == content);
     EXPECT_TRUE(Read("src") == content);
+    Write("dst", longerAndShorter);
+    EXPECT_TRUE(write(/*append=*/false));
+    EXPECT_TRUE(Read("dst") == content);
+    EXPECT_TRUE(write(/*append=*/true));
+    EXPECT_TRUE(Read("dst") == content + content);
+    fs::remove(dir_ / "dst");
+    EXPECT_TRUE(write(/*append=*/true));
+    EXPECT_TRUE(Read("dst") == content);
   }
 }
 
-TEST_F(Files, CopyFailsWithTheReasonAndLeavesTheSource) {
+TEST_F(Files, CopyAndMoveFailWithTheReasonAndLoseNothing) {
   Write("src", "content");
   Write("empty", "");
-  fs::create_directory(dir_ / "dir");
-  struct Case {
+  Write("dir/inner", "inner");
+  const std::string badSource = "The source filename is invalid.";
+  const struct {
     const char* what;
     Text dst;
     Text src;
     std::string expected;
-  };
-  const Case cases[] = {
-      {"bad source name", Wide("dst"), Wide("s|c"), "The source filename is invalid."},
-      {"no source name", Wide("dst"), OLESTR(""), "The source filename is invalid."},
+    bool ofCopyAlone = false;
+  } cases[] = {
+      {"bad source name", Wide("dst"), Wide("s|c"), badSource},
+      {"no source name", Wide("dst"), OLESTR(""), badSource},
       {"bad destination name", Wide("d*"), Wide("src"), "The destination filename is invalid."},
-      {"both bad", OLESTR(""), OLESTR(""), "The source filename is invalid."},
-      {"missing source", Wide("dst"), Wide("none"),
-       "The path " + Name("none") + " cannot be found."},
-      {"source is a directory", Wide("dst"), Wide("dir"),
-       "The path " + Name("dir") + " does not refer to a valid file."},
-      {"empty source", Wide("dst"), Wide("empty"),
-       "The path " + Name("empty") + " does not refer to a valid file."},
-      {"destination is a directory", Wide("dir"), Wide("src"),
-       "Cannot open the file " + Name("dir") + "."},
-      {"destination's directory is missing", Wide("none/dst"), Wide("src"),
-       "Cannot open the file " + Name("none/dst") + "."},
-      {"onto itself", Wide("src"), Wide("src"), "Cannot open the file " + Name("src") + "."},
-      {"onto itself by another spelling", Wide("dir/../src"), OLESTR("src"),
-       "Cannot open the file " + Name("dir/../src") + "."},
+      {"both bad", OLESTR(""), OLESTR(""), badSource},
+      {"missing source", Wide("dst"), Wide("none"), CannotBeFound("none")},
+      {"source is a directory", Wide("dst"), Wide("dir"), IsNoFile("dir")},
+      {"empty source", Wide("dst"), Wide("empty"), IsNoFile("empty")},
+      {"destination is a directory", Wide("dir"), Wide("src"), CannotOpen("dir")},
+      {"its directory is missing", Wide("none/dst"), Wide("src"), CannotOpen("none/dst")},
+      {"onto itself", Wide("src"), Wide("src"), CannotOpen("src"), true},
+      {"in another spelling", Wide("dir/../src"), OLESTR("src"), CannotOpen("dir/../src"), true},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_FALSE(files_.CopyFile(c.dst, c.src, /*append=*/false));
-    EXPECT_EQ(ErrorOf(files_), c.expected);
-    EXPECT_EQ(Read("src"), "content");
-    EXPECT_FALSE(Exists("dst"));
+  for (const auto& c : cases) {
+    for (const bool isMove : {false, true}) {
+      SCOPED_TRACE(c.what);
+      if (isMove && c.ofCopyAlone) continue;
+      EXPECT_FALSE(isMove ? files_.MoveFile(c.dst, c.src)
+                          : files_.CopyFile(c.dst, c.src, /*append=*/false));
+      EXPECT_EQ(ErrorOf(files_), c.expected);
+      EXPECT_EQ(Read("src"), "content");
+      EXPECT_EQ(Read("dir/inner"), "inner");
+      EXPECT_FALSE(Exists("dst"));
+    }
   }
+  EXPECT_TRUE(files_.MoveFile(Wide("src"), Wide("src"))) << "onto itself: " << ErrorOf(files_);
+  EXPECT_EQ(Read("src"), "content");
 }
 
 TEST_F(Files, MoveRenamesWithinAFileSystem) {
@@ -120,45 +129,6 @@ TEST_F(Files, MoveRenamesWithinAFileSystem) {
   EXPECT_FALSE(Exists("in/src"));
 }
 
-TEST_F(Files, MoveOntoItselfKeepsTheFile) {
-  Write("src", "content");
-  EXPECT_TRUE(files_.MoveFile(Wide("src"), Wide("src"))) << ErrorOf(files_);
-  EXPECT_EQ(Read("src"), "content");
-}
-
-TEST_F(Files, MoveFailsWithTheReasonAndLosesNothing) {
-  Write("src", "content");
-  Write("empty", "");
-  Write("dir/inner", "inner");
-  struct Case {
-    const char* what;
-    Text dst;
-    Text src;
-    std::string expected;
-  };
-  const Case cases[] = {
-      {"bad source name", Wide("dst"), Wide("s|c"), "The source filename is invalid."},
-      {"bad destination name", Wide("d*"), Wide("src"), "The destination filename is invalid."},
-      {"missing source", Wide("dst"), Wide("none"),
-       "The path " + Name("none") + " cannot be found."},
-      {"a directory", Wide("dst"), Wide("dir"),
-       "The path " + Name("dir") + " does not refer to a valid file."},
-      {"an empty file", Wide("dst"), Wide("empty"),
-       "The path " + Name("empty") + " does not refer to a valid file."},
-      {"onto a directory", Wide("dir"), Wide("src"), "Cannot open the file " + Name("dir") + "."},
-      {"into a missing directory", Wide("none/dst"), Wide("src"),
-       "Cannot open the file " + Name("none/dst") + "."},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_FALSE(files_.MoveFile(c.dst, c.src));
-    EXPECT_EQ(ErrorOf(files_), c.expected);
-    EXPECT_EQ(Read("src"), "content");
-    EXPECT_EQ(Read("dir/inner"), "inner");
-    EXPECT_FALSE(Exists("dst"));
-  }
-}
-
 TEST_F(Files, DeleteTakesFilesOnly) {
   Write("file", "x");
   fs::create_directory(dir_ / "dir");
@@ -172,43 +142,23 @@ TEST_F(Files, DeleteTakesFilesOnly) {
   EXPECT_EQ(ErrorOf(files_), "The directory name \\\\ cannot contain these characters: :*?\"<>|");
 }
 
-TEST_F(Files, WritesReplaceOrAppendWhateverTheLength) {
-  for (const std::size_t length : {1u, 32767u, 32768u, 32769u, 65536u, 65537u}) {
-    SCOPED_TRACE(length);
-    std::string content(length, '\0');
-    for (std::size_t i = 0; i < length; ++i) content[i] = static_cast<char>(i * 3 + i / 256);
-    const auto* data = reinterpret_cast<const std::uint8_t*>(content.data());
-    const auto lengthBytes = static_cast<std::uint32_t>(length);
-    Write("dst", std::string(70000, 'o'));
-    EXPECT_TRUE(files_.WriteData(data, lengthBytes, Wide("dst"), /*append=*/false));
-    EXPECT_TRUE(Read("dst") == content);
-    EXPECT_TRUE(files_.WriteData(data, lengthBytes, Wide("dst"), /*append=*/true));
-    EXPECT_TRUE(Read("dst") == content + content);
-    fs::remove(dir_ / "dst");
-    EXPECT_TRUE(files_.WriteData(data, lengthBytes, Wide("dst"), /*append=*/true));
-    EXPECT_TRUE(Read("dst") == content);
-  }
-}
-
 TEST_F(Files, WritesFailWithTheReason) {
   fs::create_directory(dir_ / "dir");
   const std::uint8_t bytes[] = {1, 2, 3};
-  struct Case {
+  const struct {
     const char* what;
     const std::uint8_t* data;
     std::uint32_t lengthBytes;
     Text path;
     std::string expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"nothing", nullptr, 3, Wide("f"), "The data buffer is invalid."},
       {"no length", bytes, 0, Wide("f"), "The length of the data buffer is invalid."},
       {"no path", bytes, 3, OLESTR(""), "The path name is invalid."},
-      {"a directory", bytes, 3, Wide("dir"), "Cannot open the file " + Name("dir") + "."},
-      {"missing directory", bytes, 3, Wide("none/f"),
-       "Cannot open the file " + Name("none/f") + "."},
+      {"a directory", bytes, 3, Wide("dir"), CannotOpen("dir")},
+      {"missing directory", bytes, 3, Wide("none/f"), CannotOpen("none/f")},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     for (const bool append : {false, true}) {
       SCOPED_TRACE(c.what);
       EXPECT_FALSE(files_.WriteData(c.data, c.lengthBytes, c.path, append));

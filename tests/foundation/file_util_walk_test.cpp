@@ -1,5 +1,3 @@
-#include <fstream>
-
 #include "foundation/file_util.h"
 #include "foundation_test_support.h"
 
@@ -29,14 +27,13 @@ class Walks : public test::InTempDirectory {
 };
 
 TEST_F(Walks, CountAndMeasureWhatMatches) {
-  struct Case {
+  const struct {
     Text fileSpec;
     bool recurse;
     std::uint32_t count;
     std::uint64_t sizeBytes;
     std::string error;  // left by a walk that succeeds
-  };
-  const Case cases[] = {
+  } cases[] = {
       {OLESTR("*.*"), true, 4, 10, ""},
       {OLESTR("*.*"), false, 2, 3, ""},
       {OLESTR("*.dcm"), false, 1, 1, ""},
@@ -44,7 +41,7 @@ TEST_F(Walks, CountAndMeasureWhatMatches) {
       {OLESTR("c.txt"), true, 1, 2, ""},
       {OLESTR("*.none"), true, 0, 0, "The file specification *.none is invalid."},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(Plain(c.fileSpec));
     std::uint32_t count = 99;
     std::uint64_t sizeBytes = 99;

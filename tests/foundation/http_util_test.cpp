@@ -6,10 +6,10 @@
 #include "foundation/com_base.h"
 #include "foundation_test_support.h"
 #include "platform/com/com_object.h"
-#include "platform/testing.h"
 #include "platform/xml.h"
 #include "support/com_class.h"
 #include "support/http_server.h"
+#include "support/sleep_record.h"
 
 namespace quillon {
 namespace {
@@ -17,20 +17,6 @@ namespace {
 using test::ErrorOf;
 using test::HttpAnswer;
 using test::HttpServer;
-
-// Counts the waits instead of waiting.
-class Sleeps {
- public:
-  Sleeps() {
-    platform::testing::SubstituteSleeper(
-        [this](DWORD milliseconds) { all_.push_back(milliseconds); });
-  }
-  [[nodiscard]] const std::vector<DWORD>& all() const { return all_; }
-
- private:
-  platform::testing::Scope restore_;
-  std::vector<DWORD> all_;
-};
 
 HttpAnswer answer(int status, const std::string& body = {}) {
   HttpAnswer one;
@@ -68,7 +54,7 @@ TEST(FetchingAUrl, RetriesWhileTheServerIsBusyAndNeverElse) {
   HttpServer server;
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    const Sleeps sleeps;
+    const test::SleepRecord sleeps;
     server.answerWith(c.answers);
     CHttpUtil http;
     Text text = u"before";
@@ -76,7 +62,7 @@ TEST(FetchingAUrl, RetriesWhileTheServerIsBusyAndNeverElse) {
     EXPECT_EQ(http.Fetch(WidenText(url, CP_UTF8), text), c.sentence == nullptr);
     EXPECT_EQ(text, c.text);
     EXPECT_EQ(ErrorOf(http), c.sentence == nullptr ? "" : c.sentence(url));
-    EXPECT_EQ(sleeps.all(), std::vector<DWORD>(c.waits, 3000));
+    EXPECT_EQ(sleeps.waitsMs, std::vector<DWORD>(c.waits, 3000));
     ASSERT_EQ(server.requests().size(), c.requests);
     EXPECT_TRUE(server.requests().back().starts_with("GET /sheet.xsl HTTP/1.1\r\n"));
   }
@@ -135,23 +121,27 @@ class FakeRequest final : public DispatchObject<IXMLHTTPRequest, kIidXmlHttpRequ
 };
 
 TEST(FetchingAUrl, GivesEachFailingCallItsSentence) {
+  using Failures = std::vector<std::function<HRESULT()>>;
+  const Failures failed = {[] { return E_FAIL; }, []() -> HRESULT { throw _com_error(E_FAIL); }};
+  Failures notSent = failed;
+  notSent.emplace_back([] { return S_FALSE; });  // to a send, every answer but zero is a failure
+  const std::string cannotGet = "Cannot retrieve information from the URL \"http://a/.\"";
   struct {
     const char* what;
     Step failing;
+    const Failures& failures;
     std::string sentence;
   } const cases[] = {
-      {"create", Step::Create, "Cannot find the HTTP transfer component."},
-      {"open", Step::Open, "Cannot access the URL \"http://a/.\""},
-      {"send", Step::Send, "Cannot send a request to the URL \"http://a/.\""},
-      {"status", Step::Status, "Cannot retrieve information from the URL \"http://a/.\""},
-      {"text", Step::Text, "Cannot retrieve information from the URL \"http://a/.\""},
-      {"nothing", Step::None, ""},
+      {"create", Step::Create, failed, "Cannot find the HTTP transfer component."},
+      {"open", Step::Open, failed, "Cannot access the URL \"http://a/.\""},
+      {"send", Step::Send, notSent, "Cannot send a request to the URL \"http://a/.\""},
+      {"status", Step::Status, failed, cannotGet},
+      {"text", Step::Text, failed, cannotGet},
+      {"nothing", Step::None, failed, ""},
   };
   const CComBase apartment;  // classes are registered in one
-  const std::function<HRESULT()> failures[] = {[] { return E_FAIL; },
-                                               []() -> HRESULT { throw _com_error(E_FAIL); }};
   for (const auto& c : cases) {
-    for (const auto& failure : failures) {
+    for (const auto& failure : c.failures) {
       SCOPED_TRACE(c.what);
       const DWORD cookie = test::registerClass(kClsidXmlHttp, [&](REFIID riid, void** object) {
         if (c.failing == Step::Create) return failure();
@@ -167,20 +157,6 @@ TEST(FetchingAUrl, GivesEachFailingCallItsSentence) {
       CoRevokeClassObject(cookie);
     }
   }
-}
-
-TEST(FetchingAUrl, TakesEveryAnswerToSendButZeroForAFailure) {
-  const CComBase apartment;
-  const DWORD cookie = test::registerClass(kClsidXmlHttp, [](REFIID riid, void** object) {
-    ComPtr<IUnknown> made;
-    made.Attach(new FakeRequest(Step::Send, [] { return S_FALSE; }));
-    return made->QueryInterface(riid, object);
-  });
-  CHttpUtil http;
-  Text text;
-  EXPECT_FALSE(http.Fetch(u"http://a/", text));
-  EXPECT_EQ(ErrorOf(http), "Cannot send a request to the URL \"http://a/.\"");
-  CoRevokeClassObject(cookie);
 }
 
 }  // namespace

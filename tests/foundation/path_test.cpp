@@ -8,11 +8,10 @@ using test::ErrorOf;
 using test::Plain;
 
 TEST(PathInfo, SplitsAtTheLastSeparatorAndTheLastDot) {
-  struct Case {
+  const struct {
     Text path;
     std::string expected;  // drive|directory|file name|extension
-  };
-  const Case cases[] = {
+  } cases[] = {
       {OLESTR("C:\\a\\b.c\\name.tar.gz"), "C:|\\a\\b.c\\|name.tar|.gz"},
       {OLESTR("/srv/in.d/IM0001"), "|/srv/in.d/|IM0001|"},
       {OLESTR("C:name"), "C:||name|"},
@@ -24,7 +23,7 @@ TEST(PathInfo, SplitsAtTheLastSeparatorAndTheLastDot) {
       {OLESTR(".."), "||.|."},
       {OLESTR("dir\\"), "|dir\\||"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(Plain(c.path));
     CPathInfo info;
     EXPECT_TRUE(info.Split(c.path));

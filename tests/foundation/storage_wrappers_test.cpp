@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "foundation_test_support.h"
+#include "support/stub_storages.h"
 #include "support/system_sentence.h"
 
 namespace quillon {
@@ -13,6 +14,8 @@ using test::Plain;
 using test::systemSentence;
 
 constexpr HRESULT kDiscFull = static_cast<HRESULT>(0x8004021C);
+const std::string kInvalid = " failed for this reason:  " +
+                             systemSentence(ERROR_INVALID_PARAMETER, "The parameter is incorrect.");
 
 // An object on the stack that counts the references held on it.
 template <typename Interface>
@@ -25,7 +28,7 @@ class OnStack : public Interface {
   ULONG references = 0;
 };
 
-class FakePropertyStorage : public OnStack<IPropertyStorage> {
+class FakePropertyStorage : public test::StubPropertyStorage<OnStack<IPropertyStorage>> {
  public:
   HRESULT STDMETHODCALLTYPE Commit(DWORD flags) override { return onCommit(flags); }
   HRESULT STDMETHODCALLTYPE WriteMultiple(ULONG count, const PROPSPEC* specs,
@@ -36,31 +39,13 @@ class FakePropertyStorage : public OnStack<IPropertyStorage> {
     }
     return writeResult;
   }
-  HRESULT STDMETHODCALLTYPE ReadMultiple(ULONG, const PROPSPEC*, PROPVARIANT*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE DeleteMultiple(ULONG, const PROPSPEC*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE ReadPropertyNames(ULONG, const PROPID*, LPOLESTR*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE WritePropertyNames(ULONG, const PROPID*, const LPOLESTR*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE DeletePropertyNames(ULONG, const PROPID*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Enum(IEnumSTATPROPSTG**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE SetTimes(const FILETIME*, const FILETIME*, const FILETIME*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetClass(REFCLSID) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Stat(STATPROPSETSTG*) override { return E_NOTIMPL; }
 
   std::function<HRESULT(DWORD)> onCommit = [](DWORD) { return S_OK; };
   HRESULT writeResult = S_OK;
   Text written;
 };
 
-class FakeFolder : public OnStack<IShellFolder> {
+class FakeFolder : public test::StubFolder<OnStack<IShellFolder>> {
  public:
   HRESULT STDMETHODCALLTYPE ParseDisplayName(HWND, IBindCtx*, LPWSTR name, ULONG*,
                                              ITEMIDLIST** items, ULONG*) override {
@@ -76,73 +61,10 @@ class FakeFolder : public OnStack<IShellFolder> {
     storage->AddRef();
     return S_OK;
   }
-  HRESULT STDMETHODCALLTYPE EnumObjects(HWND, DWORD, IEnumIDList**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE BindToObject(const ITEMIDLIST*, IBindCtx*, REFIID, void**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE CompareIDs(LPARAM, const ITEMIDLIST*, const ITEMIDLIST*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE CreateViewObject(HWND, REFIID, void**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetAttributesOf(UINT, const ITEMIDLIST**, ULONG*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE GetUIObjectOf(HWND, UINT, const ITEMIDLIST**, REFIID, UINT*,
-                                          void**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE GetDisplayNameOf(const ITEMIDLIST*, DWORD, STRRET*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetNameOf(HWND, const ITEMIDLIST*, LPCWSTR, DWORD,
-                                      ITEMIDLIST**) override {
-    return E_NOTIMPL;
-  }
 
   ITEMIDLIST item{};
   Text parsed;
   IStorage* storage = nullptr;
-};
-
-class FakeStorage : public OnStack<IStorage> {
- public:
-  HRESULT STDMETHODCALLTYPE CreateStream(const OLECHAR*, DWORD, DWORD, DWORD, IStream**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE OpenStream(const OLECHAR*, void*, DWORD, DWORD, IStream**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE CreateStorage(const OLECHAR*, DWORD, DWORD, DWORD,
-                                          IStorage**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE OpenStorage(const OLECHAR*, IStorage*, DWORD, LPOLESTR*, DWORD,
-                                        IStorage**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE CopyTo(DWORD, const IID*, LPOLESTR*, IStorage*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE MoveElementTo(const OLECHAR*, IStorage*, const OLECHAR*,
-                                          DWORD) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE EnumElements(DWORD, void*, DWORD, IEnumSTATSTG**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE DestroyElement(const OLECHAR*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE RenameElement(const OLECHAR*, const OLECHAR*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetElementTimes(const OLECHAR*, const FILETIME*, const FILETIME*,
-                                            const FILETIME*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetClass(REFCLSID) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE SetStateBits(DWORD, DWORD) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Stat(STATSTG*, DWORD) override { return E_NOTIMPL; }
 };
 
 TEST(PropertyStorage, ReportsEveryWayACallCanEnd) {
@@ -195,9 +117,7 @@ TEST(PropertyStorage, WritesOnlyWithBothArrays) {
        {std::pair<PROPSPEC*, PROPVARIANT*>{nullptr, &value},
         std::pair<PROPSPEC*, PROPVARIANT*>{&specification, nullptr}}) {
     EXPECT_FALSE(storage.WriteMultiple(1, specs, values, 2));
-    EXPECT_EQ(ErrorOf(storage),
-              "CPropertyStorage::WriteMultiple failed for this reason:  " +
-                  systemSentence(ERROR_INVALID_PARAMETER, "The parameter is incorrect."));
+    EXPECT_EQ(ErrorOf(storage), "CPropertyStorage::WriteMultiple" + kInvalid);
   }
   EXPECT_EQ(PropVariantClear(&value), S_OK);
 }
@@ -216,7 +136,7 @@ TEST(PropertyStorage, CopiesSimpleTypesOnly) {
     EXPECT_EQ(ErrorOf(storage), isSimple ? "" : "Cannot determine the data type.");
     PropVariantClear(&target);
   }
-  FakeStorage object;
+  test::StubStorage<OnStack<IStorage>> object;
   VARIANT source{};
   source.vt = VT_UNKNOWN;
   source.punkVal = &object;
@@ -230,7 +150,7 @@ TEST(PropertyStorage, CopiesSimpleTypesOnly) {
 
 TEST(ShellFolder, BindsAPathIntoAStorage) {
   FakeFolder fake;
-  FakeStorage target;
+  test::StubStorage<OnStack<IStorage>> target;
   fake.storage = &target;
   {
     CShellFolder folder(&fake);
@@ -276,9 +196,7 @@ TEST(ShellFolder, RefusesMissingArguments) {
   for (const auto& [method, call] : cases) {
     folder.ClearError();
     EXPECT_FALSE(call());
-    EXPECT_EQ(ErrorOf(folder),
-              "CShellFolder::" + std::string(method) + " failed for this reason:  " +
-                  systemSentence(ERROR_INVALID_PARAMETER, "The parameter is incorrect."));
+    EXPECT_EQ(ErrorOf(folder), "CShellFolder::" + std::string(method) + kInvalid);
   }
 }
 

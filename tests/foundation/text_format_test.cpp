@@ -49,11 +49,10 @@ TEST(FormatText, FollowsThePrintfForms) {
 }
 
 TEST(FormatText, ReadsNothingThatWasNotPassed) {
-  struct Case {
+  const struct {
     const OLECHAR* format;
     std::string expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {OLESTR("%s and %s"), "a and "},
       {OLESTR("%s%5s|%d|%x|%c|"), "a     ||||"},
       {OLESTR("%n%s"), "%na"},
@@ -65,7 +64,7 @@ TEST(FormatText, ReadsNothingThatWasNotPassed) {
       {OLESTR("%I32d"), "%I32d"},
       {OLESTR("%lllllllls"), "a"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(Plain(c.format));
     EXPECT_EQ(Plain(FormatText(c.format, {OLESTR("a")})), c.expected);
   }

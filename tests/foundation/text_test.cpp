@@ -8,19 +8,18 @@ namespace {
 using test::Plain;
 
 TEST(AssignText, RefusesEmptyAndOverlongTextsAndKeepsTheOldOne) {
-  struct Case {
+  const struct {
     const char* what;
     std::size_t length;
     bool allowEmpty;
     std::size_t maxLen;
     bool expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"at the limit", 64, true, 64, true},       {"over the limit", 65, true, 64, false},
       {"no limit", 5000, true, 0, true},          {"empty and allowed", 0, true, 64, true},
       {"empty and refused", 0, false, 64, false}, {"empty, refused, no limit", 0, false, 0, false},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     const Text src(c.length, OLESTR('x'));
     Text dst = OLESTR("old");
@@ -33,18 +32,17 @@ TEST(AssignText, RefusesEmptyAndOverlongTextsAndKeepsTheOldOne) {
 }
 
 TEST(TrimText, TakesWhiteSpaceFromBothEndsOnly) {
-  struct Case {
+  const struct {
     Text input;
     Text expected;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {OLESTR(""), OLESTR("")},
       {OLESTR(" \t\n\v\f\r"), OLESTR("")},
       {OLESTR("\r\n The text\tof a  line \v\f"), OLESTR("The text\tof a  line")},
       {OLESTR("x"), OLESTR("x")},
       {OLESTR("\u00a0x\u00a0"), OLESTR("\u00a0x\u00a0")},  // not white space in this sense
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(Plain(c.input));
     Text text = c.input;
     EXPECT_TRUE(TrimText(text));

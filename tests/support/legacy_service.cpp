@@ -1,6 +1,7 @@
 #include "support/legacy_service.h"
 
 #include "platform/com/com_object.h"
+#include "support/stub_storages.h"
 #ifdef _WIN32
 #include "support/legacy_service_desktop.h"
 #endif
@@ -53,9 +54,10 @@ void readTree(IStorage& storage, const std::string& below,
   }
 }
 
-class Properties final : public Counted<IPropertyStorage, IID_IPropertyStorage> {
+class Properties final
+    : public StubPropertyStorage<Counted<IPropertyStorage, IID_IPropertyStorage>> {
  public:
-  using Counted::Counted;
+  using StubPropertyStorage::StubPropertyStorage;
 
   HRESULT STDMETHODCALLTYPE WriteMultiple(ULONG count, const PROPSPEC* specs,
                                           const PROPVARIANT* values, PROPID nameFirst) override {
@@ -69,25 +71,6 @@ class Properties final : public Counted<IPropertyStorage, IID_IPropertyStorage> 
   }
   HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return service_.call("Commit"); }
   [[nodiscard]] const Text& name() const { return name_; }
-
-  HRESULT STDMETHODCALLTYPE ReadMultiple(ULONG, const PROPSPEC*, PROPVARIANT*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE DeleteMultiple(ULONG, const PROPSPEC*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE ReadPropertyNames(ULONG, const PROPID*, LPOLESTR*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE WritePropertyNames(ULONG, const PROPID*, const LPOLESTR*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE DeletePropertyNames(ULONG, const PROPID*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Enum(IEnumSTATPROPSTG**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE SetTimes(const FILETIME*, const FILETIME*, const FILETIME*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetClass(REFCLSID) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Stat(STATPROPSETSTG*) override { return E_NOTIMPL; }
 
  private:
   Text name_;

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "platform/com/com_object.h"
+#include "support/stub_storages.h"
 #include "support/temp_dir.h"
 
 namespace quillon::test {
@@ -31,7 +32,7 @@ HRESULT fill(IStorage& storage, const std::filesystem::path& directory) {
   return hr;
 }
 
-class Desktop final : public ComObject<IShellFolder, IID_IShellFolder> {
+class Desktop final : public StubFolder<ComObject<IShellFolder, IID_IShellFolder>> {
  public:
   explicit Desktop(ComPtr<IShellFolder> system) : system_(std::move(system)) {}
 
@@ -49,28 +50,6 @@ class Desktop final : public ComObject<IShellFolder, IID_IShellFolder> {
     HRESULT hr = StgCreateDocfile(nullptr, kMode | STGM_DELETEONRELEASE, 0, storage.Put());
     if (SUCCEEDED(hr)) hr = fill(*storage, path);
     return FAILED(hr) ? hr : storage->QueryInterface(riid, object);
-  }
-  HRESULT STDMETHODCALLTYPE EnumObjects(HWND, SHCONTF, IEnumIDList**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE BindToObject(LPCITEMIDLIST, IBindCtx*, REFIID, void**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE CompareIDs(LPARAM, LPCITEMIDLIST, LPCITEMIDLIST) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE CreateViewObject(HWND, REFIID, void**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetAttributesOf(UINT, LPCITEMIDLIST*, SFGAOF*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE GetUIObjectOf(HWND, UINT, LPCITEMIDLIST*, REFIID, UINT*,
-                                          void**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE GetDisplayNameOf(LPCITEMIDLIST, SHGDNF, STRRET*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetNameOf(HWND, LPCITEMIDLIST, LPCWSTR, SHGDNF,
-                                      LPITEMIDLIST*) override {
-    return E_NOTIMPL;
   }
 
  private:
