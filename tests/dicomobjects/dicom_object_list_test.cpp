@@ -10,6 +10,7 @@
 namespace quillon {
 namespace {
 
+using test::Plain;
 using test::TempDir;
 
 class ObjectList : public ::testing::Test {
@@ -20,8 +21,12 @@ class ObjectList : public ::testing::Test {
         .text(0x00200013, "IS", number)
         .write(directory_, std::to_string(++files_));
   }
-  Text numberOf(const CDicomObjectProperties* object) {
-    return object == nullptr ? Text(OLESTR("none")) : object->InstanceNumber();
+  // The instance number of what is found, by its key unless told to go by its own UID.
+  std::string found(const std::string& uid, bool isSopInstance = false) {
+    const Text wide(uid.begin(), uid.end());
+    const CDicomObjectProperties* object =
+        isSopInstance ? list_.FindBySopInstanceUid(wide) : list_.FindByInstanceUid(wide);
+    return object == nullptr ? "none" : Plain(object->InstanceNumber());
   }
 
   TempDir directory_;
@@ -32,36 +37,34 @@ class ObjectList : public ::testing::Test {
 };
 
 TEST_F(ObjectList, FindsByUidAndByKeyAndTheFirstWins) {
-  const std::string plain = "1.2.826.0.1.3680043.9.1";
+  const std::string one = "1.2.826.0.1.3680043.9.1";
+  const std::string two = "1.2.826.0.1.3680043.9.2";
   const std::string root = "1.2.840.987654.99.";
   // Frames of an image whose own UID is their key, and then that image.
-  ASSERT_TRUE(list_.AddObject(file(root + plain + ".1", "1")));
-  ASSERT_TRUE(list_.AddObject(file(root + plain + ".2", "2")));
-  EXPECT_EQ(list_.FindBySopInstanceUid(OLESTR("1.2.826.0.1.3680043.9.1")), nullptr);
-  ASSERT_TRUE(list_.AddObject(file(plain, "3")));
-  ASSERT_TRUE(list_.AddObject(file("1.2.826.0.1.3680043.9.2", "4")));
-  ASSERT_TRUE(list_.AddObject(file("1.2.826.0.1.3680043.9.2", "5")));
+  ASSERT_TRUE(list_.AddObject(file(root + one + ".1", "1")));
+  ASSERT_TRUE(list_.AddObject(file(root + one + ".2", "2")));
+  EXPECT_EQ(found(one, /*isSopInstance=*/true), "none");
+  ASSERT_TRUE(list_.AddObject(file(one, "3")));
+  ASSERT_TRUE(list_.AddObject(file(two, "4")));
+  ASSERT_TRUE(list_.AddObject(file(two, "5")));
   ASSERT_EQ(list_.GetCount(), 5U);
 
-  EXPECT_EQ(
-      numberOf(list_.FindByInstanceUid(OLESTR("1.2.840.987654.99.1.2.826.0.1.3680043.9.1.1"))),
-      OLESTR("1"));
-  EXPECT_EQ(
-      numberOf(list_.FindByInstanceUid(OLESTR("1.2.840.987654.99.1.2.826.0.1.3680043.9.1.2"))),
-      OLESTR("2"));
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9.1"))), OLESTR("1"));
-  EXPECT_EQ(numberOf(list_.FindBySopInstanceUid(OLESTR("1.2.826.0.1.3680043.9.1"))), OLESTR("3"));
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9.2"))), OLESTR("4"));
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9"))), OLESTR("none"));
+  EXPECT_EQ(found(root + one + ".1"), "1");
+  EXPECT_EQ(found(root + one + ".2"), "2");
+  EXPECT_EQ(found(one), "1");
+  EXPECT_EQ(found(one, /*isSopInstance=*/true), "3");
+  EXPECT_EQ(found(two), "4");
+  EXPECT_EQ(found("1.2.826.0.1.3680043.9"), "none");
   EXPECT_EQ(list_.ErrorMessage(), OLESTR(""));
-  EXPECT_EQ(list_.FindByInstanceUid({}), nullptr);
+  EXPECT_EQ(found(""), "none");
   EXPECT_EQ(list_.ErrorMessage(), OLESTR("The instance UID is invalid."));
 
   list_.RemoveAll();
   EXPECT_EQ(list_.GetCount(), 0U);
-  EXPECT_EQ(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9.2")), nullptr);
-  ASSERT_TRUE(list_.AddObject(file("1.2.826.0.1.3680043.9.2", "6")));
-  EXPECT_EQ(numberOf(list_.FindByInstanceUid(OLESTR("1.2.826.0.1.3680043.9.2"))), OLESTR("6"));
+  EXPECT_EQ(found(two), "none");
+  ASSERT_TRUE(list_.AddObject(file(two, "6")));
+  EXPECT_EQ(found(two), "6");
+  EXPECT_EQ(found(one), "none");
 }
 
 TEST_F(ObjectList, StaysAsItWasWhenAFileIsRefused) {
@@ -108,20 +111,20 @@ TEST(ObjectPropertiesCopies, ShareNothingWithTheOriginal) {
 }
 
 TEST(ObjectPropertiesTexts, AreRefusedBeyondTheirLimit) {
+  using Properties = CDicomObjectProperties;
   struct {
     const char* what;
-    bool (CDicomObjectProperties::*set)(TextView);
-    const Text& (CDicomObjectProperties::*get)() const;
+    bool (Properties::*set)(TextView);
+    const Text& (Properties::*get)() const;
     std::size_t limit;
   } const cases[] = {
-      {"file name", &CDicomObjectProperties::SetFileName, &CDicomObjectProperties::FileName, 260},
-      {"frame key", &CDicomObjectProperties::SetFrameKey, &CDicomObjectProperties::FrameKey, 260},
-      {"version name", &CDicomObjectProperties::SetImplementationVersionName,
-       &CDicomObjectProperties::ImplementationVersionName, 1024},
-      {"class UID", &CDicomObjectProperties::SetImplementationClassUid,
-       &CDicomObjectProperties::ImplementationClassUid, 1024},
-      {"instance key", &CDicomObjectProperties::SetInstanceKey,
-       &CDicomObjectProperties::InstanceKey, 1024},
+      {"file name", &Properties::SetFileName, &Properties::FileName, 260},
+      {"frame key", &Properties::SetFrameKey, &Properties::FrameKey, 260},
+      {"version name", &Properties::SetImplementationVersionName,
+       &Properties::ImplementationVersionName, 1024},
+      {"class UID", &Properties::SetImplementationClassUid, &Properties::ImplementationClassUid,
+       1024},
+      {"instance key", &Properties::SetInstanceKey, &Properties::InstanceKey, 1024},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);

@@ -13,6 +13,7 @@ namespace {
 
 using test::Bytes;
 using test::ElementMap;
+using test::Plain;
 using test::Syntax;
 using test::TempDir;
 
@@ -25,7 +26,7 @@ struct Reading {
     CDicomObjectProcessor processor;
     processor.SetInstanceUidOptional(optional);
     succeeded = processor.ReadObjectProperties(path, util, properties);
-    processor.GetErrorMessage(message);
+    message = Plain(processor.ErrorMessage());
   }
   const CDicomImageProperties& image() { return *properties.Image(); }
 
@@ -34,13 +35,13 @@ struct Reading {
   CDicomUtil util;
   CDicomObjectProperties properties;
   bool succeeded = false;
-  Text message;
+  std::string message;
 };
 
 TEST(ObjectProperties, TellEverythingOfAnImage) {
   Reading reading(test::imageElements().us(0x00280120, {0xF830}).text(0x00280008, "IS", "12"),
                   false);
-  ASSERT_TRUE(reading.succeeded) << std::string(reading.message.begin(), reading.message.end());
+  ASSERT_TRUE(reading.succeeded) << reading.message;
   const CDicomObjectProperties& p = reading.properties;
   EXPECT_EQ(p.FileName(), reading.path);
   EXPECT_EQ(p.FileSize(), test::readBytes(std::filesystem::path(reading.path)).size());
@@ -73,42 +74,36 @@ TEST(ObjectProperties, TellEverythingOfAnImage) {
 }
 
 TEST(ObjectProperties, NeedEachAttributeUnlessTheReadIsLenient) {
+  const auto inImage = [](const std::string& what) {
+    const std::size_t tag = what.find('(');
+    return "The " + what.substr(0, tag) + "property value " + what.substr(tag) +
+           " in the image is invalid.";
+  };
   struct {
-    std::string_view vr;
-    Text message;  // "@" stands for the path
     std::uint32_t tag;
-    bool emptyIsMissing;
+    std::string_view vr;
+    std::string message;  // "@" stands for the path
+    bool emptyIsMissing = true;
   } const cases[] = {
-      {"UI", OLESTR("The SOP class UID from @ is invalid."), 0x00080016, true},
-      {"UI", OLESTR("The instance UID is invalid."), 0x00080018, true},
-      {"CS", OLESTR("The modality property value (0008, 0060) in the image is invalid."),
-       0x00080060, true},
-      {"IS", OLESTR("The image number from @ is invalid."), 0x00200013, false},
-      {"US", OLESTR("The bits allocated property value (0028, 0100) in the image is invalid."),
-       0x00280100, true},
-      {"US", OLESTR("The rows property value (0028, 0010) in the image is invalid."), 0x00280010,
-       true},
-      {"US", OLESTR("The columns property value (0028, 0011) in the image is invalid."), 0x00280011,
-       true},
-      {"US", OLESTR("The bits stored property value (0028, 0101) in the image is invalid."),
-       0x00280101, true},
-      {"CS",
-       OLESTR(
-           "The photometric interpretation property value (0028, 0004) in the image is invalid."),
-       0x00280004, true},
-      {"US",
-       OLESTR("The pixel representation property value (0028, 0103) in the image is invalid."),
-       0x00280103, true},
-      {"US", OLESTR("The samples per pixel property value (0028, 0002) in the image is invalid."),
-       0x00280002, true},
+      {0x00080016, "UI", "The SOP class UID from @ is invalid."},
+      {0x00080018, "UI", "The instance UID is invalid."},
+      {0x00080060, "CS", inImage("modality (0008, 0060)")},
+      {0x00200013, "IS", "The image number from @ is invalid.", false},
+      {0x00280100, "US", inImage("bits allocated (0028, 0100)")},
+      {0x00280010, "US", inImage("rows (0028, 0010)")},
+      {0x00280011, "US", inImage("columns (0028, 0011)")},
+      {0x00280101, "US", inImage("bits stored (0028, 0101)")},
+      {0x00280004, "CS", inImage("photometric interpretation (0028, 0004)")},
+      {0x00280103, "US", inImage("pixel representation (0028, 0103)")},
+      {0x00280002, "US", inImage("samples per pixel (0028, 0002)")},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.tag);
     Reading strict(test::imageElements().without(c.tag), false);
     EXPECT_FALSE(strict.succeeded);
-    Text expected = c.message;
-    if (const std::size_t at = expected.find(OLESTR('@')); at != Text::npos) {
-      expected.replace(at, 1, strict.path);
+    std::string expected = c.message;
+    if (const std::size_t at = expected.find('@'); at != std::string::npos) {
+      expected.replace(at, 1, Plain(strict.path));
     }
     EXPECT_EQ(strict.message, expected);
     EXPECT_EQ(Reading(test::imageElements().raw(c.tag, c.vr, {}), false).succeeded,
@@ -122,74 +117,43 @@ TEST(ObjectProperties, NeedEachAttributeUnlessTheReadIsLenient) {
 }
 
 TEST(ObjectProperties, FollowTheOddImages) {
-  constexpr std::string_view kJpeg = "1.2.840.10008.1.2.4.50";
-  const auto with = [](auto change) {
-    ElementMap map = test::imageElements();
-    change(map);
-    return map;
-  };
-  {
-    Reading r(with([](ElementMap& m) {
-                m.us(0x00280002, {3}).text(0x00280004, "CS", "RGB").us(0x00280006, {1});
-              }),
-              false);
-    EXPECT_EQ(r.image().PhotometricInterpretation(), OLESTR("RGB/1"));
+  for (const std::uint16_t planar : {std::uint16_t{1}, std::uint16_t{0}}) {
+    ElementMap colours = test::imageElements().us(0x00280002, {3}).text(0x00280004, "CS", "RGB");
+    if (planar != 0) colours.us(0x00280006, {planar});
+    Reading r(colours, false);
+    EXPECT_EQ(Plain(r.image().PhotometricInterpretation()), "RGB/" + std::to_string(planar));
   }
-  {
-    Reading r(with([](ElementMap& m) { m.us(0x00280002, {3}).text(0x00280004, "CS", "RGB"); }),
-              false);
-    EXPECT_EQ(r.image().PhotometricInterpretation(), OLESTR("RGB/0"));
+  const std::pair<const char*, std::uint32_t> frames[] = {{"0", 0}, {"", 1}, {"24", 24}, {"-3", 0}};
+  for (const auto& [value, count] : frames) {
+    SCOPED_TRACE(value);
+    Reading r(test::imageElements().text(0x00280008, "IS", value), false);
+    EXPECT_EQ(r.image().numberOfFrames, count);
   }
-  struct {
-    const char* value;
-    std::uint32_t frames;
-  } const frames[] = {{"0", 0}, {"", 1}, {"24", 24}, {"-3", 0}};
-  for (const auto& c : frames) {
-    SCOPED_TRACE(c.value);
-    Reading r(with([&](ElementMap& m) { m.text(0x00280008, "IS", c.value); }), false);
-    EXPECT_EQ(r.image().numberOfFrames, c.frames);
-  }
-  {
-    Reading r(with([](ElementMap& m) {
-                m.put(0x7FE00010, test::DataSetBytes().encapsulated({{}, {1, 2, 3, 4}}));
-              }),
-              false, kJpeg);
-    ASSERT_TRUE(r.succeeded);
-    EXPECT_TRUE(r.image().isCompressed);
-    EXPECT_EQ(r.properties.TransferSyntaxName(),
-              OLESTR("JPEG Baseline (Process 1) Lossy JPEG 8 Bit Image Compression"));
-  }
-  {
-    Reading r(test::imageElements(Syntax::ExplicitBig), false);
-    EXPECT_FALSE(r.image().isCompressed);
-    EXPECT_EQ(r.image().rows, 2);
-  }
-  {
-    // Signed or unsigned is not known in implicit VR; the bits are the same.
-    Reading r(test::imageElements(Syntax::ImplicitLittle).us(0x00280120, {0xF830}), false);
-    EXPECT_EQ(r.image().pixelPaddingValue, 0xF830);
-  }
-  {
-    Reading r(with([](ElementMap& m) {
-                m.text(0x00080016, "UI", "1.2.392.876543.9125.1.1.2").without(0x00280120);
-              }),
-              false);
-    EXPECT_TRUE(r.image().isMakerCr);
-    EXPECT_EQ(r.properties.SopClassCode(), OLESTR("TARNCR"));
-    EXPECT_FALSE(r.image().hasPixelPaddingValue);
-  }
-  {
-    Reading r(with([](ElementMap& m) { m.text(0x00080016, "UI", "1.2.3"); }), false);
-    EXPECT_TRUE(r.succeeded);
-    EXPECT_EQ(r.properties.SopClassUid(), OLESTR("1.2.3"));
-    EXPECT_EQ(r.properties.SopClassName(), OLESTR(""));
-  }
-  {
-    Reading r(with([](ElementMap& m) { m.without(0x7FE00010).without(0x00280010); }), false);
-    EXPECT_TRUE(r.succeeded);
-    EXPECT_EQ(r.image().bitsAllocated, 0);
-    EXPECT_EQ(r.properties.InstanceNumber(), OLESTR("7"));
-  }
+  Reading jpeg(
+      test::imageElements().put(0x7FE00010, test::DataSetBytes().encapsulated({{}, {1, 2, 3, 4}})),
+      false, "1.2.840.10008.1.2.4.50");
+  ASSERT_TRUE(jpeg.succeeded);
+  EXPECT_TRUE(jpeg.image().isCompressed);
+  EXPECT_EQ(jpeg.properties.TransferSyntaxName(),
+            OLESTR("JPEG Baseline (Process 1) Lossy JPEG 8 Bit Image Compression"));
+  Reading big(test::imageElements(Syntax::ExplicitBig), false);
+  EXPECT_FALSE(big.image().isCompressed);
+  EXPECT_EQ(big.image().rows, 2);
+  // Signed or unsigned is not known in implicit VR; the bits are the same.
+  Reading implicit(test::imageElements(Syntax::ImplicitLittle).us(0x00280120, {0xF830}), false);
+  EXPECT_EQ(implicit.image().pixelPaddingValue, 0xF830);
+  Reading makers(test::imageElements().text(0x00080016, "UI", "1.2.392.876543.9125.1.1.2"), false);
+  EXPECT_TRUE(makers.image().isMakerCr);
+  EXPECT_EQ(makers.properties.SopClassCode(), OLESTR("TARNCR"));
+  EXPECT_FALSE(makers.image().hasPixelPaddingValue);
+  Reading unknown(test::imageElements().text(0x00080016, "UI", "1.2.3"), false);
+  EXPECT_TRUE(unknown.succeeded);
+  EXPECT_EQ(unknown.properties.SopClassUid(), OLESTR("1.2.3"));
+  EXPECT_EQ(unknown.properties.SopClassName(), OLESTR(""));
+  Reading noPixels(test::imageElements().without(0x7FE00010).without(0x00280010), false);
+  EXPECT_TRUE(noPixels.succeeded);
+  EXPECT_EQ(noPixels.image().bitsAllocated, 0);
+  EXPECT_EQ(noPixels.properties.InstanceNumber(), OLESTR("7"));
 }
 
 TEST(ObjectProperties, OfOneFileDoNotStayForTheNext) {
@@ -203,12 +167,10 @@ TEST(ObjectProperties, OfOneFileDoNotStayForTheNext) {
   bare.text(0x00080016, "UI", "1.2.3");
   ASSERT_TRUE(
       processor.ReadObjectProperties(bare.write(directory, "b.dcm"), util, first.properties));
-  EXPECT_EQ(first.properties.SopClassName(), OLESTR(""));
-  EXPECT_EQ(first.properties.Modality(), OLESTR(""));
-  EXPECT_EQ(first.properties.InstanceKey(), OLESTR(""));
-  EXPECT_EQ(first.properties.FrameKey(), OLESTR(""));
-  EXPECT_EQ(first.properties.InstanceUid(), OLESTR(""));
-  EXPECT_EQ(first.properties.InstanceNumber(), OLESTR(""));
+  const CDicomObjectProperties& p = first.properties;
+  EXPECT_EQ(p.SopClassName() + p.Modality() + p.InstanceKey() + p.FrameKey() + p.InstanceUid() +
+                p.InstanceNumber(),
+            OLESTR(""));
   EXPECT_EQ(first.image().rows, 0);
   EXPECT_EQ(first.image().frameNumber, 1U);
 }
@@ -230,16 +192,14 @@ TEST(ObjectProperties, CannotBeReadWithoutAReadableFile) {
 
 TEST(ObjectProperties, CannotHoldEveryText) {
   // Keys and names have limits of their own, which a file need not keep to.
-  dcSetValueChecking(false);
+  const test::UncheckedValues asInTheProgram;
   const Reading longUid(test::imageElements().text(0x00080018, "UI", std::string(300, '1')), true);
   EXPECT_FALSE(longUid.succeeded);
-  EXPECT_EQ(longUid.message, OLESTR("The given image key is invalid."));
+  EXPECT_EQ(longUid.message, "The given image key is invalid.");
   const Reading longNumber(test::imageElements().text(0x00200013, "IS", std::string(1025, '1')),
                            true);
-  dcSetValueChecking(true);
   EXPECT_FALSE(longNumber.succeeded);
-  EXPECT_EQ(longNumber.message,
-            OLESTR("The image number from ") + longNumber.path + OLESTR(" is invalid."));
+  EXPECT_EQ(longNumber.message, "The image number from " + Plain(longNumber.path) + " is invalid.");
 
   const TempDir directory;
   std::filesystem::path below = directory.path();
@@ -268,28 +228,24 @@ TEST(InstanceUids, GiveKeysAndFramesByTheirForm) {
     const char* what;
     std::string uid;
     Taken taken;
-    Text key, frameKey;
-    std::uint32_t frameNumber;
-    bool isMakerForm;
+    // Of the maker's form; of another, and of what is not taken, there are none.
+    std::string key = {};
+    std::string frameKey = {};
+    std::uint32_t frameNumber = 1;
   } const cases[] = {
-      {"another's", "1.2.826.0.1.3680043.1", Taken::Always, OLESTR("1.2.826.0.1.3680043.1"),
-       OLESTR("1.2.826.0.1.3680043.1"), 1, false},
-      {"frame 4", root + "123.4", Taken::Always, OLESTR("123"), OLESTR("123.4"), 5, true},
-      {"frame 0", root + "123.0", Taken::Always, OLESTR("123"), OLESTR("123"), 1, true},
-      {"key of components", root + "1.2.3.07", Taken::Always, OLESTR("1.2.3"), OLESTR("1.2.3.7"), 8,
-       true},
-      {"root, not the last dot", "1.2.840.987654.991.2.3", Taken::Always,
-       OLESTR("1.2.840.987654.991.2.3"), OLESTR("1.2.840.987654.991.2.3"), 1, false},
-      {"longer than the root by one", "1.2.826.0.1.3680.55", Taken::Always,
-       OLESTR("1.2.826.0.1.3680.55"), OLESTR("1.2.826.0.1.3680.55"), 1, false},
-      {"as long as the root", "1.2.826.0.1.3680.5", Taken::WhenLenient,
-       OLESTR("1.2.826.0.1.3680.5"), OLESTR("1.2.826.0.1.3680.5"), 1, false},
-      {"short", "1.2.3.4", Taken::WhenLenient, OLESTR("1.2.3.4"), OLESTR("1.2.3.4"), 1, false},
-      {"the root itself", root, Taken::Never, OLESTR(""), OLESTR(""), 0, false},
-      {"no dot", root + "123", Taken::Never, OLESTR(""), OLESTR(""), 0, false},
-      {"nothing before the dot", root + ".4", Taken::Never, OLESTR(""), OLESTR(""), 0, false},
-      {"nothing behind the dot", root + "123.", Taken::Never, OLESTR(""), OLESTR(""), 0, false},
-      {"root in the middle", "9." + root + "123.4", Taken::Never, OLESTR(""), OLESTR(""), 0, false},
+      {"another's", "1.2.826.0.1.3680043.1", Taken::Always},
+      {"frame 4", root + "123.4", Taken::Always, "123", "123.4", 5},
+      {"frame 0", root + "123.0", Taken::Always, "123", "123", 1},
+      {"key of components", root + "1.2.3.07", Taken::Always, "1.2.3", "1.2.3.7", 8},
+      {"root, not the last dot", "1.2.840.987654.991.2.3", Taken::Always},
+      {"longer than the root by one", "1.2.826.0.1.3680.55", Taken::Always},
+      {"as long as the root", "1.2.826.0.1.3680.5", Taken::WhenLenient},
+      {"short", "1.2.3.4", Taken::WhenLenient},
+      {"the root itself", root, Taken::Never},
+      {"no dot", root + "123", Taken::Never},
+      {"nothing before the dot", root + ".4", Taken::Never},
+      {"nothing behind the dot", root + "123.", Taken::Never},
+      {"root in the middle", "9." + root + "123.4", Taken::Never},
   };
   for (const auto& c : cases) {
     for (const bool lenient : {false, true}) {
@@ -297,15 +253,13 @@ TEST(InstanceUids, GiveKeysAndFramesByTheirForm) {
       Reading r(test::imageElements().text(0x00080018, "UI", c.uid), lenient);
       const bool taken = c.taken == Taken::Always || (c.taken == Taken::WhenLenient && lenient);
       EXPECT_EQ(r.succeeded, taken);
-      if (!taken) {
-        EXPECT_EQ(r.message, OLESTR("The instance UID is invalid."));
-        continue;
-      }
-      EXPECT_EQ(r.properties.InstanceKey(), c.key);
-      EXPECT_EQ(r.properties.FrameKey(), c.frameKey);
-      EXPECT_EQ(r.properties.InstanceUid(), Text(c.uid.begin(), c.uid.end()));
+      EXPECT_EQ(r.message, taken ? "" : "The instance UID is invalid.");
+      if (!taken) continue;
+      EXPECT_EQ(Plain(r.properties.InstanceKey()), c.key.empty() ? c.uid : c.key);
+      EXPECT_EQ(Plain(r.properties.FrameKey()), c.key.empty() ? c.uid : c.frameKey);
+      EXPECT_EQ(Plain(r.properties.InstanceUid()), c.uid);
       EXPECT_EQ(r.image().frameNumber, c.frameNumber);
-      EXPECT_EQ(r.image().isMakerInstanceUid, c.isMakerForm);
+      EXPECT_EQ(r.image().isMakerInstanceUid, !c.key.empty());
     }
   }
 }

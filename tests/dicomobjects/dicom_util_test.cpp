@@ -147,37 +147,24 @@ TEST(TagPathValues, AreFoundInsideSequenceItems) {
                       {"0040a043,SQ,2:0040a168,SQ,2:00080100,SH", false, text(OLESTR("DEEP2"))},
                       {"0040a043,SQ", false, std::monostate{}},
                       {"0040a043,SQ,2:0040a168,SQ", true, std::monostate{}}});
-  for (const char* path : {"",
-                           "0040a043",
-                           "0040a043,",
-                           "0040a043,S",
-                           "0040a04,SQ",
-                           "0040a0430,SQ",
-                           "0040g043,SQ",
-                           "0040a043;SQ",
-                           "0040a043,sq",
-                           "0040a043,SQX",
-                           "-040a043,SQ",
-                           "0x280010,US",
-                           "0040a043,SQ,:00080100,SH",
-                           "0040a043,SQ,0:00080100,SH",
-                           "0040a043,SQ,-1:00080100,SH",
-                           "0040a043,SQ,+1:00080100,SH",
-                           "0040a043,SQ,3:00080100,SH",
-                           "0040a043,SQ,1",
-                           "0040a043,SQ,1:",
-                           "0040a043,SQ,1 :00080100,SH",
-                           "0040a043,SQ,4294967297:00080100,SH",
-                           "0040a043,SQ,1:00080102,SH",
-                           "0040a043,SQ,1:00080100,SH,1:00080100,SH",
-                           "0040a730,SQ,1:00080100,SH",
-                           "00280010,SQ,1:00080100,SH",
-                           "00280011,US",
-                           "0040a043,SQ,1:00020010,UI"}) {
+  const auto expectRefused = [&util](const std::string& path) {
     SCOPED_TRACE(path);
     DicomValue value;
     EXPECT_FALSE(util.GetValue(path, value, false));
+  };
+  for (const char* path :
+       {"", "0040a043", "0040a043,", "0040a043,S", "0040a04,SQ", "0040a0430,SQ", "0040g043,SQ",
+        "0040a043;SQ", "0040a043,sq", "-040a043,SQ", "0x280010,US", "00280011,US"}) {
+    expectRefused(path);
   }
+  for (const char* rest :
+       {"X", ",:00080100,SH", ",0:00080100,SH", ",-1:00080100,SH", ",+1:00080100,SH",
+        ",3:00080100,SH", ",1", ",1:", ",1 :00080100,SH", ",4294967297:00080100,SH",
+        ",1:00080102,SH", ",1:00080100,SH,1:00080100,SH", ",1:00020010,UI"}) {
+    expectRefused("0040a043,SQ" + std::string(rest));
+  }
+  expectRefused("0040a730,SQ,1:00080100,SH");
+  expectRefused("00280010,SQ,1:00080100,SH");
 }
 
 TEST(TagPathValues, OfGroup2ComeFromTheMetaInformation) {
@@ -197,13 +184,6 @@ TEST(TagPathValues, OfGroup2ComeFromTheMetaInformation) {
   EXPECT_FALSE(util.GetValue("00020102,OB", value, false));
 }
 
-TEST(TagPathValues, AreAbsentBeforeARead) {
-  CDicomUtil util;
-  DicomValue value;
-  EXPECT_FALSE(util.GetValue("00280010,US", value, false));
-  EXPECT_FALSE(util.GetValue("00020010,UI", value, false));
-}
-
 TEST(ReadingAFile, ThatFailsLeavesTheCodeAndNothingOfTheFileBefore) {
   const TempDir dir;
   CDicomUtil util;
@@ -217,6 +197,9 @@ TEST(ReadingAFile, ThatFailsLeavesTheCodeAndNothingOfTheFileBefore) {
   EXPECT_TRUE(util.HasNoPixelData());
   std::uint32_t lengthBytes = 0;
   EXPECT_FALSE(util.GetPixelDataLength(lengthBytes));
+  DicomValue value;
+  EXPECT_FALSE(util.GetValue("00280010,US", value, false));
+  EXPECT_FALSE(util.GetValue("00020010,UI", value, false));
 }
 
 TEST(ReadingAFile, ThatIsNamedInAnyScriptWorks) {

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
 #include "element_map.h"
 
@@ -11,174 +12,127 @@ namespace quillon {
 namespace {
 
 using test::ElementMap;
+using test::Plain;
 using test::TempDir;
 
-ElementMap keyObject() {
-  ElementMap map;
-  map.text(0x00080023, "DA", "20090305").text(0x00080033, "TM", "1030").text(0x00200013, "IS", "4");
-  return map;
-}
+constexpr std::uint32_t kCodeSequence = 0x0040A043;
 
-ElementMap presentation() {
-  ElementMap map;
-  map.text(0x00200013, "IS", "5")
-      .text(0x00700080, "CS", "LABEL")
-      .text(0x00700081, "LO", "Described")
-      .text(0x00700082, "DA", "20090306")
-      .text(0x00700083, "TM", "1100")
-      .text(0x00700084, "PN", "Maker^M");
-  return map;
-}
+// What a document is read from: an element of it, or of the item of its code sequence.
+template <typename Document>
+struct Attribute {
+  std::uint32_t tag;
+  std::string vr;
+  std::string name;  // in "Cannot set the <document> <name>."
+  const Text& (Document::*get)() const;
+  std::string value;
+  bool isOfCode = false;
 
-ElementMap report(std::string_view verification) {
+  [[nodiscard]] std::string path() const {
+    char digits[9];
+    std::snprintf(digits, sizeof digits, "%08x", tag);
+    return (isOfCode ? "0040a043,SQ,1:" : "") + std::string(digits) + "," + vr;
+  }
+};
+template <typename Document>
+using Attributes = std::vector<Attribute<Document>>;
+
+const Attributes<CKeyObjectDocument> kKeyObject = {
+    {0x00200013, "IS", "instance number", &CKeyObjectDocument::InstanceNumber, "4"},
+    {0x00080023, "DA", "content date", &CKeyObjectDocument::ContentDate, "20090305"},
+    {0x00080033, "TM", "content time", &CKeyObjectDocument::ContentTime, "1030"}};
+const Attributes<CPresentation> kPresentation = {
+    {0x00200013, "IS", "instance number", &CPresentation::InstanceNumber, "5"},
+    {0x00700080, "CS", "content label", &CPresentation::ContentLabel, "LABEL"},
+    {0x00700081, "LO", "content description", &CPresentation::ContentDescription, "Described"},
+    {0x00700084, "PN", "content creator name", &CPresentation::ContentCreatorName, "Maker^M"},
+    {0x00700082, "DA", "creation date", &CPresentation::CreationDate, "20090306"},
+    {0x00700083, "TM", "content time", &CPresentation::CreationTime, "1100"}};
+using Report = CStructuredReport;
+const Attributes<Report> kReport = {
+    {0x00200013, "IS", "instance number", &Report::InstanceNumber, "6"},
+    {0x0040A491, "CS", "completion flag", &Report::CompletionFlag, "COMPLETE"},
+    {0x0040A493, "CS", "verification flag", &Report::VerificationFlag, "VERIFIED"},
+    {0x0040A030, "DT", "verification date and time", &Report::VerificationDateTime,
+     "20090307120000"},
+    {0x00080023, "DA", "content date", &Report::ContentDate, "20090305"},
+    {0x00080033, "TM", "content time", &Report::ContentTime, "1030"},
+    {0x00080100, "SH", "code value", &Report::CodeValue, "121060", true},
+    {0x00080102, "SH", "coding scheme designator", &Report::CodingSchemeDesignator, "DCM", true},
+    {0x00080104, "LO", "code meaning", &Report::CodeMeaning, "History", true}};
+
+// The whole document, with another value for the attribute of this name.
+template <typename Document>
+ElementMap elements(const Attributes<Document>& attributes, const std::string& changed = {},
+                    const std::string& otherValue = {}) {
+  ElementMap map;
   ElementMap code;
-  code.text(0x00080100, "SH", "121060")
-      .text(0x00080102, "SH", "DCM")
-      .text(0x00080104, "LO", "History");
-  ElementMap map;
-  map.text(0x00080023, "DA", "20090305")
-      .text(0x00080033, "TM", "1030")
-      .text(0x00200013, "IS", "6")
-      .text(0x0040A030, "DT", "20090307120000")
-      .sequence(0x0040A043, {code})
-      .text(0x0040A491, "CS", "COMPLETE")
-      .text(0x0040A493, "CS", verification);
-  return map;
+  for (const Attribute<Document>& a : attributes) {
+    (a.isOfCode ? code : map).text(a.tag, a.vr, a.name == changed ? otherValue : a.value);
+  }
+  return code.bytes().empty() ? map : map.sequence(kCodeSequence, {code});
 }
 
 template <typename Document>
-class Reader {
- public:
-  bool read(const ElementMap& map) {
-    const TempDir directory;
-    CDicomUtil util;
-    EXPECT_TRUE(util.ReadFile(map.write(directory, "document.dcm"), true));
-    return document.ReadFromDicom(util);
-  }
-  Document document;
-};
-
-TEST(KeyObjectDocuments, AreRead) {
-  Reader<CKeyObjectDocument> reader;
-  ASSERT_TRUE(reader.read(keyObject()));
-  EXPECT_EQ(reader.document.InstanceNumber(), OLESTR("4"));
-  EXPECT_EQ(reader.document.ContentDate(), OLESTR("20090305"));
-  EXPECT_EQ(reader.document.ContentTime(), OLESTR("1030"));
+bool readInto(Document& document, const ElementMap& map) {
+  const TempDir directory;
+  CDicomUtil util;
+  EXPECT_TRUE(util.ReadFile(map.write(directory, "document.dcm"), true));
+  return document.ReadFromDicom(util);
 }
 
-TEST(PresentationStates, AreReadWithNamesForWhatIsEmpty) {
-  Reader<CPresentation> reader;
-  ASSERT_TRUE(reader.read(presentation()));
-  EXPECT_EQ(reader.document.InstanceNumber(), OLESTR("5"));
-  EXPECT_EQ(reader.document.ContentLabel(), OLESTR("LABEL"));
-  EXPECT_EQ(reader.document.ContentDescription(), OLESTR("Described"));
-  EXPECT_EQ(reader.document.ContentCreatorName(), OLESTR("Maker^M"));
-  EXPECT_EQ(reader.document.CreationDate(), OLESTR("20090306"));
-  EXPECT_EQ(reader.document.CreationTime(), OLESTR("1100"));
-
-  ASSERT_TRUE(reader.read(presentation().text(0x00700081, "LO", "").text(0x00700084, "PN", "")));
-  EXPECT_EQ(reader.document.ContentDescription(), OLESTR("Unknown"));
-  EXPECT_EQ(reader.document.ContentCreatorName(), OLESTR("Unknown^Unknown"));
+TEST(PresentationStates, HaveNamesForWhatIsEmpty) {
+  CPresentation document;
+  ASSERT_TRUE(readInto(
+      document, elements(kPresentation).text(0x00700081, "LO", "").text(0x00700084, "PN", "")));
+  EXPECT_EQ(document.ContentDescription(), OLESTR("Unknown"));
+  EXPECT_EQ(document.ContentCreatorName(), OLESTR("Unknown^Unknown"));
 }
 
 TEST(StructuredReports, HaveAVerificationTimeOnlyWhenVerified) {
-  Reader<CStructuredReport> reader;
-  ASSERT_TRUE(reader.read(report("VERIFIED")));
-  EXPECT_EQ(reader.document.InstanceNumber(), OLESTR("6"));
-  EXPECT_EQ(reader.document.CompletionFlag(), OLESTR("COMPLETE"));
-  EXPECT_EQ(reader.document.VerificationFlag(), OLESTR("VERIFIED"));
-  EXPECT_EQ(reader.document.VerificationDateTime(), OLESTR("20090307120000"));
-  EXPECT_EQ(reader.document.ContentDate(), OLESTR("20090305"));
-  EXPECT_EQ(reader.document.ContentTime(), OLESTR("1030"));
-  EXPECT_EQ(reader.document.CodeValue(), OLESTR("121060"));
-  EXPECT_EQ(reader.document.CodingSchemeDesignator(), OLESTR("DCM"));
-  EXPECT_EQ(reader.document.CodeMeaning(), OLESTR("History"));
-
+  Report document;
+  ASSERT_TRUE(readInto(document, elements(kReport)));
   // The time of the report before must not stay.
-  ASSERT_TRUE(reader.read(report("UNVERIFIED").without(0x0040A030)));
-  EXPECT_EQ(reader.document.VerificationDateTime(), OLESTR(""));
-  EXPECT_FALSE(reader.read(report("VERIFIED").without(0x0040A030)));
+  const ElementMap unverified = elements(kReport, "verification flag", "UNVERIFIED");
+  ASSERT_TRUE(readInto(document, ElementMap(unverified).without(0x0040A030)));
+  EXPECT_EQ(document.VerificationDateTime(), OLESTR(""));
+  EXPECT_FALSE(readInto(document, elements(kReport).without(0x0040A030)));
 }
-
-Text hexText(std::uint32_t value) {
-  char digits[9];
-  std::snprintf(digits, sizeof digits, "%08x", value);
-  return {digits, digits + 8};
-}
-
-struct AttributeCase {
-  std::uint32_t tag;
-  const char* path;
-  const char* vr;
-  Text name;  // in "Cannot set the <document> <name>."
-};
 
 // A text that cannot be stored leaves its sentence and an empty field, and the document is taken;
 // one that is absent, or empty while values are required, refuses the document.
 template <typename Document>
-void expectEachAttributeTold(const ElementMap& whole, const Text& document,
-                             std::initializer_list<AttributeCase> attributes) {
+void expectEachAttributeReadOrTold(const Attributes<Document>& attributes,
+                                   const std::string& name) {
   const test::UncheckedValues asInTheProgram;
-  const std::string tooLong(1025, '1');
-  for (const AttributeCase& c : attributes) {
-    SCOPED_TRACE(c.path);
-    const bool isCode = c.tag == 0x0040A043;
-    const Text path(c.path, c.path + std::char_traits<char>::length(c.path));
-    const auto with = [&](const std::string& value) {
-      if (!isCode) return ElementMap(whole).text(c.tag, c.vr, value);
-      ElementMap code;
-      for (const std::uint32_t tag : {0x00080100, 0x00080102, 0x00080104}) {
-        const bool isMeant = path.find(Text(1, OLESTR(':')) + hexText(tag)) != Text::npos;
-        code.text(tag, tag == 0x00080104 ? "LO" : "SH", isMeant ? value : "1");
-      }
-      return ElementMap(whole).sequence(c.tag, {code});
-    };
-    Reader<Document> reader;
-    ASSERT_TRUE(reader.read(whole));
-    EXPECT_TRUE(reader.read(with(tooLong)));
-    EXPECT_EQ(reader.document.ErrorMessage(),
-              OLESTR("Cannot set the ") + document + OLESTR(" ") + c.name + OLESTR("."));
-    EXPECT_FALSE(reader.read(ElementMap(whole).without(c.tag)));
-    const Text missing = isCode ? Text(OLESTR("0040a043,SQ,1:00080100,SH")) : path;
-    EXPECT_EQ(reader.document.ErrorMessage(), OLESTR("Cannot retrieve the \"") + missing +
-                                                  OLESTR("\" ") + document + OLESTR(" tag value."));
-    reader.document.SetValuesRequired(true);
-    EXPECT_FALSE(reader.read(with("")));
-    EXPECT_EQ(reader.document.ErrorMessage(), OLESTR("The ") + document + OLESTR(" tag \"") + path +
-                                                  OLESTR("\" does not have a value."));
+  const auto errorOf = [](const Document& document) { return Plain(document.ErrorMessage()); };
+  for (const Attribute<Document>& a : attributes) {
+    SCOPED_TRACE(a.path());
+    Document document;
+    ASSERT_TRUE(readInto(document, elements(attributes)));
+    EXPECT_EQ(Plain((document.*a.get)()), a.value);
+    EXPECT_TRUE(readInto(document, elements(attributes, a.name, std::string(1025, '1'))));
+    EXPECT_EQ(errorOf(document), "Cannot set the " + name + " " + a.name + ".");
+    EXPECT_EQ(Plain((document.*a.get)()), "");
+    const std::uint32_t outer = a.isOfCode ? kCodeSequence : a.tag;
+    EXPECT_FALSE(readInto(document, elements(attributes).without(outer)));
+    const std::string missing = a.isOfCode ? "0040a043,SQ,1:00080100,SH" : a.path();
+    EXPECT_EQ(errorOf(document), "Cannot retrieve the \"" + missing + "\" " + name + " tag value.");
+    document.SetValuesRequired(true);
+    EXPECT_FALSE(readInto(document, elements(attributes, a.name, "")));
+    EXPECT_EQ(errorOf(document),
+              "The " + name + " tag \"" + a.path() + "\" does not have a value.");
   }
   Document fresh;
   CDicomUtil util;
   Text out;
   EXPECT_FALSE(fresh.ReadTagValue(util, {}, out));
-  EXPECT_EQ(fresh.ErrorMessage(), OLESTR("The ") + document + OLESTR(" tag is invalid."));
+  EXPECT_EQ(errorOf(fresh), "The " + name + " tag is invalid.");
 }
 
-TEST(Documents, TellEachAttributeThatIsAbsentEmptyOrTooLong) {
-  expectEachAttributeTold<CKeyObjectDocument>(
-      keyObject(), OLESTR("key object document"),
-      {{0x00200013, "00200013,IS", "IS", OLESTR("instance number")},
-       {0x00080023, "00080023,DA", "DA", OLESTR("content date")},
-       {0x00080033, "00080033,TM", "TM", OLESTR("content time")}});
-  expectEachAttributeTold<CPresentation>(
-      presentation(), OLESTR("presentation"),
-      {{0x00200013, "00200013,IS", "IS", OLESTR("instance number")},
-       {0x00700080, "00700080,CS", "CS", OLESTR("content label")},
-       {0x00700081, "00700081,LO", "LO", OLESTR("content description")},
-       {0x00700084, "00700084,PN", "PN", OLESTR("content creator name")},
-       {0x00700082, "00700082,DA", "DA", OLESTR("creation date")},
-       {0x00700083, "00700083,TM", "TM", OLESTR("content time")}});
-  expectEachAttributeTold<CStructuredReport>(
-      report("VERIFIED"), OLESTR("structured report"),
-      {{0x00200013, "00200013,IS", "IS", OLESTR("instance number")},
-       {0x0040A491, "0040a491,CS", "CS", OLESTR("completion flag")},
-       {0x0040A493, "0040a493,CS", "CS", OLESTR("verification flag")},
-       {0x0040A030, "0040a030,DT", "DT", OLESTR("verification date and time")},
-       {0x00080023, "00080023,DA", "DA", OLESTR("content date")},
-       {0x00080033, "00080033,TM", "TM", OLESTR("content time")},
-       {0x0040A043, "0040a043,SQ,1:00080100,SH", "SQ", OLESTR("code value")},
-       {0x0040A043, "0040a043,SQ,1:00080102,SH", "SQ", OLESTR("coding scheme designator")},
-       {0x0040A043, "0040a043,SQ,1:00080104,LO", "SQ", OLESTR("code meaning")}});
+TEST(Documents, ReadEachAttributeAndTellWhichIsAbsentEmptyOrTooLong) {
+  expectEachAttributeReadOrTold(kKeyObject, "key object document");
+  expectEachAttributeReadOrTold(kPresentation, "presentation");
+  expectEachAttributeReadOrTold(kReport, "structured report");
 }
 
 TEST(Documents, SettersKeepTheRulesOfReading) {

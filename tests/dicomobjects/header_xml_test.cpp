@@ -24,30 +24,35 @@ using test::TempDir;
 constexpr std::uint32_t kMaxValues = 100;
 constexpr std::uint32_t kPixelDataTag = 0x7FE00010;
 
-const std::string kBegin =
-    "<?xml version=\"1.0\" ?>\n<data-set>\n"
-    "<tag grp=\"0002\" element=\"0001\" VR=\"OB\" VM=\"1\" name=\"fileMetaInformationVersion\">"
-    "0\\1</tag>\n"
-    "<tag grp=\"0002\" element=\"0002\" VR=\"UI\" VM=\"1\" name=\"mediaStorageSopClassUid\">"
-    "1.2.840.10008.5.1.4.1.1.7</tag>\n"
-    "<tag grp=\"0002\" element=\"0003\" VR=\"UI\" VM=\"1\" name=\"mediaStorageSopInstanceUid\">"
-    "1.2.826.0.1.3680043.2.1545.1</tag>\n";
-const std::string kRestOfMetaGroup =
-    "<tag grp=\"0002\" element=\"0012\" VR=\"UI\" VM=\"1\" name=\"implementationClassUid\">"
-    "2.25.171263500</tag>\n"
-    "<tag grp=\"0002\" element=\"0013\" VR=\"SH\" VM=\"1\" name=\"implementationVersionName\">"
-    "SAMPLE_OBJECTS</tag>\n"
-    "<tag grp=\"0002\" element=\"0016\" VR=\"AE\" VM=\"0\" name=\"sourceApplicationEntityTitle\">"
-    "</tag>\n"
-    "<tag grp=\"0002\" element=\"0100\" VR=\"UI\" VM=\"0\" name=\"privateInformationCreatorUid\">"
-    "</tag>\n"
-    "<tag grp=\"0002\" element=\"0102\" VR=\"OB\" VM=\"0\" name=\"privateInformation\"></tag>\n";
-const std::string kEnd = "</data-set>\n";
-
-std::string transferSyntaxLine(std::string_view uid) {
-  return R"(<tag grp="0002" element="0010" VR="UI" VM="1" name="transferSyntaxUid">)" +
-         std::string(uid) + "</tag>\n";
+// The line of an element: "ggggeeee", the VR, the VM, its name and what stands between the tags.
+std::string line(const std::string& tag, const std::string& vr, const std::string& vm,
+                 const std::string& name, const std::string& content = "") {
+  return "<tag grp=\"" + tag.substr(0, 4) + "\" element=\"" + tag.substr(4) + "\" VR=\"" + vr +
+         "\" VM=\"" + vm + "\" name=\"" + name + "\">" + content + "</tag>\n";
 }
+std::string values(const std::vector<std::string>& written, std::size_t total) {
+  std::string text = "<values count=\"" + std::to_string(written.size()) + "\" total=\"" +
+                     std::to_string(total) + "\">\n";
+  for (const std::string& value : written) text += "<value>" + value + "</value>\n";
+  return text + "</values>\n";
+}
+std::string values(const std::vector<std::string>& written) {
+  return values(written, written.size());
+}
+
+const std::string kOpening = "<?xml version=\"1.0\" ?>\n<data-set>\n";
+const std::string kVersion = line("00020001", "OB", "1", "fileMetaInformationVersion", "0\\1");
+const std::string kBegin =
+    kOpening + kVersion +
+    line("00020002", "UI", "1", "mediaStorageSopClassUid", "1.2.840.10008.5.1.4.1.1.7") +
+    line("00020003", "UI", "1", "mediaStorageSopInstanceUid", "1.2.826.0.1.3680043.2.1545.1");
+const std::string kRestOfMetaGroup =
+    line("00020012", "UI", "1", "implementationClassUid", "2.25.171263500") +
+    line("00020013", "SH", "1", "implementationVersionName", "SAMPLE_OBJECTS") +
+    line("00020016", "AE", "0", "sourceApplicationEntityTitle") +
+    line("00020100", "UI", "0", "privateInformationCreatorUid") +
+    line("00020102", "OB", "0", "privateInformation");
+const std::string kEnd = "</data-set>\n";
 
 std::string utf8(const Text& text) { return NarrowText(text, CP_UTF8); }
 
@@ -60,7 +65,9 @@ std::string dataSetXml(const ElementMap& elements, std::uint32_t maxValues, bool
   EXPECT_TRUE(util.ReadFile(elements.write(dir, "object.dcm", uid), deferred));
   EXPECT_TRUE(util.GetHeaderXml(out, maxValues, includePixelData));
   std::string xml = utf8(out);
-  const std::string begin = kBegin + transferSyntaxLine(uid) + kRestOfMetaGroup;
+  const std::string begin = kBegin +
+                            line("00020010", "UI", "1", "transferSyntaxUid", std::string(uid)) +
+                            kRestOfMetaGroup;
   EXPECT_TRUE(xml.starts_with(begin)) << xml;
   EXPECT_TRUE(xml.ends_with(kEnd)) << xml;
   return xml.size() < begin.size() + kEnd.size()
@@ -77,62 +84,41 @@ TEST(HeaderXml, WritesEachValueAsItsVrAsksFor) {
     std::string expected;
   } const cases[] = {
       {"number", ElementMap().us(0x00280010, {512}), kMaxValues,
-       "<tag grp=\"0028\" element=\"0010\" VR=\"US\" VM=\"1\" name=\"rows\">512</tag>\n"},
+       line("00280010", "US", "1", "rows", "512")},
       {"empty", ElementMap().text(0x00080050, "SH", ""), kMaxValues,
-       "<tag grp=\"0008\" element=\"0050\" VR=\"SH\" VM=\"0\" name=\"accessionNumber\"></tag>\n"},
+       line("00080050", "SH", "0", "accessionNumber")},
       {"markup", ElementMap().text(0x00081030, "LO", "a<b & \"c\" > 'd'@e"), kMaxValues,
-       "<tag grp=\"0008\" element=\"1030\" VR=\"LO\" VM=\"1\" name=\"studyDescription\">"
-       "a&lt;b &amp; &quot;c&quot; &gt; &apos;d&apos;&#64;e</tag>\n"},
+       line("00081030", "LO", "1", "studyDescription",
+            "a&lt;b &amp; &quot;c&quot; &gt; &apos;d&apos;&#64;e")},
       {"texts", ElementMap().text(0x00080008, "CS", "ORIGINAL\\PRIMARY\\<&"), kMaxValues,
-       "<tag grp=\"0008\" element=\"0008\" VR=\"CS\" VM=\"3\" name=\"imageType\">"
-       "<values count=\"3\" total=\"3\">\n<value>ORIGINAL</value>\n<value>PRIMARY</value>\n"
-       "<value>&lt;&amp;</value>\n</values>\n</tag>\n"},
+       line("00080008", "CS", "3", "imageType", values({"ORIGINAL", "PRIMARY", "&lt;&amp;"}))},
       {"ten values cut to four",
        ElementMap().text(0x00200037, "DS", "0\\1\\2\\3\\4\\5\\6\\7\\8\\9"), 4,
-       "<tag grp=\"0020\" element=\"0037\" VR=\"DS\" VM=\"4\" name=\"imageOrientationPatient\">"
-       "<values count=\"4\" total=\"10\">\n<value>0</value>\n<value>1</value>\n<value>2</value>\n"
-       "<value>3</value>\n</values>\n</tag>\n"},
+       line("00200037", "DS", "4", "imageOrientationPatient", values({"0", "1", "2", "3"}, 10))},
       {"exactly as many values as are written", ElementMap().us(0x00281101, {256, 0, 16}), 3,
-       "<tag grp=\"0028\" element=\"1101\" VR=\"US\" VM=\"3\" "
-       "name=\"redPaletteColorLookupTableDescriptor\"><values count=\"3\" total=\"3\">\n"
-       "<value>256</value>\n<value>0</value>\n<value>16</value>\n</values>\n</tag>\n"},
+       line("00281101", "US", "3", "redPaletteColorLookupTableDescriptor",
+            values({"256", "0", "16"}))},
       {"text with backslashes that is one value", ElementMap().text(0x00104000, "LT", "a\\b\r\nc"),
-       kMaxValues,
-       "<tag grp=\"0010\" element=\"4000\" VR=\"LT\" VM=\"1\" name=\"patientComments\">"
-       "a\\b  c</tag>\n"},
+       kMaxValues, line("00104000", "LT", "1", "patientComments", "a\\b  c")},
       {"bytes, as many as there are", ElementMap().raw(0x00091010, "OB", {1, 2, 254, 0}), 3,
-       "<tag grp=\"0009\" element=\"1010\" VR=\"OB\" VM=\"3\" name=\"1010\">"
-       "<values count=\"3\" total=\"4\">\n<value>1</value>\n<value>2</value>\n<value>254</value>\n"
-       "</values>\n</tag>\n"},
+       line("00091010", "OB", "3", "1010", values({"1", "2", "254"}, 4))},
       {"words", ElementMap().us(0x00091010, {0x1234, 0xFF00}, "OW"), kMaxValues,
-       "<tag grp=\"0009\" element=\"1010\" VR=\"OW\" VM=\"2\" name=\"1010\">"
-       "<values count=\"2\" total=\"2\">\n<value>4660</value>\n<value>65280</value>\n</values>\n"
-       "</tag>\n"},
+       line("00091010", "OW", "2", "1010", values({"4660", "65280"}))},
       {"signed numbers", ElementMap().us(0x00189219, {0xFFFD, 3}, "SS"), kMaxValues,
-       "<tag grp=\"0018\" element=\"9219\" VR=\"SS\" VM=\"2\" name=\"tagAngleSecondAxis\">"
-       "<values count=\"2\" total=\"2\">\n<value>-3</value>\n<value>3</value>\n</values>\n"
-       "</tag>\n"},
+       line("00189219", "SS", "2", "tagAngleSecondAxis", values({"-3", "3"}))},
       {"floats",
        ElementMap().raw(0x00186060, "FL", {0xCD, 0xCC, 0xCC, 0x3D, 0xF9, 0x02, 0x15, 0x50}),
-       kMaxValues,
-       "<tag grp=\"0018\" element=\"6060\" VR=\"FL\" VM=\"2\" name=\"rWaveTimeVector\">"
-       "<values count=\"2\" total=\"2\">\n<value>0.1</value>\n<value>1E+10</value>\n</values>\n"
-       "</tag>\n"},
+       kMaxValues, line("00186060", "FL", "2", "rWaveTimeVector", values({"0.1", "1E+10"}))},
       {"float run", ElementMap().raw(0x00091013, "OF", {0, 0, 0x80, 0x3F, 0, 0, 0, 0xBF}),
-       kMaxValues,
-       "<tag grp=\"0009\" element=\"1013\" VR=\"OF\" VM=\"2\" name=\"1013\">"
-       "<values count=\"2\" total=\"2\">\n<value>1</value>\n<value>-0.5</value>\n</values>\n"
-       "</tag>\n"},
+       kMaxValues, line("00091013", "OF", "2", "1013", values({"1", "-0.5"}))},
       {"tag", ElementMap().us(0x00280009, {0x0018, 0x1063}, "AT"), kMaxValues,
-       "<tag grp=\"0028\" element=\"0009\" VR=\"AT\" VM=\"1\" name=\"frameIncrementPointer\">"
-       "(0018,1063)</tag>\n"},
+       line("00280009", "AT", "1", "frameIncrementPointer", "(0018,1063)")},
       {"private creator and element",
        ElementMap().text(0x00091010, "LO", "x").text(0x00090010, "LO", "MAKER"), kMaxValues,
-       "<tag grp=\"0009\" element=\"0010\" VR=\"LO\" VM=\"1\" name=\"privateCreatorId\">MAKER"
-       "</tag>\n"
-       "<tag grp=\"0009\" element=\"1010\" VR=\"LO\" VM=\"1\" name=\"1010\">x</tag>\n"},
+       line("00090010", "LO", "1", "privateCreatorId", "MAKER") +
+           line("00091010", "LO", "1", "1010", "x")},
       {"empty sequence", ElementMap().sequence(0x0040A730, {}), kMaxValues,
-       "<tag grp=\"0040\" element=\"a730\" VR=\"SQ\" VM=\"\" name=\"contentSequence\">\n</tag>\n"},
+       line("0040a730", "SQ", "", "contentSequence", "\n")},
       {"nested sequences start every line at the margin",
        ElementMap().sequence(
            0x0040A730,
@@ -154,12 +140,7 @@ TEST(HeaderXml, WritesEachValueAsItsVrAsksFor) {
 TEST(HeaderXml, NamesTheVrsThatImplicitDataSetsLeaveOpen) {
   const auto implicit = [] { return ElementMap(Syntax::ImplicitLittle); };
   const auto bits = [](const char* number) {
-    return R"(<tag grp="0028" element="0100" VR="US" VM="1" name="bitsAllocated">)" +
-           std::string(number) + "</tag>\n";
-  };
-  const auto pixels = [](const char* vr, const char* vm, const std::string& content) {
-    return R"(<tag grp="7fe0" element="0010" VR=")" + std::string(vr) + "\" VM=\"" + vm +
-           "\" name=\"pixelData\">" + content + "</tag>\n";
+    return line("00280100", "US", "1", "bitsAllocated", number);
   };
   struct {
     const char* what;
@@ -167,22 +148,15 @@ TEST(HeaderXml, NamesTheVrsThatImplicitDataSetsLeaveOpen) {
     std::string expected;
   } const cases[] = {
       {"words of 12 bits", implicit().us(0x00280100, {12}).us(kPixelDataTag, {0x0102, 3}),
-       bits("12") + pixels("OW", "2",
-                           "<values count=\"2\" total=\"2\">\n<value>258</value>\n<value>3</value>"
-                           "\n</values>\n")},
+       bits("12") + line("7fe00010", "OW", "2", "pixelData", values({"258", "3"}))},
       {"bytes", implicit().us(0x00280100, {8}).us(kPixelDataTag, {0x0102}),
-       bits("8") + pixels("OB", "2",
-                          "<values count=\"2\" total=\"2\">\n<value>2</value>\n<value>1</value>\n"
-                          "</values>\n")},
+       bits("8") + line("7fe00010", "OB", "2", "pixelData", values({"2", "1"}))},
       {"not said", implicit().us(kPixelDataTag, {0x0102}),
-       pixels("OB/OW", "2",
-              "<values count=\"2\" total=\"2\">\n<value>2</value>\n<value>1</value>\n"
-              "</values>\n")},
+       line("7fe00010", "OB/OW", "2", "pixelData", values({"2", "1"}))},
       {"a single word", implicit().us(0x00280100, {16}).us(kPixelDataTag, {7}),
-       bits("16") + pixels("OB/OW", "1", "7")},
+       bits("16") + line("7fe00010", "OB/OW", "1", "pixelData", "7")},
       {"signed or not", implicit().us(0x00280120, {0xFFFE}),
-       "<tag grp=\"0028\" element=\"0120\" VR=\"US\" VM=\"1\" name=\"pixelPaddingValue\">-2"
-       "</tag>\n"},
+       line("00280120", "US", "1", "pixelPaddingValue", "-2")},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -192,41 +166,32 @@ TEST(HeaderXml, NamesTheVrsThatImplicitDataSetsLeaveOpen) {
 }
 
 TEST(HeaderXml, TellsOfPixelDataThatItLeavesOut) {
-  const std::string notLoaded =
-      "<tag grp=\"7fe0\" element=\"0010\" VR=\"OW\" VM=\"1\" name=\"pixelData\">NOT LOADED"
-      "</tag>\n";
-  const auto length = [](const char* bytes) {
-    return R"(<tag grp="7fe0" element="0000" VR="UL" VM="1" name="groupLength">)" +
-           std::string(bytes) + "</tag>\n";
+  const auto notLoaded = [](const char* length) {
+    return line("7fe00000", "UL", "1", "groupLength", length) +
+           line("7fe00010", "OW", "1", "pixelData", "NOT LOADED");
   };
+  const ElementMap pixels = ElementMap().us(kPixelDataTag, {1, 2, 3}, "OW");
   const ElementMap nested = ElementMap().us(kPixelDataTag, {1, 2}, "OW");
-  const std::string nestedXml =
-      "<tag grp=\"0040\" element=\"a730\" VR=\"SQ\" VM=\"\" name=\"contentSequence\">\n<item>\n" +
-      length("4") + notLoaded + "</item>\n</tag>\n";
   struct {
     const char* what;
     ElementMap elements;
     std::string expected;
+    bool deferred = false;
   } const cases[] = {
-      {"without a group length", ElementMap().us(kPixelDataTag, {1, 2, 3}, "OW"),
-       length("6") + notLoaded},
-      {"with one", ElementMap().ul(0x7FE00000, {14}).us(kPixelDataTag, {1, 2, 3}, "OW"),
-       length("14") + notLoaded},
-      {"in each list on its own",
-       ElementMap().sequence(0x0040A730, {nested}).us(kPixelDataTag, {1, 2, 3}, "OW"),
-       nestedXml + length("6") + notLoaded},
+      {"without a group length", pixels, notLoaded("6")},
+      {"with one", ElementMap(pixels).ul(0x7FE00000, {14}), notLoaded("14")},
+      {"in each list on its own", ElementMap(pixels).sequence(0x0040A730, {nested}),
+       line("0040a730", "SQ", "", "contentSequence", "\n<item>\n" + notLoaded("4") + "</item>\n") +
+           notLoaded("6")},
+      // What was deferred has no VR of its own: the dictionary leaves it open.
+      {"deferred", ElementMap(pixels).us(0x00280100, {16}),
+       line("00280100", "US", "1", "bitsAllocated", "16") + notLoaded("6"), true},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    EXPECT_EQ(dataSetXml(c.elements, kMaxValues, false, test::kExplicitLittleUid, false),
+    EXPECT_EQ(dataSetXml(c.elements, kMaxValues, false, test::kExplicitLittleUid, c.deferred),
               c.expected);
   }
-  // What was deferred has no VR of its own: the dictionary leaves it open.
-  EXPECT_EQ(dataSetXml(ElementMap().us(0x00280100, {16}).us(kPixelDataTag, {1, 2, 3}, "OW"),
-                       kMaxValues, false),
-            "<tag grp=\"0028\" element=\"0100\" VR=\"US\" VM=\"1\" name=\"bitsAllocated\">16"
-            "</tag>\n" +
-                length("6") + notLoaded);
 }
 
 TEST(HeaderXml, TakesTheMetaGroupFromTheDataSetThatHoldsIt) {
@@ -238,13 +203,9 @@ TEST(HeaderXml, TakesTheMetaGroupFromTheDataSetThatHoldsIt) {
   CDicomUtil util(list);
   Text out;
   ASSERT_TRUE(util.GetHeaderXml(out, kMaxValues, false));
-  EXPECT_EQ(utf8(out),
-            "<?xml version=\"1.0\" ?>\n<data-set>\n"
-            "<tag grp=\"0002\" element=\"0001\" VR=\"OB\" VM=\"1\" "
-            "name=\"fileMetaInformationVersion\">0\\1</tag>\n"
-            "<tag grp=\"0002\" element=\"0102\" VR=\"OB\" VM=\"2\" name=\"privateInformation\">"
-            "<values count=\"2\" total=\"2\">\n<value>5</value>\n<value>6</value>\n</values>\n"
-            "</tag>\n</data-set>\n");
+  EXPECT_EQ(utf8(out), kOpening + kVersion +
+                           line("00020102", "OB", "2", "privateInformation", values({"5", "6"})) +
+                           kEnd);
 }
 
 TEST(HeaderXml, FailsWithoutADataSetOrAValue) {

@@ -1,31 +1,15 @@
+#include <optional>
+
 #include "disc_test_support.h"
 #include "host_thread.h"
-#include "platform/com/com_object.h"
 #include "platform/imapi2.h"
 #include "support/legacy_service.h"
 
 namespace quillon {
 namespace {
 
-// A disc master of the current generation that is only there.
-class PresentMaster final : public DispatchObject<IDiscMaster2, IID_IDiscMaster2> {
- public:
-  HRESULT STDMETHODCALLTYPE get__NewEnum(IEnumVARIANT**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_Item(LONG, BSTR*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_Count(LONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_IsSupportedEnvironment(VARIANT_BOOL*) override { return E_NOTIMPL; }
-};
-
 TEST(Availability, TheNewerGenerationIsPreferredAndEachQuestionAsksAnew) {
   test::onHostThread([] {
-    bool hasCurrent = false;
-    const DWORD cookie = test::registerClass(CLSID_MsftDiscMaster2,
-                                             [&hasCurrent](REFIID riid, void** object) -> HRESULT {
-                                               if (!hasCurrent) return REGDB_E_CLASSNOTREG;
-                                               ComPtr<PresentMaster> master;
-                                               master.Attach(new PresentMaster);
-                                               return master->QueryInterface(riid, object);
-                                             });
     using Generation = DiscMasteringGeneration;
     const struct {
       bool current, legacy;
@@ -34,18 +18,24 @@ TEST(Availability, TheNewerGenerationIsPreferredAndEachQuestionAsksAnew) {
                  {false, true, Generation::Legacy},
                  {true, false, Generation::Current},
                  {false, false, Generation::None}};
-    test::LegacyService service;
+    test::FakeDiscService currentService;
+    test::LegacyService legacyService;
     for (const auto& c : cases) {
       SCOPED_TRACE(testing::Message() << "current " << c.current << ", legacy " << c.legacy);
-      hasCurrent = c.current;
-      const test::RegisteredLegacyService registered(service, c.legacy, true);
+      std::optional<test::RegisteredDiscService> current;
+      std::optional<test::HiddenClass> noCurrent;
+      if (c.current) {
+        current.emplace(currentService);
+      } else {
+        noCurrent.emplace(CLSID_MsftDiscMaster2);
+      }
+      const test::RegisteredLegacyService registered(legacyService, c.legacy, true);
       auto generation = Generation::Current;
       EXPECT_EQ(CTarnImapiVersion::Instance().Detect(generation), c.expected != Generation::None);
       EXPECT_EQ(generation, c.expected);
     }
     EXPECT_TRUE(CTarnImapiVersion::Instance().ErrorMessage().empty());
-    EXPECT_EQ(service.liveObjects, 0);
-    CoRevokeClassObject(cookie);
+    EXPECT_EQ(currentService.liveObjects + legacyService.liveObjects, 0);
   });
 }
 

@@ -68,36 +68,6 @@ TEST_F(DiscWriter, WritesTheStagedDirectory) {
   EXPECT_GT(service_.liveObjects, 0) << "they stay until the writer goes";
 }
 
-TEST_F(DiscWriter, ErasesOnlyARewritableDiscThatHoldsData) {
-  struct Case {
-    const char* what;
-    test::FakeDisc disc;
-    bool fullErase;
-    const char* content;
-  };
-  test::FakeDisc blank = test::rewritableDiscWithData();
-  blank.isHeuristicallyBlank = true;
-  blank.freeSectors = 1000;
-  test::FakeDisc appendable;
-  appendable.isPhysicallyBlank = appendable.isHeuristicallyBlank = false;
-  const Case cases[] = {{"with data", test::rewritableDiscWithData(), true, "fullburned"},
-                        {"quickly", test::rewritableDiscWithData(), false, "quickburned"},
-                        {"blank", blank, true, "burned"},
-                        {"write-once, with data", appendable, true, "burned"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    service_.Disc() = c.disc;
-    const auto writer = NewWriter();
-    writer->SetPerformFullErase(c.fullErase);
-    writer->SetEjectAfterWrite(false);
-    EXPECT_TRUE(writer->Write()) << errorOf(*writer);
-    EXPECT_EQ(DiscContent(), c.content);
-    EXPECT_FALSE(Drive().isEjected);
-    EXPECT_EQ(Drive().lockedBy, OLESTR(""));
-  }
-  EXPECT_EQ(service_.CountOf("Create MsftDiscFormat2Erase"), 2);
-}
-
 std::string forDevice(const std::string& before, const std::string& after = ".") {
   return before + kFakeDriveName + after;
 }
@@ -292,39 +262,21 @@ TEST_F(DiscWriter, AsksABusyDriveTenTimes) {
 }
 
 TEST_F(DiscWriter, AnswersWithADriveOfTheList) {
-  struct Case {
-    const char* what;
+  const struct {
     std::int32_t index;
-    std::function<void(test::FakeDiscService&)> arrange;
-    std::string expected;
-  };
-  const auto nothing = [](test::FakeDiscService&) {};
-  const Case cases[] = {
-      {"the first", 0, nothing, ""},
-      {"before the first", -1, nothing, "The index number for the requested recorder is invalid."},
-      {"past the last", 1, nothing,
-       "The index number for the requested recorder exceeds the total number of recorders "
-       "present."},
-      {"no drive", 0, [](auto& s) { s.drives.clear(); }, "There is no recordable drive present."},
-      {"no recorder", 0, [](auto& s) { s.drives.front().isRecorder = false; },
-       "There is no recordable drive present."},
-      {"no environment", 0, [](auto& s) { s.isSupportedEnvironment = false; },
-       "There is no recordable drive present."},
-      {"a failure", 0,
-       [](auto& s) {
-         s.faults = {{.call = "IDiscRecorder2::get_VendorId", .result = test::kDriveFailure}};
-       },
-       driveFailure("IDiscRecorder2::get_VendorId")},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    service_ = {};
-    c.arrange(service_);
+    const char* expected;
+  } cases[] = {{0, ""},
+               {-1, "The index number for the requested recorder is invalid."},
+               {1,
+                "The index number for the requested recorder exceeds the total number of "
+                "recorders present."}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.index);
     const auto writer = NewWriter();
     CDiscUnitInfo recorder;
-    EXPECT_EQ(writer->GetRecorder(recorder, c.index, true, true, true), c.expected.empty());
-    EXPECT_EQ(errorWithoutLine(*writer), c.expected);
-    EXPECT_EQ(recorder.CurrentMedia().IsBlank(), c.expected.empty());
+    EXPECT_EQ(writer->GetRecorder(recorder, c.index, true, true, true), c.index == 0);
+    EXPECT_EQ(errorOf(*writer), c.expected);
+    EXPECT_EQ(recorder.CurrentMedia().IsBlank(), c.index == 0);
     EXPECT_EQ(writer->StagedCount(), 1U) << "the staged directories stay";
   }
 }

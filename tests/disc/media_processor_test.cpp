@@ -41,6 +41,11 @@ class MediaProcessor : public test::WithDiscService {
 };
 
 TEST_F(MediaProcessor, WritesItsContentOnceUnderItsOptions) {
+  FakeDisc erased = test::rewritableDiscWithData();
+  erased.isHeuristicallyBlank = true;
+  erased.freeSectors = 1000;
+  FakeDisc appendable;
+  appendable.isPhysicallyBlank = appendable.isHeuristicallyBlank = false;
   const struct {
     const char* what;
     FakeDisc disc;
@@ -56,6 +61,8 @@ TEST_F(MediaProcessor, WritesItsContentOnceUnderItsOptions) {
        "quick"},
       {"the same, full erase", test::rewritableDiscWithData(), OLESTR("X"), true, true, OLESTR("X"),
        "full"},
+      {"an erased CD-RW", erased, OLESTR("X"), true, true, OLESTR("X"), ""},
+      {"a CD-R that can take more", appendable, OLESTR("X"), true, true, OLESTR("X"), ""},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
@@ -73,7 +80,9 @@ TEST_F(MediaProcessor, WritesItsContentOnceUnderItsOptions) {
     ASSERT_TRUE(processor.WriteToMedia()) << errorOf(processor);
     EXPECT_GT(service_.Disc().burnedBytes, 5000U);
     EXPECT_EQ(service_.Disc().erase, c.erase);
+    EXPECT_EQ(service_.CountOf("Create MsftDiscFormat2Erase"), *c.erase == '\0' ? 0 : 1);
     EXPECT_EQ(service_.drives.front().isEjected, c.eject);
+    EXPECT_TRUE(service_.drives.front().lockedBy.empty());
     EXPECT_EQ(service_.volumeName, c.writtenVolume);
     EXPECT_EQ(service_.trees.size(), 1U) << "a path that is there already is not added again";
     EXPECT_EQ(service_.liveObjects, 0);

@@ -171,9 +171,8 @@ TEST_F(Files, WritesFailWithTheReason) {
   EXPECT_FALSE(files_.WriteBuffer(buffer, Wide("f"), /*append=*/false));
   EXPECT_EQ(ErrorOf(files_), "The data buffer is invalid.");
   EXPECT_FALSE(Exists("f"));
-  ASSERT_EQ(buffer.Allocate(2), 0);
-  buffer.GetData()[0] = 'h';
-  buffer.GetData()[1] = 'i';
+  std::uint8_t content[] = {'h', 'i'};
+  ASSERT_EQ(buffer.Attach(content, 2, /*owns=*/false), 0);
   EXPECT_TRUE(files_.WriteBuffer(buffer, Wide("f"), /*append=*/false));
   EXPECT_EQ(Read("f"), "hi");
 }
