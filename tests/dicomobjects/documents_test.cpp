@@ -135,16 +135,16 @@ TEST(Documents, ReadEachAttributeAndTellWhichIsAbsentEmptyOrTooLong) {
   expectEachAttributeReadOrTold(kReport, "structured report");
 }
 
-TEST(Documents, SettersKeepTheRulesOfReading) {
+TEST(Documents, KeepTheirTextsWhenSettersRefuse) {
   CKeyObjectDocument document;
   EXPECT_TRUE(document.SetContentDate(OLESTR("20090305")));
-  EXPECT_FALSE(document.SetContentDate(Text(1025, OLESTR('1'))));
-  EXPECT_EQ(document.ErrorMessage(), OLESTR("Cannot set the key object document content date."));
-  EXPECT_EQ(document.ContentDate(), OLESTR("20090305"));
-  EXPECT_TRUE(document.SetContentDate({}));
   document.SetValuesRequired(true);
-  EXPECT_FALSE(document.SetContentTime({}));
-  EXPECT_EQ(document.ErrorMessage(), OLESTR("Cannot set the key object document content time."));
+  for (const Text& refused : {Text(1025, OLESTR('1')), Text()}) {
+    document.ClearError();
+    EXPECT_FALSE(document.SetContentDate(refused));
+    EXPECT_EQ(document.ErrorMessage(), OLESTR("Cannot set the key object document content date."));
+    EXPECT_EQ(document.ContentDate(), OLESTR("20090305"));
+  }
 }
 
 }  // namespace

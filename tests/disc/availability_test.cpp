@@ -1,7 +1,6 @@
 #include <optional>
 
 #include "disc_test_support.h"
-#include "host_thread.h"
 #include "platform/imapi2.h"
 #include "support/legacy_service.h"
 

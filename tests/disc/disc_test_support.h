@@ -5,8 +5,9 @@
 
 #include <functional>
 #include <map>
+#include <regex>
 #include <string>
-#include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -22,17 +23,11 @@ inline std::string errorOf(const CBaseItem& item) { return Plain(item.ErrorMessa
 inline const std::string kAccessDenied = systemSentence(E_ACCESSDENIED, "Access is denied.");
 constexpr HRESULT resultOf(std::uint32_t code) { return static_cast<HRESULT>(code); }
 
-// The error text with the number of its source line replaced by "N".
+// The error text with the number of its source line replaced by "N"; a line of 0, or none, stays
+// to be seen.
 inline std::string errorWithoutLine(const CBaseItem& item) {
-  std::string text = errorOf(item);
-  constexpr std::string_view kLine = "Line: ";
-  const std::size_t at = text.find(kLine);
-  if (at == std::string::npos) return text;
-  const std::size_t number = at + kLine.size();
-  const std::size_t end = text.find_first_not_of("0123456789", number);
-  // A line of 0, or none, stays to be seen.
-  if (end == number || end == std::string::npos || text[number] == '0') return text;
-  return text.replace(number, end - number, "N");
+  static const std::regex kLine("Line: [1-9][0-9]*");
+  return std::regex_replace(errorOf(item), kLine, "Line: N");
 }
 
 // What a failing call of "Class::Method" leaves, with each part of its reason on lines of its own.
@@ -94,6 +89,18 @@ inline std::string driveFailure(const std::vector<std::string>& calls, std::size
 // One of the two questions about the medium.
 inline bool asks(CQuillonMediaProcessor& processor, bool forContent, bool& answer) {
   return forContent ? processor.CDRWHasContent(answer) : processor.CDIsRecordable(answer);
+}
+
+// Runs the job on a thread that has initialised COM as a host does; what the job initialises there
+// it must give back.
+inline void onHostThread(const std::function<void()>& job) {
+  std::thread([&] {
+    ASSERT_EQ(CoInitialize(nullptr), S_OK);
+    job();
+    CoUninitialize();
+    EXPECT_EQ(CoInitialize(nullptr), S_OK) << "COM is still initialised on the thread";
+    CoUninitialize();
+  }).join();
 }
 
 // Each test has a service of its own, and time that passes without waiting.

@@ -1,7 +1,6 @@
 // The media processor over the legacy service, with every step that can fail forced to fail once.
 #include "disc/media_processor.h"
 #include "disc_test_support.h"
-#include "host_thread.h"
 #include "platform/imapi2.h"
 #include "support/legacy_service.h"
 
@@ -94,19 +93,20 @@ TEST_F(LegacyPath, ErasesOnlyARewritableDiscWithDataAndNotInATestRun) {
 }
 
 struct Fault {
-  const char* call;
+  std::string call;
   HRESULT failure;
   std::string sentence;
   bool throws = false;
 };
 
-// The call fails in the operation, for this reason.
-Fault failing(const char* call, const std::string& operation, DWORD code,
-              const std::string& reason) {
+// The operation's call fails for this reason. The two that close share their name.
+Fault failing(const std::string& operation, DWORD code, const std::string& reason) {
+  std::string call = operation.substr(operation.find("::") + 2);
+  if (call == "Close") call += operation.starts_with("CDiscMaster") ? "Master" : "Recorder";
   return {call, legacyCode(code), operation + " failed for this reason:  " + reason};
 }
-Fault throwing(const char* call, const std::string& operation) {
-  return {call, E_ACCESSDENIED,
+Fault throwing(const std::string& operation) {
+  return {operation.substr(operation.find("::") + 2), E_ACCESSDENIED,
           operation + " threw an exception for this reason:  " + test::kAccessDenied, true};
 }
 
@@ -118,43 +118,38 @@ const std::string kRemoved =
 // Those that both the write and the query meet.
 const std::vector<Fault> kSharedFaults = {
     {"Create", E_FAIL, kNoInterface},
-    failing("Open", "CDiscMaster::Open", 0x212,
+    failing("CDiscMaster::Open", 0x212,
             "Another application or IMAPI engine has reserved the active disc recorder"),
     {"EnumDiscRecorders", legacyCode(0x20B), kNoInterface},
-    failing("Next", "CDiscRecorderIterator::Next", 0x20E,
+    failing("CDiscRecorderIterator::Next", 0x20E,
             "An unexpected and unexplained failure ended the recording"),
-    failing("GetRecorderType", "CDiscRecorder::GetRecorderType", 0x20C,
-            "This recorder has not been initialized"),
-    failing("GetRecorderState", "CDiscRecorder::GetRecorderState", 0x213, kRemoved),
-    failing("OpenExclusive", "CDiscRecorder::OpenExclusive", 0x226,
+    failing("CDiscRecorder::GetRecorderType", 0x20C, "This recorder has not been initialized"),
+    failing("CDiscRecorder::GetRecorderState", 0x213, kRemoved),
+    failing("CDiscRecorder::OpenExclusive", 0x226,
             "Another application is still using this device, so IMAPI cannot access the device"),
-    failing("QueryMediaType", "CDiscRecorder::QueryMediaType", 0x219,
+    failing("CDiscRecorder::QueryMediaType", 0x219,
             "An error occurred while attempting to access the media inserted into the active disc "
             "recorder"),
-    failing("CloseRecorder", "CDiscRecorder::Close", 0x20C,
-            "This recorder has not been initialized"),
-    failing("CloseMaster", "CDiscMaster::Close", 0x20B, "IMAPI has not been opened"),
-    throwing("QueryMediaType", "CDiscRecorder::QueryMediaType"),
+    failing("CDiscRecorder::Close", 0x20C, "This recorder has not been initialized"),
+    failing("CDiscMaster::Close", 0x20B, "IMAPI has not been opened"),
+    throwing("CDiscRecorder::QueryMediaType"),
 };
 
 const std::vector<Fault> kWriteFaults = {
-    failing("Erase", "CDiscRecorder::Erase", 0x210,
-            "The media type is not valid for the current operation"),
-    failing("SetActiveDiscRecorder", "CDiscMaster::SetActiveDiscRecorder", 0x214,
+    failing("CDiscRecorder::Erase", 0x210, "The media type is not valid for the current operation"),
+    failing("CDiscMaster::SetActiveDiscRecorder", 0x214,
             "The disc recorder is not a valid type for the current operation"),
-    failing("SetActiveDiscMasterFormat", "CDiscMaster::SetActiveDiscMasterFormat", 0x21F,
+    failing("CDiscMaster::SetActiveDiscMasterFormat", 0x21F,
             "An active format has not been selected"),
-    failing("GetJolietProperties", "CJolietDiscMaster::GetJolietProperties", 0x211,
-            "Properties are not supported"),
-    failing("WriteMultiple", "CPropertyStorage::WriteMultiple", 0x211,
-            "Properties are not supported"),
-    failing("Commit", "CPropertyStorage::Commit", 0x211, "Properties are not supported"),
-    failing("SetJolietProperties", "CJolietDiscMaster::SetJolietProperties", 0x221,
+    failing("CJolietDiscMaster::GetJolietProperties", 0x211, "Properties are not supported"),
+    failing("CPropertyStorage::WriteMultiple", 0x211, "Properties are not supported"),
+    failing("CPropertyStorage::Commit", 0x211, "Properties are not supported"),
+    failing("CJolietDiscMaster::SetJolietProperties", 0x221,
             "The Joliet format is not the active format"),
-    failing("AddData", "CJolietDiscMaster::AddData", 0x21D,
+    failing("CJolietDiscMaster::AddData", 0x21D,
             "One or more subitem names do not conform to the Joliet file naming conventions"),
-    failing("RecordDisc", "CDiscMaster::RecordDisc", 0x21C, "The disc cannot hold any more data"),
-    throwing("RecordDisc", "CDiscMaster::RecordDisc"),
+    failing("CDiscMaster::RecordDisc", 0x21C, "The disc cannot hold any more data"),
+    throwing("CDiscMaster::RecordDisc"),
 };
 
 std::vector<Fault> sharedFaultsAnd(const std::vector<Fault>& others) {
@@ -175,20 +170,19 @@ LegacyService serviceWith(const Fault& fault) {
 TEST_F(LegacyPath, AFailingStepOfTheWriteIsToldAndEverythingIsGivenBack) {
   for (const Fault& fault : sharedFaultsAnd(kWriteFaults)) {
     for (const bool clears : {true, false}) {
-      SCOPED_TRACE(std::string(fault.call) + (clears ? ", clearing" : ""));
+      SCOPED_TRACE(fault.call + (clears ? ", clearing" : ""));
       service_ = serviceWith(fault);
       service_.mediumFlags = MEDIA_RW | MEDIA_WRITABLE;
       if (!clears) service_.alsoFailing = "CloseMaster";  // does not hide the first failure
       // A disc master that does not open leaves the content alone.
-      const std::string call = fault.call;
-      const bool cleared = clears && call != "Create" && call != "Open";
+      const bool cleared = clears && fault.call != "Create" && fault.call != "Open";
       withService([&] {
         CQuillonMediaProcessor processor;
         fill(processor);
         processor.SetClearAfterWrite(clears);
         EXPECT_FALSE(processor.WriteToMedia());
         EXPECT_EQ(errorOf(processor), fault.sentence);
-        EXPECT_EQ(service_.record.empty(), call != "CloseMaster");
+        EXPECT_EQ(service_.record.empty(), fault.call != "CloseMaster");
         service_.failingCall = "CloseMaster";
         service_.throws = false;
         EXPECT_FALSE(processor.WriteToMedia());
@@ -276,8 +270,7 @@ TEST_F(LegacyPath, AFailingStepOfTheQueryLeavesNoAnswer) {
       withService(ask, hasBurner);
     }
   };
-  const Fault noAnswer =
-      failing("HasRecordableDrive", "CMediaBurnUtil::HasRecordableDrive", 0x213, kRemoved);
+  const Fault noAnswer = failing("CMediaBurnUtil::HasRecordableDrive", 0x213, kRemoved);
   for (const Fault& fault : sharedFaultsAnd({noAnswer})) {
     SCOPED_TRACE(fault.call);
     expectNoAnswer(serviceWith(fault), fault.sentence);

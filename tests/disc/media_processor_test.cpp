@@ -2,7 +2,6 @@
 #include "disc/media_processor.h"
 
 #include "disc_test_support.h"
-#include "host_thread.h"
 #include "support/legacy_service.h"
 
 namespace quillon {
