@@ -5,7 +5,6 @@
 
 #include <functional>
 #include <map>
-#include <regex>
 #include <string>
 #include <thread>
 #include <utility>
@@ -26,8 +25,14 @@ constexpr HRESULT resultOf(std::uint32_t code) { return static_cast<HRESULT>(cod
 // The error text with the number of its source line replaced by "N"; a line of 0, or none, stays
 // to be seen.
 inline std::string errorWithoutLine(const CBaseItem& item) {
-  static const std::regex kLine("Line: [1-9][0-9]*");
-  return std::regex_replace(errorOf(item), kLine, "Line: N");
+  std::string text = errorOf(item);
+  constexpr std::string_view kLine = "Line: ";
+  const std::size_t at = text.find(kLine);
+  if (at == std::string::npos) return text;
+  const std::size_t number = at + kLine.size();
+  const std::size_t end = text.find_first_not_of("0123456789", number);
+  if (end == number || end == std::string::npos || text[number] == '0') return text;
+  return text.replace(number, end - number, "N");
 }
 
 // What a failing call of "Class::Method" leaves, with each part of its reason on lines of its own.
