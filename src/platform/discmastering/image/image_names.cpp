@@ -34,6 +34,8 @@ bool isLegal(NameRules rules, char16_t unit) {
   return unit >= 0x20 && std::u16string_view(u"*:;?\\").find(unit) == std::u16string_view::npos;
 }
 
+bool isDotOrSpace(char16_t unit) { return unit == u'.' || unit == u' '; }
+
 // Illegal characters become underscores, one for each character; nothing is cut yet.
 std::u16string legalText(NameRules rules, std::u16string_view text) {
   std::u16string legal;
@@ -102,7 +104,14 @@ std::u16string compose(NameRules rules, const NameToMap& entry, const Parts& par
                        std::u16string_view tail) {
   const std::size_t room = roomForBase(rules, entry, parts) - tail.size();
   std::u16string name(cutUnits(parts.base, room));
-  return name.append(tail).append(parts.extension);
+  name.append(tail).append(parts.extension);
+  if (rules == NameRules::Joliet) {
+    // Windows opens no such file, and readers that drop a dot at the end take "..." for "..".
+    for (std::size_t end = name.size(); end > 0 && isDotOrSpace(name[end - 1]); --end) {
+      name[end - 1] = u'_';
+    }
+  }
+  return name;
 }
 
 // Latin, Greek and Cyrillic small letters become capitals: enough to keep apart what a reader that

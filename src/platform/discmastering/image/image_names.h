@@ -10,7 +10,8 @@ namespace quillon::platform {
 enum class NameRules {
   IsoLevel1,  // 8 and 3 of A-Z 0-9 _
   IsoLevel2,  // 30 of the same in name and extension together, 31 in a directory's name
-  Joliet,     // 64 UTF-16 units without control characters and * / : ; ? and backslash
+  Joliet,     // 64 UTF-16 units without control characters and * / : ; ? and backslash; no dot or
+              // space at the end
   Udf,        // 254 characters up to U+00FF, or 127 UTF-16 units, without / and zero
 };
 

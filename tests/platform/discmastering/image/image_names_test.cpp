@@ -23,6 +23,7 @@ std::u16string repeat(std::u16string_view text, std::size_t count) {
 
 TEST(ImageNames, EachFileSystemHasLegalAndUniqueNames) {
   const std::u16string long70(70, u'n');
+  const std::u16string spaceAtTheCut = std::u16string(63, u'n') + u" n";
   const std::u16string long260 = repeat(u"\u00E9", 260);
   const std::u16string wide130 = repeat(u"\u4E2D", 130);
   const std::u16string astral = u"x" + repeat(u"\U0001F600", 33);  // 67 units
@@ -62,6 +63,14 @@ TEST(ImageNames, EachFileSystemHasLegalAndUniqueNames) {
        NameRules::Joliet,
        {{std::u16string_view(long70), true}, {u"x", false}},
        {std::u16string(64, u'n'), u"x"}},
+      {"Joliet ends no name with a dot or a space, also where it is cut",
+       NameRules::Joliet,
+       {{u"...", false},
+        {u".. ", true},
+        {u"x.", false},
+        {u".a b.c ", false},
+        {spaceAtTheCut, true}},
+       {u"___", u".. _1", u"x_", u".a b.c_", std::u16string(63, u'n') + u"_"}},
       {"no half of a pair at the cut",
        NameRules::Joliet,
        {{astral, false}},

@@ -247,7 +247,8 @@ class Images(unittest.TestCase):
 
     def test_names_that_collide_or_are_none(self):
         names = ["Readme.txt", "README.TXT", "readme.txt", "a:b", "a*b", "a?b", "n" * 100,
-                 "n" * 101, "x" * 63 + ".abc", "x" * 64 + ".abc"]
+                 "n" * 101, "x" * 63 + ".abc", "x" * 64 + ".abc", "dots", "dots.", "...",
+                 " "]
         for name in names:
             self.put(name, "content of " + name)
         self.put(os.fsdecode(b"broken \xff name"), "not UTF-8")
