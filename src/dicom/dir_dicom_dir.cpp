@@ -69,14 +69,20 @@ void DcDirDicomDir::clearRecords() {
 }
 
 DcCode DcDirDicomDir::initialize(const char* rootPath) {
+  const DcCode rc = startEmpty(rootPath);
+  return rc == kDcOk && rootPath != nullptr ? read() : rc;
+}
+
+DcCode DcDirDicomDir::startEmpty(const char* rootPath) {
   clearRecords();
   rootPath_.clear();
   DcFileMetaInfo metaInfo;
   theDictionary().genUid(&metaInfo.sopInstanceUid);
   setFileMetaInfo(metaInfo);
   if (rootPath == nullptr) return kDcOk;
-  const DcCode rc = normaliseRoot(rootPath, "DcDirDicomDir::initialize", rootPath_);
-  return rc == kDcOk ? read() : rc;
+  constexpr const char* kFunction = "DcDirDicomDir::initialize";
+  const DcCode rc = normaliseRoot(rootPath, kFunction, rootPath_);
+  return rc == kDcOk && rootPath_.empty() ? rootNotSet(kFunction) : rc;
 }
 
 void DcDirDicomDir::setFileMetaInfo(const DcFileMetaInfo& metaInfo) {

@@ -5,7 +5,6 @@
 
 #include "dicom/dict.h"
 #include "dicom/file.h"
-#include "dicom/file_meta_info.h"
 #include "dicom/log.h"
 #include "dicom/read_file.h"
 
@@ -67,10 +66,31 @@ DcCode dirSplitFileId(const std::string& fileId, const char* function,
   return kDcOk;
 }
 
+std::string dirFileName(const std::string& rootPath, const std::string& fileId) {
+  return rootPath + kSeparator + fileId;
+}
+
+DcCode dirTakeFileUids(const DcFileMetaInfo& metaInfo, const std::string& fileName,
+                       const char* function, std::string& sopClassUid, std::string& sopInstanceUid,
+                       std::string& transferSyntaxUid) {
+  if (metaInfo.sopClassUid.empty() || metaInfo.sopInstanceUid.empty()) {
+    dcLog(DcLogLevel::Error, function, "File '%s', invalid Meta Info", fileName.c_str());
+    return kDcNotDicom;
+  }
+  sopClassUid = metaInfo.sopClassUid;
+  sopInstanceUid = metaInfo.sopInstanceUid;
+  transferSyntaxUid = metaInfo.transferSyntaxUid;
+  // A file that does not name its transfer syntax was read with the default one.
+  if (transferSyntaxUid.empty()) {
+    theDictionary().getUid(metaInfo.transferSyntax, &transferSyntaxUid);
+  }
+  return kDcOk;
+}
+
 DcCode dirReadFileUids(const std::string& rootPath, const std::string& fileId, const char* function,
                        std::string& sopClassUid, std::string& sopInstanceUid,
                        std::string& transferSyntaxUid) {
-  const std::string fileName = rootPath + kSeparator + fileId;
+  const std::string fileName = dirFileName(rootPath, fileId);
   std::uint64_t sizeBytes = 0;
   if (!DcFile::status(fileName.c_str(), sizeBytes)) {
     dcLog(DcLogLevel::Error, function, "File '%s' not found", fileName.c_str());
@@ -82,18 +102,8 @@ DcCode dirReadFileUids(const std::string& rootPath, const std::string& fileId, c
     dcLog(DcLogLevel::Error, function, "File '%s', rc - 0x%04x ", fileName.c_str(), rc);
     return rc;
   }
-  if (rc == kDcNotDicom || metaInfo.sopClassUid.empty() || metaInfo.sopInstanceUid.empty()) {
-    dcLog(DcLogLevel::Error, function, "File '%s', invalid Meta Info", fileName.c_str());
-    return kDcNotDicom;
-  }
-  // A file that does not name its transfer syntax was read with the default one.
-  if (metaInfo.transferSyntaxUid.empty()) {
-    theDictionary().getUid(metaInfo.transferSyntax, &metaInfo.transferSyntaxUid);
-  }
-  sopClassUid = std::move(metaInfo.sopClassUid);
-  sopInstanceUid = std::move(metaInfo.sopInstanceUid);
-  transferSyntaxUid = std::move(metaInfo.transferSyntaxUid);
-  return kDcOk;
+  return dirTakeFileUids(metaInfo, fileName, function, sopClassUid, sopInstanceUid,
+                         transferSyntaxUid);
 }
 
 void DcFileIdIndex::add(DcDirRec& record) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "dicom/dir_rec.h"
+#include "dicom/file_meta_info.h"
 #include "dicom/types.h"
 
 namespace quillon {
@@ -17,9 +18,14 @@ DcCode dirCheckFileIdCharacters(const std::string& fileId, const char* function)
 DcCode dirSplitFileId(const std::string& fileId, const char* function,
                       std::vector<std::string>& parts);
 
-// Reads what a record says of the file it refers to: its SOP class and instance and transfer
-// syntax. The UIDs are the file's own text, so that a SOP class the dictionary does not know is
-// referenced all the same.
+std::string dirFileName(const std::string& rootPath, const std::string& fileId);
+
+// What a record says of the file it refers to: its SOP class and instance and transfer syntax. The
+// UIDs are the file's own text, so that a SOP class the dictionary does not know is referenced all
+// the same. Taken from meta information at hand (fileName is for the log line), or read.
+DcCode dirTakeFileUids(const DcFileMetaInfo& metaInfo, const std::string& fileName,
+                       const char* function, std::string& sopClassUid, std::string& sopInstanceUid,
+                       std::string& transferSyntaxUid);
 DcCode dirReadFileUids(const std::string& rootPath, const std::string& fileId, const char* function,
                        std::string& sopClassUid, std::string& sopInstanceUid,
                        std::string& transferSyntaxUid);

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "dicom/dir_dicom_dir.h"
+#include "dicom/file_meta_info.h"
 #include "dicom/log.h"
 #include "dir_file_id.h"
 #include "tables/record_types.h"
@@ -13,6 +14,7 @@ namespace quillon {
 
 namespace {
 
+constexpr const char* kSetRefFile = "DcDirRec::setRefFile";
 constexpr std::size_t kMaxUidChars = 128;
 
 bool isMrdr(const std::unique_ptr<DcDirRec>& record) {
@@ -102,31 +104,50 @@ std::string DcDirRec::fileId() const {
   return joined;
 }
 
-DcCode DcDirRec::setRefFile(const char* fileId) {
-  constexpr const char* kFunction = "DcDirRec::setRefFile";
+DcCode DcDirRec::checkFileId(const char* fileId, std::string& trimmedId,
+                             Reference& reference) const {
   if (fileId == nullptr) {
-    dcLog(DcLogLevel::Error, kFunction, "Null argument passed");
+    dcLog(DcLogLevel::Error, kSetRefFile, "Null argument passed");
     return kDcFileNullArgument;
   }
-  const std::string id(trimmed(fileId));
-  DcCode rc = dirCheckFileIdLength(id, kFunction);
-  if (rc == kDcOk) rc = dirCheckFileIdCharacters(id, kFunction);
+  trimmedId = trimmed(fileId);
+  DcCode rc = dirCheckFileIdLength(trimmedId, kSetRefFile);
+  if (rc == kDcOk) rc = dirCheckFileIdCharacters(trimmedId, kSetRefFile);
   if (rc != kDcOk) return rc;
-  const DcDirDicomDir* dir = dicomDir(kFunction);
+  const DcDirDicomDir* dir = dicomDir(kSetRefFile);
   if (dir == nullptr) return kDcHierarchyError;
-  if (dir->fileIds_->isUsedByAnother(id, *this)) {
-    dcLog(DcLogLevel::Error, kFunction, "File ID '%s' is already in use", id.c_str());
+  if (dir->fileIds_->isUsedByAnother(trimmedId, *this)) {
+    dcLog(DcLogLevel::Error, kSetRefFile, "File ID '%s' is already in use", trimmedId.c_str());
     return kDcInvalidFileId;
   }
+  return dirSplitFileId(trimmedId, kSetRefFile, reference.fileIdParts);
+}
+
+DcCode DcDirRec::setRefFile(const char* fileId) {
+  std::string id;
   Reference reference;
-  rc = dirSplitFileId(id, kFunction, reference.fileIdParts);
+  DcCode rc = checkFileId(fileId, id, reference);
   if (rc != kDcOk) return rc;
-  if (dir->rootPath().empty()) {
-    dcLog(DcLogLevel::Error, kFunction, "DICOMDIR root path not set");
+  const std::string& rootPath = dicomDir(nullptr)->rootPath();
+  if (rootPath.empty()) {
+    dcLog(DcLogLevel::Error, kSetRefFile, "DICOMDIR root path not set");
     return kDcNotDicom;
   }
-  rc = dirReadFileUids(dir->rootPath(), id, kFunction, reference.sopClassUid,
-                       reference.sopInstanceUid, reference.transferSyntaxUid);
+  rc = dirReadFileUids(rootPath, id, kSetRefFile, reference.sopClassUid, reference.sopInstanceUid,
+                       reference.transferSyntaxUid);
+  if (rc == kDcOk) setReference(std::move(reference));
+  return rc;
+}
+
+DcCode DcDirRec::setRefFile(const char* fileId, const DcFileMetaInfo& metaInfo) {
+  std::string id;
+  Reference reference;
+  DcCode rc = checkFileId(fileId, id, reference);
+  if (rc != kDcOk) return rc;
+  const std::string& rootPath = dicomDir(nullptr)->rootPath();
+  rc =
+      dirTakeFileUids(metaInfo, rootPath.empty() ? id : dirFileName(rootPath, id), kSetRefFile,
+                      reference.sopClassUid, reference.sopInstanceUid, reference.transferSyntaxUid);
   if (rc == kDcOk) setReference(std::move(reference));
   return rc;
 }

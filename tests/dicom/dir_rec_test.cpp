@@ -1,5 +1,6 @@
 #include "dicom/dir_rec.h"
 
+#include "dicom/read_file.h"
 #include "dir_test_tools.h"
 
 namespace quillon::test {
@@ -129,6 +130,11 @@ TEST_F(DirReferences, AFileIdIsCheckedStepByStep) {
   makeReferredFile(dir_ / "A/B/C/D/E/F/G/H_345678", kCtImage, "1.2.4");
   makeReferredFile(dir_ / "TAKEN", kCtImage, "1.2.5");
   ASSERT_EQ(image()->setRefFile("TAKEN"), kDcOk);
+  DcFileMetaInfo meta;
+  ASSERT_EQ(dirReadFileMetaInfo((dir_ / "TAKEN").string().c_str(), meta, nullptr), kDcOk);
+  DcDirDicomDir rootless(nullptr);
+  DcDirRec* const seriesWithoutRoot = addSeries(rootless);
+  ASSERT_EQ(addRecord(*seriesWithoutRoot, DcDirRecType::Image)->setRefFile("TAKEN", meta), kDcOk);
   const std::string hundred(100, 'A');
   const struct {
     const char* what;
@@ -164,7 +170,17 @@ TEST_F(DirReferences, AFileIdIsCheckedStepByStep) {
     EXPECT_EQ(record->setRefFile(c.fileId.c_str()), c.code);
     EXPECT_EQ(logged(), c.message);
     EXPECT_EQ(record->fileId().empty(), c.code != 0);
+
+    // Where the file is known already, only its ID is looked at.
+    const DcCode codeOfId = c.code == 0x5808 ? kDcOk : c.code;
+    DcDirRec* known = addRecord(*seriesWithoutRoot, DcDirRecType::Image);
+    EXPECT_EQ(known->setRefFile(c.fileId.c_str(), meta), codeOfId);
+    EXPECT_EQ(logged(), codeOfId == kDcOk ? "" : c.message);
+    EXPECT_EQ(known->fileId().empty(), codeOfId != 0);
   }
+  DcDirRec alone(DcDirRecType::Image);
+  EXPECT_EQ(alone.setRefFile("IMG1", meta), 0x580Au);
+  EXPECT_EQ(logged(), "Topmost object in hierarchy is 'IMAGE', expecting DICOMDIR");
   EXPECT_EQ(image()->setRefFile(nullptr), 0x580Du);
   EXPECT_EQ(logged(), "Null argument passed");
   EXPECT_EQ(lastFunction(), "DcDirRec::setRefFile");
@@ -173,11 +189,24 @@ TEST_F(DirReferences, AFileIdIsCheckedStepByStep) {
 TEST_F(DirReferences, ARecordTakesTheUidsOfItsFileAsTheyStandThere) {
   const char* privateClass = "1.2.840.113619.4.27";  // in no dictionary
   makeReferredFile(dir_ / "IMG1", privateClass, "1.2.3.4", "1.2.840.113619.5.2");
-  DcDirRec* record = image();
-  ASSERT_EQ(record->setRefFile("IMG1"), kDcOk);
-  EXPECT_EQ(record->refSopClassUid(), privateClass);
-  EXPECT_EQ(record->refSopInstanceUid(), "1.2.3.4");
-  EXPECT_EQ(record->refTransferSyntaxUid(), "1.2.840.113619.5.2");
+  DataSetBytes withoutSyntax;
+  withoutSyntax.append(Bytes(128, 0)).append({'D', 'I', 'C', 'M'});
+  withoutSyntax.text(0x00020002, "UI", privateClass).text(0x00020003, "UI", "1.2.3.4");
+  writeBytes(dir_ / "IMG2", withoutSyntax.text(0x00080018, "UI", "1.2.3.4").take());
+  const std::pair<const char*, const char*> syntaxes[] = {{"IMG1", "1.2.840.113619.5.2"},
+                                                          {"IMG2", "1.2.840.10008.1.2"}};
+  for (const auto& [fileId, syntax] : syntaxes) {
+    SCOPED_TRACE(fileId);
+    DcFileMetaInfo meta;
+    ASSERT_EQ(dirReadFileMetaInfo((dir_ / fileId).string().c_str(), meta, nullptr), kDcOk);
+    DcDirRec* record = image();
+    for (const bool isKnown : {false, true}) {
+      ASSERT_EQ(isKnown ? record->setRefFile(fileId, meta) : record->setRefFile(fileId), kDcOk);
+      EXPECT_EQ(record->refSopClassUid(), privateClass);
+      EXPECT_EQ(record->refSopInstanceUid(), "1.2.3.4");
+      EXPECT_EQ(record->refTransferSyntaxUid(), syntax);
+    }
+  }
 }
 
 TEST_F(DirReferences, AFileThatDoesNotIdentifyItselfLeavesTheRecordAsItWas) {
@@ -195,10 +224,14 @@ TEST_F(DirReferences, AFileThatDoesNotIdentifyItselfLeavesTheRecordAsItWas) {
   for (const auto& [fileId, bytes] : cases) {
     SCOPED_TRACE(fileId);
     writeBytes(dir_ / fileId, bytes);
-    EXPECT_EQ(record->setRefFile(fileId), 0x5802u);
-    EXPECT_EQ(logged(), "File '" + at(fileId) + "', invalid Meta Info");
-    EXPECT_EQ(record->fileId(), "GOOD");
-    EXPECT_EQ(record->refSopInstanceUid(), "1.2.3");
+    DcFileMetaInfo meta;
+    dirReadFileMetaInfo((dir_ / fileId).string().c_str(), meta, nullptr);
+    for (const bool isKnown : {false, true}) {
+      EXPECT_EQ(isKnown ? record->setRefFile(fileId, meta) : record->setRefFile(fileId), 0x5802u);
+      EXPECT_EQ(logged(), "File '" + at(fileId) + "', invalid Meta Info");
+      EXPECT_EQ(record->fileId(), "GOOD");
+      EXPECT_EQ(record->refSopInstanceUid(), "1.2.3");
+    }
   }
 }
 

@@ -333,7 +333,17 @@ TEST_F(DicomDirWriting, ARootIsTrimmedAndRefusedWhenItIsTooLongOrABareDrive) {
     EXPECT_EQ(set_.initialize(c.given.c_str()), c.code);
     EXPECT_EQ(set_.rootPath(), c.root);
     EXPECT_EQ(logged(), c.message);
+    const bool isUsable = !c.root.empty();
+    EXPECT_EQ(set_.startEmpty(c.given.c_str()), isUsable ? kDcOk : c.code);
+    EXPECT_EQ(set_.rootPath(), c.root);
+    EXPECT_EQ(logged(), isUsable ? "" : c.message);
   }
+  // A fresh one knows nothing of what lies there, whatever that is.
+  addSeries(set_);
+  writeText(dir_ / "DICOMDIR", "damaged");
+  EXPECT_EQ(set_.startEmpty(root().c_str()), kDcOk);
+  EXPECT_EQ(set_.lowerCount(), 0u);
+  EXPECT_EQ(logged(), "");
 }
 
 }  // namespace

@@ -26,6 +26,8 @@ class DcDirDicomDir final : public DcDirRec {
   // A fresh object with a new SOP instance UID; with a root path, the DICOMDIR there is read. A
   // path that is too long or a bare drive leaves the root empty and gives kDcNotDicom.
   DcCode initialize(const char* rootPath);
+  // The same without reading what lies there: for one that is to take its place.
+  DcCode startEmpty(const char* rootPath);
   [[nodiscard]] DcCode initialCode() const { return initialCode_; }
   [[nodiscard]] const std::string& rootPath() const { return rootPath_; }
 

@@ -68,6 +68,7 @@ bool dirRefersToFile(DcDirRecType type);
 
 class DcDirRec;
 class DcDirDicomDir;
+struct DcFileMetaInfo;
 // Finds a record by its Referenced File ID; the DICOMDIR keeps one for all its records, so that
 // setting the n-th file does not search n-1 records.
 class DcFileIdIndex;
@@ -96,6 +97,9 @@ class DcDirRec : public DcElemList {
   // from which SOP class, instance and transfer syntax are taken. A refused file ID leaves the
   // record as it was.
   DcCode setRefFile(const char* fileId);
+  // The same by what the caller knows the file's meta information to be (dirReadFileMetaInfo's
+  // answer for it). No file is looked for, so the DICOMDIR needs no root path.
+  DcCode setRefFile(const char* fileId, const DcFileMetaInfo& metaInfo);
   [[nodiscard]] const std::vector<std::string>& fileIdParts() const { return fileIdParts_; }
   [[nodiscard]] std::string fileId() const;  // parts joined with "\"
   // Root path of the DICOMDIR at the top, or kDcHierarchyError.
@@ -140,6 +144,9 @@ class DcDirRec : public DcElemList {
   [[nodiscard]] const DcDirRec& top() const;
   // The DICOMDIR this record hangs in; null (and, with a function name, a log line) without one.
   [[nodiscard]] const DcDirDicomDir* dicomDir(const char* function) const;
+  // Whether `fileId` may be set, which fills reference.fileIdParts; `trimmedId` is it without white
+  // space around it.
+  DcCode checkFileId(const char* fileId, std::string& trimmedId, Reference& reference) const;
   // Replaces what the record refers to and drops a link to an MRDR; keeps the index.
   void setReference(Reference reference);
   void linkTo(DcDirRec& mrdr);
