@@ -42,6 +42,15 @@ bool DcFile::size(std::uint64_t& sizeBytes) const {
   return true;
 }
 
+bool DcFile::sizeAndTime(std::uint64_t& sizeBytes, std::uint64_t& lastWriteTime) const {
+  BY_HANDLE_FILE_INFORMATION data{};
+  if (GetFileInformationByHandle(handle_, &data) == 0) return false;
+  sizeBytes = (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
+  lastWriteTime = (std::uint64_t{data.ftLastWriteTime.dwHighDateTime} << 32) |
+                  data.ftLastWriteTime.dwLowDateTime;
+  return true;
+}
+
 bool DcFile::seek(std::uint64_t offset) {
   LARGE_INTEGER distance{};
   distance.QuadPart = static_cast<LONGLONG>(offset);
@@ -90,7 +99,7 @@ bool DcFile::status(const char* fileName, std::uint64_t& sizeBytes) {
     SetLastError(ERROR_FILE_NOT_FOUND);
     return false;
   }
-  sizeBytes = (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+  sizeBytes = (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
   return true;
 }
 

@@ -113,6 +113,7 @@ DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& 
     return kDcReadFailed;
   }
   if (std::memcmp(head + kMagicAt, "DICM", kMagicBytes) != 0) return kDcNotDicom;
+  place.hasMagic = true;
   std::copy_n(head, metaInfo.preamble.size(), metaInfo.preamble.begin());
 
   std::uint64_t end = kMetaGroupAt;

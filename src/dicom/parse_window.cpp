@@ -48,7 +48,7 @@ bool FileWindow::Chunk::reserve(std::size_t wanted) {
 FileWindow::FileWindow(DcFile& file, bool isAtStart)
     : file_(file), filePosition_(isAtStart ? 0 : kUnknownPosition) {}
 
-bool FileWindow::measure() { return file_.size(size_); }
+bool FileWindow::measure() { return file_.sizeAndTime(size_, lastWriteTime_); }
 
 const std::uint8_t* FileWindow::at(std::uint64_t position, std::size_t count) {
   if (const std::uint8_t* found = head_.find(position, count)) return found;

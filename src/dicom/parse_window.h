@@ -24,6 +24,7 @@ class FileWindow {
   // False when the size of the file cannot be obtained.
   bool measure();
   [[nodiscard]] std::uint64_t size() const { return size_; }
+  [[nodiscard]] std::uint64_t lastWriteTime() const { return lastWriteTime_; }
   // Bytes [position, position + count), valid until the next call; null behind the end of the file
   // and on a read error.
   const std::uint8_t* at(std::uint64_t position, std::size_t count);
@@ -46,6 +47,7 @@ class FileWindow {
 
   DcFile& file_;
   std::uint64_t size_ = 0;
+  std::uint64_t lastWriteTime_ = 0;
   std::uint64_t filePosition_;
   Chunk head_;
   Chunk aside_;

@@ -42,6 +42,7 @@ struct PixelData {
   bool isFound = false;
   std::uint64_t elementAt = 0;
   std::uint32_t valueLength = 0;
+  bool isCut = false;
   // Where stepping over the elements failed; nothing behind it could be searched.
   bool isFaulty = false;
   std::uint64_t faultAt = 0;
@@ -61,6 +62,9 @@ PixelData findPixelData(FileWindow& window, const DataSetPlace& place) {
       pixelData.isFound = true;
       pixelData.elementAt = position;
       pixelData.valueLength = isWhole ? info.valueLength : 0;
+      pixelData.isCut =
+          !isWhole || (info.valueLength != kUndefinedLength &&
+                       info.valueLength > window.size() - position - info.headerBytes);
       return pixelData;
     }
     if (!isWhole) break;
@@ -109,6 +113,42 @@ void takeSopUids(const DcElemList& elements, DcFileMetaInfo& metaInfo) {
   }
 }
 
+// A file and what stands in front of its data set.
+class OpenedFile {
+ public:
+  // The code with which reading must end, kDcOk when it goes on: also after kDcNotDicom, which
+  // metaCode keeps. reading may be null.
+  DcCode open(const char* fileName, const char* function, DcFileMetaInfo& metaInfo,
+              DcFileReading* reading);
+
+  FileWindow& window() { return window_; }
+  [[nodiscard]] const DataSetPlace& place() const { return place_; }
+  [[nodiscard]] DcCode metaCode() const { return metaCode_; }
+
+ private:
+  DcFile file_;
+  FileWindow window_{file_, true};
+  DataSetPlace place_;
+  DcCode metaCode_ = kDcOk;
+};
+
+DcCode OpenedFile::open(const char* fileName, const char* function, DcFileMetaInfo& metaInfo,
+                        DcFileReading* reading) {
+  if (reading != nullptr) *reading = DcFileReading();
+  metaCode_ = openToRead(file_, fileName, function);
+  if (metaCode_ == kDcOk && !window_.measure()) metaCode_ = statError(function, fileName);
+  const bool isOpen = metaCode_ == kDcOk;
+  if (isOpen) metaCode_ = readMetaInfo(window_, metaInfo, place_);
+  if (reading != nullptr) {
+    reading->sizeBytes = window_.size();
+    reading->lastWriteTime = window_.lastWriteTime();
+    reading->hasMagic = place_.hasMagic;
+    reading->metaCode = metaCode_;
+    if (isOpen) reading->metaInfo = metaInfo;
+  }
+  return isReadOnAfter(metaCode_) ? kDcOk : metaCode_;
+}
+
 }  // namespace
 
 DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
@@ -116,50 +156,44 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
   constexpr const char* kFunction = "dirReadFileMetaInfo";
   if (dataSetOffset != nullptr) *dataSetOffset = 0;
   if (fileName == nullptr) return nullFileName(kFunction);
-  DcFile file;
-  if (const DcCode code = openToRead(file, fileName, kFunction); code != kDcOk) return code;
-  FileWindow window(file, true);
-  if (!window.measure()) return statError(kFunction, fileName);
-  DataSetPlace place;
-  const DcCode code = readMetaInfo(window, metaInfo, place);
-  if (dataSetOffset != nullptr) *dataSetOffset = place.offset;
-  return code;
+  OpenedFile file;
+  file.open(fileName, kFunction, metaInfo, nullptr);
+  if (dataSetOffset != nullptr) *dataSetOffset = file.place().offset;
+  return file.metaCode();
 }
 
-DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements) {
+DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
+                   DcFileReading* reading) {
   if (fileName == nullptr) return nullFileName(kReadFunction);
-  DcFile file;
-  if (const DcCode code = openToRead(file, fileName, kReadFunction); code != kDcOk) return code;
-  FileWindow window(file, true);
-  if (!window.measure()) return statError(kReadFunction, fileName);
-  DataSetPlace place;
-  const DcCode metaCode = readMetaInfo(window, metaInfo, place);
-  if (!isReadOnAfter(metaCode)) return metaCode;
+  OpenedFile file;
+  const DcCode metaCode = file.open(fileName, kReadFunction, metaInfo, reading);
+  if (metaCode != kDcOk) return metaCode;
+  FileWindow& window = file.window();
   if (window.size() > kMaxFileBytes) {
     dcLog(DcLogLevel::Error, kReadFunction, "File '%s', size exceeds limit of %g Mbytes", fileName,
           static_cast<double>(kMaxFileBytes) / kBytesPerMegabyte);
     return kDcFileTooLarge;
   }
   elements.clear();
-  const DcCode code = parseDataSet(window, fileName, place, window.size(), elements);
-  if (place.offset <= kMetaGroupAt) takeSopUids(elements, metaInfo);
+  const DcCode code = parseDataSet(window, fileName, file.place(), window.size(), elements);
+  if (file.place().offset <= kMetaGroupAt) takeSopUids(elements, metaInfo);
   return code;
 }
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
-                   std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength) {
+                   std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength,
+                   DcFileReading* reading) {
   if (pixelValueOffset != nullptr) *pixelValueOffset = kNoPixelData;
   if (pixelValueLength != nullptr) *pixelValueLength = 0;
   if (fileName == nullptr) return nullFileName(kReadFunction);
-  DcFile file;
-  if (const DcCode code = openToRead(file, fileName, kReadFunction); code != kDcOk) return code;
-  FileWindow window(file, true);
-  if (!window.measure()) return statError(kReadFunction, fileName);
-  DataSetPlace place;
-  const DcCode metaCode = readMetaInfo(window, metaInfo, place);
-  if (!isReadOnAfter(metaCode)) return metaCode;
+  OpenedFile file;
+  const DcCode metaCode = file.open(fileName, kReadFunction, metaInfo, reading);
+  if (metaCode != kDcOk) return metaCode;
 
+  FileWindow& window = file.window();
+  const DataSetPlace& place = file.place();
   const PixelData pixelData = findPixelData(window, place);
+  if (reading != nullptr) reading->isPixelDataCut = pixelData.isCut;
   elements.clear();
   const DcCode code =
       parseDataSet(window, fileName, place, endOfHeader(window, pixelData), elements);

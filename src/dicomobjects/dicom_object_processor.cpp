@@ -5,7 +5,6 @@
 #include <limits>
 #include <type_traits>
 
-#include "foundation/file_util.h"
 #include "instance_uid.h"
 #include "value_text.h"
 
@@ -108,10 +107,8 @@ bool CDicomObjectProcessor::ReadFileIdentity(CDicomUtil& util, CDicomObjectPrope
   util.GetFilePath(path);
   if (path.empty()) return Fail(kMsgFilenameInvalid);
   if (!properties.SetFileName(path)) return Fail(kMsgCannotSetImageFilename, {path});
-  // A size that cannot be had is no reason to lose the object.
-  CFileUtil files;
-  std::uint32_t sizeBytes = 0;
-  properties.SetFileSize(files.GetFileSize(path, sizeBytes) ? sizeBytes : 0);
+  // Only the low half has its place there.
+  properties.SetFileSize(static_cast<std::uint32_t>(util.GetReading().sizeBytes));
   return true;
 }
 

@@ -8,7 +8,6 @@
 #include "dicom/dict.h"
 #include "dicom/elem_sq.h"
 #include "dicom/parse_fields.h"
-#include "dicom/read_file.h"
 #include "elem_copy.h"
 #include "elem_value.h"
 #include "header_xml.h"
@@ -127,6 +126,7 @@ void CDicomUtil::Clear() {
   owned_.reset();
   list_ = nullptr;
   metaInfo_.clear();
+  reading_ = DcFileReading();
   filePath_.clear();
   pixelDataOffset_ = 0;
   pixelDataLength_ = 0;
@@ -141,9 +141,9 @@ bool CDicomUtil::ReadFile(TextView path, bool deferPixelData) {
   auto elements = std::make_unique<DcElemList>();
   std::uint64_t offset = 0;
   std::uint32_t lengthBytes = 0;
-  lastResult_ = deferPixelData
-                    ? dirReadFile(fileName.c_str(), metaInfo_, *elements, &offset, &lengthBytes)
-                    : dirReadFile(fileName.c_str(), metaInfo_, *elements);
+  lastResult_ = deferPixelData ? dirReadFile(fileName.c_str(), metaInfo_, *elements, &offset,
+                                             &lengthBytes, &reading_)
+                               : dirReadFile(fileName.c_str(), metaInfo_, *elements, &reading_);
   if (lastResult_ != kDcOk) {
     metaInfo_.clear();
     return false;

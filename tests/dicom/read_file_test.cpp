@@ -1,5 +1,6 @@
 #include "dicom/read_file.h"
 
+#include <chrono>
 #include <filesystem>
 
 #include "toolkit_test_tools.h"
@@ -31,16 +32,19 @@ class ReadingFiles : public ToolkitTest {
   [[nodiscard]] std::uint64_t fileBytes() const {
     return std::filesystem::file_size(dir_ / "file");
   }
-  DcCode readWhole(const std::string& file) { return dirReadFile(file.c_str(), meta_, list_); }
+  DcCode readWhole(const std::string& file) {
+    return dirReadFile(file.c_str(), meta_, list_, &reading_);
+  }
   // Up to the pixel data.
   DcCode readHeader(const std::string& file) {
-    return dirReadFile(file.c_str(), meta_, list_, &pixelOffset_, &pixelLength_);
+    return dirReadFile(file.c_str(), meta_, list_, &pixelOffset_, &pixelLength_, &reading_);
   }
 
   DcFileMetaInfo meta_;
   DcElemList list_;
   std::uint64_t pixelOffset_ = 0;
   std::uint32_t pixelLength_ = 0;
+  DcFileReading reading_;
 };
 
 TEST_F(ReadingFiles, TheMetaInformationIsTakenFromItsGroup) {
@@ -181,6 +185,66 @@ TEST_F(ReadingFiles, ADataSetWithoutMetaInformationNamesItsOwnObject) {
   }
 }
 
+TEST_F(ReadingFiles, AReadingTellsOfTheFileItselfAndOfItsGroup0002) {
+  const Bytes object = DataSetBytes(Syntax::ImplicitLittle)
+                           .text(0x00080016, "UI", kCtImage)
+                           .text(0x00080018, "UI", "1.2.3")
+                           .text(0x00204000, "LT", std::string(200, 'x'))
+                           .take();
+  const auto behind = [&object](const Bytes& group) {
+    return withMagic(DataSetBytes().append(group).append(object).take());
+  };
+  const Bytes named =
+      DataSetBytes().text(0x00020002, "UI", "1.2.9").text(0x00020003, "UI", "1.2.8").take();
+  const Bytes cut = withMagic(DataSetBytes().header(0x00020002, "UI", 9).take());
+  const struct {
+    const char* what;
+    Bytes bytes;
+    bool hasMagic;
+    DcCode metaCode, code;
+    std::string classUid, instanceUid;  // of the group; the data set has its own
+  } cases[] = {
+      {"both UIDs", behind(named), true, kDcOk, kDcOk, "1.2.9", "1.2.8"},
+      {"the class alone", behind(DataSetBytes().text(0x00020002, "UI", "1.2.9").take()), true,
+       kDcOk, kDcOk, "1.2.9", ""},
+      {"no group", behind({}), true, kDcNotDicom, kDcOk, "", ""},
+      {"bare", object, false, kDcNotDicom, kDcOk, "", ""},
+      {"bare and short", firstOf(object, 20 + 28), false, kDcOk, kDcOk, "", ""},
+      {"a group that is cut", cut, true, kDcReadFailed, kDcReadFailed, "", ""},
+      {"a data set that is cut", firstOf(behind(named), 300), true, kDcOk, kDcNotAccepted, "1.2.9",
+       "1.2.8"},
+  };
+  // The first second of 2020, counted in 100 nanoseconds from the year 1601.
+  constexpr std::uint64_t kFileTime = 132'223'104'000'000'000;
+  const std::chrono::sys_seconds when =
+      std::chrono::sys_days{std::chrono::year{2020} / std::chrono::January / 1};
+  for (const auto& c : cases) {
+    const std::string file = write(c.bytes);
+    std::filesystem::last_write_time(file, std::chrono::file_clock::from_sys(when));
+    for (const bool whole : {true, false}) {
+      SCOPED_TRACE(std::string(c.what) + (whole ? ", whole" : ", up to the pixel data"));
+      const QuietLog quiet;
+      EXPECT_EQ(whole ? readWhole(file) : readHeader(file), c.code);
+      EXPECT_EQ(reading_.sizeBytes, c.bytes.size());
+      EXPECT_EQ(reading_.lastWriteTime, kFileTime);
+      EXPECT_EQ(reading_.hasMagic, c.hasMagic);
+      EXPECT_EQ(reading_.metaCode, c.metaCode);
+      EXPECT_EQ(reading_.metaInfo.sopClassUid, c.classUid);
+      EXPECT_EQ(reading_.metaInfo.sopInstanceUid, c.instanceUid);
+      EXPECT_FALSE(reading_.isPixelDataCut);
+      DcFileMetaInfo alone;
+      EXPECT_EQ(dirReadFileMetaInfo(file.c_str(), alone, nullptr), c.metaCode);
+      EXPECT_EQ(alone.sopClassUid, c.classUid);
+      EXPECT_EQ(alone.sopInstanceUid, c.instanceUid);
+    }
+  }
+  // Nothing of the file before stays.
+  EXPECT_EQ(readHeader((dir_ / "missing").string()), kDcStatFailed);
+  EXPECT_EQ(reading_.metaCode, kDcStatFailed);
+  EXPECT_EQ(reading_.sizeBytes, 0U);
+  EXPECT_EQ(reading_.metaInfo.sopClassUid, "");
+}
+
 TEST_F(ReadingFiles, TheListIsEmptiedAndKeepsWhatPrecedesAnError) {
   list_.add(elem(0x00100010, "OLD"));
   const std::string file = writeDataSet(
@@ -225,14 +289,19 @@ TEST_F(ReadingFiles, ReadingStopsInFrontOfThePixelData) {
   ASSERT_EQ(readHeader(writeDataSet(dataSet, kJpegUid)), kDcOk);
   EXPECT_EQ(pixelOffset_, fileBytes() - (8 + 8 + 2 + 8));
   EXPECT_EQ(pixelLength_, 0xFFFFFFFF);
+  EXPECT_FALSE(reading_.isPixelDataCut);
   EXPECT_EQ(list_.size(), 1U);
   // Many gigabytes of it are not touched.
   const Bytes large =
       DataSetBytes().us(0x00280010, {5}).header(kPixelData, "OW", 0xFFFFFFFE).take();
   const std::string file = writeDataSet(large);
   const std::uint64_t valueAt = fileBytes();
+  extendTo(valueAt + 0xFFFFFFFDULL);
+  ASSERT_EQ(readHeader(file), kDcOk);
+  EXPECT_TRUE(reading_.isPixelDataCut);
   extendTo(valueAt + 0xFFFFFFFEULL);
   ASSERT_EQ(readHeader(file), kDcOk);
+  EXPECT_FALSE(reading_.isPixelDataCut);
   EXPECT_EQ(pixelOffset_, valueAt);
   EXPECT_EQ(pixelLength_, 0xFFFFFFFE);
   EXPECT_EQ(list_.size(), 1U);
@@ -274,6 +343,8 @@ TEST_F(ReadingFiles, ACutFileIsAnErrorOrEndsBetweenElements) {
     const bool headerIsWhole = (kept >= dataSetAt + 4 && kept < dataSetAt + 12) ||
                                (kept >= rowsAt && kept < rowsAt + 8) || kept >= pixelsAt;
     EXPECT_EQ(readHeader(file) == kDcOk, headerIsWhole);
+    // Fewer than 8 bytes are no element.
+    EXPECT_EQ(reading_.isPixelDataCut, kept >= pixelsAt + 8 && kept < bytes.size());
     const bool isWhole = (headerIsWhole && kept < pixelsAt + 12) || kept == bytes.size();
     EXPECT_EQ(readWhole(file) == kDcOk, isWhole);
   }

@@ -19,6 +19,8 @@ class DcFile {
   // All answer false on failure; the platform's last error tells why.
   bool open(const char* fileName, Mode mode);
   bool size(std::uint64_t& sizeBytes) const;
+  // The same in one question with the time of the last write, a FILETIME as one number.
+  bool sizeAndTime(std::uint64_t& sizeBytes, std::uint64_t& lastWriteTime) const;
   bool seek(std::uint64_t offset);
   // readBytes is below lengthBytes only at the end of the file.
   bool read(void* buffer, std::size_t lengthBytes, std::size_t& readBytes);

@@ -11,16 +11,32 @@ namespace quillon {
 
 inline constexpr std::uint32_t kNoPixelData = 0xFFFFFFFF;
 
+// What a reading tells of the file itself. All of it comes from one open file and so belongs
+// together; a reading that fails tells what it had seen until then.
+struct DcFileReading {
+  std::uint64_t sizeBytes = 0;
+  std::uint64_t lastWriteTime = 0;  // a FILETIME as one number
+  bool hasMagic = false;            // "DICM" behind the preamble
+  // What dirReadFileMetaInfo answers for the file. The meta information that dirReadFile gives is
+  // this one, completed from the data set.
+  DcCode metaCode = kDcOk;
+  DcFileMetaInfo metaInfo;
+  // The file ends before the pixel data that it declares. Only a reading up to the pixel data
+  // tells: one of the whole file fails then. A value of undefined length is not followed.
+  bool isPixelDataCut = false;
+};
+
 // Reads a whole file (at most 512 MiB). The list is emptied first. A file without "DICM" is read
-// as a bare implicit little endian data set.
-DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements);
+// as a bare implicit little endian data set. reading may be null.
+DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
+                   DcFileReading* reading = nullptr);
 
 // Reads only what stands before Pixel Data (7FE0,0010), however large the file is.
 // pixelValueOffset: where its value starts in the file (kNoPixelData without pixel data);
-// pixelValueLength: its length as declared, 0 without. Either may be null; without
-// pixelValueLength the search ends at the tag.
+// pixelValueLength: its length as declared, 0 without. Each, and reading, may be null.
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
-                   std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength);
+                   std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength,
+                   DcFileReading* reading = nullptr);
 
 // Reads preamble and group 0002. A file of fewer than 136 bytes gives kDcOk and implicit little
 // endian; a larger one without "DICM" gives kDcNotDicom. dataSetOffset (may be null): where the

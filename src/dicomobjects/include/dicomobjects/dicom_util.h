@@ -10,6 +10,7 @@
 
 #include "dicom/elem_list.h"
 #include "dicom/file_meta_info.h"
+#include "dicom/read_file.h"
 #include "dicomobjects/dicom_value.h"
 #include "foundation/base_item.h"
 #include "foundation/buffer.h"
@@ -55,6 +56,11 @@ class CDicomUtil : public CBaseItem {
   // The data set as loaded; null before a read.
   [[nodiscard]] DcElemList* GetElementList() const { return list_; }
   [[nodiscard]] const DcFileMetaInfo& GetMetaInfo() const { return metaInfo_; }
+  // What the last ReadFile saw of the file itself (size, time, what its group 0002 says), also
+  // when it failed. The meta information above is completed from the data set, this one is not.
+  [[nodiscard]] const DcFileReading& GetReading() const { return reading_; }
+  // The file ends before the pixel data it declares; told by a reading that deferred them.
+  [[nodiscard]] bool IsPixelDataCut() const { return reading_.isPixelDataCut; }
 
   void GetFilePath(Text& out) const { out = filePath_; }
   void GetSopClassUid(Text& out) const;        // (0002,0002)
@@ -84,6 +90,7 @@ class CDicomUtil : public CBaseItem {
   std::unique_ptr<DcElemList> owned_;
   DcElemList* list_ = nullptr;
   DcFileMetaInfo metaInfo_;
+  DcFileReading reading_;
   Text filePath_;
   std::uint64_t pixelDataOffset_ = 0;
   std::uint32_t pixelDataLength_ = 0;
