@@ -1,8 +1,16 @@
 // The part of CFileUtil that tells files apart by what they are, not by their names.
+#include "file_identity.h"
 #include "foundation/file_util.h"
 
 namespace quillon {
-namespace {
+
+bool ReadIdentity(HANDLE file, FileIdentity& identity) {
+  BY_HANDLE_FILE_INFORMATION data{};
+  if (GetFileInformationByHandle(file, &data) == FALSE) return false;
+  identity.volume = data.dwVolumeSerialNumber;
+  identity.index = (std::uint64_t{data.nFileIndexHigh} << 32) | data.nFileIndexLow;
+  return true;
+}
 
 bool ReadIdentity(const Text& path, FileIdentity& identity) {
   // Opened for nothing but questions, so that nobody who has it open is in the way.
@@ -10,13 +18,14 @@ bool ReadIdentity(const Text& path, FileIdentity& identity) {
       CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                   OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (file == INVALID_HANDLE_VALUE) return false;
-  BY_HANDLE_FILE_INFORMATION data{};
-  const bool isRead = GetFileInformationByHandle(file, &data) != FALSE;
+  const bool isRead = ReadIdentity(file, identity);
+  const DWORD code = GetLastError();
   CloseHandle(file);
-  identity.volume = data.dwVolumeSerialNumber;
-  identity.index = (std::uint64_t{data.nFileIndexHigh} << 32) | data.nFileIndexLow;
+  SetLastError(code);
   return isRead;
 }
+
+namespace {
 
 // Shortens the path to the part of it that exists. False when nothing of it does.
 bool FindExisting(Text& path, FileIdentity& identity) {

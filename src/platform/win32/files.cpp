@@ -2,6 +2,7 @@
 #include "platform/win32/files.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -121,11 +122,21 @@ bool emptyFile(int descriptor, DWORD access, const NativePath& path) {
   return (isWriting(access) ? ::ftruncate(descriptor, 0) : ::truncate(path.c_str(), 0)) == 0;
 }
 
+// A directory that is opened to be read and shared with nobody is kept from all others who ask so,
+// in this process and others, until its handle is closed. 0, or the code of the refusal.
+DWORD keepDirectory(int descriptor, DWORD access, DWORD share) {
+  if (!isReading(access) || share != 0) return ERROR_SUCCESS;
+  if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) return ERROR_SUCCESS;
+  // What is not "in use" is a file system without such locks, or one that locks open files only.
+  return errno == EWOULDBLOCK ? ERROR_SHARING_VIOLATION : ERROR_NOT_SUPPORTED;
+}
+
 // Takes an opened descriptor into the handle; 0, or the code of the refusal.
 DWORD admit(FileHandle& file, const Opened& opened, const NativePath& path, DWORD access,
             DWORD share, DWORD disposition, DWORD flags) {
   struct stat status {};
   if (!isUsable(opened.descriptor, flags, status)) return ERROR_ACCESS_DENIED;
+  if (S_ISDIR(status.st_mode)) return keepDirectory(opened.descriptor, access, share);
   if (!S_ISREG(status.st_mode)) return ERROR_SUCCESS;
   if (!openFiles().add(&file, status, access, share)) return ERROR_SHARING_VIOLATION;
   const bool empties = disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING;

@@ -92,8 +92,9 @@ using LPBY_HANDLE_FILE_INFORMATION = BY_HANDLE_FILE_INFORMATION*;
 
 // CREATE_ALWAYS and OPEN_ALWAYS on an existing file succeed with the last error 183. Sharing modes
 // hold between the handles of this process, by whatever names the file was opened: an open that
-// they do not allow fails with 32, and empties nothing. Security, template and overlapped arguments
-// must be null.
+// they do not allow fails with 32, and empties nothing. A directory that is opened to be read and
+// not shared at all is kept from all others who ask for the same, other processes too; it is open
+// to everybody else. Security, template and overlapped arguments must be null.
 HANDLE WINAPI CreateFileW(LPCWSTR fileName, DWORD access, DWORD share,
                           LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD flags,
                           HANDLE templateFile);

@@ -1,0 +1,12 @@
+// What tells one file from every other, read from the platform.
+#pragma once
+
+#include "foundation/file_util.h"
+
+namespace quillon {
+
+// Both leave the platform's last error when they answer false.
+bool ReadIdentity(HANDLE file, FileIdentity& identity);
+bool ReadIdentity(const Text& path, FileIdentity& identity);
+
+}  // namespace quillon
