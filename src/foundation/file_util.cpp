@@ -93,7 +93,22 @@ bool CFileUtil::GetFileAttributes(TextView path, WIN32_FILE_ATTRIBUTE_DATA& data
 
 bool CFileUtil::QueryAttributes(const Text& path, WIN32_FILE_ATTRIBUTE_DATA& data) {
   if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) != FALSE) return true;
-  return Fail(kMsgPathNotFound, {path});
+  return FailAt(path, kMsgPathNotFound, {path});
+}
+
+bool CFileUtil::FailAt(TextView path, UINT id, std::initializer_list<TextArg> args) {
+  return FailAt(path, GetLastError(), id, args);
+}
+
+bool CFileUtil::FailAt(TextView path, DWORD code, UINT id, std::initializer_list<TextArg> args) {
+  failedPath_.assign(path);
+  failedReason_ = code == ERROR_SUCCESS ? Text() : SystemText(code);
+  return args.size() == 0 ? Fail(id) : Fail(id, args);
+}
+
+void CFileUtil::ForgetFailure() {
+  failedPath_.clear();
+  failedReason_.clear();
 }
 
 bool CFileUtil::GetFileSize(TextView path, std::uint32_t& sizeBytes) {
@@ -108,7 +123,9 @@ bool CFileUtil::GetFileSize(TextView path, std::uint32_t& sizeBytes) {
 bool CFileUtil::GetFileSize64(TextView path, std::uint64_t& sizeBytes) {
   WIN32_FILE_ATTRIBUTE_DATA data;
   if (!GetFileAttributes(path, data)) return false;
-  if (IsDirectory(data) || SizeOf(data) == 0) return Fail(kMsgNotAValidFile, {path});
+  if (IsDirectory(data) || (SizeOf(data) == 0 && !acceptEmptyFiles_)) {
+    return FailAt(path, ERROR_SUCCESS, kMsgNotAValidFile, {path});
+  }
   sizeBytes = SizeOf(data);
   return true;
 }

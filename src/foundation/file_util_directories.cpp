@@ -71,7 +71,7 @@ bool CFileUtil::DirectoryOperation(TextView path, DirectoryOp op) {
 bool CFileUtil::FailDirectoryOperation(TextView path, DirectoryOp op, DWORD code) {
   Text reason = code == ERROR_SUCCESS ? Text() : SystemText(code);
   if (IsUninformativeText(reason)) reason = LoadMessage(kMsgOperationFailed);
-  return Fail(kMsgDirectoryOperationFailed, {LoadMessage(VerbOf(op)), path, reason});
+  return FailAt(path, code, kMsgDirectoryOperationFailed, {LoadMessage(VerbOf(op)), path, reason});
 }
 
 // The directory came from the platform and goes back to it as it is: a working directory may have
@@ -114,11 +114,35 @@ bool CFileUtil::CreateMissingDirectories(TextView path) {
     path.remove_prefix(length == TextView::npos ? path.size() : length + 1);
     if (ChangeDirectory(component)) continue;
     ClearError();
+    ForgetFailure();
     if (!DirectoryOperation(component, DirectoryOp::Create) || !ChangeDirectory(component)) {
       return false;
     }
   }
   return true;
+}
+
+bool CFileUtil::RemoveLink(TextView path) {
+  if (!ValidatePath(path)) return false;
+  const Text name(WithoutLastSeparators(path));
+  WIN32_FILE_ATTRIBUTE_DATA data;
+  if (!QueryAttributes(name, data)) return false;
+  if ((data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+    return Fail(kMsgCannotDeleteFile, {path});
+  }
+  const bool leadsToDirectory = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  const BOOL done = leadsToDirectory ? RemoveDirectoryW(name.c_str()) : DeleteFileW(name.c_str());
+  return done != FALSE || FailAt(path, kMsgCannotDeleteFile, {path});
+}
+
+bool CFileUtil::RenameDirectory(TextView to, TextView from) {
+  ForgetFailure();
+  if (!ValidatePath(from)) return Fail(kMsgSourceFilenameInvalid);
+  if (!ValidatePath(to)) return Fail(kMsgDestinationFilenameInvalid);
+  if (MoveFileExW(Text(from).c_str(), Text(to).c_str(), MOVEFILE_WRITE_THROUGH) != FALSE) {
+    return true;
+  }
+  return FailAt(to, kMsgCannotRename, {from, to});
 }
 
 bool CFileUtil::DeleteAllFiles(TextView dir, bool recurse) {
@@ -130,6 +154,9 @@ bool CFileUtil::DeleteAllFiles(TextView dir, bool recurse) {
     do {
       succeeded = IsDotEntry(found.Entry()) || DeleteEntry(found.Entry(), recurse);
     } while (succeeded && found.Next());
+    if (succeeded && found.EndedEarly()) {
+      succeeded = FailAt(dir, kMsgFileSpecificationInvalid, {kEveryName});
+    }
   }
   if (succeeded) return ChangeDirectory(kParentDirectory);
   const Text reason = ErrorMessage();
@@ -144,7 +171,7 @@ bool CFileUtil::DeleteEntry(const WIN32_FIND_DATAW& entry, bool recurse) {
   if (!IsDirectory(entry)) return DeleteFile(name);
   if (!recurse) return true;
   // A link goes, what it leads to stays: it may lie outside the tree that is to be deleted.
-  if (!IsLink(entry) && !DeleteAllFiles(name, recurse)) return false;
+  if (!quillon::IsLink(entry) && !DeleteAllFiles(name, recurse)) return false;
   return DirectoryOperation(name, DirectoryOp::Remove);
 }
 

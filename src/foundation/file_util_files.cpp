@@ -48,7 +48,10 @@ bool SeekToEnd(HANDLE file) {
 
 bool WriteAll(HANDLE file, const std::uint8_t* data, DWORD lengthBytes) {
   DWORD written = 0;
-  return WriteFile(file, data, lengthBytes, &written, nullptr) != FALSE && written == lengthBytes;
+  if (WriteFile(file, data, lengthBytes, &written, nullptr) == FALSE) return false;
+  if (written == lengthBytes) return true;
+  SetLastError(ERROR_DISK_FULL);
+  return false;
 }
 
 bool IsMissing(HANDLE stream) { return stream == nullptr || stream == INVALID_HANDLE_VALUE; }
@@ -58,14 +61,15 @@ bool IsMissing(HANDLE stream) { return stream == nullptr || stream == INVALID_HA
 bool CFileUtil::DeleteFile(TextView path) {
   if (!ValidatePath(path)) return false;
   if (DeleteFileW(Text(path).c_str()) != FALSE) return true;
-  return Fail(kMsgCannotDeleteFile, {path});
+  return FailAt(path, kMsgCannotDeleteFile, {path});
 }
 
 bool CFileUtil::CopyFile(TextView dst, TextView src, bool append) {
+  ForgetFailure();
   if (!ValidatePath(src)) return Fail(kMsgSourceFilenameInvalid);
   if (!ValidatePath(dst)) return Fail(kMsgDestinationFilenameInvalid);
-  std::uint32_t sizeBytes = 0;
-  if (!GetFileSize(src, sizeBytes)) return false;
+  std::uint64_t sizeBytes = 0;
+  if (!GetFileSize64(src, sizeBytes)) return false;
   bool dstCreated = false;
   return CopyContents(Text(dst), Text(src), append, dstCreated);
 }
@@ -73,35 +77,37 @@ bool CFileUtil::CopyFile(TextView dst, TextView src, bool append) {
 bool CFileUtil::CopyContents(const Text& dst, const Text& src, bool append, bool& dstCreated) {
   dstCreated = false;
   FileHandle from(OpenToRead(src));
-  if (!from.IsOpen()) return Fail(kMsgCannotOpenFile, {src});
+  if (!from.IsOpen()) return FailAt(src, kMsgCannotOpenFile, {src});
   // Opening dst empties it; while src is open without sharing, that fails for another name of src.
   FileHandle to(OpenToWrite(dst, CREATE_ALWAYS));
-  if (!to.IsOpen()) return Fail(kMsgCannotOpenFile, {dst});
+  if (!to.IsOpen()) return FailAt(dst, kMsgCannotOpenFile, {dst});
   dstCreated = true;
-  if (!CopyStream(to.Get(), from.Get(), append)) return false;
-  if (!to.Close()) return Fail(kMsgCannotCloseFile, {dst});
-  if (!from.Close()) return Fail(kMsgCannotCloseFile, {src});
+  if (!CopyStream(to.Get(), from.Get(), append, dst, src)) return false;
+  if (!to.Close()) return FailAt(dst, kMsgCannotCloseFile, {dst});
+  if (!from.Close()) return FailAt(src, kMsgCannotCloseFile, {src});
   return true;
 }
 
-bool CFileUtil::CopyStream(HANDLE dst, HANDLE src, bool append) {
+bool CFileUtil::CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstName,
+                           const Text& srcName) {
   if (IsMissing(src)) return Fail(kMsgSourceStreamInvalid);
   if (IsMissing(dst)) return Fail(kMsgDestinationStreamInvalid);
-  if (append && !SeekToEnd(dst)) return Fail(kMsgCannotAppendToStream);
+  if (append && !SeekToEnd(dst)) return FailAt(dstName, kMsgCannotAppendToStream, {});
   const std::unique_ptr<std::uint8_t[]> chunk(new (std::nothrow) std::uint8_t[kChunkBytes]);
   if (chunk == nullptr) return Fail(kMsgNoStorageForFileCopy);
   for (;;) {
     DWORD readBytes = 0;
     if (ReadFile(src, chunk.get(), kChunkBytes, &readBytes, nullptr) == FALSE) {
-      return Fail(kMsgCannotReadStream);
+      return FailAt(srcName, kMsgCannotReadStream, {});
     }
-    if (!WriteAll(dst, chunk.get(), readBytes)) return Fail(kMsgCannotWriteStream);
+    if (!WriteAll(dst, chunk.get(), readBytes)) return FailAt(dstName, kMsgCannotWriteStream, {});
     if (readBytes < kChunkBytes) break;
   }
-  return FlushFileBuffers(dst) != FALSE || Fail(kMsgCannotFlushStream);
+  return FlushFileBuffers(dst) != FALSE || FailAt(dstName, kMsgCannotFlushStream, {});
 }
 
 bool CFileUtil::MoveFile(TextView dst, TextView src) {
+  ForgetFailure();
   if (!ValidatePath(src)) return Fail(kMsgSourceFilenameInvalid);
   if (!ValidatePath(dst)) return Fail(kMsgDestinationFilenameInvalid);
   const Text from(src);
@@ -127,28 +133,31 @@ bool CFileUtil::MoveFile(TextView dst, TextView src) {
 
 bool CFileUtil::WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path,
                           bool append) {
+  ForgetFailure();
   if (data == nullptr) return Fail(kMsgDataBufferInvalid);
   if (lengthBytes == 0) return Fail(kMsgDataBufferLengthInvalid);
   if (path.empty()) return Fail(kMsgPathNameInvalid);
   FileHandle file(OpenToWrite(Text(path), append ? OPEN_ALWAYS : CREATE_ALWAYS));
-  if (!file.IsOpen()) return Fail(kMsgCannotOpenFile, {path});
-  if (append && !SeekToEnd(file.Get())) return Fail(kMsgCannotAppendTo, {path});
-  if (!WriteChunks(file.Get(), data, lengthBytes)) return false;
-  return file.Close() || Fail(kMsgCannotCloseFile, {path});
+  if (!file.IsOpen()) return FailAt(path, kMsgCannotOpenFile, {path});
+  if (append && !SeekToEnd(file.Get())) return FailAt(path, kMsgCannotAppendTo, {path});
+  if (!WriteChunks(file.Get(), data, lengthBytes, path)) return false;
+  return file.Close() || FailAt(path, kMsgCannotCloseFile, {path});
 }
 
-bool CFileUtil::WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes) {
+bool CFileUtil::WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes,
+                            TextView path) {
   for (;;) {
     const std::uint32_t chunkBytes = std::min(lengthBytes, kChunkBytes);
-    if (!WriteAll(file, data, chunkBytes)) return Fail(kMsgCannotWriteStream);
+    if (!WriteAll(file, data, chunkBytes)) return FailAt(path, kMsgCannotWriteStream, {});
     if (chunkBytes < kChunkBytes) break;
     data += chunkBytes;
     lengthBytes -= chunkBytes;
   }
-  return FlushFileBuffers(file) != FALSE || Fail(kMsgCannotFlushStream);
+  return FlushFileBuffers(file) != FALSE || FailAt(path, kMsgCannotFlushStream, {});
 }
 
 bool CFileUtil::WriteBuffer(const CBuffer& buffer, TextView path, bool append) {
+  ForgetFailure();
   if (!ValidatePath(path)) return Fail(kMsgPathNameInvalid);
   if (buffer.IsEmpty()) return Fail(kMsgDataBufferInvalid);
   return WriteData(buffer.GetData(), buffer.GetSize(), path, append);

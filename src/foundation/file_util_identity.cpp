@@ -1,6 +1,7 @@
 // The part of CFileUtil that tells files apart by what they are, not by their names.
 #include "file_identity.h"
 #include "foundation/file_util.h"
+#include "path_parts.h"
 
 namespace quillon {
 
@@ -45,6 +46,23 @@ bool FindExisting(Text& path, FileIdentity& identity) {
 bool CFileUtil::GetFileIdentity(TextView path, FileIdentity& identity) {
   if (!ValidatePath(path)) return false;
   return ReadIdentity(Text(path), identity) || Fail(kMsgPathNotFound, {path});
+}
+
+bool CFileUtil::GetFreeBytes(TextView directory, std::uint64_t& bytes) {
+  if (!ValidatePath(directory)) return false;
+  // A network path is asked for by its directory, with a separator at its end.
+  const Text name = JoinPath(directory, {});
+  ULARGE_INTEGER freeToUser{};
+  if (GetDiskFreeSpaceExW(name.c_str(), &freeToUser, nullptr, nullptr) == FALSE) {
+    return FailAt(directory, kMsgPathNotFound, {directory});
+  }
+  bytes = freeToUser.QuadPart;
+  return true;
+}
+
+bool CFileUtil::IsLink(TextView path) {
+  const DWORD attributes = GetFileAttributesW(Text(WithoutLastSeparators(path)).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
 bool CFileUtil::LiesWithin(TextView path, TextView directory) {

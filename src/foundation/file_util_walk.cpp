@@ -9,7 +9,7 @@ bool CFileUtil::GetDirectorySize(std::uint64_t& sizeBytes, TextView src, TextVie
                                  bool recurse) {
   byteTotal64_ = 0;
   byteTotal_ = 0;
-  const bool walked = Walk({}, src, fileSpec, WalkMode::Size, recurse);
+  const bool walked = Walk({}, src, fileSpec, WalkMode::Size, recurse, {});
   sizeBytes = walked ? byteTotal64_ : 0;
   return walked;
 }
@@ -17,23 +17,26 @@ bool CFileUtil::GetDirectorySize(std::uint64_t& sizeBytes, TextView src, TextVie
 bool CFileUtil::CountFiles(std::uint32_t& count, TextView src, TextView fileSpec, bool recurse) {
   fileCount_ = 0;
   fileCount64_ = 0;
-  const bool walked = Walk({}, src, fileSpec, WalkMode::Count, recurse);
+  const bool walked = Walk({}, src, fileSpec, WalkMode::Count, recurse, {});
   count = walked ? fileCount_ : 0;
   return walked;
 }
 
-bool CFileUtil::CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse) {
-  return Walk(dst, src, fileSpec, WalkMode::Copy, recurse);
+bool CFileUtil::CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse,
+                              TextView leaveOut) {
+  return Walk(dst, src, fileSpec, WalkMode::Copy, recurse, leaveOut);
 }
 
-bool CFileUtil::Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse) {
+bool CFileUtil::Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse,
+                     TextView leaveOut) {
+  ForgetFailure();
   Text before;
   if (!GetCurrentDirectory(before)) return false;
-  return RestoreDirectory(before, WalkEntries(dst, src, fileSpec, mode, recurse));
+  return RestoreDirectory(before, WalkEntries(dst, src, fileSpec, mode, recurse, leaveOut));
 }
 
 bool CFileUtil::WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkMode mode,
-                            bool recurse) {
+                            bool recurse, TextView leaveOut) {
   if (!ValidatePath(src)) return Fail(kMsgSourceFilenameInvalid);
   if (mode == WalkMode::Copy && !ValidatePath(dst)) return Fail(kMsgDestinationFilenameInvalid);
   if (fileSpec.empty()) return Fail(kMsgFileSpecificationMissing);
@@ -42,12 +45,15 @@ bool CFileUtil::WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkM
     const DWORD code = GetLastError();
     // Nothing matches: no failure, but the sentence says why nothing was done. A directory that
     // cannot be listed is one: what is in it would be left out of a copy without a word.
-    SetErrorMessage(kMsgFileSpecificationInvalid, {fileSpec});
-    return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
+    if (code != ERROR_FILE_NOT_FOUND && code != ERROR_PATH_NOT_FOUND) {
+      return FailAt(src, code, kMsgFileSpecificationInvalid, {fileSpec});
+    }
+    return SetErrorMessage(kMsgFileSpecificationInvalid, {fileSpec});
   }
   do {
     const WIN32_FIND_DATAW& entry = found.Entry();
     if (IsDotEntry(entry) || (IsDirectory(entry) && !recurse)) continue;
+    if (!leaveOut.empty() && leaveOut == entry.cFileName) continue;
     if (!ValidateName(entry.cFileName)) return false;
     const Text source = JoinPath(src, entry.cFileName);
     const Text destination = mode == WalkMode::Copy ? JoinPath(dst, entry.cFileName) : Text();
@@ -56,14 +62,14 @@ bool CFileUtil::WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkM
                           : WalkFile(destination, source, mode);
     if (!done) return false;
   } while (found.Next());
-  return true;
+  return !found.EndedEarly() || FailAt(src, kMsgFileSpecificationInvalid, {fileSpec});
 }
 
 bool CFileUtil::WalkDirectory(TextView name, const Text& dst, const Text& src, TextView fileSpec,
                               WalkMode mode) {
   if (!ChangeDirectory(src)) return false;
   if (mode == WalkMode::Copy && !CreateDirectoryTree(dst)) return false;
-  if (!WalkEntries(dst, src, fileSpec, mode, /*recurse=*/true)) return false;
+  if (!WalkEntries(dst, src, fileSpec, mode, /*recurse=*/true, {})) return false;
   if (!ChangeDirectory(OLESTR(".."))) return false;
   return mode != WalkMode::Delete || DeleteDirectoryTree(name, /*recurse=*/true);
 }

@@ -38,6 +38,12 @@ constexpr PathParts SplitPath(TextView path) {
   return parts;
 }
 
+// The name of a link with a separator behind it is the name of what it leads to. A root stays.
+constexpr TextView WithoutLastSeparators(TextView path) {
+  while (path.size() > 1 && IsPathSeparator(path.back())) path.remove_suffix(1);
+  return path;
+}
+
 // A name in a directory, with a separator between them unless the directory ends in one.
 inline Text JoinPath(TextView directory, TextView name) {
   Text path(directory);

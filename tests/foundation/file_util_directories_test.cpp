@@ -139,5 +139,31 @@ TEST_F(Directories, TreesThatCannotBeDeletedSayWhy) {
   EXPECT_TRUE(Exists("tree/sub/x"));
 }
 
+TEST_F(Directories, ADirectoryGetsAFreeNameOrKeepsItsOwn) {
+  Write("set/IM1", "x");
+  Write("file", "x");
+  fs::create_directory(dir_ / "empty");
+  const struct {
+    Text to;
+    Text from;
+    std::string expected;
+  } cases[] = {
+      {Wide("empty"), Wide("set"), "Cannot rename " + Name("set") + " to " + Name("empty") + "."},
+      {Wide("file"), Wide("set"), "Cannot rename " + Name("set") + " to " + Name("file") + "."},
+      {Wide("new"), Wide("none"), "Cannot rename " + Name("none") + " to " + Name("new") + "."},
+      {Wide("new"), OLESTR("s|t"), "The source filename is invalid."},
+      {OLESTR("n|w"), Wide("set"), "The destination filename is invalid."},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.expected);
+    EXPECT_FALSE(files_.RenameDirectory(c.to, c.from));
+    EXPECT_EQ(ErrorOf(files_), c.expected);
+    EXPECT_TRUE(Exists("set/IM1") && Exists("empty") && Exists("file"));
+  }
+  EXPECT_TRUE(files_.RenameDirectory(Wide("delivered"), Wide("set")));
+  EXPECT_TRUE(Exists("delivered/IM1"));
+  EXPECT_FALSE(Exists("set"));
+}
+
 }  // namespace
 }  // namespace quillon

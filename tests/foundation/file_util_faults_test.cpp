@@ -4,6 +4,7 @@
 
 #include "foundation/file_util.h"
 #include "foundation_test_support.h"
+#include "platform/testing.h"
 #include "support/failing_calls.h"
 #include "support/failing_new.h"
 
@@ -14,6 +15,7 @@ namespace fs = std::filesystem;
 using test::Call;
 using test::ErrorOf;
 using test::FailingCall;
+using test::Plain;
 
 class FileFaults : public test::InTempDirectory {
  protected:
@@ -40,15 +42,16 @@ TEST_F(FileFaults, EachFailingCallHasItsSentence) {
     int nth;
     std::function<bool()> operation;
     std::string sentence;
+    const char* failed = "old";
   } cases[] = {
-      {"source is not opened", Call::Open, 1, copy, CannotOpen("src")},
-      {"first read", Call::Read, 1, copy, "Cannot read data from the source stream."},
-      {"last read", Call::Read, 3, copy, "Cannot read data from the source stream."},
+      {"source is not opened", Call::Open, 1, copy, CannotOpen("src"), "src"},
+      {"first read", Call::Read, 1, copy, "Cannot read data from the source stream.", "src"},
+      {"last read", Call::Read, 3, copy, "Cannot read data from the source stream.", "src"},
       {"first write", Call::Write, 1, copy, "Cannot write data to the destination stream."},
       {"last write", Call::Write, 3, copy, "Cannot write data to the destination stream."},
       {"flush", Call::Sync, 1, copy, "Cannot flush the destination stream."},
       {"destination closed", Call::Close, 1, copy, "Cannot close the file " + Name("old") + "."},
-      {"source closed", Call::Close, 2, copy, "Cannot close the file " + Name("src") + "."},
+      {"source closed", Call::Close, 2, copy, "Cannot close the file " + Name("src") + ".", "src"},
       {"copy behind", Call::Seek, 1, copyBehind, "Cannot append data to the destination stream."},
       {"written file not opened", Call::Open, 0, append, CannotOpen("old")},
       {"append", Call::Seek, 1, append, "Cannot append data to " + Name("old") + "."},
@@ -65,8 +68,12 @@ TEST_F(FileFaults, EachFailingCallHasItsSentence) {
       EXPECT_TRUE(failing.happened());
     }
     EXPECT_EQ(ErrorOf(files_), c.sentence);
+    EXPECT_EQ(Plain(files_.FailedPath()), Name(c.failed));
+    EXPECT_EQ(Plain(files_.FailedReason()),
+              "The request could not be performed because of an I/O device error.");
     EXPECT_EQ(Read("src"), content_);
     EXPECT_TRUE(c.operation()) << "nothing is left open: " << ErrorOf(files_);
+    EXPECT_TRUE(files_.FailedPath().empty());
   }
 }
 
@@ -95,6 +102,36 @@ TEST_F(FileFaults, AMoveBetweenFileSystemsLosesNothingWhateverFails) {
       EXPECT_TRUE(isMoved);
       EXPECT_GT(nth, 10);
       break;
+    }
+  }
+}
+
+// What a share that goes away does to a listing. Nothing may take the part for the whole: a copy
+// would lack files, and its source might then be deleted.
+TEST_F(FileFaults, AListingThatBreaksOffIsAFailure) {
+  const platform::testing::Scope restored;
+  std::uint32_t count = 0;
+  std::uint64_t sizeBytes = 0;
+  const std::pair<const char*, std::function<bool()>> cases[] = {
+      {"count", [&] { return files_.CountFiles(count, Wide("tree"), u"*.*", true); }},
+      {"size", [&] { return files_.GetDirectorySize(sizeBytes, Wide("tree"), u"*.*", true); }},
+      {"copy", [&] { return files_.CopyDirectory(Wide("dst"), Wide("tree"), u"*.*", true); }},
+      {"delete", [&] { return files_.DeleteAllFiles(Wide("tree"), true); }},
+  };
+  fs::create_directory("dst");
+  for (const auto& [what, operation] : cases) {
+    for (const std::size_t afterEntries : {2u, 3u, 4u}) {  // the first two are "." and ".."
+      SCOPED_TRACE(what);
+      SCOPED_TRACE(afterEntries);
+      for (const char* name : {"tree/a", "tree/b", "tree/sub/c", "tree/sub/d"}) Write(name, "x");
+      fs::current_path(dir_ / "tree");
+      files_.ClearError();
+      platform::testing::BreakListings(afterEntries, ERROR_IO_DEVICE);
+      EXPECT_FALSE(operation());
+      EXPECT_EQ(ErrorOf(files_), "The file specification *.* is invalid.");
+      EXPECT_EQ(Plain(files_.FailedReason()),
+                "The request could not be performed because of an I/O device error.");
+      EXPECT_EQ(count, 0u);
     }
   }
 }

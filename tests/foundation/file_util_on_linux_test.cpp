@@ -53,6 +53,8 @@ TEST_F(LinuxFiles, AFullDiskIsSaid) {
   const Text full = WideOf("/dev/full");
   EXPECT_FALSE(files_.CopyFile(full, Wide("src"), /*append=*/false));
   EXPECT_EQ(ErrorOf(files_), "Cannot write data to the destination stream.");
+  EXPECT_EQ(Plain(files_.FailedPath()), "/dev/full");
+  EXPECT_EQ(Plain(files_.FailedReason()), "There is not enough space on the disk.");
   for (const bool append : {false, true}) {
     files_.ClearError();
     EXPECT_FALSE(files_.WriteData(bytes, 3, full, append));
@@ -78,6 +80,40 @@ TEST_F(LinuxFiles, OneFileHasOneIdentityWhateverItIsCalled) {
   }
   EXPECT_FALSE(files_.GetFileIdentity(Wide("missing"), file));
   EXPECT_EQ(ErrorOf(files_), CannotBeFound("missing"));
+}
+
+TEST_F(LinuxFiles, LinksAreToldApartAndTakenAwayAlone) {
+  Write("dir/kept", "x");
+  Write("file", "x");
+  fs::create_directory_symlink("dir", dir_ / "dirlink");
+  fs::create_symlink("file", dir_ / "link");
+  fs::create_symlink("nowhere", dir_ / "dangling");
+  for (const char* name : {"dirlink/", "link", "dangling"}) {
+    SCOPED_TRACE(name);
+    EXPECT_TRUE(files_.IsLink(Wide(name)));
+    EXPECT_TRUE(files_.RemoveLink(Wide(name))) << ErrorOf(files_);
+    EXPECT_FALSE(files_.IsLink(Wide(name)));
+    EXPECT_FALSE(files_.RemoveLink(Wide(name)));
+    EXPECT_EQ(ErrorOf(files_),
+              CannotBeFound(std::string(name).substr(0, std::string(name).find('/'))));
+  }
+  for (const char* name : {"dir", "file"}) {
+    EXPECT_FALSE(files_.IsLink(Wide(name)));
+    EXPECT_FALSE(files_.RemoveLink(Wide(name)));
+    EXPECT_EQ(ErrorOf(files_), "Cannot delete the file " + Name(name) + ".");
+  }
+  EXPECT_TRUE(Exists("dir/kept"));
+}
+
+TEST_F(LinuxFiles, WhatIsFreeIsWhatTheFileSystemSays) {
+  std::uint64_t bytes = 0;
+  ASSERT_TRUE(files_.GetFreeBytes(WideOf("/proc"), bytes)) << ErrorOf(files_);
+  EXPECT_EQ(bytes, 0u) << "a file system without any room";
+  ASSERT_TRUE(files_.GetFreeBytes(Wide(""), bytes)) << ErrorOf(files_);
+  const auto expected = static_cast<double>(fs::space(dir_.path()).available);
+  EXPECT_NEAR(static_cast<double>(bytes), expected, expected / 10) << "others write meanwhile";
+  EXPECT_FALSE(files_.GetFreeBytes(Wide("none"), bytes));
+  EXPECT_EQ(ErrorOf(files_), CannotBeFound("none"));
 }
 
 // Root may do everything, so the tests of missing rights run as somebody else.

@@ -102,5 +102,33 @@ TEST_F(Walks, TheFirstFailureEndsTheWalk) {
   EXPECT_FALSE(Exists("dst/z"));
 }
 
+TEST_F(Walks, ANameOfTheTopIsLeftOutWhenAsked) {
+  Write("src/sub.dcm/b.dcm", "55555");
+  fs::create_directory(dir_ / "dst");
+  EXPECT_TRUE(files_.CopyDirectory(Wide("dst"), Wide("src"), OLESTR("*.*"), /*recurse=*/true,
+                                   /*leaveOut=*/OLESTR("b.dcm")))
+      << ErrorOf(files_);
+  EXPECT_FALSE(Exists("dst/b.dcm"));
+  EXPECT_EQ(Read("dst/sub.dcm/b.dcm"), "55555") << "below it nothing is left out";
+  EXPECT_EQ(Read("dst/c.txt"), "22");
+}
+
+TEST_F(Walks, EmptyFilesAreTakenOnlyWhenAccepted) {
+  Write("src/sub.dcm/empty", "");
+  std::uint64_t sizeBytes = 0;
+  fs::create_directory(dir_ / "dst");
+  const auto copy = [&] {
+    return files_.CopyDirectory(Wide("dst"), Wide("src"), OLESTR("*.*"), /*recurse=*/true);
+  };
+  EXPECT_FALSE(copy());
+  EXPECT_EQ(ErrorOf(files_), IsNoFile("src\\sub.dcm\\empty"));
+  fs::current_path(dir_ / "src");
+  files_.SetAcceptEmptyFiles(true);
+  EXPECT_TRUE(copy()) << ErrorOf(files_);
+  EXPECT_EQ(Read("dst/sub.dcm/empty"), "");
+  EXPECT_TRUE(files_.GetDirectorySize(sizeBytes, Wide("src"), OLESTR("*.*"), /*recurse=*/true));
+  EXPECT_EQ(sizeBytes, 10u);
+}
+
 }  // namespace
 }  // namespace quillon

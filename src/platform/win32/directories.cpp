@@ -1,6 +1,7 @@
 // Making and removing directories.
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -36,6 +37,21 @@ BOOL WINAPI RemoveDirectoryW(LPCWSTR path) {
   }
   if (::rmdir(native.c_str()) == 0) return TRUE;
   return errno == EEXIST ? failWith(ERROR_DIR_NOT_EMPTY) : failWithErrno(errno, native);
+}
+
+BOOL WINAPI GetDiskFreeSpaceExW(LPCWSTR directory, PULARGE_INTEGER freeToCaller,
+                                PULARGE_INTEGER total, PULARGE_INTEGER free) {
+  const NativePath native = translatePath(directory);
+  struct stat status {};
+  if (::stat(native.c_str(), &status) != 0) return failWithErrno(errno, native);
+  if (!S_ISDIR(status.st_mode)) return failWith(ERROR_DIRECTORY);
+  struct statvfs space {};
+  if (::statvfs(native.c_str(), &space) != 0) return failWithErrno(errno, native);
+  const std::uint64_t blockBytes = space.f_frsize;
+  if (freeToCaller != nullptr) freeToCaller->QuadPart = space.f_bavail * blockBytes;
+  if (total != nullptr) total->QuadPart = space.f_blocks * blockBytes;
+  if (free != nullptr) free->QuadPart = space.f_bfree * blockBytes;
+  return TRUE;
 }
 
 int WINAPI SHCreateDirectoryExW(HWND, LPCWSTR path, const SECURITY_ATTRIBUTES*) {

@@ -14,6 +14,7 @@
 #include "win32/file_status.h"
 #include "win32/last_error.h"
 #include "win32/path_translation.h"
+#include "win32/substitutes.h"
 #include "win32/utf8.h"
 
 namespace quillon::platform {
@@ -148,6 +149,10 @@ BOOL WINAPI FindNextFileW(HANDLE handle, LPWIN32_FIND_DATAW data) {
   FindHandle* find = findOf(handle);
   if (find == nullptr) return FALSE;
   if (data == nullptr) return failWith(ERROR_INVALID_PARAMETER);
+  const ListingBreak& listingBreak = substitutes().listingBreak;
+  if (listingBreak.code != ERROR_SUCCESS && find->next >= listingBreak.afterEntries) {
+    return failWith(listingBreak.code);
+  }
   return nextEntry(*find, *data) ? TRUE : failWith(ERROR_NO_MORE_FILES);
 }
 

@@ -34,6 +34,10 @@ void SubstituteHttpLimits(long stallSeconds, long totalSeconds, std::size_t body
   limits.bodyBytes = bodyBytes;
 }
 
+void BreakListings(std::size_t afterEntries, DWORD code) {
+  substitutes().listingBreak = {afterEntries, code};
+}
+
 void Restore() { substitutes() = Substitutes{}; }
 
 }  // namespace testing

@@ -30,6 +30,15 @@ class CFileUtil : public CBaseItem {
  public:
   CFileUtil();
 
+  // With it files of no bytes are copied, measured and counted as others are. Off at first.
+  void SetAcceptEmptyFiles(bool accept) { acceptEmptyFiles_ = accept; }
+
+  // After a copy, move, write or walk that failed: the file or directory that was in the way, and
+  // the platform's text for what happened to it ("There is not enough space on the disk."). Empty
+  // when the failure was none of a file, or none of the platform's.
+  [[nodiscard]] const Text& FailedPath() const { return failedPath_; }
+  [[nodiscard]] const Text& FailedReason() const { return failedReason_; }
+
   // ---- names
 
   // Fails for an empty path ("The path name is invalid.") and for one over 260 characters.
@@ -54,11 +63,15 @@ class CFileUtil : public CBaseItem {
   // In bytes, the low 32 bits of it. Fails for a directory and when those bits are 0: an empty file
   // is "not a valid file", and so is one of a whole multiple of 4 GiB.
   bool GetFileSize(TextView path, std::uint32_t& sizeBytes);
-  // In bytes. Fails for a directory and for an empty file.
+  // In bytes. Fails for a directory and, unless those are accepted, for an empty file.
   bool GetFileSize64(TextView path, std::uint64_t& sizeBytes);
   // Of a file or directory, or what a link to one leads to: two names with one identity are names
   // of one file.
   bool GetFileIdentity(TextView path, FileIdentity& identity);
+  // What this user may still write to the file system that an existing directory lies on.
+  bool GetFreeBytes(TextView directory, std::uint64_t& bytes);
+  // Whether the name itself is a link (a reparse point), whatever it leads to. No message.
+  bool IsLink(TextView path);
 
   // ---- directories; the reason in "Cannot ... the directory ..." is the platform's
 
@@ -73,12 +86,17 @@ class CFileUtil : public CBaseItem {
   bool DeleteAllFiles(TextView dir, bool recurse);
   // The same, and removes the directory itself unless it is a root. At most 259 characters.
   bool DeleteDirectoryTree(TextView path, bool recurse);
+  // Takes a link away and leaves what it leads to. What is no link stays: "Cannot delete the file".
+  bool RemoveLink(TextView path);
+  // Gives a directory another name on the same file system. Fails with "Cannot rename ... to ..."
+  // when something has that name, also an empty directory.
+  bool RenameDirectory(TextView to, TextView from);
 
   // ---- files
 
   bool DeleteFile(TextView path);
-  // Copies the bytes of one file, over dst when that exists. Fails as GetFileSize does for src, and
-  // when both name one file. A failure can leave part of dst.
+  // Copies the bytes of one file, over dst when that exists. Fails as GetFileSize64 does for src,
+  // and when both name one file. A failure can leave part of dst.
   bool CopyFile(TextView dst, TextView src, bool append);
   // Gives src the name dst, replacing a file of that name: by renaming within a file system, else
   // by a copy that is on the disk before src is deleted. A symbolic link is copied, never moved.
@@ -92,13 +110,15 @@ class CFileUtil : public CBaseItem {
 
   // ---- walks over the files that match fileSpec ("*.*" matches every name) in the current working
   // directory, which the caller set to src before, and with recurse in those below it. When nothing
-  // matches they succeed, with 0, and leave "The file specification ... is invalid.".
+  // matches they succeed, with 0, and leave "The file specification ... is invalid."; with the same
+  // sentence they fail when a directory cannot be listed to its end.
 
   bool GetDirectorySize(std::uint64_t& sizeBytes, TextView src, TextView fileSpec, bool recurse);
   bool CountFiles(std::uint32_t& count, TextView src, TextView fileSpec, bool recurse);
   // Makes the subdirectories it needs below dst, which exists. The first failure ends it; what was
-  // copied stays.
-  bool CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse);
+  // copied stays. What is called leaveOut in src itself is not copied.
+  bool CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse,
+                     TextView leaveOut = {});
 
   // ---- the platform's temporary directory, with its trailing separator
 
@@ -110,8 +130,10 @@ class CFileUtil : public CBaseItem {
  private:
   enum class WalkMode { Copy = 0, Delete = 1, Count = 2, Size = 3 };
 
-  bool Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse);
-  bool WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse);
+  bool Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse,
+            TextView leaveOut);
+  bool WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse,
+                   TextView leaveOut);
   bool WalkDirectory(TextView name, const Text& dst, const Text& src, TextView fileSpec,
                      WalkMode mode);
   bool WalkFile(const Text& dst, const Text& src, WalkMode mode);
@@ -124,11 +146,19 @@ class CFileUtil : public CBaseItem {
   // Sets the working directory to one that was read before; an earlier failure keeps its sentence.
   bool RestoreDirectory(const Text& path, bool succeeded);
   bool FailDirectoryOperation(TextView path, DirectoryOp op, DWORD code);
+  // Fails with the message, and keeps the path and the platform's last error for whoever asks.
+  bool FailAt(TextView path, UINT id, std::initializer_list<TextArg> args);
+  bool FailAt(TextView path, DWORD code, UINT id, std::initializer_list<TextArg> args);
+  void ForgetFailure();
 
   // Copies, and says whether dst was created (its earlier content is then gone).
   bool CopyContents(const Text& dst, const Text& src, bool append, bool& dstCreated);
-  bool CopyStream(HANDLE dst, HANDLE src, bool append);
-  bool WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes);
+  bool CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstName, const Text& srcName);
+  bool WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes, TextView path);
+
+  bool acceptEmptyFiles_ = false;
+  Text failedPath_;
+  Text failedReason_;
 
   std::uint32_t fileCount_ = 0;
   std::uint32_t byteTotal_ = 0;

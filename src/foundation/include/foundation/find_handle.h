@@ -16,12 +16,20 @@ class FindHandle {
   FindHandle& operator=(const FindHandle&) = delete;
 
   [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-  [[nodiscard]] bool Next() { return FindNextFileW(handle_, &entry_) != FALSE; }
+  [[nodiscard]] bool Next() {
+    if (FindNextFileW(handle_, &entry_) != FALSE) return true;
+    endedEarly_ = GetLastError() != ERROR_NO_MORE_FILES;
+    return false;
+  }
+  // Whether Next ended the enumeration before its end (a network share that went away): what was
+  // found is not all there is. The platform's last error is then the reason.
+  [[nodiscard]] bool EndedEarly() const { return endedEarly_; }
   [[nodiscard]] const WIN32_FIND_DATAW& Entry() const { return entry_; }
 
  private:
   WIN32_FIND_DATAW entry_{};
   HANDLE handle_;
+  bool endedEarly_ = false;
 };
 
 inline bool IsDirectory(const WIN32_FIND_DATAW& entry) {

@@ -1,5 +1,6 @@
 // Linux only, for tests: puts the test's own clock, sleeper, version and limits in the place of the
-// system's. What stands here is process-wide; Restore gives all but the code page back.
+// system's, and breaks listings off. What stands here is process-wide; Restore gives all but the
+// code page back.
 #pragma once
 
 #include <cstddef>
@@ -22,6 +23,9 @@ void SubstituteVersion(DWORD major, DWORD minor, DWORD build, WORD servicePackMa
 void SubstituteTransformLimits(std::int64_t memoryBytes, long milliseconds, unsigned long steps);
 // How long an HTTP server may be silent and take as a whole, and how much it may send.
 void SubstituteHttpLimits(long stallSeconds, long totalSeconds, std::size_t bodyBytes);
+
+// Makes every enumeration that goes on behind its first entries fail there with the code.
+void BreakListings(std::size_t afterEntries, DWORD code);
 
 // Makes CP_ACP what the registry now says; otherwise it is read once in a process.
 void RereadCodePage();

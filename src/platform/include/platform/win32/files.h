@@ -127,6 +127,8 @@ DWORD WINAPI GetFileAttributesA(LPCSTR fileName);
 // Only FILE_ATTRIBUTE_READONLY has an effect: the write permissions.
 BOOL WINAPI SetFileAttributesW(LPCWSTR fileName, DWORD attributes);
 
+// A read-only file is not deleted, and none takes its place: both fail with 5, as does opening one
+// for writing.
 BOOL WINAPI DeleteFileW(LPCWSTR fileName);
 BOOL WINAPI DeleteFileA(LPCSTR fileName);
 // A move between file systems fails with 17 unless MOVEFILE_COPY_ALLOWED is given; the copy is then
@@ -135,12 +137,18 @@ BOOL WINAPI MoveFileExW(LPCWSTR existing, LPCWSTR target, DWORD flags);
 
 BOOL WINAPI CreateDirectoryW(LPCWSTR path, LPSECURITY_ATTRIBUTES security);
 BOOL WINAPI RemoveDirectoryW(LPCWSTR path);
+// Of the file system that the directory lies on. What is free is what the caller may use; each of
+// the three may be null.
+BOOL WINAPI GetDiskFreeSpaceExW(LPCWSTR directory, PULARGE_INTEGER freeToCaller,
+                                PULARGE_INTEGER total, PULARGE_INTEGER free);
 BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
 // Answers the length without the terminator, or the size needed with it when the buffer is too
 // small. A directory below a drive directory that was entered by its drive is named by it ("C:\A").
 DWORD WINAPI GetCurrentDirectoryW(DWORD bufferUnits, LPWSTR buffer);
 DWORD WINAPI GetFullPathNameW(LPCWSTR fileName, DWORD bufferUnits, LPWSTR buffer, LPWSTR* filePart);
-// $TMPDIR or /tmp, ending in a separator.
+// $TMPDIR, else a directory of the user's own that nobody else can enter: $XDG_RUNTIME_DIR, else
+// $XDG_CACHE_HOME/quillon (with ~/.cache for XDG_CACHE_HOME), which is made. Ends in a separator.
+// When there is neither: 0.
 DWORD WINAPI GetTempPathW(DWORD bufferUnits, LPWSTR buffer);
 // Creates all missing directories of an absolute path; answers 0 or the code.
 int WINAPI SHCreateDirectoryExW(HWND owner, LPCWSTR path, const SECURITY_ATTRIBUTES* security);
