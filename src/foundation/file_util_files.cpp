@@ -3,19 +3,19 @@
 #include <memory>
 #include <new>
 
+#include "file_identity.h"
 #include "foundation/file_util.h"
+#include "path_parts.h"
 
 namespace quillon {
-namespace {
 
-constexpr std::uint32_t kChunkBytes = 32768;
-
-class FileHandle {
+// One open file, closed at the end of its scope.
+class CFileUtil::OpenFile {
  public:
-  explicit FileHandle(HANDLE handle) : handle_(handle) {}
-  ~FileHandle() { Close(); }
-  FileHandle(const FileHandle&) = delete;
-  FileHandle& operator=(const FileHandle&) = delete;
+  explicit OpenFile(HANDLE handle) : handle_(handle) {}
+  ~OpenFile() { Close(); }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
 
   [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
   [[nodiscard]] HANDLE Get() const { return handle_; }
@@ -31,6 +31,10 @@ class FileHandle {
   HANDLE handle_;
 };
 
+namespace {
+
+constexpr std::uint32_t kChunkBytes = 32768;
+
 HANDLE OpenToWrite(const Text& path, DWORD disposition) {
   return CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, disposition, FILE_FLAG_WRITE_THROUGH,
                      nullptr);
@@ -39,6 +43,22 @@ HANDLE OpenToWrite(const Text& path, DWORD disposition) {
 HANDLE OpenToRead(const Text& path) {
   return CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
                      FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+}
+
+// Makes a file in the directory of path, under a name that nothing there has.
+HANDLE OpenBeside(const Text& path, Text& name) {
+  constexpr int kTries = 1000;
+  const PathParts parts = SplitPath(path);
+  HANDLE file = INVALID_HANDLE_VALUE;
+  for (int number = 0; number < kTries; ++number) {
+    name.assign(parts.drive)
+        .append(parts.directory)
+        .append(OLESTR("~Q"))
+        .append(NumberText(number));
+    file = OpenToWrite(name, CREATE_NEW);
+    if (file != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS) break;
+  }
+  return file;
 }
 
 bool SeekToEnd(HANDLE file) {
@@ -70,18 +90,19 @@ bool CFileUtil::CopyFile(TextView dst, TextView src, bool append) {
   if (!ValidatePath(dst)) return Fail(kMsgDestinationFilenameInvalid);
   std::uint64_t sizeBytes = 0;
   if (!GetFileSize64(src, sizeBytes)) return false;
-  bool dstCreated = false;
-  return CopyContents(Text(dst), Text(src), append, dstCreated);
-}
-
-bool CFileUtil::CopyContents(const Text& dst, const Text& src, bool append, bool& dstCreated) {
-  dstCreated = false;
-  FileHandle from(OpenToRead(src));
+  const Text fromName(src);
+  const Text toName(dst);
+  OpenFile from(OpenToRead(fromName));
   if (!from.IsOpen()) return FailAt(src, kMsgCannotOpenFile, {src});
   // Opening dst empties it; while src is open without sharing, that fails for another name of src.
-  FileHandle to(OpenToWrite(dst, CREATE_ALWAYS));
+  OpenFile to(OpenToWrite(toName, CREATE_ALWAYS));
   if (!to.IsOpen()) return FailAt(dst, kMsgCannotOpenFile, {dst});
-  dstCreated = true;
+  return CopyOpened(to, from, append, toName, fromName);
+}
+
+// Closes both, so that the copy is whole when this succeeds.
+bool CFileUtil::CopyOpened(OpenFile& to, OpenFile& from, bool append, const Text& dst,
+                           const Text& src) {
   if (!CopyStream(to.Get(), from.Get(), append, dst, src)) return false;
   if (!to.Close()) return FailAt(dst, kMsgCannotCloseFile, {dst});
   if (!from.Close()) return FailAt(src, kMsgCannotCloseFile, {src});
@@ -114,21 +135,44 @@ bool CFileUtil::MoveFile(TextView dst, TextView src) {
   const Text to(dst);
   WIN32_FILE_ATTRIBUTE_DATA data;
   if (!QueryAttributes(from, data)) return false;
-  if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 || data.nFileSizeLow == 0) {
-    return Fail(kMsgNotAValidFile, {src});
+  if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ||
+      (data.nFileSizeLow == 0 && data.nFileSizeHigh == 0)) {
+    return FailAt(src, ERROR_SUCCESS, kMsgNotAValidFile, {src});
   }
   // A link is not the file: renamed, it would lead elsewhere or into the user's own directories.
   const bool isLink = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-  if (!isLink && MoveFileExW(from.c_str(), to.c_str(),
-                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE) {
+  // Nobody waits for the disk here: after a power cut the file is whole under one name or the
+  // other.
+  if (!isLink && MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE) {
     return true;
   }
-  bool dstCreated = false;
-  if (!CopyContents(to, from, /*append=*/false, dstCreated)) {
-    if (dstCreated) DeleteFileW(to.c_str());  // half a file is worse than none
-    return false;
+  return CopyAndReplace(to, from) && DeleteFile(src);
+}
+
+// The copy gets a name of its own first: what is written through a name that exists would change
+// every other name of that file, and what a link leads to.
+bool CFileUtil::CopyAndReplace(const Text& dst, const Text& src) {
+  OpenFile from(OpenToRead(src));
+  FileIdentity source;
+  if (!from.IsOpen() || !ReadIdentity(from.Get(), source)) {
+    return FailAt(src, kMsgCannotOpenFile, {src});
   }
-  return DeleteFile(src);
+  // Then deleting src, by whatever other name, would delete the copy.
+  if (FileIdentity target; ReadIdentity(dst, target) && target == source) {
+    return FailAt(dst, ERROR_SHARING_VIOLATION, kMsgCannotOpenFile, {dst});
+  }
+  Text copy;
+  OpenFile to(OpenBeside(dst, copy));
+  if (!to.IsOpen()) return FailAt(dst, kMsgCannotOpenFile, {dst});
+  bool done = CopyOpened(to, from, /*append=*/false, dst, src);
+  if (done && MoveFileExW(copy.c_str(), dst.c_str(),
+                          MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == FALSE) {
+    done = FailAt(dst, kMsgCannotOpenFile, {dst});
+  }
+  if (done) return true;
+  to.Close();
+  DeleteFileW(copy.c_str());
+  return false;
 }
 
 bool CFileUtil::WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path,
@@ -137,7 +181,7 @@ bool CFileUtil::WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, T
   if (data == nullptr) return Fail(kMsgDataBufferInvalid);
   if (lengthBytes == 0) return Fail(kMsgDataBufferLengthInvalid);
   if (path.empty()) return Fail(kMsgPathNameInvalid);
-  FileHandle file(OpenToWrite(Text(path), append ? OPEN_ALWAYS : CREATE_ALWAYS));
+  OpenFile file(OpenToWrite(Text(path), append ? OPEN_ALWAYS : CREATE_ALWAYS));
   if (!file.IsOpen()) return FailAt(path, kMsgCannotOpenFile, {path});
   if (append && !SeekToEnd(file.Get())) return FailAt(path, kMsgCannotAppendTo, {path});
   if (!WriteChunks(file.Get(), data, lengthBytes, path)) return false;

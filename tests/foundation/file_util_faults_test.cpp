@@ -82,11 +82,13 @@ TEST_F(FileFaults, AMoveBetweenFileSystemsLosesNothingWhateverFails) {
   for (int nth = 1;; ++nth) {
     SCOPED_TRACE(nth);
     Write("src", content_);
+    fs::remove(dir_ / "dst");
     Write("dst", "earlier");
+    fs::create_hard_link(dir_ / "dst", dir_ / "other");
     bool isMoved = false;
     bool happened = false;
     {
-      const FailingCall otherDevice(Call::Rename, 0, EXDEV);
+      const FailingCall otherDevice(Call::Rename, 1, EXDEV);
       const FailingCall failing(Call::Any, nth, EIO);
       isMoved = files_.MoveFile(Wide("dst"), Wide("src"));
       happened = failing.happened();
@@ -95,9 +97,13 @@ TEST_F(FileFaults, AMoveBetweenFileSystemsLosesNothingWhateverFails) {
     EXPECT_TRUE(isMoved ? !Exists("src") : !ErrorOf(files_).empty());
     EXPECT_TRUE((Exists("src") && Read("src") == content_) ||
                 (Exists("dst") && Read("dst") == content_));
-    // Never half a file beside the whole one.
-    const std::string copied = Exists("dst") ? Read("dst") : content_;
+    // Never half a file, under whatever name, and never a file that was there and is not.
+    const std::string copied = Read("dst");
     EXPECT_TRUE(copied == content_ || copied == "earlier");
+    EXPECT_EQ(Read("other"), "earlier") << "another name of the file that was replaced";
+    const auto names = std::distance(fs::directory_iterator(dir_.path()), {});
+    EXPECT_EQ(names, Exists("src") ? 4 : 3);
+    fs::remove(dir_ / "other");
     if (!happened) {
       EXPECT_TRUE(isMoved);
       EXPECT_GT(nth, 10);

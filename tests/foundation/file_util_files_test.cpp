@@ -129,6 +129,15 @@ TEST_F(Files, MoveRenamesWithinAFileSystem) {
   EXPECT_FALSE(Exists("in/src"));
 }
 
+// A file whose size looks like none in 32 bits is a file as any other.
+TEST_F(Files, FilesOfAMultipleOf4GiBAreMoved) {
+  Write("src", "");
+  fs::resize_file(dir_ / "src", std::uintmax_t{1} << 32);  // sparse
+  EXPECT_TRUE(files_.MoveFile(Wide("dst"), Wide("src"))) << ErrorOf(files_);
+  EXPECT_EQ(fs::file_size(dir_ / "dst"), std::uintmax_t{1} << 32);
+  EXPECT_FALSE(Exists("src"));
+}
+
 TEST_F(Files, DeleteTakesFilesOnly) {
   Write("file", "x");
   fs::create_directory(dir_ / "dir");

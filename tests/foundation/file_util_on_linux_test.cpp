@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <functional>
 #include <memory>
 
 #include "foundation/file_util.h"
@@ -197,6 +198,33 @@ TEST_F(LinuxFiles, AMoveToAnotherDiskLeavesTheSourceUntilAllOfItIsThere) {
   EXPECT_TRUE(files_.MoveFile(Wide("disk/dst"), Wide("src"))) << ErrorOf(files_);
   EXPECT_EQ(Read("disk/dst"), "content");
   EXPECT_FALSE(Exists("src"));
+}
+
+// What is beside the target, or what its name leads to, may be somebody's only copy.
+TEST_F(LinuxFiles, AMoveThatCopiesReplacesTheNameAlone) {
+  Write("archive", "archive");
+  Write("~Q0", "mine");
+  const auto asHardLink = [&] { fs::create_hard_link(dir_ / "archive", dir_ / "dst"); };
+  const auto asLink = [&] { fs::create_symlink("archive", dir_ / "dst"); };
+  const auto asDanglingLink = [&] { fs::create_symlink("none", dir_ / "dst"); };
+  const std::pair<const char*, std::function<void()>> cases[] = {
+      {"hard link", asHardLink}, {"link", asLink}, {"link to nothing", asDanglingLink}};
+  for (const auto& [what, make] : cases) {
+    SCOPED_TRACE(what);
+    make();
+    // A link is always copied, on one file system too.
+    Write("image", "content");
+    fs::create_symlink("image", dir_ / "src");
+    EXPECT_TRUE(files_.MoveFile(Wide("dst"), Wide("src"))) << ErrorOf(files_);
+    EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(dir_ / "dst")));
+    EXPECT_EQ(Read("dst"), "content");
+    EXPECT_EQ(Read("archive"), "archive");
+    EXPECT_FALSE(Exists("none"));
+    EXPECT_FALSE(Exists("src"));
+    fs::remove(dir_ / "dst");
+  }
+  EXPECT_EQ(Read("~Q0"), "mine");
+  EXPECT_FALSE(Exists("~Q1"));
 }
 
 TEST_F(LinuxFiles, ALinkedDirectoryIsWalkedAndTheWalkGoesOnBesideTheLink) {

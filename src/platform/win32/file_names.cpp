@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "platform/win32/files.h"
+#include "win32/environment.h"
 #include "win32/file_status.h"
 #include "win32/last_error.h"
 #include "win32/path_translation.h"
@@ -127,6 +128,24 @@ BOOL renameAfterCheck(const NativePath& from, const NativePath& to, bool replace
   return ::rename(from.c_str(), to.c_str()) == 0 ? TRUE : failRename(errno, from, to);
 }
 
+BOOL renamePath(const NativePath& from, const NativePath& to, bool replace) {
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return TRUE;
+  if (errno == EEXIST) {
+    if (replace) return replaceTarget(from, to);
+    return isSameName(from, to) ? TRUE : failWith(ERROR_ALREADY_EXISTS);
+  }
+  if (errno == EINVAL || errno == ENOSYS) return renameAfterCheck(from, to, replace);
+  return failRename(errno, from, to);
+}
+
+// Waits until the new name is on the disk, and then the end of the old one.
+void syncNames(const NativePath& from, const NativePath& to) {
+  const std::string target = to.parent();
+  const std::string source = from.parent();
+  syncDirectory(target);
+  if (source != target) syncDirectory(source);
+}
+
 }  // namespace
 }  // namespace quillon::platform
 
@@ -164,9 +183,6 @@ BOOL WINAPI DeleteFileW(LPCWSTR fileName) { return removeFile(translatePath(file
 
 BOOL WINAPI DeleteFileA(LPCSTR fileName) { return removeFile(translateNarrow(fileName)); }
 
-// MOVEFILE_WRITE_THROUGH asks for nothing more here: a rename never loses the file. After a power
-// cut it is whole under its old name or whole under its new one, so waiting for the disk once per
-// moved file would cost much and save nothing.
 BOOL WINAPI MoveFileExW(LPCWSTR existing, LPCWSTR target, DWORD flags) {
   // A copy between file systems is the caller's: it knows what must be on the disk, and when.
   if ((flags & MOVEFILE_COPY_ALLOWED) != 0) return failWith(ERROR_NOT_SUPPORTED);
@@ -174,12 +190,7 @@ BOOL WINAPI MoveFileExW(LPCWSTR existing, LPCWSTR target, DWORD flags) {
   const NativePath to = translatePath(target);
   if (from.text.empty()) return failWith(ERROR_FILE_NOT_FOUND);
   if (to.text.empty()) return failWith(ERROR_PATH_NOT_FOUND);
-  const bool replace = (flags & MOVEFILE_REPLACE_EXISTING) != 0;
-  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return TRUE;
-  if (errno == EEXIST) {
-    if (replace) return replaceTarget(from, to);
-    return isSameName(from, to) ? TRUE : failWith(ERROR_ALREADY_EXISTS);
-  }
-  if (errno == EINVAL || errno == ENOSYS) return renameAfterCheck(from, to, replace);
-  return failRename(errno, from, to);
+  if (renamePath(from, to, (flags & MOVEFILE_REPLACE_EXISTING) != 0) == FALSE) return FALSE;
+  if ((flags & MOVEFILE_WRITE_THROUGH) != 0) syncNames(from, to);
+  return TRUE;
 }

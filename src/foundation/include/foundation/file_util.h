@@ -98,9 +98,11 @@ class CFileUtil : public CBaseItem {
   // Copies the bytes of one file, over dst when that exists. Fails as GetFileSize64 does for src,
   // and when both name one file. A failure can leave part of dst.
   bool CopyFile(TextView dst, TextView src, bool append);
-  // Gives src the name dst, replacing a file of that name: by renaming within a file system, else
-  // by a copy that is on the disk before src is deleted. A symbolic link is copied, never moved.
-  // On failure src is whole in its place (or dst is whole, when only deleting src failed).
+  // Gives src the name dst in the place of a file or link of that name, whose other names and
+  // target stay as they are: by renaming within a file system, else by a copy beside dst that is on
+  // the disk under that name before src is deleted. A symbolic link is copied, never moved. On
+  // failure src is whole in its place, and what dst was too (or both are whole, when only deleting
+  // src failed).
   bool MoveFile(TextView dst, TextView src);
   // Writes lengthBytes (at least 1) to a file that is created when missing; with append behind what
   // it holds, else in its place. On the disk when it succeeds.
@@ -128,6 +130,7 @@ class CFileUtil : public CBaseItem {
   void GetTempSubdirectoryName(Text& out) const { out = tempSubdirectoryName_; }
 
  private:
+  class OpenFile;
   enum class WalkMode { Copy = 0, Delete = 1, Count = 2, Size = 3 };
 
   bool Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse,
@@ -151,8 +154,8 @@ class CFileUtil : public CBaseItem {
   bool FailAt(TextView path, DWORD code, UINT id, std::initializer_list<TextArg> args);
   void ForgetFailure();
 
-  // Copies, and says whether dst was created (its earlier content is then gone).
-  bool CopyContents(const Text& dst, const Text& src, bool append, bool& dstCreated);
+  bool CopyAndReplace(const Text& dst, const Text& src);
+  bool CopyOpened(OpenFile& to, OpenFile& from, bool append, const Text& dst, const Text& src);
   bool CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstName, const Text& srcName);
   bool WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes, TextView path);
 

@@ -131,8 +131,9 @@ BOOL WINAPI SetFileAttributesW(LPCWSTR fileName, DWORD attributes);
 // for writing.
 BOOL WINAPI DeleteFileW(LPCWSTR fileName);
 BOOL WINAPI DeleteFileA(LPCSTR fileName);
-// A move between file systems fails with 17 unless MOVEFILE_COPY_ALLOWED is given; the copy is then
-// on the disk before the source goes away.
+// A move between file systems fails with 17, MOVEFILE_COPY_ALLOWED with 50. A rename never loses
+// the file: after a power cut it is whole under its old name or whole under its new one. With
+// MOVEFILE_WRITE_THROUGH the new name is on the disk when this succeeds.
 BOOL WINAPI MoveFileExW(LPCWSTR existing, LPCWSTR target, DWORD flags);
 
 BOOL WINAPI CreateDirectoryW(LPCWSTR path, LPSECURITY_ATTRIBUTES security);
