@@ -92,7 +92,10 @@ std::unique_ptr<DcElem> DcElemList::remove(DcElem* element) {
   return removed;
 }
 
-void DcElemList::clear() { elements_.clear(); }
+void DcElemList::clear() {
+  elements_.clear();
+  lostElements_ = false;
+}
 
 DcCode DcElemList::getValue(DcTag tag, char* buffer, std::size_t bufferBytes, int index) const {
   if (buffer != nullptr && bufferBytes != 0) buffer[0] = '\0';

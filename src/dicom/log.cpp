@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -79,7 +80,8 @@ DcCode DcLog::write(DcLogLevel level, const char* function, const char* message)
   return kDcOk;
 }
 
-DcCode dcLog(DcLogLevel level, const char* function, const char* format, ...) {
+// Also tells of memory that is short, so that none for the line must be no second failure.
+DcCode dcLog(DcLogLevel level, const char* function, const char* format, ...) try {
   DcLog* const sink = dcTheLog();
   if (sink == nullptr) return kDcLogNoSink;
   if (!inRange(level)) return kDcLogLevelRange;
@@ -104,6 +106,8 @@ DcCode dcLog(DcLogLevel level, const char* function, const char* format, ...) {
   }
   va_end(again);
   return sink->write(level, function, message);
+} catch (const std::bad_alloc&) {
+  return kDcLogFileError;
 }
 
 }  // namespace quillon

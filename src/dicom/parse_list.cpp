@@ -182,6 +182,9 @@ class ListParser {
         sequence, buffer_ + at_, isUndefined ? remaining : info.valueLength, syntaxOf(info),
         info.flags | (isUndefined ? kParseOpenEnd : 0U), used, position(), depth_ + 1);
     at_ += isUndefined ? used : info.valueLength;
+    for (std::size_t i = 0; i < sequence.itemCount(); ++i) {
+      if (sequence.item(i)->lostElements()) list_.noteLostElement();
+    }
     return code;
   }
 
@@ -202,6 +205,7 @@ class ListParser {
     DcElem& element = insert(std::make_unique<DcElem>(info.tag, nullptr, 0U, syntax, info.vr));
     const DcCode code = element.parseVal(value, length, syntax);
     if (code == kDcHookRefused || code == kDcNoMemory) drop(element);
+    if (code == kDcNoMemory) list_.noteLostElement();
     at_ += info.headerBytes + length + trailer;
     return kDcOk;
   }

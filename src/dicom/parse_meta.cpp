@@ -132,6 +132,7 @@ DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& 
   processElemListDM(group, bytes, static_cast<std::size_t>(end - kMetaGroupAt),
                     DcUid::ExplicitLittleEndian, kParseExplicitLittleForm, consumed, kMetaGroupAt,
                     0);
+  place.lostElements = group.lostElements();
   fillRecord(group, metaInfo);
   resolveUids(metaInfo, place);
   return kDcOk;

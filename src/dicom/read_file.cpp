@@ -1,6 +1,7 @@
 #include "dicom/read_file.h"
 
 #include <algorithm>
+#include <new>
 #include <string>
 
 #include "dicom/dict.h"
@@ -29,11 +30,11 @@ DcCode statError(const char* function, const char* fileName) {
   return kDcStatFailed;
 }
 
-DcCode loadError(DcCode code, const char* fileName) {
+DcCode loadError(DcCode code, const char* function, const char* fileName) {
   if (code == kDcNoMemory) {
-    dcLog(DcLogLevel::Error, kReadFunction, "File '%s', unable to allocate memory", fileName);
+    dcLog(DcLogLevel::Error, function, "File '%s', unable to allocate memory", fileName);
   } else {
-    dcLog(DcLogLevel::Error, kReadFunction, "Error reading file '%s'", fileName);
+    dcLog(DcLogLevel::Error, function, "Error reading file '%s'", fileName);
   }
   return code;
 }
@@ -90,9 +91,10 @@ DcCode parseDataSet(FileWindow& window, const char* fileName, const DataSetPlace
   const std::uint64_t start = std::min(place.offset, end);
   const std::uint8_t* bytes = nullptr;
   if (const DcCode code = window.load(start, end, bytes); code != kDcOk) {
-    return loadError(code, fileName);
+    return loadError(code, kReadFunction, fileName);
   }
   std::size_t consumed = 0;
+  if (place.lostElements) elements.noteLostElement();
   return processElemListDM(elements, bytes, static_cast<std::size_t>(end - start), place.syntax,
                            parseFormOf(place.syntax), consumed, start, 0);
 }
@@ -152,7 +154,7 @@ DcCode OpenedFile::open(const char* fileName, const char* function, DcFileMetaIn
 }  // namespace
 
 DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
-                           std::uint64_t* dataSetOffset) {
+                           std::uint64_t* dataSetOffset) try {
   constexpr const char* kFunction = "dirReadFileMetaInfo";
   if (dataSetOffset != nullptr) *dataSetOffset = 0;
   if (fileName == nullptr) return nullFileName(kFunction);
@@ -160,10 +162,12 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
   file.open(fileName, kFunction, metaInfo, nullptr);
   if (dataSetOffset != nullptr) *dataSetOffset = file.place().offset;
   return file.metaCode();
+} catch (const std::bad_alloc&) {
+  return loadError(kDcNoMemory, "dirReadFileMetaInfo", fileName);
 }
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
-                   DcFileReading* reading) {
+                   DcFileReading* reading) try {
   if (fileName == nullptr) return nullFileName(kReadFunction);
   OpenedFile file;
   const DcCode metaCode = file.open(fileName, kReadFunction, metaInfo, reading);
@@ -178,11 +182,13 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
   const DcCode code = parseDataSet(window, fileName, file.place(), window.size(), elements);
   if (file.place().offset <= kMetaGroupAt) takeSopUids(elements, metaInfo);
   return code;
+} catch (const std::bad_alloc&) {
+  return loadError(kDcNoMemory, kReadFunction, fileName);
 }
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
                    std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength,
-                   DcFileReading* reading) {
+                   DcFileReading* reading) try {
   if (pixelValueOffset != nullptr) *pixelValueOffset = kNoPixelData;
   if (pixelValueLength != nullptr) *pixelValueLength = 0;
   if (fileName == nullptr) return nullFileName(kReadFunction);
@@ -205,6 +211,8 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
     if (pixelValueLength != nullptr) *pixelValueLength = pixelData.valueLength;
   }
   return code;
+} catch (const std::bad_alloc&) {
+  return loadError(kDcNoMemory, kReadFunction, fileName);
 }
 
 DcCode utilGetSqItemValLen(const std::uint8_t* lengthField, std::uint32_t remaining,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <new>
 #include <utility>
 
 #include "dicom/dict.h"
@@ -125,17 +126,28 @@ CDicomUtil::~CDicomUtil() = default;
 void CDicomUtil::Clear() {
   owned_.reset();
   list_ = nullptr;
-  metaInfo_.clear();
-  reading_ = DcFileReading();
   filePath_.clear();
   pixelDataOffset_ = 0;
   pixelDataLength_ = 0;
   pixelDataDeferred_ = false;
   lastResult_ = kDcOk;
+  // These can find no memory.
+  metaInfo_.clear();
+  reading_ = DcFileReading();
 }
 
 bool CDicomUtil::ReadFile(TextView path, bool deferPixelData) {
-  Clear();
+  try {
+    Clear();
+    if (Load(path, deferPixelData)) return true;
+  } catch (const std::bad_alloc&) {
+    lastResult_ = kDcNoMemory;
+  }
+  metaInfo_.clear();
+  return false;
+}
+
+bool CDicomUtil::Load(TextView path, bool deferPixelData) {
   const std::string fileName = NarrowText(path, FileSystemCodePage());
   // A new list each time: it takes the hook that the checking switch of this moment asks for.
   auto elements = std::make_unique<DcElemList>();
@@ -144,10 +156,8 @@ bool CDicomUtil::ReadFile(TextView path, bool deferPixelData) {
   lastResult_ = deferPixelData ? dirReadFile(fileName.c_str(), metaInfo_, *elements, &offset,
                                              &lengthBytes, &reading_)
                                : dirReadFile(fileName.c_str(), metaInfo_, *elements, &reading_);
-  if (lastResult_ != kDcOk) {
-    metaInfo_.clear();
-    return false;
-  }
+  if (lastResult_ != kDcOk) return false;
+  Text taken(path);
   if (deferPixelData && offset > 0 && lengthBytes > 0) {
     // The segment is put in its place directly: adding it as a value would open the file again.
     auto placeholder = std::make_unique<DcElem>(kPixelData);
@@ -158,9 +168,10 @@ bool CDicomUtil::ReadFile(TextView path, bool deferPixelData) {
     pixelDataLength_ = lengthBytes;
     pixelDataDeferred_ = true;
   }
+  // Nothing fails from here on.
+  filePath_ = std::move(taken);
   owned_ = std::move(elements);
   list_ = owned_.get();
-  filePath_ = path;
   return true;
 }
 
@@ -181,7 +192,11 @@ void CDicomUtil::SettleUnknownVrs() {
     const DcTag tag = element.tag();
     auto settled = std::make_unique<DcElem>(tag, vr);
     settled->setStringHook(list_->stringHook());
-    settled->parseVal(value.data(), value.lengthBytes(), value.transferSyntax());
+    if (settled->parseVal(value.data(), value.lengthBytes(), value.transferSyntax()) ==
+        kDcNoMemory) {
+      list_->noteLostElement();
+      continue;
+    }
     list_->remove(list_->find(tag));
     list_->add(std::move(settled));
   }

@@ -45,5 +45,61 @@ TEST(ObjectProperties, WithoutMemoryNothingIsAddedToAList) {
   EXPECT_EQ(properties.ErrorMessage(), u"Cannot allocate storage for new image information.");
 }
 
+// Every kind of value, in the data set and in nested items, some of them out of order.
+test::ElementMap everyKind() {
+  using test::ElementMap;
+  const std::string text(40, 'x');
+  const ElementMap deep = ElementMap().text(0x00080104, "LO", text).us(0x00280010, {3});
+  const ElementMap item = ElementMap().text(0x00080100, "SH", "CODE").sequence(0x0040A168, {deep});
+  ElementMap map = test::imageElements();
+  map.sequence(0x0040A730, {item, item}).text(0x00080008, "CS", "ORIGINAL\\PRIMARY\\AXIAL");
+  map.raw(0x00091010, "UN", {1, 2, 3, 4}).text(0x00100020, "UN", text);
+  map.text(0x0040A160, "UT", text).us(0x00281101, {1, 2, 3}).text(0x00104000, "LT", text);
+  test::DataSetBytes outOfOrder;
+  outOfOrder.text(0x00401001, "SH", "LATE").text(0x00100010, "PN", text + "^" + text);
+  return map.put(0x00401001, outOfOrder);
+}
+
+// Whatever allocation fails, nobody is told that an incomplete header is the file's.
+TEST(ReadingAFile, WithoutMemoryIsWholeOrSaysThatItIsNot) {
+  const test::UncheckedValues asInTheProgram;
+  const TempDir directory;
+  const Text path = everyKind().write(directory, "every.dcm");
+  const auto headerOf = [](CDicomUtil& util) {
+    Text xml;
+    EXPECT_TRUE(util.GetHeaderXml(xml, 1000, /*includePixelData=*/false));
+    return xml;
+  };
+  for (const bool isDeferred : {true, false}) {
+    SCOPED_TRACE(isDeferred ? "up to the pixel data" : "whole");
+    CDicomUtil undisturbed;
+    ASSERT_TRUE(undisturbed.ReadFile(path, isDeferred));
+    undisturbed.SettleUnknownVrs();
+    ASSERT_FALSE(undisturbed.LostElements());
+    const Text whole = headerOf(undisturbed);
+    const auto outcomes = test::withEachAllocationFailing([&](long n, bool& happened) {
+      SCOPED_TRACE(n);
+      CDicomUtil util;
+      bool isRead = false;
+      {
+        const test::FailingNew failing(n);
+        isRead = util.ReadFile(path, isDeferred);
+        try {
+          util.SettleUnknownVrs();
+        } catch (const std::bad_alloc&) {
+          isRead = false;
+        }
+        happened = failing.happened();
+      }
+      if (!isRead) return std::string("refused");
+      // What group 0002 lost can be made up for by the data set.
+      const bool isWhole = headerOf(util) == whole;
+      EXPECT_TRUE(isWhole || util.LostElements());
+      return std::string(isWhole ? "whole" : "incomplete");
+    });
+    EXPECT_EQ(outcomes, (std::set<std::string>{"incomplete", "refused", "whole"}));
+  }
+}
+
 }  // namespace
 }  // namespace quillon

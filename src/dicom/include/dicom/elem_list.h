@@ -36,6 +36,10 @@ class DcElemList {
   // Unlinks without deleting; null when the element is not in the list.
   std::unique_ptr<DcElem> remove(DcElem* element);
   void clear();
+  // Whether parsing dropped an element, in this list or in the items below it, because there was no
+  // memory for its value: what is here is not all that was encoded. clear() forgets it.
+  [[nodiscard]] bool lostElements() const { return lostElements_; }
+  void noteLostElement() { lostElements_ = true; }
 
   // Find the element and forward to it. The text form empties its buffer first.
   DcCode getValue(DcTag tag, char* buffer, std::size_t bufferBytes, int index = 0) const;
@@ -55,6 +59,7 @@ class DcElemList {
   [[nodiscard]] const DcStringHook& stringHook() const { return hook_; }
 
   // Adds the elements of encoded bytes to the list. On an error the elements before it stay.
+  // lostElements tells of elements that were dropped.
   DcCode parse(const std::uint8_t* buffer, std::uint32_t lengthBytes, DcUid transferSyntax);
   // Encodes every element, with group lengths recomputed where the list has them.
   virtual DcCode frame(std::uint8_t* buffer, std::uint32_t& lengthOut, DcUid transferSyntax);
@@ -67,6 +72,7 @@ class DcElemList {
  private:
   std::vector<std::unique_ptr<DcElem>> elements_;
   DcStringHook hook_;
+  bool lostElements_ = false;
 };
 
 }  // namespace quillon

@@ -60,6 +60,8 @@ class CDicomUtil : public CBaseItem {
   // when it failed. The meta information above is completed from the data set, this one is not.
   [[nodiscard]] const DcFileReading& GetReading() const { return reading_; }
   // The file ends before the pixel data it declares; told by a reading that deferred them.
+  // For want of memory the data set or group 0002 is not complete: an element was left out.
+  [[nodiscard]] bool LostElements() const { return list_ != nullptr && list_->lostElements(); }
   [[nodiscard]] bool IsPixelDataCut() const { return reading_.isPixelDataCut; }
 
   void GetFilePath(Text& out) const { out = filePath_; }
@@ -83,6 +85,7 @@ class CDicomUtil : public CBaseItem {
   bool GetDeferredPixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
 
  private:
+  bool Load(TextView path, bool deferPixelData);
   bool GetMetaValue(DcTag tag, DicomValue& value) const;
   [[nodiscard]] DcVr ValueVr(const DcElem& element) const;
   bool LocatePixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
