@@ -131,6 +131,7 @@ XmlDocument parse(const Source& source, XmlFailure& failure) {
   if (source.bytes.size() > INT_MAX) {
     error.message = "The document is too large.";
   } else {
+    const XmlCall::Parsing stoppable(parser.get());
     document.reset(xmlCtxtReadMemory(
         parser.get(), source.bytes.data(), static_cast<int>(source.bytes.size()),
         source.url.empty() ? nullptr : source.url.c_str(), source.isText ? "UTF-8" : nullptr,
@@ -168,6 +169,20 @@ void refuseUnit(std::u16string_view text, std::size_t at, XmlFailure& failure) {
   failure.offset = static_cast<LONG>(at);
 }
 
+// Nothing is ever found by where the program happens to run.
+bool mayRefer(const XmlCall& call, std::string_view location, const std::string& path,
+              std::string& reason) {
+  const std::string named = "\"" + std::string(location) + "\"";
+  if (!call.mayReadFiles()) {
+    reason = "The stylesheet does not come from a file, so it cannot refer to " + named + ".";
+    return false;
+  }
+  if (path.starts_with('/')) return true;
+  reason = "The document that refers to " + named +
+           " does not come from a file, so the reference has to be a whole path.";
+  return false;
+}
+
 }  // namespace
 
 XmlDocument parseText(std::u16string_view text, XmlFailure& failure) {
@@ -197,12 +212,16 @@ XmlDocument parseFile(std::u16string_view location, XmlFailure& failure) {
 }
 
 XmlDocument loadReferencedDocument(const char* uri, xmlDict* dictionary, std::string& reason) {
-  const std::optional<std::string> path = pathOfLocation(uri == nullptr ? "" : uri, reason);
+  XmlCall& call = *XmlCall::current();
+  const std::string_view location = uri == nullptr ? "" : uri;
+  const std::optional<std::string> path = pathOfLocation(location, reason);
+  if (!path || !mayRefer(call, location, *path, reason)) return nullptr;
   std::string bytes;
-  LONG code = 0;
-  if (!path || !readWholeFile(*path, bytes, code, reason)) return nullptr;
+  const auto mayRead = [&call](std::size_t more) { return call.mayRead(more); };
+  if (!readReferencedFile(*path, mayRead, bytes, reason)) return nullptr;
   XmlFailure failure;
   XmlDocument document = parse({bytes, urlOfPath(*path), false, dictionary}, failure);
+  call.gaveBack(bytes.size());
   if (document == nullptr) {
     reason = "The file \"" + *path + "\" cannot be read as XML: " + nativeFromWide(failure.reason);
   }

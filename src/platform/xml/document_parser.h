@@ -19,7 +19,8 @@ XmlDocument parseText(std::u16string_view text, XmlFailure& failure);
 XmlDocument parseFile(std::u16string_view location, XmlFailure& failure);
 
 // For a stylesheet that names another document while it is compiled or run: uri is already put
-// together with the place of the stylesheet. Null with a sentence in reason.
+// together with the place of the stylesheet. What is read counts against the limits of the running
+// call. Null with a sentence in reason, or none when the call has refused.
 XmlDocument loadReferencedDocument(const char* uri, xmlDict* dictionary, std::string& reason);
 
 }  // namespace quillon::platform

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <libxml/uri.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -84,6 +85,10 @@ std::string systemText(DWORD code) {
   return bytes;
 }
 
+std::string unreadable(const std::string& path, const std::string& why) {
+  return "The file \"" + path + "\" cannot be read: " + why;
+}
+
 class Descriptor {
  public:
   explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
@@ -97,6 +102,21 @@ class Descriptor {
  private:
   int descriptor_;
 };
+
+enum class Reading { kDone, kFailed, kRefused };
+
+// From where the file stands to its end. After a failure errno tells why.
+Reading readOn(int file, const std::function<bool(std::size_t)>& mayRead, std::string& bytes) {
+  std::array<char, 65536> buffer;
+  while (true) {
+    const ssize_t got = ::read(file, buffer.data(), buffer.size());
+    if (got == 0) return Reading::kDone;
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return Reading::kFailed;
+    if (!mayRead(static_cast<std::size_t>(got))) return Reading::kRefused;
+    bytes.append(buffer.data(), static_cast<std::size_t>(got));
+  }
+}
 
 }  // namespace
 
@@ -122,22 +142,44 @@ std::string urlOfPath(std::string_view path) {
 bool readWholeFile(const std::string& path, std::string& bytes, LONG& code, std::string& reason) {
   const auto fail = [&](DWORD systemCode) {
     code = HRESULT_FROM_WIN32(systemCode);
-    reason = "The file \"" + path + "\" cannot be read: " + systemText(systemCode);
+    reason = unreadable(path, systemText(systemCode));
     return false;
   };
   NativePath native;
   native.text = path;
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
   if (file.get() < 0) return fail(codeOfErrno(errno, native));
-  std::array<char, 65536> buffer;
-  while (true) {
-    const ssize_t got = ::read(file.get(), buffer.data(), buffer.size());
-    if (got == 0) return true;
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return fail(errno == EISDIR ? ERROR_ACCESS_DENIED : codeOfErrno(errno));
-    if (bytes.size() > kLongestFile) return fail(ERROR_FILE_TOO_LARGE);
-    bytes.append(buffer.data(), static_cast<std::size_t>(got));
+  const auto mayRead = [&](std::size_t) { return bytes.size() <= kLongestFile; };
+  switch (readOn(file.get(), mayRead, bytes)) {
+    case Reading::kDone:
+      return true;
+    case Reading::kRefused:
+      return fail(ERROR_FILE_TOO_LARGE);
+    case Reading::kFailed:
+      break;
   }
+  return fail(errno == EISDIR ? ERROR_ACCESS_DENIED : codeOfErrno(errno));
+}
+
+bool readReferencedFile(const std::string& path, const std::function<bool(std::size_t)>& mayRead,
+                        std::string& bytes, std::string& reason) {
+  const auto fail = [&](DWORD systemCode) {
+    reason = unreadable(path, systemText(systemCode));
+    return false;
+  };
+  NativePath native;
+  native.text = path;
+  // The opening of a pipe would wait for a writer, that of a terminal could make it the program's.
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (file.get() < 0) return fail(codeOfErrno(errno, native));
+  struct stat status {};
+  if (::fstat(file.get(), &status) != 0) return fail(codeOfErrno(errno));
+  if (!S_ISREG(status.st_mode)) {
+    reason = unreadable(path, "it is not a regular file.");
+    return false;
+  }
+  const Reading reading = readOn(file.get(), mayRead, bytes);
+  return reading == Reading::kFailed ? fail(codeOfErrno(errno)) : reading == Reading::kDone;
 }
 
 }  // namespace quillon::platform

@@ -215,10 +215,24 @@ void XmlCall::addXsltPiece(const std::string& text) {
 
 void XmlCall::stop(const std::string& reason) {
   refusal_ = reason;
+  // Called by the allocator, so the parser cannot be ended here: it reads on and keeps nothing.
+  if (parser_ != nullptr) parser_->disableSAX = 1;
   if (context_ == nullptr) return;
   context_->state = XSLT_STATE_STOPPED;
   // The next step of an expression that runs fails.
   context_->xpathCtxt->opCount = context_->xpathCtxt->opLimit;
+}
+
+void XmlCall::checkClock() {
+  if (std::chrono::steady_clock::now() > deadline_) stop("The transform takes too long.");
+}
+
+bool XmlCall::mayRead(std::size_t bytes) {
+  if (!isLimited_) return true;
+  if (refusal_.empty()) checkClock();
+  if (!mayTake(bytes) || !refusal_.empty()) return false;
+  took(bytes);
+  return true;
 }
 
 // Over the limit the transform is only told to stop, because the libraries do not take every
@@ -230,7 +244,7 @@ bool XmlCall::mayTake(std::size_t bytes) {
   const bool isLarge = bytes >= kLargePiece;
   if (refusal_.empty() && (isLarge || untilClock_-- == 0)) {
     untilClock_ = kPiecesBetweenClocks;
-    if (std::chrono::steady_clock::now() > deadline_) stop("The transform takes too long.");
+    checkClock();
   }
   const bool fits = static_cast<std::int64_t>(bytes) <= memoryLimit_ - inUse_;
   if (!fits && refusal_.empty()) stop("The transform needs too much memory.");

@@ -4,6 +4,7 @@
 // host that uses the same libraries notices nothing.
 #pragma once
 
+#include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <libxslt/xsltInternals.h>
 
@@ -32,8 +33,19 @@ class XmlCall {
   // The running call of this thread, or null.
   static XmlCall* current();
 
+  // What is parsed while it exists: nothing more is made of it once the call is stopped.
+  class Parsing {
+   public:
+    explicit Parsing(xmlParserCtxt* parser) { current()->parser_ = parser; }
+    ~Parsing() { current()->parser_ = nullptr; }
+    Parsing(const Parsing&) = delete;
+    Parsing& operator=(const Parsing&) = delete;
+  };
+
   // From now on the call is held to the limits: over one of them the transform is stopped.
   void limit(const TransformLimits& limits);
+  void forbidFiles() { mayReadFiles_ = false; }
+  [[nodiscard]] bool mayReadFiles() const { return mayReadFiles_; }
   // The transform to stop; null for none. What was said before it, while compiling, were warnings.
   void transforming(xsltTransformContext* context) {
     context_ = context;
@@ -56,17 +68,23 @@ class XmlCall {
 
   // Asked by the allocator before it takes more; false refuses a large piece.
   bool mayTake(std::size_t bytes);
+  // Asked before a piece of a file is kept, which counts as memory until gaveBack; false when the
+  // call is stopped.
+  bool mayRead(std::size_t bytes);
   void took(std::size_t bytes) { inUse_ += static_cast<std::int64_t>(bytes); }
   void gaveBack(std::size_t bytes) { inUse_ -= static_cast<std::int64_t>(bytes); }
 
  private:
   void stop(const std::string& reason);
+  void checkClock();
 
   xmlStructuredErrorFunc earlierHandler_;
   void* earlierContext_;
   xmlGenericErrorFunc earlierPlainHandler_;
   void* earlierPlainContext_;
   xsltTransformContext* context_ = nullptr;
+  xmlParserCtxt* parser_ = nullptr;
+  bool mayReadFiles_ = true;
   bool isLimited_ = false;
   std::int64_t memoryLimit_ = 0;
   std::int64_t inUse_ = 0;

@@ -126,6 +126,7 @@ bool transformDocument(const xmlDoc* source, const xmlDoc* stylesheet,
                        const TransformLimits& limits, std::u16string& text, XmlFailure& failure) {
   XmlCall call;
   call.limit(limits);
+  if (stylesheet->URL == nullptr) call.forbidFiles();
   const Stylesheet compiled = compile(stylesheet);
   if (compiled == nullptr || !call.refusal().empty() || compiled->errors != 0) {
     setFailure(call, "The document is not a stylesheet", failure);

@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -145,6 +147,75 @@ TEST_F(TransformTest, AFailureSaysWhyInBothPlaces) {
   }
   const ComPtr<IXMLDOMDocument> good = documentOfText(sheetOf("x"));
   EXPECT_EQ(transform(*document, *good).parseError.code, 0) << "the failure is forgotten";
+}
+
+TEST_F(TransformTest, OnlyRegularFilesAreReferredTo) {
+  const std::string here = (dir_ / "work").string();
+  ASSERT_EQ(::mkfifo((here + "/pipe").c_str(), 0600), 0);
+  const ComPtr<IXMLDOMDocument> document = documentOfText("<a/>");
+  for (const std::string& name : {here + "/pipe", here, std::string("/dev/zero")}) {
+    const std::string reason =
+        "The file \"" + name + "\" cannot be read: it is not a regular file.";
+    for (const std::string& sheet : {sheetOf("<xsl:value-of select=\"document('" + name + "')\"/>"),
+                                     sheetOf("", "<xsl:import href=\"" + name + "\"/>"),
+                                     sheetOf("", "<xsl:include href=\"" + name + "\"/>")}) {
+      SCOPED_TRACE(sheet);
+      writeText("sheet.xsl", sheet);
+      EXPECT_EQ(transform(*document, *documentOfFile("sheet.xsl")).description, reason);
+    }
+  }
+}
+
+TEST_F(TransformTest, WhatAStylesheetReadsCountsAsItsMemory) {
+  constexpr std::int64_t kMemory = std::int64_t{32} << 20;
+  platform::testing::SubstituteTransformLimits(kMemory, 600'000, 1UL << 40);
+  struct Case {
+    const char* what;
+    std::string piece;
+    std::size_t bytes;
+  };
+  // The others fit as text, but not as a tree.
+  const Case cases[] = {{"a long text", "xxxxxxxx", std::size_t{33} << 20},
+                        {"many comments", "<!---->", std::size_t{12} << 20},
+                        {"many elements", "<b/>", std::size_t{12} << 20}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    std::string xml = "<a>";
+    while (xml.size() < c.bytes) xml += c.piece;
+    writeText(dir_ / "work/big.xml", xml + "</a>");
+    writeText("sheet.xsl", sheetOf("<xsl:value-of select=\"count(document('big.xml'))\"/>"));
+    EXPECT_EQ(transform(*documentOfText("<a/>"), *documentOfFile("sheet.xsl")).description,
+              "The transform needs too much memory.");
+  }
+}
+
+// What comes from a server comes as text.
+TEST_F(TransformTest, AStylesheetThatIsNoFileReadsNone) {
+  writeText("near.xml", "<a>SECRET</a>");
+  writeText("near.xsl", sheetOf("SECRET"));
+  const std::string here = (dir_ / "work").string();
+  const std::string remote = "The stylesheet does not come from a file, so it cannot refer to \"";
+  const ComPtr<IXMLDOMDocument> document = documentOfText("<a/>");
+  for (const std::string& at : {std::string(), here + "/", "file://" + here + "/"}) {
+    for (const std::string& form :
+         {sheetOf("<xsl:value-of select=\"document('" + at + "near.xml')\"/>"),
+          sheetOf("<xsl:value-of select=\"document('" + at + "near.xml', /)\"/>"),
+          sheetOf("", "<xsl:import href=\"" + at + "near.xsl\"/>"),
+          sheetOf("", "<xsl:include href=\"" + at + "near.xsl\"/>")}) {
+      SCOPED_TRACE(form);
+      const TransformOutcome outcome = transform(*document, *documentOfText(form));
+      EXPECT_EQ(outcome.text, "");
+      EXPECT_EQ(outcome.description.substr(0, remote.size() + at.size()), remote + at);
+    }
+  }
+  // Relative to the transformed document, which has no place either.
+  writeText("sheet.xsl", sheetOf("<xsl:value-of select=\"document('near.xml', /)\"/>"));
+  EXPECT_EQ(transform(*document, *documentOfFile("sheet.xsl")).description,
+            "The document that refers to \"near.xml\" does not come from a file, so the reference "
+            "has to be a whole path.");
+  writeText("sheet.xsl", sheetOf("<xsl:value-of select=\"document('near.xml')\"/>"));
+  EXPECT_NE(transform(*document, *documentOfFile("sheet.xsl")).text.find("SECRET"),
+            std::string::npos);
 }
 
 TEST_F(TransformTest, DocumentsThatHoldNothingAreNotTransformed) {
