@@ -28,12 +28,17 @@ std::string inOneLine(std::string_view text) {
   return line;
 }
 
-// "runtime error: file file:///a/b.xsl line 7 element value-of", in front of most messages.
+// "runtime error: file file:///a/b.xsl line 7 element value-of", in front of most messages; one of
+// the first words alone where libxslt knows no place.
 struct Place {
   std::string file;
   int line = 0;
   std::string element;
 };
+
+bool isHeadAlone(std::string_view line) {
+  return line == "error" || line == "compilation error" || line == "runtime error";
+}
 
 std::optional<Place> placeIn(std::string_view line) {
   constexpr std::string_view kError = "error";
@@ -44,6 +49,7 @@ std::optional<Place> placeIn(std::string_view line) {
   constexpr std::size_t kLongestHead = 20;  // "compilation error"
   if (head == std::string_view::npos || head > kLongestHead) return std::nullopt;
   Place place;
+  if (isHeadAlone(trimmed(line))) return place;
   std::string_view rest = line.substr(head + kError.size());
   if (const std::size_t at = rest.rfind(kElement); at != std::string_view::npos) {
     place.element = trimmed(rest.substr(at + kElement.size()));
