@@ -16,7 +16,9 @@ set(exports "${CMAKE_CURRENT_SOURCE_DIR}/linux/exports.map")
 add_library(QuillonMediaRW MODULE exports.cpp)
 target_include_directories(QuillonMediaRW PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
 target_link_libraries(QuillonMediaRW PRIVATE quillon_options quillon_com_server)
-target_link_options(QuillonMediaRW PRIVATE "-Wl,--version-script=${exports}" -Wl,-Bsymbolic)
+# It stays loaded once used: the XML libraries, which the host may share, keep functions of its own.
+target_link_options(QuillonMediaRW PRIVATE "-Wl,--version-script=${exports}" -Wl,-Bsymbolic
+                                           -Wl,-z,nodelete)
 if(NOT QUILLON_SANITIZE)
   target_link_options(QuillonMediaRW PRIVATE -Wl,--no-undefined)
 endif()
