@@ -17,7 +17,8 @@ Text TextOf(REFGUID guid) {
   return text.data();
 }
 
-HRESULT RunScripts(bool registers) {
+HRESULT RunScripts(ScriptUse use) {
+  const bool registers = use != ScriptUse::Unregister;
   const std::array<Replacement, 4> replacements{{
       {OLESTR("MODULE"), CQuillonMediaRWModule::Path()},
       {OLESTR("APPID"), TextOf(APPID_QuillonMediaRW)},
@@ -27,11 +28,21 @@ HRESULT RunScripts(bool registers) {
   if (registers && replacements[0].value.empty()) return HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND);
   HRESULT first = S_OK;
   for (const RegistrarScript script : {RegistrarScript::AppId, RegistrarScript::Class}) {
-    const HRESULT hr = RunRegistrarScript(RegistrarScriptText(script), registers, replacements);
+    const HRESULT hr = RunRegistrarScript(RegistrarScriptText(script), use, replacements);
     if (FAILED(hr) && registers) return hr;
     if (FAILED(hr) && SUCCEEDED(first)) first = hr;
   }
   return first;
+}
+
+// A host can find a module for the class.
+bool IsRegistered() {
+  const Text path =
+      Text(OLESTR("CLSID\\")) + TextOf(CLSID_QuillonMediaRW) + OLESTR("\\InprocServer32");
+  HKEY key = nullptr;
+  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_QUERY_VALUE, &key) != 0) return false;
+  RegCloseKey(key);
+  return true;
 }
 
 }  // namespace
@@ -58,15 +69,16 @@ Text CQuillonMediaRWModule::Path() {
 }
 
 HRESULT CQuillonMediaRWModule::RegisterServer() const {
-  HRESULT hr = RunScripts(/*registers=*/true);
+  const bool wasRegistered = IsRegistered();
+  HRESULT hr = RunScripts(wasRegistered ? ScriptUse::Renew : ScriptUse::Register);
   if (SUCCEEDED(hr)) hr = RegisterOwnTypeLibrary();
   // Half of a registration would make hosts fail later and elsewhere.
-  if (FAILED(hr)) static_cast<void>(UnregisterServer());
+  if (FAILED(hr) && !wasRegistered) static_cast<void>(UnregisterServer());
   return hr;
 }
 
 HRESULT CQuillonMediaRWModule::UnregisterServer() const {
-  const HRESULT scripts = RunScripts(/*registers=*/false);
+  const HRESULT scripts = RunScripts(ScriptUse::Unregister);
   const HRESULT library = UnregisterOwnTypeLibrary();
   return FAILED(scripts) ? scripts : library;
 }

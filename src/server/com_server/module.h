@@ -21,7 +21,8 @@ class CQuillonMediaRWModule {
   // The file that hosts load; empty when the system does not tell.
   [[nodiscard]] static Text Path();
 
-  // All of it or, when a part fails, nothing; the part's code.
+  // All of it; when a part fails, its code, and what was registered before: nothing or a
+  // registration that works.
   [[nodiscard]] HRESULT RegisterServer() const;
   // Removes what is there of it and goes on after a failure; the first code.
   [[nodiscard]] HRESULT UnregisterServer() const;

@@ -169,8 +169,9 @@ LSTATUS WriteValue(HKEY key, const ScriptValue& value) {
                         reinterpret_cast<const BYTE*>(value.text.c_str()), lengthBytes);
 }
 
-LSTATUS AddKey(HKEY parent, const ScriptKey& key) {
-  LSTATUS status = key.isReplaced ? RemoveTree(parent, key.name) : 0;
+// isReplacing: what the script replaces whole is removed first.
+LSTATUS AddKey(HKEY parent, const ScriptKey& key, bool isReplacing) {
+  LSTATUS status = isReplacing && key.isReplaced ? RemoveTree(parent, key.name) : 0;
   if (status != 0) return status;
   OpenKey opened;
   status = RegCreateKeyExW(parent, key.name.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
@@ -180,7 +181,15 @@ LSTATUS AddKey(HKEY parent, const ScriptKey& key) {
     if (status = WriteValue(opened.Get(), value); status != 0) return status;
   }
   for (const ScriptKey& subkey : key.subkeys) {
-    if (status = AddKey(opened.Get(), subkey); status != 0) return status;
+    if (status = AddKey(opened.Get(), subkey, isReplacing); status != 0) return status;
+  }
+  return 0;
+}
+
+LSTATUS AddKeys(const std::vector<ScriptKey>& keys, bool isReplacing) {
+  for (const ScriptKey& key : keys) {
+    const LSTATUS status = AddKey(HKEY_CLASSES_ROOT, key, isReplacing);
+    if (status != 0) return status;
   }
   return 0;
 }
@@ -209,23 +218,24 @@ LSTATUS RemoveKeys(const std::vector<ScriptKey>& keys) {
   return first;
 }
 
-LSTATUS AddKeys(const std::vector<ScriptKey>& keys) {
-  for (const ScriptKey& key : keys) {
-    const LSTATUS status = AddKey(HKEY_CLASSES_ROOT, key);
-    if (status == 0) continue;
+LSTATUS RegisterKeys(const std::vector<ScriptKey>& keys, ScriptUse use) {
+  const LSTATUS status = AddKeys(keys, /*isReplacing=*/true);
+  if (status == 0) return 0;
+  if (use == ScriptUse::Register) {
     RemoveKeys(keys);
-    return status;
+  } else {
+    AddKeys(keys, /*isReplacing=*/false);  // what was removed already comes back
   }
-  return 0;
+  return status;
 }
 
 }  // namespace
 
-HRESULT RunRegistrarScript(std::string_view script, bool registers,
+HRESULT RunRegistrarScript(std::string_view script, ScriptUse use,
                            std::span<const Replacement> replacements) {
   std::vector<ScriptKey> keys;
   if (!ScriptParser(script, replacements).Parse(keys)) return E_FAIL;
-  const LSTATUS status = registers ? AddKeys(keys) : RemoveKeys(keys);
+  const LSTATUS status = use == ScriptUse::Unregister ? RemoveKeys(keys) : RegisterKeys(keys, use);
   return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
 }
 

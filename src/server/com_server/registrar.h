@@ -29,9 +29,14 @@ struct Replacement {
   Text value;
 };
 
-// E_FAIL for a text that is no script, nothing has happened then; otherwise the registry's code. A
-// registration that fails is undone. What is not there need not be removed.
-[[nodiscard]] HRESULT RunRegistrarScript(std::string_view script, bool registers,
+enum class ScriptUse {
+  Register,    // undone when it fails
+  Renew,       // over a registration that works, and does so still when it fails
+  Unregister,  // what is not there need not be removed
+};
+
+// E_FAIL for a text that is no script, nothing has happened then; otherwise the registry's code.
+[[nodiscard]] HRESULT RunRegistrarScript(std::string_view script, ScriptUse use,
                                          std::span<const Replacement> replacements);
 
 }  // namespace quillon

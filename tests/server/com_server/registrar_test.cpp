@@ -1,11 +1,15 @@
 // What registration leaves in the registry, and scripts that are none.
 #include "registrar.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <map>
 
 #include "com_test_tools.h"
 #include "module.h"
+#ifndef _WIN32
+#include "support/failing_calls.h"
+#endif
 #include "support/temp_dir.h"
 
 STDAPI DllRegisterServer();
@@ -115,11 +119,36 @@ TEST_F(Registration, ThatFailsSaysSo) {
   EXPECT_EQ(DllRegisterServer(), HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
 }
 
+// Whichever write fails (some of them: each waits for the disk), what was registered before is what
+// is registered then.
+TEST_F(Registration, ThatFailsInTheMiddleChangesNothing) {
+  for (const bool wasRegistered : {false, true}) {
+    bool happened = true;
+    for (int n = 1; happened; n += 6) {
+      SCOPED_TRACE(n);
+      ASSERT_LT(n, 1000);
+      writeText(dir_ / "registry.reg", wasRegistered ? registered() : kHeading);
+      HRESULT hr = S_OK;
+      {
+        const FailingCall failing(Call::Rename, n, ENOSPC);
+        hr = DllRegisterServer();
+        happened = failing.happened();
+      }
+      EXPECT_EQ(hr, happened ? HRESULT_FROM_WIN32(ERROR_DISK_FULL) : S_OK);
+      if (wasRegistered || !happened) {
+        EXPECT_EQ(registry(), registered());
+      } else {
+        EXPECT_EQ(registry().find("Quillon"), std::string::npos) << registry();
+      }
+    }
+  }
+}
+
 TEST_F(Registrar, ReplacesInNamesAndTexts) {
   const Replacement replacements[] = {{OLESTR("X"), wide("it's")}, {OLESTR("EMPTY"), {}}};
   const char* script =
       "HKCR { 'a%X%' = s 'don''t %X%%EMPTY%' { val 'n %X%' = s '' NoRemove Kept { Below } } }";
-  EXPECT_EQ(RunRegistrarScript(script, true, replacements), S_OK);
+  EXPECT_EQ(RunRegistrarScript(script, ScriptUse::Register, replacements), S_OK);
   EXPECT_EQ(registry(), kHeading + R"(
 [HKEY_CLASSES_ROOT\ait's]
 @="don't it's"
@@ -127,14 +156,14 @@ TEST_F(Registrar, ReplacesInNamesAndTexts) {
 
 [HKEY_CLASSES_ROOT\ait's\Kept\Below]
 )");
-  EXPECT_EQ(RunRegistrarScript(script, false, replacements), S_OK);
+  EXPECT_EQ(RunRegistrarScript(script, ScriptUse::Unregister, replacements), S_OK);
   EXPECT_EQ(registry(), kHeading) << "a key goes with all below it";
 }
 
 TEST_F(Registrar, UndoesWhatFails) {
   // A name that cannot be stored comes last.
   const char* script = "HKCR { First = s 'x' NoRemove Kept { Below = s 'y' } '\x01' }";
-  EXPECT_EQ(RunRegistrarScript(script, true, {}), E_INVALIDARG);
+  EXPECT_EQ(RunRegistrarScript(script, ScriptUse::Register, {}), E_INVALIDARG);
   EXPECT_EQ(registry(), kHeading + "\n[HKEY_CLASSES_ROOT\\Kept]\n");
 }
 #endif
@@ -163,7 +192,7 @@ TEST(RegistrarScripts, ThatAreNoneChangeNothing) {
                              "HKCR { '' }",
                              "HKCR { A { B }"}) {
     SCOPED_TRACE(script);
-    EXPECT_EQ(RunRegistrarScript(script, true, replacements), E_FAIL);
+    EXPECT_EQ(RunRegistrarScript(script, ScriptUse::Register, replacements), E_FAIL);
   }
 }
 
