@@ -30,8 +30,7 @@ TEST(Bstr, CarriesZerosAndItsLength) {
 }
 
 VARIANT variantOf(VARTYPE type) {
-  VARIANT value;
-  VariantInit(&value);
+  VARIANT value{};
   value.vt = type;
   return value;
 }
@@ -147,8 +146,11 @@ class CountedObject final : public IUnknown {
 
 TEST(Variant, CopiesOwnAndReferencesAreFollowed) {
   VARIANT text = textVariant(u"x");
-  VARIANT copy;
+  VARIANT copy{};
+  copy.llVal = 7;
   VariantInit(&copy);
+  EXPECT_EQ(copy.vt, VT_EMPTY);
+  EXPECT_EQ(copy.llVal, 7) << "of Windows nobody gets more than the type";
   EXPECT_EQ(VariantCopy(&copy, &text), S_OK);
   EXPECT_NE(copy.bstrVal, text.bstrVal);
   EXPECT_EQ(shown(copy), "'x'");

@@ -107,7 +107,8 @@ HRESULT duplicate(const VARIANT& source, VARIANT& copy) {
 
 }  // namespace
 
-void VariantInit(VARIANT* value) { *value = VARIANT{}; }
+// The value behind the type stays what it was, as on Windows.
+void VariantInit(VARIANT* value) { value->vt = VT_EMPTY; }
 
 HRESULT VariantClear(VARIANT* value) {
   if (value == nullptr) return E_INVALIDARG;

@@ -41,9 +41,7 @@ const Operation* FindById(DISPID id, WORD flags) {
 // One late-bound call: the values to call with, and the arguments that they come from.
 class LateCall {
  public:
-  explicit LateCall(const Operation& operation) : operation_(operation) {
-    for (VARIANT& value : values_) VariantInit(&value);
-  }
+  explicit LateCall(const Operation& operation) : operation_(operation) {}
   ~LateCall() {
     for (VARIANT& value : values_) VariantClear(&value);
   }
@@ -147,7 +145,8 @@ class LateCall {
   }
 
   const Operation& operation_;
-  std::array<VARIANT, kMaxParameters> values_;
+  // All zero, also behind the type: an operation need not write what it would hand out.
+  std::array<VARIANT, kMaxParameters> values_{};
   std::array<VARIANT*, kMaxParameters> arguments_{};
   VARIANT* target_ = nullptr;
 };

@@ -25,6 +25,7 @@ class HttpRequestTest : public XmlLayerTest {
     VARIANT async;
     VariantInit(&async);
     async.vt = VT_BOOL;
+    async.boolVal = VARIANT_FALSE;
     VARIANT omitted;
     VariantInit(&omitted);
     omitted.vt = VT_ERROR;

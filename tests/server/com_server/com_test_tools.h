@@ -21,7 +21,7 @@ inline std::string narrow(TextView text) {
 // Owns what it holds. Text makes a BSTR.
 class Value {
  public:
-  Value() { VariantInit(&value_); }
+  Value() = default;
   explicit Value(std::string_view text) : Value() {
     value_.vt = VT_BSTR;
     value_.bstrVal = SysAllocString(wide(text).c_str());
@@ -63,7 +63,7 @@ class Value {
     return made;
   }
 
-  VARIANT value_;
+  VARIANT value_{};
 };
 
 }  // namespace quillon::test

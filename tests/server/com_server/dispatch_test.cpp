@@ -365,6 +365,37 @@ TEST(Dispatch, ResultsComeBackInEveryForm) {
   EXPECT_EQ(variant.AsText(), "out");
 }
 
+// What an earlier call may have left where the next one has its values.
+[[gnu::noinline]] void litterTheStack() {
+  volatile unsigned char litter[8192];
+  for (auto& byte : litter) byte = 0xAB;
+}
+
+TEST(Dispatch, AValueThatIsNotWrittenIsHandedOutEmpty) {
+  RecordingMedia media;
+  media.answer = S_FALSE;
+  media.writesOut = false;
+  const struct {
+    DISPID id;
+    WORD flags;
+    std::vector<Value> arguments;
+    VARTYPE type;
+  } cases[] = {
+      {16, DISPATCH_METHOD, {}, VT_BOOL},                        // Write
+      {14, DISPATCH_METHOD, {Value("f")}, VT_BOOL},              // AddFile
+      {24, DISPATCH_METHOD, {Value("f"), Value("s")}, VT_BSTR},  // LoadHeaderTextFromFile
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.id);
+    LateResult result;
+    litterTheStack();
+    invoke(media, c.id, c.flags, c.arguments, result);
+    EXPECT_EQ(result.hr, S_FALSE);
+    EXPECT_EQ(result.value.Get().vt, c.type);
+    EXPECT_EQ(result.value.Get().bstrVal, nullptr);
+  }
+}
+
 TEST(Dispatch, WhatDoesNotSucceedLeavesTheCallersValueAlone) {
   RecordingMedia media;
   VARIANT_BOOL flag = 7;

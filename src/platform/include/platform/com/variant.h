@@ -116,6 +116,7 @@ static_assert(sizeof(VARIANT) == 8 + 2 * sizeof(void*));
 inline constexpr WORD VARIANT_NOVALUEPROP = 0x1;
 inline constexpr WORD VARIANT_ALPHABOOL = 0x2;
 
+// Sets the type and nothing else.
 void VariantInit(VARIANT* value);
 // Frees what the value owns and makes it VT_EMPTY.
 HRESULT VariantClear(VARIANT* value);
