@@ -187,5 +187,27 @@ TEST(MediaObject, ACreationThatFindsNoMemoryLosesNoFile) {
   EXPECT_TRUE(outcomes.contains("Cannot create the DICOMDIR file."));
 }
 
+// Also when not even the sentence finds memory.
+TEST(MediaObject, AQuestionAboutTheDiscThatFindsNoMemoryIsAnsweredNo) {
+  const TempDir dir;
+  const MediaCreationKey none(dir.path());
+  for (const GetBool question :
+       {&CQuillonMediaRW::get_CDRWHasContent, &CQuillonMediaRW::get_CDIsRecordable}) {
+    withEachAllocationFailing([&](long n, bool& happened) {
+      CQuillonMediaRW media;
+      VARIANT_BOOL answer = 7;
+      HRESULT hr = S_OK;
+      {
+        const FailingNew failing(n, /*isLasting=*/true);
+        EXPECT_NO_THROW(hr = (media.*question)(&answer)) << n;
+        happened = failing.happened();
+      }
+      EXPECT_EQ(answer, VARIANT_FALSE) << n;
+      EXPECT_EQ(hr, S_FALSE) << n;
+      return std::string();
+    });
+  }
+}
+
 }  // namespace
 }  // namespace quillon::test

@@ -7,17 +7,20 @@ namespace quillon::test {
 
 namespace {
 thread_local long remaining = 0;  // allocations until the one that fails; 0 for none
+thread_local bool allFollow = false;
 thread_local bool hasFailed = false;
 
 bool isTheOne() {
   if (remaining == 0 || --remaining > 0) return false;
   hasFailed = true;
+  if (allFollow) remaining = 1;
   return true;
 }
 }  // namespace
 
-FailingNew::FailingNew(long nth) {
+FailingNew::FailingNew(long nth, bool isLasting) {
   hasFailed = false;
+  allFollow = isLasting;
   remaining = nth;
 }
 

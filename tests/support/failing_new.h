@@ -6,10 +6,10 @@
 
 namespace quillon::test {
 
-// While it lives, the n-th allocation (from 1) of this thread fails, once.
+// While it lives, the n-th allocation (from 1) of this thread fails: once, or all after it as well.
 class FailingNew {
  public:
-  explicit FailingNew(long nth);
+  explicit FailingNew(long nth, bool isLasting = false);
   ~FailingNew();
   FailingNew(const FailingNew&) = delete;
   FailingNew& operator=(const FailingNew&) = delete;

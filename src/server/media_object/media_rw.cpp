@@ -277,7 +277,10 @@ HRESULT CQuillonMediaRW::AskAboutDisc(VARIANT_BOOL* pVal, Question question) {
     builder_.SetErrorMessage(processor.ErrorMessage());
     return S_FALSE;
   } catch (...) {
-    FailAsThrown(builder_, kMsgCannotDetermineMediaType);
+    try {
+      FailAsThrown(builder_, kMsgCannotDetermineMediaType);
+    } catch (...) {  // no memory for the sentence: the answer has to do
+    }
     return S_FALSE;
   }
 }
