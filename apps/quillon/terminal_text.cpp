@@ -1,0 +1,64 @@
+#include "terminal_text.h"
+
+#include <algorithm>
+#include <array>
+
+#include "utf8_sequence.h"
+
+namespace quillon::cli {
+
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+constexpr unsigned char kDelete = 0x7F;
+
+// Characters from first to last are not printed. UTF-8 keeps the order of code points.
+struct Range {
+  std::string_view first;
+  std::string_view last;
+};
+constexpr std::array kUnprintable{
+    Range{"\xC2\x80", "\xC2\x9F"},          // C1 controls, U+0080 to U+009F
+    Range{"\xD8\x9C", "\xD8\x9C"},          // U+061C, Arabic letter mark
+    Range{"\xE2\x80\x8E", "\xE2\x80\x8F"},  // U+200E and U+200F, marks of direction
+    Range{"\xE2\x80\xAA", "\xE2\x80\xAE"},  // U+202A to U+202E, embeddings and overrides
+    Range{"\xE2\x81\xA6", "\xE2\x81\xA9"},  // U+2066 to U+2069, isolates
+};
+
+bool isUnprintable(std::string_view character) {
+  return std::any_of(kUnprintable.begin(), kUnprintable.end(), [character](const Range& range) {
+    return character >= range.first && character <= range.last;
+  });
+}
+
+// U+2400 and the following ones show the control characters, U+2421 the one above them.
+void appendAscii(std::string& out, char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  const bool isControl = byte < 0x20 || byte == kDelete;
+  if (!isControl || c == '\n' || c == '\t') {
+    out += c;
+    return;
+  }
+  out += "\xE2\x90";
+  out += static_cast<char>(byte == kDelete ? 0xA1 : 0x80 + byte);
+}
+
+}  // namespace
+
+std::string forTerminal(std::string_view utf8) {
+  std::string out;
+  out.reserve(utf8.size());
+  while (!utf8.empty()) {
+    const std::size_t bytes = utf8SequenceBytes(utf8);
+    const std::string_view character = utf8.substr(0, bytes);
+    if (bytes == 1) {
+      appendAscii(out, character[0]);
+    } else {
+      out += bytes == 0 || isUnprintable(character) ? kReplacement : character;
+    }
+    utf8.remove_prefix(bytes == 0 ? 1 : bytes);
+  }
+  return out;
+}
+
+}  // namespace quillon::cli

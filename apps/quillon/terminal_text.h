@@ -1,0 +1,15 @@
+// What files hold, as it may be printed: names and values come from whoever made the file, and a
+// terminal obeys characters that are not to be seen.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace quillon::cli {
+
+// Well-formed UTF-8 in which a terminal finds nothing to obey and nothing turns the direction of
+// other text: control characters but newline and tab become their pictures, C1 controls, characters
+// that set a direction and bytes that are no UTF-8 become U+FFFD.
+std::string forTerminal(std::string_view utf8);
+
+}  // namespace quillon::cli
