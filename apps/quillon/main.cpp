@@ -2,6 +2,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
+#include <string>
 
 #include "create_command.h"
 #include "disc_command.h"
@@ -16,6 +17,17 @@ namespace {
 constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
 
+// CLI11 takes "--root=" for "--root", whose value is then whatever stands next.
+void refuseEmptyValues(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string argument = argv[i];
+    if (argument == "--") return;  // paths
+    if (argument.starts_with("--") && argument.find('=') == argument.size() - 1) {
+      throw CLI::ArgumentMismatch(argument + " has no value behind it");
+    }
+  }
+}
+
 int run(int argc, char** argv) {
   CLI::App program("Makes DICOM interchange media: a file set with DICOMDIR and label", "quillon");
   program.set_version_flag("--version", "quillon " QUILLON_VERSION);
@@ -29,6 +41,7 @@ int run(int argc, char** argv) {
   quillon::cli::addWipeCommand(program, exitStatus);
   quillon::cli::addRegisterCommands(program, exitStatus);
   try {
+    refuseEmptyValues(argc, argv);
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? 0 : kExitUsage;

@@ -18,8 +18,10 @@ std::string shippedStylesheet(const std::string& name) {
 
 }  // namespace
 
+bool isTextStylesheet(const std::string& given) { return given == "text"; }
+
 std::string stylesheetLocation(const std::string& given) {
-  return given == "text" || given == "html" ? shippedStylesheet(given) : given;
+  return isTextStylesheet(given) || given == "html" ? shippedStylesheet(given) : given;
 }
 
 std::string xmlStylesheetLocation() { return shippedStylesheet("xml"); }

@@ -9,6 +9,9 @@ namespace quillon::cli {
 // "html"); otherwise `given`, which is a path or a URL.
 std::string stylesheetLocation(const std::string& given);
 
+// Whether `given` names the shipped stylesheet that writes for a terminal.
+bool isTextStylesheet(const std::string& given);
+
 // The one that gives the header's own XML back.
 std::string xmlStylesheetLocation();
 
