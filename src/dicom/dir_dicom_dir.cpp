@@ -112,7 +112,7 @@ DcCode DcDirDicomDir::write(const char* rootPath) {
   try {
     DcDirWriter writer(*this);
     const DcCode rc = writer.encode();
-    return rc == kDcOk ? writer.save((root + "/DICOMDIR").c_str()) : rc;
+    return rc == kDcOk ? writer.save(root + "/DICOMDIR") : rc;
   } catch (const std::bad_alloc&) {
     return kDcNoMemory;
   }

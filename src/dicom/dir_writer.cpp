@@ -143,16 +143,21 @@ DcCode DcDirWriter::encode() {
   return rc;
 }
 
-DcCode DcDirWriter::save(const char* fileName) const {
+DcCode DcDirWriter::save(const std::string& fileName) const {
+  const std::string newName = fileName + ".NEW";
+  // What an interrupted writing left goes; created anew, because a link would lead elsewhere.
+  DcFile::remove(newName.c_str());
   DcFile file;
-  if (!file.open(fileName, DcFile::Mode::CreateOrTruncate)) {
-    dcLog(DcLogLevel::Error, kFunction, "Error opening file - '%s'", fileName);
+  if (!DcFile::isReplaceable(fileName.c_str()) ||
+      !file.open(newName.c_str(), DcFile::Mode::CreateNew)) {
+    dcLog(DcLogLevel::Error, kFunction, "Error opening file - '%s'", fileName.c_str());
     return kDcOpenFailed;
   }
   // A full disk may only show when the data is flushed or the file closed.
   const bool written = file.write(bytes_.data(), bytes_.size()) && file.flush();
-  if (file.close() && written) return kDcOk;
-  dcLog(DcLogLevel::Error, kFunction, "File '%s', rc - 0x%04x ", fileName, kDcReadFailed);
+  if (file.close() && written && DcFile::replace(newName.c_str(), fileName.c_str())) return kDcOk;
+  DcFile::remove(newName.c_str());
+  dcLog(DcLogLevel::Error, kFunction, "File '%s', rc - 0x%04x ", fileName.c_str(), kDcReadFailed);
   return kDcReadFailed;
 }
 

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "dicom/types.h"
@@ -21,8 +22,9 @@ class DcDirWriter {
 
   // All bytes of the file; kDcFileTooLarge above 512 MiB. Stores the records' offsets.
   DcCode encode();
-  // Creates or truncates the file and writes them in one piece.
-  DcCode save(const char* fileName) const;
+  // Writes them in one piece under another name (fileName and ".NEW"), brings them to the disk and
+  // then gives them their own: fileName is what it was, or whole, also after a crash.
+  DcCode save(const std::string& fileName) const;
 
  private:
   struct MrdrLink {

@@ -24,6 +24,9 @@ bool DcFile::open(const char* fileName, Mode mode) {
   if (mode == Mode::CreateOrTruncate) {
     access = GENERIC_WRITE;
     disposition = CREATE_ALWAYS;
+  } else if (mode == Mode::CreateNew) {
+    access = GENERIC_WRITE;
+    disposition = CREATE_NEW;
   } else if (mode == Mode::Append) {
     access = FILE_APPEND_DATA;
     disposition = OPEN_ALWAYS;
@@ -102,5 +105,17 @@ bool DcFile::status(const char* fileName, std::uint64_t& sizeBytes) {
   sizeBytes = (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
   return true;
 }
+
+bool DcFile::isReplaceable(const char* fileName) {
+  const DWORD attributes = GetFileAttributesA(fileName);
+  return attributes == INVALID_FILE_ATTRIBUTES ||
+         (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) == 0;
+}
+
+bool DcFile::replace(const char* fileName, const char* newName) {
+  return MoveFileExA(fileName, newName, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+bool DcFile::remove(const char* fileName) { return DeleteFileA(fileName) != 0; }
 
 }  // namespace quillon

@@ -207,6 +207,10 @@ TEST_F(Files, AMoveReplacesOnlyWhenAsked) {
   EXPECT_TRUE(MoveFileExW(u"a", u"b", MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH));
   EXPECT_EQ(contentOf("b"), "source");
   EXPECT_FALSE(fs::exists("a"));
+  EXPECT_TRUE(MoveFileExA("b", ".\\\xC3\xA4", MOVEFILE_REPLACE_EXISTING));
+  EXPECT_EQ(contentOf("\xC3\xA4"), "source");
+  EXPECT_FALSE(MoveFileExA(nullptr, "c", 0));
+  EXPECT_EQ(GetLastError(), 2U);
 }
 
 TEST_F(Files, MovingOntoTheSameFileNeverLosesIt) {

@@ -146,6 +146,16 @@ void syncNames(const NativePath& from, const NativePath& to) {
   if (source != target) syncDirectory(source);
 }
 
+BOOL moveFile(const NativePath& from, const NativePath& to, DWORD flags) {
+  // A copy between file systems is the caller's: it knows what must be on the disk, and when.
+  if ((flags & MOVEFILE_COPY_ALLOWED) != 0) return failWith(ERROR_NOT_SUPPORTED);
+  if (from.text.empty()) return failWith(ERROR_FILE_NOT_FOUND);
+  if (to.text.empty()) return failWith(ERROR_PATH_NOT_FOUND);
+  if (renamePath(from, to, (flags & MOVEFILE_REPLACE_EXISTING) != 0) == FALSE) return FALSE;
+  if ((flags & MOVEFILE_WRITE_THROUGH) != 0) syncNames(from, to);
+  return TRUE;
+}
+
 }  // namespace
 }  // namespace quillon::platform
 
@@ -184,13 +194,9 @@ BOOL WINAPI DeleteFileW(LPCWSTR fileName) { return removeFile(translatePath(file
 BOOL WINAPI DeleteFileA(LPCSTR fileName) { return removeFile(translateNarrow(fileName)); }
 
 BOOL WINAPI MoveFileExW(LPCWSTR existing, LPCWSTR target, DWORD flags) {
-  // A copy between file systems is the caller's: it knows what must be on the disk, and when.
-  if ((flags & MOVEFILE_COPY_ALLOWED) != 0) return failWith(ERROR_NOT_SUPPORTED);
-  const NativePath from = translatePath(existing);
-  const NativePath to = translatePath(target);
-  if (from.text.empty()) return failWith(ERROR_FILE_NOT_FOUND);
-  if (to.text.empty()) return failWith(ERROR_PATH_NOT_FOUND);
-  if (renamePath(from, to, (flags & MOVEFILE_REPLACE_EXISTING) != 0) == FALSE) return FALSE;
-  if ((flags & MOVEFILE_WRITE_THROUGH) != 0) syncNames(from, to);
-  return TRUE;
+  return moveFile(translatePath(existing), translatePath(target), flags);
+}
+
+BOOL WINAPI MoveFileExA(LPCSTR existing, LPCSTR target, DWORD flags) {
+  return moveFile(translateNarrow(existing), translateNarrow(target), flags);
 }

@@ -43,9 +43,10 @@ class DcDirDicomDir final : public DcDirRec {
   // walking the Directory Record Sequence. Then each record whose (0004,1504) is the offset of an
   // MRDR is linked to it, as linkRecToMrdr does; one whose MRDR is not there has no file ID.
   DcCode read();
-  // Writes it there, or in rootPath (which is not kept). Nothing is created or truncated before
-  // all bytes are ready. kDcReadFailed when they did not all reach the disk; what is in the file
-  // then is undefined. Written again without changes it has the same bytes.
+  // Writes it there, or in rootPath (which is not kept). The bytes are brought to the disk as
+  // DICOMDIR.NEW, which then takes the place of a DICOMDIR; that one is as it was whenever writing
+  // fails, also where it is a second name of a file or a link. kDcReadFailed when the bytes did not
+  // all reach the disk. Written again without changes it has the same bytes.
   DcCode write(const char* rootPath = nullptr);
   // Finds the record that refers to a file; the last one when a DICOMDIR that was read has more.
   // kDcNoRecords in an empty DICOMDIR, kDcNotInList when no record does; null then.

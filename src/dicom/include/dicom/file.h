@@ -9,7 +9,7 @@ namespace quillon {
 
 class DcFile {
  public:
-  enum class Mode { Read, CreateOrTruncate, Append };
+  enum class Mode { Read, CreateNew, CreateOrTruncate, Append };
 
   DcFile() = default;
   ~DcFile();
@@ -33,6 +33,12 @@ class DcFile {
 
   // Size of a regular file; false when there is none of that name.
   static bool status(const char* fileName, std::uint64_t& sizeBytes);
+  // Whether a new file may take the place of that name: no directory or write-protected file has
+  // it.
+  static bool isReplaceable(const char* fileName);
+  // Gives a file another name in its directory; a file (or link) that has it goes.
+  static bool replace(const char* fileName, const char* newName);
+  static bool remove(const char* fileName);
 
  private:
   void* handle_ = nullptr;

@@ -135,6 +135,7 @@ BOOL WINAPI DeleteFileA(LPCSTR fileName);
 // the file: after a power cut it is whole under its old name or whole under its new one. With
 // MOVEFILE_WRITE_THROUGH the new name is on the disk when this succeeds.
 BOOL WINAPI MoveFileExW(LPCWSTR existing, LPCWSTR target, DWORD flags);
+BOOL WINAPI MoveFileExA(LPCSTR existing, LPCSTR target, DWORD flags);
 
 BOOL WINAPI CreateDirectoryW(LPCWSTR path, LPSECURITY_ATTRIBUTES security);
 BOOL WINAPI RemoveDirectoryW(LPCWSTR path);
