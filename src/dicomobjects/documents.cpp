@@ -1,7 +1,14 @@
 #include "dicomobjects/documents.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <limits>
+#include <string>
+#include <utility>
 
+#include "dicom/convert.h"
+#include "dicom/elem_sq.h"
 #include "value_text.h"
 
 namespace quillon {
@@ -10,6 +17,47 @@ namespace {
 
 constexpr std::size_t kMaxTextChars = 1024;
 constexpr TextView kVerified = OLESTR("VERIFIED");
+constexpr DcTag kVerificationDateTime = dcTag(0x0040, 0xA030);
+constexpr DcTag kVerifyingObserverSequence = dcTag(0x0040, 0xA073);
+
+// Microseconds since 1970; one without an offset from UTC counts as it stands. What is no date and
+// time is before all others.
+std::int64_t PointInTime(const std::string& text) {
+  DcElemValueDT value;
+  if (utilStrgToValue(kVerificationDateTime, text, &value) != kDcOk) {
+    return std::numeric_limits<std::int64_t>::min();
+  }
+  const auto microseconds = [](const DcElemValueTM& time) {
+    return std::int64_t{time.hour * 60 + time.minute} * 60'000'000 +
+           std::llround(time.second * 1e6);
+  };
+  const std::chrono::sys_days day{std::chrono::year{value.date.year} / value.date.month /
+                                  value.date.day};
+  const std::int64_t offset = microseconds(value.offset);
+  return std::chrono::microseconds(day.time_since_epoch()).count() + microseconds(value.time) -
+         (value.offsetSign == '-' ? -offset : offset);
+}
+
+// Where a verified report says when: reports as the standard has them say it once for each
+// observer, and the last of them counts. The path of the report's own when none does.
+std::string VerificationPath(const CDicomUtil& util, std::string_view own) {
+  const DcElemList* list = util.GetElementList();
+  if (list == nullptr || list->contains(kVerificationDateTime)) return std::string(own);
+  const auto* observers = dynamic_cast<const DcElemSq*>(list->find(kVerifyingObserverSequence));
+  std::size_t latestFromOne = 0;
+  std::int64_t latest = 0;
+  for (std::size_t i = 0; observers != nullptr && i < observers->itemCount(); ++i) {
+    const DcElem* element = observers->item(i)->find(kVerificationDateTime);
+    if (element == nullptr) continue;
+    const std::string* text = element->stringValue(0);
+    const std::int64_t when = PointInTime(text != nullptr ? *text : std::string());
+    if (latestFromOne != 0 && when <= latest) continue;
+    latestFromOne = i + 1;
+    latest = when;
+  }
+  if (latestFromOne == 0) return std::string(own);
+  return "0040a073,SQ," + std::to_string(latestFromOne) + ":" + std::string(own);
+}
 
 }  // namespace
 
@@ -83,7 +131,12 @@ CStructuredReport::CStructuredReport()
 
 bool CStructuredReport::ReadVerificationDateTime(CDicomUtil& util) {
   verificationDateTime_.value.clear();
-  return verificationFlag_.value != kVerified || ReadAttribute(util, verificationDateTime_);
+  if (verificationFlag_.value != kVerified) return true;
+  const std::string path = VerificationPath(util, verificationDateTime_.tagPath);
+  DocumentAttribute found{path, verificationDateTime_.storeMessage};
+  const bool isRead = ReadAttribute(util, found);
+  verificationDateTime_.value = std::move(found.value);
+  return isRead;
 }
 
 bool CStructuredReport::ReadFromDicom(CDicomUtil& util) {

@@ -98,6 +98,49 @@ TEST(StructuredReports, HaveAVerificationTimeOnlyWhenVerified) {
   EXPECT_FALSE(readInto(document, elements(kReport).without(0x0040A030)));
 }
 
+TEST(StructuredReports, AreVerifiedWhenTheirLastObserverDidIt) {
+  const test::UncheckedValues asInTheProgram;
+  const struct {
+    const char* what;
+    std::vector<const char*> times;  // of the observers in their order; null for one without
+    const char* expected;            // null when there is none
+  } cases[] = {
+      {"one", {"20100101120000"}, "20100101120000"},
+      {"the last", {"20090101120000", "20100101120000"}, "20100101120000"},
+      {"the first", {"20100101120000", "20090101120000"}, "20100101120000"},
+      {"a fraction later", {"20100101120000.5", "20100101120000.25"}, "20100101120000.5"},
+      {"later by its offset", {"20100101120000+0100", "20100101113000"}, "20100101113000"},
+      {"west of it", {"20100101120000-0100", "20100101123000+0000"}, "20100101120000-0100"},
+      {"the same point", {"20100101120000+0100", "20100101110000+0000"}, "20100101120000+0100"},
+      {"before 1970", {"19601231", "19690101"}, "19690101"},
+      {"a date alone", {"20100101", "20091231235959"}, "20100101"},
+      {"no date", {"yesterday", "20090101120000", ""}, "20090101120000"},
+      {"nothing but no date", {"yesterday"}, "yesterday"},
+      {"empty", {""}, ""},
+      {"one without", {nullptr, "20090101120000"}, "20090101120000"},
+      {"none with one", {nullptr}, nullptr},
+      {"no observers", {}, nullptr},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    std::vector<ElementMap> observers;
+    for (const char* time : c.times) {
+      ElementMap observer = ElementMap().text(0x0040A027, "LO", "Hospital");
+      observers.push_back(time == nullptr ? observer : observer.text(0x0040A030, "DT", time));
+    }
+    ElementMap map = elements(kReport).sequence(0x0040A073, observers);
+    Report document;
+    ASSERT_TRUE(readInto(document, map));
+    EXPECT_EQ(Plain(document.VerificationDateTime()), "20090307120000") << "its own comes first";
+    EXPECT_EQ(readInto(document, map.without(0x0040A030)), c.expected != nullptr);
+    EXPECT_EQ(Plain(document.VerificationDateTime()), c.expected != nullptr ? c.expected : "");
+    EXPECT_EQ(Plain(document.ErrorMessage()),
+              c.expected != nullptr
+                  ? ""
+                  : "Cannot retrieve the \"0040a030,DT\" structured report tag value.");
+  }
+}
+
 // A text that cannot be stored leaves its sentence and an empty field, and the document is taken;
 // one that is absent, or empty while values are required, refuses the document.
 template <typename Document>

@@ -100,7 +100,8 @@ class CStructuredReport : public CDicomDocument {
   [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_.value; }
   [[nodiscard]] const Text& CompletionFlag() const { return completionFlag_.value; }
   [[nodiscard]] const Text& VerificationFlag() const { return verificationFlag_.value; }
-  // Empty unless the verification flag is "VERIFIED".
+  // Empty unless the verification flag is "VERIFIED". The report's own (0040,A030), else the latest
+  // of those in its Verifying Observer Sequence (0040,A073).
   [[nodiscard]] const Text& VerificationDateTime() const { return verificationDateTime_.value; }
   [[nodiscard]] const Text& ContentDate() const { return contentDate_.value; }
   [[nodiscard]] const Text& ContentTime() const { return contentTime_.value; }
