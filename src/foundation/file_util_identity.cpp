@@ -1,4 +1,5 @@
 // The part of CFileUtil that tells files apart by what they are, not by their names.
+#include "climbing.h"
 #include "file_identity.h"
 #include "foundation/file_util.h"
 #include "path_parts.h"
@@ -71,10 +72,12 @@ bool CFileUtil::LiesWithin(TextView path, TextView directory) {
   Text current(path);
   FileIdentity identity;
   if (!FindExisting(current, identity)) return false;
+  current = RealPath(current);
   // The root's parent is the root.
   for (FileIdentity parent; !(identity == wanted); identity = parent) {
-    current += OLESTR("\\..");
-    if (!ReadIdentity(current, parent) || parent == identity) return false;
+    if (!ClimbToParent(current) || !ReadIdentity(current, parent) || parent == identity) {
+      return false;
+    }
   }
   return true;
 }
