@@ -2,6 +2,7 @@
 #include "foundation/file_util.h"
 #include "foundation/find_handle.h"
 #include "path_parts.h"
+#include "read_only.h"
 
 namespace quillon {
 namespace {
@@ -51,21 +52,22 @@ bool CFileUtil::ChangeDirectory(TextView path) {
 bool CFileUtil::DirectoryOperation(TextView path, DirectoryOp op) {
   if (!ValidatePath(path)) return false;
   const Text name(path);
-  BOOL done = FALSE;
+  bool done = false;
   switch (op) {
     case DirectoryOp::ChangeTo:
-      done = SetCurrentDirectoryW(name.c_str());
+      done = SetCurrentDirectoryW(name.c_str()) != FALSE;
       break;
     case DirectoryOp::Create:
-      done = CreateDirectoryW(name.c_str(), nullptr);
+      done = CreateDirectoryW(name.c_str(), nullptr) != FALSE;
       break;
     case DirectoryOp::Remove:
-      done = RemoveDirectoryW(name.c_str());
+      done = DespiteReadOnly(name, ClearReadOnly,
+                             [&name] { return RemoveDirectoryW(name.c_str()) != FALSE; });
       break;
     default:
       return Fail(kMsgDirectoryOperationInvalid);
   }
-  return done != FALSE || FailDirectoryOperation(path, op, GetLastError());
+  return done || FailDirectoryOperation(path, op, GetLastError());
 }
 
 bool CFileUtil::FailDirectoryOperation(TextView path, DirectoryOp op, DWORD code) {

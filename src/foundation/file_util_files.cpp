@@ -6,6 +6,7 @@
 #include "file_identity.h"
 #include "foundation/file_util.h"
 #include "path_parts.h"
+#include "read_only.h"
 
 namespace quillon {
 
@@ -61,6 +62,13 @@ HANDLE OpenBeside(const Text& path, Text& name) {
   return file;
 }
 
+// Gives the file a name in the place of what has it.
+bool Rename(const Text& to, const Text& from, DWORD flags) {
+  return DespiteReadOnly(to, ClearReadOnly, [&] {
+    return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | flags) != FALSE;
+  });
+}
+
 bool SeekToEnd(HANDLE file) {
   LARGE_INTEGER distance{};
   return SetFilePointerEx(file, distance, nullptr, FILE_END) != FALSE;
@@ -80,8 +88,9 @@ bool IsMissing(HANDLE stream) { return stream == nullptr || stream == INVALID_HA
 
 bool CFileUtil::DeleteFile(TextView path) {
   if (!ValidatePath(path)) return false;
-  if (DeleteFileW(Text(path).c_str()) != FALSE) return true;
-  return FailAt(path, kMsgCannotDeleteFile, {path});
+  const Text name(path);
+  const auto remove = [&name] { return DeleteFileW(name.c_str()) != FALSE; };
+  return DespiteReadOnly(name, ClearReadOnly, remove) || FailAt(path, kMsgCannotDeleteFile, {path});
 }
 
 bool CFileUtil::CopyFile(TextView dst, TextView src, bool append) {
@@ -143,7 +152,10 @@ bool CFileUtil::MoveFile(TextView dst, TextView src) {
   const bool isLink = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
   // Nobody waits for the disk here: after a power cut the file is whole under one name or the
   // other.
-  if (!isLink && MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) != FALSE) {
+  if (!isLink && Rename(to, from, /*flags=*/0)) {
+    // The mark says nothing of what the file is for now, and would keep it where it is. It stays
+    // when the user's own names of the file would lose it.
+    if ((data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0) ClearReadOnlyOfSoleName(to);
     return true;
   }
   return CopyAndReplace(to, from) && DeleteFile(src);
@@ -165,8 +177,7 @@ bool CFileUtil::CopyAndReplace(const Text& dst, const Text& src) {
   OpenFile to(OpenBeside(dst, copy));
   if (!to.IsOpen()) return FailAt(dst, kMsgCannotOpenFile, {dst});
   bool done = CopyOpened(to, from, /*append=*/false, dst, src);
-  if (done && MoveFileExW(copy.c_str(), dst.c_str(),
-                          MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == FALSE) {
+  if (done && !Rename(dst, copy, MOVEFILE_WRITE_THROUGH)) {
     done = FailAt(dst, kMsgCannotOpenFile, {dst});
   }
   if (done) return true;
@@ -181,8 +192,16 @@ bool CFileUtil::WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, T
   if (data == nullptr) return Fail(kMsgDataBufferInvalid);
   if (lengthBytes == 0) return Fail(kMsgDataBufferLengthInvalid);
   if (path.empty()) return Fail(kMsgPathNameInvalid);
-  OpenFile file(OpenToWrite(Text(path), append ? OPEN_ALWAYS : CREATE_ALWAYS));
-  if (!file.IsOpen()) return FailAt(path, kMsgCannotOpenFile, {path});
+  const Text name(path);
+  HANDLE opened = INVALID_HANDLE_VALUE;
+  const auto open = [&] {
+    opened = OpenToWrite(name, append ? OPEN_ALWAYS : CREATE_ALWAYS);
+    return opened != INVALID_HANDLE_VALUE;
+  };
+  if (!(append ? open() : DespiteReadOnly(name, ClearReadOnlyOfSoleName, open))) {
+    return FailAt(path, kMsgCannotOpenFile, {path});
+  }
+  OpenFile file(opened);
   if (append && !SeekToEnd(file.Get())) return FailAt(path, kMsgCannotAppendTo, {path});
   if (!WriteChunks(file.Get(), data, lengthBytes, path)) return false;
   return file.Close() || FailAt(path, kMsgCannotCloseFile, {path});

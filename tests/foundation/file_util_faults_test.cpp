@@ -142,6 +142,15 @@ TEST_F(FileFaults, AListingThatBreaksOffIsAFailure) {
   }
 }
 
+TEST_F(FileFaults, AReadOnlyFileThatCannotBeDeletedStaysReadOnly) {
+  fs::permissions("old", fs::perms{0444});
+  const FailingCall failing(Call::Unlink, 0, EBUSY);
+  EXPECT_FALSE(files_.DeleteFile(Wide("old")));
+  EXPECT_EQ(ErrorOf(files_), "Cannot delete the file " + Name("old") + ".");
+  EXPECT_EQ(Plain(files_.FailedReason()), "The requested resource is in use.");
+  EXPECT_EQ(fs::status("old").permissions(), fs::perms{0444});
+}
+
 TEST_F(FileFaults, WithoutMemoryNothingIsCopied) {
   const auto outcomes = test::withEachAllocationFailing([&](long n, bool& happened) {
     Write("dst", "earlier");

@@ -138,6 +138,37 @@ TEST_F(Files, FilesOfAMultipleOf4GiBAreMoved) {
   EXPECT_FALSE(Exists("src"));
 }
 
+// Files from a CD are marked read-only, which must keep nobody from making a set of them, nor from
+// clearing it away.
+TEST_F(Files, ReadOnlyFilesAreMovedReplacedAndDeleted) {
+  const auto writeReadOnly = [&](const char* name) {
+    Write(name, "content");
+    fs::permissions(dir_ / name, fs::perms{0444});
+  };
+  const auto isReadOnly = [&](const char* name) {
+    return (fs::status(dir_ / name).permissions() & fs::perms{0222}) == fs::perms::none;
+  };
+  writeReadOnly("src");
+  writeReadOnly("dst");
+  EXPECT_TRUE(files_.MoveFile(Wide("dst"), Wide("src"))) << ErrorOf(files_);
+  EXPECT_FALSE(Exists("src"));
+  EXPECT_EQ(Read("dst"), "content");
+  EXPECT_FALSE(isReadOnly("dst"));
+
+  writeReadOnly("label");
+  const std::uint8_t bytes[] = {'n', 'e', 'w'};
+  EXPECT_FALSE(files_.WriteData(bytes, 3, Wide("label"), /*append=*/true));
+  EXPECT_EQ(ErrorOf(files_), CannotOpen("label"));
+  EXPECT_TRUE(isReadOnly("label"));
+  EXPECT_TRUE(files_.WriteData(bytes, 3, Wide("label"), /*append=*/false)) << ErrorOf(files_);
+  EXPECT_EQ(Read("label"), "new");
+
+  writeReadOnly("tree/IM1");
+  writeReadOnly("tree/sub/IM2");
+  EXPECT_TRUE(files_.DeleteDirectoryTree(Wide("tree"), /*recurse=*/true)) << ErrorOf(files_);
+  EXPECT_FALSE(Exists("tree"));
+}
+
 TEST_F(Files, DeleteTakesFilesOnly) {
   Write("file", "x");
   fs::create_directory(dir_ / "dir");

@@ -213,6 +213,40 @@ TEST_F(Files, AMoveReplacesOnlyWhenAsked) {
   EXPECT_EQ(GetLastError(), 2U);
 }
 
+TEST_F(Files, AReadOnlyFileIsNeitherDeletedNorReplacedNorWrittenTo) {
+  const auto opens = [](DWORD access, DWORD disposition) {
+    const HANDLE file = CreateFileW(u"kept", access, 0, nullptr, disposition, 0, nullptr);
+    return file != INVALID_HANDLE_VALUE && CloseHandle(file);
+  };
+  const std::pair<const char*, std::function<bool()>> cases[] = {
+      {"delete", [] { return DeleteFileW(u"kept") != FALSE; }},
+      {"replace",
+       [] { return MoveFileExW(u"other", u"kept", MOVEFILE_REPLACE_EXISTING) != FALSE; }},
+      {"write", [&] { return opens(GENERIC_WRITE, OPEN_EXISTING); }},
+      {"append", [&] { return opens(FILE_APPEND_DATA, OPEN_ALWAYS); }},
+      {"empty", [&] { return opens(GENERIC_WRITE, CREATE_ALWAYS); }},
+      {"empty unread", [&] { return opens(0, CREATE_ALWAYS); }},
+  };
+  std::ofstream("kept") << "content";
+  std::ofstream("other") << "other";
+  ASSERT_TRUE(SetFileAttributesW(u"kept", FILE_ATTRIBUTE_READONLY));
+  for (const auto& [what, operation] : cases) {
+    SCOPED_TRACE(what);
+    EXPECT_FALSE(operation());
+    EXPECT_EQ(GetLastError(), 5U);
+    EXPECT_EQ(contentOf("kept"), "content");
+    EXPECT_EQ(contentOf("other"), "other");
+  }
+  EXPECT_TRUE(opens(GENERIC_READ, OPEN_EXISTING));
+  EXPECT_TRUE(MoveFileExW(u"kept", u"moved", 0)) << "it may be renamed";
+  // A file is not kept by one of its names, nor by a link to it.
+  fs::create_hard_link("moved", "second");
+  fs::create_symlink("moved", "link");
+  EXPECT_TRUE(DeleteFileW(u"second"));
+  EXPECT_TRUE(DeleteFileW(u"link"));
+  EXPECT_FALSE(DeleteFileW(u"moved"));
+}
+
 TEST_F(Files, MovingOntoTheSameFileNeverLosesIt) {
   std::ofstream("a") << "content";
   fs::create_directory("sub");

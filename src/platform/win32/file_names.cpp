@@ -24,6 +24,12 @@ bool statusAt(int directory, const char* name, struct stat& status, bool& isLink
   return true;
 }
 
+bool isKept(const struct stat& status) {
+  if (!S_ISREG(status.st_mode) || (status.st_mode & 0222) != 0 || status.st_nlink != 1)
+    return false;
+  return ::geteuid() == 0 || ::geteuid() == status.st_uid;
+}
+
 DWORD attributesOf(const struct stat& status, bool isLink) {
   DWORD attributes = 0;
   if (S_ISDIR(status.st_mode)) {
@@ -71,7 +77,7 @@ BOOL removeFile(const NativePath& path) {
   bool isLink = false;
   if (!statusAt(AT_FDCWD, path.c_str(), status, isLink)) return failWithErrno(errno, path);
   // A link to a directory is a directory on Windows; RemoveDirectoryW takes it away.
-  if (S_ISDIR(status.st_mode)) return failWith(ERROR_ACCESS_DENIED);
+  if (S_ISDIR(status.st_mode) || (!isLink && isKept(status))) return failWith(ERROR_ACCESS_DENIED);
   return ::unlink(path.c_str()) == 0 ? TRUE : failWithErrno(errno, path);
 }
 
@@ -112,7 +118,9 @@ BOOL replaceTarget(const NativePath& from, const NativePath& to) {
       if (isSameName(from, to)) return TRUE;
       return ::unlink(from.c_str()) == 0 ? TRUE : failWithErrno(errno, from);
     }
-    if (S_ISDIR(source.st_mode) || S_ISDIR(target.st_mode)) return failWith(ERROR_ACCESS_DENIED);
+    if (S_ISDIR(source.st_mode) || S_ISDIR(target.st_mode) || isKept(target)) {
+      return failWith(ERROR_ACCESS_DENIED);
+    }
   }
   return ::rename(from.c_str(), to.c_str()) == 0 ? TRUE : failRename(errno, from, to);
 }

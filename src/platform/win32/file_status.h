@@ -11,6 +11,11 @@ namespace quillon::platform {
 // nowhere answers as an empty file. False leaves errno.
 bool statusAt(int directory, const char* name, struct stat& status, bool& isLink);
 
+// Whether a file is kept from being deleted and replaced, as a read-only one is on Windows. Only
+// one whose mark the caller can take away: another user's file goes by the rights of its directory,
+// and one with other names can go without those losing the mark.
+bool isKept(const struct stat& status);
+
 DWORD attributesOf(const struct stat& status, bool isLink);
 FILETIME fileTimeOf(const timespec& time);
 

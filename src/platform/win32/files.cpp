@@ -138,8 +138,11 @@ DWORD admit(FileHandle& file, const Opened& opened, const NativePath& path, DWOR
   if (!isUsable(opened.descriptor, flags, status)) return ERROR_ACCESS_DENIED;
   if (S_ISDIR(status.st_mode)) return keepDirectory(opened.descriptor, access, share);
   if (!S_ISREG(status.st_mode)) return ERROR_SUCCESS;
-  if (!openFiles().add(&file, status, access, share)) return ERROR_SHARING_VIOLATION;
   const bool empties = disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING;
+  // The kernel lets root write to a read-only file, Windows nobody.
+  const bool isReadOnly = (status.st_mode & 0222) == 0;
+  if (opened.existed && isReadOnly && (isWriting(access) || empties)) return ERROR_ACCESS_DENIED;
+  if (!openFiles().add(&file, status, access, share)) return ERROR_SHARING_VIOLATION;
   if (empties && opened.existed && !emptyFile(opened.descriptor, access, path)) {
     const DWORD code = codeOfErrno(errno);
     openFiles().remove(&file);

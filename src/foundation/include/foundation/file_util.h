@@ -94,18 +94,20 @@ class CFileUtil : public CBaseItem {
 
   // ---- files
 
+  // Read-only files too, as the deletions above.
   bool DeleteFile(TextView path);
   // Copies the bytes of one file, over dst when that exists. Fails as GetFileSize64 does for src,
   // and when both name one file. A failure can leave part of dst.
   bool CopyFile(TextView dst, TextView src, bool append);
   // Gives src the name dst in the place of a file or link of that name, whose other names and
   // target stay as they are: by renaming within a file system, else by a copy beside dst that is on
-  // the disk under that name before src is deleted. A symbolic link is copied, never moved. On
+  // the disk under that name before src is deleted. A symbolic link is copied, never moved. Neither
+  // file need be writable; what was moved is, unless src has other names that would become so. On
   // failure src is whole in its place, and what dst was too (or both are whole, when only deleting
   // src failed).
   bool MoveFile(TextView dst, TextView src);
   // Writes lengthBytes (at least 1) to a file that is created when missing; with append behind what
-  // it holds, else in its place. On the disk when it succeeds.
+  // it holds, else in its place, also when that was read-only. On the disk when it succeeds.
   bool WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path, bool append);
   // The same with the bytes of a buffer, which must hold some.
   bool WriteBuffer(const CBuffer& buffer, TextView path, bool append);

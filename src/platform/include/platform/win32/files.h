@@ -128,7 +128,8 @@ DWORD WINAPI GetFileAttributesA(LPCSTR fileName);
 BOOL WINAPI SetFileAttributesW(LPCWSTR fileName, DWORD attributes);
 
 // A read-only file is not deleted, and none takes its place: both fail with 5, as does opening one
-// for writing.
+// for writing. Not so, for what deletes or replaces it, when it is another user's or has other
+// names: taking the mark away first is then refused, or would change those.
 BOOL WINAPI DeleteFileW(LPCWSTR fileName);
 BOOL WINAPI DeleteFileA(LPCSTR fileName);
 // A move between file systems fails with 17, MOVEFILE_COPY_ALLOWED with 50. A rename never loses
@@ -148,8 +149,8 @@ BOOL WINAPI SetCurrentDirectoryW(LPCWSTR path);
 // small. A directory below a drive directory that was entered by its drive is named by it ("C:\A").
 DWORD WINAPI GetCurrentDirectoryW(DWORD bufferUnits, LPWSTR buffer);
 DWORD WINAPI GetFullPathNameW(LPCWSTR fileName, DWORD bufferUnits, LPWSTR buffer, LPWSTR* filePart);
-// $TMPDIR, else a directory of the user's own that nobody else can enter: $XDG_RUNTIME_DIR, else
-// $XDG_CACHE_HOME/quillon (with ~/.cache for XDG_CACHE_HOME), which is made. Ends in a separator.
+// $TMPDIR, else a directory of the user's own that nobody else can enter: $XDG_CACHE_HOME/quillon
+// (with ~/.cache for XDG_CACHE_HOME), which is made, else $XDG_RUNTIME_DIR. Ends in a separator.
 // When there is neither: 0.
 DWORD WINAPI GetTempPathW(DWORD bufferUnits, LPWSTR buffer);
 // Creates all missing directories of an absolute path; answers 0 or the code.
