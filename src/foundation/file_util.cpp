@@ -134,6 +134,8 @@ bool CFileUtil::GetTempDirectory(Text& out, bool create, bool addSubdirectory) {
   OLECHAR directory[kMaxPathChars + 1];
   const DWORD length = GetTempPathW(static_cast<DWORD>(std::size(directory)), directory);
   if (length == 0 || length >= std::size(directory)) {
+    // What does not fit is no failure for the platform, which answers with its length.
+    if (length != 0) SetLastError(ERROR_FILENAME_EXCED_RANGE);
     SetErrorFromLastError();
     return false;
   }

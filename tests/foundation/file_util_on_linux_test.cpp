@@ -3,12 +3,12 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <functional>
 #include <memory>
 
 #include "foundation/file_util.h"
 #include "foundation_test_support.h"
+#include "support/workstation_settings.h"
 
 namespace quillon {
 namespace {
@@ -117,6 +117,20 @@ TEST_F(LinuxFiles, WhatIsFreeIsWhatTheFileSystemSays) {
   EXPECT_EQ(ErrorOf(files_), CannotBeFound("none"));
 }
 
+// What else the user calls the file stays as it is, and keeps its mark.
+TEST_F(LinuxFiles, AReadOnlyFileWithOtherNamesIsMovedAndDeletedWithoutThem) {
+  Write("archive", "content");
+  fs::permissions(dir_ / "archive", fs::perms{0444});
+  fs::create_hard_link(dir_ / "archive", dir_ / "src");
+  EXPECT_TRUE(files_.MoveFile(Wide("dst"), Wide("src"))) << ErrorOf(files_);
+  const std::uint8_t bytes[] = {'n', 'e', 'w'};
+  EXPECT_FALSE(files_.WriteData(bytes, 3, Wide("dst"), /*append=*/false));
+  EXPECT_EQ(ErrorOf(files_), CannotOpen("dst"));
+  EXPECT_TRUE(files_.DeleteFile(Wide("dst"))) << ErrorOf(files_);
+  EXPECT_EQ(fs::status(dir_ / "archive").permissions(), fs::perms{0444});
+  EXPECT_EQ(Read("archive"), "content");
+}
+
 // Root may do everything, so the tests of missing rights run as somebody else.
 class WithoutRights : public LinuxFiles {
  protected:
@@ -130,10 +144,12 @@ class WithoutRights : public LinuxFiles {
     fs::permissions(dir_ / "in", fs::perms{0555});
     Write("out/earlier", "earlier");
     fs::permissions(dir_ / "out/earlier", fs::perms::all);
-    if (user_ == 0 && ::seteuid(65534) != 0) GTEST_SKIP() << "cannot act as another user";
+    if (!ActAsAnother()) GTEST_SKIP() << "cannot act as another user";
   }
   void TearDown() override { EXPECT_EQ(::seteuid(user_), 0); }
 
+  // Stays who it is where that is not root.
+  [[nodiscard]] bool ActAsAnother() const { return user_ != 0 || ::seteuid(65534) == 0; }
   void ActAsBefore() { ASSERT_EQ(::seteuid(user_), 0); }
 
  private:
@@ -154,6 +170,19 @@ TEST_F(WithoutRights, EveryOperationSaysWhatItCouldNotDo) {
   EXPECT_FALSE(files_.MoveFile(Wide("out/earlier"), Wide("in/secret")));
   EXPECT_EQ(ErrorOf(files_), CannotOpen("in/secret"));
   EXPECT_EQ(Read("out/earlier"), "earlier");
+}
+
+// Whoever may remove a name from a directory may, whatever the file's owner allows.
+TEST_F(WithoutRights, AnothersReadOnlyFileIsMovedAndDeleted) {
+  ActAsBefore();
+  for (const char* name : {"out/others", "out/earlier"}) {
+    Write(name, name);
+    fs::permissions(dir_ / name, fs::perms{0444});
+  }
+  ASSERT_TRUE(ActAsAnother());
+  EXPECT_TRUE(files_.MoveFile(Wide("out/earlier"), Wide("out/others"))) << ErrorOf(files_);
+  EXPECT_EQ(Read("out/earlier"), "out/others");
+  EXPECT_TRUE(files_.DeleteFile(Wide("out/earlier"))) << ErrorOf(files_);
 }
 
 TEST_F(WithoutRights, AMoveThatCannotTakeTheSourceAwayLeavesBothWhole) {
@@ -256,7 +285,7 @@ TEST_F(LinuxFiles, DeletingTakesLinksAndNotWhatTheyLeadTo) {
 }
 
 TEST_F(LinuxFiles, TheTemporaryDirectoryEndsInASeparator) {
-  ::setenv("TMPDIR", (dir_ / "tmp").c_str(), 1);
+  const test::TemporaryFilesIn temporary(dir_ / "tmp");
   Text out;
   EXPECT_TRUE(files_.GetTempDirectory(out, /*create=*/false, /*addSubdirectory=*/false));
   const std::string plain = Plain(out);
@@ -270,7 +299,11 @@ TEST_F(LinuxFiles, TheTemporaryDirectoryEndsInASeparator) {
   EXPECT_TRUE(Exists("tmp/QUILLON"));
   EXPECT_FALSE(files_.GetTempDirectory(out, /*create=*/true, /*addSubdirectory=*/true));
   EXPECT_EQ(ErrorOf(files_), "Cannot create the directory " + plain + "QUILLON.");
-  ::unsetenv("TMPDIR");
+
+  const test::TemporaryFilesIn tooLong(dir_ / std::string(260, 't'));
+  SetLastError(ERROR_SUCCESS);
+  EXPECT_FALSE(files_.GetTempDirectory(out, /*create=*/false, /*addSubdirectory=*/false));
+  EXPECT_EQ(ErrorOf(files_), "The filename or extension is too long.");
 }
 
 }  // namespace

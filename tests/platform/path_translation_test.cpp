@@ -129,6 +129,34 @@ TEST_F(PathTranslation, LengthsFollowTheBuffer) {
   EXPECT_EQ(GetTempPathW(5, path), 6U);
 }
 
+// What lies there are patients' files.
+TEST_F(PathTranslation, WithoutTmpdirTemporaryFilesLieWhereNobodyElseSeesThem) {
+  const ScopedEnvironment temporary("TMPDIR", "");
+  const ScopedEnvironment cache("XDG_CACHE_HOME", (dir_ / "home/cache").string());
+  const ScopedEnvironment runtime("XDG_RUNTIME_DIR", (dir_ / "run").string());
+  fs::create_directory(dir_ / "run");
+  fs::permissions(dir_ / "run", fs::perms{0700});
+  const auto answer = [] {
+    char16_t path[260] = {};
+    return std::u16string(path, GetTempPathW(260, path));
+  };
+  EXPECT_EQ(answer(), wide("home/cache/quillon/"));
+  EXPECT_EQ(fs::status(dir_ / "home/cache/quillon").permissions(), fs::perms{0700});
+  fs::permissions(dir_ / "home/cache/quillon", fs::perms{0755});
+  EXPECT_EQ(answer(), wide("home/cache/quillon/"));
+  EXPECT_EQ(fs::status(dir_ / "home/cache/quillon").permissions(), fs::perms{0700});
+
+  // Nothing can be made there, and then nothing is open to this user alone.
+  fs::remove_all(dir_ / "home");
+  std::ofstream(dir_ / "home") << "a file";
+  EXPECT_EQ(answer(), wide("run/"));
+  fs::permissions(dir_ / "run", fs::perms{0755});
+  SetLastError(0);
+  EXPECT_EQ(answer(), u"");
+  EXPECT_EQ(GetLastError(), 3U);
+  EXPECT_EQ(fs::status(dir_ / "run").permissions(), fs::perms{0755});
+}
+
 TEST_F(PathTranslation, FullNamesHaveNoDots) {
   struct Case {
     std::u16string path;

@@ -62,12 +62,14 @@ void MediaCreationKey::remove() const { std::filesystem::remove(file_); }
 
 MediaCreationKey::~MediaCreationKey() { ::unsetenv("QUILLON_REGISTRY"); }
 
-TemporaryFilesIn::TemporaryFilesIn(const std::filesystem::path& directory)
-    : before_(std::filesystem::temp_directory_path()) {
+TemporaryFilesIn::TemporaryFilesIn(const std::filesystem::path& directory) {
+  if (const char* before = std::getenv("TMPDIR")) before_ = before;
   ::setenv("TMPDIR", directory.c_str(), 1);
 }
 
-TemporaryFilesIn::~TemporaryFilesIn() { ::setenv("TMPDIR", before_.c_str(), 1); }
+TemporaryFilesIn::~TemporaryFilesIn() {
+  before_.empty() ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", before_.c_str(), 1);
+}
 #endif
 
 }  // namespace quillon::test

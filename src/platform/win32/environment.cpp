@@ -24,6 +24,22 @@ std::string baseDirectory(const char* variable, const char* belowHome) {
   return !configured.empty() && configured[0] == '/' ? configured : homeDirectory() + belowHome;
 }
 
+// Makes it when it is missing, and closes it to others when it is not. False leaves errno.
+bool makeOwn(const std::string& directory) {
+  if (::mkdir(directory.c_str(), 0700) == 0) return true;
+  struct stat status {};
+  if (errno != EEXIST || ::stat(directory.c_str(), &status) != 0) return false;
+  errno = S_ISDIR(status.st_mode) ? EACCES : ENOTDIR;
+  if (!S_ISDIR(status.st_mode) || status.st_uid != ::geteuid()) return false;
+  return (status.st_mode & 0777) == 0700 || ::chmod(directory.c_str(), 0700) == 0;
+}
+
+bool isOwn(const std::string& directory) {
+  struct stat status {};
+  return ::stat(directory.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == ::geteuid() && (status.st_mode & 0777) == 0700;
+}
+
 }  // namespace
 
 std::string environmentValue(const char* name) {
@@ -33,6 +49,18 @@ std::string environmentValue(const char* name) {
 
 std::string userDataDirectory() { return baseDirectory("XDG_DATA_HOME", "/.local/share"); }
 std::string userConfigDirectory() { return baseDirectory("XDG_CONFIG_HOME", "/.config"); }
+std::string userCacheDirectory() { return baseDirectory("XDG_CACHE_HOME", "/.cache"); }
+
+std::string ownTemporaryDirectory() {
+  const std::string cache = userCacheDirectory();
+  const std::string own = cache + "/quillon";
+  if (makeDirectories(cache) && makeOwn(own)) return own;
+  const int error = errno;
+  const std::string runtime = environmentValue("XDG_RUNTIME_DIR");
+  if (!runtime.empty() && runtime[0] == '/' && isOwn(runtime)) return runtime;
+  errno = error;
+  return {};
+}
 
 bool makeDirectories(const std::string& path) {
   for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {

@@ -175,7 +175,11 @@ DWORD WINAPI GetFullPathNameW(LPCWSTR fileName, DWORD bufferUnits, LPWSTR buffer
 
 DWORD WINAPI GetTempPathW(DWORD bufferUnits, LPWSTR buffer) {
   std::string path = environmentValue("TMPDIR");
-  if (path.empty()) path = "/tmp";
+  if (path.empty()) path = ownTemporaryDirectory();
+  if (path.empty()) {
+    failWithErrno(errno);
+    return 0;
+  }
   if (path.back() != '/') path += '/';
   return copyOut(wideFromNative(path), buffer, bufferUnits);
 }
