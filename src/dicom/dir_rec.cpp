@@ -2,6 +2,7 @@
 #include "dicom/dir_rec.h"
 
 #include <algorithm>
+#include <new>
 
 #include "dicom/dir_dicom_dir.h"
 #include "dicom/file_meta_info.h"
@@ -66,6 +67,15 @@ DcDirRec* DcDirRec::addLower(std::unique_ptr<DcDirRec> child) {
 DcDirRec& DcDirRec::addKey(std::unique_ptr<DcElem> element) {
   add(std::move(element));
   return *this;
+}
+
+std::unique_ptr<DcDirRec> DcDirRec::copyOfKeys() const try {
+  auto copy = std::make_unique<DcDirRec>(type_);
+  copy->privateRecordUid_ = privateRecordUid_;
+  copy->addCopiesOf(*this);
+  return copy;
+} catch (const std::bad_alloc&) {
+  return nullptr;
 }
 
 const DcDirRec& DcDirRec::top() const {

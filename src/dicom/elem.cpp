@@ -73,6 +73,23 @@ DcElem::DcElem(DcTag tag, const char* fileName, std::uint64_t offsetInFile,
 
 DcElem::~DcElem() = default;
 
+std::unique_ptr<DcElem> DcElem::copy() const {
+  std::unique_ptr<DcElem> made(new DcElem(*this));
+  made->detach();
+  return made;
+}
+
+void DcElem::detach() {
+  iterator_ = 0;
+  hook_ = {};
+  for (DcElemValueBuf& segment : segments_) {
+    if (segment.storage() == DcElemValueBuf::Storage::Memory && !segment.ownsMemory()) {
+      segment =
+          DcElemValueBuf::copyOf(segment.data(), segment.lengthBytes(), segment.transferSyntax());
+    }
+  }
+}
+
 void DcElem::initialize(DcUid transferSyntax) {
   transferSyntax_ = syntaxOfGroup(group(), transferSyntax);
   deriveFromVr();

@@ -143,6 +143,11 @@ void DcElemList::takeAll(DcElemList& other) {
   for (auto& element : std::exchange(other.elements_, {})) add(std::move(element));
 }
 
+void DcElemList::addCopiesOf(const DcElemList& other) {
+  if (&other == this) return;
+  for (const auto& element : other.elements_) add(element->copy());
+}
+
 void DcCmd::add(std::unique_ptr<DcElemList> list) {
   if (list == nullptr) {
     dcLog(DcLogLevel::Error, "DcCmd::add", "Null argument passed for element list");

@@ -32,6 +32,18 @@ DcElemSq::DcElemSq(DcTag tag, const void* buffer, std::uint32_t lengthBytes, DcU
   }
 }
 
+DcElemSq::DcElemSq(const DcElemSq& other) : DcElem(other) {
+  detach();
+  items_.reserve(other.items_.size());
+  for (const auto& item : other.items_) {
+    addItem(std::make_unique<DcElemSqItem>())->addCopiesOf(*item);
+  }
+}
+
+std::unique_ptr<DcElem> DcElemSq::copy() const {
+  return std::unique_ptr<DcElem>(new DcElemSq(*this));
+}
+
 void DcElemSq::resetIterator() {
   DcElem::resetIterator();
   for (const auto& item : items_) item->resetIterators();

@@ -9,7 +9,6 @@
 #include "dicom/dict.h"
 #include "dicom/elem_sq.h"
 #include "dicom/parse_fields.h"
-#include "elem_copy.h"
 #include "elem_value.h"
 #include "header_xml.h"
 #include "platform/services.h"
@@ -270,10 +269,8 @@ bool CDicomUtil::GetHeaderXml(Text& out, std::uint32_t maxValues, bool includePi
 
 bool CDicomUtil::CopySequence(DcTag tag, CDicomUtil& target) {
   if (list_ == nullptr || target.list_ == nullptr) return false;
-  DcElem* element = list_->find(tag);
-  if (AsSequence(element) == nullptr) return false;
-  std::unique_ptr<DcElem> copy = CopyElement(*element);
-  return copy != nullptr && target.list_->add(std::move(copy)) != nullptr;
+  const DcElemSq* sequence = AsSequence(list_->find(tag));
+  return sequence != nullptr && target.list_->add(sequence->copy()) != nullptr;
 }
 
 bool CDicomUtil::ReadUNCToBuffer(TextView path, std::uint64_t offset, std::uint32_t lengthBytes,

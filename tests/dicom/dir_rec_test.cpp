@@ -97,6 +97,41 @@ TEST_F(DirRecord, MrdrsStandBehindTheOthersAndAWrongLevelIsRefused) {
   EXPECT_EQ(dir.addLower(nullptr), nullptr);
 }
 
+TEST_F(DirRecord, ACopyHasTheKeysOfItsOwnAndNothingElse) {
+  auto source = std::make_unique<DcDirRec>(DcDirRecType::Private);
+  ASSERT_EQ(source->setPrivateRecordUid("1.2.3"), kDcOk);
+  addRecord(*source, DcDirRecType::Private);
+  const Bytes bytes{1, 2, 3, 4};
+  auto others = std::make_unique<DcElemValueBuf>(
+      DcElemValueBuf::copyOf(bytes.data(), static_cast<std::uint32_t>(bytes.size()), kExplicit));
+  auto borrowed = elem(kPrivate, DcVr::OB);
+  borrowed->segments().push_back(others->view());
+  source->addKey(elem(0x00100010, "M\xFCller^Hans")).addKey(elem(0x00080008, "A\\B\\C"));
+  source->addKey(elem(0x00280010, std::int32_t{512})).addKey(sequenceOf(0x00081115));
+  source->addKey(sequenceOf(0x0040A730, itemWith(elem(0x0040A160, DcVr::UT), std::move(borrowed)),
+                            itemWith(),
+                            itemWith(sequenceOf(0x0040A730, itemWith(elem(0x00080100, "deep"))))));
+  int position = 0;
+  source->find(0x00080008)->nextPosition(position);
+  const Bytes encoded = framed(static_cast<DcElemList&>(*source), kExplicit);
+
+  const std::unique_ptr<DcDirRec> copy = source->copyOfKeys();
+  ASSERT_NE(copy, nullptr);
+  source.reset();
+  others.reset();
+  for (int i = 0; i < 2; ++i) {
+    const std::unique_ptr<DcDirRec> again = copy->copyOfKeys();
+    EXPECT_EQ(again->type(), DcDirRecType::Private);
+    EXPECT_EQ(again->privateRecordUid(), "1.2.3");
+    EXPECT_EQ(again->lowerCount(), 0u);
+    EXPECT_EQ(framed(static_cast<DcElemList&>(*again), kExplicit), encoded);
+    EXPECT_EQ(again->find(0x00080008)->nextPosition(position), kDcOk);
+    EXPECT_EQ(position, 1) << "a copy starts with its first value";
+    // What happens to it happens to it alone.
+    again->clear();
+  }
+}
+
 class DirReferences : public ToolkitTest {
  protected:
   DirReferences() : set_(dir_.path().string().c_str()), series_(addSeries(set_)) { logged(); }

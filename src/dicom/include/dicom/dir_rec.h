@@ -93,6 +93,10 @@ class DcDirRec : public DcElemList {
   // Adds a key; answers this record so that calls can be chained.
   DcDirRec& addKey(std::unique_ptr<DcElem> element);
 
+  // A record of the same type with copies of the keys and the private record UID, that hangs
+  // nowhere and refers to no file. Null when there is no memory.
+  [[nodiscard]] std::unique_ptr<DcDirRec> copyOfKeys() const;
+
   // Refers to a file below the DICOMDIR's root: the file must exist and have meta information,
   // from which SOP class, instance and transfer syntax are taken. A refused file ID leaves the
   // record as it was.

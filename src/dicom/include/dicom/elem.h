@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -56,8 +57,9 @@ class DcElem {
   // Without a value.
   explicit DcElem(DcTag tag, DcVr vr = DcVr::IM);
   virtual ~DcElem();
-  DcElem(const DcElem&) = delete;
   DcElem& operator=(const DcElem&) = delete;
+  // Tag, VR and every value as they are here, bytes of others copied; of a sequence all its items.
+  [[nodiscard]] virtual std::unique_ptr<DcElem> copy() const;
 
   // Encodes tag, VR (explicit syntaxes), length and value into buffer, which must hold
   // encodedLengthEstimate() bytes. lengthOut: bytes written.
@@ -140,6 +142,11 @@ class DcElem {
   void setStringHook(const DcStringHook& hook) { hook_ = hook; }
 
  protected:
+  // Refers to the same bytes in segments that are not owned, until detach.
+  DcElem(const DcElem&) = default;
+  // Makes a copy an element of its own, which no list holds yet.
+  void detach();
+
   // One alternative per storage form; monostate until the first value.
   using Values = std::variant<std::monostate, std::vector<std::string>, std::vector<std::int16_t>,
                               std::vector<std::uint16_t>, std::vector<std::int32_t>,

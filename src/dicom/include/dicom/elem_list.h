@@ -66,6 +66,8 @@ class DcElemList {
   [[nodiscard]] std::uint64_t encodedLengthEstimate() const;
   // Moves every element of `other` into this list, as add would.
   void takeAll(DcElemList& other);
+  // Adds a copy of every element of `other`, as add would.
+  void addCopiesOf(const DcElemList& other);
   // What add for each in turn would do, in one pass however they are ordered.
   void addAll(std::vector<std::unique_ptr<DcElem>> elements);
 

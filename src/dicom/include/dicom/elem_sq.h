@@ -38,6 +38,7 @@ class DcElemSq : public DcElem {
                   DcUid transferSyntax) override;
   void resetIterator() override;
   void dump(std::string& out) const override;
+  [[nodiscard]] std::unique_ptr<DcElem> copy() const override;
 
   // Appends at the end and answers the item; null answers null.
   DcElemSqItem* addItem(std::unique_ptr<DcElemSqItem> item);
@@ -45,6 +46,8 @@ class DcElemSq : public DcElem {
   [[nodiscard]] DcElemSqItem* item(std::size_t index) const { return items_[index].get(); }
 
  private:
+  DcElemSq(const DcElemSq& other);
+
   std::vector<std::unique_ptr<DcElemSqItem>> items_;
 };
 
