@@ -63,7 +63,7 @@ TEST(FileSetCreation, WithoutRoomEveryObjectStaysWhole) {
     job.add("a", object(1, 1, 1, 1));
     job.add("b", object(1, 1, 1, 2));
     {
-      const FailingCall rename(c.isOtherFileSystem ? Call::Rename : Call::MakeDirectory,
+      const FailingCall rename(c.isOtherFileSystem ? Call::RenameElsewhere : Call::MakeDirectory,
                                c.isOtherFileSystem ? 0 : 1'000'000, EXDEV);
       const FileSizeLimit limit(500);
       EXPECT_FALSE(job.create());
@@ -142,7 +142,7 @@ TEST(FileSetCreation, LosesNothingWhateverCallFails) {
       bool isCreated = false;
       bool happened = false;
       {
-        const FailingCall rename(isOtherDevice ? Call::Rename : Call::MakeDirectory,
+        const FailingCall rename(isOtherDevice ? Call::RenameElsewhere : Call::MakeDirectory,
                                  isOtherDevice ? 0 : 1'000'000, EXDEV);
         const FailingCall failing(Call::Any, nth, EIO);
         isCreated = job.create();

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <string_view>
 #include <vector>
 
 namespace quillon::test {
@@ -16,6 +17,11 @@ namespace {
 std::vector<FailingCall*>& living() {
   static std::vector<FailingCall*> calls;
   return calls;
+}
+
+std::string_view directoryOf(std::string_view path) {
+  const std::size_t separator = path.rfind('/');
+  return path.substr(0, separator == std::string_view::npos ? 0 : separator);
 }
 
 bool fails(Call call) {
@@ -32,7 +38,8 @@ FailingCall::FailingCall(Call call, int nth, int error) : call_(call), nth_(nth)
 FailingCall::~FailingCall() { std::erase(living(), this); }
 
 bool FailingCall::strikes(Call call) {
-  if (call_ != Call::Any && call_ != call) return false;
+  const bool isRename = call_ == Call::Rename && call == Call::RenameElsewhere;
+  if (call_ != Call::Any && call_ != call && !isRename) return false;
   if (nth_ != 0 && ++count_ != nth_) return false;
   happened_ = true;
   errno = error_;
@@ -42,6 +49,7 @@ bool FailingCall::strikes(Call call) {
 }  // namespace quillon::test
 
 using quillon::test::Call;
+using quillon::test::directoryOf;
 using quillon::test::fails;
 
 // The C library's own, as the linker finds them first in the program.
@@ -80,7 +88,8 @@ int close(int fd) {
 
 int renameat2(int fromDir, const char* from, int toDir, const char* to,
               unsigned int flags) noexcept {
-  if (fails(Call::Rename)) return -1;
+  const bool isElsewhere = directoryOf(from) != directoryOf(to);
+  if (fails(isElsewhere ? Call::RenameElsewhere : Call::Rename)) return -1;
   return static_cast<int>(::syscall(SYS_renameat2, fromDir, from, toDir, to, flags));
 }
 

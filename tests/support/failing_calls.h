@@ -4,7 +4,19 @@
 
 namespace quillon::test {
 
-enum class Call { Open, Read, Write, Seek, Sync, Close, Rename, Unlink, MakeDirectory, Any };
+enum class Call {
+  Open,
+  Read,
+  Write,
+  Seek,
+  Sync,
+  Close,
+  Rename,           // from one directory to another or not
+  RenameElsewhere,  // from one directory to another: with EXDEV, every directory is another disk
+  Unlink,
+  MakeDirectory,
+  Any
+};
 
 // While it lives, the n-th call of this kind (from 1; 0 for every one) fails with this errno. A
 // failing close closes nevertheless. Several can live at once.
