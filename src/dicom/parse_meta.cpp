@@ -103,7 +103,10 @@ void resolveUids(DcFileMetaInfo& metaInfo, DataSetPlace& place) {
 
 DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& place) {
   constexpr const char* kFunction = "dirReadFileMetaInfo";
+  // What a record that is written gets is not what a file says that is read.
   metaInfo.clear();
+  metaInfo.implementationClassUid.clear();
+  metaInfo.implementationVersionName.clear();
   metaInfo.transferSyntax = DcUid::ImplicitLittleEndian;
   place = DataSetPlace{};
   if (window.size() < kSmallestFile) return kDcOk;

@@ -179,6 +179,9 @@ TEST_F(ReadingFiles, ADataSetWithoutMetaInformationNamesItsOwnObject) {
       EXPECT_EQ(meta_.sopClassUid, "1.2.9.9");
       EXPECT_EQ(meta_.sopClass, DcUid::None);
       EXPECT_EQ(meta_.sopInstanceUid, "1.2.3");
+      // Nothing says who made it; this system did not.
+      EXPECT_EQ(meta_.implementationClassUid, "");
+      EXPECT_EQ(meta_.implementationVersionName, "");
     }
     EXPECT_EQ(pixelOffset_, kNoPixelData);
     EXPECT_EQ(pixelLength_, 0U);

@@ -10,7 +10,8 @@
 
 namespace quillon {
 
-// A new record, and one that was cleared, holds the toolkit's own implementation values.
+// A new record, and one that was cleared, holds the toolkit's own implementation values; one that
+// was read from a file only what the file says.
 struct DcFileMetaInfo {
   DcFileMetaInfo();
   void clear();
