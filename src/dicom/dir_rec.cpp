@@ -69,6 +69,11 @@ DcDirRec& DcDirRec::addKey(std::unique_ptr<DcElem> element) {
   return *this;
 }
 
+DcDirRec& DcDirRec::addKey(DcTag tag, const char* text) {
+  add(std::make_unique<DcElem>(tag))->addValue(text);
+  return *this;
+}
+
 std::unique_ptr<DcDirRec> DcDirRec::copyOfKeys() const try {
   auto copy = std::make_unique<DcDirRec>(type_);
   copy->privateRecordUid_ = privateRecordUid_;

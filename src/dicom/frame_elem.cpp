@@ -118,7 +118,7 @@ DcCode frameValueOX(const DcElem& elem, DcVr vr, DcUid syntax, std::uint8_t* to,
     return kDcOk;
   }
   if (elem.segments().empty()) return kDcOk;
-  if (sum.inMemory + sum.inFiles >= kUndefinedLength) return kDcNotAccepted;
+  if (sum.inMemory + sum.inFiles >= kUndefinedLength - 1) return kDcNotAccepted;
   const std::uint8_t* start = to;
   const std::size_t unit = swapUnit(vr, syntax);
   for (const DcElemValueBuf& segment : elem.segments()) {
@@ -131,7 +131,13 @@ DcCode frameValueOX(const DcElem& elem, DcVr vr, DcUid syntax, std::uint8_t* to,
     to += segment.lengthBytes();
   }
   framed.length = static_cast<std::uint32_t>(sum.inMemory + sum.inFiles);
-  if (elem.tag() == kPixelDataTag && !isUncompressed(syntax)) {
+  const bool isEncapsulated = elem.tag() == kPixelDataTag && !isUncompressed(syntax);
+  // Some sources have values of odd length, which no file may have.
+  if (sum.inMemory % 2 != 0 && !isEncapsulated) {
+    *to++ = vr == DcVr::UT ? ' ' : 0;
+    ++framed.length;
+  }
+  if (isEncapsulated) {
     framed.length = kUndefinedLength;
     if (sum.hasMemory) {
       storeTag(to, kSequenceDelimitation, false);

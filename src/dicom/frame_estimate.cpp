@@ -69,7 +69,7 @@ std::uint64_t DcElem::encodedValueLengthEstimate() const {
     for (const DcElemValueBuf& segment : segments_) {
       if (segment.storage() == DcElemValueBuf::Storage::Memory) sum += segment.lengthBytes();
     }
-    return sum;
+    return sum + sum % 2;
   }
   const std::uint64_t fixed = fixedSizeOf(resolvedVr()) * static_cast<std::uint64_t>(valueCount());
   const auto* texts = std::get_if<std::vector<std::string>>(&values_);

@@ -45,7 +45,7 @@ void resolveWaveform(const DcElemList& list, DcUid transferSyntax) {
   }
 }
 
-// Answers the length of the pixel data's first segment.
+// Answers the length of the pixel data's first segment, with its padding.
 std::uint32_t resolvePixelData(const DcElemList& list, DcUid transferSyntax) {
   DcElem* pixelData = list.find(kPixelDataTag);
   if (pixelData == nullptr) return 0;
@@ -54,7 +54,10 @@ std::uint32_t resolvePixelData(const DcElemList& list, DcUid transferSyntax) {
     list.getValue(kBitsAllocated, bits);
     pixelData->setVr(bytesOrWords(bits, transferSyntax));
   }
-  return pixelData->segments().empty() ? 0 : pixelData->segments().front().lengthBytes();
+  if (pixelData->segments().empty()) return 0;
+  const std::uint32_t length = pixelData->segments().front().lengthBytes();
+  const bool isPadded = pixelData->segments().size() == 1 && isUncompressed(transferSyntax);
+  return length % 2 != 0 && isPadded ? length + 1 : length;
 }
 
 // Some groups have one encoding in every data set.

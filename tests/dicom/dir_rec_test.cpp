@@ -132,6 +132,23 @@ TEST_F(DirRecord, ACopyHasTheKeysOfItsOwnAndNothingElse) {
   }
 }
 
+TEST_F(DirRecord, AKeyIsKeptAsItIsWhileValuesAreNotChecked) {
+  const std::pair<DcTag, const char*> keys[] = {{0x00100030, "00000000"}, {0x00100040, "Other"},
+                                                {0x00101010, "45Y"},      {0x00080020, "unknown"},
+                                                {0x00080030, "12:5"},     {0x0040A030, "yesterday"},
+                                                {0x00200013, "one"},      {0x0020000D, "1.2.x"}};
+  for (const bool isChecked : {false, true}) {
+    SCOPED_TRACE(isChecked);
+    dcSetValueChecking(isChecked);
+    DcDirRec record(DcDirRecType::Patient);
+    for (const auto& [tag, text] : keys) {
+      record.addKey(tag, text);
+      ASSERT_NE(record.find(tag), nullptr);
+      EXPECT_EQ(valuesOf(*record.find(tag)), isChecked ? "-" : text);
+    }
+  }
+}
+
 class DirReferences : public ToolkitTest {
  protected:
   DirReferences() : set_(dir_.path().string().c_str()), series_(addSeries(set_)) { logged(); }

@@ -39,8 +39,7 @@ TEST_F(Encoding, EveryVrIsReadAndEncodedInEverySyntax) {
       {"double", 0x00189073, "FD", "000000000000F8BF", "BFF8000000000000", "00189073 FD -1.5"},
       {"no value", 0x00100020, "LO", "", "", "00100020 LO"},
       {"bytes", kPixelData, "OB", "0201", "0201", "7fe00010 OB 0201"},
-      {"words, a byte left over", kPixelData, "OW", "0201040305", "0102030405",
-       "7fe00010 OW 0201040305"},
+      {"words", kPixelData, "OW", "02010403", "01020304", "7fe00010 OW 02010403"},
       {"raw floats", kPrivate, "OF", "01020304", "04030201", "00091010 OF 01020304"},
       {"unknown", kPrivate, "UN", "0102", "0102", "00091010 UN 0102"},
   };
@@ -141,6 +140,37 @@ TEST_F(Encoding, EncapsulatedPixelDataEndsWithADelimitationItem) {
   EXPECT_EQ(framed(*native, kJpeg), DataSetBytes().raw(kPixelData, "OB", {1, 2}).take());
   const auto other = bulk(kPrivate, DcVr::OB, {1, 2}, kJpeg);
   EXPECT_EQ(framed(*other, kJpeg), DataSetBytes().raw(kPrivate, "OB", {1, 2}).take());
+}
+
+TEST_F(Encoding, BytesOfOddNumberArePadded) {
+  const struct {
+    DcTag tag;
+    DcVr vr;
+    const char* code;
+    std::uint8_t pad;
+  } cases[] = {{0x0040A160, DcVr::UT, "UT", ' '},
+               {kPrivate, DcVr::UN, "UN", 0},
+               {kPrivate, DcVr::OB, "OB", 0},
+               {kPrivate, DcVr::OW, "OW", 0}};
+  for (const auto& c : cases) {
+    for (const NamedSyntax& to : kSyntaxes) {
+      SCOPED_TRACE(std::string(c.code) + ", " + to.name);
+      const auto element = bulk(c.tag, c.vr, {9, 9, 0x41}, to.id);
+      EXPECT_EQ(framed(*element, to.id),
+                DataSetBytes(to.syntax).raw(c.tag, c.code, {9, 9, 0x41, c.pad}).take());
+      EXPECT_EQ(element->encodedLengthEstimate(), 12U + 4U);
+      // A byte that is no word keeps its place when the others change theirs.
+      const bool isSwapped = c.vr == DcVr::OW;
+      const auto other = bulk(c.tag, c.vr, {1, 2, 3}, to.id == kBig ? kExplicit : kBig);
+      EXPECT_EQ(framed(*other, to.id),
+                DataSetBytes(to.syntax)
+                    .raw(c.tag, c.code, isSwapped ? Bytes{2, 1, 3, c.pad} : Bytes{1, 2, 3, c.pad})
+                    .take());
+      element->segments().push_back(element->segments().front());
+      EXPECT_EQ(framed(*element, to.id),
+                DataSetBytes(to.syntax).raw(c.tag, c.code, {9, 9, 0x41, 9, 9, 0x41}).take());
+    }
+  }
 }
 
 TEST_F(Encoding, SegmentsInMemoryAreJoinedAndThoseInFilesCounted) {
@@ -248,13 +278,16 @@ TEST_F(Encoding, GroupLengthsThatAreThereAreRecomputed) {
   const std::pair<DcUid, std::uint32_t> pixelData[] = {
       {kImplicit, 4 + 8}, {kExplicit, 4 + 12}, {kBig, 4 + 12}, {kJpeg, 4 + 20}};
   for (const auto& [syntax, expected] : pixelData) {
-    DcElemList list;
-    list.add(elem(0x7FE00000));
-    list.add(bulk(kPixelData, DcVr::OB, {1, 2, 3, 4}, syntax));
-    framed(list, syntax);
-    std::uint32_t value = 0;
-    EXPECT_EQ(list.getValue(0x7FE00000, value), kDcOk);
-    EXPECT_EQ(value, expected);
+    const bool isNative = syntax != kJpeg;
+    for (const Bytes& bytes : {Bytes{1, 2, 3, 4}, Bytes{1, 2, 3}}) {
+      DcElemList list;
+      list.add(elem(0x7FE00000));
+      list.add(bulk(kPixelData, DcVr::OB, bytes, syntax));
+      framed(list, syntax);
+      std::uint32_t value = 0;
+      EXPECT_EQ(list.getValue(0x7FE00000, value), kDcOk);
+      EXPECT_EQ(value, isNative || bytes.size() == 4 ? expected : expected - 1);
+    }
   }
 }
 

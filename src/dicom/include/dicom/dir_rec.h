@@ -92,6 +92,9 @@ class DcDirRec : public DcElemList {
   DcDirRec* addLower(std::unique_ptr<DcDirRec> child);
   // Adds a key; answers this record so that calls can be chained.
   DcDirRec& addKey(std::unique_ptr<DcElem> element);
+  // The same for a key of one text, which while values are not checked is kept whatever its form:
+  // an element that gets its text before it is in a list would refuse a date that is none.
+  DcDirRec& addKey(DcTag tag, const char* text);
 
   // A record of the same type with copies of the keys and the private record UID, that hangs
   // nowhere and refers to no file. Null when there is no memory.
