@@ -53,10 +53,10 @@ std::string userCacheDirectory() { return baseDirectory("XDG_CACHE_HOME", "/.cac
 
 std::string ownTemporaryDirectory() {
   const std::string cache = userCacheDirectory();
-  const std::string own = cache + "/quillon";
+  std::string own = cache + "/quillon";
   if (makeDirectories(cache) && makeOwn(own)) return own;
   const int error = errno;
-  const std::string runtime = environmentValue("XDG_RUNTIME_DIR");
+  std::string runtime = environmentValue("XDG_RUNTIME_DIR");
   if (!runtime.empty() && runtime[0] == '/' && isOwn(runtime)) return runtime;
   errno = error;
   return {};
