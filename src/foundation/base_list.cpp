@@ -8,6 +8,10 @@ CBaseList::~CBaseList() = default;
 
 void CBaseList::RemoveAll() { items_.clear(); }
 
+void CBaseList::RemoveLast() {
+  if (!items_.empty()) items_.pop_back();
+}
+
 bool CBaseList::Add(CBaseItem* item) {
   if (item == nullptr) return false;
   items_.push_back(item);

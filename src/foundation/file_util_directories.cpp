@@ -117,9 +117,15 @@ bool CFileUtil::CreateMissingDirectories(TextView path) {
     if (ChangeDirectory(component)) continue;
     ClearError();
     ForgetFailure();
-    if (!DirectoryOperation(component, DirectoryOp::Create) || !ChangeDirectory(component)) {
+    if (DirectoryOperation(component, DirectoryOp::Create) && ChangeDirectory(component)) continue;
+    // Somebody else may have made it in the meantime.
+    const Text reason = ErrorMessage();
+    if (!ChangeDirectory(component)) {
+      SetErrorMessage(reason);
       return false;
     }
+    ClearError();
+    ForgetFailure();
   }
   return true;
 }

@@ -14,16 +14,26 @@ HANDLE OpenLock(const Text& file, DWORD disposition) {
                      kLockAttributes | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
 }
 
-// Nothing lies beside a drive: its lock lies where the user's temporary files do.
-Text LockFileOf(const Text& directory) {
-  TextView name(directory);
-  while (!name.empty() && IsPathSeparator(name.back())) name.remove_suffix(1);
-  Text file(name);
-  if (name.size() == 2 && name[1] == OLESTR(':')) {
-    OLECHAR temporary[MAX_PATH + 1];
-    const DWORD length = GetTempPathW(static_cast<DWORD>(std::size(temporary)), temporary);
-    file.assign(temporary, length < std::size(temporary) ? length : 0);
-    file.append(OLESTR("quillon-drive-")).append(name.substr(0, 1));
+TextView WithoutSeparators(TextView directory) {
+  while (!directory.empty() && IsPathSeparator(directory.back())) directory.remove_suffix(1);
+  return directory;
+}
+
+bool IsDrive(TextView directory) { return directory.size() == 2 && directory[1] == OLESTR(':'); }
+
+Text LockFileBeside(const Text& directory) {
+  return Text(WithoutSeparators(directory)).append(OLESTR(".lock"));
+}
+
+// Nothing lies beside a drive, and not everybody may write beside every directory: the lock then
+// lies where the user's temporary files do, and keeps out that user's other jobs.
+Text LockFileOfUser(const Text& directory) {
+  OLECHAR temporary[MAX_PATH + 1];
+  const DWORD length = GetTempPathW(static_cast<DWORD>(std::size(temporary)), temporary);
+  Text file(temporary, length < std::size(temporary) ? length : 0);
+  file.append(OLESTR("quillon-"));
+  for (const OLECHAR unit : WithoutSeparators(directory)) {
+    file += IsPathSeparator(unit) || unit == OLESTR(':') ? OLESTR('_') : unit;
   }
   return file.append(OLESTR(".lock"));
 }
@@ -36,6 +46,22 @@ bool IsLeftOverLock(const Text& file) {
          data.nFileSizeLow == 0;
 }
 
+LockResult TakeFile(const Text& file, HANDLE& handle) {
+  constexpr int kTries = 16;
+  for (int tried = 0; tried < kTries; ++tried) {
+    handle = OpenLock(file, CREATE_NEW);
+    if (handle == INVALID_HANDLE_VALUE && GetLastError() == ERROR_FILE_EXISTS &&
+        IsLeftOverLock(file)) {
+      handle = OpenLock(file, OPEN_EXISTING);  // of a computer that lost its power
+    }
+    if (handle != INVALID_HANDLE_VALUE) return LockResult::Held;
+    if (GetLastError() == ERROR_SHARING_VIOLATION) return LockResult::InUse;
+    if (GetLastError() != ERROR_FILE_NOT_FOUND) return LockResult::Failed;
+    // Its holder released it in between.
+  }
+  return LockResult::InUse;
+}
+
 }  // namespace
 
 LockResult DirectoryLock::Acquire(const Text& directory) {
@@ -46,19 +72,11 @@ LockResult DirectoryLock::Acquire(const Text& directory) {
     SetLastError(ERROR_DIRECTORY);
     return LockResult::Failed;
   }
-  constexpr int kTries = 16;
-  const Text file = LockFileOf(directory);
-  for (int tried = 0; tried < kTries; ++tried) {
-    handle_ = OpenLock(file, CREATE_NEW);
-    if (!IsHeld() && GetLastError() == ERROR_FILE_EXISTS && IsLeftOverLock(file)) {
-      handle_ = OpenLock(file, OPEN_EXISTING);  // of a computer that lost its power
-    }
-    if (IsHeld()) return LockResult::Held;
-    if (GetLastError() == ERROR_SHARING_VIOLATION) return LockResult::InUse;
-    if (GetLastError() != ERROR_FILE_NOT_FOUND) return LockResult::Failed;
-    // Its holder released it in between.
+  LockResult result = LockResult::Failed;
+  if (!IsDrive(WithoutSeparators(directory))) {
+    result = TakeFile(LockFileBeside(directory), handle_);
   }
-  return LockResult::InUse;
+  return result == LockResult::Failed ? TakeFile(LockFileOfUser(directory), handle_) : result;
 }
 
 void DirectoryLock::Release() {

@@ -31,6 +31,11 @@ HANDLE refuse(DWORD code) {
   return INVALID_HANDLE_VALUE;
 }
 
+// Here it is the directory that lets a file go.
+bool isAllowedToDelete(const NativePath& path) {
+  return ::faccessat(AT_FDCWD, path.parent().c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
 bool isReading(DWORD access) { return (access & GENERIC_READ) != 0; }
 bool isWriting(DWORD access) { return (access & (GENERIC_WRITE | FILE_APPEND_DATA)) != 0; }
 
@@ -163,6 +168,7 @@ HANDLE openFile(const NativePath& path, DWORD access, DWORD share, DWORD disposi
   if (disposition < CREATE_NEW || disposition > TRUNCATE_EXISTING) {
     return refuse(ERROR_INVALID_PARAMETER);
   }
+  if ((access & DELETE) != 0 && !isAllowedToDelete(path)) return refuse(codeOfErrno(errno));
   auto file = std::make_unique<FileHandle>();
   const Opened opened = openPath(path.c_str(), accessFlags(access), disposition);
   if (opened.descriptor < 0) {

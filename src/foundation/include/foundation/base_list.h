@@ -22,6 +22,8 @@ class CBaseList : public CBaseItem {
 
   // Forgets the items; an owning list destroys them.
   virtual void RemoveAll();
+  // The same with the item at the end alone; nothing in an empty list.
+  virtual void RemoveLast();
 
   // At the end. False for null.
   bool Add(CBaseItem* item);
@@ -41,6 +43,11 @@ class COwningList : public CBaseList {
  public:
   ~COwningList() override { DeleteItems(); }
   void RemoveAll() override { DeleteItems(); }
+  void RemoveLast() override {
+    if (items_.empty()) return;
+    delete items_.back();
+    items_.pop_back();
+  }
   [[nodiscard]] Item* At(std::size_t index) const { return static_cast<Item*>(GetAt(index)); }
 
  protected:

@@ -26,6 +26,28 @@ struct FileIdentity {
   auto operator<=>(const FileIdentity&) const = default;
 };
 
+// Tells whether a file is still the one that was looked at before.
+struct FileStamp {
+  std::uint64_t sizeBytes = 0;
+  std::uint64_t lastWrite = 0;  // in 100 ns since 1601
+  bool operator==(const FileStamp&) const = default;
+};
+
+inline FileStamp StampOf(const WIN32_FILE_ATTRIBUTE_DATA& data) {
+  return {std::uint64_t{data.nFileSizeHigh} << 32 | data.nFileSizeLow,
+          std::uint64_t{data.ftLastWriteTime.dwHighDateTime} << 32 |
+              data.ftLastWriteTime.dwLowDateTime};
+}
+
+// What one look at a file tells.
+struct FileFacts {
+  FileIdentity identity;  // of a link, of what it leads to
+  FileStamp stamp;
+  std::uint32_t links = 1;  // names of the file
+  bool isLink = false;
+  bool isEmptyFile = false;  // the look failed for nothing but that
+};
+
 class CFileUtil : public CBaseItem {
  public:
   CFileUtil();
@@ -72,6 +94,11 @@ class CFileUtil : public CBaseItem {
   bool GetFreeBytes(TextView directory, std::uint64_t& bytes);
   // Whether the name itself is a link (a reparse point), whatever it leads to. No message.
   bool IsLink(TextView path);
+
+  // Looks at a file that is to be read, or with forMoving to be moved. Fails for what is not there,
+  // for a directory or an empty file ("not a valid file"), for one that cannot be opened and, with
+  // forMoving, for one that its directory does not let go of ("Cannot delete the file ...").
+  bool ProbeFile(TextView path, bool forMoving, FileFacts& facts);
 
   // ---- directories; the reason in "Cannot ... the directory ..." is the platform's
 
