@@ -4,6 +4,7 @@
 #include <string>
 
 #include "create_job.h"
+#include "media_job.h"
 #include "result_output.h"
 #include "toolkit_log.h"
 
@@ -36,7 +37,8 @@ int runCreate(CommandOptions& options) {
     return finish({}, "The log file " + options.logFile + " cannot be written.", {});
   }
   options.job.showsProgress = !options.isQuiet;
-  const CreateResult result = createFileSet(options.job);
+  MediaJob mediaJob;
+  const CreateResult result = createFileSet(options.job, mediaJob);
   const std::string output =
       options.isJson ? jsonObject(jsonMembers(result), result.error) : plainText(result);
   return finish(output, result.error, result.remarks);
@@ -69,6 +71,7 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
       "Do not copy the configured non-DICOM content");
   command.add_flag("--move", job.isMoving, "Move the files into the file set");
   command.add_flag("--keep-going", job.isKeepingGoing, "Pass over files that cannot be added");
+  command.add_flag("--strict", job.isStrict, "Refuse files that end before their pixel data does");
 }
 
 void addCreateCommand(CLI::App& program, int& exitStatus) {

@@ -1,20 +1,17 @@
 #include "create_job.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <cstdio>
 #include <unordered_map>
-#include <unordered_set>
 
-#include "file_check.h"
-#include "fileset/dicom_dir_processor.h"
-#include "foundation/text.h"
 #include "interrupt_guard.h"
-#include "label_dates.h"
 #include "media_job.h"
-#include "patient_key.h"
-#include "platform/services.h"
 #include "progress_bar.h"
 #include "root_guard.h"
+#include "source_reasons.h"
 #include "source_walk.h"
 #include "staging.h"
 
@@ -22,32 +19,37 @@ namespace quillon::cli {
 
 namespace {
 
-// File names in the file set have five digits behind their letters, and a sixth is more than a file
-// ID may hold.
-constexpr std::size_t kMaxObjects = 99'999;
-constexpr std::size_t kMaxFileIdPartLength = 8;
+constexpr const char* kCut = "the file ends before its pixel data does.";
+constexpr const char* kNothingToAdd = "There is no DICOM file to add to the file set.";
 
-struct Candidate {
-  SourceFile file;
-  ObjectFields fields;
-  std::string key;
-  std::uint64_t sizeBytes = 0;
-};
+std::string replaced(std::string text, const std::string& what, const std::string& with) {
+  for (std::size_t at = text.find(what); !what.empty() && at != std::string::npos;
+       at = text.find(what, at + with.size())) {
+    text.replace(at, what.size(), with);
+  }
+  return text;
+}
+
+// What mkdir would have given a new directory.
+mode_t usualDirectoryMode() {
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return mode_t{0777} & ~mask;
+}
 
 class CreateJob {
  public:
-  explicit CreateJob(const CreateOptions& options)
-      : options_(options), progress_(options.showsProgress) {}
+  CreateJob(const CreateOptions& options, MediaJob& job)
+      : options_(options), job_(job), progress_(options.showsProgress) {}
 
   CreateResult run() {
-    if (applySettings() && checkRoot() && collect() && checkLabel()) {
+    if (applySettings() && takeRoot()) {
       Staging staging(stagingParent_, options_.mayLink);
       const InterruptGuard guard([this, &staging] { interrupted(staging); });
-      if ((!mustWipeFirst() || wipeRoot()) && addAll(staging) && (mustWipeFirst() || wipeRoot())) {
-        create();
-      }
+      if (collect(staging) && plan(staging) && layOut(staging)) create();
     }
     progress_.clear();
+    if (result_.error) forgetTotals();
     return std::move(result_);
   }
 
@@ -59,6 +61,7 @@ class CreateJob {
 
   bool applySettings() {
     if (options_.root) {
+      if (options_.root->empty()) return fail("The root directory has no name.");
       if (!job_.setRoot(absoluteRoot(*options_.root))) return fail(job_.errorText());
     }
     result_.root = job_.root();
@@ -67,49 +70,42 @@ class CreateJob {
     return !options_.objectDirectory || applyObjectDirectory(*options_.objectDirectory);
   }
 
-  // The builder takes levels of 12 characters, of which the directory records hold only 8: that
-  // must not come out when the first file has been moved.
   bool applyObjectDirectory(std::string name) {
     for (char& c : name) {
       if (c == '/') c = '\\';
     }
-    std::size_t length = 0;
-    for (const char c : name) {
-      length = c == '\\' ? 0 : length + 1;
-      if (length > kMaxFileIdPartLength) {
-        return fail("The object directory " + name + " has a level of more than " +
-                    std::to_string(kMaxFileIdPartLength) + " characters.");
-      }
-    }
     const std::string before = job_.errorText();
-    if (!job_.setObjectDirectory(name)) {
-      const std::string after = job_.errorText();
-      return fail(after != before ? after : "The object directory " + name + " is invalid.");
-    }
-    CDicomDirProcessor rules;
-    if (!rules.ValidateFileId(WidenText(name, FileSystemCodePage()))) {
-      return fail(NarrowText(rules.ErrorMessage(), FileSystemCodePage()));
-    }
-    return true;
+    if (job_.setObjectDirectory(name)) return true;
+    const std::string after = job_.errorText();
+    return fail(after != before ? after : "The object directory " + name + " is invalid.");
   }
 
-  bool checkRoot() {
+  // From here to the end of the delivery the root is this job's, and what is found in it stays so.
+  bool takeRoot() {
     stagingParent_ = Staging::parentFor(result_.root);
-    switch (rootState(result_.root)) {
-      case RootState::Missing:
-      case RootState::Empty:
-        return true;
-      case RootState::NotDirectory:
-        return fail("The root " + result_.root + " is not a directory.");
-      case RootState::Unreadable:
-        return fail("The root directory " + result_.root + " cannot be read.");
-      case RootState::NotEmpty:
-        break;
+    Staging::removeAbandoned(stagingParent_);
+    const RootEntry before = rootEntry(result_.root);
+    if (before == RootEntry::NotDirectory) {
+      return fail("The root " + result_.root + " is not a directory.");
     }
-    if (holdsUnfinishedFileSet(result_.root)) {
-      return fail("The root directory " + result_.root +
-                  " holds objects without a DICOMDIR, perhaps the only copies of files that were "
-                  "moved there. Take them to a safe place, or remove them with quillon wipe.");
+    if (!job_.claimRoot()) return fail(job_.errorText());
+    if (before == RootEntry::Missing) {
+      // Patients' images are nobody else's while they are worked on.
+      isRootMade_ = ::chmod(result_.root.c_str(), 0700) == 0;
+    }
+    const RootEntry now = rootEntry(result_.root);
+    if (now == RootEntry::Unreadable) {
+      return fail("The root directory " + result_.root + " cannot be read.");
+    }
+    return now == RootEntry::Empty || mayReplace();
+  }
+
+  bool mayReplace() {
+    const RootState state = job_.rootState();
+    if (state == RootState::Unfinished) {
+      result_.remarks.push_back("quillon wipe --root " + result_.root +
+                                " sets them aside; with --force it removes them.");
+      return fail(job_.unfinishedText());
     }
     if (!options_.isReplacing) {
       return fail("The root directory " + result_.root +
@@ -122,25 +118,6 @@ class CreateJob {
     return true;
   }
 
-  // Copies that the wipe would take with the old file set are made after it, all others before: the
-  // old one goes away only when everything for the new one is there.
-  [[nodiscard]] bool mustWipeFirst() const {
-    return isWiping_ && (liesWithin(stagingParent_, result_.root) ||
-                         liesWithin(stagingParent_, temporaryJobDirectory()));
-  }
-
-  bool wipeRoot() {
-    if (!isWiping_ || isWiped_) return true;
-    // Another object, because a wipe also forgets the files that were added.
-    MediaJob wiper;
-    if (!wiper.setRoot(result_.root)) return fail(wiper.errorText());
-    wiper.wipe();
-    isWiped_ = true;
-    const RootState state = rootState(result_.root);
-    if (state == RootState::Missing || state == RootState::Empty) return true;
-    return fail("The root directory " + result_.root + " cannot be wiped.");
-  }
-
   // Answers whether the job goes on.
   bool leaveOut(const std::string& path, const std::string& reason, bool endsJob) {
     if (endsJob && !options_.isKeepingGoing) {
@@ -151,134 +128,163 @@ class CreateJob {
     return true;
   }
 
-  bool collect() {
+  // What a file that cannot be read at all ends the job with is the object's sentence; the system's
+  // reason stands beside it.
+  bool leaveOutUnreadable(const std::string& path, const std::string& reason, bool endsJob) {
+    if (endsJob && !options_.isKeepingGoing) {
+      result_.remarks.push_back(path + ": " + reason);
+      return fail("Cannot read the DICOM information from " + path + ".");
+    }
+    return leaveOut(path, reason, endsJob);
+  }
+
+  bool collect(Staging& staging) {
     SourceList list = walkSources(options_.sources, {options_.intoSubdirectories, result_.root});
     for (const SourceProblem& problem : list.problems) {
-      if (!leaveOut(problem.path, problem.reason, problem.endsJob)) return false;
+      const bool goesOn = problem.isMissing
+                              ? leaveOutUnreadable(problem.path, problem.reason, problem.endsJob)
+                              : leaveOut(problem.path, problem.reason, problem.endsJob);
+      if (!goesOn) return false;
     }
     progress_.begin("Reading", list.files.size());
-    candidates_.reserve(list.files.size());
     for (std::size_t i = 0; i < list.files.size(); ++i) {
-      if (!check(std::move(list.files[i]))) return false;
+      if (!add(list.files[i], staging)) return false;
       progress_.advance(i + 1);
     }
-    if (candidates_.empty()) return fail("There is no DICOM file to add to the file set.");
-    if (candidates_.size() > kMaxObjects) {
-      return fail("The file set would hold " + std::to_string(candidates_.size()) +
-                  " objects; it can hold at most " + std::to_string(kMaxObjects) + ".");
-    }
-    return true;
+    return !files_.empty() || fail(kNothingToAdd);
   }
 
   [[nodiscard]] bool isMoved(const SourceFile& file) const {
     return options_.isMoving && !file.isLink;
   }
 
-  bool check(SourceFile file) {
-    FileCheck checked = checkFile(file, isMoved(file));
-    switch (checked.verdict) {
-      case Verdict::Accept:
+  // A reason when the system takes no such path, so that the file can be added as a copy only.
+  std::optional<std::string> reasonForOtherName(const std::string& path) {
+    // The system takes a backslash for a separator of directories.
+    if (path.find('\\') != std::string::npos) return "a path with a backslash cannot be moved.";
+    if (job_.takesPath(path)) return std::nullopt;
+    return job_.errorText();
+  }
+
+  bool add(const SourceFile& file, Staging& staging) {
+    std::string path = absolutePath(file.path);
+    if (const auto unfit = reasonForOtherName(path)) {
+      if (isMoved(file)) return leaveOut(file.path, *unfit, true);
+      std::string reason;
+      if (!staging.nameIn(absolutePath(file.path), path, reason)) {
+        return fail("Cannot add " + file.path + ": " + reason);
+      }
+    }
+    std::string firstFile;
+    bool isPixelDataCut = false;
+    switch (
+        job_.addFile(path, {options_.patientKey, options_.isStrict}, firstFile, isPixelDataCut)) {
+      case AddOutcome::Added:
+        if (isPixelDataCut) result_.remarks.push_back(file.path + ": " + kCut);
+        files_.emplace(std::move(path), file);
+        return true;
+      case AddOutcome::AlreadyAdded:
+        return leaveOutSecond(file, firstFile);
+      case AddOutcome::NamesNoObject:
+        return leaveOut(file.path, "it names no study, series or instance.", false);
+      case AddOutcome::OtherDirectory:
+        return leaveOut(file.path, "it is the directory of another file set.", false);
+      case AddOutcome::NotDicom:
+        return leaveOut(file.path,
+                        "it is not a DICOM file: \"DICM\" does not stand after a preamble of 128 "
+                        "bytes.",
+                        file.isNamed);
+      case AddOutcome::IncompleteMetaInfo:
+        return leaveOut(file.path, "its file meta information is incomplete.", true);
+      case AddOutcome::Deflated:
+        return leaveOut(file.path, "its data set is deflated, and such files cannot be read.",
+                        true);
+      case AddOutcome::PixelDataCut:
+        return leaveOut(file.path, kCut, true);
+      case AddOutcome::Refused:
         break;
-      case Verdict::PassOver:
-        return leaveOut(file.path, checked.reason, false);
-      case Verdict::NotDicom:
-        return leaveOut(file.path, checked.reason, file.isNamed);
-      case Verdict::Refuse:
-        return leaveOut(file.path, checked.reason, true);
     }
-    std::string key = options_.patientKey ? *options_.patientKey : patientKey(checked.fields);
-    if (!isNewObject(file, checked.fields, key)) return true;
-    candidates_.push_back(
-        {std::move(file), std::move(checked.fields), std::move(key), checked.sizeBytes});
+    if (const auto reason = reasonNotToRead(file.path)) {
+      return leaveOutUnreadable(file.path, *reason, true);
+    }
+    return leaveOut(file.path, replaced(job_.errorText(), path, file.path), true);
+  }
+
+  bool leaveOutSecond(const SourceFile& file, const std::string& firstFile) {
+    const auto first = files_.find(firstFile);
+    const std::string& path = first == files_.end() ? firstFile : first->second.path;
+    if (absolutePath(path) == absolutePath(file.path)) return true;
+    return leaveOut(file.path, "it holds the same object as " + path + ".", false);
+  }
+
+  bool plan(Staging& staging) {
+    if (!options_.isMoving) job_.setCopies(staging.needsRoom());
+    if (!job_.plan()) return fail(inUsersWords(job_.errorText()));
+    const FileSetTotals totals = job_.plannedTotals();
+    result_.patients = totals.patients;
+    result_.studies = totals.studies;
+    result_.series = totals.series;
+    result_.objects = totals.objects;
+    result_.bytes = totals.bytes;
+    for (const std::string& line : job_.labelRemarks()) {
+      result_.remarks.push_back("The label leaves out \"" + line + "\": it is not a date.");
+    }
     return true;
   }
 
-  // The media object keeps the first of several files with the same object.
-  bool isNewObject(const SourceFile& file, const ObjectFields& fields, const std::string& key) {
-    const std::string identity =
-        key + "\n" + fields.studyUid + "\n" + fields.seriesUid + "\n" + fields.instanceUid;
-    const auto [place, isNew] = firstWithObject_.try_emplace(identity, file.path);
-    if (isNew) return true;
-    const bool isSameFile = absolutePath(place->second) == absolutePath(file.path);
-    if (!isSameFile) {
-      leaveOut(file.path, "it holds the same object as " + place->second + ".", false);
-    }
-    return false;
+  // The old file set goes away only when everything for the new one is there.
+  bool layOut(Staging& staging) {
+    if (!copySources(staging)) return false;
+    return !isWiping_ || job_.clearRoot(staging.name()) ||
+           fail("The root directory " + result_.root + " cannot be wiped.");
   }
 
-  // The label shows dates of a single patient and study, and a date that is none ends the creation
-  // after everything has been moved.
-  bool checkLabel() {
-    LabelDates dates;
-    for (const Candidate& one : candidates_) {
-      dates.add(one.key, one.fields);
-    }
-    if (auto reason = dates.problem()) return fail(*reason);
-    return true;
-  }
-
-  bool addAll(Staging& staging) {
-    progress_.begin(options_.isMoving ? "Adding" : "Copying", candidates_.size());
-    for (std::size_t i = 0; i < candidates_.size(); ++i) {
-      if (!addOne(candidates_[i], staging)) return false;
+  bool copySources(Staging& staging) {
+    const std::size_t count = job_.plannedCount();
+    progress_.begin("Copying", count);
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::string source = job_.plannedSource(i);
+      const SourceFile& file = files_.at(source);
+      if (!isMoved(file)) {
+        std::string copy;
+        std::string reason;
+        // Nothing that follows can be copied either when the disk is full.
+        if (!staging.copyIn(source, copy, reason)) {
+          return fail("Cannot add " + file.path + ": " + reason);
+        }
+        if (!job_.handOver(i, copy)) return fail(replaced(job_.errorText(), source, file.path));
+      }
       progress_.advance(i + 1);
     }
-    result_.patients = patients_.size();
-    result_.studies = studies_.size();
-    result_.series = series_.size();
-    if (result_.objects > 0) return true;
-    return fail("There is no DICOM file to add to the file set.");
-  }
-
-  bool addOne(const Candidate& one, Staging& staging) {
-    std::string handedOver = absolutePath(one.file.path);
-    if (!isMoved(one.file)) {
-      const std::string source = handedOver;
-      std::string reason;
-      if (!staging.copyIn(source, handedOver, reason)) {
-        // Nothing that follows can be copied either when the disk is full.
-        return fail("Cannot add " + one.file.path + ": " + reason);
-      }
-    }
-    if (lastKey_ != one.key) {
-      job_.setPatientKey(one.key);
-      lastKey_ = one.key;
-    }
-    if (!job_.addFile(handedOver)) {
-      std::string sentence = job_.errorText();
-      for (std::size_t at = sentence.find(handedOver); at != std::string::npos;
-           at = sentence.find(handedOver, at + one.file.path.size())) {
-        sentence.replace(at, handedOver.size(), one.file.path);
-      }
-      return leaveOut(one.file.path, sentence, true);
-    }
-    count(one);
     return true;
-  }
-
-  void count(const Candidate& one) {
-    patients_.insert(one.key);
-    const std::string study = one.key + "\n" + one.fields.studyUid;
-    studies_.insert(study);
-    series_.insert(study + "\n" + one.fields.seriesUid);
-    ++result_.objects;
-    result_.bytes += one.sizeBytes;
   }
 
   void create() {
     progress_.begin("Creating the file set", 0);
     isCreating_ = true;
-    const bool isCreated = job_.createFileSet();
+    const bool isCreated = job_.createPlanned();
     isCreating_ = false;
     if (isCreated) {
+      if (isRootMade_) ::chmod(result_.root.c_str(), usualDirectoryMode());
       result_.label = job_.label();
       if (result_.label.empty()) result_.remarks.push_back(job_.errorText());
       return;
     }
-    fail(job_.errorText());
-    if (rootState(result_.root) == RootState::NotEmpty) {
-      result_.remarks.push_back(whereFilesAre());
+    fail(inUsersWords(job_.errorText()));
+    if (const std::string file = job_.failedFile(); !file.empty()) result_.remarks.push_back(file);
+    if (rootEntry(result_.root) == RootEntry::NotEmpty) result_.remarks.push_back(whereFilesAre());
+  }
+
+  // Files that had to be given another name are called by their own.
+  [[nodiscard]] std::string inUsersWords(std::string sentence) const {
+    for (const auto& [path, file] : files_) {
+      if (sentence.find(path) == std::string::npos) continue;
+      return path == absolutePath(file.path) ? sentence : replaced(sentence, path, file.path);
     }
+    return sentence;
+  }
+
+  void forgetTotals() {
     result_.patients = result_.studies = result_.series = result_.objects = 0;
     result_.bytes = 0;
   }
@@ -286,7 +292,7 @@ class CreateJob {
   [[nodiscard]] std::string whereFilesAre() const {
     if (options_.isMoving) {
       return "Every file is whole: those that were moved already are in " + result_.root +
-             ", the others in their places.";
+             ", where UNFINISHED.TXT names them, the others in their places.";
     }
     return "The file set in " + result_.root + " is not complete; the sources are as they were.";
   }
@@ -294,23 +300,20 @@ class CreateJob {
   // Runs beside the job, in a process that is about to end.
   void interrupted(Staging& staging) const {
     staging.remove();
+    if (isRootMade_) ::rmdir(result_.root.c_str());
     if (isCreating_) std::fprintf(stderr, "\nquillon: %s\n", whereFilesAre().c_str());
   }
 
   const CreateOptions& options_;
+  MediaJob& job_;
   ProgressBar progress_;
-  MediaJob job_;
   CreateResult result_;
   std::string stagingParent_;
+  bool isRootMade_ = false;
   bool isWiping_ = false;
-  bool isWiped_ = false;
   std::atomic<bool> isCreating_ = false;
-  std::vector<Candidate> candidates_;
-  std::unordered_map<std::string, std::string> firstWithObject_;
-  std::unordered_set<std::string> patients_;
-  std::unordered_set<std::string> studies_;
-  std::unordered_set<std::string> series_;
-  std::optional<std::string> lastKey_;
+  // By the path that the object knows the file by.
+  std::unordered_map<std::string, SourceFile> files_;
 };
 
 }  // namespace
@@ -321,6 +324,8 @@ std::string absoluteRoot(std::string_view root) {
   return path;
 }
 
-CreateResult createFileSet(const CreateOptions& options) { return CreateJob(options).run(); }
+CreateResult createFileSet(const CreateOptions& options, MediaJob& job) {
+  return CreateJob(options, job).run();
+}
 
 }  // namespace quillon::cli

@@ -9,6 +9,8 @@
 
 namespace quillon::cli {
 
+class MediaJob;
+
 struct CreateOptions {
   std::vector<std::string> sources;
   std::optional<std::string> root;
@@ -20,6 +22,8 @@ struct CreateOptions {
   bool hasOtherContent = true;
   bool isMoving = false;
   bool isKeepingGoing = false;
+  // Files that are not whole are refused.
+  bool isStrict = false;
   // The objects may be hard links to the sources: nobody will have the file set after this job.
   bool mayLink = false;
   bool showsProgress = true;
@@ -47,6 +51,7 @@ struct CreateResult {
 // The file set's directory as an absolute path without a separator at its end.
 std::string absoluteRoot(std::string_view root);
 
-CreateResult createFileSet(const CreateOptions& options);
+// The job keeps its root directory afterwards, for the delivery.
+CreateResult createFileSet(const CreateOptions& options, MediaJob& job);
 
 }  // namespace quillon::cli

@@ -4,6 +4,7 @@
 
 #include "foundation/scoped_bstr.h"
 #include "foundation/text.h"
+#include "patient_key.h"
 #include "platform/services.h"
 
 namespace quillon::cli {
@@ -12,7 +13,9 @@ namespace {
 
 Text wide(std::string_view text) { return WidenText(text, FileSystemCodePage()); }
 
-std::string narrow(const ScopedBstr& text) { return NarrowText(text.View(), FileSystemCodePage()); }
+std::string narrow(TextView text) { return NarrowText(text, FileSystemCodePage()); }
+
+std::string narrow(const ScopedBstr& text) { return narrow(text.View()); }
 
 VARIANT_BOOL variantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
@@ -24,6 +27,12 @@ std::string read(CQuillonMediaRW& object, Getter getter) {
 }
 
 }  // namespace
+
+// A host that says nothing gets what the description says; this one follows the field, unless the
+// workstation is set up otherwise.
+MediaJob::MediaJob() {
+  if (!object_.Builder().HasPracticeSetting()) object_.Builder().currentPractice = true;
+}
 
 MediaJob::ComScope::ComScope() : isInitialized(SUCCEEDED(CoInitialize(nullptr))) {}
 
@@ -52,29 +61,72 @@ void MediaJob::setOtherContent(bool enabled) {
   object_.put_IncludeOtherContent(variantBool(enabled));
 }
 
-void MediaJob::setPatientKey(std::string_view key) {
-  const ScopedBstr text(wide(key));
-  object_.put_UniquePatientId(text.Get());
-}
-
 std::string MediaJob::root() { return read(object_, &CQuillonMediaRW::get_DicomRootDirectory); }
 
 std::string MediaJob::label() { return read(object_, &CQuillonMediaRW::get_IheLabel); }
 
 std::string MediaJob::errorText() { return read(object_, &CQuillonMediaRW::get_ErrMessageText); }
 
-bool MediaJob::addFile(std::string_view path) {
-  const ScopedBstr text(wide(path));
-  VARIANT_BOOL isAccepted = VARIANT_FALSE;
-  object_.AddFile(text.Get(), &isAccepted);
-  return isAccepted == VARIANT_TRUE;
+bool MediaJob::claimRoot() { return object_.Builder().ClaimRoot(); }
+
+RootState MediaJob::rootState() {
+  std::size_t objectCount = 0;
+  return object_.Builder().GetRootState(objectCount);
 }
 
-bool MediaJob::createFileSet() {
-  VARIANT_BOOL isCreated = VARIANT_FALSE;
-  object_.CreateDicomFileSet(&isCreated);
-  return isCreated == VARIANT_TRUE;
+std::string MediaJob::unfinishedText() {
+  std::size_t objectCount = 0;
+  object_.Builder().GetRootState(objectCount);
+  object_.Builder().FailUnfinished(objectCount);
+  return errorText();
 }
+
+bool MediaJob::clearRoot(std::string_view leaveOut) {
+  return object_.Builder().ClearRoot(wide(leaveOut));
+}
+
+bool MediaJob::takesPath(std::string_view path) { return object_.Builder().TakesPath(wide(path)); }
+
+AddOutcome MediaJob::addFile(std::string_view path, const AddRules& rules, std::string& firstFile,
+                             bool& isPixelDataCut) {
+  FitnessRules fitness;
+  fitness.refusesCutFiles = rules.refusesCutFiles;
+  fitness.patientKey = [&rules](TextView name, TextView id) {
+    return rules.patientKey ? wide(*rules.patientKey) : patientKey(name, id);
+  };
+  AddedFile told;
+  object_.Builder().AddFitFile(wide(path), fitness, told);
+  firstFile = narrow(told.firstFile);
+  isPixelDataCut = told.isPixelDataCut;
+  return told.outcome;
+}
+
+void MediaJob::setCopies(bool needRoom) {
+  object_.Builder().sourcesStay = true;
+  object_.Builder().needsRoomForCopies = needRoom;
+}
+
+bool MediaJob::plan() { return object_.Builder().PlanFileSet({}, {}); }
+
+FileSetTotals MediaJob::plannedTotals() { return object_.Builder().PlannedTotals(); }
+
+std::size_t MediaJob::plannedCount() { return object_.Builder().PlannedCount(); }
+
+std::string MediaJob::plannedSource(std::size_t index) {
+  return narrow(object_.Builder().PlannedSource(index));
+}
+
+bool MediaJob::handOver(std::size_t index, std::string_view copy) {
+  return object_.Builder().HandOver(index, wide(copy));
+}
+
+std::vector<std::string> MediaJob::labelRemarks() {
+  std::vector<std::string> lines;
+  for (const Text& line : object_.Builder().LabelRemarks()) lines.push_back(narrow(line));
+  return lines;
+}
+
+bool MediaJob::createPlanned() { return object_.Builder().CreatePlannedFileSet(); }
 
 bool MediaJob::setVolume(std::string_view name) {
   const ScopedBstr text(wide(name));
@@ -124,13 +176,29 @@ bool MediaJob::loadHeader(std::string_view file, std::string_view stylesheet, st
   return true;
 }
 
-void MediaJob::wipe() { object_.Wipe(); }
+std::string MediaJob::failedFile() {
+  Text path;
+  Text reason;
+  if (!object_.Builder().GetFailedFile(path, reason)) return {};
+  return narrow(path) + ": " + narrow(reason);
+}
 
-std::string temporaryJobDirectory() {
+void MediaJob::wipe(bool removesAll, std::string& asideDirectory) {
+  Text aside;
+  object_.Builder().Wipe(removesAll, aside);
+  asideDirectory = narrow(aside);
+}
+
+std::string temporaryDirectory() {
   std::array<OLECHAR, MAX_PATH + 1> buffer{};
   const DWORD units = GetTempPathW(static_cast<DWORD>(buffer.size()), buffer.data());
   if (units == 0 || units > buffer.size()) return {};
-  return NarrowText(TextView(buffer.data(), units), FileSystemCodePage()) + "QUILLON";
+  return narrow(TextView(buffer.data(), units));
+}
+
+std::string temporaryJobDirectory() {
+  const std::string directory = temporaryDirectory();
+  return directory.empty() ? directory : directory + "QUILLON";
 }
 
 }  // namespace quillon::cli

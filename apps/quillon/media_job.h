@@ -1,31 +1,63 @@
 // The media object with 8-bit text in the file-system code page, as a command-line program has it.
+// One job is one object: it keeps its root directory to itself until the file set is delivered.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "server/media_object/media_rw.h"
 
 namespace quillon::cli {
 
+struct AddRules {
+  std::optional<std::string> patientKey;  // none: files fall under the patient that they name
+  bool refusesCutFiles = false;
+};
+
 class MediaJob {
  public:
+  MediaJob();
+
   // False when the object refused the path; errorText tells why.
   bool setRoot(std::string_view path);
   bool setObjectDirectory(std::string_view path);
   void setHierarchy(bool enabled);
   void setOtherContent(bool enabled);
-  // Decides under which patient the files added from now on fall.
-  void setPatientKey(std::string_view key);
 
   [[nodiscard]] std::string root();
   [[nodiscard]] std::string label();
   // The object's last sentence.
   [[nodiscard]] std::string errorText();
 
-  bool addFile(std::string_view path);
-  bool createFileSet();
+  // Takes the root directory for this job, which makes it when it is missing. False when another
+  // has it.
+  bool claimRoot();
+  [[nodiscard]] RootState rootState();
+  // The sentence about a root directory that holds what is left of another job.
+  [[nodiscard]] std::string unfinishedText();
+  // Empties the root directory, but for an entry of this name.
+  bool clearRoot(std::string_view leaveOut);
+
+  // Whether the object takes files by this path; errorText tells why not.
+  bool takesPath(std::string_view path);
+  // Adds a file that a file set can take. AddOutcome::Refused: errorText tells why.
+  AddOutcome addFile(std::string_view path, const AddRules& rules, std::string& firstFile,
+                     bool& isPixelDataCut);
+
+  // The objects will come as copies: handOver gives one for each planned file.
+  void setCopies(bool needRoom);
+  // False when the file set cannot be created; nothing has been changed.
+  bool plan();
+  [[nodiscard]] FileSetTotals plannedTotals();
+  [[nodiscard]] std::size_t plannedCount();
+  [[nodiscard]] std::string plannedSource(std::size_t index);
+  bool handOver(std::size_t index, std::string_view copy);
+  // Lines that the label leaves out.
+  [[nodiscard]] std::vector<std::string> labelRemarks();
+  bool createPlanned();
 
   // False for a name that is too long.
   bool setVolume(std::string_view name);
@@ -35,6 +67,9 @@ class MediaJob {
   void setRecording(bool simulate, bool fullErase, bool eject);
   // Leaves the file set in its place, whatever happens.
   bool write();
+  // After a failure: the file that could not be read or written and the system's reason, if there
+  // is one.
+  [[nodiscard]] std::string failedFile();
 
   // About the disc in the first recorder. Nothing when there is no answer: errorText tells why. It
   // also tells why a disc is not recordable.
@@ -44,8 +79,9 @@ class MediaJob {
   // The header of a DICOM file through the stylesheet at a path or URL.
   bool loadHeader(std::string_view file, std::string_view stylesheet, std::string& text);
 
-  // Removes the root directory and the temporary directory of earlier jobs.
-  void wipe();
+  // Removes the root directory and the temporary directory of earlier jobs. What is left of a
+  // creation that did not end is set aside (asideDirectory) unless removesAll.
+  void wipe(bool removesAll, std::string& asideDirectory);
 
  private:
   // Initialises COM on the thread, as the host of an object does.
@@ -62,6 +98,8 @@ class MediaJob {
   CQuillonMediaRW object_;
 };
 
+// The platform's temporary directory, with its separator; empty when there is none.
+std::string temporaryDirectory();
 // What the media object removes when it is wiped, beside the root.
 std::string temporaryJobDirectory();
 

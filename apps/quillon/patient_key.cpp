@@ -2,12 +2,11 @@
 
 namespace quillon::cli {
 
-std::string patientKey(const ObjectFields& fields) {
+Text patientKey(TextView name, TextView id) {
   // DOE^JOHN and DOE^JOHN^^ are the same name: trailing separators of empty components say nothing.
-  std::string name = fields.patientName;
-  name.erase(name.find_last_not_of("^= ") + 1);
+  Text key(name.substr(0, name.find_last_not_of(OLESTR("^= ")) + 1));
   // A backslash separates values in the file and therefore occurs in neither of the two.
-  return name + "\\" + fields.patientId;
+  return key.append(OLESTR("\\")).append(id);
 }
 
 }  // namespace quillon::cli

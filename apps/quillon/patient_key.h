@@ -1,13 +1,11 @@
-// The key that decides which objects fall under one patient.
+// Which patient a file belongs to, when the user does not say.
 #pragma once
 
-#include <string>
-
-#include "object_fields.h"
+#include "foundation/text.h"
 
 namespace quillon::cli {
 
-// Made of the patient's name and ID. Never empty, also for an object without either.
-std::string patientKey(const ObjectFields& fields);
+// From the patient name and the patient ID of a file. Files with the same key are one patient's.
+Text patientKey(TextView name, TextView id);
 
 }  // namespace quillon::cli

@@ -4,6 +4,8 @@
 #include <memory>
 
 #include "create_command.h"
+#include "media_job.h"
+#include "private_root.h"
 #include "result_output.h"
 #include "toolkit_log.h"
 #include "write_command.h"
@@ -52,13 +54,15 @@ bool giveOwnBytes(const std::string& root) {
   return !error;
 }
 
-int publish(CommandOptions& options, CreateResult& created, WriteResult& written) {
+int publish(CommandOptions& options, std::vector<std::string> remarks, CreateResult& created,
+            WriteResult& written) {
   if (auto reason = reasonNotToWrite(options.write, options.create.sources)) {
     created.error = std::move(reason);
   } else {
-    created = createFileSet(options.create);
+    MediaJob job;
+    created = createFileSet(options.create, job);
     if (!created.error) {
-      written = writeFileSet(options.write);
+      written = writeFileSet(options.write, job);
       if (options.create.mayLink && written.isKept && !giveOwnBytes(written.root)) {
         written.remarks.emplace_back(
             "Files of the file set still share their bytes with the sources.");
@@ -72,7 +76,7 @@ int publish(CommandOptions& options, CreateResult& created, WriteResult& written
   } else if (!created.error) {
     output += plainText(written);
   }
-  std::vector<std::string> remarks = created.remarks;
+  remarks.insert(remarks.end(), created.remarks.begin(), created.remarks.end());
   remarks.insert(remarks.end(), written.remarks.begin(), written.remarks.end());
   return finish(output, error, remarks);
 }
@@ -82,11 +86,22 @@ int runPublish(CommandOptions& options) {
     return finish({}, "The log file " + options.logFile + " cannot be written.", {});
   }
   options.create.showsProgress = options.write.showsProgress = !options.isQuiet;
-  options.write.root = options.create.root;
   options.create.mayLink = !options.write.isKeeping && !options.write.isSimulating;
   CreateResult created;
   WriteResult written;
-  return publish(options, created, written);
+  // Two jobs that name no root must not meet in one.
+  PrivateRoot own;
+  std::vector<std::string> remarks;
+  if (!options.create.root) {
+    remarks = PrivateRoot::removeAbandoned();
+    std::string sentence;
+    if (!own.make(options.create.isMoving, sentence)) return finish({}, sentence, {});
+    options.create.root = own.root();
+  }
+  options.write.root = options.create.root;
+  const int status = publish(options, std::move(remarks), created, written);
+  own.end(written.isKept);
+  return status;
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 #include "result_output.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "json_output.h"
+#include "terminal_text.h"
 
 namespace quillon::cli {
 
@@ -24,6 +26,12 @@ std::string member(const char* name, const std::string& json) {
   return std::string("\"") + name + "\":" + json + ",";
 }
 
+// A line end in a name must not begin a line of its own.
+std::string singleLine(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
+}
+
 std::string jsonBool(bool value) { return value ? "true" : "false"; }
 
 }  // namespace
@@ -42,10 +50,10 @@ std::string plainText(const CreateResult& result) {
   if (!result.passedOver.empty()) {
     out += "Passed over:\n";
     for (const PassedOver& one : result.passedOver) {
-      out += "  " + one.path + ": " + one.reason + "\n";
+      out += "  " + singleLine(one.path) + ": " + singleLine(one.reason) + "\n";
     }
   }
-  return out;
+  return forTerminal(out);
 }
 
 std::string plainText(const WriteResult& result) {
@@ -54,7 +62,7 @@ std::string plainText(const WriteResult& result) {
   out += result.target ? *result.target : "disc " + result.volume;
   out += "\n";
   if (result.isKept) out += "Kept:      " + result.root + "\n";
-  return out;
+  return forTerminal(out);
 }
 
 std::string jsonMembers(const CreateResult& result) {
@@ -90,12 +98,16 @@ std::string jsonObject(const std::string& members, const std::optional<std::stri
 int finish(const std::string& output, const std::optional<std::string>& error,
            const std::vector<std::string>& remarks) {
   std::fwrite(output.data(), 1, output.size(), stdout);
+  // What has failed is the last word, also where both go to one file.
+  std::fflush(stdout);
   if (error) {
     // Reasons that come from a drive end in empty lines.
     const std::string sentence = error->substr(0, error->find_last_not_of('\n') + 1);
-    std::fprintf(stderr, "quillon: %s\n", sentence.c_str());
+    std::fprintf(stderr, "quillon: %s\n", forTerminal(sentence).c_str());
   }
-  for (const std::string& remark : remarks) std::fprintf(stderr, "quillon: %s\n", remark.c_str());
+  for (const std::string& remark : remarks) {
+    std::fprintf(stderr, "quillon: %s\n", forTerminal(singleLine(remark)).c_str());
+  }
   // What did not fit the buffer has failed before.
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
     std::fprintf(stderr, "quillon: The result cannot be written.\n");

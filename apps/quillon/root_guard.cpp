@@ -42,31 +42,15 @@ std::vector<std::string> homeDirectories() {
 
 }  // namespace
 
-RootState rootState(const std::string& root) {
+RootEntry rootEntry(const std::string& root) {
   std::error_code error;
   const fs::file_status status = fs::status(root, error);
-  if (status.type() == fs::file_type::not_found) return RootState::Missing;
-  if (error) return RootState::Unreadable;
-  if (!fs::is_directory(status)) return RootState::NotDirectory;
+  if (status.type() == fs::file_type::not_found) return RootEntry::Missing;
+  if (error) return RootEntry::Unreadable;
+  if (!fs::is_directory(status)) return RootEntry::NotDirectory;
   const bool isEmpty = fs::is_empty(root, error);
-  if (error) return RootState::Unreadable;
-  return isEmpty ? RootState::Empty : RootState::NotEmpty;
-}
-
-bool holdsUnfinishedFileSet(const std::string& root) {
-  constexpr std::string_view kObjectPrefix = "QLN";
-  constexpr std::string_view kDigits = "0123456789";
-  std::error_code error;
-  if (fs::exists(fs::path(root) / "DICOMDIR", error)) return false;
-  for (fs::recursive_directory_iterator it(root, error), end; !error && it != end;
-       it.increment(error)) {
-    const std::string name = it->path().filename().string();
-    if (name.size() > kObjectPrefix.size() && name.starts_with(kObjectPrefix) &&
-        name.find_first_not_of(kDigits, kObjectPrefix.size()) == std::string::npos) {
-      return true;
-    }
-  }
-  return false;
+  if (error) return RootEntry::Unreadable;
+  return isEmpty ? RootEntry::Empty : RootEntry::NotEmpty;
 }
 
 bool liesWithin(const std::string& path, const std::string& directory) {

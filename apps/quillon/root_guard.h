@@ -7,12 +7,8 @@
 
 namespace quillon::cli {
 
-enum class RootState { Missing, Empty, NotEmpty, NotDirectory, Unreadable };
-RootState rootState(const std::string& root);
-
-// True for a directory that holds objects under the names of a file set, but no DICOMDIR: what is
-// left of a creation that was cut off, perhaps the only copies of files that were moved.
-bool holdsUnfinishedFileSet(const std::string& root);
+enum class RootEntry { Missing, Empty, NotEmpty, NotDirectory, Unreadable };
+RootEntry rootEntry(const std::string& root);
 
 // Both with symbolic links resolved. A path lies within itself.
 bool liesWithin(const std::string& path, const std::string& directory);

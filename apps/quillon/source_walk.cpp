@@ -54,6 +54,7 @@ class Walk {
     struct stat target {};
     if (lstat(path.c_str(), &link) != 0 || stat(path.c_str(), &target) != 0) {
       problem(path, systemReason("it cannot be found"), true);
+      list_.problems.back().isMissing = true;
     } else if (S_ISDIR(target.st_mode)) {
       directory(path);
     } else if (S_ISREG(target.st_mode)) {
@@ -157,8 +158,13 @@ SourceList walkSources(const std::vector<std::string>& arguments,
 }
 
 std::string absolutePath(std::string_view path) {
-  if (path.starts_with('/')) return std::string(path);
-  return joined(std::filesystem::current_path().string(), std::string(path));
+  std::string absolute = path.starts_with('/')
+                             ? std::string(path)
+                             : joined(std::filesystem::current_path().string(), std::string(path));
+  // Several separators in a row are one, but a path of the system's may not have them.
+  const auto isDoubled = [](char a, char b) { return a == '/' && b == '/'; };
+  absolute.erase(std::unique(absolute.begin(), absolute.end(), isDoubled), absolute.end());
+  return absolute;
 }
 
 }  // namespace quillon::cli

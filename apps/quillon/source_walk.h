@@ -20,6 +20,7 @@ struct SourceProblem {
   std::string path;
   std::string reason;
   bool endsJob = false;
+  bool isMissing = false;  // there is nothing of that name
 };
 
 struct SourceWalkOptions {

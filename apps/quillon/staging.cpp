@@ -18,6 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr const char* kPrefix = ".quillon-";
 constexpr std::size_t kBlockBytes = std::size_t{1} << 20;
 constexpr std::size_t kRangeBytes = std::size_t{1} << 30;
 
@@ -86,36 +87,73 @@ std::string Staging::parentFor(const std::string& root) {
   return path.string();
 }
 
+void Staging::removeAbandoned(const std::string& parent) {
+  HeldDirectory::forEachAbandoned(parent, kPrefix, [](const std::string& path) {
+    std::error_code error;
+    fs::remove_all(path, error);
+  });
+}
+
 bool Staging::makeDirectory(std::string& reason) {
-  std::string pattern = parent_ + (parent_.ends_with('/') ? "" : "/") + ".quillon-" +
-                        std::to_string(getpid()) + "-XXXXXX";
-  if (mkdtemp(pattern.data()) == nullptr) {
-    reason =
-        "a directory for copies cannot be made in " + parent_ + ": " + std::strerror(errno) + ".";
-    return false;
-  }
-  directory_ = pattern;
-  return true;
+  const std::lock_guard lock(mutex_);
+  if (isRemoved_) return false;
+  if (!directory_.path().empty() || directory_.make(parent_, kPrefix)) return true;
+  reason =
+      "a directory for copies cannot be made in " + parent_ + ": " + std::strerror(errno) + ".";
+  return false;
+}
+
+std::string Staging::name() const { return fs::path(directory_.path()).filename().string(); }
+
+std::string Staging::nextName() {
+  char name[24];
+  std::snprintf(name, sizeof name, "/%08zu", ++count_);
+  return directory_.path() + name;
+}
+
+bool Staging::nameIn(const std::string& source, std::string& name, std::string& reason) {
+  if (!makeDirectory(reason)) return false;
+  name = nextName();
+  if (::symlink(source.c_str(), name.c_str()) == 0) return true;
+  reason = std::string("it cannot be given a shorter name: ") + std::strerror(errno) + ".";
+  return false;
+}
+
+bool Staging::needsRoom() {
+  std::string reason;
+  if (mayLink_ || !makeDirectory(reason)) return false;
+  const std::string a = nextName();
+  const std::string b = nextName();
+  const FileHandle from(::open(a.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  const FileHandle to(::open(b.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+  const bool canClone = from.get() >= 0 && to.get() >= 0 && writeAll(from.get(), "x", 1) &&
+                        ioctl(to.get(), FICLONE, from.get()) == 0;
+  ::unlink(a.c_str());
+  ::unlink(b.c_str());
+  return !canClone;
 }
 
 bool Staging::copyIn(const std::string& source, std::string& copy, std::string& reason) {
-  const std::lock_guard lock(mutex_);
-  if (directory_.empty() && (isRemoved_ || !makeDirectory(reason))) return false;
-  char name[24];
-  std::snprintf(name, sizeof name, "/%08zu", ++count_);
-  copy = directory_ + name;
+  if (!makeDirectory(reason)) return false;
+  copy = nextName();
   if (mayLink_ &&
       ::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, copy.c_str(), AT_SYMLINK_FOLLOW) == 0) {
     return true;
   }
-  const FileHandle from(::open(source.c_str(), O_RDONLY | O_CLOEXEC));
-  if (from.get() < 0) {
+  // Without waiting: what was a file may have become a pipe.
+  const FileHandle from(::open(source.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat status {};
+  if (from.get() < 0 || fstat(from.get(), &status) != 0) {
     reason = std::string("it cannot be opened: ") + std::strerror(errno) + ".";
+    return false;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    reason = "it is not a regular file.";
     return false;
   }
   FileHandle to(::open(copy.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (to.get() < 0 || !copyFile(from.get(), to.get()) || !to.close()) {
-    reason = "it cannot be copied to " + directory_ + ": " + std::strerror(errno) + ".";
+    reason = "it cannot be copied to " + directory_.path() + ": " + std::strerror(errno) + ".";
     ::unlink(copy.c_str());
     return false;
   }
@@ -141,15 +179,15 @@ bool Staging::copyFile(int source, int copy) {
 
 void Staging::remove() {
   const std::lock_guard lock(mutex_);
-  isRemoved_ = true;
-  if (directory_.empty()) return;
+  if (isRemoved_.exchange(true) || directory_.path().empty()) return;
   std::error_code error;
-  fs::remove_all(directory_, error);
-  if (error) {
-    std::fprintf(stderr, "quillon: Cannot remove the copies in %s: %s.\n", directory_.c_str(),
-                 error.message().c_str());
+  // A file may be made in it in the meantime, by the thread that is to end.
+  for (int tries = 0; tries < 3; ++tries) {
+    fs::remove_all(directory_.path(), error);
+    if (!error) return;
   }
-  directory_.clear();
+  std::fprintf(stderr, "quillon: Cannot remove the copies in %s: %s.\n", directory_.path().c_str(),
+               error.message().c_str());
 }
 
 }  // namespace quillon::cli

@@ -2,9 +2,12 @@
 // own stay as they are.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <mutex>
 #include <string>
+
+#include "held_directory.h"
 
 namespace quillon::cli {
 
@@ -13,6 +16,9 @@ class Staging {
   // Where the copies of a job for this root go: on the root's file system, so that they are moved
   // into the file set by renaming. Beside the root when that is possible, else in it.
   static std::string parentFor(const std::string& root);
+
+  // Removes what jobs that were killed left there.
+  static void removeAbandoned(const std::string& parent);
 
   // mayLink: copies may be hard links, for a file set that goes away in the same job.
   Staging(std::string parent, bool mayLink) : parent_(std::move(parent)), mayLink_(mayLink) {}
@@ -24,21 +30,31 @@ class Staging {
   // reach the other), and copies the bytes otherwise. False with a reason that ends in ".".
   bool copyIn(const std::string& source, std::string& copy, std::string& reason);
 
+  // A second name, short and plain, for a file whose own the system cannot take: a symbolic link.
+  bool nameIn(const std::string& source, std::string& name, std::string& reason);
+
+  // Of the directory with the copies, without its parent's; empty before it is made.
+  [[nodiscard]] std::string name() const;
+
+  // Whether copies need room of their own. Tries it.
+  bool needsRoom();
+
   // Removes the directory with what is still in it. Nothing can be staged afterwards. May be called
-  // from another thread.
+  // from another thread, also while a file is copied.
   void remove();
 
  private:
   bool makeDirectory(std::string& reason);
+  std::string nextName();
   bool copyFile(int source, int copy);
 
-  std::mutex mutex_;
+  std::mutex mutex_;  // of the directory's making and removal; never held while a file is read
   std::string parent_;
   bool mayLink_;
-  std::string directory_;
+  HeldDirectory directory_;
   std::size_t count_ = 0;
   bool canClone_ = true;
-  bool isRemoved_ = false;
+  std::atomic<bool> isRemoved_ = false;
 };
 
 }  // namespace quillon::cli

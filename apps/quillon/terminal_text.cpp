@@ -25,6 +25,12 @@ constexpr std::array kUnprintable{
     Range{"\xE2\x81\xA6", "\xE2\x81\xA9"},  // U+2066 to U+2069, isolates
 };
 
+// To a terminal that does not take its text for UTF-8.
+bool isC1(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte >= 0x80 && byte <= 0x9F;
+}
+
 bool isUnprintable(std::string_view character) {
   return std::any_of(kUnprintable.begin(), kUnprintable.end(), [character](const Range& range) {
     return character >= range.first && character <= range.last;
@@ -53,8 +59,10 @@ std::string forTerminal(std::string_view utf8) {
     const std::string_view character = utf8.substr(0, bytes);
     if (bytes == 1) {
       appendAscii(out, character[0]);
+    } else if (bytes == 0) {
+      out += isC1(utf8[0]) ? kReplacement : utf8.substr(0, 1);
     } else {
-      out += bytes == 0 || isUnprintable(character) ? kReplacement : character;
+      out += isUnprintable(character) ? kReplacement : character;
     }
     utf8.remove_prefix(bytes == 0 ? 1 : bytes);
   }

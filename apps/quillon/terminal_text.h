@@ -7,9 +7,10 @@
 
 namespace quillon::cli {
 
-// Well-formed UTF-8 in which a terminal finds nothing to obey and nothing turns the direction of
-// other text: control characters but newline and tab become their pictures, C1 controls, characters
-// that set a direction and bytes that are no UTF-8 become U+FFFD.
+// Text in which a terminal finds nothing to obey and nothing turns the direction of other text:
+// control characters but newline and tab become their pictures, C1 controls, also as single bytes,
+// and characters that set a direction become U+FFFD. Other bytes that are no UTF-8 stay: names of
+// files may have them.
 std::string forTerminal(std::string_view utf8);
 
 }  // namespace quillon::cli

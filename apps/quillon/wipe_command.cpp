@@ -1,23 +1,25 @@
 #include "wipe_command.h"
 
-#include <filesystem>
 #include <memory>
+#include <vector>
 
 #include "json_output.h"
 #include "media_job.h"
+#include "private_root.h"
 #include "result_output.h"
 #include "root_guard.h"
+#include "staging.h"
 
 namespace quillon::cli {
-
-namespace fs = std::filesystem;
 
 namespace {
 
 constexpr const char* kFooter =
-    R"(Removes the root directory with everything in it, and the directory QUILLON in the temporary
-directory. A root directory that holds the home or the current directory is never wiped, one that
-holds something but no DICOMDIR only with --force.
+    R"(Removes the root directory with everything in it, the directory QUILLON in the temporary
+directory, and the copies that killed jobs left beside the root and, without --root, in the
+temporary directory. A root directory that holds the home or the current directory is never wiped,
+one that holds something but no file set only with --force. Objects of a creation that did not end
+may be the only copies of files: they are set aside beside the root unless --force is given.
 
 Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 
@@ -28,33 +30,44 @@ struct CommandOptions {
 };
 
 // A sentence when there is something left, or nothing was done.
-std::optional<std::string> wipe(const CommandOptions& options, std::string& root) {
+std::optional<std::string> wipe(const CommandOptions& options, std::string& root,
+                                std::vector<std::string>& remarks) {
   MediaJob job;
+  if (options.root && options.root->empty()) return "The root directory has no name.";
   if (options.root && !job.setRoot(absoluteRoot(*options.root))) return job.errorText();
   root = job.root();
-  const RootState before = rootState(root);
-  if (before == RootState::NotDirectory) return "The root " + root + " is not a directory.";
-  if (before != RootState::Missing) {
+  Staging::removeAbandoned(Staging::parentFor(root));
+  if (!options.root) remarks = PrivateRoot::removeAbandoned();
+  const RootEntry before = rootEntry(root);
+  if (before == RootEntry::NotDirectory) return "The root " + root + " is not a directory.";
+  if (before != RootEntry::Missing) {
     if (auto reason = reasonNotToWipe(root, {})) return reason;
+    if (!job.claimRoot()) return job.errorText();
   }
-  std::error_code error;
-  if (before == RootState::NotEmpty && !options.isForced &&
-      !fs::is_regular_file(fs::path(root) / "DICOMDIR", error)) {
+  if (rootEntry(root) == RootEntry::NotEmpty && !options.isForced &&
+      job.rootState() == RootState::Free) {
     return "The directory " + root +
            " is not wiped: it holds no DICOMDIR. With --force it is wiped all the same.";
   }
-  job.wipe();
-  if (rootState(root) != RootState::Missing)
-    return "The root directory " + root + " cannot be wiped.";
-  return std::nullopt;
+  std::string asideDirectory;
+  job.wipe(options.isForced, asideDirectory);
+  if (!asideDirectory.empty()) {
+    remarks.push_back("The objects of a job that did not finish are set aside in " +
+                      asideDirectory + ", where UNFINISHED.TXT names them.");
+  }
+  if (rootEntry(root) == RootEntry::Missing) return std::nullopt;
+  return job.rootState() == RootState::Unfinished
+             ? job.unfinishedText()
+             : "The root directory " + root + " cannot be wiped.";
 }
 
 int runWipe(const CommandOptions& options) {
   std::string root;
-  const std::optional<std::string> error = wipe(options, root);
+  std::vector<std::string> remarks;
+  const std::optional<std::string> error = wipe(options, root, remarks);
   std::string output;
   if (options.isJson) output = jsonObject("\"root\":" + jsonString(root) + ",", error);
-  return finish(output, error, {});
+  return finish(output, error, remarks);
 }
 
 }  // namespace
@@ -66,7 +79,8 @@ void addWipeCommand(CLI::App& program, int& exitStatus) {
       ->add_option("--root", options->root,
                    "Directory of the file set (default: DICOM in the temporary directory)")
       ->type_name("DIR");
-  command->add_flag("--force", options->isForced, "Also wipe a directory that holds no file set");
+  command->add_flag("--force", options->isForced,
+                    "Also wipe what is no file set, or an unfinished one");
   command->add_flag("--json", options->isJson, "Print the result as one JSON object");
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runWipe(*options); });

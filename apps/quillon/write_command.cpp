@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "json_output.h"
+#include "media_job.h"
 #include "result_output.h"
 #include "write_job.h"
 
@@ -31,7 +32,8 @@ struct CommandOptions {
 
 int runWrite(CommandOptions& options) {
   options.job.showsProgress = !options.isQuiet;
-  const WriteResult result = writeFileSet(options.job);
+  MediaJob mediaJob;
+  const WriteResult result = writeFileSet(options.job, mediaJob);
   const std::string output =
       options.isJson ? jsonObject("\"root\":" + jsonString(result.root) + "," + jsonMembers(result),
                                   result.error)

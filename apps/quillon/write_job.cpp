@@ -1,11 +1,14 @@
 #include "write_job.h"
 
 #include <algorithm>
+#include <atomic>
+#include <cstdio>
 #include <filesystem>
 
 #include "create_job.h"
 #include "disc/imapi_version.h"
 #include "disc_progress_scope.h"
+#include "interrupt_guard.h"
 #include "media_job.h"
 #include "progress_bar.h"
 #include "root_guard.h"
@@ -19,8 +22,8 @@ namespace {
 
 class WriteJob {
  public:
-  explicit WriteJob(const WriteOptions& options)
-      : options_(options), progress_(options.showsProgress) {}
+  WriteJob(const WriteOptions& options, MediaJob& job)
+      : options_(options), job_(job), progress_(options.showsProgress) {}
 
   // What can be said before there is a file set.
   std::optional<std::string> check(const std::vector<std::string>& sources) {
@@ -29,12 +32,13 @@ class WriteJob {
   }
 
   WriteResult run() {
-    if (!check({}) && checkFileSet() && makeRoom()) {
+    if (!check({}) && takeFileSet() && makeRoom()) {
+      const InterruptGuard guard([this] { interrupted(); });
       deliver();
       progress_.clear();
       if (result_.isWritten && !staysWhenWritten()) wipe();
     }
-    result_.isKept = rootState(result_.root) == RootState::NotEmpty;
+    result_.isKept = rootEntry(result_.root) == RootEntry::NotEmpty;
     return std::move(result_);
   }
 
@@ -51,6 +55,7 @@ class WriteJob {
 
   bool applySettings() {
     if (options_.root && !job_.setRoot(absoluteRoot(*options_.root))) return fail(job_.errorText());
+    if (options_.root && options_.root->empty()) return fail("The root directory has no name.");
     result_.root = job_.root();
     result_.isSimulated = options_.isSimulating;
     result_.volume = options_.volume.value_or("Quillon");
@@ -66,6 +71,11 @@ class WriteJob {
   bool checkTarget(const std::vector<std::string>& sources) {
     if (!result_.target) return true;
     const std::string& target = *result_.target;
+    const std::string temporary = temporaryJobDirectory();
+    if (!temporary.empty() && liesWithin(target, temporary)) {
+      return fail("The directory " + target + " lies in " + temporary +
+                  ", which every job removes.");
+    }
     if (liesWithin(target, result_.root)) {
       return fail("The directory " + target + " lies in the root directory " + result_.root + ".");
     }
@@ -78,15 +88,15 @@ class WriteJob {
     if (held != sources.end()) {
       return fail("The directory " + target + " holds the source " + *held + ".");
     }
-    switch (rootState(target)) {
-      case RootState::Missing:
-      case RootState::Empty:
+    switch (rootEntry(target)) {
+      case RootEntry::Missing:
+      case RootEntry::Empty:
         return true;
-      case RootState::NotDirectory:
+      case RootEntry::NotDirectory:
         return fail("The target " + target + " is not a directory.");
-      case RootState::Unreadable:
+      case RootEntry::Unreadable:
         return fail("The directory " + target + " cannot be read.");
-      case RootState::NotEmpty:
+      case RootEntry::NotEmpty:
         break;
     }
     return options_.isOverwriting ||
@@ -114,7 +124,17 @@ class WriteJob {
   }
 
   // Also keeps a directory that holds something else from being written, and wiped.
-  bool checkFileSet() {
+  bool takeFileSet() {
+    if (rootEntry(result_.root) != RootEntry::Missing && !job_.claimRoot()) {
+      return fail(job_.errorText());
+    }
+    const RootState state = job_.rootState();
+    if (state == RootState::Unfinished) return fail(job_.unfinishedText());
+    if (state == RootState::UnfinishedCopies) {
+      return fail("The file set in " + result_.root +
+                  " is not complete: the job that made or removed it did not finish. quillon wipe "
+                  "removes it.");
+    }
     std::error_code error;
     return fs::is_regular_file(fs::path(result_.root) / "DICOMDIR", error) ||
            fail("There is no file set in " + result_.root + ": it holds no DICOMDIR.");
@@ -122,7 +142,7 @@ class WriteJob {
 
   // Objects of an earlier set must not lie beside the new ones, so whole directories go.
   bool makeRoom() {
-    if (!result_.target || rootState(*result_.target) != RootState::NotEmpty) return true;
+    if (!result_.target || rootEntry(*result_.target) != RootEntry::NotEmpty) return true;
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(result_.root, error)) {
       const fs::path old = fs::path(*result_.target) / entry.path().filename();
@@ -135,34 +155,56 @@ class WriteJob {
   void deliver() {
     const DiscProgressScope discProgress(progress_);
     progress_.begin(result_.target ? "Copying the file set" : "Preparing the disc", 0);
+    isCopying_ = result_.target.has_value();
     result_.isWritten = job_.write();
+    isCopying_ = false;
     if (result_.isWritten) return;
     fail(job_.errorText());
+    if (const std::string file = job_.failedFile(); result_.target && !file.empty()) {
+      result_.remarks.push_back(file);
+    }
     result_.remarks.push_back(
-        "The file set stays in " + result_.root + "; quillon write can be repeated" +
+        "The file set stays in " + result_.root + "; quillon write --root " + result_.root +
+        " can be repeated" +
         (result_.target ? ", with --overwrite once the target holds part of it." : "."));
   }
 
+  // Runs beside the job, in a process that is about to end.
+  void interrupted() const {
+    if (!isCopying_) return;
+    std::error_code error;
+    const bool isDone = fs::exists(fs::path(*result_.target) / "DICOMDIR", error);
+    std::fprintf(stderr, "\nquillon: The copy in %s is %s; the file set stays in %s.\n",
+                 result_.target->c_str(),
+                 isDone ? "perhaps not complete" : "not complete: it has no DICOMDIR",
+                 result_.root.c_str());
+  }
+
   void wipe() {
-    job_.wipe();
-    const RootState state = rootState(result_.root);
-    if (state == RootState::Missing || state == RootState::Empty) return;
+    std::string asideDirectory;
+    job_.wipe(/*removesAll=*/false, asideDirectory);
+    const RootEntry state = rootEntry(result_.root);
+    if (state == RootEntry::Missing || state == RootEntry::Empty) return;
     fail("The file set is written, but the root directory " + result_.root + " cannot be wiped.");
   }
 
   const WriteOptions& options_;
+  MediaJob& job_;
   ProgressBar progress_;
-  MediaJob job_;
   WriteResult result_;
+  std::atomic<bool> isCopying_ = false;
 };
 
 }  // namespace
 
 std::optional<std::string> reasonNotToWrite(const WriteOptions& options,
                                             const std::vector<std::string>& sources) {
-  return WriteJob(options).check(sources);
+  MediaJob job;
+  return WriteJob(options, job).check(sources);
 }
 
-WriteResult writeFileSet(const WriteOptions& options) { return WriteJob(options).run(); }
+WriteResult writeFileSet(const WriteOptions& options, MediaJob& job) {
+  return WriteJob(options, job).run();
+}
 
 }  // namespace quillon::cli

@@ -7,6 +7,8 @@
 
 namespace quillon::cli {
 
+class MediaJob;
+
 struct WriteOptions {
   std::optional<std::string> root;
   std::optional<std::string> target;  // a directory instead of a disc
@@ -36,7 +38,7 @@ std::optional<std::string> reasonNotToWrite(const WriteOptions& options,
                                             const std::vector<std::string>& sources);
 
 // The file set stays when it could not be written, when that is wanted and after a test run;
-// otherwise it is wiped at the end.
-WriteResult writeFileSet(const WriteOptions& options);
+// otherwise it is wiped at the end. The job may be the one that created it.
+WriteResult writeFileSet(const WriteOptions& options, MediaJob& job);
 
 }  // namespace quillon::cli

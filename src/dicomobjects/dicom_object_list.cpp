@@ -14,6 +14,16 @@ void CDicomObjectList::RemoveAll() {
   COwningList::RemoveAll();
 }
 
+void CDicomObjectList::RemoveLast() {
+  if (GetCount() == 0) return;
+  const auto isLast = [position = GetCount() - 1](const auto& entry) {
+    return entry.second == position;
+  };
+  std::erase_if(byUid_, isLast);
+  std::erase_if(byKey_, isLast);
+  COwningList::RemoveLast();
+}
+
 bool CDicomObjectList::AddObject(TextView path) {
   std::unique_ptr<CDicomObjectProperties> item(new (std::nothrow) CDicomObjectProperties());
   if (item == nullptr) return Fail(kMsgNoStorageForImage);

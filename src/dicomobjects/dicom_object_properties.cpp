@@ -28,6 +28,7 @@ CDicomObjectProperties& CDicomObjectProperties::operator=(const CDicomObjectProp
   CBaseItem::operator=(other);
   image_ =
       other.image_ == nullptr ? nullptr : std::make_unique<CDicomImageProperties>(*other.image_);
+  facts_ = other.facts_;
   allowEmpty_ = other.allowEmpty_;
   fileSizeBytes_ = other.fileSizeBytes_;
   dataSetTransferSyntaxUid_ = other.dataSetTransferSyntaxUid_;
@@ -50,6 +51,7 @@ CDicomObjectProperties::~CDicomObjectProperties() = default;
 
 void CDicomObjectProperties::Clear() {
   if (image_ != nullptr) image_->Clear();
+  facts_.reset();
   fileSizeBytes_ = 0;
   for (Text* text : {&dataSetTransferSyntaxUid_, &fileName_, &modality_, &sopClassUid_,
                      &sopClassCode_, &sopClassName_, &transferSyntaxUid_, &transferSyntaxName_,

@@ -2,22 +2,26 @@
 
 #include "file_id_rules.h"
 #include "file_set_creation.h"
+#include "file_set_plan.h"
 #include "fileset/model/for_each_object.h"
 #include "foundation/working_directory_scope.h"
+#include "media_creation_key.h"
 #include "medium_label.h"
-#include "path_join.h"
+#include "root_claim.h"
+#include "unfinished_mark.h"
 
 namespace quillon {
 
 namespace {
 
 constexpr std::size_t kMaxVolumeNameChars = 32;
-constexpr const OLECHAR* kLabelFileName = OLESTR("LABEL.TXT");
+constexpr const OLECHAR* kCurrentPracticeValue = OLESTR("CurrentPractice");
 
 }  // namespace
 
 CDicomDirProcessor::CDicomDirProcessor()
-    : objectDirectory_(OLESTR("DICOMOBJ")),
+    : claim_(std::make_unique<RootClaim>()),
+      objectDirectory_(OLESTR("DICOMOBJ")),
       otherContentDirectory_(OLESTR("QUILLON")),
       directCopyDirectory_(OLESTR("C:\\")) {
   SetClassName(OLESTR("CDicomDirProcessor"));
@@ -26,6 +30,10 @@ CDicomDirProcessor::CDicomDirProcessor()
   EnsurePatientList();
   files_.GetTempDirectory(rootDirectory_, /*create=*/false, /*addSubdirectory=*/false);
   rootDirectory_ += OLESTR("DICOM");
+  MediaCreationKey key;
+  DWORD practice = 0;
+  hasPracticeSetting_ = key.Open() && key.ReadNumber(kCurrentPracticeValue, practice);
+  currentPractice = hasPracticeSetting_ && practice != 0;
 }
 
 CDicomDirProcessor::~CDicomDirProcessor() = default;
@@ -34,7 +42,10 @@ void CDicomDirProcessor::EnsurePatientList() {
   if (patients_ == nullptr) patients_ = std::make_unique<CPatientList>();
 }
 
-void CDicomDirProcessor::DiscardPatientList() { patients_.reset(); }
+void CDicomDirProcessor::DiscardPatientList() {
+  plan_.reset();
+  patients_.reset();
+}
 
 bool CDicomDirProcessor::HasPatients() {
   if (patients_ == nullptr) return Fail(kMsgPatientListInvalid);
@@ -84,35 +95,20 @@ bool CDicomDirProcessor::ValidateFileId(TextView fileId) {
   return CheckFileId(fileId, files_, *this);
 }
 
-bool CDicomDirProcessor::CreateDicomFileSet(TextView rootDirectory, TextView objectDirectory) {
-  if (!HasPatients()) return false;
-  const WorkingDirectoryScope workingDirectory;
-  FileSetCreation creation(*patients_, files_,
-                           rootDirectory.empty() ? TextView(rootDirectory_) : rootDirectory,
-                           objectDirectory.empty() ? TextView(objectDirectory_) : objectDirectory,
-                           useHierarchyForDicomObjects);
-  if (!creation.Run()) {
-    if (!creation.KeepsPatients()) patients_->RemoveAll();
-    return FailAs(creation);
-  }
-  const bool isComplete = (!includeOtherContent || CopyOtherContent(creation.RootDirectory())) &&
-                          WriteLabel(patients_.get(), creation.RootDirectory());
-  patients_->RemoveAll();
-  return isComplete;
+bool CDicomDirProcessor::GetFailedFile(Text& path, Text& reason) const {
+  path = files_.FailedPath();
+  reason = files_.FailedReason();
+  return !path.empty() && !reason.empty();
 }
 
 bool CDicomDirProcessor::WriteLabel(CPatientList* patients, TextView rootDirectory) {
   ClearIheLabel();
   if (patients == nullptr || patients->GetCount() == 0) return Fail(kMsgNoPatientInformation);
   if (!files_.ValidatePath(rootDirectory)) return FailAs(files_);
-  MediumLabel label;
+  MediumLabel label(currentPractice);
   if (!label.Compose(*patients)) return FailAs(label);
   iheLabel_ = label.GetText();
-  Text path(rootDirectory);
-  if (!JoinBelow(path, kLabelFileName, *this)) return false;
-  CBuffer buffer;
-  if (!label.Encode(buffer)) return FailAs(label);
-  return files_.WriteBuffer(buffer, path, /*append=*/false) || FailAs(files_);
+  return WriteLabelFile(iheLabel_, rootDirectory, files_, *this);
 }
 
 bool CDicomDirProcessor::GetTotalSize(std::uint64_t& sizeBytes) {
@@ -142,16 +138,40 @@ bool CDicomDirProcessor::GetTotalFileCount(std::uint32_t& count) {
 }
 
 void CDicomDirProcessor::Wipe() {
+  Text asideDirectory;
+  Wipe(/*removesAll=*/false, asideDirectory);
+}
+
+void CDicomDirProcessor::Wipe(bool removesAll, Text& asideDirectory) {
+  asideDirectory.clear();
   const WorkingDirectoryScope workingDirectory;
   ClearIheLabel();
+  plan_.reset();
   if (patients_ != nullptr) patients_->RemoveAll();
-  if (files_.PathExists(rootDirectory_)) files_.DeleteDirectoryTree(rootDirectory_, true);
-  Text temporary;
-  if (!files_.GetTempDirectory(temporary, /*create=*/false, /*addSubdirectory=*/false)) return;
-  Text subdirectory;
-  files_.GetTempSubdirectoryName(subdirectory);
-  temporary += subdirectory;
-  if (files_.PathExists(temporary)) files_.DeleteDirectoryTree(temporary, true);
+  // No message is told here, and the one that the host may still read stays.
+  CBaseItem unheard;
+  if (files_.PathExists(rootDirectory_) && claim_->TakeExisting(rootDirectory_, files_, unheard)) {
+    std::size_t objectCount = 0;
+    const bool isKept =
+        !removesAll && ReadRootState(rootDirectory_, files_, objectCount) == RootState::Unfinished;
+    if (isKept) {
+      claim_->SetAside(files_, asideDirectory);
+    } else {
+      MarkForRemoval(rootDirectory_, files_);
+      files_.DeleteDirectoryTree(rootDirectory_, /*recurse=*/true);
+    }
+  }
+  claim_->Release();
+  const Text temporary = RootClaim::TemporaryJobDirectory(files_);
+  if (temporary.empty() || !files_.PathExists(temporary)) return;
+  // A link was not made by any job, and what it leads to is somebody's.
+  if (files_.IsLink(temporary)) {
+    files_.RemoveLink(temporary);
+    return;
+  }
+  Text current;
+  if (files_.GetCurrentDirectory(current) && files_.LiesWithin(current, temporary)) return;
+  files_.DeleteDirectoryTree(temporary, /*recurse=*/true);
 }
 
 }  // namespace quillon

@@ -4,6 +4,8 @@
 #include <array>
 #include <optional>
 
+#include "path_join.h"
+
 namespace quillon {
 
 namespace {
@@ -55,10 +57,13 @@ std::optional<Text> FormatDate(TextView date, const OLECHAR* format) {
 
 }  // namespace
 
-MediumLabel::MediumLabel() { SetClassName(OLESTR("CDicomDirProcessor")); }
+MediumLabel::MediumLabel(bool leavesOutBadDates) : leavesOutBadDates_(leavesOutBadDates) {
+  SetClassName(OLESTR("CDicomDirProcessor"));
+}
 
 bool MediumLabel::Compose(const CPatientList& patients) {
   text_.clear();
+  leftOut_.clear();
   const std::optional<Text> today = FormatDate({}, kDateFormat);
   if (!today) return Fail(kMsgCannotGetDate);
   if (patients.GetCount() > 1) {
@@ -97,7 +102,11 @@ void MediumLabel::AppendLine(const LabelText& title, TextView value) {
 bool MediumLabel::AppendDate(const LabelText& title, TextView date) {
   if (date.size() != kDateChars) return true;
   const std::optional<Text> shown = FormatDate(date, kDateFormat);
-  if (!shown) return Fail(kMsgCannotGetDate);
+  if (!shown) {
+    if (!leavesOutBadDates_) return Fail(kMsgCannotGetDate);
+    leftOut_.push_back(Lookup(title).append(date));
+    return true;
+  }
   AppendLine(title, *shown);
   return true;
 }
@@ -107,17 +116,21 @@ Text MediumLabel::Lookup(const LabelText& text) const {
   return ofTable.empty() ? Text(text.builtIn) : ofTable;
 }
 
-bool MediumLabel::Encode(CBuffer& buffer) {
-  const Text text = text_ + OLESTR('\n');
+bool WriteLabelFile(const Text& label, TextView rootDirectory, CFileUtil& files,
+                    CBaseItem& errors) {
+  Text path(rootDirectory);
+  if (!JoinBelow(path, kLabelFileName, errors)) return false;
+  const Text text = label + OLESTR('\n');
+  CBuffer buffer;
   if (buffer.Allocate(static_cast<std::uint32_t>(text.size() * 2)) != 0) {
-    return Fail(kMsgNoStorageForLabel);
+    return errors.Fail(kMsgNoStorageForLabel);
   }
   std::uint8_t* out = buffer.GetData();
   for (const OLECHAR unit : text) {
     *out++ = static_cast<std::uint8_t>(unit & 0xFF);
     *out++ = static_cast<std::uint8_t>(unit >> 8);
   }
-  return true;
+  return files.WriteBuffer(buffer, path, /*append=*/false) || errors.FailAs(files);
 }
 
 }  // namespace quillon

@@ -1,9 +1,11 @@
 // The label of the medium: a few lines that say whose data it holds, when and by what it was made.
 #pragma once
 
+#include <vector>
+
 #include "fileset/model/patient_list.h"
 #include "foundation/base_item.h"
-#include "foundation/buffer.h"
+#include "foundation/file_util.h"
 
 namespace quillon {
 
@@ -15,15 +17,16 @@ struct LabelText {
 
 class MediumLabel : public CBaseItem {
  public:
-  MediumLabel();
+  // leavesOutBadDates: a date that is none has no line, instead of failing the label.
+  explicit MediumLabel(bool leavesOutBadDates);
 
   // From a list of at least one patient. False, with a sentence, when a date of the patient or the
   // study is none, or the only patient has no study.
   bool Compose(const CPatientList& patients);
   // Lines joined by line feeds, none at the end.
   [[nodiscard]] const Text& GetText() const { return text_; }
-  // As LABEL.TXT holds it: UTF-16 little endian without a byte-order mark, a line feed at the end.
-  bool Encode(CBuffer& buffer);
+  // The lines that were left out.
+  [[nodiscard]] const std::vector<Text>& LeftOut() const { return leftOut_; }
 
  private:
   [[nodiscard]] Text Lookup(const LabelText& text) const;
@@ -32,7 +35,15 @@ class MediumLabel : public CBaseItem {
   // No line for a date that does not have the eight characters of one.
   bool AppendDate(const LabelText& title, TextView date);
 
+  bool leavesOutBadDates_;
   Text text_;
+  std::vector<Text> leftOut_;
 };
+
+inline constexpr const OLECHAR* kLabelFileName = OLESTR("LABEL.TXT");
+
+// Writes LABEL.TXT in the root: UTF-16 little endian without a byte-order mark, a line feed at the
+// end. False, with a sentence left in errors, also when the path would be too long.
+bool WriteLabelFile(const Text& label, TextView rootDirectory, CFileUtil& files, CBaseItem& errors);
 
 }  // namespace quillon

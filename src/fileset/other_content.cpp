@@ -1,106 +1,139 @@
-// The workstation's non-DICOM content: where it comes from, how much it is, and the copy of it that
-// lies beside the DICOM objects.
+#include "other_content.h"
+
+#include <algorithm>
+
 #include "fileset/dicom_dir_processor.h"
+#include "foundation/find_handle.h"
 #include "foundation/working_directory_scope.h"
+#include "media_creation_key.h"
 #include "path_join.h"
 
 namespace quillon {
 
 namespace {
 
-constexpr const OLECHAR* kKeyPath =
-    OLESTR("SOFTWARE\\Tarn Imaging\\Quillon\\Workstation\\MediaCreation");
 constexpr const OLECHAR* kValueName = OLESTR("OtherContentSourceDir");
 constexpr const OLECHAR* kEveryFile = OLESTR("*.*");
-
-class RegistryKey {
- public:
-  RegistryKey() = default;
-  ~RegistryKey() { Close(); }
-  RegistryKey(const RegistryKey&) = delete;
-  RegistryKey& operator=(const RegistryKey&) = delete;
-
-  bool Open(HKEY parent, const OLECHAR* path) {
-    return RegOpenKeyExW(parent, path, 0, KEY_QUERY_VALUE, &key_) == ERROR_SUCCESS;
-  }
-  bool Close() {
-    HKEY key = key_;
-    key_ = nullptr;
-    return key == nullptr || RegCloseKey(key) == ERROR_SUCCESS;
-  }
-  bool ReadText(const OLECHAR* name, Text& out) {
-    DWORD type = 0;
-    DWORD lengthBytes = 0;
-    if (RegQueryValueExW(key_, name, nullptr, &type, nullptr, &lengthBytes) != ERROR_SUCCESS ||
-        type != REG_SZ) {
-      return false;
-    }
-    Text text(lengthBytes / sizeof(OLECHAR) + 1, OLECHAR{0});
-    lengthBytes = static_cast<DWORD>(text.size() * sizeof(OLECHAR));
-    if (RegQueryValueExW(key_, name, nullptr, &type, reinterpret_cast<BYTE*>(text.data()),
-                         &lengthBytes) != ERROR_SUCCESS) {
-      return false;
-    }
-    // The stored length may or may not count a terminator.
-    out.assign(text, 0, text.find(OLECHAR{0}));
-    return true;
-  }
-
- private:
-  HKEY key_ = nullptr;
-};
-
 }  // namespace
 
-bool CDicomDirProcessor::GetOtherContentSourceDir(Text& directory) {
+OtherContent::OtherContent(CFileUtil& files, bool acceptsEmptyFiles)
+    : files_(files), acceptsEmptyFiles_(acceptsEmptyFiles) {
+  SetClassName(OLESTR("CDicomDirProcessor"));
+}
+
+bool OtherContent::ReadSourceDirectory(Text& directory, CBaseItem& errors) {
   directory.clear();
-  RegistryKey key;
-  if (!key.Open(HKEY_LOCAL_MACHINE, kKeyPath)) {
-    return Fail(kMsgCannotOpenRegistryKey, {kKeyPath, LoadMessage(kMsgRegistryKeyMissing)});
+  MediaCreationKey key;
+  if (!key.Open()) {
+    return errors.Fail(kMsgCannotOpenRegistryKey,
+                       {kMediaCreationKeyPath, errors.LoadMessage(kMsgRegistryKeyMissing)});
   }
   if (!key.ReadText(kValueName, directory)) {
-    return Fail(kMsgCannotQueryRegistryValue,
-                {kKeyPath, kValueName, LoadMessage(kMsgRegistryValueMissing)});
+    return errors.Fail(
+        kMsgCannotQueryRegistryValue,
+        {kMediaCreationKeyPath, kValueName, errors.LoadMessage(kMsgRegistryValueMissing)});
   }
   if (!key.Close()) {
-    return Fail(kMsgCannotCloseRegistryKey, {kKeyPath, LoadMessage(kMsgRegistryKeyNotClosed)});
+    return errors.Fail(kMsgCannotCloseRegistryKey,
+                       {kMediaCreationKeyPath, errors.LoadMessage(kMsgRegistryKeyNotClosed)});
   }
   return true;
 }
 
-bool CDicomDirProcessor::CopyOtherContent(const Text& rootDirectory) {
-  Text source;
+bool OtherContent::Plan(const Text& rootDirectory, TextView otherContentDirectory) {
+  hasContent_ = false;
+  bytesOnDisk_ = 0;
+  planned_.clear();
+  destination_.clear();
+  remark_.clear();
   // A workstation on which no source was configured has nothing to copy; the sentence tells why.
-  if (!GetOtherContentSourceDir(source)) return true;
-  if (source.empty() || !files_.PathExists(source)) return true;
-
-  const WorkingDirectoryScope workingDirectory;
-  // The copy works from inside the source, where relative names would mean something else.
-  source = AbsolutePath(source);
-  Text destination = AbsolutePath(rootDirectory);
-  if (!files_.CreateDirectoryTree(destination)) return FailAs(files_);
-  TextView below(otherContentDirectory_);
-  if (below.starts_with(OLESTR('\\')) || below.starts_with(OLESTR('/'))) below.remove_prefix(1);
-  if (!below.empty()) {
-    if (!JoinBelow(destination, below, *this)) return false;
-    if (!files_.CreateDirectoryTree(destination)) return FailAs(files_);
+  if (!ReadSourceDirectory(source_, *this)) {
+    remark_ = ErrorMessage();
+    return true;
   }
-  if (!files_.ChangeDirectory(source) ||
-      !files_.CopyDirectory(destination, source, kEveryFile, /*recurse=*/true)) {
+  if (source_.empty() || !files_.PathExists(source_)) return true;
+  // The copy works from inside the source, where relative names would mean something else.
+  source_ = AbsolutePath(source_);
+  Text destination = AbsolutePath(rootDirectory);
+  if (files_.LiesWithin(destination, source_)) {
+    return Fail(kMsgOtherContentAroundRoot, {source_, rootDirectory});
+  }
+  if (otherContentDirectory.starts_with(OLESTR('\\')) ||
+      otherContentDirectory.starts_with(OLESTR('/'))) {
+    otherContentDirectory.remove_prefix(1);
+  }
+  if (!otherContentDirectory.empty() && !JoinBelow(destination, otherContentDirectory, *this)) {
+    return false;
+  }
+  const WorkingDirectoryScope workingDirectory;
+  if (!files_.ChangeDirectory(source_)) return FailAs(files_);
+  std::vector<FileIdentity> above;
+  if (!PlanDirectory(source_, destination, above)) return false;
+  destination_ = destination;
+  hasContent_ = true;
+  return true;
+}
+
+bool OtherContent::PlanDirectory(const Text& source, const Text& destination,
+                                 std::vector<FileIdentity>& above) {
+  if (!files_.ValidatePath(source)) return Fail(kMsgSourceFilenameInvalid);
+  if (!files_.ValidatePath(destination)) return Fail(kMsgDestinationFilenameInvalid);
+  FileIdentity identity;
+  if (!files_.GetFileIdentity(source, identity)) return FailAs(files_);
+  // A link that leads back up: the copy would end where its names have grown too long.
+  if (std::ranges::find(above, identity) != above.end()) return Fail(kMsgSourceFilenameInvalid);
+  FindHandle found(source + OLESTR("\\") + kEveryFile);
+  if (!found.IsOpen()) {
+    const DWORD code = GetLastError();
+    return code == ERROR_FILE_NOT_FOUND || Fail(kMsgFileSpecificationInvalid, {kEveryFile});
+  }
+  above.push_back(identity);
+  do {
+    const WIN32_FIND_DATAW& entry = found.Entry();
+    if (IsDotEntry(entry)) continue;
+    if (!files_.ValidateName(entry.cFileName)) return FailAs(files_);
+    const Text from = source + OLESTR('\\') + entry.cFileName;
+    const Text to = destination + OLESTR('\\') + entry.cFileName;
+    if (!(IsDirectory(entry) ? PlanDirectory(from, to, above) : PlanFile(from, to))) return false;
+  } while (found.Next());
+  above.pop_back();
+  return !found.EndedEarly() || Fail(kMsgFileSpecificationInvalid, {kEveryFile});
+}
+
+bool OtherContent::PlanFile(const Text& source, const Text& destination) {
+  if (!files_.ValidatePath(source)) return Fail(kMsgSourceFilenameInvalid);
+  if (!files_.ValidatePath(destination)) return Fail(kMsgDestinationFilenameInvalid);
+  FileFacts facts;
+  if (!files_.ProbeFile(source, /*forMoving=*/false, facts) &&
+      !(acceptsEmptyFiles_ && facts.isEmptyFile)) {
     return FailAs(files_);
   }
+  bytesOnDisk_ += RoundedToBlocks(facts.stamp.sizeBytes);
+  planned_.push_back(destination);
   return true;
+}
+
+bool OtherContent::Copy() {
+  if (!hasContent_) return true;
+  const WorkingDirectoryScope workingDirectory;
+  files_.SetAcceptEmptyFiles(acceptsEmptyFiles_);
+  const bool isCopied = files_.CreateDirectoryTree(destination_) &&
+                        files_.ChangeDirectory(source_) &&
+                        files_.CopyDirectory(destination_, source_, kEveryFile, /*recurse=*/true);
+  files_.SetAcceptEmptyFiles(false);
+  return isCopied || FailAs(files_);
 }
 
 bool CDicomDirProcessor::MeasureOtherContent(Measure what, std::uint64_t& total) {
   total = 0;
   Text source;
-  if (!GetOtherContentSourceDir(source)) return false;
+  if (!OtherContent::ReadSourceDirectory(source, *this)) return false;
   if (source.empty() || !files_.PathExists(source)) return true;
 
   const WorkingDirectoryScope workingDirectory;
   source = AbsolutePath(source);
   if (!files_.ChangeDirectory(source)) return FailAs(files_);
+  files_.SetAcceptEmptyFiles(currentPractice);
   if (what == Measure::Bytes) {
     return files_.GetDirectorySize(total, source, kEveryFile, /*recurse=*/true) || FailAs(files_);
   }

@@ -17,7 +17,22 @@ bool JoinPath(Text& path, TextView component, CBaseItem& errors);
 // The same with a "\" between them unless path ends in a separator.
 bool JoinBelow(Text& path, TextView component, CBaseItem& errors);
 
+// The directory that holds this file or directory; empty for the root of a file system and for a
+// name alone.
+Text ParentDirectory(const Text& path);
+
+// The longest part of the path that exists; empty when nothing of it does.
+Text ExistingPart(Text path, CFileUtil& files);
+
 // The path from its drive or root on, so that it stays valid when the working directory changes.
 Text AbsolutePath(const Text& path);
+
+// The same in the form in which two spellings of a path compare equal, without a separator at its
+// end. Letter case does not tell files apart on every file system, and taking two files for one
+// only refuses a creation.
+Text ComparablePath(const Text& path);
+
+// Of two such: whether the path is the directory or lies below it.
+bool IsAtOrBelow(const Text& path, const Text& directory);
 
 }  // namespace quillon

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "held_directory.h"
 #include "json_output.h"
-#include "label_dates.h"
 #include "patient_key.h"
 #include "root_guard.h"
 #include "support/temp_dir.h"
@@ -39,68 +39,30 @@ TEST(JsonOutput, EveryByteStringBecomesValidJson) {
   }
 }
 
-TEST(LabelDates, OnlyDatesThatTheLabelWouldShowCount) {
-  struct Case {
-    const char* what;
-    std::vector<ObjectFields> objects;
-    std::vector<const char*> keys;
-    bool isFit;
-  };
-  const auto object = [](const char* study, const char* birthDate, const char* studyDate) {
-    ObjectFields fields;
-    fields.studyUid = study;
-    fields.patientBirthDate = birthDate;
-    fields.studyDate = studyDate;
-    return fields;
-  };
-  const Case cases[] = {
-      {"good dates", {object("1", "19500102", "20090305")}, {"a"}, true},
-      {"no dates", {object("1", "", "")}, {"a"}, true},
-      {"another length", {object("1", "1950.13.99", "2009")}, {"a"}, true},
-      {"a month too many", {object("1", "19501301", "")}, {"a"}, false},
-      {"no leap year", {object("1", "19000229", "")}, {"a"}, false},
-      {"a leap year", {object("1", "20000229", "")}, {"a"}, true},
-      {"letters", {object("1", "ABCDEFGH", "")}, {"a"}, false},
-      {"the last year before the calendar", {object("1", "16001231", "")}, {"a"}, false},
-      {"the first day of the calendar", {object("1", "16010101", "")}, {"a"}, true},
-      {"a study date", {object("1", "", "20090230")}, {"a"}, false},
-      {"two studies: no study date",
-       {object("1", "", "20090230"), object("2", "", "")},
-       {"a", "a"},
-       true},
-      {"two studies: the birth date still",
-       {object("1", "19501301", ""), object("2", "", "")},
-       {"a", "a"},
-       false},
-      {"two patients: no dates",
-       {object("1", "19501301", ""), object("2", "", "")},
-       {"a", "b"},
-       true},
-      {"the first object speaks for the patient",
-       {object("1", "19500102", ""), object("1", "19501301", "")},
-       {"a", "a"},
-       true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    LabelDates dates;
-    for (std::size_t i = 0; i < c.objects.size(); ++i) dates.add(c.keys[i], c.objects[i]);
-    EXPECT_EQ(!dates.problem().has_value(), c.isFit);
-  }
+TEST(PatientKey, NameAndIdCannotRunIntoEachOther) {
+  const auto key = [](const OLECHAR* name, const OLECHAR* id) { return patientKey(name, id); };
+  EXPECT_NE(key(OLESTR("DOE"), OLESTR("1")), key(OLESTR("DOE1"), OLESTR("")));
+  EXPECT_NE(key(OLESTR("DOE 1"), OLESTR("2")), key(OLESTR("DOE"), OLESTR("1 2")));
+  EXPECT_EQ(key(OLESTR("DOE^JOHN"), OLESTR("1")), key(OLESTR("DOE^JOHN^^^"), OLESTR("1")));
+  EXPECT_NE(key(OLESTR("DOE^JOHN"), OLESTR("1")), key(OLESTR("DOE^^JOHN"), OLESTR("1")));
+  EXPECT_FALSE(key(OLESTR(""), OLESTR("")).empty());
 }
 
-TEST(PatientKey, NameAndIdCannotRunIntoEachOther) {
-  const auto key = [](const char* name, const char* id) {
-    ObjectFields fields;
-    fields.patientName = name;
-    fields.patientId = id;
-    return patientKey(fields);
-  };
-  EXPECT_NE(key("DOE", "1"), key("DOE1", ""));
-  EXPECT_NE(key("DOE 1", "2"), key("DOE", "1 2"));
-  EXPECT_EQ(key("DOE^JOHN", "1"), key("DOE^JOHN^^^", "1"));
-  EXPECT_NE(key("DOE^JOHN", "1"), key("DOE^^JOHN", "1"));
-  EXPECT_FALSE(key("", "").empty());
+// What is taken for abandoned is deleted: a directory that a job still uses must not be.
+TEST(HeldDirectory, OnlyWhatNobodyHoldsIsAbandoned) {
+  const test::TempDir parent;
+  fs::create_directory(parent / ".quillon-1-killed");
+  fs::create_directory(parent / ".quillon-new-2-x");
+  fs::create_directory(parent / ".quillon-user");
+  fs::create_directory(parent / "elsewhere");
+  fs::create_directory_symlink(parent / "elsewhere", parent / ".quillon-3-link");
+  HeldDirectory held;
+  ASSERT_TRUE(held.make(parent.path().string(), ".quillon-"));
+  EXPECT_EQ(fs::status(held.path()).permissions(), fs::perms::owner_all);
+  std::vector<std::string> found;
+  HeldDirectory::forEachAbandoned(parent.path().string(), ".quillon-",
+                                  [&](const std::string& path) { found.push_back(path); });
+  EXPECT_EQ(found, (std::vector<std::string>{(parent / ".quillon-1-killed").string()}));
 }
 
 TEST(RootGuard, WhatIsNoMereFileSetIsNotWiped) {

@@ -16,6 +16,7 @@ CT = "1.2.840.10008.5.1.4.1.1.2"
 BASIC_SR = "1.2.840.10008.5.1.4.1.1.88.11"
 PRESENTATION = "1.2.840.10008.5.1.4.1.1.11.1"
 NOBODY = 65534
+QUILLON_KEY = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarn Imaging\\Quillon"
 
 
 def element(tag, vr, value):
@@ -73,8 +74,10 @@ def dicom_file(data_set=None, meta=None, **changes):
 
 
 class ProgramTest(unittest.TestCase):
+    above = None  # where the test's directory lies, else in the temporary directory
+
     def setUp(self):
-        self.dir = Path(tempfile.mkdtemp(prefix="quillon-cli-"))
+        self.dir = Path(tempfile.mkdtemp(prefix="quillon-cli-", dir=self.above))
         self.addCleanup(self.remove)
         os.chmod(self.dir, 0o755)
         for name in ("tmp", "home", "work"):
@@ -98,6 +101,17 @@ class ProgramTest(unittest.TestCase):
             "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", ""),
         }
 
+    def configure(self, other_content=None, current_practice=None):
+        """Writes the registry: no recorders, and what is given here."""
+        lines = ["Windows Registry Editor Version 5.00", "",
+                 f"[{QUILLON_KEY}\\DiscMastering]", '"Service"="none"', "",
+                 f"[{QUILLON_KEY}\\Workstation\\MediaCreation]"]
+        if other_content is not None:
+            lines.append(f'"OtherContentSourceDir"="{other_content}"')
+        if current_practice is not None:
+            lines.append(f'"CurrentPractice"=dword:{current_practice:08x}')
+        self.registry.write_text("\n".join(lines) + "\n")
+
     def run_program(self, *arguments, cwd=None, preexec_fn=None, timeout=120):
         return subprocess.run([QUILLON, *map(os.fsencode, arguments)], cwd=cwd or self.dir / "work",
                               env=self.environment(), stdout=subprocess.PIPE,
@@ -119,7 +133,9 @@ class ProgramTest(unittest.TestCase):
         return self.create("--root", self.root, *arguments, **how)
 
     def staging_leftovers(self):
-        return [p for p in self.dir.rglob(".quillon-*")]
+        # A directory may go away while another is looked at.
+        return [os.path.join(above, name) for above, names, _ in os.walk(self.dir)
+                for name in names if name.startswith(".quillon-")]
 
     def sample_tree(self):
         subprocess.run([SAMPLES, self.source], check=True, stdout=subprocess.DEVNULL)
@@ -136,8 +152,29 @@ class ProgramTest(unittest.TestCase):
         kept = set()
         for place in places:
             kept.update(contents(place).values())
-        for path, digest in before.items():
-            self.assertIn(digest, kept, f"{path} is lost")
+        lost = [path for path, digest in before.items() if digest not in kept]
+        self.assertEqual(lost, [], "files are lost")
+
+    def mounted(self, options):
+        """A small file system of its own."""
+        place = self.dir / "mount"
+        place.mkdir()
+        run = subprocess.run(["mount", "-t", "tmpfs", "-o", options, "tmpfs", place],
+                             stderr=subprocess.PIPE)
+        if run.returncode != 0:
+            self.skipTest("no small file system can be mounted here: "
+                          + run.stderr.decode().strip())
+        self.addCleanup(subprocess.run, ["umount", place], check=True)
+        return place
+
+    def other_file_system(self):
+        """A directory on another file system than the test's own."""
+        for place in ("/dev/shm", "/tmp", "/var/tmp", os.environ.get("XDG_RUNTIME_DIR", "/run")):
+            if os.access(place, os.W_OK) and os.stat(place).st_dev != os.stat(self.dir).st_dev:
+                other = Path(tempfile.mkdtemp(prefix="quillon-cli-", dir=place))
+                self.addCleanup(shutil.rmtree, other, ignore_errors=True)
+                return other
+        return self.skipTest("there is no second file system to move to")
 
     def as_nobody(self):
         """For preexec_fn: gives up root's right to read and write everything."""
@@ -164,10 +201,14 @@ class ProgramTest(unittest.TestCase):
         return drop
 
 
+def digest_of(data):
+    return hashlib.sha256(data).hexdigest()
+
+
 def contents(directory):
     """Relative path to digest of every regular file below the directory."""
     found = {}
     for path in sorted(Path(directory).rglob("*")):
         if path.is_file() and not path.is_symlink():
-            found[str(path.relative_to(directory))] = hashlib.sha256(path.read_bytes()).hexdigest()
+            found[str(path.relative_to(directory))] = digest_of(path.read_bytes())
     return found

@@ -11,15 +11,12 @@ sys.path.insert(0, str(Path(__file__).parent))
 import program  # noqa: E402
 from program import contents, dicom_file  # noqa: E402
 
-NO_DISC_MASTERING = (b'Windows Registry Editor Version 5.00\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarn '
-                     b'Imaging\\Quillon\\DiscMastering]\n"Service"="none"\n')
-
 
 class WriteTest(program.ProgramTest):
     def setUp(self):
         super().setUp()
         self.target = self.dir / "media/usb"
-        self.registry.write_bytes(NO_DISC_MASTERING)
+        self.configure()
 
     def make_set(self):
         self.sample_tree()
@@ -117,6 +114,7 @@ class Writing(WriteTest):
         self.assertFalse(self.target.exists())
 
     def test_a_failed_write_keeps_the_set_and_can_be_repeated(self):
+        self.configure(current_practice=0)
         made = self.make_set()
         empty = self.root / "QUILLON"
         empty.mkdir()
@@ -125,8 +123,8 @@ class Writing(WriteTest):
         self.assertEqual(run.returncode, 1)
         self.assertEqual(run.stderr.decode().replace("\\", "/"), (
             f"quillon: The path {empty}/nothing does not refer to a valid file.\n"
-            f"quillon: The file set stays in {self.root}; quillon write can be repeated, with "
-            "--overwrite once the target holds part of it.\n"))
+            f"quillon: The file set stays in {self.root}; quillon write --root {self.root} can be "
+            "repeated, with --overwrite once the target holds part of it.\n"))
         (empty / "nothing").unlink()
         self.assertEqual(contents(self.root), made)
         self.write_set("--to", self.target, "--overwrite")

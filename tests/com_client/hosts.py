@@ -4,11 +4,13 @@ import re
 import shutil
 import subprocess
 import tempfile
+from dataclasses import dataclass
 from pathlib import Path
 
 CLASS = "{CEBD10F1-26E1-4807-A72F-F5C5AC05BF61}"
 APP = "{60A00BE0-73D4-4DDC-BBDA-AB0DF9FCD3A6}"
 LIBRARY = "{CBD24DDB-39FB-4A5A-9EB9-4B6FD4A70DF1}"
+PROGID = "QuillonMediaRW.QuillonMediaRW"
 INTERFACE = "{801EDBE1-848C-4135-999E-5061EB1866F2}"
 NO_RECORDERS = ("Windows Registry Editor Version 5.00\n\n"
                 "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarn Imaging\\Quillon\\DiscMastering]\n"
@@ -16,6 +18,76 @@ NO_RECORDERS = ("Windows Registry Editor Version 5.00\n\n"
 # What the toolkit prints of files that it cannot read, and what differs from day to day.
 LOG_LINE = re.compile(r"[A-Z][a-z]{2}\d\d \d\d:\d\d:\d\d ")
 CREATION_DATE = re.compile(r"(Fileset Creation Date:  )\d\d [A-Z][a-z]{2} \d{4}")
+
+
+@dataclass
+class Answer:
+    """What an operation answered, and what the object says of it."""
+    result: str
+    value: str
+    sentence: str
+
+    def succeeded(self):
+        return self.result == "0x00000000" and self.value != "flag 0"
+
+
+class Session:
+    """A host of this system that is told what to do operation by operation."""
+
+    def __init__(self, client, environment, directory):
+        self.process = subprocess.Popen([client, "/dev/stdin"], env=environment, cwd=directory,
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.new_object()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.kill()
+
+    def line(self):
+        while LOG_LINE.match(line := self.process.stdout.readline()):
+            pass
+        if not line:
+            raise AssertionError(f"com_client ended: {self.process.wait(60)}")
+        return line.rstrip("\n")
+
+    def tell(self, command):
+        self.process.stdin.write(command + "\n")
+        self.process.stdin.flush()
+        return self.line().rpartition(" -> ")[2]
+
+    def new_object(self):
+        created = self.tell(f'create "{PROGID}"')
+        if created != "0x00000000":
+            raise AssertionError(f"the server cannot be created: {created}")
+
+    def release(self):
+        self.tell("release")
+
+    def ask(self, command):
+        result, _, value = self.tell(command).partition(" ")
+        text = self.line().partition(", ")[2]
+        sentence = "" if text == "null" else text[1:-1].replace("\\n", "\n")
+        return Answer(result, value, sentence)
+
+    def put(self, **values):
+        """Texts and flags of the object; its paths answer no refusal, so they are read again."""
+        for name, value in values.items():
+            is_flag = isinstance(value, bool)
+            self.ask(f"put {name} {str(value).lower()}" if is_flag else f'put {name} "{value}"')
+            got = self.ask(f"get {name}").value
+            wanted = f"flag {-int(value)}" if is_flag else f'"{value}"'
+            if got != wanted:
+                raise AssertionError(f"{name} is {got}, not {wanted}")
+
+    def call(self, name, *texts):
+        return self.ask(" ".join([f"call {name}", *(f'"{text}"' for text in texts)]))
+
+    def kill(self):
+        if not self.process.stdin.closed:
+            self.process.kill()
+            self.process.communicate()
 
 
 class Host:

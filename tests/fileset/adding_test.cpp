@@ -70,42 +70,43 @@ TEST(AddingFiles, TellsWhyAFileIsRefused) {
     const char* what;
     Bytes file;
     std::string sentence;  // {file} stands for the path; empty when accepted
-    int count;             // objects in the list afterwards; -1 without a patient
+    int count;  // objects in the list afterwards; -1 without a patient, whom a refused file does
+                // not leave
   } cases[] = {
       {"whole", bareObject(study, series, instance), "", 1},
       {"not DICOM", Bytes(300, 'x'), "Cannot read the DICOM information from {file}.", -1},
       {"study UID without a value", bareObject("", series, instance),
-       "Cannot read the study information for the patient DOE^JOHN 12345 from {file}.", 0},
+       "Cannot read the study information for the patient DOE^JOHN 12345 from {file}.", -1},
       {"series UID without a value", bareObject(study, "", instance),
        "Cannot read the series information for the study " + study +
            " for the patient DOE^JOHN 12345 from {file}.",
-       0},
+       -1},
       {"SOP instance UID without a value", bareObject(study, series, ""),
        "The image SOP instance UID (0008,0018) is missing from the image file {file} for the "
        "sries " +
            series + " in study " + study + " for the patient DOE^JOHN 12345.",
-       0},
+       -1},
       {"bytes for a patient's name", objectWithBytesIn(0x00100010, study, series, instance),
        "Cannot add the patient information from {file} for the patient DOE^JOHN 12345 to the "
        "patient list.",
        -1},
       {"bytes for a study date", objectWithBytesIn(0x00080020, study, series, instance),
        "Cannot add the study information " + study + " for the patient DOE^JOHN 12345 from {file}.",
-       0},
+       -1},
       {"bytes for a series date", objectWithBytesIn(0x00080021, study, series, instance),
        "Cannot add the series " + series + " to the study " + study +
            " for the patient DOE^JOHN 12345 from {file}.",
-       0},
+       -1},
       {"every element as UN", objectOfUnknownVrs(study, series, instance), "", 1},
       {"maker's form", bareObject(study, series, maker + "1234.5"), "", 1},
       {"maker's form, only dot first", bareObject(study, series, maker + ".1234"),
-       "The image instance UID from {file} is invalid.", 0},
+       "The image instance UID from {file} is invalid.", -1},
       {"maker's form, dot last", bareObject(study, series, maker + "1234."),
-       "The instance UID is invalid.", 0},
+       "The instance UID is invalid.", -1},
       {"maker's form without a frame", bareObject(study, series, maker + "1234"),
        "Cannot add the image " + maker + "1234 to the series " + series + " in the study " + study +
            " for the patient DOE^JOHN 12345 from {file}.",
-       0},
+       -1},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);

@@ -36,7 +36,6 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
     bool isKept;                       // whether the patient list stays
     std::vector<std::string> files;    // in the root
     std::vector<std::string> sources;  // in their place
-    bool hasLabel = false;
   };
   const std::vector<std::string> all{"a", "b"};
   const Case cases[] = {
@@ -78,14 +77,35 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
        [](BuilderJob& job) { fs::remove(job.in / "b"); },
        "The path {b} cannot be found.",
        false,
-       {"DICOMOBJ/QLN00001"},
-       {}},
+       {},
+       {"a"}},
+      {"source is empty",
+       [](BuilderJob& job) { writeText(job.in / "b", ""); },
+       "The path {b} does not refer to a valid file.",
+       false,
+       {},
+       all},
+      {"source has changed",
+       [](BuilderJob& job) { job.make("b", object(1, 1, 1, 345)); },
+       "The file {b} has changed since it was added.",
+       false,
+       {},
+       all},
+      {"source comes up twice",
+       [](BuilderJob& job) {
+         job.builder.SetUniquePatientId(OLESTR("ROE^JANE 2"));
+         ASSERT_TRUE(job.builder.AddFile(WideOf(job.in / "b")));
+       },
+       "The path {b} cannot be found.",
+       false,
+       {},
+       all},
       {"target is a directory",
        [](BuilderJob& job) { fs::create_directories(job.root / "DICOMOBJ" / "QLN00002" / "x"); },
        "Cannot open the file {root}\\DICOMOBJ\\QLN00002.",
        false,
-       {"DICOMOBJ/QLN00001"},
-       {"b"}},
+       {},
+       all},
       {"series directory is a file",
        [](BuilderJob& job) {
          job.builder.useHierarchyForDicomObjects = true;
@@ -112,8 +132,8 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
            seriesUidOf({}) + " in study " + studyUidOf({}) +
            " for the patient DOE^JOHN 12345 from the file {a}.",
        false,
-       {"DICOMOBJECT/QLN00001"},
-       {"b"}},
+       {},
+       all},
       {"presentation state that cannot be read",
        [](BuilderJob& job) {
          writeBytes(job.in / "pr", stateWithoutCreator());
@@ -121,8 +141,8 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
        },
        "Cannot retrieve the \"00700084,PN\" presentation tag value.",
        true,
-       {"DICOMOBJ/QLN00001", "DICOMOBJ/QLN00002", "DICOMOBJ/QLN00003"},
-       {}},
+       {},
+       {"a", "b", "pr"}},
       {"other content that cannot be copied",
        [](BuilderJob& job) {
          job.builder.includeOtherContent = true;
@@ -131,15 +151,59 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
        },
        "The path {viewer}\\empty does not refer to a valid file.",
        false,
-       {"DICOMDIR", "DICOMOBJ/QLN00001", "DICOMOBJ/QLN00002"},
-       {}},
+       {},
+       all},
+      {"other content with a link that leads nowhere",
+       [](BuilderJob& job) {
+         job.builder.includeOtherContent = true;
+         fs::create_directory(job.dir / "viewer");
+         fs::create_symlink("nowhere", job.dir / "viewer/link");
+         job.registry.setOtherContent(job.dir / "viewer");
+       },
+       "Cannot open the file {viewer}\\link.",
+       false,
+       {},
+       all},
+      {"other content around the root",
+       [](BuilderJob& job) {
+         job.builder.includeOtherContent = true;
+         job.registry.setOtherContent(job.dir.path());
+       },
+       "The directory {dir} of the other content holds the root directory {root}.",
+       false,
+       {},
+       all},
+      {"other content where the objects lie",
+       [](BuilderJob& job) {
+         job.builder.includeOtherContent = true;
+         job.builder.SetOtherContentDirectory(OLESTR("DICOMOBJ"));
+         writeText(job.dir / "viewer/QLN00001", "x");
+         job.registry.setOtherContent(job.dir / "viewer");
+       },
+       "The destination filename is invalid.",
+       false,
+       {},
+       all},
+      {"a birth date that is none",
+       [](BuilderJob& job) {
+         fs::remove(job.in / "b");
+         fs::remove(job.in / "a");
+         job.builder.DiscardPatientList();
+         ObjectDescription d = object(1, 1, 1, 1);
+         d.patientBirthDate = "1950 1 2";
+         job.add("a", d);
+         job.add("b", object(1, 1, 1, 2));
+       },
+       "Cannot retrieve the date.",
+       false,
+       {},
+       all},
       {"label is a directory",
        [](BuilderJob& job) { fs::create_directories(job.root / "LABEL.TXT"); },
        "Cannot open the file {root}\\LABEL.TXT.",
        false,
-       {"DICOMDIR", "DICOMOBJ/QLN00001", "DICOMOBJ/QLN00002"},
        {},
-       true},
+       all},
       {"root of almost 260 characters",
        [](BuilderJob& job) {
          const std::string start = job.root.string() + "/";
@@ -165,12 +229,13 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
     insert(sentence, "{a}", job.in / "a");
     insert(sentence, "{b}", job.in / "b");
     insert(sentence, "{viewer}", job.dir / "viewer");
+    insert(sentence, "{dir}", job.dir.path());
     insert(sentence, "{long}", job.builder.DicomRootDirectory());
     EXPECT_EQ(job.sentence(), sentence);
     EXPECT_EQ(job.count(), c.isKept ? before : -1);
     EXPECT_EQ(filesBelow(job.root), c.files);
     EXPECT_EQ(filesBelow(job.in), c.sources);
-    EXPECT_EQ(!job.builder.IheLabel().empty(), c.hasLabel);
+    EXPECT_TRUE(job.builder.IheLabel().empty());
     EXPECT_EQ(fs::current_path(), directory);
   }
 }

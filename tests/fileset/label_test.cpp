@@ -123,8 +123,37 @@ TEST(MediumLabel, ADateThatIsNoneFailsTheCreation) {
     ASSERT_TRUE(job.added) << job.sentence();
     EXPECT_FALSE(job.create());
     EXPECT_EQ(job.sentence(), "Cannot retrieve the date.");
-    EXPECT_EQ(filesBelow(job.root), (std::vector<std::string>{"DICOMDIR", "DICOMOBJ/QLN00001"}));
+    EXPECT_FALSE(fs::exists(job.root));
+    EXPECT_TRUE(fs::exists(job.in / "a"));
     EXPECT_EQ(job.count(), -1);
+
+    // As the field has it: many a date is unknown, and the medium is wanted all the same.
+    job.builder.currentPractice = true;
+    ASSERT_TRUE(job.builder.AddFile(WideOf(job.in / "a")));
+    EXPECT_TRUE(job.create()) << job.sentence();
+    const std::string label = Plain(job.builder.IheLabel());
+    EXPECT_EQ(label.find("Birth Date:  02 Jan 1950") != std::string::npos,
+              c.birthDate == "19500102");
+    EXPECT_EQ(label.find("Study Date:  05 Mar 2009") != std::string::npos,
+              c.studyDate == "20090305");
+    EXPECT_EQ(label.find("Date:  \n"), std::string::npos);
+  }
+}
+
+TEST(MediumLabel, TheDatesOfTheCalendarDecideWhatIsNone) {
+  const struct {
+    const char* date;
+    bool isDate;
+  } cases[] = {{"19000229", false}, {"20000229", true},  {"16001231", false},
+               {"16010101", true},  {"1950 1 2", false}, {"00000000", false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.date);
+    BuilderJob job;
+    ObjectDescription d = example();
+    d.patientBirthDate = c.date;
+    job.add("a", d);
+    EXPECT_EQ(job.create(), c.isDate) << job.sentence();
+    EXPECT_EQ(fs::exists(job.in / "a"), !c.isDate);
   }
 }
 

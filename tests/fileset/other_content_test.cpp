@@ -83,7 +83,7 @@ TEST(OtherContent, WhereNoneIsConfiguredTheLabelIsWrittenAllTheSame) {
   }
 }
 
-TEST(OtherContent, ACopyThatFailsEndsTheCreationBeforeTheLabel) {
+TEST(OtherContent, WhatCannotBeCopiedEndsTheCreationBeforeAnythingIsMoved) {
   const struct {
     const char* what;
     std::function<void(ContentJob&)> prepare;
@@ -113,11 +113,26 @@ TEST(OtherContent, ACopyThatFailsEndsTheCreationBeforeTheLabel) {
     insert(sentence, "{viewer}", job.source / "VIEWER.EXE");
     EXPECT_EQ(job.sentence(), sentence);
     EXPECT_FALSE(fs::exists(job.root / "LABEL.TXT"));
-    EXPECT_TRUE(fs::exists(job.root / "DICOMDIR"));
+    EXPECT_FALSE(fs::exists(job.root / "DICOMDIR"));
+    EXPECT_FALSE(fs::exists(job.root / "DICOMOBJ/QLN00001"));
     EXPECT_TRUE(job.builder.IheLabel().empty());
     EXPECT_EQ(job.count(), -1);
     EXPECT_EQ(fs::current_path(), before);
   }
+}
+
+TEST(OtherContent, EmptyFilesAreCopiedAsTheFieldHasThem) {
+  ContentJob job;
+  job.builder.currentPractice = true;
+  writeText(job.source / "data" / "zero", "");
+  std::uint64_t size = 0;
+  EXPECT_TRUE(job.builder.GetTotalSize(size)) << job.sentence();
+  ASSERT_TRUE(job.create()) << job.sentence();
+  EXPECT_TRUE(fs::exists(job.root / "QUILLON/data/zero"));
+  job.builder.performDirectCopy = true;
+  job.builder.SetDirectCopyDirectory(WideOf(job.dir / "out"));
+  EXPECT_TRUE(job.builder.WriteMedia({}, false, false, false, false)) << job.sentence();
+  EXPECT_TRUE(fs::exists(job.dir / "out/QUILLON/data/zero"));
 }
 
 TEST(Totals, CountTheObjectsAndTheOtherContent) {
@@ -171,6 +186,35 @@ TEST(Wiping, RemovesTheFileSetAndWhatRecordingLeft) {
   EXPECT_TRUE(fs::exists(kept));
   EXPECT_TRUE(job.builder.IheLabel().empty());
   EXPECT_EQ(job.count(), -1);
+}
+
+// What lies in the temporary directory under the name of the jobs' own need not be theirs.
+TEST(Wiping, LeavesWhatIsNotAJobsOwn) {
+  BuilderJob job;
+  const fs::path temporary = job.dir / "tmp";
+  writeText(job.dir / "precious/file", "x");
+  fs::create_directory(temporary);
+  const TemporaryFilesIn elsewhere(temporary);
+  const fs::path before = fs::current_path();
+  fs::create_directory_symlink(job.dir / "precious", temporary / "QUILLON");
+  job.builder.Wipe();
+  EXPECT_TRUE(fs::exists(job.dir / "precious/file"));
+  EXPECT_FALSE(fs::exists(fs::symlink_status(temporary / "QUILLON")));
+
+  // The directory that the host works in.
+  writeText(temporary / "QUILLON/work/file", "x");
+  fs::current_path(temporary / "QUILLON/work");
+  job.builder.Wipe();
+  fs::current_path(before);
+  EXPECT_TRUE(fs::exists(temporary / "QUILLON/work/file"));
+
+  // And no file set is made where the next wipe would take it.
+  job.builder.SetDicomRootDirectory(WideOf(temporary / "QUILLON/set"));
+  job.add("a", {});
+  EXPECT_FALSE(job.create());
+  EXPECT_EQ(job.sentence(), "The directory " + (temporary / "QUILLON/set").string() + " lies in " +
+                                (temporary / "QUILLON").string() + ", which every job removes.");
+  EXPECT_TRUE(fs::exists(job.in / "a"));
 }
 
 }  // namespace

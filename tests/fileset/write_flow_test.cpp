@@ -91,6 +91,31 @@ TEST_F(WriteFlow, ATargetAroundTheSourceIsCopiedTo) {
   for (const std::string& name : kTree) EXPECT_TRUE(fs::exists(job_.dir / name)) << name;
 }
 
+// The copies of "DICOMOBJ/..." would come to lie in the root, and go when it is cleared.
+TEST_F(WriteFlow, ATargetWhereTheCopyWouldLieInTheSourceIsRefused) {
+  for (const char* name : {"DICOMOBJ", "QUILLON"}) {
+    SCOPED_TRACE(name);
+    const fs::path root = job_.dir / name;
+    fs::rename(job_.root, root);
+    ASSERT_TRUE(job_.builder.SetDicomRootDirectory(WideOf(root)));
+    ASSERT_TRUE(job_.builder.SetDirectCopyDirectory(WideOf(job_.dir.path())));
+    EXPECT_FALSE(copy(true));
+    EXPECT_EQ(job_.sentence(), "The directory for the direct file copy is invalid.");
+    expectTree(root);
+    EXPECT_FALSE(fs::exists(job_.dir / "DICOMDIR"));
+    fs::rename(root, job_.root);
+  }
+}
+
+TEST_F(WriteFlow, ATargetInWhatEveryJobRemovesIsRefused) {
+  const TemporaryFilesIn elsewhere(job_.dir.path());
+  ASSERT_TRUE(job_.builder.SetDirectCopyDirectory(WideOf(job_.dir / "QUILLON/out")));
+  EXPECT_FALSE(copy(true));
+  EXPECT_EQ(job_.sentence(), "The directory " + (job_.dir / "QUILLON/out").string() + " lies in " +
+                                 (job_.dir / "QUILLON").string() + ", which every job removes.");
+  expectTree(job_.root);
+}
+
 TEST_F(WriteFlow, AFailedDirectCopyTellsWhyAndClearsWhenAsked) {
   const struct {
     const char* what;

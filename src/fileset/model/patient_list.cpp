@@ -27,6 +27,12 @@ void CPatientList::RemoveAll() {
   COwningList::RemoveAll();
 }
 
+void CPatientList::RemoveLast() {
+  if (GetCount() == 0) return;
+  byUniqueId_.Remove(At(GetCount() - 1)->UniqueId(), At(GetCount() - 1));
+  COwningList::RemoveLast();
+}
+
 CPatient* CPatientList::FindByUniqueId(TextView uniqueId) {
   if (uniqueId.empty()) {
     SetErrorMessage(kMsgGivenPatientUniqueIdInvalid);

@@ -18,6 +18,12 @@ void CSeriesList::RemoveAll() {
   COwningList::RemoveAll();
 }
 
+void CSeriesList::RemoveLast() {
+  if (GetCount() == 0) return;
+  byUid_.Remove(At(GetCount() - 1)->SeriesInstanceUid(), At(GetCount() - 1));
+  COwningList::RemoveLast();
+}
+
 CSeries* CSeriesList::FindBySeriesInstanceUid(TextView uid) {
   if (uid.empty()) {
     SetErrorMessage(kMsgGivenSeriesInstanceUidInvalid);

@@ -25,6 +25,12 @@ void CStudyList::RemoveAll() {
   COwningList::RemoveAll();
 }
 
+void CStudyList::RemoveLast() {
+  if (GetCount() == 0) return;
+  byUid_.Remove(At(GetCount() - 1)->StudyInstanceUid(), At(GetCount() - 1));
+  COwningList::RemoveLast();
+}
+
 CStudy* CStudyList::FindByStudyInstanceUid(TextView uid) {
   if (uid.empty()) {
     SetErrorMessage(kMsgGivenStudyInstanceUidInvalid);

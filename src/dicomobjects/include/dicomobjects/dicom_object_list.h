@@ -16,6 +16,7 @@ class CDicomObjectList : public COwningList<CDicomObjectProperties> {
  public:
   CDicomObjectList();
   void RemoveAll() override;
+  void RemoveLast() override;
 
   // Reads one file and appends its properties. False, with a sentence, and the list is as before.
   bool AddObject(TextView path);

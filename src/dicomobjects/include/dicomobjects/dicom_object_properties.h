@@ -3,11 +3,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "dicomobjects/dicom_image_properties.h"
 #include "foundation/base_item.h"
 
 namespace quillon {
+
+struct DicomFileFacts;
 
 class CDicomObjectProperties : public CBaseItem {
  public:
@@ -58,8 +61,13 @@ class CDicomObjectProperties : public CBaseItem {
   // Empty when the object has none.
   [[nodiscard]] Text InstanceNumber() const;
 
+  // What the reading told beside the properties; null when nobody kept it. Copies share it.
+  void SetFacts(std::shared_ptr<const DicomFileFacts> facts) { facts_ = std::move(facts); }
+  [[nodiscard]] const DicomFileFacts* Facts() const { return facts_.get(); }
+
  private:
   std::unique_ptr<CDicomImageProperties> image_;
+  std::shared_ptr<const DicomFileFacts> facts_;
   bool allowEmpty_ = false;
   std::uint32_t fileSizeBytes_ = 0;
   Text dataSetTransferSyntaxUid_;

@@ -4,13 +4,64 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include "fileset/model/patient_list.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
 
 namespace quillon {
+
+class CDicomUtil;
+class FileSetPlan;
+class ListGrowth;
+class RootClaim;
+
+// What became of a file that was to be added.
+enum class AddOutcome {
+  Added,
+  AlreadyAdded,        // another file holds the same object
+  NamesNoObject,       // no study, series or instance
+  OtherDirectory,      // a DICOMDIR
+  NotDicom,            // no "DICM" behind a preamble
+  IncompleteMetaInfo,  // no directory record can refer to it
+  Deflated,            // its elements cannot be read
+  PixelDataCut,        // the file ends before its pixel data does
+  Refused,             // the error message tells why
+};
+
+struct AddedFile {
+  AddOutcome outcome = AddOutcome::Refused;
+  Text firstFile;               // of AlreadyAdded: the file that holds the object
+  bool isPixelDataCut = false;  // the file ends before its pixel data does
+};
+
+// How a host adds files that a file set can take for certain.
+struct FitnessRules {
+  // The unique patient ID of a file, from its patient name and patient ID.
+  std::function<Text(TextView name, TextView id)> patientKey;
+  bool refusesCutFiles = false;
+};
+
+// How far the file set in a root directory has come.
+enum class RootState {
+  Free,              // holds neither a file set nor what is left of one
+  Finished,          // a DICOMDIR, and no creation is under way
+  Unfinished,        // objects of a creation that did not end, perhaps the only copies
+  UnfinishedCopies,  // the same, but their sources stayed
+};
+
+// What is in a file set that is planned.
+struct FileSetTotals {
+  std::size_t patients = 0;
+  std::size_t studies = 0;
+  std::size_t series = 0;
+  std::size_t objects = 0;
+  std::uint64_t bytes = 0;
+  std::uint64_t bytesOnDisk = 0;  // the same in whole blocks
+};
 
 class CDicomDirProcessor : public CBaseItem {
  public:
@@ -27,12 +78,47 @@ class CDicomDirProcessor : public CBaseItem {
   // those below it, in the platform's order. The first file that cannot be added ends it; those
   // before it stay.
   bool AddDirectory(TextView directory, bool createAfterwards);
-  // Empty arguments mean the settings. Moves every added file below root\object directory, writes
-  // DICOMDIR, copies the other content and writes the label. Refused, with nothing changed, when an
-  // added file lies where the file set would overwrite it. The patient list is empty after a
-  // success and after a failure in the course of moving; a failure before that, or one to read a
-  // report, presentation state or key object document, keeps it. What was moved stays moved.
+  // Empty arguments mean the settings. Takes the root directory for this job, plans the file set
+  // and carries the plan out: moves every added file below root\object directory, writes DICOMDIR,
+  // copies the other content and writes the label. What can be known to fail fails before anything
+  // is moved. What is left of a creation that did not end is set aside beside the root first. The
+  // patient list is empty after a success and after a failure that concerns an object or anything
+  // behind them, but for one to read a report, presentation state or key object document; other
+  // failures keep it. What was moved stays moved. The root stays this job's until its file set is
+  // written or wiped.
   bool CreateDicomFileSet(TextView rootDirectory, TextView objectDirectory);
+
+  // The same in steps, for a host that does something in between. AddFitFile adds only what a
+  // creation takes: false, with the outcome, for what AddFile would pass over or a plan refuse
+  // (true for AlreadyAdded and NamesNoObject).
+  bool AddFitFile(TextView fileName, const FitnessRules& rules, AddedFile& told);
+  // After a failure in copying or moving: the file concerned and the platform's reason. False when
+  // there is none.
+  bool GetFailedFile(Text& path, Text& reason) const;
+  // Whether a file can be added by this path.
+  bool TakesPath(TextView path) { return files_.ValidatePath(path) || FailAs(files_); }
+  // Takes the root directory, which is made when missing; false when another job has it.
+  bool ClaimRoot();
+  // Of the root directory; objectCount: how many objects an unfinished creation left.
+  RootState GetRootState(std::size_t& objectCount);
+  // Leaves the sentence about an unfinished root. Always false.
+  bool FailUnfinished(std::size_t objectCount);
+  // Empties the root directory, which this job has, but for an entry of the name leaveOut. Refused
+  // for what is left of a creation that did not end and may be the only copies.
+  bool ClearRoot(TextView leaveOut);
+  // Makes the plan. Refused as by CreateDicomFileSet, but for what is found in the sources.
+  bool PlanFileSet(TextView rootDirectory, TextView objectDirectory);
+  // Of the plan: what it holds, the files to be moved in their order, what the label leaves out.
+  [[nodiscard]] const FileSetTotals& PlannedTotals() const;
+  [[nodiscard]] std::size_t PlannedCount() const;
+  [[nodiscard]] const Text& PlannedSource(std::size_t index) const;
+  [[nodiscard]] std::vector<Text> LabelRemarks() const;
+  // A copy that the host made of a planned file is moved in its place. False when the file has
+  // changed since it was added.
+  bool HandOver(std::size_t index, TextView copy);
+  // Looks at the sources and carries the plan out.
+  bool CreatePlannedFileSet();
+
   // True for 1 to 103 characters of A-Z 0-9 _ \ /, at most 8 levels of at most 12 characters.
   bool ValidateFileId(TextView fileId);
   // The configured source of the other content; empty when the value is.
@@ -43,8 +129,9 @@ class CDicomDirProcessor : public CBaseItem {
   // Delivers the file set: to directCopyDirectory (its missing levels are made, files of the same
   // name replaced) with performDirectCopy, else to the disc in the first recorder. An empty source
   // directory means the root directory. With clearAfterWrite the source is deleted afterwards,
-  // WHETHER OR NOT it was delivered; a target that is the source, or lies in it, is refused with
-  // nothing deleted.
+  // WHETHER OR NOT it was delivered. Refused with nothing deleted: a source that another job has or
+  // whose creation did not end, a target that is the source or lies in it, or that holds the source
+  // in a place where the copy would go. DICOMDIR is copied last: a copy that broke off has none.
   bool WriteMedia(TextView sourceDirectory, bool simulate, bool fullErase, bool eject,
                   bool clearAfterWrite);
   // False, with a sentence, where the platform is too old to record.
@@ -53,8 +140,10 @@ class CDicomDirProcessor : public CBaseItem {
   bool GetTotalSize(std::uint64_t& sizeBytes);
   bool GetTotalFileCount(std::uint32_t& count);
   // Empties the patient list and removes the root directory and what recording left in the
-  // temporary directory. Failures to remove are not told.
+  // temporary directory. Failures to remove are not told. A root that another job has stays; what
+  // is left of a creation that did not end is set aside (asideDirectory) unless `removesAll`.
   void Wipe();
+  void Wipe(bool removesAll, Text& asideDirectory);
   // Forgets everything added so far; the next add makes a new list.
   void DiscardPatientList();
 
@@ -82,6 +171,14 @@ class CDicomDirProcessor : public CBaseItem {
   bool ejectMediumAfterCreation = true;
   bool includeOtherContent = true;
   bool performDirectCopy = false;
+  // Where the description of the medium is at odds with what the field does today, follow the
+  // field: dates that are none are left out of the label, and empty files of the other content are
+  // copied. By default as the registry says, else off.
+  bool currentPractice = false;
+  [[nodiscard]] bool HasPracticeSetting() const { return hasPracticeSetting_; }  // in the registry
+  // The objects are handed over as copies (see HandOver), and need room on the root's file system.
+  bool sourcesStay = false;
+  bool needsRoomForCopies = false;
 
  private:
   enum class Measure { Files, Bytes };
@@ -97,17 +194,24 @@ class CDicomDirProcessor : public CBaseItem {
   bool SetPath(Text& setting, TextView path);
   bool SetPathInRoot(Text& setting, TextView path);
   bool WalkDirectory(const Text& directory);
-  bool FileObject(TextView fileName);
-  CStudy* FileIntoStudy(const DcElemList& dataSet, TextView fileName);
-  CSeries* FileIntoSeries(const DcElemList& dataSet, CStudy& study, TextView fileName);
-  bool CopyOtherContent(const Text& rootDirectory);
+  bool FileObject(TextView fileName, const FitnessRules* rules, AddedFile& told);
+  bool FileIntoSeries(CDicomUtil& object, TextView fileName, bool mustBeFit, AddedFile& told);
+  CStudy* FindOrAddStudy(const DcElemList& dataSet, TextView fileName, ListGrowth& growth);
+  CSeries* FindOrAddSeries(const DcElemList& dataSet, CStudy& study, TextView fileName,
+                           ListGrowth& growth);
+  bool SetUnfinishedAside(const Text& root);
   bool MeasureOtherContent(Measure what, std::uint64_t& total);
+  bool ClaimFinished(const Text& source);
+  bool CheckTarget(const Text& source, const Text& target);
+  bool CheckRoomForCopy(const Text& source, const Text& target);
   bool CopyFileSet(const Text& source, const Text& target);
   bool WriteDisc(const Text& source, const RecordingOptions& options);
   bool ClearSource(const Text& source, bool succeeded);
 
   std::unique_ptr<CPatientList> patients_;
   CFileUtil files_;
+  std::unique_ptr<RootClaim> claim_;
+  std::unique_ptr<FileSetPlan> plan_;
   Text rootDirectory_;
   Text objectDirectory_;
   Text iheLabel_;
@@ -115,6 +219,7 @@ class CDicomDirProcessor : public CBaseItem {
   Text volumeName_;
   Text otherContentDirectory_;
   Text directCopyDirectory_;
+  bool hasPracticeSetting_ = false;
 };
 
 }  // namespace quillon

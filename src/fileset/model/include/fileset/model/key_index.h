@@ -17,6 +17,11 @@ class KeyIndex {
     const auto found = items_.find(key);
     return found == items_.end() ? nullptr : found->second;
   }
+  // Before the item goes.
+  void Remove(TextView key, const Item* item) {
+    const auto found = items_.find(key);
+    if (found != items_.end() && found->second == item) items_.erase(found);
+  }
   void Clear() { items_.clear(); }
 
  private:

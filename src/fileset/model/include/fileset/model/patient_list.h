@@ -37,6 +37,7 @@ class CPatientList : public COwningList<CPatient> {
   CPatientList();
   // Releases the whole tree.
   void RemoveAll() override;
+  void RemoveLast() override;
 
   // The first patient with exactly this unique ID; null when there is none, with a sentence when
   // the ID is empty.

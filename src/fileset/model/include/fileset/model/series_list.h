@@ -33,6 +33,7 @@ class CSeriesList : public COwningList<CSeries> {
  public:
   CSeriesList();
   void RemoveAll() override;
+  void RemoveLast() override;
 
   // The first series with exactly this UID; null when there is none, with a sentence when the UID
   // is empty.

@@ -35,6 +35,7 @@ class CStudyList : public COwningList<CStudy> {
  public:
   CStudyList();
   void RemoveAll() override;
+  void RemoveLast() override;
 
   // The first study with exactly this UID; null when there is none, with a sentence when the UID is
   // empty.

@@ -84,6 +84,10 @@ class CQuillonMediaRW : public CBaseItem {
   HRESULT get_UniquePatientId(BSTR* pVal);
   HRESULT put_UniquePatientId(BSTR newVal);
 
+  // Not of the interface: the builder behind it, for a host that is built together with the system
+  // and creates its file set in steps.
+  [[nodiscard]] CDicomDirProcessor& Builder() { return builder_; }
+
  private:
   HRESULT GetFlag(bool flag, VARIANT_BOOL* pVal);
   HRESULT PutFlag(bool& flag, VARIANT_BOOL newVal);

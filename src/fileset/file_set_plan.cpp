@@ -1,0 +1,302 @@
+#include "file_set_plan.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "dicomobjects/dicom_file_facts.h"
+#include "file_id_rules.h"
+#include "medium_label.h"
+#include "path_join.h"
+#include "platform/services.h"
+#include "record_keys.h"
+#include "source_check.h"
+
+namespace quillon {
+
+namespace {
+
+// Names that are given in the file set, and the digits that their counters have at least.
+constexpr const OLECHAR* kObjectPrefix = OLESTR("QLN");
+constexpr std::size_t kObjectDigits = 5;
+constexpr const OLECHAR* kPatientPrefix = OLESTR("P");
+constexpr const OLECHAR* kStudyPrefix = OLESTR("S");
+constexpr const OLECHAR* kSeriesPrefix = OLESTR("E");
+constexpr std::size_t kDirectoryDigits = 7;
+
+// Who made the DICOMDIR: (0002,0012), (0002,0013) and (0002,0016).
+constexpr std::string_view kImplementationClassUid = "1.2.840.987654.1.1";
+constexpr std::string_view kImplementationVersionName = "QuillonV3,2,1,33";
+constexpr std::string_view kSourceAeTitle = "QuillonDicomSCP";
+static_assert(kImplementationClassUid.size() <= 64 && kImplementationVersionName.size() <= 16 &&
+                  kSourceAeTitle.size() <= 16,
+              "the values fit their VRs");
+
+Text NumberedName(const OLECHAR* prefix, std::int64_t number, std::size_t digits) {
+  const Text text = NumberText(number);
+  Text name(prefix);
+  if (text.size() < digits) name.append(digits - text.size(), OLESTR('0'));
+  return name += text;
+}
+
+Text DirectoryBelow(TextView parent, const OLECHAR* prefix, std::size_t number) {
+  Text directory(parent);
+  directory += NumberedName(prefix, static_cast<std::int64_t>(number), kDirectoryDigits);
+  return directory += OLESTR('\\');
+}
+
+// What a DICOMDIR takes per record, and a label; both are small beside any object.
+constexpr std::uint64_t kBytesPerRecord = 1024;
+constexpr std::uint64_t kBytesForLabel = 16384;
+
+// An entry of the root that is in the way of a file.
+bool IsDirectoryThere(const Text& path, CFileUtil& files) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  return files.GetFileAttributes(path, data) &&
+         (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+}  // namespace
+
+FileSetPlan::FileSetPlan(CPatientList& patients, CFileUtil& files, FileSetSettings settings)
+    : patients_(patients),
+      files_(files),
+      settings_(std::move(settings)),
+      root_(settings_.rootDirectory),
+      objectDirectory_(settings_.objectDirectory),
+      content_(files, settings_.followsCurrentPractice) {
+  SetClassName(OLESTR("CDicomDirProcessor"));
+}
+
+bool FileSetPlan::Make() {
+  keepsPatients_ = true;
+  hasOldObjects_ = files_.PathExists(ObjectDirectory());
+  if (!CheckOldEntries() || !BeginDicomDir()) return false;
+  if (!AddPatients()) return false;
+  keepsPatients_ = false;
+  if (settings_.includesOtherContent &&
+      !content_.Plan(settings_.rootDirectory, settings_.otherContentDirectory)) {
+    return FailAs(content_);
+  }
+  if (!CheckContentPlaces() || !ComposeLabel()) return false;
+  keepsPatients_ = true;
+  return !settings_.needsRoomForCopies || CheckRoom(totals_.bytesOnDisk);
+}
+
+bool FileSetPlan::CheckDirectories() {
+  if (!files_.ValidatePath(root_) || !files_.ValidatePath(objectDirectory_)) return FailAs(files_);
+  if (!EndsInSeparator(root_) && !JoinPath(root_, OLESTR("\\"), *this)) return false;
+  if (objectDirectory_.starts_with(OLESTR('\\')) || objectDirectory_.starts_with(OLESTR('/'))) {
+    objectDirectory_.erase(0, 1);
+  }
+  if (!objectDirectory_.empty() && !EndsInSeparator(objectDirectory_) &&
+      !JoinPath(objectDirectory_, OLESTR("\\"), *this)) {
+    return false;
+  }
+  if (!CheckFileId(objectDirectory_, files_, *this)) return false;
+  // In a File ID only "\" separates.
+  std::replace(objectDirectory_.begin(), objectDirectory_.end(), OLESTR('/'), OLESTR('\\'));
+  dicomDirPath_ = root_;
+  if (!JoinPath(dicomDirPath_, kDicomDirName, *this)) return false;
+  Text objects = root_;
+  if (!JoinPath(objects, objectDirectory_, *this)) return false;
+  directories_.assign(1, objects);
+  return true;
+}
+
+bool FileSetPlan::CheckOldEntries() {
+  return !IsDirectoryThere(dicomDirPath_, files_) || Fail(kMsgCannotDeleteFile, {dicomDirPath_});
+}
+
+bool FileSetPlan::BeginDicomDir() {
+  const std::string root = NarrowText(root_, FileSystemCodePage());
+  dicomDir_ = std::make_unique<DcDirDicomDir>(nullptr);
+  // A name that the toolkit's code page cannot hold would be another directory's.
+  if (WidenText(root, FileSystemCodePage()) != root_ ||
+      dicomDir_->startEmpty(root.c_str()) != kDcOk || dicomDir_->rootPath().empty()) {
+    return Fail(kMsgCannotCreateDicomDirIn, {root_});
+  }
+  DcFileMetaInfo metaInfo = dicomDir_->fileMetaInfo();
+  metaInfo.implementationClassUid = kImplementationClassUid;
+  metaInfo.implementationVersionName = kImplementationVersionName;
+  metaInfo.sourceAeTitle = kSourceAeTitle;
+  dicomDir_->setFileMetaInfo(metaInfo);
+  return true;
+}
+
+bool FileSetPlan::AddPatients() {
+  objects_.clear();
+  totals_ = FileSetTotals{};
+  for (std::size_t p = 0; p < patients_.GetCount(); ++p) {
+    CPatient& patient = *patients_.At(p);
+    at_.patient = &patient;
+    ++totals_.patients;
+    DcDirRec* record = Attach(*dicomDir_, MakePatientRecord(patient));
+    if (record == nullptr) return false;
+    if (!AddStudies(patient, *record, DirectoryBelow({}, kPatientPrefix, p + 1))) return false;
+  }
+  return true;
+}
+
+bool FileSetPlan::AddStudies(CPatient& patient, DcDirRec& patientRecord,
+                             TextView patientDirectory) {
+  CStudyList& studies = patient.Studies();
+  for (std::size_t s = 0; s < studies.GetCount(); ++s) {
+    CStudy& study = *studies.At(s);
+    at_.study = &study;
+    ++totals_.studies;
+    DcDirRec* record = Attach(patientRecord, MakeStudyRecord(study));
+    if (record == nullptr) return false;
+    if (!AddSeries(study, *record, DirectoryBelow(patientDirectory, kStudyPrefix, s + 1))) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool FileSetPlan::AddSeries(CStudy& study, DcDirRec& studyRecord, TextView studyDirectory) {
+  CSeriesList& list = study.Series();
+  for (std::size_t e = 0; e < list.GetCount(); ++e) {
+    CSeries& series = *list.At(e);
+    at_.series = &series;
+    ++totals_.series;
+    at_.directory =
+        settings_.useHierarchy ? DirectoryBelow(studyDirectory, kSeriesPrefix, e + 1) : Text();
+    DcDirRec* record = Attach(studyRecord, MakeSeriesRecord(series));
+    if (record == nullptr || !AddObjects(series, *record)) return false;
+  }
+  return true;
+}
+
+bool FileSetPlan::AddObjects(CSeries& series, DcDirRec& seriesRecord) {
+  const CDicomObjectList& images = series.Images();
+  for (std::size_t i = 0; i < images.GetCount(); ++i) {
+    keepsPatients_ = false;
+    if (i == 0 && settings_.useHierarchy && !AddDirectory()) return false;
+    if (!AddObject(*images.At(i), seriesRecord)) return false;
+  }
+  return true;
+}
+
+bool FileSetPlan::AddDirectory() {
+  Text directory = root_;
+  if (!JoinPath(directory, objectDirectory_, *this) || !JoinPath(directory, at_.directory, *this)) {
+    return false;
+  }
+  directories_.push_back(directory);
+  return true;
+}
+
+bool FileSetPlan::AddObject(const CDicomObjectProperties& object, DcDirRec& seriesRecord) {
+  Text fileId;
+  Text path;
+  if (!NameNextObject(fileId, path)) return false;
+  if (hasOldObjects_ && IsDirectoryThere(path, files_)) return Fail(kMsgCannotOpenFile, {path});
+  const DicomFileFacts& facts = *object.Facts();
+  auto made = MakeRecord(object, facts);
+  if (made == nullptr) return false;
+  DcDirRec* record = Attach(seriesRecord, std::move(made));
+  if (record == nullptr) return false;
+  if (record->setRefFile(NarrowText(fileId, CP_ACP).c_str(), facts.Reference()) != kDcOk) {
+    return Fail(kMsgCannotSetImageReference,
+                {fileId, at_.series->SeriesInstanceUid(), at_.study->StudyInstanceUid(),
+                 at_.patient->UniqueId(), object.FileName()});
+  }
+  objects_.push_back({object.FileName(), std::move(fileId), facts.stamp, facts.stamp.sizeBytes});
+  ++totals_.objects;
+  totals_.bytes += facts.stamp.sizeBytes;
+  totals_.bytesOnDisk += RoundedToBlocks(facts.stamp.sizeBytes);
+  return true;
+}
+
+bool FileSetPlan::NameNextObject(Text& fileId, Text& path) {
+  fileId = objectDirectory_;
+  fileId += at_.directory;
+  fileId +=
+      NumberedName(kObjectPrefix, static_cast<std::int64_t>(objects_.size()) + 1, kObjectDigits);
+  if (!CheckFileId(fileId, files_, *this)) return false;
+  path = root_;
+  return JoinPath(path, fileId, *this);
+}
+
+std::unique_ptr<DcDirRec> FileSetPlan::MakeRecord(const CDicomObjectProperties& object,
+                                                  const DicomFileFacts& facts) {
+  if (facts.document != nullptr) return facts.document->copyOfKeys();
+  if (facts.documentProblem.empty()) return MakeImageRecord(object);
+  // A document that cannot be read leaves the patients for another attempt.
+  keepsPatients_ = true;
+  SetErrorMessage(facts.documentProblem);
+  return nullptr;
+}
+
+bool FileSetPlan::CheckContentPlaces() {
+  Text labelPath = root_;
+  if (!JoinPath(labelPath, kLabelFileName, *this)) return false;
+  if (IsDirectoryThere(labelPath, files_)) return Fail(kMsgCannotOpenFile, {labelPath});
+  if (!content_.HasContent()) return true;
+  const Text root = ComparablePath(root_);
+  const Text objects = ComparablePath(ObjectDirectory());
+  const Text place = ComparablePath(content_.Destination());
+  // In a directory of its own, as it usually is, it is in nobody's way.
+  if (place != root && !IsAtOrBelow(place, objects) && !IsAtOrBelow(objects, place)) return true;
+  const std::array own{ComparablePath(dicomDirPath_), ComparablePath(labelPath),
+                       ComparablePath(root_ + kUnfinishedMarkName)};
+  return std::ranges::none_of(content_.Files(),
+                              [&](const Text& file) {
+                                const Text path = ComparablePath(file);
+                                return IsAtOrBelow(path, objects) ||
+                                       std::ranges::find(own, path) != own.end();
+                              }) ||
+         Fail(kMsgDestinationFilenameInvalid);
+}
+
+bool FileSetPlan::ComposeLabel() {
+  MediumLabel label(settings_.followsCurrentPractice);
+  if (!label.Compose(patients_)) return FailAs(label);
+  label_ = label.GetText();
+  labelRemarks_ = label.LeftOut();
+  return true;
+}
+
+bool FileSetPlan::CheckSources() {
+  keepsPatients_ = true;
+  SourceCheck check(root_, ObjectDirectory(), dicomDirPath_, files_, *this);
+  if (!check.CheckOutside(objects_)) return false;
+  keepsPatients_ = false;
+  if (!check.Run(objects_)) return false;
+  keepsPatients_ = true;
+  return CheckRoom(check.BytesToCopy());
+}
+
+bool FileSetPlan::CheckRoom(std::uint64_t bytesToCopy) {
+  std::uint64_t freeBytes = 0;
+  // A file system that does not tell is not one without room.
+  if (!files_.GetFreeBytes(root_, freeBytes)) return true;
+  const std::size_t records = totals_.objects + totals_.series + totals_.studies + totals_.patients;
+  const std::uint64_t needed =
+      bytesToCopy + content_.BytesOnDisk() + records * kBytesPerRecord + kBytesForLabel;
+  return needed <= freeBytes ||
+         Fail(kMsgNotEnoughRoom,
+              {settings_.rootDirectory, NumberText(static_cast<long long>(freeBytes)),
+               NumberText(static_cast<long long>(needed))});
+}
+
+bool FileSetPlan::HandOver(std::size_t index, TextView copy) {
+  PlannedObject& object = objects_[index];
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (!files_.GetFileAttributes(object.source, data)) return FailAs(files_);
+  if (object.stamp && !(StampOf(data) == *object.stamp)) {
+    return Fail(kMsgSourceChanged, {object.source});
+  }
+  object.source = copy;
+  object.stamp.reset();
+  return true;
+}
+
+DcDirRec* FileSetPlan::Attach(DcDirRec& parent, std::unique_ptr<DcDirRec> child) {
+  DcDirRec* record = parent.addLower(std::move(child));
+  if (record == nullptr) Fail(kMsgCannotCreateDicomDirIn, {root_});
+  return record;
+}
+
+}  // namespace quillon

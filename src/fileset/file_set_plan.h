@@ -1,0 +1,129 @@
+// The plan of one creation: what will be moved where and what the DICOMDIR and the label will say,
+// with everything checked that can be known before the first file is moved. Making it changes
+// nothing; file_set_creation.h carries it out.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "dicom/dir_dicom_dir.h"
+#include "fileset/dicom_dir_processor.h"
+#include "fileset/model/patient_list.h"
+#include "foundation/base_item.h"
+#include "foundation/file_util.h"
+#include "other_content.h"
+
+namespace quillon {
+
+struct DicomFileFacts;
+
+inline constexpr const OLECHAR* kDicomDirName = OLESTR("DICOMDIR");
+// See unfinished_mark.h.
+inline constexpr const OLECHAR* kUnfinishedMarkName = OLESTR("UNFINISHED.TXT");
+
+struct PlannedObject {
+  Text source;  // the file that is moved
+  Text fileId;  // its name in the set, below the root
+  // Of the file as it was when it was read; none when another file stands in for it.
+  std::optional<FileStamp> stamp;
+  std::uint64_t sizeBytes = 0;
+};
+
+// How the builder's settings shape a file set.
+struct FileSetSettings {
+  Text rootDirectory;
+  Text objectDirectory;
+  bool useHierarchy = false;
+  bool includesOtherContent = false;
+  Text otherContentDirectory;
+  bool followsCurrentPractice = false;
+  // The objects come as copies that the host makes on the root's file system: they need room, and
+  // their loss is none.
+  bool sourcesStay = false;
+  bool needsRoomForCopies = false;
+};
+
+class FileSetPlan : public CBaseItem {
+ public:
+  // patients: at least one. Both outlive this object.
+  FileSetPlan(CPatientList& patients, CFileUtil& files, FileSetSettings settings);
+
+  // Whether the names of the root and the object directory can be used. False, with a sentence.
+  bool CheckDirectories();
+  // After that, with the root directory there. False, with a sentence, at the first thing that
+  // would fail.
+  bool Make();
+  // The last look at the files that will be moved, right before they are; see SourceCheck.
+  bool CheckSources();
+
+  // A copy of an object's file is moved in its place. False, with a sentence, when the file is not
+  // what it was when it was read: the copy is none of that.
+  bool HandOver(std::size_t index, TextView copy);
+
+  // After a failure: whether the patients are to stay for another attempt.
+  [[nodiscard]] bool KeepsPatients() const { return keepsPatients_; }
+
+  [[nodiscard]] const FileSetSettings& Settings() const { return settings_; }
+  // With a separator at its end.
+  [[nodiscard]] const Text& RootDirectory() const { return root_; }
+  [[nodiscard]] const Text& ObjectDirectory() const { return directories_.front(); }
+  [[nodiscard]] const Text& DicomDirPath() const { return dicomDirPath_; }
+  [[nodiscard]] const std::vector<PlannedObject>& Objects() const { return objects_; }
+  // Directories for objects, each with the separator at its end: the object directory, then those
+  // below it in the order of their first object.
+  [[nodiscard]] const std::vector<Text>& Directories() const { return directories_; }
+  [[nodiscard]] DcDirDicomDir& DicomDir() { return *dicomDir_; }
+  [[nodiscard]] OtherContent& Content() { return content_; }
+  [[nodiscard]] const Text& Label() const { return label_; }
+  [[nodiscard]] const FileSetTotals& Totals() const { return totals_; }
+  // What the label leaves out: dates that are none. Empty unless current practice is followed.
+  [[nodiscard]] const std::vector<Text>& LabelRemarks() const { return labelRemarks_; }
+
+ private:
+  // Where the walk over the patients stands.
+  struct Position {
+    const CPatient* patient = nullptr;
+    const CStudy* study = nullptr;
+    const CSeries* series = nullptr;
+    Text directory;  // of the series, below the object directory; ends in a separator or is empty
+  };
+
+  bool CheckRoom(std::uint64_t bytesToCopy);
+  bool BeginDicomDir();
+  bool CheckOldEntries();
+  bool AddPatients();
+  bool AddStudies(CPatient& patient, DcDirRec& patientRecord, TextView patientDirectory);
+  bool AddSeries(CStudy& study, DcDirRec& studyRecord, TextView studyDirectory);
+  bool AddObjects(CSeries& series, DcDirRec& seriesRecord);
+  bool AddObject(const CDicomObjectProperties& object, DcDirRec& seriesRecord);
+  bool AddDirectory();
+  bool NameNextObject(Text& fileId, Text& path);
+  std::unique_ptr<DcDirRec> MakeRecord(const CDicomObjectProperties& object,
+                                       const DicomFileFacts& facts);
+  bool CheckContentPlaces();
+  bool ComposeLabel();
+  // addLower with its refusal, which the types used here never meet, made a failure.
+  DcDirRec* Attach(DcDirRec& parent, std::unique_ptr<DcDirRec> child);
+
+  CPatientList& patients_;
+  CFileUtil& files_;
+  FileSetSettings settings_;
+  Text root_;
+  Text objectDirectory_;
+  Text dicomDirPath_;
+  bool keepsPatients_ = true;
+  bool hasOldObjects_ = false;  // the object directory was there before
+  Position at_;
+  std::vector<PlannedObject> objects_;
+  std::vector<Text> directories_;
+  std::unique_ptr<DcDirDicomDir> dicomDir_;
+  OtherContent content_;
+  Text label_;
+  std::vector<Text> labelRemarks_;
+  FileSetTotals totals_;
+};
+
+}  // namespace quillon

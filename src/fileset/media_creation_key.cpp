@@ -1,0 +1,47 @@
+#include "media_creation_key.h"
+
+namespace quillon {
+
+bool MediaCreationKey::Open() {
+  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, kMediaCreationKeyPath, 0, KEY_QUERY_VALUE, &key_) ==
+         ERROR_SUCCESS;
+}
+
+bool MediaCreationKey::Close() {
+  HKEY key = key_;
+  key_ = nullptr;
+  return key == nullptr || RegCloseKey(key) == ERROR_SUCCESS;
+}
+
+bool MediaCreationKey::ReadText(const OLECHAR* name, Text& out) {
+  DWORD type = 0;
+  DWORD lengthBytes = 0;
+  if (RegQueryValueExW(key_, name, nullptr, &type, nullptr, &lengthBytes) != ERROR_SUCCESS ||
+      type != REG_SZ) {
+    return false;
+  }
+  Text text(lengthBytes / sizeof(OLECHAR) + 1, OLECHAR{0});
+  lengthBytes = static_cast<DWORD>(text.size() * sizeof(OLECHAR));
+  if (RegQueryValueExW(key_, name, nullptr, &type, reinterpret_cast<BYTE*>(text.data()),
+                       &lengthBytes) != ERROR_SUCCESS) {
+    return false;
+  }
+  // The stored length may or may not count a terminator.
+  out.assign(text, 0, text.find(OLECHAR{0}));
+  return true;
+}
+
+bool MediaCreationKey::ReadNumber(const OLECHAR* name, DWORD& out) {
+  DWORD type = 0;
+  DWORD number = 0;
+  DWORD lengthBytes = sizeof number;
+  if (RegQueryValueExW(key_, name, nullptr, &type, reinterpret_cast<BYTE*>(&number),
+                       &lengthBytes) != ERROR_SUCCESS ||
+      type != REG_DWORD || lengthBytes != sizeof number) {
+    return false;
+  }
+  out = number;
+  return true;
+}
+
+}  // namespace quillon

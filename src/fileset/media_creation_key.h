@@ -1,0 +1,30 @@
+// The registry key with the settings of media creation.
+#pragma once
+
+#include "foundation/text.h"
+
+namespace quillon {
+
+// Below HKEY_LOCAL_MACHINE.
+inline constexpr const OLECHAR* kMediaCreationKeyPath =
+    OLESTR("SOFTWARE\\Tarn Imaging\\Quillon\\Workstation\\MediaCreation");
+
+class MediaCreationKey {
+ public:
+  MediaCreationKey() = default;
+  ~MediaCreationKey() { Close(); }
+  MediaCreationKey(const MediaCreationKey&) = delete;
+  MediaCreationKey& operator=(const MediaCreationKey&) = delete;
+
+  // For reading values. False when there is no such key.
+  bool Open();
+  bool Close();
+  // False when there is no such value, or it is of another type; out is unchanged then.
+  bool ReadText(const OLECHAR* name, Text& out);
+  bool ReadNumber(const OLECHAR* name, DWORD& out);
+
+ private:
+  HKEY key_ = nullptr;
+};
+
+}  // namespace quillon

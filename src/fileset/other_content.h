@@ -1,0 +1,60 @@
+// The workstation's non-DICOM content: where it comes from, how much it is, whether all of it can
+// be copied, and the copy of it that lies beside the DICOM objects.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "foundation/base_item.h"
+#include "foundation/file_util.h"
+
+namespace quillon {
+
+// Bytes that a file of this size takes on a disk.
+inline std::uint64_t RoundedToBlocks(std::uint64_t sizeBytes) {
+  constexpr std::uint64_t kBlockBytes = 4096;
+  return (sizeBytes + kBlockBytes - 1) / kBlockBytes * kBlockBytes;
+}
+
+class OtherContent : public CBaseItem {
+ public:
+  // acceptsEmptyFiles: empty files are copied like others. Otherwise one of them fails the copy.
+  OtherContent(CFileUtil& files, bool acceptsEmptyFiles);
+
+  // The configured directory; empty when the value is. False, with the registry's sentence, when it
+  // cannot be read.
+  static bool ReadSourceDirectory(Text& directory, CBaseItem& errors);
+
+  // Looks for the source and goes through all of it as the copy below rootDirectory would. True
+  // when there is nothing to copy; when no source is configured with the registry's sentence left
+  // as the remark. False, with the sentence that the copy would fail with, or because the root lies
+  // in the source.
+  bool Plan(const Text& rootDirectory, TextView otherContentDirectory);
+  // What Plan found.
+  [[nodiscard]] bool HasContent() const { return hasContent_; }
+  [[nodiscard]] std::uint64_t BytesOnDisk() const { return bytesOnDisk_; }
+  // Where it will lie, absolute; empty without content.
+  [[nodiscard]] const Text& Destination() const { return destination_; }
+  // The files that the copy makes.
+  [[nodiscard]] const std::vector<Text>& Files() const { return planned_; }
+  // Why there is none, when the configuration cannot be read; else empty.
+  [[nodiscard]] const Text& Remark() const { return remark_; }
+
+  // Changes the working directory. The first failure ends it; what was copied stays.
+  bool Copy();
+
+ private:
+  bool PlanDirectory(const Text& source, const Text& destination, std::vector<FileIdentity>& above);
+  bool PlanFile(const Text& source, const Text& destination);
+
+  CFileUtil& files_;
+  bool acceptsEmptyFiles_;
+  bool hasContent_ = false;
+  std::uint64_t bytesOnDisk_ = 0;
+  Text source_;
+  Text destination_;
+  Text remark_;
+  std::vector<Text> planned_;
+};
+
+}  // namespace quillon

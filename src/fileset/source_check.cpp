@@ -1,0 +1,124 @@
+#include "source_check.h"
+
+#include <set>
+
+#include "foundation/find_handle.h"
+#include "path_join.h"
+
+namespace quillon {
+
+namespace {
+
+using FileIdentities = std::set<FileIdentity>;
+
+// False when it was there already, or there is no such file.
+bool AddIdentity(const Text& path, CFileUtil& files, FileIdentities& identities) {
+  FileIdentity identity;
+  return files.GetFileIdentity(path, identity) && identities.insert(identity).second;
+}
+
+// Of every file below the directory. What has a name that no path can have is not overwritten.
+void AddIdentitiesBelow(const Text& directory, CFileUtil& files, FileIdentities& identities) {
+  Text pattern = directory;
+  if (!EndsInSeparator(pattern)) pattern += OLESTR('\\');
+  const std::size_t prefix = pattern.size();
+  FindHandle found(pattern.append(OLESTR("*.*")));
+  if (!found.IsOpen()) return;
+  do {
+    const WIN32_FIND_DATAW& entry = found.Entry();
+    if (IsDotEntry(entry)) continue;
+    const Text path = Text(pattern, 0, prefix).append(entry.cFileName);
+    // A directory that was met before is one that a link led back to.
+    const bool isNew = AddIdentity(path, files, identities);
+    if (isNew && IsDirectory(entry)) AddIdentitiesBelow(path, files, identities);
+  } while (found.Next());
+}
+
+TextView ParentOf(TextView path) {
+  const std::size_t separator = path.find_last_of(OLESTR("\\/"));
+  return path.substr(0, separator == TextView::npos ? 0 : separator + 1);
+}
+
+// Whether two paths lead to one name and not to two names of one file.
+bool IsSameName(const Text& a, const Text& b, CFileUtil& files) {
+  const Text fullA = AbsolutePath(a);
+  const Text fullB = AbsolutePath(b);
+  const TextView parentA = ParentOf(fullA);
+  const TextView parentB = ParentOf(fullB);
+  FileIdentity ofA;
+  FileIdentity ofB;
+  return fullA.substr(parentA.size()) == fullB.substr(parentB.size()) &&
+         (parentA == parentB || (files.GetFileIdentity(parentA, ofA) &&
+                                 files.GetFileIdentity(parentB, ofB) && ofA == ofB));
+}
+
+}  // namespace
+
+SourceCheck::SourceCheck(const Text& rootDirectory, const Text& objectDirectory,
+                         const Text& dicomDir, CFileUtil& files, CBaseItem& errors)
+    : files_(files), errors_(errors), objectDirectory_(objectDirectory), dicomDir_(dicomDir) {
+  files_.GetFileIdentity(rootDirectory, root_);
+}
+
+bool SourceCheck::Run(const std::vector<PlannedObject>& objects) {
+  bytesToCopy_ = 0;
+  seen_.clear();
+  seen_.reserve(objects.size());
+  for (const PlannedObject& object : objects) {
+    if (!CheckOne(object)) return false;
+  }
+  return true;
+}
+
+bool SourceCheck::CheckOutside(const std::vector<PlannedObject>& objects) {
+  const Text inside = ComparablePath(objectDirectory_);
+  const Text directory = ComparablePath(dicomDir_);
+  // Empty, at no cost, for the usual new root.
+  FileIdentities existing;
+  AddIdentity(dicomDir_, files_, existing);
+  AddIdentitiesBelow(objectDirectory_, files_, existing);
+  for (const PlannedObject& object : objects) {
+    const Text path = ComparablePath(object.source);
+    FileIdentity identity;
+    if (IsAtOrBelow(path, inside) || path == directory ||
+        (!existing.empty() && files_.GetFileIdentity(object.source, identity) &&
+         existing.contains(identity))) {
+      return errors_.Fail(kMsgSourceInsideFileSet, {object.source});
+    }
+  }
+  return true;
+}
+
+bool SourceCheck::CheckOne(const PlannedObject& object) {
+  // That a file can be taken away is a matter of its directory, which is asked once.
+  const TextView parent = ParentOf(object.source);
+  const bool isNewParent = parent != lastParent_;
+  FileFacts facts;
+  if (!files_.ProbeFile(object.source, /*forMoving=*/isNewParent, facts)) {
+    return errors_.FailAs(files_);
+  }
+  if (isNewParent) lastParent_ = parent;
+  if (object.stamp && !(*object.stamp == facts.stamp)) {
+    return errors_.Fail(kMsgSourceChanged, {object.source});
+  }
+  // The second move would find nothing.
+  if (IsSecond(object.source, facts)) return errors_.Fail(kMsgPathNotFound, {object.source});
+  if (facts.isLink || facts.identity.volume != root_.volume) {
+    bytesToCopy_ += RoundedToBlocks(facts.stamp.sizeBytes);
+  }
+  return true;
+}
+
+bool SourceCheck::IsSecond(const Text& path, const FileFacts& facts) {
+  const auto [place, isNew] =
+      seen_.try_emplace(facts.identity, Seen{&path, facts.isLink, facts.links});
+  if (isNew) return false;
+  const Seen first = place->second;
+  // Of a link that came before only the link went away.
+  const bool isGone =
+      !first.isLink && (facts.isLink || facts.links == 1 || IsSameName(*first.path, path, files_));
+  if (!isGone) place->second = Seen{&path, facts.isLink, facts.links};
+  return isGone || (first.isLink && facts.isLink && IsSameName(*first.path, path, files_));
+}
+
+}  // namespace quillon

@@ -1,0 +1,50 @@
+// What can be known of the sources before the first of them is moved.
+#pragma once
+
+#include <vector>
+
+#include "file_set_plan.h"
+#include "foundation/file_util.h"
+
+namespace quillon {
+
+// False, with the sentence of the first object that cannot be moved: its source is gone, empty, no
+// file, has changed since it was read, is a file that comes up twice, cannot be read or taken away,
+// or already lies in the object directory or is the DICOMDIR, where it could be overwritten before
+// its turn. Tells the bytes that have to be copied because their volume is not the root's.
+class SourceCheck {
+ public:
+  SourceCheck(const Text& rootDirectory, const Text& objectDirectory, const Text& dicomDir,
+              CFileUtil& files, CBaseItem& errors);
+
+  bool Run(const std::vector<PlannedObject>& objects);
+  // Only the rule about the file set's own place.
+  bool CheckOutside(const std::vector<PlannedObject>& objects);
+  [[nodiscard]] std::uint64_t BytesToCopy() const { return bytesToCopy_; }
+
+ private:
+  struct Seen {
+    const Text* path;
+    bool isLink;
+    std::uint32_t links;
+  };
+  struct IdentityHash {
+    std::size_t operator()(const FileIdentity& identity) const {
+      return std::hash<std::uint64_t>{}(identity.index * 31 + identity.volume);
+    }
+  };
+
+  bool CheckOne(const PlannedObject& object);
+  bool IsSecond(const Text& path, const FileFacts& facts);
+
+  CFileUtil& files_;
+  CBaseItem& errors_;
+  Text objectDirectory_;
+  Text dicomDir_;
+  FileIdentity root_;
+  std::unordered_map<FileIdentity, Seen, IdentityHash> seen_;
+  Text lastParent_;
+  std::uint64_t bytesToCopy_ = 0;
+};
+
+}  // namespace quillon
