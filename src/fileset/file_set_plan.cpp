@@ -221,7 +221,11 @@ bool FileSetPlan::NameNextObject(Text& fileId, Text& path) {
 
 std::unique_ptr<DcDirRec> FileSetPlan::MakeRecord(const CDicomObjectProperties& object,
                                                   const DicomFileFacts& facts) {
-  if (facts.document != nullptr) return facts.document->copyOfKeys();
+  if (facts.document != nullptr) {
+    auto record = facts.document->copyOfKeys();
+    if (record == nullptr) Fail(kMsgCannotCreateDicomDirIn, {root_});  // no memory
+    return record;
+  }
   if (facts.documentProblem.empty()) return MakeImageRecord(object);
   // A document that cannot be read leaves the patients for another attempt.
   keepsPatients_ = true;

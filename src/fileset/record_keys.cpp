@@ -71,7 +71,7 @@ constexpr std::array kKeyObjectKeys{
 // clang-format on
 
 void AddKey(DcDirRec& record, DcTag tag, const Text& text) {
-  record.addKey(std::make_unique<DcElem>(tag, NarrowText(text, CP_ACP).c_str()));
+  record.addKey(tag, NarrowText(text, CP_ACP).c_str());
 }
 
 template <typename Node>
