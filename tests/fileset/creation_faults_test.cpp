@@ -2,10 +2,8 @@
 // Windows has not: no object is lost.
 #include <gtest/gtest.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 
 #include <cerrno>
-#include <csignal>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -14,30 +12,10 @@
 #include "builder_job.h"
 #include "dicom_dir_bytes.h"
 #include "support/failing_calls.h"
+#include "support/file_size_limit.h"
 
 namespace quillon::test {
 namespace {
-
-// While it lives, no file of this process can grow beyond some bytes; renaming is no writing.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    ::getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{bytes, before_.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    signal_ = std::signal(SIGXFSZ, SIG_IGN);  // NOLINT(cert-err33-c): SIG_ERR is given back as well
-  }
-  ~FileSizeLimit() {
-    ::setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, signal_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit before_{};
-  void (*signal_)(int) = SIG_DFL;
-};
 
 TEST(FileSetCreation, WithoutRoomEveryObjectStaysWhole) {
   const struct {
