@@ -1,5 +1,6 @@
 // quillon: makes DICOM interchange media on the command line.
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -52,6 +53,9 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // A file that reaches the user's size limit is a write that fails, with its sentence, and not the
+  // end of the program.
+  std::signal(SIGXFSZ, SIG_IGN);  // NOLINT(cert-err33-c): it cannot fail for this signal
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {

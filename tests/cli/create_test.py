@@ -1,6 +1,7 @@
 """quillon create as a user meets it: what it makes, what it leaves alone, how it fails."""
 import os
 import re
+import resource
 import shutil
 import signal
 import stat
@@ -503,6 +504,15 @@ class Trouble(program.ProgramTest):
             self.assertEqual(list(images(place).values()), list(before.values()))
         self.create("--root", place, "--replace", "--move", self.source)
         self.assertEqual(list(images(place).values()), list(before.values()))
+
+    def test_a_limit_of_file_sizes_is_a_failure_with_a_sentence(self):
+        self.write("1", dicom_file())
+        before = contents(self.source)
+        result = self.create_set("--move", self.source, status=1, preexec_fn=lambda: (
+            resource.setrlimit(resource.RLIMIT_FSIZE, (600, 600))))
+        self.assertIn("Cannot create the DICOMDIR file in ", result["error"])
+        self.assertNotIn("DICOMDIR", contents(self.root))
+        self.assert_nothing_lost(before, self.source, self.root)
 
     def test_an_interrupted_job_leaves_no_copies(self):
         subprocess.run([program.SAMPLES, "--bench", "400", self.source], check=True)
