@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "create_job.h"
 #include "media_job.h"
@@ -39,9 +40,9 @@ int runCreate(CommandOptions& options) {
   options.job.showsProgress = !options.isQuiet;
   MediaJob mediaJob;
   const CreateResult result = createFileSet(options.job, mediaJob);
-  const std::string output =
+  std::string output =
       options.isJson ? jsonObject(jsonMembers(result), result.error) : plainText(result);
-  return finish(output, result.error, result.remarks);
+  return finish(Output::of(options.isJson, std::move(output)), result.error, result.remarks);
 }
 
 }  // namespace

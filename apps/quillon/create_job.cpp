@@ -14,6 +14,7 @@
 #include "source_reasons.h"
 #include "source_walk.h"
 #include "staging.h"
+#include "terminal_text.h"
 
 namespace quillon::cli {
 
@@ -301,7 +302,7 @@ class CreateJob {
   void interrupted(Staging& staging) const {
     staging.remove();
     if (isRootMade_) ::rmdir(result_.root.c_str());
-    if (isCreating_) std::fprintf(stderr, "\nquillon: %s\n", whereFilesAre().c_str());
+    if (isCreating_) sayBelowProgress(whereFilesAre());
   }
 
   const CreateOptions& options_;

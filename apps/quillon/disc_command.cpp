@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "disc_progress_scope.h"
@@ -50,6 +51,11 @@ std::string jsonTextOrNull(const std::string& text) {
   return text.empty() ? "null" : jsonString(text);
 }
 
+// Of a command that has nothing to tell but how it ended.
+int finishBare(const Options& options, const std::optional<std::string>& error) {
+  return finish(Output::asItIs(options.isJson ? jsonObject("", error) : ""), error, {});
+}
+
 // Members of an object, the last one without a comma.
 std::string jsonOf(const DiscRecorderStatus& status) {
   std::string out = member("name", jsonString(status.name));
@@ -92,7 +98,7 @@ int runList(const Options& options) {
     separator = options.isJson ? "," : "\n";
   }
   if (options.isJson) out = jsonObject("\"recorders\":[" + out + "],", error);
-  return finish(out, error, {});
+  return finish(Output::of(options.isJson, std::move(out)), error, {});
 }
 
 // What the media object says of the disc.
@@ -119,7 +125,7 @@ int runStatus(const Options& options) {
   std::vector<DiscRecorderStatus> recorders;
   std::optional<std::string> error = errorOf(platform::listDiscRecorders(recorders));
   if (!error && recorders.empty()) error = "There is no recorder.";
-  if (error) return finish(options.isJson ? jsonObject("", error) : "", error, {});
+  if (error) return finishBare(options, error);
   const Answers answers = askObject();
   const DiscRecorderStatus& status = recorders.front();
   std::string out;
@@ -136,7 +142,7 @@ int runStatus(const Options& options) {
         "Recordable: " + (answers.holdsData ? yesOrNo(answers.isRecordable) : "not known") + "\n";
     if (!answers.reason.empty()) out += "  " + answers.reason + "\n";
   }
-  return finish(out, error, {});
+  return finish(Output::of(options.isJson, std::move(out)), error, {});
 }
 
 // A disc in a recorder that the service does not offer would help nobody.
@@ -166,7 +172,7 @@ int runInsert(const Options& options) {
     out = "Inserted into " + status.name + ": " + status.media + ", " + status.state + ", " +
           std::to_string(status.capacitySectors) + " sectors\n";
   }
-  return finish(out, error, {});
+  return finish(Output::of(options.isJson, std::move(out)), error, {});
 }
 
 int runEject(const Options& options) {
@@ -178,7 +184,7 @@ int runEject(const Options& options) {
   } else if (!image.empty()) {
     out = "Image:     " + image + "\n";
   }
-  return finish(out, error, {});
+  return finish(Output::of(options.isJson, std::move(out)), error, {});
 }
 
 int runErase(const Options& options) {
@@ -188,7 +194,7 @@ int runErase(const Options& options) {
     const DiscProgressScope progress(bar);
     error = errorOf(platform::eraseDisc(options.recorder, options.isFull));
   }
-  return finish(options.isJson ? jsonObject("", error) : "", error, {});
+  return finishBare(options, error);
 }
 
 using Run = int (*)(const Options&);

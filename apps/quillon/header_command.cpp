@@ -13,7 +13,6 @@
 #include "platform/services.h"
 #include "result_output.h"
 #include "stylesheets.h"
-#include "terminal_text.h"
 #include "toolkit_log.h"
 
 namespace quillon::cli {
@@ -77,7 +76,7 @@ int runHeader(const HeaderOptions& options) {
     return finish({}, file.inWordsOfUser(job.errorText()), {});
   }
   const bool isForReaders = !options.isXml && isTextStylesheet(options.stylesheet);
-  return finish(isForReaders ? forTerminal(text) : text, std::nullopt, {});
+  return finish(isForReaders ? Output::forReaders(text) : Output::asItIs(text), std::nullopt, {});
 }
 
 }  // namespace

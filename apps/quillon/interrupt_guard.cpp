@@ -3,8 +3,9 @@
 #include <pthread.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <system_error>
+
+#include "terminal_text.h"
 
 namespace quillon::cli {
 
@@ -91,7 +92,7 @@ void InterruptGuard::act(int signal) {
     const timespec rest{left.count() / 1'000'000'000, left.count() % 1'000'000'000};
     isOneSignal = sigtimedwait(&signals_, nullptr, &rest) < 0 || Clock::now() < start + kOneSignal;
   }
-  if (!isClean) std::fputs("quillon: The job ended before everything was cleaned up.\n", stderr);
+  if (!isClean) say("The job ended before everything was cleaned up.");
   endBy(signal);
 }
 

@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <sstream>
 #include <string>
 
 #include "create_command.h"
@@ -10,6 +11,8 @@
 #include "header_command.h"
 #include "publish_command.h"
 #include "register_command.h"
+#include "terminal_text.h"
+#include "toolkit_log.h"
 #include "wipe_command.h"
 #include "write_command.h"
 
@@ -30,6 +33,8 @@ void refuseEmptyValues(int argc, char** argv) {
 }
 
 int run(int argc, char** argv) {
+  // Commands with --log set it anew.
+  quillon::cli::sendToolkitLog("");
   CLI::App program("Makes DICOM interchange media: a file set with DICOMDIR and label", "quillon");
   program.set_version_flag("--version", "quillon " QUILLON_VERSION);
   program.require_subcommand(1);
@@ -45,7 +50,12 @@ int run(int argc, char** argv) {
     refuseEmptyValues(argc, argv);
     program.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return program.exit(error) == 0 ? 0 : kExitUsage;
+    std::ostringstream help;
+    std::ostringstream complaint;
+    const int status = program.exit(error, help, complaint);
+    std::fputs(quillon::cli::forTerminal(help.str()).c_str(), stdout);
+    std::fputs(quillon::cli::forTerminal(complaint.str()).c_str(), stderr);
+    return status == 0 ? 0 : kExitUsage;
   }
   return exitStatus;
 }
@@ -59,11 +69,9 @@ int main(int argc, char** argv) {
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {
-    std::fputs("quillon: ", stderr);
-    std::fputs(error.what(), stderr);
-    std::fputs(".\n", stderr);
+    quillon::cli::say(std::string(error.what()) + ".");
   } catch (...) {
-    std::fputs("quillon: The operation failed.\n", stderr);
+    quillon::cli::say("The operation failed.");
   }
   return kExitFailed;
 }

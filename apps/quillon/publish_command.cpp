@@ -78,7 +78,7 @@ int publish(CommandOptions& options, std::vector<std::string> remarks, CreateRes
   }
   remarks.insert(remarks.end(), created.remarks.begin(), created.remarks.end());
   remarks.insert(remarks.end(), written.remarks.begin(), written.remarks.end());
-  return finish(output, error, remarks);
+  return finish(Output::of(options.isJson, std::move(output)), error, remarks);
 }
 
 int runPublish(CommandOptions& options) {

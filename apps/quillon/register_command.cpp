@@ -11,6 +11,7 @@
 
 #include "foundation/text.h"
 #include "platform/services.h"
+#include "terminal_text.h"
 
 namespace quillon::cli {
 
@@ -63,7 +64,7 @@ std::string systemText(HRESULT hr) {
 }
 
 int fail(const std::string& sentence) {
-  std::fputs(("quillon: " + sentence + "\n").c_str(), stderr);
+  say(sentence);
   return kExitFailed;
 }
 

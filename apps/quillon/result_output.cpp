@@ -36,6 +36,9 @@ std::string jsonBool(bool value) { return value ? "true" : "false"; }
 
 }  // namespace
 
+Output Output::forReaders(std::string_view text) { return Output(forTerminal(text)); }
+Output Output::asItIs(std::string bytes) { return Output(std::move(bytes)); }
+
 std::string plainText(const CreateResult& result) {
   std::string out;
   if (!result.error) {
@@ -53,7 +56,7 @@ std::string plainText(const CreateResult& result) {
       out += "  " + singleLine(one.path) + ": " + singleLine(one.reason) + "\n";
     }
   }
-  return forTerminal(out);
+  return out;
 }
 
 std::string plainText(const WriteResult& result) {
@@ -62,7 +65,7 @@ std::string plainText(const WriteResult& result) {
   out += result.target ? *result.target : "disc " + result.volume;
   out += "\n";
   if (result.isKept) out += "Kept:      " + result.root + "\n";
-  return forTerminal(out);
+  return out;
 }
 
 std::string jsonMembers(const CreateResult& result) {
@@ -95,22 +98,22 @@ std::string jsonObject(const std::string& members, const std::optional<std::stri
   return "{" + members + "\"error\":" + (error ? jsonString(*error) : std::string("null")) + "}\n";
 }
 
-int finish(const std::string& output, const std::optional<std::string>& error,
+int finish(const Output& output, const std::optional<std::string>& error,
            const std::vector<std::string>& remarks) {
-  std::fwrite(output.data(), 1, output.size(), stdout);
+  std::fwrite(output.bytes().data(), 1, output.bytes().size(), stdout);
   // What has failed is the last word, also where both go to one file.
   std::fflush(stdout);
   if (error) {
     // Reasons that come from a drive end in empty lines.
     const std::string sentence = error->substr(0, error->find_last_not_of('\n') + 1);
-    std::fprintf(stderr, "quillon: %s\n", forTerminal(sentence).c_str());
+    say(sentence);
   }
   for (const std::string& remark : remarks) {
-    std::fprintf(stderr, "quillon: %s\n", forTerminal(singleLine(remark)).c_str());
+    say(singleLine(remark));
   }
   // What did not fit the buffer has failed before.
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    std::fprintf(stderr, "quillon: The result cannot be written.\n");
+    say("The result cannot be written.");
     return kExitFailed;
   }
   return error ? kExitFailed : kExitDone;

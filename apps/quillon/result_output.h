@@ -3,12 +3,34 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "create_job.h"
 #include "write_job.h"
 
 namespace quillon::cli {
+
+// What a command prints on standard output.
+class Output {
+ public:
+  Output() = default;  // nothing
+  // For people: nothing in it commands their terminal.
+  static Output forReaders(std::string_view text);
+  // For programs, JSON and XML, and what a user's own stylesheet made: byte by byte.
+  static Output asItIs(std::string bytes);
+  static Output of(bool isJson, std::string text) {
+    return isJson ? asItIs(std::move(text)) : forReaders(text);
+  }
+
+  [[nodiscard]] const std::string& bytes() const { return bytes_; }
+
+ private:
+  explicit Output(std::string bytes) : bytes_(std::move(bytes)) {}
+
+  std::string bytes_;
+};
 
 std::string plainText(const CreateResult& result);
 std::string plainText(const WriteResult& result);
@@ -21,7 +43,7 @@ std::string jsonMembers(const WriteResult& result);
 std::string jsonObject(const std::string& members, const std::optional<std::string>& error);
 
 // Writes all of it and answers the exit status of the program.
-int finish(const std::string& output, const std::optional<std::string>& error,
+int finish(const Output& output, const std::optional<std::string>& error,
            const std::vector<std::string>& remarks);
 
 }  // namespace quillon::cli

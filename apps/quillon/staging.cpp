@@ -12,6 +12,8 @@
 #include <filesystem>
 #include <vector>
 
+#include "terminal_text.h"
+
 namespace quillon::cli {
 
 namespace fs = std::filesystem;
@@ -186,8 +188,7 @@ void Staging::remove() {
     fs::remove_all(directory_.path(), error);
     if (!error) return;
   }
-  std::fprintf(stderr, "quillon: Cannot remove the copies in %s: %s.\n", directory_.path().c_str(),
-               error.message().c_str());
+  say("Cannot remove the copies in " + directory_.path() + ": " + error.message() + ".");
 }
 
 }  // namespace quillon::cli

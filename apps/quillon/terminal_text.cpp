@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 
 #include "utf8_sequence.h"
 
@@ -67,6 +68,16 @@ std::string forTerminal(std::string_view utf8) {
     utf8.remove_prefix(bytes == 0 ? 1 : bytes);
   }
   return out;
+}
+
+void say(std::string_view sentence) {
+  const std::string line = "quillon: " + forTerminal(sentence) + "\n";
+  std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+void sayBelowProgress(std::string_view sentence) {
+  std::fputc('\n', stderr);
+  say(sentence);
 }
 
 }  // namespace quillon::cli

@@ -13,4 +13,10 @@ namespace quillon::cli {
 // files may have them.
 std::string forTerminal(std::string_view utf8);
 
+// Writes "quillon: ", the sentence and a line end to standard error: all that the program says
+// there goes this way. A line end within the sentence stays.
+void say(std::string_view sentence);
+// The same of a sentence from beside the job, below the progress that stands on the line.
+void sayBelowProgress(std::string_view sentence);
+
 }  // namespace quillon::cli

@@ -67,7 +67,7 @@ int runWipe(const CommandOptions& options) {
   const std::optional<std::string> error = wipe(options, root, remarks);
   std::string output;
   if (options.isJson) output = jsonObject("\"root\":" + jsonString(root) + ",", error);
-  return finish(output, error, remarks);
+  return finish(Output::of(options.isJson, std::move(output)), error, remarks);
 }
 
 }  // namespace

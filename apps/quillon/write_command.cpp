@@ -34,11 +34,11 @@ int runWrite(CommandOptions& options) {
   options.job.showsProgress = !options.isQuiet;
   MediaJob mediaJob;
   const WriteResult result = writeFileSet(options.job, mediaJob);
-  const std::string output =
+  std::string output =
       options.isJson ? jsonObject("\"root\":" + jsonString(result.root) + "," + jsonMembers(result),
                                   result.error)
                      : plainText(result);
-  return finish(output, result.error, result.remarks);
+  return finish(Output::of(options.isJson, std::move(output)), result.error, result.remarks);
 }
 
 }  // namespace

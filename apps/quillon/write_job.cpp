@@ -13,6 +13,7 @@
 #include "progress_bar.h"
 #include "root_guard.h"
 #include "source_walk.h"
+#include "terminal_text.h"
 
 namespace quillon::cli {
 
@@ -174,10 +175,9 @@ class WriteJob {
     if (!isCopying_) return;
     std::error_code error;
     const bool isDone = fs::exists(fs::path(*result_.target) / "DICOMDIR", error);
-    std::fprintf(stderr, "\nquillon: The copy in %s is %s; the file set stays in %s.\n",
-                 result_.target->c_str(),
-                 isDone ? "perhaps not complete" : "not complete: it has no DICOMDIR",
-                 result_.root.c_str());
+    sayBelowProgress("The copy in " + *result_.target + " is " +
+                     (isDone ? "perhaps not complete" : "not complete: it has no DICOMDIR") +
+                     "; the file set stays in " + result_.root + ".");
   }
 
   void wipe() {

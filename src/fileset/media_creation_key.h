@@ -16,15 +16,20 @@ class MediaCreationKey {
   MediaCreationKey(const MediaCreationKey&) = delete;
   MediaCreationKey& operator=(const MediaCreationKey&) = delete;
 
-  // For reading values. False when there is no such key.
+  // For reading values.
   bool Open();
   bool Close();
   // False when there is no such value, or it is of another type; out is unchanged then.
   bool ReadText(const OLECHAR* name, Text& out);
   bool ReadNumber(const OLECHAR* name, DWORD& out);
+  // Why the last of the above failed: nobody has configured anything.
+  [[nodiscard]] bool IsMissing() const { return status_ == ERROR_FILE_NOT_FOUND; }
 
  private:
+  LONG Query(const OLECHAR* name, DWORD& type, void* value, DWORD& lengthBytes);
+
   HKEY key_ = nullptr;
+  LONG status_ = ERROR_SUCCESS;
 };
 
 }  // namespace quillon

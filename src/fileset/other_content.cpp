@@ -21,21 +21,23 @@ OtherContent::OtherContent(CFileUtil& files, bool acceptsEmptyFiles)
   SetClassName(OLESTR("CDicomDirProcessor"));
 }
 
-bool OtherContent::ReadSourceDirectory(Text& directory, CBaseItem& errors) {
+bool OtherContent::ReadSourceDirectory(Text& directory, bool& isMissing) {
   directory.clear();
+  isMissing = false;
   MediaCreationKey key;
   if (!key.Open()) {
-    return errors.Fail(kMsgCannotOpenRegistryKey,
-                       {kMediaCreationKeyPath, errors.LoadMessage(kMsgRegistryKeyMissing)});
+    isMissing = key.IsMissing();
+    return Fail(kMsgCannotOpenRegistryKey,
+                {kMediaCreationKeyPath, LoadMessage(kMsgRegistryKeyMissing)});
   }
   if (!key.ReadText(kValueName, directory)) {
-    return errors.Fail(
-        kMsgCannotQueryRegistryValue,
-        {kMediaCreationKeyPath, kValueName, errors.LoadMessage(kMsgRegistryValueMissing)});
+    isMissing = key.IsMissing();
+    return Fail(kMsgCannotQueryRegistryValue,
+                {kMediaCreationKeyPath, kValueName, LoadMessage(kMsgRegistryValueMissing)});
   }
   if (!key.Close()) {
-    return errors.Fail(kMsgCannotCloseRegistryKey,
-                       {kMediaCreationKeyPath, errors.LoadMessage(kMsgRegistryKeyNotClosed)});
+    return Fail(kMsgCannotCloseRegistryKey,
+                {kMediaCreationKeyPath, LoadMessage(kMsgRegistryKeyNotClosed)});
   }
   return true;
 }
@@ -47,7 +49,8 @@ bool OtherContent::Plan(const Text& rootDirectory, TextView otherContentDirector
   destination_.clear();
   remark_.clear();
   // A workstation on which no source was configured has nothing to copy; the sentence tells why.
-  if (!ReadSourceDirectory(source_, *this)) {
+  bool isMissing = false;
+  if (!ReadSourceDirectory(source_, isMissing)) {
     remark_ = ErrorMessage();
     return true;
   }
@@ -127,7 +130,10 @@ bool OtherContent::Copy() {
 bool CDicomDirProcessor::MeasureOtherContent(Measure what, std::uint64_t& total) {
   total = 0;
   Text source;
-  if (!OtherContent::ReadSourceDirectory(source, *this)) return false;
+  bool isMissing = false;
+  OtherContent configured(files_, currentPractice);
+  // A workstation on which nothing was configured has nothing to count either.
+  if (!configured.ReadSourceDirectory(source, isMissing)) return isMissing || FailAs(configured);
   if (source.empty() || !files_.PathExists(source)) return true;
 
   const WorkingDirectoryScope workingDirectory;

@@ -22,8 +22,8 @@ class OtherContent : public CBaseItem {
   OtherContent(CFileUtil& files, bool acceptsEmptyFiles);
 
   // The configured directory; empty when the value is. False, with the registry's sentence, when it
-  // cannot be read.
-  static bool ReadSourceDirectory(Text& directory, CBaseItem& errors);
+  // cannot be read; isMissing then tells whether that is because nothing was ever configured.
+  bool ReadSourceDirectory(Text& directory, bool& isMissing);
 
   // Looks for the source and goes through all of it as the copy below rootDirectory would. True
   // when there is nothing to copy; when no source is configured with the registry's sentence left

@@ -157,9 +157,19 @@ TEST(Totals, CountTheObjectsAndTheOtherContent) {
   EXPECT_EQ(size, objects);
   EXPECT_EQ(count, 2U);
 
-  // Without the setting's value there is no telling.
+  // A fresh workstation has neither the key nor the value: nothing is to be copied.
   job.builder.includeOtherContent = true;
-  job.registry.setWithoutValue();
+  for (const bool hasKey : {true, false}) {
+    hasKey ? job.registry.setWithoutValue() : job.registry.remove();
+    ASSERT_TRUE(job.builder.GetTotalSize(size)) << job.sentence();
+    ASSERT_TRUE(job.builder.GetTotalFileCount(count)) << job.sentence();
+    EXPECT_EQ(size, objects);
+    EXPECT_EQ(count, 2U);
+    EXPECT_EQ(job.sentence(), "");
+  }
+
+  // With a value that is no text there is no telling.
+  job.registry.setNumber("OtherContentSourceDir", 1);
   EXPECT_FALSE(job.builder.GetTotalSize(size));
   EXPECT_EQ(job.sentence(), kNoValue);
   EXPECT_EQ(size, 0U);

@@ -1,5 +1,7 @@
 #include "support/workstation_settings.h"
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 
 #include "support/temp_dir.h"
@@ -10,17 +12,37 @@
 
 namespace quillon::test {
 
+void MediaCreationKey::setOtherContent(const std::filesystem::path& directory) const {
+  setText("OtherContentSourceDir", directory);
+}
+
 #ifdef _WIN32
 namespace {
+
 constexpr const wchar_t* kKey = L"SOFTWARE\\Tarn Imaging\\Quillon\\Workstation\\MediaCreation";
+
+void setValue(const std::string& name, DWORD type, const void* value, std::size_t bytes) {
+  HKEY key = nullptr;
+  RegCreateKeyW(HKEY_LOCAL_MACHINE, kKey, &key);
+  RegSetValueExW(key, std::filesystem::path(name).c_str(), 0, type, static_cast<const BYTE*>(value),
+                 static_cast<DWORD>(bytes));
+  RegCloseKey(key);
 }
+
+}  // namespace
 
 MediaCreationKey::MediaCreationKey(const std::filesystem::path&) { remove(); }
 
-void MediaCreationKey::setOtherContent(const std::filesystem::path& directory) const {
-  const std::wstring& value = directory.native();
-  RegSetKeyValueW(HKEY_LOCAL_MACHINE, kKey, L"OtherContentSourceDir", REG_SZ, value.c_str(),
-                  static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
+void MediaCreationKey::setText(const std::string& name, const std::filesystem::path& value) const {
+  remove();
+  const std::wstring& text = value.native();
+  setValue(name, REG_SZ, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+}
+
+void MediaCreationKey::setNumber(const std::string& name, unsigned value) const {
+  remove();
+  const DWORD number = value;
+  setValue(name, REG_DWORD, &number, sizeof number);
 }
 
 void MediaCreationKey::setWithoutValue() const {
@@ -52,8 +74,14 @@ MediaCreationKey::MediaCreationKey(const std::filesystem::path& directory)
   ::setenv("QUILLON_REGISTRY", file_.c_str(), 1);
 }
 
-void MediaCreationKey::setOtherContent(const std::filesystem::path& directory) const {
-  writeText(file_, kKey + ("\"OtherContentSourceDir\"=\"" + directory.string() + "\"\n"));
+void MediaCreationKey::setText(const std::string& name, const std::filesystem::path& value) const {
+  writeText(file_, kKey + ("\"" + name + "\"=\"" + value.string() + "\"\n"));
+}
+
+void MediaCreationKey::setNumber(const std::string& name, unsigned value) const {
+  std::array<char, 16> digits{};
+  std::snprintf(digits.data(), digits.size(), "%08x", value);
+  writeText(file_, kKey + ("\"" + name + "\"=dword:" + digits.data() + "\n"));
 }
 
 void MediaCreationKey::setWithoutValue() const { writeText(file_, kKey); }

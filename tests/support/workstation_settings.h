@@ -15,7 +15,10 @@ class MediaCreationKey {
   MediaCreationKey(const MediaCreationKey&) = delete;
   MediaCreationKey& operator=(const MediaCreationKey&) = delete;
 
+  // Each makes the key anew, with the one value.
   void setOtherContent(const std::filesystem::path& directory) const;
+  void setText(const std::string& name, const std::filesystem::path& value) const;
+  void setNumber(const std::string& name, unsigned value) const;
   void setWithoutValue() const;
   void remove() const;
 

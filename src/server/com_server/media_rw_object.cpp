@@ -1,6 +1,7 @@
 #include "media_rw_object.h"
 
 #include "dispatch.h"
+#include "fileset/toolkit_log.h"
 #include "module.h"
 #include "own_resources.h"
 
@@ -9,6 +10,10 @@ namespace quillon {
 HRESULT MediaRWObject::Create(IUnknown* outer, REFIID riid, void** object) {
   *object = nullptr;
   try {
+    // Before the toolkit has anything to say, and once: other objects may be at work on other
+    // threads.
+    static const bool isLogConfigured = (SendToolkitLogAsConfigured(), true);
+    static_cast<void>(isLogConfigured);
     auto* const made = new MediaRWObject(outer);
     const HRESULT hr = made->inner_.QueryInterface(riid, object);
     made->inner_.Release();
