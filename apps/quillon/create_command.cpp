@@ -63,6 +63,8 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
   command
       .add_option("--patient-key", job.patientKey,
                   "File all objects under one patient (default: patient name and ID of each file)")
+      ->check(
+          [](const std::string& key) { return key.empty() ? "an empty key names no patient" : ""; })
       ->type_name("KEY");
   command.add_flag_callback(
       "--no-subdirectories", [&job] { job.intoSubdirectories = false; },

@@ -3,8 +3,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
-#include <cstdio>
+#include <filesystem>
 #include <unordered_map>
 
 #include "interrupt_guard.h"
@@ -320,9 +321,26 @@ class CreateJob {
 }  // namespace
 
 std::string absoluteRoot(std::string_view root) {
-  std::string path = absolutePath(root);
-  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
-  return path;
+  namespace fs = std::filesystem;
+  fs::path path = absolutePath(root);
+  // What is above a link's target is not what is above the link, so only what ".." leads out of is
+  // looked up; the rest keeps the names that the user gave.
+  const auto leadsUp = [](const fs::path& whole) {
+    return std::find(whole.begin(), whole.end(), "..") != whole.end();
+  };
+  while (leadsUp(path)) {
+    fs::path upper;
+    auto part = path.begin();
+    for (; *part != ".."; ++part) upper /= *part;
+    std::error_code error;
+    fs::path above = fs::weakly_canonical(upper / *part, error);
+    if (error) break;  // the making of the root will say what is wrong with it
+    for (++part; part != path.end(); ++part) above /= *part;
+    path = above;
+  }
+  std::string name = path.lexically_normal().string();
+  while (name.size() > 1 && name.ends_with('/')) name.pop_back();
+  return name;
 }
 
 CreateResult createFileSet(const CreateOptions& options, MediaJob& job) {

@@ -1,5 +1,6 @@
 #include "media_job.h"
 
+#include <algorithm>
 #include <array>
 
 #include "foundation/scoped_bstr.h"
@@ -24,6 +25,20 @@ std::string read(CQuillonMediaRW& object, Getter getter) {
   ScopedBstr text;
   (object.*getter)(text.Put());
   return narrow(text);
+}
+
+// The builder joins names by "\\", which the user of a directory did not write.
+std::string withNativeSeparators(std::string sentence, const std::string& directory) {
+  if (directory.empty()) return sentence;
+  for (auto at = sentence.find(directory + '\\'); at != std::string::npos;
+       at = sentence.find(directory + '\\', at)) {
+    const auto end =
+        std::min(sentence.find_first_of(" \"\n", at + directory.size()), sentence.size());
+    std::replace(sentence.begin() + static_cast<std::ptrdiff_t>(at + directory.size()),
+                 sentence.begin() + static_cast<std::ptrdiff_t>(end), '\\', '/');
+    at = end;
+  }
+  return sentence;
 }
 
 }  // namespace
@@ -65,7 +80,14 @@ std::string MediaJob::root() { return read(object_, &CQuillonMediaRW::get_DicomR
 
 std::string MediaJob::label() { return read(object_, &CQuillonMediaRW::get_IheLabel); }
 
-std::string MediaJob::errorText() { return read(object_, &CQuillonMediaRW::get_ErrMessageText); }
+std::string MediaJob::errorText() {
+  std::string sentence = read(object_, &CQuillonMediaRW::get_ErrMessageText);
+  for (const auto get :
+       {&CQuillonMediaRW::get_DicomRootDirectory, &CQuillonMediaRW::get_DirectCopyDirectory}) {
+    sentence = withNativeSeparators(std::move(sentence), read(object_, get));
+  }
+  return sentence;
+}
 
 bool MediaJob::claimRoot() { return object_.Builder().ClaimRoot(); }
 

@@ -195,6 +195,7 @@ class Refusals(program.ProgramTest):
         self.write("1", dicom_file())
         cases = [([], 2), (["create"], 2), (["create", "--no-such-option", self.source], 2),
                  (["no-such-command"], 2), (["create", "--root"], 2), (["--version"], 0),
+                 (["create", "--root", self.root, "--patient-key", "", self.source], 2),
                  (["create", "--help"], 0),
                  (["create", "--root", self.root, self.source / "missing"], 1),
                  (["create", "--root", self.root, self.source], 0)]
@@ -329,6 +330,35 @@ class Refusals(program.ProgramTest):
         self.assertIn("DOE\x1b]0;pwned\x07 JOHN".encode("utf-16-le"),
                       (self.root / "LABEL.TXT").read_bytes())
 
+    def test_what_is_not_of_a_file_cannot_command_a_terminal_either(self):
+        evil = "x\x1b[2J\u202e\x9b"
+        cases = [("create", evil + "/none"), ("create", "--" + evil, "x"),
+                 ("register", str(self.dir / evil)), ("write", "--root", str(self.dir / evil)),
+                 ("wipe", "--root", str(self.write(evil, b"x"))),
+                 ("disc", "insert", "--image", evil), ("disc", "eject", "--recorder", evil),
+                 ("header", evil), ("create", "--log", evil + "/log", "x")]
+        for arguments in cases:
+            with self.subTest(arguments=arguments):
+                run = self.run_program(*arguments)
+                self.assertNotEqual(run.returncode, 0)
+                said = (run.stdout + run.stderr).decode()
+                self.assertRegex(said, "x.?.?\u241b")
+                self.assertNotRegex(said, "[\x1b\u202e\x9b]")
+
+    def test_sentences_name_paths_as_the_user_writes_them(self):
+        self.write("1", dicom_file())
+        (self.dir / "at/deep").mkdir(parents=True)
+        (self.dir / "link").symlink_to(self.dir / "at/deep")
+        for root, directory in (("a/../one", "one"), ("none/./x/../../two/", "two"),
+                                ("link/../three", "at/three"), ("link/in", "link/in")):
+            with self.subTest(root=root):
+                result = self.create("--root", self.dir / root, self.source)
+                self.assertEqual(result["root"], str(self.dir / directory))
+                self.assertTrue((self.dir / directory / "DICOMDIR").is_file())
+        (self.dir / "taken/DICOMDIR").mkdir(parents=True)
+        error = self.create("--root", self.dir / "taken", "--replace", self.source, status=1)["error"]
+        self.assertNotIn("\\", error)
+
     def test_a_root_that_holds_something_is_refused_and_replaced_only_on_demand(self):
         self.write("1", dicom_file())
         self.create_set(self.source)
@@ -384,7 +414,7 @@ class Refusals(program.ProgramTest):
         before = contents(self.root)
         cut = self.write("cut", dicom_file(instance="2.25.1.1.1.2")[:-30])
         cases = [["--object-dir", "dicomobj", self.source / "1"], [cut], [self.dir / "work"],
-                 ["--patient-key", "", self.source / "1"], [self.source]]
+                 ["--patient-key", "k" * 1025, self.source / "1"], [self.source]]
         for arguments in cases:
             with self.subTest(arguments=arguments):
                 self.create_set("--replace", *arguments, status=1)
@@ -399,8 +429,6 @@ class Refusals(program.ProgramTest):
              "Cannot set the image file reference to DICOMOBJS\\QLN00001 for the series"),
             (["--object-dir", ""], "The path name is invalid."),
             (["--object-dir", "C:\\X"], "The object directory C:\\X is invalid."),
-            (["--patient-key", ""], "Cannot add the patient information from FILE for the patient  "
-             "to the patient list."),
             (["--patient-key", "k" * 1025], "Cannot add the patient information from FILE for the"),
             (["--root", str(self.root) + "?"], "cannot contain these characters"),
             (["--root", "/" + "r" * 300], "is longer than 260 characters."),
