@@ -99,7 +99,7 @@ int run(const std::string& source, const std::string& root, const std::string& p
 
   hr = putByName(*late, OLESTR("DicomRootDirectory"), root);
   if (SUCCEEDED(hr)) hr = putByName(*late, OLESTR("UniquePatientId"), patientKey);
-  if (SUCCEEDED(hr)) hr = putByName(*late, OLESTR("IncludeOtherContent"), false);
+  if (SUCCEEDED(hr)) hr = putByName(*late, OLESTR("AllowAddHierarchyTree"), true);
   if (FAILED(hr)) return fail("the settings cannot be made", hr);
 
   // The same object, early bound.

@@ -48,6 +48,7 @@ TEST_F(LinuxDirectoryLocks, AnotherProcessIsKeptOutUntilTheHolderDies) {
     if (::write(toParent[1], &result, 1) == 1) ::pause();
     ::_exit(1);
   }
+  ::close(toParent[1]);  // so that a child which dies early is heard of
   char result = 0;
   EXPECT_EQ(::read(toParent[0], &result, 1), 1);
   EXPECT_EQ(result, 'h');
@@ -58,7 +59,6 @@ TEST_F(LinuxDirectoryLocks, AnotherProcessIsKeptOutUntilTheHolderDies) {
   EXPECT_EQ(::waitpid(child, nullptr, 0), child);
   EXPECT_EQ(lock.Acquire(Wide("root")), LockResult::Held);
   ::close(toParent[0]);
-  ::close(toParent[1]);
 }
 
 TEST_F(LinuxDirectoryLocks, ADirectoryThatIsMadeAnewMeanwhileIsTheOneThatIsLocked) {

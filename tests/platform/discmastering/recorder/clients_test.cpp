@@ -38,16 +38,24 @@ class Signal {
   Signal& operator=(const Signal&) = delete;
   ~Signal() {
     ::close(ends_[0]);
-    ::close(ends_[1]);
+    closeSender();
   }
   void send() const { EXPECT_EQ(::write(ends_[1], "x", 1), 1); }
-  void await() const {
+  // False when the other process ended without it: then nobody can send any more.
+  [[nodiscard]] bool await() {
+    closeSender();
     char byte = 0;
-    EXPECT_EQ(::read(ends_[0], &byte, 1), 1);
+    return ::read(ends_[0], &byte, 1) == 1;
   }
 
  private:
+  void closeSender() {
+    if (ends_[1] >= 0) ::close(ends_[1]);
+    ends_[1] = -1;
+  }
+
   std::array<int, 2> ends_{};
+};
 };
 
 TEST_F(Clients, ExcludeEachOther) {
@@ -117,8 +125,8 @@ TEST_F(Clients, TheEraseFormatTakesOneRecorder) {
 
 TEST_F(Clients, InAnotherProcessGetTheLockedAnswerWhileADiscIsWritten) {
   ASSERT_NO_FATAL_FAILURE(insertBlank("cd-r", 3000));
-  const Signal isWriting;
-  const Signal mayGoOn;
+  Signal isWriting;
+  Signal mayGoOn;
   const pid_t writer = startProcess([&] {
     const Client client(u"The writer");
     ComPtr<PatternStream> stream;
@@ -126,13 +134,13 @@ TEST_F(Clients, InAnotherProcessGetTheLockedAnswerWhileADiscIsWritten) {
     stream->onRead = [&](std::uint64_t position) {
       if (position == 1024 * kSector) {
         isWriting.send();
-        mayGoOn.await();
+        if (!mayGoOn.await()) return E_ABORT;
       }
       return S_OK;
     };
     return client.writeStream(*stream) == S_OK ? 0 : 1;
   });
-  isWriting.await();
+  ASSERT_TRUE(isWriting.await()) << endOf(writer);
   Client client;
   EXPECT_EQ(ownerSeenBy(client), "The writer");
   EXPECT_EQ(client.write(10, 2), E_IMAPI_RECORDER_LOCKED);
@@ -240,13 +248,13 @@ TEST_F(Clients, KilledAtAnyTimeLeaveABlankADamagedOrAWholeDisc) {
   Clock::duration whole{};
   for (int i = 0; i <= kKills; ++i) {
     ASSERT_NO_FATAL_FAILURE(insertBlank("cd-r", kSectors));
-    const Signal isReady;
+    Signal isReady;
     const pid_t writer = startProcess([&] {
       Client client;
       isReady.send();
       return client.write(kSectors) == S_OK ? 0 : 1;
     });
-    isReady.await();
+    ASSERT_TRUE(isReady.await()) << endOf(writer);
     const Clock::time_point start = Clock::now();
     // The first one shows how long a write takes, over which the kills are spread.
     if (i > 0) {

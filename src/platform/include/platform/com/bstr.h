@@ -6,6 +6,8 @@
 
 using BSTR = OLECHAR*;
 
+extern "C" {
+
 BSTR SysAllocString(const OLECHAR* text);  // null for null
 // A null text leaves the units undefined; null when memory runs out.
 BSTR SysAllocStringLen(const OLECHAR* text, UINT units);
@@ -17,3 +19,5 @@ int SysReAllocStringLen(BSTR* bstr, const OLECHAR* text, UINT units);
 void SysFreeString(BSTR bstr);
 UINT SysStringLen(BSTR bstr);
 UINT SysStringByteLen(BSTR bstr);
+
+}  // extern "C"

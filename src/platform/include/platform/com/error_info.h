@@ -31,8 +31,12 @@ struct ISupportErrorInfo : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID riid) = 0;
 };
 
+extern "C" {
+
 // The thread keeps a reference of its own; null takes the old object away.
 HRESULT SetErrorInfo(ULONG reserved, IErrorInfo* info);
 // Hands the thread's object over and leaves none; S_FALSE and null when there is none.
 HRESULT GetErrorInfo(ULONG reserved, IErrorInfo** info);
 HRESULT CreateErrorInfo(ICreateErrorInfo** info);
+
+}  // extern "C"

@@ -24,6 +24,8 @@ inline constexpr DWORD REGCLS_SINGLEUSE = 0;
 inline constexpr DWORD REGCLS_MULTIPLEUSE = 1;
 inline constexpr DWORD REGCLS_MULTI_SEPARATE = 2;
 
+extern "C" {
+
 // S_OK the first time on a thread, S_FALSE again (to be balanced too), RPC_E_CHANGED_MODE (not to
 // be balanced) for the other mode.
 HRESULT CoInitialize(LPVOID reserved);
@@ -57,3 +59,5 @@ HRESULT IIDFromString(LPCOLESTR text, IID* iid);          // E_INVALIDARG
 // By the registry: HKEY_CLASSES_ROOT\<ProgID>\CLSID, or that of the ProgID that CurVer names.
 // CO_E_CLASSSTRING for an unknown one.
 HRESULT CLSIDFromProgID(LPCOLESTR progId, CLSID* clsid);
+
+}  // extern "C"

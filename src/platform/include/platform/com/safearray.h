@@ -26,6 +26,8 @@ inline constexpr USHORT FADF_UNKNOWN = 0x200;
 inline constexpr USHORT FADF_DISPATCH = 0x400;
 inline constexpr USHORT FADF_VARIANT = 0x800;
 
+extern "C" {
+
 // Elements start as zeros. Null for a type that arrays cannot hold, or when memory runs out.
 SAFEARRAY* SafeArrayCreateVector(VARTYPE type, LONG lowerBound, ULONG elementCount);
 // Only one dimension: null for others.
@@ -44,3 +46,5 @@ HRESULT SafeArrayGetUBound(SAFEARRAY* array, UINT dimension, LONG* bound);
 HRESULT SafeArrayGetElement(SAFEARRAY* array, LONG* index, void* element);
 HRESULT SafeArrayPutElement(SAFEARRAY* array, LONG* index, void* element);
 HRESULT SafeArrayGetVartype(SAFEARRAY* array, VARTYPE* type);
+
+}  // extern "C"

@@ -116,6 +116,8 @@ static_assert(sizeof(VARIANT) == 8 + 2 * sizeof(void*));
 inline constexpr WORD VARIANT_NOVALUEPROP = 0x1;
 inline constexpr WORD VARIANT_ALPHABOOL = 0x2;
 
+extern "C" {
+
 // Sets the type and nothing else.
 void VariantInit(VARIANT* value);
 // Frees what the value owns and makes it VT_EMPTY.
@@ -127,3 +129,5 @@ HRESULT VariantCopyInd(VARIANT* target, const VARIANT* source);
 // is no number and for other types, DISP_E_OVERFLOW where the value does not fit. The target may be
 // the source.
 HRESULT VariantChangeType(VARIANT* target, const VARIANT* source, USHORT flags, VARTYPE type);
+
+}  // extern "C"

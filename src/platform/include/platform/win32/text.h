@@ -20,6 +20,8 @@ inline constexpr DWORD WC_ERR_INVALID_CHARS = 0x80;
 inline constexpr DWORD WC_NO_BEST_FIT_CHARS = 0x400;
 
 UINT WINAPI GetACP();
+extern "C" {
+
 // Lengths of -1 include the terminator. A destination length of 0 asks for the length needed.
 // Failure: 0, with 122 (does not fit), 87 (arguments, code page) or 1113 (an undecodable byte with
 // MB_ERR_INVALID_CHARS).
@@ -28,6 +30,8 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int byte
 // A character that the code page does not have becomes defaultChar, or "?".
 int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH wide, int wideUnits, LPSTR bytes,
                                int byteCount, LPCCH defaultChar, LPBOOL usedDefaultChar);
+
+}  // extern "C"
 
 inline constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100;
 inline constexpr DWORD FORMAT_MESSAGE_IGNORE_INSERTS = 0x200;
