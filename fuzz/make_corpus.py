@@ -36,6 +36,7 @@ with tempfile.TemporaryDirectory() as folder:
     for number, kind in enumerate(("CT1", "MR", "SR", "PR", "KO")):
         file = read(os.path.join(objects, "DOE", kind, "IM00001"))
         put("whole_file", "sample-" + kind, file)
+        put("header_xml", "sample-" + kind, file)
         put("parse_fields", "sample-" + kind, file)
         syntax = 0 if b"1.2.840.10008.1.2\0" in file[:400] else 1
         put("data_set", "sample-" + kind, bytes([syntax]) + data_set(file))
@@ -48,3 +49,15 @@ with tempfile.TemporaryDirectory() as folder:
         subprocess.run([os.path.join(BIN, "quillon"), "create", "--quiet", "--root", root, *options,
                         objects], check=True, stdout=subprocess.DEVNULL)
         put("dicomdir", name, read(os.path.join(root, "DICOMDIR")))
+
+for path in ("00100010,PN", "0040a043,SQ,1:00080104,LO", "00081115,SQ,1:0020000e,UI",
+             "0040a730,SQ,1:0040a043,SQ,1:00080104,LO", "00020010,UI"):
+    put("tag_path", path.replace(",", "-").replace(":", "-"), path.encode() + b"\0" + read(
+        os.path.join(HERE, "data_set", "sample-SR"))[1:])
+EXPORT = "\n".join((
+    "Windows Registry Editor Version 5.00", "", "; a comment", r"[HKEY_LOCAL_MACHINE\SOFTWARE\Company]",
+    '@="default value"', r'"Name"="text with \\ and \" é"', '"Number"=dword:0000000a',
+    '"Other"=hex(7):41,00,00,00,\\', "  00,00", '"Gone"=-', "", r"[-HKEY_LOCAL_MACHINE\SOFTWARE\Gone]",
+    ""))
+put("registry", "utf-8", EXPORT.encode())
+put("registry", "utf-16", b"\xff\xfe" + EXPORT.replace("\n", "\r\n").encode("utf-16-le"))
