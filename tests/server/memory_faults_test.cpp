@@ -191,22 +191,59 @@ TEST(MediaObject, ACreationThatFindsNoMemoryLosesNoFile) {
 TEST(MediaObject, AQuestionAboutTheDiscThatFindsNoMemoryIsAnsweredNo) {
   const TempDir dir;
   const MediaCreationKey none(dir.path());
-  for (const GetBool question :
-       {&CQuillonMediaRW::get_CDRWHasContent, &CQuillonMediaRW::get_CDIsRecordable}) {
-    withEachAllocationFailing([&](long n, bool& happened) {
-      CQuillonMediaRW media;
-      VARIANT_BOOL answer = 7;
-      HRESULT hr = S_OK;
-      {
-        const FailingNew failing(n, /*isLasting=*/true);
-        EXPECT_NO_THROW(hr = (media.*question)(&answer)) << n;
-        happened = failing.happened();
-      }
-      EXPECT_EQ(answer, VARIANT_FALSE) << n;
-      EXPECT_EQ(hr, S_FALSE) << n;
-      return std::string();
-    });
+  for (const bool isLasting : {false, true}) {
+    for (const GetBool question :
+         {&CQuillonMediaRW::get_CDRWHasContent, &CQuillonMediaRW::get_CDIsRecordable}) {
+      const auto outcomes = withEachAllocationFailing([&](long n, bool& happened) {
+        CQuillonMediaRW media;
+        VARIANT_BOOL answer = 7;
+        HRESULT hr = S_OK;
+        {
+          const FailingNew failing(n, isLasting);
+          EXPECT_NO_THROW(hr = (media.*question)(&answer)) << n;
+          happened = failing.happened();
+        }
+        EXPECT_EQ(answer, VARIANT_FALSE) << n;
+        EXPECT_EQ(hr, S_FALSE) << n;
+        return errorOf(media);
+      });
+      EXPECT_TRUE(isLasting ||
+                  outcomes.contains("Cannot determine the media type in the recorder."));
+    }
   }
+}
+
+// What is delivered is whole, and what could not be delivered is still there.
+TEST(MediaObject, AWriteThatFindsNoMemoryKeepsTheFileSet) {
+  Job job;
+  VARIANT_BOOL done = 0;
+  ASSERT_EQ(job.media.CreateDicomFileSet(&done), S_OK);
+  ASSERT_EQ(done, kTrue);
+  job.media.put_ClearAfterWrite(0);
+  job.media.put_PerformDirectCopy(kTrue);
+  const fs::path target = job.dir / "to";
+  job.media.put_DirectCopyDirectory(Bstr(target.string()).get());
+  const fs::path before = fs::current_path();
+  const auto outcomes = withEachAllocationFailing([&](long n, bool& happened) {
+    fs::remove_all(target);
+    done = 7;
+    HRESULT answer = S_OK;
+    {
+      const FailingNew failing(n);
+      EXPECT_NO_THROW(answer = job.media.Write(&done)) << n;
+      happened = failing.happened();
+    }
+    EXPECT_EQ(fs::current_path(), before) << n;
+    EXPECT_EQ(done, answer == S_OK ? kTrue : 7) << n;
+    for (const char* name : {"DICOMDIR", "LABEL.TXT", "DICOMOBJ/QLN00001"}) {
+      const fs::path kept = job.dir / "root" / name;
+      EXPECT_TRUE(fs::exists(kept)) << n << name;
+      EXPECT_TRUE(answer != S_OK || readBytes(target / name) == readBytes(kept)) << n << name;
+    }
+    return errorOf(job.media);
+  });
+  EXPECT_TRUE(outcomes.contains("WriteMedia caught an exception."));
+  EXPECT_TRUE(outcomes.contains("The media fileset has been successfully written."));
 }
 
 }  // namespace
