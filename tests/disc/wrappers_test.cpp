@@ -50,12 +50,23 @@ TEST_F(Wrappers, ComposeTheTextOfAFailingCall) {
 }
 
 TEST_F(Wrappers, ComposeTheTextOfAFailingCreation) {
-  service_.faults = {{.call = "Create MsftDiscRecorder2", .result = REGDB_E_CLASSNOTREG}};
-  CDiscRecorder2 recorder;
-  EXPECT_FALSE(recorder.EjectMedia());
-  EXPECT_EQ(errorWithoutLine(recorder),
-            composed("CDiscRecorder2::Create",
-                     {test::systemSentence(REGDB_E_CLASSNOTREG, "Class not registered")}));
+  struct {
+    test::Fault fault;
+    std::vector<std::string> sentences;
+  } cases[] = {
+      {{.result = REGDB_E_CLASSNOTREG},
+       {test::systemSentence(REGDB_E_CLASSNOTREG, "Class not registered")}},
+      {{.result = E_ACCESSDENIED, .description = OLESTR("The service is not for guests.")},
+       {"The service is not for guests.", kAccessDenied}},
+  };
+  for (auto& c : cases) {
+    SetErrorInfo(0, test::errorObject(OLESTR("An earlier failure.")).Get());
+    c.fault.call = "Create MsftDiscRecorder2";
+    service_.faults = {c.fault};
+    CDiscRecorder2 recorder;
+    EXPECT_FALSE(recorder.EjectMedia());
+    EXPECT_EQ(errorWithoutLine(recorder), composed("CDiscRecorder2::Create", c.sentences));
+  }
   CImapiImageStream stream;  // nothing has handed one out
   STATSTG stat{};
   EXPECT_FALSE(stream.Stat(&stat, STATFLAG_NONAME));

@@ -103,6 +103,10 @@ TEST(AddingFiles, TellsWhyAFileIsRefused) {
        "The image instance UID from {file} is invalid.", -1},
       {"maker's form, dot last", bareObject(study, series, maker + "1234."),
        "The instance UID is invalid.", -1},
+      {"the maker's root inside", bareObject(study, series, "1." + maker + "1234.5"),
+       "Cannot add the image 1." + maker + "1234.5 to the series " + series + " in the study " +
+           study + " for the patient DOE^JOHN 12345 from {file}.",
+       -1},
       {"maker's form without a frame", bareObject(study, series, maker + "1234"),
        "Cannot add the image " + maker + "1234 to the series " + series + " in the study " + study +
            " for the patient DOE^JOHN 12345 from {file}.",
@@ -160,6 +164,33 @@ TEST(AddingFiles, AnObjectIsAddedOnceAndFilesItselfUnderItsKeys) {
   job.add("c", {});
   EXPECT_TRUE(job.added);
   EXPECT_EQ(job.count(), 5);
+}
+
+// Who came first describes the patient, the study and the series.
+TEST(AddingFiles, LaterFilesOfTheSameKeysChangeNothing) {
+  BuilderJob job;
+  const auto objectOf = [](const char* instance, const char* patientId, const char* studyId) {
+    return dicomFile(DataSetBytes()
+                         .text(0x00080018, "UI", instance)
+                         .text(0x00100010, "PN", "DOE^JOHN")
+                         .text(0x00100020, "LO", patientId)
+                         .text(0x0020000D, "UI", "2.999.1.1111111111111")
+                         .text(0x0020000E, "UI", "2.999.2.1111111111111")
+                         .text(0x00200010, "SH", studyId)
+                         .take(),
+                     "1.2.840.10008.5.1.4.1.1.2", instance, kExplicitLittleUid);
+  };
+  writeBytes(job.in / "1", objectOf("2.999.3.1111111111111", "FIRST", "S1"));
+  writeBytes(job.in / "2", objectOf("2.999.3.2222222222222", "SECOND", "S2"));
+  ASSERT_TRUE(job.builder.AddDirectory(WideOf(job.in), false));
+  ASSERT_EQ(job.count(), 2);
+  ASSERT_TRUE(job.create()) << job.sentence();
+  const Bytes written = readBytes(job.root / "DICOMDIR");
+  const std::string directory(written.begin(), written.end());
+  for (const auto& [text, isThere] : std::vector<std::pair<std::string, bool>>{
+           {"FIRST", true}, {"S1", true}, {"SECOND", false}, {"S2", false}}) {
+    EXPECT_EQ(directory.find(text) != std::string::npos, isThere) << text;
+  }
 }
 
 TEST(AddingFiles, WithoutAUniquePatientIdNothingIsAdded) {

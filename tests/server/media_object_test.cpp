@@ -219,6 +219,60 @@ TEST(MediaObject, DoesAWholeJob) {
   EXPECT_FALSE(fs::exists(dir / "root"));
 }
 
+// The last result of a job can be read after its totals and after all was cleared away.
+TEST(MediaObject, TotalsAndWipingLeaveTheResultAlone) {
+  const TempDir dir;
+  const MediaCreationKey none(dir.path());
+  makeObjectFile(dir / "a", {});
+  CQuillonMediaRW media;
+  media.put_DicomRootDirectory(Bstr((dir / "root").string()).get());
+  media.put_UniquePatientId(Bstr("DOE").get());
+  ULONG count = 0;
+  std::uint64_t size = 0;
+  VARIANT_BOOL done = 0;
+  for (const HRESULT counted : {S_FALSE, S_OK}) {
+    EXPECT_EQ(media.Write(nullptr), S_FALSE);
+    EXPECT_EQ(media.get_TotalNumberOfFilesInFileSet(&count), counted);
+    EXPECT_EQ(media.get_TotalSizeOfFileSet(&size), counted);
+    EXPECT_EQ(resultOf(media), E_INVALIDARG);
+    EXPECT_EQ(media.AddFile(Bstr((dir / "a").string()).get(), &done), S_OK);
+  }
+  EXPECT_EQ(media.Write(nullptr), S_FALSE);
+  EXPECT_EQ(media.Wipe(), S_OK);
+  EXPECT_EQ(resultOf(media), E_INVALIDARG);
+}
+
+TEST(MediaObject, TheLabelGoesWithTheNextDirectoryAndTheNextCreation) {
+  struct Next {
+    const char* what;
+    std::function<void(CQuillonMediaRW&)> happens;
+  };
+  const TempDir dir;
+  const MediaCreationKey none(dir.path());
+  const Next cases[] = {
+      {"a creation without a place for its answer",
+       [](CQuillonMediaRW& media) { EXPECT_EQ(media.CreateDicomFileSet(nullptr), S_FALSE); }},
+      {"a directory that is not there",
+       [&](CQuillonMediaRW& media) {
+         VARIANT_BOOL done = 0;
+         EXPECT_EQ(media.AddDirectory(Bstr((dir / "none").string()).get(), &done), S_OK);
+       }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    makeObjectFile(dir / "a", {});
+    CQuillonMediaRW media;
+    media.put_DicomRootDirectory(Bstr((dir / "root").string()).get());
+    media.put_UniquePatientId(Bstr("DOE").get());
+    VARIANT_BOOL done = 0;
+    EXPECT_EQ(media.AddFile(Bstr((dir / "a").string()).get(), &done), S_OK);
+    EXPECT_EQ(media.CreateDicomFileSet(&done), S_OK);
+    EXPECT_NE(textOf(media, &CQuillonMediaRW::get_IheLabel), "");
+    c.happens(media);
+    EXPECT_EQ(textOf(media, &CQuillonMediaRW::get_IheLabel), "");
+  }
+}
+
 TEST(MediaObject, AFailingLabelIsNotShown) {
   const TempDir dir;
   ObjectDescription d;
