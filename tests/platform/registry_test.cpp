@@ -217,9 +217,11 @@ TEST_F(Registry, CallsAnswerTheirCode) {
   EXPECT_EQ(RegCloseKey(product), 0);
   EXPECT_EQ(RegCloseKey(product), 6);
   EXPECT_EQ(RegDeleteKeyW(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Maker"), 5) << "has subkeys";
-  EXPECT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Maker"), 0);
-  EXPECT_EQ(RegQueryValueExW(key, u"No", nullptr, nullptr, nullptr, nullptr), 2) << "deleted";
-  EXPECT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Maker"), 2);
+  EXPECT_EQ(RegDeleteKeyW(key, u"Product"), 0);
+  EXPECT_EQ(RegDeleteKeyW(key, u"Product"), 2);
+  EXPECT_EQ(RegDeleteKeyW(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Maker"), 0);
+  EXPECT_EQ(RegQueryValueExW(key, u"No", nullptr, nullptr, nullptr, nullptr), 1018) << "deleted";
+  EXPECT_EQ(RegDeleteKeyW(key, u"Product"), 1018);
   EXPECT_EQ(RegDeleteValueW(HKEY_CURRENT_USER, u"U"), 2);
   EXPECT_EQ(RegCloseKey(key), 0);
   EXPECT_EQ(text(HKEY_CURRENT_USER, u"Software", u"U"), u"M\u00FCller") << "not below the tree";

@@ -57,6 +57,7 @@ constexpr std::array kTexts{
     TextRow{ERROR_MR_MID_NOT_FOUND, u"The system cannot find message text for message number 0x%1 in the message file for %2."},
     TextRow{ERROR_NOACCESS, u"Invalid access to memory location."},
     TextRow{ERROR_BADKEY, u"The configuration registry key is invalid."},
+    TextRow{ERROR_KEY_DELETED, u"Illegal operation attempted on a registry key that has been marked for deletion."},
     TextRow{ERROR_NO_MEDIA_IN_DRIVE, u"No media in drive."},
     TextRow{ERROR_IO_DEVICE, u"The request could not be performed because of an I/O device error."},
     TextRow{ERROR_OLD_WIN_VERSION, u"The specified program requires a newer version of Windows."},

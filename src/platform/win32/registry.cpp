@@ -94,7 +94,8 @@ LSTATUS openedKey(HKEY handle, REGSAM right, RegistryKey*& found) {
   OpenKey key;
   if (!resolve(handle, key)) return status(ERROR_INVALID_HANDLE);
   if ((key.access & right) != right) return status(ERROR_ACCESS_DENIED);
-  return findKey(key, key.path, found);
+  const LSTATUS failure = findKey(key, key.path, found);
+  return failure == status(ERROR_FILE_NOT_FOUND) ? status(ERROR_KEY_DELETED) : failure;
 }
 
 LSTATUS changeKey(HKEY handle, REGSAM right, const std::function<LSTATUS(RegistryKey&)>& change) {
@@ -104,7 +105,7 @@ LSTATUS changeKey(HKEY handle, REGSAM right, const std::function<LSTATUS(Registr
   return registry().store.change([&](RegistryKey& roots) {
     bool created = false;
     RegistryKey* found = isPredefined(key) ? &roots.make(key.path, created) : roots.find(key.path);
-    return found == nullptr ? status(ERROR_FILE_NOT_FOUND) : change(*found);
+    return found == nullptr ? status(ERROR_KEY_DELETED) : change(*found);
   });
 }
 
@@ -221,17 +222,6 @@ LSTATUS WINAPI RegDeleteKeyW(HKEY handle, LPCWSTR subKey) {
     if (!found->subkeys.empty()) return status(ERROR_ACCESS_DENIED);
     key.remove(subKey);
     return LSTATUS{0};
-  });
-}
-
-LSTATUS WINAPI RegDeleteTreeW(HKEY handle, LPCWSTR subKey) {
-  const std::lock_guard lock(registry().mutex);
-  return changeKey(handle, 0, [subKey](RegistryKey& key) {
-    if (subKey == nullptr || subKey[0] == 0) {
-      key = RegistryKey{};
-      return LSTATUS{0};
-    }
-    return key.remove(subKey) ? LSTATUS{0} : status(ERROR_FILE_NOT_FOUND);
   });
 }
 

@@ -1,6 +1,6 @@
 #include "registrar.h"
 
-#include <optional>
+#include <array>
 #include <vector>
 
 namespace quillon {
@@ -155,11 +155,46 @@ class OpenKey {
 
 bool IsMissing(LSTATUS status) {
   return status == static_cast<LSTATUS>(ERROR_FILE_NOT_FOUND) ||
-         status == static_cast<LSTATUS>(ERROR_PATH_NOT_FOUND);
+         status == static_cast<LSTATUS>(ERROR_PATH_NOT_FOUND) ||
+         status == static_cast<LSTATUS>(ERROR_KEY_DELETED);
+}
+
+LSTATUS ListSubkeys(HKEY key, std::vector<Text>& names) {
+  constexpr DWORD kLongestNameUnits = 255;
+  std::array<OLECHAR, kLongestNameUnits + 1> name{};
+  for (DWORD index = 0;; ++index) {
+    auto units = static_cast<DWORD>(name.size());
+    const LSTATUS status =
+        RegEnumKeyExW(key, index, name.data(), &units, nullptr, nullptr, nullptr, nullptr);
+    if (status == static_cast<LSTATUS>(ERROR_NO_MORE_ITEMS) || IsMissing(status)) return 0;
+    if (status != 0) return status;
+    names.emplace_back(name.data(), units);
+  }
+}
+
+// Windows XP has no call that does it, and its RegDeleteKeyW takes only keys without subkeys.
+// Answers that the key is missing when it was, or when somebody else has removed it meanwhile.
+LSTATUS RemoveKeyWithSubkeys(HKEY parent, const Text& name) {
+  // The key is listed again until nothing below it goes away any more: while somebody else removes
+  // subkeys, too, a listing may pass over some; and one may name a key that cannot be opened.
+  for (bool goesOn = true; goesOn;) {
+    goesOn = false;
+    OpenKey opened;
+    LSTATUS status = RegOpenKeyExW(parent, name.c_str(), 0, KEY_READ, opened.Put());
+    if (status != 0) return status;
+    std::vector<Text> subkeys;
+    if (status = ListSubkeys(opened.Get(), subkeys); status != 0) return status;
+    for (const Text& subkey : subkeys) {
+      status = RemoveKeyWithSubkeys(opened.Get(), subkey);
+      if (status != 0 && !IsMissing(status)) return status;
+      goesOn = goesOn || status == 0;
+    }
+  }
+  return RegDeleteKeyW(parent, name.c_str());
 }
 
 LSTATUS RemoveTree(HKEY parent, const Text& name) {
-  const LSTATUS status = RegDeleteTreeW(parent, name.c_str());
+  const LSTATUS status = RemoveKeyWithSubkeys(parent, name);
   return IsMissing(status) ? 0 : status;
 }
 

@@ -3,7 +3,9 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <map>
+#include <functional>
+#include <initializer_list>
+#include <utility>
 
 #include "com_test_tools.h"
 #include "module.h"
@@ -14,6 +16,20 @@
 
 STDAPI DllRegisterServer();
 STDAPI DllUnregisterServer();
+
+#ifndef _WIN32
+// The linker hands calls of two functions over to these (CMakeLists.txt). There are no type
+// libraries here, so registering one never fails by itself.
+static HRESULT typeLibraryResult = S_OK;
+extern "C" HRESULT __wrap__ZN7quillon22RegisterOwnTypeLibraryEv() { return typeLibraryResult; }
+
+static std::function<void()> beforeNextDeletion;
+extern "C" LSTATUS __real__Z13RegDeleteKeyWP6HKEY__PKDs(HKEY key, LPCWSTR name);
+extern "C" LSTATUS __wrap__Z13RegDeleteKeyWP6HKEY__PKDs(HKEY key, LPCWSTR name) {
+  if (const auto change = std::exchange(beforeNextDeletion, nullptr)) change();
+  return __real__Z13RegDeleteKeyWP6HKEY__PKDs(key, name);
+}
+#endif
 
 namespace quillon::test {
 namespace {
@@ -106,7 +122,7 @@ TEST_F(Registration, TwiceLeavesOneSetOfKeysAndUnregistrationTheRoots) {
   EXPECT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, stale.c_str(), 0, KEY_READ, &key), 2);
   EXPECT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, others.c_str(), 0, KEY_READ, &key), 0);
   RegCloseKey(key);
-  EXPECT_EQ(RegDeleteTreeW(HKEY_CLASSES_ROOT, others.c_str()), 0);
+  EXPECT_EQ(RegDeleteKeyW(HKEY_CLASSES_ROOT, others.c_str()), 0);
   EXPECT_EQ(registry(), registered());
   for (int i = 0; i < 2; ++i) {
     EXPECT_EQ(DllUnregisterServer(), S_OK);
@@ -144,6 +160,17 @@ TEST_F(Registration, ThatFailsInTheMiddleChangesNothing) {
   }
 }
 
+TEST_F(Registration, WithoutItsTypeLibraryLeavesWhatWasRegisteredBefore) {
+  for (const bool wasRegistered : {false, true}) {
+    SCOPED_TRACE(wasRegistered);
+    writeText(dir_ / "registry.reg", wasRegistered ? registered() : kHeading);
+    typeLibraryResult = E_ACCESSDENIED;
+    EXPECT_EQ(DllRegisterServer(), E_ACCESSDENIED);
+    typeLibraryResult = S_OK;
+    EXPECT_EQ(registry(), wasRegistered ? registered() : kUnregistered);
+  }
+}
+
 TEST_F(Registrar, ReplacesInNamesAndTexts) {
   const Replacement replacements[] = {{OLESTR("X"), wide("it's")}, {OLESTR("EMPTY"), {}}};
   const char* script =
@@ -158,6 +185,41 @@ TEST_F(Registrar, ReplacesInNamesAndTexts) {
 )");
   EXPECT_EQ(RunRegistrarScript(script, ScriptUse::Unregister, replacements), S_OK);
   EXPECT_EQ(registry(), kHeading) << "a key goes with all below it";
+}
+
+// Others may change a key while it is removed; nothing of it may stay for that.
+TEST_F(Registrar, RemovesATreeThatAnotherOneChangesMeanwhile) {
+  const auto remove = [](std::initializer_list<const char*> keys) {
+    for (const char* key : keys) {
+      EXPECT_EQ(RegDeleteKeyW(HKEY_CLASSES_ROOT, wide(key).c_str()), 0) << key;
+    }
+  };
+  const struct {
+    const char* what;
+    std::function<void()> change;
+  } cases[] = {
+      {"removes a key that is still to be removed",
+       [&] {
+         remove({"Tree\\B\\X", "Tree\\B"});
+       }},
+      {"removes all",
+       [&] {
+         remove({"Tree\\A\\X", "Tree\\A", "Tree\\B\\X", "Tree\\B", "Tree\\C", "Tree"});
+       }},
+      {"adds a key",
+       [] {
+         EXPECT_EQ(RunRegistrarScript("HKCR { NoRemove Tree { D } }", ScriptUse::Register, {}),
+                   S_OK);
+       }},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const char* script = "HKCR { Tree { A { X } B { X } C } }";
+    ASSERT_EQ(RunRegistrarScript(script, ScriptUse::Register, {}), S_OK);
+    beforeNextDeletion = c.change;
+    EXPECT_EQ(RunRegistrarScript(script, ScriptUse::Unregister, {}), S_OK);
+    EXPECT_EQ(registry(), kHeading);
+  }
 }
 
 TEST_F(Registrar, UndoesWhatFails) {
@@ -183,6 +245,8 @@ TEST(RegistrarScripts, ThatAreNoneChangeNothing) {
                              "HKCR { A = s a }",
                              "HKCR { A = s 'a }",
                              "HKCR { A = s '%Y%' }",
+                             "HKCR { A = s '%XY%' }",
+                             "HKCR { A = s '%%' }",
                              "HKCR { A = s '%X' }",
                              "HKCR { 'A%' }",
                              "HKCR { val A = s 'a' }",

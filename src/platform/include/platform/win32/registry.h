@@ -3,7 +3,8 @@
 // /etc/quillon/registry.reg. Names of keys and values are compared without case. Every change
 // replaces the file as a whole, so a reader never sees half of one.
 //
-// All calls answer the system code (0 for success) and leave the last error alone.
+// All calls answer the system code (0 for success) and leave the last error alone. Of a key that
+// was deleted since it was opened they answer 1018.
 #pragma once
 
 #include "platform/win32/types.h"
@@ -54,8 +55,6 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD reserved, DWORD
 LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR valueName);
 // Refuses (5) a key that has subkeys.
 LSTATUS WINAPI RegDeleteKeyW(HKEY key, LPCWSTR subKey);
-// Removes the key with all below it; a null subKey empties key itself.
-LSTATUS WINAPI RegDeleteTreeW(HKEY key, LPCWSTR subKey);
 // 259 past the last one, 234 when the name does not fit.
 LSTATUS WINAPI RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameUnits,
                              LPDWORD reserved, LPWSTR keyClass, LPDWORD classUnits,
