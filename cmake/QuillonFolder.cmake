@@ -20,7 +20,7 @@ if(QUILLON_FUZZ)
 endif()
 if(WIN32)
   target_compile_definitions(quillon_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN
-    NOMINMAX _WIN32_WINNT=0x0601 __USE_MINGW_ANSI_STDIO=1)
+    NOMINMAX _WIN32_WINNT=0x0501 __USE_MINGW_ANSI_STDIO=1)
 endif()
 
 # quillon_folder(NAME [DIRS dir...] [DEPENDS target...])

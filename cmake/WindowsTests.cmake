@@ -4,9 +4,13 @@ if(NOT EXISTS "${gtest}/src/gtest-all.cc")
   message(STATUS "No unit tests for Windows: the source of GoogleTest is not in ${gtest}")
   return()
 endif()
-add_library(quillon_gtest STATIC "${gtest}/src/gtest-all.cc" "${gtest}/src/gtest_main.cc")
-target_include_directories(quillon_gtest SYSTEM PUBLIC "${gtest}/include" PRIVATE "${gtest}")
-target_compile_definitions(quillon_gtest PRIVATE _WIN32_WINNT=0x0601)
+# Windows stands for what the standard library of this compiler has not.
+set(windows_support "${PROJECT_SOURCE_DIR}/tests/support/windows")
+add_library(quillon_gtest STATIC "${gtest}/src/gtest-all.cc" "${gtest}/src/gtest_main.cc"
+                                 "${windows_support}/notification.cpp")
+target_include_directories(quillon_gtest SYSTEM
+  PUBLIC "${windows_support}" "${gtest}/include" PRIVATE "${gtest}")
+target_compile_definitions(quillon_gtest PRIVATE _WIN32_WINNT=0x0501)
 add_library(GTest::gtest_main ALIAS quillon_gtest)
 
 # What the tests share, without the parts that stand in for Linux services.

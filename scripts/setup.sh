@@ -8,7 +8,7 @@ build_packages=(
   libxml2-dev libxslt1-dev libcurl4-openssl-dev libburn-dev
 )
 test_packages=(
-  libgtest-dev googletest g++-mingw-w64-i686 mingw-w64-tools
+  libgtest-dev googletest g++-mingw-w64-i686-win32 mingw-w64-tools
   dcmtk dicom3tools libgdcm-tools python3 python3-pydicom
   xsltproc openssl xorriso genisoimage p7zip-full libudfread-dev
   clang-format clang-tidy

@@ -6,7 +6,6 @@
 #include <functional>
 #include <map>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -15,6 +14,7 @@
 #include "support/sleep_record.h"
 #include "support/system_sentence.h"
 #include "support/temp_dir.h"
+#include "support/threads.h"
 
 namespace quillon::test {
 
@@ -99,13 +99,13 @@ inline bool asks(CQuillonMediaProcessor& processor, bool forContent, bool& answe
 // Runs the job on a thread that has initialised COM as a host does; what the job initialises there
 // it must give back.
 inline void onHostThread(const std::function<void()>& job) {
-  std::thread([&] {
+  onThreads(1, [&] {
     ASSERT_EQ(CoInitialize(nullptr), S_OK);
     job();
     CoUninitialize();
     EXPECT_EQ(CoInitialize(nullptr), S_OK) << "COM is still initialised on the thread";
     CoUninitialize();
-  }).join();
+  });
 }
 
 // Each test has a service of its own, and time that passes without waiting.

@@ -1,8 +1,6 @@
 // The exports, the class factory, and the object's identity with and without an outer one.
-#include <thread>
-#include <vector>
-
 #include "com_test_tools.h"
+#include "support/threads.h"
 
 STDAPI DllCanUnloadNow();
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID riid, LPVOID* object);
@@ -46,19 +44,15 @@ TEST(Module, StaysLoadedForObjectsLocksAndFactories) {
 
 TEST(Module, CountsAcrossThreads) {
   const ComPtr<IClassFactory> factory = factoryOfServer();
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&factory] {
-      for (int n = 0; n < 500; ++n) {
-        const ComPtr<IClassFactory> copy = factory;
-        copy->LockServer(TRUE);
-        ComPtr<IUnknown> object;
-        copy->CreateInstance(nullptr, IID_IUnknown, object.PutVoid());
-        copy->LockServer(FALSE);
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
+  onThreads(4, [&factory] {
+    for (int n = 0; n < 500; ++n) {
+      const ComPtr<IClassFactory> copy = factory;
+      copy->LockServer(TRUE);
+      ComPtr<IUnknown> object;
+      copy->CreateInstance(nullptr, IID_IUnknown, object.PutVoid());
+      copy->LockServer(FALSE);
+    }
+  });
   const_cast<ComPtr<IClassFactory>&>(factory).Reset();
   EXPECT_EQ(DllCanUnloadNow(), S_OK);
 }
