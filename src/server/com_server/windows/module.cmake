@@ -2,22 +2,25 @@
 # library. Its runtime is linked in, so that it needs no DLL but those of Windows.
 enable_language(RC)
 find_program(QUILLON_WIDL NAMES i686-w64-mingw32-widl REQUIRED)
-find_path(QUILLON_STDOLE_DIR stdole2.tlb NO_CMAKE_FIND_ROOT_PATH
-  PATHS /usr/lib/i386-linux-gnu/wine/i386-windows /usr/lib/i386-linux-gnu/wine
-  DOC "Where Wine keeps the type library that others import; without it the base types are our own")
 
 target_sources(quillon_com_server PRIVATE windows/own_resources.cpp)
-# Compiles the type library, which refers to the table of the operations.
-set(library_text "${CMAKE_CURRENT_SOURCE_DIR}/windows/QuillonMediaRW.idl")
+# Compiles the type library, which refers to the table of the operations, and before it the stand-in
+# for the one that it imports: what is installed here makes no difference to either.
+set(idl "${CMAKE_CURRENT_SOURCE_DIR}/windows")
+set(imported_dir "${CMAKE_CURRENT_BINARY_DIR}/imported")
+set(imported "${imported_dir}/stdole2.tlb")
 set(library "${CMAKE_CURRENT_BINARY_DIR}/QuillonMediaRW.tlb")
-set(widl_options -t -m32 -I "${CMAKE_CURRENT_SOURCE_DIR}/include")
-if(QUILLON_STDOLE_DIR)
-  list(APPEND widl_options -D QUILLON_IMPORT_STDOLE -L "${QUILLON_STDOLE_DIR}")
-endif()
+file(MAKE_DIRECTORY "${imported_dir}")
+add_custom_command(
+  OUTPUT "${imported}"
+  COMMAND "${QUILLON_WIDL}" -t -m32 -o "${imported}" "${idl}/stdole2.idl"
+  DEPENDS "${idl}/stdole2.idl" "${idl}/automation.idl"
+  VERBATIM)
 add_custom_command(
   OUTPUT "${library}"
-  COMMAND "${QUILLON_WIDL}" ${widl_options} -o "${library}" "${library_text}"
-  DEPENDS "${library_text}"
+  COMMAND "${QUILLON_WIDL}" -t -m32 -I "${CMAKE_CURRENT_SOURCE_DIR}/include" -L "${imported_dir}"
+          -o "${library}" "${idl}/QuillonMediaRW.idl"
+  DEPENDS "${imported}" "${idl}/QuillonMediaRW.idl" "${idl}/automation.idl"
           "${CMAKE_CURRENT_SOURCE_DIR}/include/server/com_server/identities.inc"
           "${CMAKE_CURRENT_SOURCE_DIR}/include/server/com_server/operations.inc"
   VERBATIM)
