@@ -331,6 +331,13 @@ TEST(Dispatch, NamedArgumentsFindTheirParameters) {
   EXPECT_EQ(
       InvokeOperation(media, 8, IID_NULL, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, &bad),
       DISP_E_PARAMNOTFOUND);
+  names[0] = 0;
+  params = {values, names, 1, 1};
+  EXPECT_EQ(
+      InvokeOperation(media, 8, IID_NULL, DISPATCH_PROPERTYPUT, &params, nullptr, nullptr, &bad),
+      DISP_E_PARAMNOTFOUND)
+      << "the value is no parameter";
+  EXPECT_EQ(bad, 0U);
   EXPECT_EQ(InvokeOperation(media, 8, IID_IUnknown, DISPATCH_PROPERTYGET, &params, nullptr, nullptr,
                             nullptr),
             DISP_E_UNKNOWNINTERFACE);
