@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Gets Wine for 32-bit programs and says on standard output where it is: "system", or the directory
-# of a system tree of its own to change the root to. Fails with the reason on standard error.
+# of a system tree of its own to change the root to. Fails with the reason on standard error, at once
+# where the kernel runs no 32-bit programs.
 #
 # The tree comes first: it is made of the 32-bit packages of the same Debian release and leaves the
 # machine's own packages alone. Where it cannot be made, the machine gets a second architecture.
@@ -60,6 +61,28 @@ add_architecture() {
   return 1
 }
 
+# Runs the smallest 32-bit program: an ELF header, one segment, and "mov eax, 1 (exit); xor ebx, ebx;
+# int 0x80". Some kernels run 64-bit programs only, though Debian's 32-bit packages install there.
+run_32_bit_program() {
+  {
+    printf '\177ELF\1\1\1\0\0\0\0\0\0\0\0\0'               # 32 bit, low byte first
+    printf '\2\0\3\0\1\0\0\0\124\200\4\10\64\0\0\0'        # a program for i386, starts at 0x08048054
+    printf '\0\0\0\0\0\0\0\0\64\0\40\0\1\0\0\0\0\0\0\0'    # one program header, at 0x34
+    printf '\1\0\0\0\0\0\0\0\0\200\4\10\0\200\4\10'        # load from 0 to 0x08048000
+    printf '\135\0\0\0\135\0\0\0\5\0\0\0\0\20\0\0'         # 93 bytes, to be read and executed
+    printf '\270\1\0\0\0\61\333\315\200'
+  } >"$1"
+  chmod +x "$1" && LC_ALL=C "$1"
+}
+
+program=$(mktemp)
+trap 'rm -f "$log" "$program"' EXIT
+if ! answer=$(run_32_bit_program "$program" 2>&1); then
+  case $answer in
+    *"Exec format error"*) fail "this kernel runs no 32-bit x86 programs, so Wine cannot run a 32-bit DLL here" ;;
+    *) fail "a 32-bit x86 program cannot be run here: ${answer:-it ended with a fault}" ;;
+  esac
+fi
 if is_installed wine && is_installed wine32:i386; then
   echo system
   exit 0
