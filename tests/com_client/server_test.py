@@ -17,6 +17,7 @@ import unittest
 from pathlib import Path
 
 import hosts
+import windows_file
 
 HERE = Path(__file__).parent
 STYLESHEET = """<?xml version="1.0" encoding="UTF-8"?>
@@ -181,6 +182,17 @@ class ServerTest(unittest.TestCase):
                           "DllUnregisterServer"])
 
 
+def windows_xp_exports():
+    """(DLL, name) of all that windows_xp_exports.txt lists."""
+    names, dll = set(), ""
+    for line in (HERE / "windows_xp_exports.txt").read_text().splitlines():
+        if line.startswith("["):
+            dll = line.strip("[]")
+        elif line and not line.startswith("#"):
+            names.add((dll, line))
+    return names
+
+
 def host_wordings(host):
     """Sentences that are the platform's own, in Wine's words and in those of the layer."""
     if not isinstance(host, hosts.WineHost):
@@ -198,6 +210,7 @@ def host_wordings(host):
 class WindowsFileTest(unittest.TestCase):
     """What can be seen of the DLL without running it."""
 
+    maxDiff = None
     SYSTEM = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "ole32.dll", "oleaut32.dll",
               "shell32.dll", "user32.dll"}
 
@@ -205,12 +218,31 @@ class WindowsFileTest(unittest.TestCase):
         if not OPTIONS.windows:
             self.skipTest("no Windows build was named")
         self.dll = OPTIONS.windows / "bin/QuillonMediaRW.dll"
+        self.file = windows_file.PortableExecutable(self.dll)
         self.dump = subprocess.run(["i686-w64-mingw32-objdump", "-p", self.dll], check=True,
                                    capture_output=True, text=True).stdout
 
     def test_needs_no_dll_but_those_of_windows(self):
-        needed = {line.split()[-1].lower() for line in self.dump.splitlines() if "DLL Name:" in line}
+        needed = {dll for dll, _ in self.file.imports()}
         self.assertEqual(needed - self.SYSTEM, set())
+
+    def test_loads_on_windows_xp(self):
+        """XP refuses a DLL for one import that it lacks, or a newer version in the header."""
+        imports = set(self.file.imports())
+        self.assertIn(("kernel32.dll", "GetLastError"), imports)
+        missing = sorted(f"{dll}!{name}" for dll, name in imports - windows_xp_exports())
+        self.assertEqual(missing, [], "imports that windows_xp_exports.txt does not list")
+        for version in self.file.versions():
+            self.assertLessEqual(version, (5, 1))
+
+    def test_type_library_takes_the_base_types_from_stdole2(self):
+        """A copy of its own would be another IDispatch for tools that compare types."""
+        library = windows_file.TypeLibrary(self.file.resource(windows_file.TYPE_LIBRARY, 1))
+        dispatch = "{00020400-0000-0000-C000-000000000046}"
+        self.assertEqual(library.imports, [("stdole2.tlb", "{00020430-0000-0000-C000-000000000046}",
+                                            (2, 0))])
+        self.assertEqual(library.references, [dispatch])
+        self.assertEqual(library.types, {"IQuillonMediaRW": dispatch, "QuillonMediaRW": None})
 
     def test_exports_four_functions(self):
         names = self.dump[self.dump.index("[Ordinal/Name Pointer] Table"):].split("\n\n")[0]
