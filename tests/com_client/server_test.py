@@ -5,10 +5,12 @@
 
 What com_client prints for job.txt and module.txt stands in *.expected beside this file, for both
 systems; --write-expected writes what this system prints. The file sets of both are compared byte by
-byte but for the generated UID of the DICOMDIR.
+byte but for the generated UID of the DICOMDIR. With a Windows build the last line on standard output
+counts the Windows tests.
 """
 import argparse
 import difflib
+import re
 import shutil
 import struct
 import subprocess
@@ -29,6 +31,7 @@ STYLESHEET = """<?xml version="1.0" encoding="UTF-8"?>
 </xsl:stylesheet>
 """
 OPTIONS = None
+UNIT_TESTS_RUN = []  # how many each of the Windows programs ran
 
 REGISTERED = f"""[AppID\\{hosts.APP}]
 @=QuillonMediaRW
@@ -293,7 +296,7 @@ class WineTest(ServerTest):
             self.assertEqual(self.registry(wine), "")
 
     def test_unit_tests_pass_as_windows_programs(self):
-        programs = sorted((OPTIONS.windows / "bin").glob("*_test.exe"))
+        programs = unit_test_programs()
         self.assertTrue(programs, "the Windows build has no unit tests")
         with hosts.WineHost(OPTIONS.windows, OPTIONS.tree) as wine:
             for program in programs:
@@ -302,6 +305,9 @@ class WineTest(ServerTest):
                 summary = result.stdout.replace("\r", "")
                 counts = [line for line in summary.splitlines() if line.startswith("[  ")]
                 print(program.name, *counts, flush=True)
+                ran, skipped = (re.search(pattern, summary) for pattern in (
+                    r"(?m)^\[=+\] (\d+) tests? from .* ran", r"(?m)^\[  SKIPPED \] (\d+) test"))
+                UNIT_TESTS_RUN.append(int(ran[1] if ran else 0) - int(skipped[1] if skipped else 0))
                 self.assertEqual(result.returncode, 0, summary[-4000:])
 
     def listing(self, wine):
@@ -327,6 +333,27 @@ class WineTest(ServerTest):
         self.assertEqual(lines(wine.script('typelib "$MODULE"')), table)
 
 
+def unit_test_programs():
+    return sorted((OPTIONS.windows / "bin").glob("*_test.exe"))
+
+
+def count_of_unit_tests():
+    """How many tests the programs hold, seen without running them: each is one such function."""
+    symbols = subprocess.run(["i686-w64-mingw32-nm", *unit_test_programs()], check=True,
+                             capture_output=True, text=True).stdout
+    return len(re.findall(r"_Test8TestBodyEv$", symbols, re.MULTILINE))
+
+
+def windows_counts(result):
+    """The checks of the DLL in this file, and the unit tests as Windows programs."""
+    kinds = (WindowsFileTest, WineTest)
+    checks = sum(len(unittest.defaultTestLoader.getTestCaseNames(kind)) for kind in kinds)
+    skipped = sum(isinstance(test, kinds) for test, _ in result.skipped)
+    run = sum(UNIT_TESTS_RUN)
+    return (f"Windows tests: {checks - skipped} checks of the DLL run, {skipped} skipped; "
+            f"{run} unit tests run, {count_of_unit_tests() - run} skipped")
+
+
 def main():
     global OPTIONS
     parser = argparse.ArgumentParser()
@@ -338,7 +365,10 @@ def main():
     OPTIONS = parser.parse_args()
     OPTIONS.linux = OPTIONS.linux.resolve()
     OPTIONS.windows = OPTIONS.windows.resolve() if OPTIONS.windows else None
-    unittest.main(argv=sys.argv[:1], verbosity=2)
+    result = unittest.main(argv=sys.argv[:1], verbosity=2, exit=False).result
+    if OPTIONS.windows:
+        print(windows_counts(result), flush=True)
+    sys.exit(not result.wasSuccessful())
 
 
 if __name__ == "__main__":
