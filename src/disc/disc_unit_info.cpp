@@ -107,7 +107,13 @@ bool CDiscUnitInfo::ReadCodes(CDiscRecorder2& recorder, CDiscFormat2Data& format
 }
 
 bool CDiscUnitInfo::GetDeviceName(Text& out) {
-  out = ComposeDeviceName(*this, drive_.vendorId, drive_.productId, drive_.productRevision);
+  Text product;
+  Text revision;
+  Text vendor;
+  if (!AssignText(product, drive_.productId, 0)) return Fail(kMsgCannotGetProductId);
+  if (!AssignText(revision, drive_.productRevision, 0)) return Fail(kMsgCannotGetProductRevision);
+  if (!AssignText(vendor, drive_.vendorId, 0)) return Fail(kMsgCannotGetVendorId);
+  out = ComposeDeviceName(*this, vendor, product, revision);
   return !out.empty() || Fail(kMsgCannotGetProductId);
 }
 

@@ -11,7 +11,13 @@ template <typename Work>
 bool WithExclusiveAccess(CBaseItem& owner, CDiscRecorder2& recorder, bool force,
                          const Text& clientName, const Work& work) {
   if (!recorder.AcquireExclusiveAccess(force, clientName)) return owner.FailAs(recorder);
-  const bool done = work();
+  bool done = false;
+  try {
+    done = work();
+  } catch (...) {  // out of memory: the drive would stay locked
+    recorder.ReleaseExclusiveAccess();
+    throw;
+  }
   if (recorder.ReleaseExclusiveAccess()) return done;
   return owner.ErrorMessage().empty() ? owner.FailAs(recorder) : false;
 }

@@ -44,18 +44,21 @@ bool CDiscMaster2Iterator::Reset() {
 }
 
 bool CDiscMaster2Iterator::Next() {
+  constexpr TextView kMethod = OLESTR("Next");
   ClearError();
   currentId_.clear();
   ULONG fetched = 0;
   OwnedVariant item;
   const bool hasItem =
-      Invoke(OLESTR("Next"),
-             [&](IEnumVARIANT& drives) { return drives.Next(1, item.Put(), &fetched); }) &&
+      Invoke(kMethod, [&](IEnumVARIANT& drives) { return drives.Next(1, item.Put(), &fetched); }) &&
       GetLastResult() == S_OK && fetched == 1;
-  if (hasItem && item.Type() == VT_BSTR) {
-    return AssignText(currentId_, ViewOf(V_BSTR(&item.Get())), 0);
+  if (!hasItem || item.Type() != VT_BSTR ||
+      AssignText(currentId_, ViewOf(V_BSTR(&item.Get())), 0)) {
+    return hasItem;
   }
-  return hasItem;
+  // Without a failing result this would be the end, and the drive would not be there.
+  lastResult_ = E_OUTOFMEMORY;
+  return FailCall(kMethod, SourceLine::current(), lastResult_);
 }
 
 CDiscRecorder2::CDiscRecorder2()

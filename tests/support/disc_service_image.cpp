@@ -9,8 +9,9 @@ namespace {
 
 constexpr std::uint64_t kSectorBytes = 2048;
 
-// Whole sectors of every file below the trees.
+// Whole sectors of every file below the trees, unless the service was given a size.
 std::uint64_t sizeOf(const FakeDiscService& service) {
+  if (service.imageBytes) return *service.imageBytes;
   std::uint64_t size = 0;
   for (const auto& tree : service.trees) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(tree.first)) {
@@ -18,7 +19,7 @@ std::uint64_t sizeOf(const FakeDiscService& service) {
       size += (entry.file_size() + kSectorBytes - 1) / kSectorBytes * kSectorBytes;
     }
   }
-  return service.imageBytes.value_or(size);
+  return size;
 }
 
 class Stream final : public Booked<StubStream> {

@@ -31,7 +31,7 @@ class CDiscUnitInfo : public CImapiItem, public CKeyedItem {
   bool Find(CDiscMaster2Iterator& drives, RecorderIdType type, const Text& identifier);
 
   // "%s %s (Revision: %s)" with vendor, product and revision, each trimmed. False, with a sentence,
-  // when nothing at all of it is known.
+  // when nothing at all of it is known or one of them cannot be copied.
   bool GetDeviceName(Text& out);
   // The same of the drive that a recorder is initialised for, empty when nothing is known. False
   // leaves the recorder's error text.
