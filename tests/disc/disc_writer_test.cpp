@@ -68,6 +68,47 @@ TEST_F(DiscWriter, WritesTheStagedDirectory) {
   EXPECT_GT(service_.liveObjects, 0) << "they stay until the writer goes";
 }
 
+TEST_F(DiscWriter, WritesAsToldWhateverTheDriveIsChosenBy) {
+  const std::pair<RecorderIdType, Text> identifiers[] = {
+      {RecorderIdType::LegacyDeviceNumber, OLESTR("0")},
+      {RecorderIdType::Manufacturer, test::WideOf(kFakeDriveName)},
+      {RecorderIdType::VolumePath, OLESTR("D:\\")},
+      {RecorderIdType::VolumeName, OLESTR("\\\\?\\Volume{1}\\")}};
+  for (const auto& [type, identifier] : identifiers) {
+    SCOPED_TRACE(test::Plain(identifier));
+    service_ = {};
+    CTarnDiscWriter writer;
+    writer.SetRecorderIdentifier(identifier, static_cast<std::int32_t>(type));
+    writer.SetStrictCompliance(false);
+    writer.SetRequestedWriteSpeed(1800);
+    EXPECT_TRUE(writer.AddDirectory(Staged(), /*includeBaseDirectory=*/true, false));
+    ASSERT_TRUE(writer.Write()) << errorOf(writer);
+    EXPECT_EQ(DiscContent(), "burned");
+    EXPECT_EQ(service_.trees.front(), std::pair(dir_.path().string(), true));
+    EXPECT_FALSE(service_.isStrict);
+    EXPECT_EQ(service_.askedSpeed, 1800);
+    CDiscUnitInfo recorder;
+    EXPECT_TRUE(writer.GetRecorder(recorder, 0, true, false, false));
+    EXPECT_EQ(service_.liveObjects, 0) << "what the write has left is released";
+  }
+}
+
+TEST_F(DiscWriter, ErasesNothingWhereTheEraserFindsNothing) {
+  for (const bool unlocks : {true, false}) {
+    service_ = {};
+    service_.Disc() = test::rewritableDiscWithData();
+    service_.Disc().isBlankToEraser = true;
+    service_.Disc().freeSectors = 1000;
+    if (!unlocks) FailCall("IDiscRecorder2::ReleaseExclusiveAccess", /*skip=*/1);
+    const auto writer = NewWriter();
+    EXPECT_EQ(writer->Write(), unlocks);
+    EXPECT_EQ(errorWithoutLine(*writer),
+              unlocks ? "" : driveFailure("IDiscRecorder2::ReleaseExclusiveAccess"));
+    EXPECT_EQ(DiscContent(), unlocks ? "burned" : "");
+    EXPECT_EQ(Drive().lockedBy, OLESTR(""));
+  }
+}
+
 std::string forDevice(const std::string& before, const std::string& after = ".") {
   return before + kFakeDriveName + after;
 }
@@ -84,6 +125,8 @@ TEST_F(DiscWriter, SaysWhatStandsInTheWay) {
        "Cannot find the recorder corresponding to the unique identifier drive-1."},
       {"no recorder", false, [](Service& s) { s.drives.front().isRecorder = false; },
        forDevice("The ", " is not an optical disc recorder.")},
+      {"no identifier of its own", false, [](Service& s) { s.drives.front().activeId = Text(); },
+       forDevice("The unique identifier for the ", " is invalid.")},
       {"drive cannot erase", true, [](Service& s) { s.drives.front().canErase = false; },
        forDevice("The ", " is does not support erasing media.")},
       {"cannot be erased", true, [](Service& s) { s.Disc().isErasable = false; },

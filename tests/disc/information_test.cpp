@@ -76,6 +76,14 @@ TEST(SpeedFactor, IsRoundedUpToTheMediumsBaseSpeed) {
   }
 }
 
+TEST(SpeedFactor, BelowTheFastestIsRefused) {
+  CWriteSpeedInfo info;
+  EXPECT_TRUE(info.SetWriteFactor(-1));
+  EXPECT_FALSE(info.SetWriteFactor(-2));
+  EXPECT_EQ(errorOf(info), "The given write factor value is invalid.");
+  EXPECT_EQ(info.WriteFactor(), -1);
+}
+
 TEST(RecordingTime, IsEstimatedFromTheSpeed) {
   constexpr std::uint64_t kSecond = 75 * 2048;  // at 75 sectors per second
   const struct {
@@ -139,6 +147,7 @@ TEST_F(DriveInformation, IsReadWithTheMedium) {
   EXPECT_TRUE(media.IsSupported() && media.IsBlank() && !media.IsRewritable());
   EXPECT_EQ(nameOf(media.MediaState()), "Informational Mask, Blank");
   EXPECT_EQ(media.SupportedWriteSpeeds().At(1)->WriteFactor(), 48);
+  EXPECT_EQ(media.SupportedWriteSpeeds().At(1)->GetKey(), OLESTR("2"));
   EXPECT_EQ(media.CurrentWriteSpeed(), -1);
   EXPECT_EQ(media.FreeSectors(), 100);
   EXPECT_EQ(media.TotalSectors(), 1000);
@@ -261,6 +270,10 @@ TEST_F(DriveInformation, ListsTheDrives) {
   service_.drives[1].uniqueId.clear();
   EXPECT_FALSE(drives.QueryAll(false, false, false));
   EXPECT_EQ(errorOf(drives), "The unique identifier is invalid.");
+  service_.drives.resize(1);
+  service_.idType = VT_I4;
+  EXPECT_FALSE(drives.QueryAll(false, false, false));
+  EXPECT_EQ(errorOf(drives), "The unique identifier is invalid.") << "it is no text";
   service_.isSupportedEnvironment = false;
   EXPECT_TRUE(drives.QueryAll(false, false, false));
   EXPECT_EQ(drives.GetCount(), 0U);

@@ -107,6 +107,10 @@ TEST_F(MediaProcessor, WhatCannotBeWrittenIsToldAndTheContentClearedWhenAsked) {
        true},
       {"a drive without an identifier", [this] { service_.drives.front().uniqueId.clear(); },
        "The unique identifier is invalid."},
+      {"a drive without an identifier of its own",
+       [this] { service_.drives.front().activeId = Text(); },
+       "Cannot retrieve the unique identifier for the " + std::string(test::kFakeDriveName) + ".",
+       true},
       {"a drive in use", [this] { FailCall("IDiscRecorder2::AcquireExclusiveAccess"); },
        test::driveFailure("IDiscRecorder2::AcquireExclusiveAccess")},
   };
@@ -220,6 +224,48 @@ TEST_F(MediaProcessor, AnswersTheTwoQuestionsAboutTheDisc) {
     EXPECT_TRUE(service_.drives.front().lockedBy.empty());
   }
   EXPECT_EQ(service_.CountOf("IDiscFormat2Erase::EraseMedia"), 0);
+}
+
+// What a multithreaded host would get of the services' single-threaded objects is nobody's promise.
+TEST_F(MediaProcessor, AMultithreadedHostIsToldThatItCannotRecord) {
+  constexpr const char* kNoCom = "Cannot initialize the COM library.";
+  for (const bool isLegacy : {false, true}) {
+    for (const bool clears : {true, false}) {
+      SCOPED_TRACE(testing::Message() << "legacy " << isLegacy << ", clearing " << clears);
+      test::LegacyService legacyService;
+      std::thread([&] {
+        ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+        {
+          std::optional<test::RegisteredDiscService> current;
+          std::optional<test::HiddenClass> noCurrent;
+          if (isLegacy) {
+            noCurrent.emplace(CLSID_MsftDiscMaster2);
+          } else {
+            current.emplace(service_);
+          }
+          const test::RegisteredLegacyService legacy(legacyService, true, true);
+          CQuillonMediaProcessor processor;
+          fill(processor);
+          processor.SetClearAfterWrite(clears);
+          EXPECT_FALSE(processor.WriteToMedia());
+          EXPECT_EQ(errorOf(processor), kNoCom);
+          EXPECT_EQ(isCleared(processor), clears);
+          for (const bool forContent : {true, false}) {
+            CQuillonMediaProcessor asked;
+            bool answer = true;
+            EXPECT_EQ(test::asks(asked, forContent, answer), !isLegacy);
+            EXPECT_EQ(answer, !isLegacy && !forContent);
+            EXPECT_EQ(errorOf(asked), isLegacy ? kNoCom : "");
+          }
+        }
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE) << "it still has it";
+        CoUninitialize();
+        CoUninitialize();
+      }).join();
+      EXPECT_EQ(service_.liveObjects + legacyService.liveObjects, 0);
+      EXPECT_EQ(service_.CountOf("IDiscFormat2Data::Write"), 0);
+    }
+  }
 }
 
 TEST_F(MediaProcessor, WhatIsThrownEndsTheWriteAndAlwaysClears) {

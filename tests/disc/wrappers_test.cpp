@@ -1,5 +1,6 @@
 #include "disc/tarnimapiutil.h"
 #include "disc_test_support.h"
+#include "support/com_class.h"
 
 namespace quillon {
 namespace {
@@ -67,11 +68,44 @@ TEST_F(Wrappers, ComposeTheTextOfAFailingCreation) {
     EXPECT_FALSE(recorder.EjectMedia());
     EXPECT_EQ(errorWithoutLine(recorder), composed("CDiscRecorder2::Create", c.sentences));
   }
-  CImapiImageStream stream;  // nothing has handed one out
+}
+
+// What another object hands out, when none has.
+TEST_F(Wrappers, SayWhatTheyDoNotHave) {
+  const test::HiddenClass noResult(CLSID_FileSystemImageResult);
+  const test::HiddenClass noDirectory(CLSID_FsiDirectoryItem);
+  CDiscMaster2Iterator drives;
+  CFileSystemImageResult result;
+  CFsiDirectoryItem directory;
+  CImapiImageStream stream;
   STATSTG stat{};
-  EXPECT_FALSE(stream.Stat(&stat, STATFLAG_NONAME));
-  EXPECT_NE(errorOf(stream).find("\n\nCannot create the stream object for this reason:\n\n"),
-            std::string::npos);
+  const struct {
+    const char* object;
+    const CImapiItem& wrapper;
+    bool succeeded;
+  } cases[] = {
+      {"disc master iterator", drives, drives.Next()},
+      {"file system image result", result, result.GetImageStream(stream)},
+      {"file system directory item", directory, directory.AddTree(Text(OLESTR("/a")), true)},
+      {"stream", stream, stream.Stat(&stat, STATFLAG_NONAME)},
+  };
+  for (const auto& c : cases) {
+    EXPECT_FALSE(c.succeeded);
+    const std::string start =
+        "File: tarnimapiutil\n\nLine: N\nMethod: Create\n\nCannot create the " +
+        std::string(c.object) + " object for this reason:\n\n";
+    EXPECT_TRUE(errorWithoutLine(c.wrapper).starts_with(start)) << errorOf(c.wrapper);
+  }
+}
+
+TEST_F(Wrappers, NeedAPlaceForTheStatisticsOfAStream) {
+  CFileSystemImage image;
+  CFileSystemImageResult result;
+  CImapiImageStream stream;
+  ASSERT_TRUE(image.CreateResultImage(result) && result.GetImageStream(stream));
+  EXPECT_FALSE(stream.Stat(nullptr, STATFLAG_NONAME));
+  EXPECT_EQ(errorOf(stream), "The buffer to copy stream statistics into is invalid.");
+  EXPECT_EQ(service_.CountOf("IStream::Stat"), 0);
 }
 
 TEST_F(Wrappers, TellOneFailingLineFromAnother) {

@@ -52,8 +52,8 @@ int FakeDiscService::CountOf(const std::string& call) const {
   return static_cast<int>(std::ranges::count(calls, call));
 }
 
-RegisteredDiscService::RegisteredDiscService(FakeDiscService& service) {
-  CoInitialize(nullptr);
+RegisteredDiscService::RegisteredDiscService(FakeDiscService& service)
+    : isInitialized_(SUCCEEDED(CoInitialize(nullptr))) {
   const auto add = [&](REFCLSID clsid, const char* name, auto make) {
     const auto create = [&service, name, make](REFIID riid, void** object) {
       const HRESULT planned = service.Enter(std::string("Create ") + name);
@@ -73,7 +73,7 @@ RegisteredDiscService::RegisteredDiscService(FakeDiscService& service) {
 
 RegisteredDiscService::~RegisteredDiscService() {
   for (const DWORD cookie : cookies_) CoRevokeClassObject(cookie);
-  CoUninitialize();
+  if (isInitialized_) CoUninitialize();
 }
 
 }  // namespace quillon::test

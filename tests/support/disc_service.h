@@ -26,6 +26,7 @@ struct FakeDisc {
   bool isErasable = false;  // by the erase format
   bool isPhysicallyBlank = true;
   bool isHeuristicallyBlank = true;
+  bool isBlankToEraser = false;  // the erase format finds nothing on it, whatever there is
   LONG freeSectors = 1000;
   LONG totalSectors = 1000;
   std::vector<LONG> speeds = {1800, 3600};
@@ -38,7 +39,8 @@ struct FakeDisc {
 FakeDisc rewritableDiscWithData();
 
 struct FakeDrive {
-  Text uniqueId = OLESTR("drive-1");
+  Text uniqueId = OLESTR("drive-1");            // as enumerated
+  std::optional<Text> activeId = std::nullopt;  // as it says itself, when that is another
   Text vendor = OLESTR("TARN ");
   Text product = OLESTR(" BURNER");
   Text revision = OLESTR("1.00");
@@ -78,6 +80,7 @@ ComPtr<IErrorInfo> errorObject(Text description);
 struct FakeDiscService {
   bool isSupportedEnvironment = true;
   std::vector<FakeDrive> drives = {FakeDrive{}};
+  VARTYPE idType = VT_BSTR;  // of the identifiers that are enumerated
   // Element types of the arrays of numbers and of the array of write speeds.
   VARTYPE numberType = VT_I4;
   VARTYPE speedType = VT_I4;
@@ -115,6 +118,7 @@ class RegisteredDiscService {
   RegisteredDiscService& operator=(const RegisteredDiscService&) = delete;
 
  private:
+  bool isInitialized_;
   std::vector<DWORD> cookies_;
 };
 

@@ -40,8 +40,9 @@ class Drives final : public Booked<ComObject<IEnumVARIANT, IID_IEnumVARIANT>> {
     return Run("Next", [&] {
       *fetched = next_ < service_.drives.size() ? 1 : 0;
       if (*fetched == 0) return S_FALSE;
-      item->vt = VT_BSTR;
-      return putText(service_.drives[next_++].uniqueId, &item->bstrVal);
+      item->vt = service_.idType;
+      const Text& id = service_.drives[next_++].uniqueId;
+      return item->vt == VT_BSTR ? putText(id, &item->bstrVal) : S_OK;
     });
   }
   HRESULT STDMETHODCALLTYPE Skip(ULONG) override { return E_NOTIMPL; }
@@ -101,8 +102,9 @@ class Recorder final : public Booked<DispatchObject<IDiscRecorder2, IID_IDiscRec
     });
   }
   HRESULT STDMETHODCALLTYPE get_ActiveDiscRecorder(BSTR* out) override {
-    return OnDrive("get_ActiveDiscRecorder",
-                   [&](FakeDrive& drive) { return putText(drive.uniqueId, out); });
+    return OnDrive("get_ActiveDiscRecorder", [&](FakeDrive& drive) {
+      return putText(drive.activeId.value_or(drive.uniqueId), out);
+    });
   }
   HRESULT STDMETHODCALLTYPE get_VendorId(BSTR* out) override {
     return OnDrive("get_VendorId", [&](FakeDrive& drive) { return putText(drive.vendor, out); });
@@ -191,7 +193,7 @@ class Format : public Booked<DispatchObject<Interface, IID_IDiscFormat2, kId>> {
   }
   HRESULT STDMETHODCALLTYPE get_MediaHeuristicallyBlank(VARIANT_BOOL* out) override {
     return OnDisc("get_MediaHeuristicallyBlank",
-                  [&](FakeDisc& disc) { return putFlag(out, disc.isHeuristicallyBlank); });
+                  [&](FakeDisc& disc) { return putFlag(out, FindsBlank(disc)); });
   }
   HRESULT STDMETHODCALLTYPE get_SupportedMediaTypes(SAFEARRAY** out) override {
     return this->Run("get_SupportedMediaTypes", [&] {
@@ -211,6 +213,9 @@ class Format : public Booked<DispatchObject<Interface, IID_IDiscFormat2, kId>> {
  protected:
   [[nodiscard]] virtual bool SupportsDrive(const FakeDrive& drive) const = 0;
   [[nodiscard]] virtual bool SupportsDisc(const FakeDisc& disc) const = 0;
+  [[nodiscard]] virtual bool FindsBlank(const FakeDisc& disc) const {
+    return disc.isHeuristicallyBlank;
+  }
 
   template <typename Work>
   HRESULT OnDisc(const char* method, const Work& work) {
@@ -347,6 +352,9 @@ class EraseFormat final : public Format<IDiscFormat2Erase, IID_IDiscFormat2Erase
  protected:
   [[nodiscard]] bool SupportsDrive(const FakeDrive& drive) const override { return drive.canErase; }
   [[nodiscard]] bool SupportsDisc(const FakeDisc& disc) const override { return disc.isErasable; }
+  [[nodiscard]] bool FindsBlank(const FakeDisc& disc) const override {
+    return disc.isHeuristicallyBlank || disc.isBlankToEraser;
+  }
 
  private:
   bool isFull_ = false;
