@@ -158,7 +158,7 @@ bool CFileUtil::DeleteAllFiles(TextView dir, bool recurse) {
   bool succeeded = true;
   {
     FindHandle found{Text(kEveryName)};
-    if (!found.IsOpen()) return Fail(kMsgFileSpecificationInvalid, {kEveryName});
+    if (!found.IsOpen()) return FailAt(dir, kMsgFileSpecificationInvalid, {kEveryName});
     do {
       succeeded = IsDotEntry(found.Entry()) || DeleteEntry(found.Entry(), recurse);
     } while (succeeded && found.Next());

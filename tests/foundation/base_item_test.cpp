@@ -193,6 +193,16 @@ TEST(BaseList, KeepsOrderAndRefusesNull) {
   for (std::size_t i = 0; i < list.GetCount(); ++i) order.push_back(list.At(i)->GetItemValue());
   EXPECT_EQ(order, (std::vector<std::uint32_t>{21, 11, 22, 12}));
 
+  const auto byValue = [](const CBaseItem& a, const CBaseItem& b) {
+    return a.GetItemValue() < b.GetItemValue();
+  };
+  list.Sort(byValue, /*stable=*/false);
+  for (std::size_t i = 1; i < list.GetCount(); ++i) {
+    EXPECT_LT(list.At(i - 1)->GetItemValue(), list.At(i)->GetItemValue());
+  }
+  while (list.GetCount() > 1) list.RemoveLast();
+  list.Sort([](const CBaseItem&, const CBaseItem&) { return ADD_FAILURE(), false; }, true);
+
   list.RemoveAll();
   EXPECT_EQ(alive, 0);
   EXPECT_EQ(list.GetCount(), 0u);
@@ -203,6 +213,9 @@ TEST(BaseList, DestroysItemsOnlyWhenItOwnsThem) {
   Counted item(1, &alive);
   {
     CBaseList forgets;
+    forgets.Add(&item);
+    forgets.RemoveAll();
+    EXPECT_EQ(forgets.GetCount(), 0u);
     forgets.Add(&item);
     COwningList<Counted> owns;
     owns.Add(new Counted(2, &alive));

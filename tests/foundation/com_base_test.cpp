@@ -7,6 +7,7 @@ namespace quillon {
 namespace {
 
 using test::ErrorOf;
+using test::Plain;
 using test::systemSentence;
 
 constexpr UINT kNoSuchMessage = 0;
@@ -120,6 +121,10 @@ TEST(ProcessError, GivesTheTextOfTheCaughtException) {
         wrapper.ProcessError(error, kMsgMethodThrew, OLESTR("CXmlDocument"), OLESTR("Load")));
     EXPECT_EQ(ErrorOf(wrapper),
               "CXmlDocument::Load threw an exception for this reason:  " + c.expected);
+    SetLastError(c.lastError);
+    EXPECT_FALSE(wrapper.ProcessError(error, kNoSuchMessage, OLESTR("CStorage"), OLESTR("Open")));
+    EXPECT_EQ(ErrorOf(wrapper),
+              "The operation failed." + Plain(SystemText(c.lastError)) + c.expected);
     SetLastError(c.lastError);
     EXPECT_FALSE(wrapper.ProcessError(error, _bstr_t()));
     EXPECT_EQ(ErrorOf(wrapper), c.expected.empty() ? "The operation failed." : c.expected);

@@ -306,5 +306,62 @@ TEST_F(LinuxFiles, TheTemporaryDirectoryEndsInASeparator) {
   EXPECT_EQ(ErrorOf(files_), "The filename or extension is too long.");
 }
 
+// What a directory holds that may be entered and not be listed is not known, and never nothing.
+TEST_F(WithoutRights, ADirectoryThatCannotBeListedIsAFailure) {
+  const Text tree = Wide("out/tree");
+  std::uint32_t count = 99;
+  std::uint64_t sizeBytes = 99;
+  const std::pair<const char*, std::function<bool(CFileUtil&)>> cases[] = {
+      {"count", [&](CFileUtil& f) { return f.CountFiles(count, tree, u"*.*", true); }},
+      {"size", [&](CFileUtil& f) { return f.GetDirectorySize(sizeBytes, tree, u"*.*", true); }},
+      {"copy", [&](CFileUtil& f) { return f.CopyDirectory(Wide("out/to"), tree, u"*.*", true); }},
+      {"empty", [&](CFileUtil& f) { return f.DeleteAllFiles(tree, true); }},
+      {"delete", [&](CFileUtil& f) { return f.DeleteDirectoryTree(tree, true); }},
+  };
+  Write("out/tree/sub/kept", "content");
+  fs::create_directory(dir_ / "out/to");
+  fs::permissions(dir_ / "out/tree/sub", fs::perms{0300});
+  for (const auto& [what, operation] : cases) {
+    SCOPED_TRACE(what);
+    fs::current_path(dir_ / "out/tree");
+    CFileUtil files;
+    EXPECT_FALSE(operation(files));
+    EXPECT_EQ(ErrorOf(files), "The file specification *.* is invalid.");
+    EXPECT_EQ(Plain(files.FailedReason()), "Access is denied.");
+    EXPECT_EQ(Read("out/tree/sub/kept"), "content");
+  }
+  EXPECT_EQ(count + sizeBytes, 0u);
+}
+
+// Whoever cannot go back to where it was is elsewhere, and its relative names with it.
+TEST_F(WithoutRights, AWorkingDirectoryThatCannotBeEnteredAgainIsAFailure) {
+  fs::create_directories(dir_ / "out/locked/work");
+  fs::current_path(dir_ / "out/locked/work");
+  std::uint32_t count = 99;
+  const std::function<bool()> operations[] = {
+      [&] { return files_.CountFiles(count, Wide("out"), u"*.*", /*recurse=*/false); },
+      [&] { return files_.CreateDirectoryTree(u"sub"); }};
+  for (const auto& operation : operations) {
+    fs::permissions(dir_ / "out/locked", fs::perms::none);
+    files_.ClearError();
+    EXPECT_FALSE(operation());
+    EXPECT_EQ(ErrorOf(files_), "Cannot change to the directory " + Name("out/locked/work") +
+                                   " for this reason:  Access is denied.");
+    fs::permissions(dir_ / "out/locked", fs::perms{0700});
+  }
+  EXPECT_EQ(count, 0u);
+  EXPECT_TRUE(Exists("out/locked/work/sub"));
+}
+
+// Server and share are directories like others here.
+TEST_F(LinuxFiles, TreesOfASharedDirectoryAreCreatedAndDeleted) {
+  const Text share = u"/" + Wide("share/a/b");
+  EXPECT_TRUE(files_.CreateDirectoryTree(share)) << ErrorOf(files_);
+  EXPECT_TRUE(Exists("share/a/b"));
+  EXPECT_TRUE(files_.DeleteDirectoryTree(share, /*recurse=*/true)) << ErrorOf(files_);
+  EXPECT_FALSE(Exists("share/a/b"));
+  EXPECT_TRUE(Exists("share/a"));
+}
+
 }  // namespace
 }  // namespace quillon

@@ -33,6 +33,18 @@ TEST(PathInfo, SplitsAtTheLastSeparatorAndTheLastDot) {
   }
 }
 
+TEST(FileUtilSplit, RefusesWhatIsNoPath) {
+  CFileUtil files;
+  CPathInfo parts;
+  EXPECT_TRUE(files.Split(OLESTR("C:\\a\\b.c"), parts));
+  EXPECT_EQ(parts.FileName() + parts.Extension(), OLESTR("b.c"));
+  EXPECT_FALSE(files.Split({}, parts));
+  EXPECT_EQ(ErrorOf(files), "The path name is invalid.");
+  const Text at261 = Text(261, OLESTR('n'));
+  EXPECT_FALSE(files.Split(at261, parts));
+  EXPECT_EQ(ErrorOf(files), "The path name " + Plain(at261) + " is longer than 260 characters.");
+}
+
 // One row for each kind of path that a host may give, with its verdict: empty when it is accepted.
 TEST(ValidatePath, GivesEveryPathItsVerdict) {
   const std::string nameSet = "\\/:*?\"<>|";
