@@ -200,6 +200,19 @@ TEST(ObjectProperties, CannotHoldEveryText) {
                            true);
   EXPECT_FALSE(longNumber.succeeded);
   EXPECT_EQ(longNumber.message, "The image number from " + Plain(longNumber.path) + " is invalid.");
+  // The second has no room for the planar configuration that is put behind it.
+  for (const auto& [length, samples] : {std::pair{1025, 1}, std::pair{1024, 3}}) {
+    const ElementMap named =
+        test::imageElements()
+            .text(0x00280004, "CS", std::string(static_cast<std::size_t>(length), 'M'))
+            .us(0x00280002, {static_cast<std::uint16_t>(samples)});
+    const Reading longName(named, false);
+    EXPECT_FALSE(longName.succeeded);
+    EXPECT_EQ(longName.message,
+              "The photometric interpretation property value (0028, 0004) in the image is "
+              "invalid.");
+    EXPECT_TRUE(Reading(named, true).succeeded);
+  }
 
   const TempDir directory;
   std::filesystem::path below = directory.path();

@@ -208,6 +208,48 @@ TEST(HeaderXml, TakesTheMetaGroupFromTheDataSetThatHoldsIt) {
                            kEnd);
 }
 
+TEST(HeaderXml, WritesAllThatTheMetaGroupOfAFileHolds) {
+  // Group 0002 begins with its length: what is put at its end is counted there.
+  constexpr std::size_t kLengthAt = 140;
+  Bytes file = test::dicomFile(ElementMap().us(0x00280010, {1}).bytes(), ElementMap::kSopClass,
+                               ElementMap::kSopInstance, test::kExplicitLittleUid);
+  const Bytes more = test::DataSetBytes()
+                         .text(0x00020016, "AE", "SENDER")
+                         .text(0x00020100, "UI", "1.2.3.4")
+                         .raw(0x00020102, "OB", {5, 6})
+                         .take();
+  const std::size_t length = file[kLengthAt] + (std::size_t{file[kLengthAt + 1]} << 8);
+  file.insert(file.begin() + static_cast<std::ptrdiff_t>(kLengthAt + 4 + length), more.begin(),
+              more.end());
+  file[kLengthAt] = static_cast<std::uint8_t>(length + more.size());
+  file[kLengthAt + 1] = static_cast<std::uint8_t>((length + more.size()) >> 8);
+  const TempDir dir;
+  test::writeBytes(dir / "private.dcm", file);
+  CDicomUtil util;
+  Text out;
+  ASSERT_TRUE(util.ReadFile(test::WideOf(dir / "private.dcm"), true));
+  ASSERT_TRUE(util.GetHeaderXml(out, kMaxValues, false));
+  const std::string expected =
+      line("00020016", "AE", "1", "sourceApplicationEntityTitle", "SENDER") +
+      line("00020100", "UI", "1", "privateInformationCreatorUid", "1.2.3.4") +
+      line("00020102", "OB", "2", "privateInformation", values({"5", "6"})) +
+      line("00280010", "US", "1", "rows", "1") + kEnd;
+  EXPECT_TRUE(utf8(out).ends_with(expected)) << utf8(out);
+}
+
+// No file holds one: its VR is one that only the toolkit's own callers can give an element.
+TEST(HeaderXml, EndsAtARunOfBytesThatHasOtherEntries) {
+  DcElemList list;
+  auto element = std::make_unique<DcElem>(dcTag(0x0009, 0x1010), DcVr::XL);
+  const std::uint8_t longs[8] = {1, 0, 0, 0, 2};
+  ASSERT_EQ(element->parseVal(longs, sizeof longs, DcUid::ExplicitLittleEndian), kDcOk);
+  list.add(std::move(element));
+  CDicomUtil util(list);
+  Text out;
+  EXPECT_FALSE(util.GetHeaderXml(out, kMaxValues, false));
+  EXPECT_EQ(utf8(out).find("1010"), std::string::npos);
+}
+
 TEST(HeaderXml, FailsWithoutADataSetOrAValue) {
   CDicomUtil unread;
   Text out = OLESTR("before");

@@ -1,11 +1,13 @@
-// Objects when memory runs out.
+// Objects when memory runs out or the disk fails.
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <new>
 #include <string>
 
 #include "dicomobjects/dicom_object_list.h"
 #include "element_map.h"
+#include "support/failing_calls.h"
 #include "support/failing_new.h"
 
 namespace quillon {
@@ -98,6 +100,21 @@ TEST(ReadingAFile, WithoutMemoryIsWholeOrSaysThatItIsNot) {
       return std::string(isWhole ? "whole" : "incomplete");
     });
     EXPECT_EQ(outcomes, (std::set<std::string>{"incomplete", "refused", "whole"}));
+  }
+}
+
+TEST(ReadingBytesOfAFile, FailsWhereTheDiskDoes) {
+  const TempDir directory;
+  test::writeText(directory / "ten", "0123456789");
+  const auto read = [&](CBuffer& buffer) {
+    return CDicomUtil::ReadUNCToBuffer(test::WideOf(directory / "ten"), 2, 3, buffer);
+  };
+  for (const test::Call call : {test::Call::Open, test::Call::Seek, test::Call::Read}) {
+    CBuffer buffer;
+    const test::FailingCall failing(call, 1, EIO);
+    EXPECT_FALSE(read(buffer));
+    EXPECT_TRUE(failing.happened());
+    EXPECT_TRUE(read(buffer)) << "nothing is left open";
   }
 }
 

@@ -87,6 +87,14 @@ class FakeDocument final : public platform::DocumentBase {
  public:
   explicit FakeDocument(Behaviour& behaviour) : behaviour_(behaviour) {}
 
+  // It is not the layer's own, whatever it shares with it.
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** object) override {
+    if (!IsEqualIID(riid, platform::kIidOwnDocument)) {
+      return DocumentBase::QueryInterface(riid, object);
+    }
+    *object = nullptr;
+    return E_NOINTERFACE;
+  }
   HRESULT STDMETHODCALLTYPE get_nodeName(BSTR*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_nodeType(DOMNodeType*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_nodeTypeString(BSTR*) override { return E_NOTIMPL; }
@@ -259,6 +267,17 @@ TEST(AsynchronousLoading, IsSetOnlyWhenItChanges) {
   EXPECT_EQ(errorOf(document), "Cannot set the asynchronous operation state.");
   EXPECT_FALSE(document.SetAsynchronous(true));
   EXPECT_EQ(library.behaviour.asyncValues.size(), 4U);
+}
+
+TEST(XmlDocumentMessages, RefuseAStylesheetOfAnotherLibrary) {
+  CXmlDocument document;
+  ASSERT_TRUE(document.SetCurrentXMLDocument(u"<a/>", false));
+  const FakeLibrary another;
+  const CXmlDocument sheet;
+  Text out = u"before";
+  EXPECT_FALSE(document.TransformXMLDocument(sheet, out, false));
+  EXPECT_EQ(errorOf(document), "The stylesheet is not a document of this XML library.");
+  EXPECT_EQ(out, u"");
 }
 
 TEST(XmlDocumentSources, ThatCannotBeCreatedFailWithASentence) {
