@@ -140,7 +140,11 @@ bool CXmlDocument::SetCurrentXMLDocument(TextView xmlText, bool async) {
 
 bool CXmlDocument::SetCurrentXMLDocumentFromLocation(TextView location, bool async) {
   if (location.empty()) return Fail(kMsgXmlLocationInvalid);
-  if (IsUrl(location)) return SetCurrentXMLDocumentViaHTTP(location, /*async=*/false);
+  if (IsUrl(location)) {
+    return Guarded(kMsgLoadXmlDocumentThrew, kMsgCannotLoadXmlDocument, location,
+                   OLESTR("SetCurrentXMLDocumentFromLocation"),
+                   [&] { return SetCurrentXMLDocumentViaHTTP(location, /*async=*/false); });
+  }
   if (!SetAsynchronous(async)) return false;
   return Guarded(kMsgLoadXmlDocumentThrew, kMsgCannotLoadXmlDocument, location,
                  OLESTR("SetCurrentXMLDocumentFromLocation"), [&] {

@@ -12,6 +12,7 @@
 
 #include "platform/com/com_object.h"
 #include "support/com_class.h"
+#include "support/failing_new.h"
 #include "support/http_server.h"
 #include "xml/document_base.h"
 
@@ -28,6 +29,23 @@ TEST(XmlDocumentSources, AreLoadedFromServers) {
   EXPECT_TRUE(document.SetCurrentXMLDocumentFromLocation(
       WidenText(server.url("/sheet.xsl"), CP_UTF8), false))
       << errorOf(document);
+}
+
+TEST(XmlDocumentSources, FailWithASentenceWhenMemoryRunsOut) {
+  const std::string url = test::urlThatRefuses();
+  const Text location = WidenText(url, CP_UTF8);
+  CXmlDocument().SetCurrentXMLDocumentFromLocation(location, false);  // what is made once only
+  const auto outcomes = test::withEachAllocationFailing([&](long n, bool& happened) {
+    CXmlDocument document;
+    {
+      const test::FailingNew failing(n);
+      EXPECT_FALSE(document.SetCurrentXMLDocumentFromLocation(location, false));
+      happened = failing.happened();
+    }
+    return errorOf(document);
+  });
+  EXPECT_TRUE(outcomes.contains("Cannot load the current XML document from \"" + url + ".\""));
+  EXPECT_FALSE(outcomes.contains(""));
 }
 
 TEST(XmlDocumentSources, TakeFourSpellingsOfAPrefixForAUrl) {

@@ -1,5 +1,6 @@
 #include "xml/dom_document.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -34,14 +35,26 @@ class DomDocument final : public DocumentBase {
   HRESULT STDMETHODCALLTYPE get_async(VARIANT_BOOL* isAsync) override {
     return answerValue(async_, isAsync);
   }
-  // Documents are whole when load returns, so there is nothing to wait for either way.
   HRESULT STDMETHODCALLTYPE put_async(VARIANT_BOOL isAsync) override {
     async_ = isAsync == VARIANT_FALSE ? VARIANT_FALSE : VARIANT_TRUE;
     return S_OK;
   }
+  // Nothing runs beside the caller here: an asynchronous load goes on when its state is asked for,
+  // as elsewhere while its caller waits for messages.
   HRESULT STDMETHODCALLTYPE get_readyState(LONG* state) override {
-    constexpr LONG kComplete = 4;
-    return answerValue(kComplete, state);
+    return withoutExceptions([&] {
+      constexpr LONG kLoading = 1;
+      constexpr LONG kComplete = 4;
+      if (!pendingLocation_) return answerValue(kComplete, state);
+      const std::u16string location = *pendingLocation_;
+      pendingLocation_.reset();
+      read(location, nullptr);
+      return answerValue(kLoading, state);
+    });
+  }
+  HRESULT STDMETHODCALLTYPE abort() override {
+    pendingLocation_.reset();
+    return S_OK;
   }
   HRESULT STDMETHODCALLTYPE get_url(BSTR* url) override { return answerText(url_, url); }
 
@@ -53,14 +66,17 @@ class DomDocument final : public DocumentBase {
     });
   }
 
+  // An asynchronous load, which is what a new document does, only begins here.
   HRESULT STDMETHODCALLTYPE load(VARIANT source, VARIANT_BOOL* isSuccessful) override {
     return withoutExceptions([&] {
+      if (isSuccessful != nullptr) *isSuccessful = VARIANT_FALSE;
       const bool isReference = source.vt == (VT_BSTR | VT_BYREF);
       if (source.vt != VT_BSTR && !(isReference && source.pbstrVal != nullptr)) return E_INVALIDARG;
       const std::u16string location(unitsOf(isReference ? *source.pbstrVal : source.bstrVal));
-      XmlFailure failure;
-      XmlDocument document = parseFile(location, failure);
-      return take(std::move(document), failure, location, isSuccessful);
+      if (async_ == VARIANT_FALSE) return read(location, isSuccessful);
+      take(nullptr, {}, {}, nullptr);
+      pendingLocation_ = location;
+      return isSuccessful == nullptr ? S_OK : answerValue(VARIANT_TRUE, isSuccessful);
     });
   }
 
@@ -73,6 +89,7 @@ class DomDocument final : public DocumentBase {
 
   HRESULT STDMETHODCALLTYPE get_xml(BSTR* xml) override {
     return withoutExceptions([&] {
+      if (pendingLocation_) return E_PENDING;
       if (document_ == nullptr) return answerText({}, xml);
       XmlCall call;
       xmlChar* bytes = nullptr;
@@ -98,6 +115,9 @@ class DomDocument final : public DocumentBase {
         return refuse(E_INVALIDARG, u"The stylesheet is not a document of this XML library.");
       }
       const auto& sheet = static_cast<const DomDocument&>(*own);
+      if (pendingLocation_ || sheet.pendingLocation_) {
+        return refuse(E_PENDING, u"The document is still being loaded.");
+      }
       if (document_ == nullptr) return refuse(E_FAIL, u"The document is empty.");
       if (sheet.document_ == nullptr) return refuse(E_FAIL, u"The stylesheet is empty.");
       std::u16string result;
@@ -111,9 +131,16 @@ class DomDocument final : public DocumentBase {
   }
 
  private:
+  HRESULT read(const std::u16string& location, VARIANT_BOOL* isSuccessful) {
+    XmlFailure failure;
+    XmlDocument document = parseFile(location, failure);
+    return take(std::move(document), failure, location, isSuccessful);
+  }
+
   // What was in the document before is gone, whether or not the new one can be read.
   HRESULT take(XmlDocument document, const XmlFailure& failure, const std::u16string& url,
                VARIANT_BOOL* isSuccessful) {
+    pendingLocation_.reset();
     document_ = std::move(document);
     loadFailure_ = failure;
     transformFailure_ = {};
@@ -133,6 +160,7 @@ class DomDocument final : public DocumentBase {
   XmlFailure loadFailure_;
   XmlFailure transformFailure_;
   std::u16string url_;
+  std::optional<std::u16string> pendingLocation_;  // of a load that was only begun
   VARIANT_BOOL async_ = VARIANT_TRUE;
 };
 

@@ -18,14 +18,19 @@ std::string bytesOf(const VARIANT& argument) {
   return argument.vt == VT_BSTR ? nativeFromWide(unitsOf(argument.bstrVal)) : std::string();
 }
 
-// A request is sent and answered within send, also when the caller asked for an asynchronous one:
-// its answer is there when send returns.
+// Asynchronous is what one says nothing about. Nothing runs beside the caller here, and an answer
+// that were there when send returns would hide from him that elsewhere he has to wait for it.
+bool isSynchronous(const VARIANT& async) {
+  return async.vt == VT_BOOL && async.boolVal == VARIANT_FALSE;
+}
+
 class HttpComponent final : public DispatchObject<IXMLHTTPRequest, kIidXmlHttpRequest> {
  public:
-  HRESULT STDMETHODCALLTYPE open(BSTR method, BSTR url, VARIANT, VARIANT user,
+  HRESULT STDMETHODCALLTYPE open(BSTR method, BSTR url, VARIANT async, VARIANT user,
                                  VARIANT password) override {
     return withoutExceptions([&] {
       state_ = kUninitialized;
+      if (!isSynchronous(async)) return fail({E_NOTIMPL, "Only synchronous requests are known."});
       if (unitsOf(method) != u"GET") return fail({E_INVALIDARG, "Only the method GET is known."});
       HttpRequest request{nativeFromWide(unitsOf(url)), bytesOf(user), bytesOf(password)};
       const HttpFailure failure = checkUrl(request.url);

@@ -17,6 +17,7 @@
 #include <mutex>
 
 #include "xml/document_parser.h"
+#include "xml/file_location.h"
 #include "xml/messages.h"
 
 namespace quillon::platform {
@@ -164,6 +165,17 @@ void prepareLibraries() {
   });
 }
 
+std::string sentenceAboutInstruction(const std::string& message, xmlNode* instruction) {
+  if (instruction == nullptr) return sentenceWithPlace(message, {}, 0, 0);
+  const xmlDoc* const document = instruction->doc;
+  const bool hasFile = document != nullptr && document->URL != nullptr;
+  std::string ignored;
+  const std::string file =
+      hasFile ? pathOfLocation(reinterpret_cast<const char*>(document->URL), ignored).value_or("")
+              : std::string();
+  return sentenceWithPlace(message, file, static_cast<int>(xmlGetLineNo(instruction)), 0);
+}
+
 void appendWithin(std::string& text, const std::string& more) {
   if (text.size() < kLongestMessages) text += more;
 }
@@ -204,6 +216,12 @@ void XmlCall::refuse(const std::string& reason) {
 void XmlCall::addError(const std::string& text) { appendWithin(errors_, text); }
 
 void XmlCall::addXsltPiece(const std::string& text) {
+  // The library says so beside the error that it would be, leaves the instruction out and goes on.
+  if (context_ != nullptr) {
+    if (const std::string_view name = instructionNotCompiled(text); !name.empty()) {
+      return refuse(sentenceAboutInstruction("unknown xsl:" + std::string(name), context_->inst));
+    }
+  }
   const bool isMessageOfError = isAfterPlace_ || context_ == nullptr;
   isAfterPlace_ = !isAfterPlace_ && isPlaceOfError(text);
   if (isMessageOfError || isAfterPlace_) {

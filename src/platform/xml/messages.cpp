@@ -103,6 +103,19 @@ std::string sentenceWithPlace(std::string_view message, std::string_view file, i
 
 bool isPlaceOfError(std::string_view text) { return placeIn(text).has_value(); }
 
+std::string_view instructionNotCompiled(std::string_view text) {
+  constexpr std::string_view kStart = "xsltApplySequenceConstructor: ";
+  constexpr std::string_view kEnd = " was not compiled";
+  text = trimmed(text);
+  if (!text.starts_with(kStart) || !text.ends_with(kEnd)) return {};
+  if (text.size() <= kStart.size() + kEnd.size()) return {};
+  return text.substr(kStart.size(), text.size() - kStart.size() - kEnd.size());
+}
+
+bool namesUnknownInstruction(std::string_view errors) {
+  return errors.find("xsltStylePreCompute: unknown xsl:") != std::string_view::npos;
+}
+
 std::string sentenceOfXslt(std::string_view errors, std::string_view fallback) {
   constexpr std::string_view kWarningOfVersion = "xsl:version: only ";
   Place place;

@@ -128,7 +128,8 @@ bool transformDocument(const xmlDoc* source, const xmlDoc* stylesheet,
   call.limit(limits);
   if (stylesheet->URL == nullptr) call.forbidFiles();
   const Stylesheet compiled = compile(stylesheet);
-  if (compiled == nullptr || !call.refusal().empty() || compiled->errors != 0) {
+  if (compiled == nullptr || !call.refusal().empty() || compiled->errors != 0 ||
+      namesUnknownInstruction(call.errors())) {
     setFailure(call, "The document is not a stylesheet", failure);
     return false;
   }

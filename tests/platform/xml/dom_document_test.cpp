@@ -190,5 +190,31 @@ TEST_F(DomDocumentTest, WhatIsNoFileIsNotLoaded) {
   }
 }
 
+// As elsewhere, where a new document loads that way until it is told otherwise.
+TEST_F(DomDocumentTest, AnAsynchronousLoadHasOnlyBegunWhenItReturns) {
+  writeText("good.xml", "<a/>");
+  for (const std::string name : {"good.xml", "missing.xml"}) {
+    SCOPED_TRACE(name);
+    const bool isGood = name == "good.xml";
+    const ComPtr<IXMLDOMDocument> document = newDocument();
+    EXPECT_EQ(loadText(*document, "<old/>"), S_OK);
+    EXPECT_EQ(document->put_async(VARIANT_TRUE), S_OK);
+    EXPECT_EQ(loadFile(*document, name), S_OK) << "of a missing file too";
+    EXPECT_EQ(parseErrorOf(*document).code, 0);
+    CallText text;
+    EXPECT_EQ(document->get_xml(text.put()), E_PENDING);
+    const ComPtr<IXMLDOMDocument> other = documentOfText("<b/>");
+    EXPECT_EQ(transform(*document, *other).result, E_PENDING);
+    EXPECT_EQ(transform(*other, *document).result, E_PENDING);
+    LONG state = 0;
+    for (const LONG expected : {1, 4, 4}) {
+      EXPECT_EQ(document->get_readyState(&state), S_OK);
+      EXPECT_EQ(state, expected);
+    }
+    EXPECT_EQ(parseErrorOf(*document).code == 0, isGood);
+    EXPECT_EQ(xmlOf(*document).empty(), !isGood);
+  }
+}
+
 }  // namespace
 }  // namespace quillon::test

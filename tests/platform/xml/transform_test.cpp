@@ -24,6 +24,12 @@ std::string sheetOf(const std::string& body, const std::string& top = "") {
          top + "<xsl:template match=\"/\">" + body + "</xsl:template></xsl:stylesheet>";
 }
 
+// Where an instruction that is not known is no fault by itself.
+std::string ofVersion2(const std::string& body) {
+  std::string sheet = sheetOf(body);
+  return sheet.replace(sheet.find("1.0"), 3, "2.0");
+}
+
 std::string outputOf(const std::string& command) {
   const std::unique_ptr<FILE, int (*)(FILE*)> pipe(::popen(command.c_str(), "r"), ::pclose);
   std::string output;
@@ -81,6 +87,10 @@ TEST_F(TransformTest, TheTextIsWhatTheStylesheetAsksFor) {
        "2"},
       {"a message that ends nothing",
        sheetOf("<xsl:message>hello</xsl:message>x", "<xsl:output method=\"text\"/>"), "x"},
+      {"a way round an instruction of a later language",
+       ofVersion2("<xsl:foo><xsl:fallback>x</xsl:fallback></xsl:foo>"
+                  "<xsl:if test=\"0\"><xsl:foo/></xsl:if>"),
+       "<?xml version=\"1.0\"?>\nx\n"},
       {"a character beyond 16 bits", sheetOf("\xF0\x9F\x98\x80", "<xsl:output method=\"text\"/>"),
        "\xF0\x9F\x98\x80"},
   };
@@ -113,6 +123,12 @@ TEST_F(TransformTest, AFailureSaysWhyInBothPlaces) {
        sheetOf("<b xsl:use-attribute-sets=\"s\"/>",
                "<xsl:attribute-set name=\"s\" use-attribute-sets=\"s\"/>"),
        "xsl:attribute-set : use-attribute-sets recursion detected on s."},
+      {"an unknown instruction", sheetOf("<b/><xsl:valueof select=\".\"/>"),
+       "unknown xsl:valueof" + place},
+      {"one that is never reached", sheetOf("<xsl:if test=\"0\"><xsl:foo/></xsl:if>x"),
+       "unknown xsl:foo" + place},
+      {"one of a later language", ofVersion2("<b/><xsl:for-each-group select=\".\"/>"),
+       "unknown xsl:for-each-group" + place},
       {"a missing template", sheetOf("<xsl:call-template name=\"none\"/>"),
        "The called template 'none' was not found" + place},
       {"its own word", sheetOf("<xsl:message terminate=\"yes\">No patient\nhere</xsl:message>"),

@@ -24,6 +24,7 @@ ComPtr<IXMLDOMDocument> XmlLayerTest::newDocument() {
   EXPECT_EQ(CoCreateInstance(kClsidDomDocument, nullptr, CLSCTX_ALL, IID_IXMLDOMDocument,
                              document.PutVoid()),
             S_OK);
+  EXPECT_EQ(document->put_async(VARIANT_FALSE), S_OK);
   return document;
 }
 
