@@ -3,13 +3,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
+#include <cstdlib>
 
 #include "platform/win32/files.h"
 #include "win32/environment.h"
 #include "win32/file_status.h"
 #include "win32/last_error.h"
+#include "win32/open_files.h"
 #include "win32/path_translation.h"
 
 namespace quillon::platform {
@@ -78,7 +82,15 @@ BOOL removeFile(const NativePath& path) {
   if (!statusAt(AT_FDCWD, path.c_str(), status, isLink)) return failWithErrno(errno, path);
   // A link to a directory is a directory on Windows; RemoveDirectoryW takes it away.
   if (S_ISDIR(status.st_mode) || (!isLink && isKept(status))) return failWith(ERROR_ACCESS_DENIED);
+  // Kept under each of its names; one who has it open by a link does not have the link open.
+  if (!isLink && openFiles().keepsName(status)) return failWith(ERROR_SHARING_VIOLATION);
   return ::unlink(path.c_str()) == 0 ? TRUE : failWithErrno(errno, path);
+}
+
+// Without links; empty when it leads nowhere.
+std::string realPath(const std::string& path) {
+  std::array<char, PATH_MAX> real;
+  return ::realpath(path.c_str(), real.data()) == nullptr ? std::string() : real.data();
 }
 
 bool isSameFile(const struct stat& a, const struct stat& b) {
@@ -118,7 +130,8 @@ BOOL replaceTarget(const NativePath& from, const NativePath& to) {
       if (isSameName(from, to)) return TRUE;
       return ::unlink(from.c_str()) == 0 ? TRUE : failWithErrno(errno, from);
     }
-    if (S_ISDIR(source.st_mode) || S_ISDIR(target.st_mode) || isKept(target)) {
+    if (S_ISDIR(source.st_mode) || S_ISDIR(target.st_mode) || isKept(target) ||
+        openFiles().isOpen(target)) {
       return failWith(ERROR_ACCESS_DENIED);
     }
   }
@@ -154,11 +167,31 @@ void syncNames(const NativePath& from, const NativePath& to) {
   if (source != target) syncDirectory(source);
 }
 
+// What is open keeps its name, and a directory keeps it for what is open below it and for the
+// working directory, which Windows has open too. A lock on the directory itself is no such handle:
+// it is this system's own way to hold one. 0, or the code of the refusal.
+DWORD codeOfOpen(const NativePath& from) {
+  struct stat status {};
+  if (::lstat(from.c_str(), &status) != 0) return ERROR_SUCCESS;  // the renaming tells why
+  if (!S_ISDIR(status.st_mode)) {
+    return openFiles().keepsName(status) ? ERROR_SHARING_VIOLATION : ERROR_SUCCESS;
+  }
+  struct stat here {};
+  if (::stat(".", &here) == 0 && isSameFile(here, status)) return ERROR_SHARING_VIOLATION;
+  const std::string directory = realPath(from.text);
+  const std::string working = realPath(".");
+  if (directory.empty()) return ERROR_SUCCESS;
+  return working.starts_with(directory + '/') || openFiles().isAnythingOpenBelow(directory)
+             ? ERROR_ACCESS_DENIED
+             : ERROR_SUCCESS;
+}
+
 BOOL moveFile(const NativePath& from, const NativePath& to, DWORD flags) {
   // A copy between file systems is the caller's: it knows what must be on the disk, and when.
   if ((flags & MOVEFILE_COPY_ALLOWED) != 0) return failWith(ERROR_NOT_SUPPORTED);
   if (from.text.empty()) return failWith(ERROR_FILE_NOT_FOUND);
   if (to.text.empty()) return failWith(ERROR_PATH_NOT_FOUND);
+  if (const DWORD code = codeOfOpen(from); code != ERROR_SUCCESS) return failWith(code);
   if (renamePath(from, to, (flags & MOVEFILE_REPLACE_EXISTING) != 0) == FALSE) return FALSE;
   if ((flags & MOVEFILE_WRITE_THROUGH) != 0) syncNames(from, to);
   return TRUE;

@@ -6,17 +6,18 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <limits>
 #include <memory>
-#include <mutex>
-#include <vector>
 
 #include "win32/environment.h"
 #include "win32/file_handle.h"
 #include "win32/file_status.h"
 #include "win32/last_error.h"
+#include "win32/open_files.h"
 #include "win32/path_translation.h"
+#include "win32/substitutes.h"
 
 namespace quillon::platform {
 namespace {
@@ -74,54 +75,6 @@ bool isUsable(int descriptor, DWORD flags, struct stat& status) {
   return !S_ISFIFO(status.st_mode) && !S_ISSOCK(status.st_mode);
 }
 
-// The regular files that this process has open, with what their openers allow others meanwhile.
-// Other processes are not kept out, as they are not on this system.
-class OpenFiles {
- public:
-  // False when an earlier handle does not allow this one, or this one would not allow it. A handle
-  // that neither reads nor writes is in nobody's way.
-  bool add(const FileHandle* handle, const struct stat& status, DWORD access, DWORD share) {
-    const Entry entry{handle, status.st_dev, status.st_ino, isReading(access), isWriting(access),
-                      share};
-    if (!entry.reads && !entry.writes) return true;
-    const std::lock_guard lock(mutex_);
-    for (const Entry& other : entries_) {
-      if (other.device == entry.device && other.inode == entry.inode &&
-          (!isAllowedBy(other, entry) || !isAllowedBy(entry, other))) {
-        return false;
-      }
-    }
-    entries_.push_back(entry);
-    return true;
-  }
-  void remove(const FileHandle* handle) {
-    const std::lock_guard lock(mutex_);
-    std::erase_if(entries_, [handle](const Entry& entry) { return entry.handle == handle; });
-  }
-
- private:
-  struct Entry {
-    const FileHandle* handle;
-    dev_t device;
-    ino_t inode;
-    bool reads;
-    bool writes;
-    DWORD share;
-  };
-  static bool isAllowedBy(const Entry& one, const Entry& other) {
-    return (!other.reads || (one.share & FILE_SHARE_READ) != 0) &&
-           (!other.writes || (one.share & FILE_SHARE_WRITE) != 0);
-  }
-
-  std::mutex mutex_;
-  std::vector<Entry> entries_;
-};
-
-OpenFiles& openFiles() {
-  static OpenFiles files;
-  return files;
-}
-
 // Empties the file only now that nobody in this process has it open.
 bool emptyFile(int descriptor, DWORD access, const NativePath& path) {
   return (isWriting(access) ? ::ftruncate(descriptor, 0) : ::truncate(path.c_str(), 0)) == 0;
@@ -141,13 +94,18 @@ DWORD admit(FileHandle& file, const Opened& opened, const NativePath& path, DWOR
             DWORD share, DWORD disposition, DWORD flags) {
   struct stat status {};
   if (!isUsable(opened.descriptor, flags, status)) return ERROR_ACCESS_DENIED;
-  if (S_ISDIR(status.st_mode)) return keepDirectory(opened.descriptor, access, share);
+  if (S_ISDIR(status.st_mode)) {
+    const DWORD code = keepDirectory(opened.descriptor, access, share);
+    if (code == ERROR_SUCCESS) openFiles().addDirectory(&file, opened.descriptor);
+    return code;
+  }
   if (!S_ISREG(status.st_mode)) return ERROR_SUCCESS;
   const bool empties = disposition == CREATE_ALWAYS || disposition == TRUNCATE_EXISTING;
   // The kernel lets root write to a read-only file, Windows nobody.
   const bool isReadOnly = (status.st_mode & 0222) == 0;
   if (opened.existed && isReadOnly && (isWriting(access) || empties)) return ERROR_ACCESS_DENIED;
-  if (!openFiles().add(&file, status, access, share)) return ERROR_SHARING_VIOLATION;
+  const OpenFiles::Use use{file.mayRead, file.mayWrite, (access & DELETE) != 0, share};
+  if (!openFiles().add(&file, opened.descriptor, status, use)) return ERROR_SHARING_VIOLATION;
   if (empties && opened.existed && !emptyFile(opened.descriptor, access, path)) {
     const DWORD code = codeOfErrno(errno);
     openFiles().remove(&file);
@@ -165,7 +123,9 @@ std::string directoryToSync(const NativePath& path) {
 
 HANDLE openFile(const NativePath& path, DWORD access, DWORD share, DWORD disposition, DWORD flags) {
   if (path.text.empty()) return refuse(ERROR_PATH_NOT_FOUND);
-  if (disposition < CREATE_NEW || disposition > TRUNCATE_EXISTING) {
+  const bool truncates = disposition == TRUNCATE_EXISTING;
+  if (disposition < CREATE_NEW || disposition > TRUNCATE_EXISTING ||
+      (truncates && (access & GENERIC_WRITE) == 0)) {
     return refuse(ERROR_INVALID_PARAMETER);
   }
   if ((access & DELETE) != 0 && !isAllowedToDelete(path)) return refuse(codeOfErrno(errno));
@@ -175,6 +135,9 @@ HANDLE openFile(const NativePath& path, DWORD access, DWORD share, DWORD disposi
     return refuse(opened.error == ENXIO ? ERROR_ACCESS_DENIED : codeOfErrno(opened.error, path));
   }
   file->descriptor = opened.descriptor;
+  file->mayRead = isReading(access);
+  file->mayWrite = isWriting(access);
+  file->mayResize = (access & GENERIC_WRITE) != 0;
   const DWORD code = admit(*file, opened, path, access, share, disposition, flags);
   if (code != ERROR_SUCCESS) {
     ::close(opened.descriptor);
@@ -188,6 +151,20 @@ HANDLE openFile(const NativePath& path, DWORD access, DWORD share, DWORD disposi
     SetLastError(opened.existed ? ERROR_ALREADY_EXISTS : ERROR_SUCCESS);
   }
   return file.release();
+}
+
+// Whether this is the read that a test wants to fail.
+bool isBrokenRead(const FileHandle& file) {
+  ReadBreak& broken = substitutes().readBreak;
+  if (broken.code == ERROR_SUCCESS) return false;
+  return pathOfDescriptor(file.descriptor).ends_with(broken.nameEnd) && ++broken.seen == broken.nth;
+}
+
+// As a drive that fails in the middle of a call: the buffer has some of the bytes, the file stands
+// where it stood.
+void readAndForget(const FileHandle& file, LPVOID buffer, DWORD length) {
+  const ssize_t got = ::read(file.descriptor, buffer, length);
+  if (got > 0) ::lseek(file.descriptor, -got, SEEK_CUR);
 }
 
 bool seekOrigin(DWORD method, int& origin) {
@@ -253,10 +230,17 @@ HANDLE WINAPI CreateFileA(LPCSTR fileName, DWORD access, DWORD share, LPSECURITY
                   access, share, disposition, flags);
 }
 
-BOOL WINAPI ReadFile(HANDLE handle, LPVOID buffer, DWORD length, LPDWORD read, LPOVERLAPPED) {
-  if (read != nullptr) *read = 0;
+BOOL WINAPI ReadFile(HANDLE handle, LPVOID buffer, DWORD length, LPDWORD read,
+                     LPOVERLAPPED overlapped) {
+  if (read == nullptr || overlapped != nullptr) return failWith(ERROR_INVALID_PARAMETER);
+  *read = 0;
   const FileHandle* file = fileOf(handle);
   if (file == nullptr) return FALSE;
+  if (!file->mayRead) return failWith(ERROR_ACCESS_DENIED);
+  if (isBrokenRead(*file)) {
+    readAndForget(*file, buffer, std::min(length, substitutes().readBreak.afterBytes));
+    return failWith(substitutes().readBreak.code);
+  }
   DWORD done = 0;
   while (done < length) {
     const ssize_t got =
@@ -266,14 +250,17 @@ BOOL WINAPI ReadFile(HANDLE handle, LPVOID buffer, DWORD length, LPDWORD read, L
     if (got == 0) break;
     done += static_cast<DWORD>(got);
   }
-  if (read != nullptr) *read = done;
+  *read = done;
   return TRUE;
 }
 
-BOOL WINAPI WriteFile(HANDLE handle, LPCVOID buffer, DWORD length, LPDWORD written, LPOVERLAPPED) {
-  if (written != nullptr) *written = 0;
+BOOL WINAPI WriteFile(HANDLE handle, LPCVOID buffer, DWORD length, LPDWORD written,
+                      LPOVERLAPPED overlapped) {
+  if (written == nullptr || overlapped != nullptr) return failWith(ERROR_INVALID_PARAMETER);
+  *written = 0;
   const FileHandle* file = fileOf(handle);
   if (file == nullptr) return FALSE;
+  if (!file->mayWrite) return failWith(ERROR_ACCESS_DENIED);
   DWORD done = 0;
   while (done < length) {
     const ssize_t put =
@@ -281,7 +268,7 @@ BOOL WINAPI WriteFile(HANDLE handle, LPCVOID buffer, DWORD length, LPDWORD writt
     if (put < 0 && errno == EINTR) continue;
     if (put < 0) return failWithErrno(errno);
     done += static_cast<DWORD>(put);
-    if (written != nullptr) *written = done;
+    *written = done;
   }
   return TRUE;
 }
@@ -289,6 +276,7 @@ BOOL WINAPI WriteFile(HANDLE handle, LPCVOID buffer, DWORD length, LPDWORD writt
 BOOL WINAPI FlushFileBuffers(HANDLE handle) {
   FileHandle* file = fileOf(handle);
   if (file == nullptr) return FALSE;
+  if (!file->mayWrite) return failWith(ERROR_ACCESS_DENIED);
   // EINVAL: what the descriptor names has nothing to flush (a device, a file under /proc).
   if (::fsync(file->descriptor) != 0 && errno != EINVAL) return failWithErrno(errno);
   if (!file->unsyncedDirectory.empty()) {
@@ -313,9 +301,11 @@ DWORD WINAPI SetFilePointer(HANDLE handle, LONG distance, PLONG distanceHigh, DW
         (static_cast<std::uint64_t>(static_cast<DWORD>(*distanceHigh)) << 32) |
         static_cast<DWORD>(distance));
   }
-  const std::int64_t position = seek(handle, whole, method);
+  const std::int64_t before = distanceHigh == nullptr ? seek(handle, 0, FILE_CURRENT) : 0;
+  const std::int64_t position = before < 0 ? -1 : seek(handle, whole, method);
   if (position < 0) return INVALID_SET_FILE_POINTER;
   if (distanceHigh == nullptr && position > std::numeric_limits<DWORD>::max()) {
+    seek(handle, before, FILE_BEGIN);
     SetLastError(ERROR_INVALID_PARAMETER);
     return INVALID_SET_FILE_POINTER;
   }
@@ -329,6 +319,7 @@ DWORD WINAPI SetFilePointer(HANDLE handle, LONG distance, PLONG distanceHigh, DW
 BOOL WINAPI SetEndOfFile(HANDLE handle) {
   const FileHandle* file = fileOf(handle);
   if (file == nullptr) return FALSE;
+  if (!file->mayResize) return failWith(ERROR_ACCESS_DENIED);
   const off_t position = ::lseek(file->descriptor, 0, SEEK_CUR);
   if (position < 0 || ::ftruncate(file->descriptor, position) != 0) return failWithErrno(errno);
   return TRUE;

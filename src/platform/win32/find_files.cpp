@@ -13,6 +13,7 @@
 #include "win32/file_handle.h"
 #include "win32/file_status.h"
 #include "win32/last_error.h"
+#include "win32/open_files.h"
 #include "win32/path_translation.h"
 #include "win32/substitutes.h"
 #include "win32/utf8.h"
@@ -85,27 +86,31 @@ bool readNames(int directory, const std::string& patternText, std::vector<std::s
   return errno == 0;
 }
 
-// The next entry that still exists; false at the end. One that cannot be looked at is reported as
-// an empty file, so that its user fails on it instead of passing it over.
+// The next entry that still exists; false at the end, with data as it was. One that cannot be
+// looked at is reported as an empty file, so that its user fails on it instead of passing it over.
+// What lies behind the ends of the names stays as it was, and the reserved fields.
 bool nextEntry(FindHandle& find, WIN32_FIND_DATAW& data) {
   while (find.next < find.names.size()) {
     const std::string& name = find.names[find.next++];
     struct stat status {};
     bool isLink = false;
-    data = WIN32_FIND_DATAW{};
-    data.dwFileAttributes = FILE_ATTRIBUTE_NORMAL;
     if (statusAt(find.directory, name.c_str(), status, isLink)) {
       fillData(data, status, isLink);
     } else if (errno == ENOENT) {
       continue;
+    } else {
+      fillData(data, {}, /*isLink=*/false);
+      data.dwFileAttributes = FILE_ATTRIBUTE_NORMAL;
     }
     copyOut(wideFromNative(name), data.cFileName, MAX_PATH);
+    data.cAlternateFileName[0] = 0;
     return true;
   }
   return false;
 }
 
 void closeFind(FindHandle* find) {
+  openFiles().remove(find);
   if (find->directory >= 0) ::close(find->directory);
   find->kind = HandleKind::Closed;
   delete find;
@@ -135,6 +140,7 @@ HANDLE WINAPI FindFirstFileW(LPCWSTR patternText, LPWIN32_FIND_DATAW data) {
   std::unique_ptr<FindHandle, decltype(&closeFind)> find(new FindHandle, closeFind);
   find->directory = ::open(pattern.directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (find->directory < 0) return refuse(openDirectoryCode(errno, pattern.directory));
+  openFiles().addDirectory(find.get(), find->directory);
   if (pattern.name.find_first_of("*?") == std::string::npos) {
     if (!pattern.name.empty()) find->names.push_back(pattern.name);
   } else {

@@ -38,6 +38,10 @@ void BreakListings(std::size_t afterEntries, DWORD code) {
   substitutes().listingBreak = {afterEntries, code};
 }
 
+void BreakRead(const std::string& nameEnd, int nth, DWORD afterBytes, DWORD code) {
+  substitutes().readBreak = {nameEnd, nth, afterBytes, code, 0};
+}
+
 void Restore() { substitutes() = Substitutes{}; }
 
 }  // namespace testing

@@ -1,9 +1,10 @@
 // What tests put in the place of the system's clock, waiting and version, of the limits of the XML
-// library and of the end of a directory (platform/testing.h).
+// library, of the end of a directory and of a read (platform/testing.h).
 #pragma once
 
 #include <cstddef>
 #include <functional>
+#include <string>
 
 #include "platform/win32/system.h"
 #include "xml/limits.h"
@@ -22,6 +23,14 @@ struct ListingBreak {
   DWORD code = 0;  // 0: none breaks off
 };
 
+struct ReadBreak {
+  std::string nameEnd;
+  int nth = 0;
+  DWORD afterBytes = 0;
+  DWORD code = 0;  // 0: none fails
+  int seen = 0;    // reads of such files so far
+};
+
 struct Substitutes {
   std::function<SYSTEMTIME()> clock;
   std::function<void(DWORD)> sleeper;
@@ -29,6 +38,7 @@ struct Substitutes {
   TransformLimits transformLimits;
   HttpLimits httpLimits;
   ListingBreak listingBreak;
+  ReadBreak readBreak;
 };
 
 Substitutes& substitutes();

@@ -152,6 +152,10 @@ DWORD WINAPI GetFullPathNameW(LPCWSTR fileName, DWORD bufferUnits, LPWSTR buffer
   const NativePath path = translatePath(fileName);
   const bool absolute = path.driveLength > 0 || path.text[0] == '/';
   NativePath full = absolute ? path : workingDirectory();
+  if (full.text.empty()) {  // it was removed
+    SetLastError(ERROR_PATH_NOT_FOUND);
+    return 0;
+  }
   const std::string all = absolute ? path.text : full.text + '/' + path.text;
   full.text.resize(full.driveLength);
   for (const std::string_view part : partsOf(std::string_view(all).substr(full.driveLength))) {
@@ -181,5 +185,11 @@ DWORD WINAPI GetTempPathW(DWORD bufferUnits, LPWSTR buffer) {
     return 0;
   }
   if (path.back() != '/') path += '/';
-  return copyOut(wideFromNative(path), buffer, bufferUnits);
+  const std::u16string text = wideFromNative(path);
+  // Callers give the room that the longest answer takes, and take a longer one for a success.
+  if (text.size() > MAX_PATH) {
+    SetLastError(ERROR_FILENAME_EXCED_RANGE);
+    return 0;
+  }
+  return copyOut(text, buffer, bufferUnits);
 }

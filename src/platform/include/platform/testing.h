@@ -1,11 +1,12 @@
 // Linux only, for tests: puts the test's own clock, sleeper, version and limits in the place of the
-// system's, and breaks listings off. What stands here is process-wide; Restore gives all but the
-// code page back.
+// system's, and breaks listings and reads off. What stands here is process-wide; Restore gives all
+// but the code page back.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 
 #include "platform/win32/system.h"
 
@@ -26,6 +27,10 @@ void SubstituteHttpLimits(long stallSeconds, long totalSeconds, std::size_t body
 
 // Makes every enumeration that goes on behind its first entries fail there with the code.
 void BreakListings(std::size_t afterEntries, DWORD code);
+
+// Makes the n-th ReadFile (from 1) of the files whose native names end so fail with the code, after
+// it has put some bytes into the buffer: it answers 0 of them, and the file stands where it stood.
+void BreakRead(const std::string& nameEnd, int nth, DWORD afterBytes, DWORD code);
 
 // Makes CP_ACP what the registry now says; otherwise it is read once in a process.
 void RereadCodePage();
