@@ -197,7 +197,9 @@ bool CFileUtil::DeleteDirectoryTree(TextView path, bool recurse) {
   if (!drive.empty() && SetCurrentDirectoryW(drive.c_str()) == FALSE) {
     return Fail(kMsgCannotChangeDrive, {drive});
   }
-  // Named together with its drive: "\" alone need not mean the drive that was changed to.
+  // Named together with its drive: "\" alone need not mean the drive that was changed to. Without
+  // drive and separator it is a name in the working directory, like every name without a path: at
+  // the root another directory of that name would be emptied.
   Text parent = drive;
   if (!parts.directory.empty()) {
     parent.append(parts.directory);

@@ -18,7 +18,8 @@ TEST(Bstr, CarriesZerosAndItsLength) {
   // The new text may lie within the old one.
   EXPECT_TRUE(SysReAllocStringLen(&bstr, bstr + 1, 2));
   EXPECT_EQ(std::u16string(bstr, 2), std::u16string(u"\0b", 2));
-  SysFreeString(bstr);
+  EXPECT_TRUE(SysReAllocString(&bstr, nullptr));
+  EXPECT_EQ(bstr, nullptr) << "no text is no empty text";
 
   BSTR odd = SysAllocStringByteLen("xyz", 3);
   EXPECT_EQ(SysStringByteLen(odd), 3U);
@@ -103,6 +104,8 @@ TEST(Variant, ChangesItsType) {
       {"not a number", textVariant(u"nan"), VT_R8, DISP_E_TYPEMISMATCH, ""},
       {"too large", longVariant(256), VT_UI1, DISP_E_OVERFLOW, ""},
       {"largest", longVariant(255), VT_UI1, S_OK, "255"},
+      {"digits that no type takes", textVariant(u"99999999999"), VT_I4, DISP_E_OVERFLOW, ""},
+      {"a real beyond all reals", textVariant(u"1e999"), VT_R8, DISP_E_OVERFLOW, ""},
       {"negative to unsigned", longVariant(-1), VT_UI4, DISP_E_OVERFLOW, ""},
       {"real too large", realVariant(2147483648.0), VT_I4, DISP_E_OVERFLOW, ""},
       {"real just fits", realVariant(-2147483648.0), VT_I4, S_OK, "-2147483648"},
@@ -230,8 +233,11 @@ TEST(SafeArray, OfVariantsFreesAndCopiesDeeply) {
   EXPECT_EQ(object.references, 3U);
   VariantClear(&holder);
   EXPECT_EQ(object.references, 2U);
-  VARIANT element;
+  VARIANT element = variantOf(VT_UNKNOWN);
+  element.punkVal = &object;
+  object.AddRef();
   EXPECT_EQ(SafeArrayGetElement(copy.parray, &index, &element), S_OK);
+  EXPECT_EQ(object.references, 2U) << "what it held before is freed";
   EXPECT_EQ(shown(element), "'x'");
   VariantClear(&element);
   VariantClear(&copy);

@@ -1,6 +1,7 @@
 // Conversions between 8-bit and wide text.
 #include <cstring>
 #include <fstream>
+#include <functional>
 
 #include "layer_fixture.h"
 #include "platform/services.h"
@@ -115,6 +116,8 @@ TEST_F(CodePages, LengthsAndTerminators) {
   SetLastError(0);
   EXPECT_EQ(MultiByteToWideChar(CP_ACP, 0, "abc", -1, wide, 3), 0);
   EXPECT_EQ(GetLastError(), 122U);
+  EXPECT_EQ(std::u16string(wide, 4), (std::u16string{u'a', u'b', u'c', u'\0'}))
+      << "cut, and nothing says where it ends";
   EXPECT_EQ(MultiByteToWideChar(CP_ACP, 0, "abc", 0, wide, 3), 0);
   EXPECT_EQ(GetLastError(), 87U);
   char out[4];
@@ -125,6 +128,39 @@ TEST_F(CodePages, LengthsAndTerminators) {
   EXPECT_EQ(GetLastError(), 87U) << "UTF-8 has no default character";
   EXPECT_EQ(MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, "\x80", 1, wide, 4), 0);
   EXPECT_EQ(GetLastError(), 1113U);
+  char16_t both[2] = {u'x', 0};
+  const struct {
+    const char* what;
+    std::function<int()> call;
+    DWORD code;
+  } refused[] = {
+      {"flags of UTF-8",
+       [&] { return MultiByteToWideChar(CP_UTF8, MB_PRECOMPOSED, "a", 1, wide, 4); }, 1004},
+      {"unknown flags", [&] { return MultiByteToWideChar(CP_ACP, 0x10, "a", 1, wide, 4); }, 1004},
+      {"flags to UTF-8",
+       [&] {
+         return WideCharToMultiByte(CP_UTF8, WC_NO_BEST_FIT_CHARS, u"a", 1, out, 4, nullptr,
+                                    nullptr);
+       },
+       1004},
+      {"those of UTF-8 for another one",
+       [&] {
+         return WideCharToMultiByte(CP_ACP, WC_ERR_INVALID_CHARS, u"a", 1, out, 4, nullptr,
+                                    nullptr);
+       },
+       1004},
+      {"one buffer",
+       [&] {
+         return WideCharToMultiByte(CP_ACP, 0, both, 1, reinterpret_cast<char*>(both), 4, nullptr,
+                                    nullptr);
+       },
+       87},
+  };
+  for (const auto& c : refused) {
+    SCOPED_TRACE(c.what);
+    EXPECT_EQ(c.call(), 0);
+    EXPECT_EQ(GetLastError(), c.code);
+  }
   EXPECT_EQ(MultiByteToWideChar(64999, 0, "a", 1, wide, 4), 0);
   EXPECT_EQ(GetLastError(), 87U);
 }

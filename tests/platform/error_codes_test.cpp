@@ -1,7 +1,9 @@
 // Which code each call leaves, and the texts of the codes.
 #include <sys/stat.h>
 
+#include <array>
 #include <cerrno>
+#include <cstring>
 #include <fstream>
 #include <functional>
 
@@ -53,6 +55,8 @@ TEST_F(ErrorCodes, FailingCallsLeaveTheirCode) {
       {"open a null name", [] { return opened(nullptr, GENERIC_READ, OPEN_EXISTING); }, 3},
       {"read a directory", [] { return opened(u"full", GENERIC_READ, OPEN_EXISTING); }, 5},
       {"write a directory", [] { return opened(u"full", GENERIC_WRITE, CREATE_ALWAYS); }, 5},
+      {"empty without writing", [] { return opened(u"file", GENERIC_READ, TRUNCATE_EXISTING); },
+       87},
       {"new only, exists", [] { return opened(u"file", GENERIC_WRITE, CREATE_NEW); }, 80},
       {"on a missing drive", [] { return opened(u"Q:\\x", GENERIC_READ, OPEN_EXISTING); }, 3},
       {"name too long",
@@ -69,6 +73,7 @@ TEST_F(ErrorCodes, FailingCallsLeaveTheirCode) {
        32},
       {"enter missing", [] { return SetCurrentDirectoryW(u"no"); }, 2},
       {"enter below missing", [] { return SetCurrentDirectoryW(u"no\\x"); }, 3},
+      {"enter below a file", [] { return SetCurrentDirectoryW(u"file\\x"); }, 3},
       {"enter a file", [] { return SetCurrentDirectoryW(u"file"); }, 267},
       {"enter a missing drive", [] { return SetCurrentDirectoryW(u"Q:\\"); }, 3},
       {"enter nothing", [] { return SetCurrentDirectoryW(u""); }, 3},
@@ -98,6 +103,64 @@ TEST_F(ErrorCodes, FailingCallsLeaveTheirCode) {
   }
   EXPECT_TRUE(fs::is_empty("empty"));
   EXPECT_EQ(fs::file_size("file"), 5U);
+}
+
+// Everything that the call could write is as before, also where it would be empty.
+template <typename Output>
+void expectUntouched(const char* what, const std::function<bool(Output*)>& fails) {
+  SCOPED_TRACE(what);
+  Output output;
+  std::memset(static_cast<void*>(&output), 0xA5, sizeof output);
+  const Output before = output;
+  EXPECT_TRUE(fails(&output));
+  EXPECT_EQ(std::memcmp(&output, &before, sizeof output), 0);
+}
+
+TEST_F(ErrorCodes, FailingCallsLeaveWhatTheyWereGiven) {
+  expectUntouched<WIN32_FILE_ATTRIBUTE_DATA>("attributes", [](auto* data) {
+    return GetFileAttributesExW(u"no", GetFileExInfoStandard, data) == FALSE;
+  });
+  expectUntouched<WIN32_FIND_DATAW>("first of none", [](auto* data) {
+    return FindFirstFileW(u"*.none", data) == INVALID_HANDLE_VALUE;
+  });
+  expectUntouched<WIN32_FIND_DATAW>("next of none", [](auto* data) {
+    WIN32_FIND_DATAW first;
+    const HANDLE find = FindFirstFileW(u"file", &first);
+    const bool fails = FindNextFileW(find, data) == FALSE && GetLastError() == 18;
+    FindClose(find);
+    return fails;
+  });
+  expectUntouched<WIN32_FIND_DATAW>("next of one that is gone", [](auto* data) {
+    WIN32_FIND_DATAW first;
+    const HANDLE find = FindFirstFileW(u"f*", &first);  // "file" comes before "full"
+    fs::remove_all("full");
+    const bool fails = FindNextFileW(find, data) == FALSE && GetLastError() == 18;
+    FindClose(find);
+    return fails;
+  });
+  expectUntouched<ULARGE_INTEGER>("free space", [](auto* bytes) {
+    return GetDiskFreeSpaceExW(u"no", bytes, bytes, bytes) == FALSE;
+  });
+  expectUntouched<HKEY>("open a key", [](auto* key) {
+    return RegOpenKeyExW(HKEY_CURRENT_USER, u"no", 0, KEY_READ, key) == 2;
+  });
+  expectUntouched<DWORD>("query a value", [](auto* number) {
+    return RegQueryValueExW(HKEY_CURRENT_USER, u"no", nullptr, number, nullptr, number) == 2;
+  });
+  expectUntouched<std::array<char16_t, 8>>(
+      "load a text", [](auto* text) { return LoadStringW(nullptr, 4711, text->data(), 8) == 0; });
+}
+
+TEST_F(ErrorCodes, AnEnumerationWritesNoMoreThanTheEntry) {
+  WIN32_FIND_DATAW data;
+  std::memset(&data, 0xA5, sizeof data);
+  const HANDLE find = FindFirstFileW(u"file", &data);
+  ASSERT_NE(find, INVALID_HANDLE_VALUE);
+  FindClose(find);
+  EXPECT_EQ(std::u16string(data.cFileName), u"file");
+  EXPECT_EQ(data.cFileName[5], 0xA5A5) << "behind the name";
+  EXPECT_EQ(data.dwReserved0, 0xA5A5A5A5U);
+  EXPECT_EQ(data.cAlternateFileName[0], u'\0');
 }
 
 TEST_F(ErrorCodes, OpeningWhatExistsIsReportedBesideTheSuccess) {

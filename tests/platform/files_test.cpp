@@ -8,6 +8,7 @@
 #include <iterator>
 
 #include "layer_fixture.h"
+#include "platform/testing.h"
 
 namespace quillon::test {
 namespace {
@@ -45,6 +46,10 @@ TEST_F(Files, PositionsAndEndsAreWindows) {
   EXPECT_EQ(high, 1);
   EXPECT_EQ(SetFilePointer(file, 0, nullptr, FILE_CURRENT), INVALID_SET_FILE_POINTER);
   EXPECT_EQ(GetLastError(), 87U) << "no room for the high half";
+  EXPECT_EQ(SetFilePointer(file, 0, nullptr, FILE_END), 10U);
+  EXPECT_EQ(SetFilePointer(file, 0x7FFFFFFF, nullptr, FILE_END), 0x80000009U);
+  EXPECT_EQ(SetFilePointer(file, 0x7FFFFFFF, nullptr, FILE_CURRENT), INVALID_SET_FILE_POINTER);
+  EXPECT_EQ(SetFilePointer(file, 0, nullptr, FILE_CURRENT), 0x80000009U) << "it has not moved";
   LARGE_INTEGER distance{};
   distance.QuadPart = 3;
   LARGE_INTEGER position{};
@@ -115,6 +120,164 @@ TEST_F(Files, SharingIsWhatBothOpenersAllowUnderWhateverName) {
     EXPECT_NE(alone, INVALID_HANDLE_VALUE);
     CloseHandle(alone);
   }
+}
+
+TEST_F(Files, WhatIsOpenKeepsItsNameAsFarAsItsOpenerSays) {
+  constexpr DWORD kRead = GENERIC_READ;
+  constexpr DWORD kReplace = MOVEFILE_REPLACE_EXISTING;
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  constexpr DWORD kShareData = FILE_SHARE_READ | FILE_SHARE_WRITE;
+  const auto remove = [] { return DeleteFileW(u"f"); };
+  const auto removeSecond = [] { return DeleteFileW(u"second"); };
+  const auto removeLink = [] { return DeleteFileW(u"link"); };
+  const auto rename = [] { return MoveFileExW(u"f", u"new", 0); };
+  const auto replace = [] { return MoveFileExW(u"other", u"f", kReplace); };
+  const auto openToDelete = [] {
+    const HANDLE file = CreateFileW(u"f", DELETE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+    return file == INVALID_HANDLE_VALUE ? FALSE : CloseHandle(file);
+  };
+  const struct {
+    const char* what;
+    DWORD access, share;
+    std::function<BOOL()> operation;
+    DWORD code;  // 0: it is done
+  } cases[] = {
+      {"delete", kRead, kShareData, remove, 32},
+      {"delete what was opened to be written", GENERIC_WRITE, 0, remove, 32},
+      {"delete, shared", kRead, kShareAll, remove, 0},
+      {"delete while someone asks", 0, 0, remove, 0},
+      {"delete another name of it", kRead, kShareData, removeSecond, 32},
+      {"delete a link to it", kRead, 0, removeLink, 0},
+      {"rename", kRead, kShareData, rename, 32},
+      {"rename, shared", kRead, kShareAll, rename, 0},
+      {"replace", kRead, kShareData, replace, 5},
+      {"replace, shared", kRead, kShareAll, replace, 5},
+      {"replace while someone asks", 0, kShareAll, replace, 5},
+      {"open to delete", kRead, kShareData, openToDelete, 32},
+      {"open to delete, shared", kRead, kShareAll, openToDelete, 0},
+      {"delete what someone wants to delete", DELETE, kShareAll, remove, 0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    for (const char* name : {"f", "new", "second", "link"}) fs::remove(name);
+    std::ofstream("f") << "content";
+    std::ofstream("other") << "other";
+    fs::create_hard_link("f", "second");
+    fs::create_symlink("f", "link");
+    const HANDLE file = CreateFileW(u"f", c.access, c.share, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    SetLastError(0);
+    EXPECT_EQ(c.operation() != FALSE, c.code == 0);
+    EXPECT_EQ(GetLastError(), c.code);
+    if (c.code != 0) {
+      EXPECT_EQ(contentOf("f"), "content");
+      EXPECT_EQ(contentOf("second"), "content");
+      EXPECT_EQ(contentOf("other"), "other");
+    }
+    CloseHandle(file);
+    EXPECT_TRUE(c.code == 0 || c.operation()) << "once it is closed";
+  }
+}
+
+TEST_F(Files, ADirectoryKeepsItsNameForWhatIsOpenBelowIt) {
+  fs::create_directories("dir/sub/deep");
+  fs::create_directories("directory");
+  std::ofstream("dir/sub/f") << "x";
+  std::ofstream("directory/f") << "x";
+  const auto open = [](const char16_t* name, DWORD access, DWORD flags) {
+    return CreateFileW(name, access, 7, nullptr, OPEN_EXISTING, flags, nullptr);
+  };
+  WIN32_FIND_DATAW data;
+  const struct {
+    const char* what;
+    std::function<HANDLE()> open;
+    BOOL(WINAPI* close)(HANDLE);
+    DWORD code;
+  } cases[] = {
+      {"a file", [&] { return open(u"dir/sub/f", GENERIC_READ, 0); }, CloseHandle, 5},
+      {"a file that is only asked about", [&] { return open(u"dir/sub/f", 0, 0); }, CloseHandle, 5},
+      {"a directory", [&] { return open(u"dir/sub", 0, FILE_FLAG_BACKUP_SEMANTICS); }, CloseHandle,
+       5},
+      {"a listing", [&] { return FindFirstFileW(u"dir/sub/*", &data); }, FindClose, 5},
+      {"a listing of itself", [&] { return FindFirstFileW(u"dir/*", &data); }, FindClose, 0},
+      {"a name that begins alike", [&] { return open(u"directory/f", GENERIC_READ, 0); },
+       CloseHandle, 0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const HANDLE handle = c.open();
+    ASSERT_NE(handle, INVALID_HANDLE_VALUE);
+    SetLastError(0);
+    EXPECT_EQ(MoveFileExW(u"dir", u"to", 0) != FALSE, c.code == 0);
+    EXPECT_EQ(GetLastError(), c.code);
+    EXPECT_TRUE(c.close(handle));
+    EXPECT_TRUE(c.code == 0 || MoveFileExW(u"dir", u"to", 0)) << "once it is closed";
+    ASSERT_TRUE(MoveFileExW(u"to", u"dir", 0));
+  }
+  const std::u16string directory = wide("work/dir");
+  const std::u16string to = wide("work/to");
+  for (const auto& [working, code] : {std::pair{u"dir", 32U}, std::pair{u"sub\\deep", 5U}}) {
+    ASSERT_TRUE(SetCurrentDirectoryW(working));
+    EXPECT_FALSE(MoveFileExW(directory.c_str(), to.c_str(), 0));
+    EXPECT_EQ(GetLastError(), code) << "the working directory is open too";
+  }
+}
+
+TEST_F(Files, AHandleDoesWhatItWasOpenedFor) {
+  std::ofstream("f") << "content";
+  const struct {
+    DWORD access;
+    bool reads, writes, resizes;
+  } cases[] = {{0, false, false, false},
+               {GENERIC_READ, true, false, false},
+               {GENERIC_WRITE, false, true, true},
+               {FILE_APPEND_DATA, false, true, false},
+               {GENERIC_READ | GENERIC_WRITE, true, true, true},
+               {DELETE, false, false, false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.access);
+    const HANDLE file = CreateFileW(u"f", c.access, 7, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(file, INVALID_HANDLE_VALUE);
+    char byte = 'x';
+    DWORD done = 77;
+    const auto expect = [](bool may, BOOL answer) {
+      EXPECT_EQ(answer != FALSE, may);
+      EXPECT_TRUE(may || GetLastError() == 5U);
+    };
+    expect(c.reads, ReadFile(file, &byte, 1, &done, nullptr));
+    EXPECT_EQ(done, c.reads ? 1U : 0U);
+    expect(c.writes, WriteFile(file, &byte, 1, &done, nullptr));
+    EXPECT_EQ(done, c.writes ? 1U : 0U);
+    expect(c.writes, FlushFileBuffers(file));
+    expect(c.resizes, SetEndOfFile(file));
+    // Nobody may leave out where the count goes.
+    EXPECT_FALSE(ReadFile(file, &byte, 1, nullptr, nullptr));
+    EXPECT_EQ(GetLastError(), 87U);
+    EXPECT_FALSE(WriteFile(file, &byte, 1, nullptr, nullptr));
+    EXPECT_EQ(GetLastError(), 87U);
+    LARGE_INTEGER size{};
+    EXPECT_TRUE(GetFileSizeEx(file, &size)) << "everybody may ask";
+    CloseHandle(file);
+    std::ofstream("f") << "content";
+  }
+}
+
+TEST_F(Files, AReadThatIsMadeToFailAnswersNothingOfWhatItRead) {
+  const platform::testing::Scope restored;
+  std::ofstream("f") << "0123456789";
+  const HANDLE file = CreateFileW(u"f", GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(file, INVALID_HANDLE_VALUE);
+  platform::testing::BreakRead("/f", 2, 3, ERROR_IO_DEVICE);
+  char buffer[5] = "----";
+  DWORD done = 0;
+  EXPECT_TRUE(ReadFile(file, buffer, 4, &done, nullptr));
+  EXPECT_FALSE(ReadFile(file, buffer, 4, &done, nullptr));
+  EXPECT_EQ(GetLastError(), ERROR_IO_DEVICE);
+  EXPECT_EQ(done, 0U);
+  EXPECT_STREQ(buffer, "4563") << "three bytes of it had come";
+  EXPECT_TRUE(ReadFile(file, buffer, 4, &done, nullptr));
+  EXPECT_STREQ(buffer, "4567") << "the file stands where it stood";
+  CloseHandle(file);
 }
 
 TEST_F(Files, AHandleOfAnotherKindIsRefused) {

@@ -46,6 +46,16 @@ TEST_F(PathTranslation, PathsNameTheirPlaceOnTheDisk) {
   }
 }
 
+TEST_F(PathTranslation, ADriveWithoutASeparatorIsNotTheOneThatOneIsOn) {
+  fs::create_directories(dir_ / "drives/d");
+  fs::create_directories(dir_ / "drives/c/sub");
+  ASSERT_TRUE(SetCurrentDirectoryW(u"C:\\sub"));
+  EXPECT_TRUE(makeFile(u"D:name"));
+  EXPECT_TRUE(makeFile(u"C:name"));
+  EXPECT_TRUE(fs::exists(dir_ / "drives/d/name"));
+  EXPECT_TRUE(fs::exists(dir_ / "drives/c/sub/name"));
+}
+
 TEST_F(PathTranslation, TheEightBitCallsUseTheSameDrives) {
   const HANDLE file =
       CreateFileA("C:\\narrow.txt", GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
@@ -127,6 +137,24 @@ TEST_F(PathTranslation, LengthsFollowTheBuffer) {
   EXPECT_EQ(GetTempPathW(8, path), 5U);
   EXPECT_EQ(narrow(path), "/a/b/");
   EXPECT_EQ(GetTempPathW(5, path), 6U);
+}
+
+TEST_F(PathTranslation, APathThatCannotBeAnsweredIsAFailureWithItsCode) {
+  for (const auto& [units, answered] : {std::pair{260U, 260U}, std::pair{261U, 0U}}) {
+    SCOPED_TRACE(units);
+    const ScopedEnvironment temporary("TMPDIR", "/" + std::string(units - 2, 't') + "/");
+    char16_t path[300] = u"before";
+    SetLastError(77);
+    EXPECT_EQ(GetTempPathW(300, path), answered);
+    EXPECT_EQ(GetLastError(), answered == 0 ? 206U : 77U);
+    EXPECT_EQ(path[0], answered == 0 ? u'b' : u'/');
+  }
+  fs::create_directory("gone");
+  fs::current_path("gone");
+  fs::remove(dir_ / "work/gone");
+  char16_t path[300];
+  EXPECT_EQ(GetFullPathNameW(u"name", 300, path, nullptr), 0U);
+  EXPECT_EQ(GetLastError(), 3U);
 }
 
 // What lies there are patients' files.

@@ -205,6 +205,7 @@ TEST_F(Registry, CallsAnswerTheirCode) {
   EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"SOFTWARE\\No", 0, KEY_READ, &key), 2);
   EXPECT_EQ(key, nullptr);
   EXPECT_EQ(RegOpenKeyExW(nullptr, u"SOFTWARE", 0, KEY_READ, &key), 6);
+  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"\\SOFTWARE", 0, KEY_READ, &key), 161);
   ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"software\\maker", 0, KEY_READ, &key), 0);
   EXPECT_EQ(RegQueryValueExW(key, u"No", nullptr, nullptr, nullptr, nullptr), 2);
   EXPECT_EQ(setText(key, u"X", u"y"), 5) << "opened for reading";
@@ -227,6 +228,86 @@ TEST_F(Registry, CallsAnswerTheirCode) {
   EXPECT_EQ(text(HKEY_CURRENT_USER, u"Software", u"U"), u"M\u00FCller") << "not below the tree";
 }
 
+TEST_F(Registry, AHandleOfADeletedKeyIsOneForGood) {
+  write(kSample);
+  HKEY key = nullptr;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, kProduct, 0, KEY_ALL_ACCESS, &key), 0);
+  HKEY parent = nullptr;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, u"SOFTWARE\\Maker", 0, KEY_ALL_ACCESS, &parent), 0);
+  EXPECT_EQ(RegDeleteKeyW(parent, u"PRODUCT"), 0);
+  char16_t name[16];
+  DWORD units = 16;
+  HKEY other = nullptr;
+  for (const bool isMadeAnew : {false, true}) {
+    SCOPED_TRACE(isMadeAnew);
+    if (isMadeAnew) {
+      ASSERT_EQ(
+          RegCreateKeyExW(parent, u"Product", 0, nullptr, 0, KEY_READ, nullptr, &other, nullptr),
+          0);
+      EXPECT_EQ(RegQueryValueExW(other, u"Path", nullptr, nullptr, nullptr, nullptr), 2);
+      RegCloseKey(other);
+    }
+    EXPECT_EQ(RegQueryValueExW(key, u"Path", nullptr, nullptr, nullptr, nullptr), 1018);
+    EXPECT_EQ(setText(key, u"X", u"y"), 1018);
+    EXPECT_EQ(RegDeleteValueW(key, u"Path"), 1018);
+    EXPECT_EQ(RegDeleteKeyW(key, u"Sub"), 1018);
+    EXPECT_EQ(RegEnumKeyExW(key, 0, name, &units, nullptr, nullptr, nullptr, nullptr), 1018);
+    EXPECT_EQ(RegOpenKeyExW(key, u"Sub", 0, KEY_READ, &other), 1018);
+    EXPECT_EQ(RegCreateKeyExW(key, u"Sub", 0, nullptr, 0, KEY_READ, nullptr, &other, nullptr),
+              1018);
+  }
+  EXPECT_EQ(RegCloseKey(key), 0);
+  EXPECT_EQ(RegCloseKey(parent), 0);
+}
+
+// Removes what is below a key from the first name on, as the calls allow it.
+LSTATUS removeBelow(HKEY key) {
+  for (;;) {
+    char16_t name[32];
+    DWORD units = 32;
+    LSTATUS status = RegEnumKeyExW(key, 0, name, &units, nullptr, nullptr, nullptr, nullptr);
+    if (status == 259) return 0;
+    if (status != 0) return status;
+    HKEY below = nullptr;
+    status = RegOpenKeyExW(key, name, 0, KEY_READ, &below);
+    if (status != 0) return status;
+    status = removeBelow(below);
+    if (status == 0) status = RegDeleteKeyW(key, name);  // while it is open
+    RegCloseKey(below);
+    if (status != 0) return status;
+  }
+}
+
+TEST_F(Registry, ATreeIsRemovedKeyByKey) {
+  write(
+      "[HKEY_CLASSES_ROOT\\T]\n[HKEY_CLASSES_ROOT\\T\\a\\b\\c]\n@=\"x\"\n"
+      "[HKEY_CLASSES_ROOT\\T\\a\\b2]\n[HKEY_CLASSES_ROOT\\T\\z]\n[HKEY_CLASSES_ROOT\\U\\a]\n");
+  HKEY key = nullptr;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_CLASSES_ROOT, u"T", 0, KEY_READ, &key), 0);
+  EXPECT_EQ(RegDeleteKeyW(HKEY_CLASSES_ROOT, u"T"), 5);
+  EXPECT_EQ(RegDeleteKeyW(key, u"A"), 5) << "the case does not count, what is below does";
+  EXPECT_EQ(RegDeleteKeyW(key, u"none"), 2);
+  EXPECT_EQ(RegDeleteKeyW(key, nullptr), 87);
+  EXPECT_EQ(removeBelow(key), 0) << "the rights of the handle do not count for deleting";
+  EXPECT_EQ(RegDeleteKeyW(HKEY_CLASSES_ROOT, u"T"), 0);
+  RegCloseKey(key);
+  EXPECT_EQ(read(), "Windows Registry Editor Version 5.00\n\n[HKEY_CLASSES_ROOT\\U\\a]\n");
+}
+
+TEST_F(Registry, ATextWithoutItsTerminatorStaysWithout) {
+  HKEY key = nullptr;
+  ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, u"K", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
+                            nullptr),
+            0);
+  EXPECT_EQ(RegSetValueExW(key, u"N", 0, REG_SZ, reinterpret_cast<const BYTE*>(u"ab"), 4), 0);
+  RegCloseKey(key);
+  DWORD type = 0;
+  std::string data;
+  EXPECT_EQ(query(HKEY_CURRENT_USER, u"K", u"N", type, data), 0);
+  EXPECT_EQ(type, REG_SZ);
+  EXPECT_EQ(data, std::string("a\0b\0", 4));
+}
+
 TEST_F(Registry, SubkeysAreEnumerated) {
   write(
       "Windows Registry Editor Version 5.00\n[HKEY_CLASSES_ROOT\\CLSID\\{b}]\n"
@@ -243,6 +324,16 @@ TEST_F(Registry, SubkeysAreEnumerated) {
   EXPECT_EQ(RegEnumKeyExW(key, 1, name, &units, nullptr, nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(std::u16string(name), u"{b}");
   EXPECT_EQ(RegEnumKeyExW(key, 2, name, &units, nullptr, nullptr, nullptr, nullptr), 259);
+  char16_t keyClass[] = u"before";
+  DWORD classUnits = 7;
+  DWORD reserved = 0;
+  EXPECT_EQ(RegEnumKeyExW(key, 1, name, &units, &reserved, nullptr, nullptr, nullptr), 87);
+  EXPECT_EQ(RegEnumKeyExW(key, 1, name, &units, nullptr, keyClass, nullptr, nullptr), 87);
+  EXPECT_EQ(RegEnumKeyExW(key, 1, name, &units, nullptr, keyClass, &classUnits, nullptr), 234);
+  units = 8;
+  EXPECT_EQ(RegEnumKeyExW(key, 1, name, &units, nullptr, keyClass, &classUnits, nullptr), 0);
+  EXPECT_EQ(classUnits, 0U);
+  EXPECT_EQ(std::u16string(keyClass), u"");
   RegCloseKey(key);
 }
 

@@ -56,6 +56,8 @@ TEST(DateFormat, PicturesAreReplaced) {
   date.wYear = 2009;
   date.wMonth = 3;
   date.wDay = 5;
+  EXPECT_EQ(GetDateFormatW(LOCALE_SYSTEM_DEFAULT, 1, &date, u"d", nullptr, 0), 0);
+  EXPECT_EQ(GetLastError(), 1004U) << "a format of its own and one of the locale";
   char16_t small[11];
   EXPECT_EQ(GetDateFormatW(LOCALE_SYSTEM_DEFAULT, 0, &date, u"dd MMM yyyy", small, 11), 0);
   EXPECT_EQ(GetLastError(), 122U);
@@ -128,9 +130,14 @@ TEST(StringTable, TextsAreFoundByTheirNumber) {
   EXPECT_EQ(LoadStringW(module, 801, reinterpret_cast<LPWSTR>(&own), 0), 6);
   EXPECT_EQ(own, kRows[2].text);
   EXPECT_EQ(LoadStringW(module, 0x10000 + 100, text, 64), 5) << "numbers have 16 bits";
+  SetLastError(77);
   EXPECT_EQ(LoadStringW(module, 101, text, 64), 0);
-  EXPECT_EQ(GetLastError(), 1814U);
+  EXPECT_EQ(GetLastError(), 77U) << "an empty text of a block that exists";
   EXPECT_EQ(text[0], u'\0');
+  text[0] = u'x';
+  EXPECT_EQ(LoadStringW(module, 112, text, 64), 0);
+  EXPECT_EQ(GetLastError(), 1814U);
+  EXPECT_EQ(text[0], u'x');
   platform::SetModuleStringTable(nullptr, 0);
   EXPECT_EQ(LoadStringW(module, 100, text, 64), 0);
   EXPECT_EQ(GetLastError(), 1812U);

@@ -48,8 +48,14 @@ BSTR SysAllocStringByteLen(LPCSTR bytes, UINT lengthBytes) {
 }
 
 int SysReAllocString(BSTR* bstr, const OLECHAR* text) {
-  const std::size_t units = text == nullptr ? 0 : std::char_traits<OLECHAR>::length(text);
-  return SysReAllocStringLen(bstr, text, static_cast<UINT>(units));
+  if (bstr == nullptr) return FALSE;
+  if (text == nullptr) {
+    SysFreeString(*bstr);
+    *bstr = nullptr;
+    return TRUE;
+  }
+  return SysReAllocStringLen(bstr, text,
+                             static_cast<UINT>(std::char_traits<OLECHAR>::length(text)));
 }
 
 int SysReAllocStringLen(BSTR* bstr, const OLECHAR* text, UINT units) {

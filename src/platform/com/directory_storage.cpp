@@ -203,11 +203,11 @@ LPOLESTR taskMemoryText(std::u16string_view text) {
 
 HRESULT statOfPath(const std::u16string& path, DWORD flag, STATSTG* stat) {
   if (stat == nullptr) return STG_E_INVALIDPOINTER;
-  *stat = STATSTG{};
   WIN32_FILE_ATTRIBUTE_DATA data{};
   if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) == FALSE) {
     return storageResult(GetLastError());
   }
+  *stat = STATSTG{};
   fillStat(data, *stat);
   if ((flag & STATFLAG_NONAME) != 0) return S_OK;
   const std::size_t end = path.find_last_not_of(u"/\\");

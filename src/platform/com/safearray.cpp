@@ -201,6 +201,10 @@ HRESULT SafeArrayGetElement(SAFEARRAY* array, LONG* index, void* element) {
   std::uint8_t* stored = nullptr;
   if (const HRESULT hr = locate(array, index, stored); FAILED(hr)) return hr;
   if (element == nullptr) return E_INVALIDARG;
+  // A variant is copied as every variant is: what the target holds is freed first.
+  if ((array->fFeatures & FADF_VARIANT) != 0) {
+    return VariantCopy(static_cast<VARIANT*>(element), &valueAt<VARIANT>(stored));
+  }
   return copyElement(*array, element, stored);
 }
 

@@ -134,7 +134,11 @@ HRESULT VariantCopy(VARIANT* target, const VARIANT* source) {
   if (target == source) return S_OK;
   VARIANT copy;
   VariantInit(&copy);
-  if (const HRESULT hr = duplicate(*source, copy); FAILED(hr)) return hr;
+  if (const HRESULT hr = duplicate(*source, copy); FAILED(hr)) {
+    // The target is freed before the copy is made.
+    if (hr == E_OUTOFMEMORY) VariantClear(target);
+    return hr;
+  }
   if (const HRESULT hr = VariantClear(target); FAILED(hr)) {
     VariantClear(&copy);
     return hr;

@@ -43,11 +43,13 @@ bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) {
   return true;
 }
 
-// The whole text must be one number.
+// The whole text must be one number; one that is too large for the type says so.
 template <typename Value>
-bool parseWhole(std::string_view text, Value& value) {
+bool parseWhole(std::string_view text, Value& value, bool& isTooLarge) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  return error == std::errc() && end == text.data() + text.size();
+  const bool isWhole = end == text.data() + text.size();
+  isTooLarge = isWhole && error == std::errc::result_out_of_range;
+  return isWhole && error == std::errc();
 }
 
 HRESULT parseText(BSTR bstr, VARTYPE target, Number& number) {
@@ -66,14 +68,15 @@ HRESULT parseText(BSTR bstr, VARTYPE target, Number& number) {
   std::int64_t integer = 0;
   std::uint64_t natural = 0;
   double real = 0;
-  if (parseWhole(digits, integer)) {
+  bool isTooLarge = false;
+  if (parseWhole(digits, integer, isTooLarge)) {
     number = signedNumber(integer);
-  } else if (parseWhole(digits, natural)) {
+  } else if (parseWhole(digits, natural, isTooLarge)) {
     number = unsignedNumber(natural);
-  } else if (parseWhole(digits, real) && std::isfinite(real)) {
+  } else if (parseWhole(digits, real, isTooLarge) && std::isfinite(real)) {
     number = realNumber(real);
   } else {
-    return DISP_E_TYPEMISMATCH;
+    return isTooLarge ? DISP_E_OVERFLOW : DISP_E_TYPEMISMATCH;
   }
   return S_OK;
 }

@@ -21,6 +21,10 @@ namespace {
 
 constexpr UINT kWesternEuropean = 1252;
 
+// What may be asked for of code pages other than UTF-8, by value where the layer has no name.
+constexpr DWORD kFlagsToWide = 0xF;
+constexpr DWORD kFlagsToBytes = WC_NO_BEST_FIT_CHARS | 0x270;
+
 // Characters of the bytes 0x80 to 0x9F of Windows-1252; all other bytes are the code points of the
 // same number. The five bytes that it leaves undefined are control characters of the same number,
 // so that no byte is lost.
@@ -47,13 +51,14 @@ struct Fallback {
   bool used = false;
 };
 
-// Every byte is one character: this code page, the usual one, needs no text in between.
+// Every byte is one character: this code page, the usual one, needs no text in between. What does
+// not fit is cut, and fails.
 int westernToWide(std::string_view bytes, LPWSTR wide, int wideUnits) {
   if (wideUnits == 0) return static_cast<int>(bytes.size());
-  if (bytes.size() > static_cast<std::size_t>(wideUnits))
-    return failWith(ERROR_INSUFFICIENT_BUFFER);
-  std::transform(bytes.begin(), bytes.end(), wide,
+  const std::size_t stored = std::min(bytes.size(), static_cast<std::size_t>(wideUnits));
+  std::transform(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(stored), wide,
                  [](char c) { return westernCharacter(static_cast<unsigned char>(c)); });
+  if (stored < bytes.size()) return failWith(ERROR_INSUFFICIENT_BUFFER);
   return static_cast<int>(bytes.size());
 }
 
@@ -197,12 +202,14 @@ UINT resolved(UINT codePage) {
   return codePage == CP_ACP || codePage == CP_OEMCP ? ansi() : codePage;
 }
 
-// Answers the length, or 0 with the last error when it does not fit; without room only the length.
+// Answers the length, or 0 with the last error when it does not fit, with as much of it as does in
+// the buffer; without room only the length.
 template <typename Unit>
 int deliver(std::basic_string_view<Unit> text, Unit* buffer, int room) {
   if (room == 0) return static_cast<int>(text.size());
-  if (text.size() > static_cast<std::size_t>(room)) return failWith(ERROR_INSUFFICIENT_BUFFER);
-  std::copy(text.begin(), text.end(), buffer);
+  const std::size_t stored = std::min(text.size(), static_cast<std::size_t>(room));
+  std::copy_n(text.begin(), stored, buffer);
+  if (stored < text.size()) return failWith(ERROR_INSUFFICIENT_BUFFER);
   return static_cast<int>(text.size());
 }
 
@@ -227,12 +234,15 @@ UINT WINAPI GetACP() { return ansi(); }
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int byteCount, LPWSTR wide,
                                int wideUnits) {
+  const UINT page = resolved(codePage);
   if (bytes == nullptr || byteCount == 0 || byteCount < -1 || wideUnits < 0 ||
-      (wideUnits > 0 && wide == nullptr)) {
+      (wideUnits > 0 && (wide == nullptr || static_cast<const void*>(wide) == bytes))) {
     return failWith(ERROR_INVALID_PARAMETER);
   }
+  if ((flags & ~(page == CP_UTF8 ? MB_ERR_INVALID_CHARS : kFlagsToWide)) != 0) {
+    return failWith(ERROR_INVALID_FLAGS);
+  }
   const std::string_view input = inputOf(bytes, byteCount);
-  const UINT page = resolved(codePage);
   if (page == kWesternEuropean) return westernToWide(input, wide, wideUnits);
   std::u16string text;
   if (page == CP_UTF8) {
@@ -254,14 +264,17 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int byte
 
 int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH wide, int wideUnits, LPSTR bytes,
                                int byteCount, LPCCH defaultChar, LPBOOL usedDefaultChar) {
+  const UINT page = resolved(codePage);
   const bool defaultRefused =
-      codePage == CP_UTF8 && (defaultChar != nullptr || usedDefaultChar != nullptr);
+      page == CP_UTF8 && (defaultChar != nullptr || usedDefaultChar != nullptr);
   if (wide == nullptr || wideUnits == 0 || wideUnits < -1 || byteCount < 0 || defaultRefused ||
-      (byteCount > 0 && bytes == nullptr)) {
+      (byteCount > 0 && (bytes == nullptr || static_cast<const void*>(bytes) == wide))) {
     return failWith(ERROR_INVALID_PARAMETER);
   }
+  if ((flags & ~(page == CP_UTF8 ? WC_ERR_INVALID_CHARS : kFlagsToBytes)) != 0) {
+    return failWith(ERROR_INVALID_FLAGS);
+  }
   const std::u16string_view input = inputOf(wide, wideUnits);
-  const UINT page = resolved(codePage);
   Fallback fallback;
   if (defaultChar != nullptr) fallback.text = defaultChar;
   std::string text;

@@ -108,7 +108,7 @@ std::u16string formatDate(std::u16string_view format, const SYSTEMTIME& date) {
 
 using namespace quillon::platform;
 
-int WINAPI GetDateFormatW(LCID, DWORD, const SYSTEMTIME* date, LPCWSTR format, LPWSTR buffer,
+int WINAPI GetDateFormatW(LCID, DWORD flags, const SYSTEMTIME* date, LPCWSTR format, LPWSTR buffer,
                           int bufferUnits) {
   SYSTEMTIME shown{};
   if (date != nullptr) {
@@ -116,6 +116,8 @@ int WINAPI GetDateFormatW(LCID, DWORD, const SYSTEMTIME* date, LPCWSTR format, L
   } else {
     GetLocalTime(&shown);
   }
+  // Flags choose one of the locale's own formats.
+  if (format != nullptr && flags != 0) return failWith(ERROR_INVALID_FLAGS);
   if (!isDate(shown) || bufferUnits < 0 || (bufferUnits > 0 && buffer == nullptr)) {
     return failWith(ERROR_INVALID_PARAMETER);
   }

@@ -56,6 +56,7 @@ constexpr std::array kTexts{
     TextRow{ERROR_DIRECTORY, u"The directory name is invalid."},
     TextRow{ERROR_MR_MID_NOT_FOUND, u"The system cannot find message text for message number 0x%1 in the message file for %2."},
     TextRow{ERROR_NOACCESS, u"Invalid access to memory location."},
+    TextRow{ERROR_INVALID_FLAGS, u"Invalid flags."},
     TextRow{ERROR_BADKEY, u"The configuration registry key is invalid."},
     TextRow{ERROR_KEY_DELETED, u"Illegal operation attempted on a registry key that has been marked for deletion."},
     TextRow{ERROR_NO_MEDIA_IN_DRIVE, u"No media in drive."},

@@ -28,6 +28,15 @@ TextById& moduleTexts() {
   return texts;
 }
 
+bool hasBlockOf(const TextById& texts, UINT id) {
+  constexpr UINT kTextsOfBlock = 16;
+  const UINT first = id / kTextsOfBlock * kTextsOfBlock;
+  for (UINT other = first; other < first + kTextsOfBlock; ++other) {
+    if (texts.contains(other)) return true;
+  }
+  return false;
+}
+
 // Stands for the program; its address is never looked into.
 char programModule;
 
@@ -66,7 +75,10 @@ int WINAPI LoadStringW(HINSTANCE, UINT id, LPWSTR buffer, int bufferUnits) {
   // The number of a text in a string table has 16 bits.
   const auto found = texts.find(id & 0xFFFF);
   if (found == texts.end()) {
-    if (bufferUnits > 0) buffer[0] = 0;
+    if (hasBlockOf(texts, id & 0xFFFF)) {
+      if (bufferUnits > 0) buffer[0] = 0;
+      return 0;
+    }
     return failWith(texts.empty() ? ERROR_RESOURCE_DATA_NOT_FOUND : ERROR_RESOURCE_NAME_NOT_FOUND);
   }
   const std::u16string_view text = found->second;

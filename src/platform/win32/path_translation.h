@@ -9,6 +9,11 @@
 //   /rest, //server/share, \\server\share, relative paths: native
 //
 // In what follows "\" becomes "/".
+//
+// What Windows makes of names is not done here, because the files are there and their users mean
+// them: a dot or space at the end of a name stays, NUL and COM1 are names like others, so are those
+// with : * ? " < > and |, and a path may be longer than 260 units. Where a medium must not have
+// such a name, the product itself refuses it.
 #pragma once
 
 #include <string>

@@ -20,6 +20,7 @@ constexpr LSTATUS status(DWORD code) { return static_cast<LSTATUS>(code); }
 struct OpenKey {
   std::u16string path;  // from the predefined key on
   REGSAM access = 0;
+  bool isDeleted = false;  // for good: a key made anew under the name is another one
 };
 
 // One lock for all: the calls are rare, and each sees a whole tree.
@@ -52,7 +53,7 @@ const std::array<PredefinedKey, 3>& predefinedKeys() {
 bool resolve(HKEY handle, OpenKey& key) {
   for (const PredefinedKey& predefined : predefinedKeys()) {
     if (predefined.handle != handle) continue;
-    key = {std::u16string(predefined.name), KEY_ALL_ACCESS};
+    key = {std::u16string(predefined.name), KEY_ALL_ACCESS, false};
     return true;
   }
   const auto& open = registry().openKeys;
@@ -70,16 +71,19 @@ std::u16string joined(const std::u16string& path, LPCWSTR subKey) {
 }
 
 HKEY openHandle(std::u16string path, REGSAM access) {
-  auto key = std::make_unique<OpenKey>(OpenKey{std::move(path), access});
+  auto key = std::make_unique<OpenKey>(OpenKey{std::move(path), access, false});
   const auto handle = reinterpret_cast<HKEY>(key.get());
   registry().openKeys.emplace(handle, std::move(key));
   return handle;
 }
 
-// The key of the tree; a predefined one exists even while nothing is in it.
+// The key of the tree; a predefined one exists even while nothing is in it. A handle whose own key
+// is gone finds nothing any more, not even below a key that was made anew.
 LSTATUS findKey(const OpenKey& key, const std::u16string& path, RegistryKey*& found) {
   RegistryDocument* document = nullptr;
   if (const LSTATUS failure = registry().store.read(document); failure != 0) return failure;
+  const bool isGone = !isPredefined(key) && document->roots.find(key.path) == nullptr;
+  if (key.isDeleted || isGone) return status(ERROR_KEY_DELETED);
   static RegistryKey nothing;
   found = document->roots.find(path);
   if (found == nullptr && isPredefined(key) && path == key.path) {
@@ -89,18 +93,34 @@ LSTATUS findKey(const OpenKey& key, const std::u16string& path, RegistryKey*& fo
   return found == nullptr ? status(ERROR_FILE_NOT_FOUND) : 0;
 }
 
+bool isSameName(std::u16string_view a, std::u16string_view b) {
+  const NameOrder comesBefore;
+  return !comesBefore(a, b) && !comesBefore(b, a);
+}
+
+void forgetDeleted(const std::u16string& path) {
+  for (const auto& [handle, open] : registry().openKeys) {
+    if (isSameName(open->path, path)) open->isDeleted = true;
+  }
+}
+
+// A name below a key does not begin with the separator, except where two trees are seen as one.
+bool isBadPath(const OpenKey& key, LPCWSTR subKey) {
+  return subKey != nullptr && subKey[0] == u'\\' && key.path != u"HKEY_CLASSES_ROOT";
+}
+
 // Resolves the handle, asks for the right and for the key: what the reading calls start with.
 LSTATUS openedKey(HKEY handle, REGSAM right, RegistryKey*& found) {
   OpenKey key;
   if (!resolve(handle, key)) return status(ERROR_INVALID_HANDLE);
   if ((key.access & right) != right) return status(ERROR_ACCESS_DENIED);
-  const LSTATUS failure = findKey(key, key.path, found);
-  return failure == status(ERROR_FILE_NOT_FOUND) ? status(ERROR_KEY_DELETED) : failure;
+  return findKey(key, key.path, found);
 }
 
 LSTATUS changeKey(HKEY handle, REGSAM right, const std::function<LSTATUS(RegistryKey&)>& change) {
   OpenKey key;
   if (!resolve(handle, key)) return status(ERROR_INVALID_HANDLE);
+  if (key.isDeleted) return status(ERROR_KEY_DELETED);
   if ((key.access & right) != right) return status(ERROR_ACCESS_DENIED);
   return registry().store.change([&](RegistryKey& roots) {
     bool created = false;
@@ -125,10 +145,10 @@ using namespace quillon::platform;
 
 LSTATUS WINAPI RegOpenKeyExW(HKEY handle, LPCWSTR subKey, DWORD, REGSAM access, PHKEY result) {
   if (result == nullptr) return status(ERROR_INVALID_PARAMETER);
-  *result = nullptr;
   const std::lock_guard lock(registry().mutex);
   OpenKey key;
   if (!resolve(handle, key)) return status(ERROR_INVALID_HANDLE);
+  if (isBadPath(key, subKey)) return status(ERROR_BAD_PATHNAME);
   std::u16string path = joined(key.path, subKey);
   RegistryKey* found = nullptr;
   if (const LSTATUS failure = findKey(key, path, found); failure != 0) return failure;
@@ -141,10 +161,10 @@ LSTATUS WINAPI RegCreateKeyExW(HKEY handle, LPCWSTR subKey, DWORD, LPWSTR, DWORD
   if (result == nullptr || subKey == nullptr || !isStorable(subKey)) {
     return status(ERROR_INVALID_PARAMETER);
   }
-  *result = nullptr;
   const std::lock_guard lock(registry().mutex);
   OpenKey key;
   if (!resolve(handle, key)) return status(ERROR_INVALID_HANDLE);
+  if (isBadPath(key, subKey)) return status(ERROR_BAD_PATHNAME);
   std::u16string path = joined(key.path, subKey);
   RegistryKey* found = nullptr;
   LSTATUS result32 = findKey(key, path, found);
@@ -171,9 +191,10 @@ LSTATUS WINAPI RegCloseKey(HKEY handle) {
   return 0;
 }
 
-LSTATUS WINAPI RegQueryValueExW(HKEY handle, LPCWSTR valueName, LPDWORD, LPDWORD type, LPBYTE data,
-                                LPDWORD lengthBytes) {
-  if (data != nullptr && lengthBytes == nullptr) return status(ERROR_INVALID_PARAMETER);
+LSTATUS WINAPI RegQueryValueExW(HKEY handle, LPCWSTR valueName, LPDWORD reserved, LPDWORD type,
+                                LPBYTE data, LPDWORD lengthBytes) {
+  if ((data != nullptr && lengthBytes == nullptr) || reserved != nullptr)
+    return status(ERROR_INVALID_PARAMETER);
   const std::lock_guard lock(registry().mutex);
   RegistryKey* key = nullptr;
   if (const LSTATUS failure = openedKey(handle, KEY_QUERY_VALUE, key); failure != 0) return failure;
@@ -216,18 +237,27 @@ LSTATUS WINAPI RegDeleteValueW(HKEY handle, LPCWSTR valueName) {
 LSTATUS WINAPI RegDeleteKeyW(HKEY handle, LPCWSTR subKey) {
   if (subKey == nullptr || subKey[0] == 0) return status(ERROR_INVALID_PARAMETER);
   const std::lock_guard lock(registry().mutex);
-  return changeKey(handle, 0, [subKey](RegistryKey& key) {
+  OpenKey parent;
+  if (!resolve(handle, parent)) return status(ERROR_INVALID_HANDLE);
+  if (isBadPath(parent, subKey)) return status(ERROR_BAD_PATHNAME);
+  const LSTATUS deleted = changeKey(handle, 0, [subKey](RegistryKey& key) {
     const RegistryKey* found = key.find(subKey);
     if (found == nullptr) return status(ERROR_FILE_NOT_FOUND);
     if (!found->subkeys.empty()) return status(ERROR_ACCESS_DENIED);
     key.remove(subKey);
     return LSTATUS{0};
   });
+  if (deleted == 0) forgetDeleted(joined(parent.path, subKey));
+  return deleted;
 }
 
-LSTATUS WINAPI RegEnumKeyExW(HKEY handle, DWORD index, LPWSTR name, LPDWORD nameUnits, LPDWORD,
-                             LPWSTR, LPDWORD, FILETIME* lastWrite) {
-  if (name == nullptr || nameUnits == nullptr) return status(ERROR_INVALID_PARAMETER);
+LSTATUS WINAPI RegEnumKeyExW(HKEY handle, DWORD index, LPWSTR name, LPDWORD nameUnits,
+                             LPDWORD reserved, LPWSTR keyClass, LPDWORD classUnits,
+                             FILETIME* lastWrite) {
+  if (name == nullptr || nameUnits == nullptr || reserved != nullptr ||
+      (keyClass != nullptr && classUnits == nullptr)) {
+    return status(ERROR_INVALID_PARAMETER);
+  }
   const std::lock_guard lock(registry().mutex);
   RegistryKey* key = nullptr;
   if (const LSTATUS failure = openedKey(handle, KEY_ENUMERATE_SUB_KEYS, key); failure != 0) {
@@ -235,10 +265,13 @@ LSTATUS WINAPI RegEnumKeyExW(HKEY handle, DWORD index, LPWSTR name, LPDWORD name
   }
   if (index >= key->subkeys.size()) return status(ERROR_NO_MORE_ITEMS);
   const std::u16string& text = std::next(key->subkeys.begin(), index)->first;
-  if (*nameUnits <= text.size()) return status(ERROR_MORE_DATA);
+  const bool classFits = keyClass == nullptr || *classUnits > 0;
+  if (*nameUnits <= text.size() || !classFits) return status(ERROR_MORE_DATA);
   std::copy(text.begin(), text.end(), name);
   name[text.size()] = 0;
   *nameUnits = static_cast<DWORD>(text.size());
+  if (keyClass != nullptr) keyClass[0] = 0;  // no key has one here
+  if (classUnits != nullptr) *classUnits = 0;
   if (lastWrite != nullptr) *lastWrite = FILETIME{};
   return 0;
 }

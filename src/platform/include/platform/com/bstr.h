@@ -13,7 +13,7 @@ BSTR SysAllocString(const OLECHAR* text);  // null for null
 BSTR SysAllocStringLen(const OLECHAR* text, UINT units);
 BSTR SysAllocStringByteLen(LPCSTR bytes, UINT lengthBytes);
 // Frees the old text and answers TRUE; on FALSE the old one is still there. The new text may lie
-// within the old one.
+// within the old one. A null text makes the text null, with a length one of undefined units.
 int SysReAllocString(BSTR* bstr, const OLECHAR* text);
 int SysReAllocStringLen(BSTR* bstr, const OLECHAR* text, UINT units);
 void SysFreeString(BSTR bstr);

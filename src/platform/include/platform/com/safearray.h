@@ -41,7 +41,8 @@ UINT SafeArrayGetElemsize(SAFEARRAY* array);
 // Dimensions count from 1.
 HRESULT SafeArrayGetLBound(SAFEARRAY* array, UINT dimension, LONG* bound);
 HRESULT SafeArrayGetUBound(SAFEARRAY* array, UINT dimension, LONG* bound);
-// DISP_E_BADINDEX outside the bounds. Texts and interfaces are passed as such, other elements by
+// DISP_E_BADINDEX outside the bounds. A variant that is read into has been initialised: what it
+// holds is freed. Texts and interfaces are passed as such, other elements by
 // address.
 HRESULT SafeArrayGetElement(SAFEARRAY* array, LONG* index, void* element);
 HRESULT SafeArrayPutElement(SAFEARRAY* array, LONG* index, void* element);

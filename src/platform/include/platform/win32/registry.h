@@ -3,8 +3,11 @@
 // /etc/quillon/registry.reg. Names of keys and values are compared without case. Every change
 // replaces the file as a whole, so a reader never sees half of one.
 //
-// All calls answer the system code (0 for success) and leave the last error alone. Of a key that
-// was deleted since it was opened they answer 1018.
+// All calls answer the system code (0 for success) and leave the last error alone; a call that
+// fails leaves its output alone too, except for the length of a value that did not fit. A handle
+// whose key was deleted answers 1018 to everything but its closing, also when there is a key of the
+// name again. A name below a key that begins with a separator is 161, except below
+// HKEY_CLASSES_ROOT.
 #pragma once
 
 #include "platform/win32/types.h"
@@ -55,7 +58,8 @@ LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD reserved, DWORD
 LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR valueName);
 // Refuses (5) a key that has subkeys.
 LSTATUS WINAPI RegDeleteKeyW(HKEY key, LPCWSTR subKey);
-// 259 past the last one, 234 when the name does not fit.
+// 259 past the last one, 234 when the name does not fit. Deleting a key makes those behind it move
+// up. Keys have no class: its text is empty.
 LSTATUS WINAPI RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameUnits,
                              LPDWORD reserved, LPWSTR keyClass, LPDWORD classUnits,
                              FILETIME* lastWrite);

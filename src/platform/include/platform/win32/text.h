@@ -23,11 +23,12 @@ UINT WINAPI GetACP();
 extern "C" {
 
 // Lengths of -1 include the terminator. A destination length of 0 asks for the length needed.
-// Failure: 0, with 122 (does not fit), 87 (arguments, code page) or 1113 (an undecodable byte with
-// MB_ERR_INVALID_CHARS).
+// Failure: 0, with 122 (does not fit; the buffer holds as much as does), 87 (arguments, code page),
+// 1004 (flags) or 1113 (an undecodable byte with MB_ERR_INVALID_CHARS).
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int byteCount, LPWSTR wide,
                                int wideUnits);
-// A character that the code page does not have becomes defaultChar, or "?".
+// A character that the code page does not have becomes defaultChar, or "?": there are no characters
+// that look alike here, which Windows takes without WC_NO_BEST_FIT_CHARS. UTF-8 has no default.
 int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH wide, int wideUnits, LPSTR bytes,
                                int byteCount, LPCCH defaultChar, LPBOOL usedDefaultChar);
 
@@ -57,7 +58,9 @@ HLOCAL WINAPI LocalFree(HLOCAL memory);
 
 // Copies a text of the module's string table, cut to the buffer, and answers its length. With
 // bufferUnits 0, buffer is the address of a pointer that receives the table's own text. Without
-// such a text: 0, last error 1814 (1812 when the module has no table).
+// such a text: 0, last error 1814 (1812 when the module has no table) and the buffer as it was.
+// Texts lie in blocks of 16 numbers: where another one of the block exists, a missing one is the
+// empty text, which is no failure.
 int WINAPI LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int bufferUnits);
 
 int WINAPI lstrlenW(LPCWSTR text);  // 0 for null
