@@ -112,6 +112,32 @@ TEST_F(FileFaults, AMoveBetweenFileSystemsLosesNothingWhateverFails) {
   }
 }
 
+// As from a disk that is dying: some bytes of the piece come, and then the call fails.
+TEST_F(FileFaults, AMoveBetweenFileSystemsSurvivesAReadThatBreaksOff) {
+  const platform::testing::Scope restored;
+  const FailingCall otherDevice(Call::RenameElsewhere, 0, EXDEV);
+  Write("from/src", content_);
+  Write("to/dst", "earlier");
+  for (const int nth : {1, 2, 3}) {
+    for (const DWORD afterBytes : {0U, 1U, 4000U}) {
+      SCOPED_TRACE(std::to_string(nth) + ", " + std::to_string(afterBytes));
+      platform::testing::BreakRead("/from/src", nth, afterBytes, ERROR_IO_DEVICE);
+      EXPECT_FALSE(files_.MoveFile(Wide("to/dst"), Wide("from/src")));
+      EXPECT_EQ(ErrorOf(files_), "Cannot read data from the source stream.");
+      EXPECT_EQ(Plain(files_.FailedPath()), Name("from/src"));
+      EXPECT_EQ(Plain(files_.FailedReason()),
+                "The request could not be performed because of an I/O device error.");
+      EXPECT_EQ(Read("from/src"), content_);
+      EXPECT_EQ(Read("to/dst"), "earlier");
+      EXPECT_EQ(std::distance(fs::directory_iterator(dir_ / "to"), {}), 1) << "half a copy";
+    }
+  }
+  platform::testing::BreakRead("/from/src", 4, 0, ERROR_IO_DEVICE);
+  EXPECT_TRUE(files_.MoveFile(Wide("to/dst"), Wide("from/src"))) << "three reads are all it takes";
+  EXPECT_EQ(Read("to/dst"), content_);
+  EXPECT_FALSE(Exists("from/src"));
+}
+
 // What a share that goes away does to a listing. Nothing may take the part for the whole: a copy
 // would lack files, and its source might then be deleted.
 TEST_F(FileFaults, AListingThatBreaksOffIsAFailure) {

@@ -99,6 +99,8 @@ TEST(Variant, ChangesItsType) {
       {"halves go to the even number", realVariant(3.5), VT_I4, S_OK, "4"},
       {"text to real", textVariant(u"1.5e2"), VT_R8, S_OK, "150.000000"},
       {"real to text", realVariant(0.1), VT_BSTR, S_OK, "'0.1'"},
+      {"no more digits than are sure", realVariant(0.1 + 0.2), VT_BSTR, S_OK, "'0.3'"},
+      {"a large real to text", realVariant(1e20), VT_BSTR, S_OK, "'1E+20'"},
       {"no number", textVariant(u"12x"), VT_I4, DISP_E_TYPEMISMATCH, ""},
       {"empty text", textVariant(u""), VT_I4, DISP_E_TYPEMISMATCH, ""},
       {"not a number", textVariant(u"nan"), VT_R8, DISP_E_TYPEMISMATCH, ""},

@@ -1,4 +1,5 @@
 // Conversions between the simple types of a VARIANT.
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -162,12 +163,21 @@ HRESULT makeText(const VARIANT& source, USHORT flags, const Number& number, VARI
     text.assign(buffer.data(),
                 std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr);
   };
+  // At most the digits that are sure, so the text may stand for another number.
+  constexpr int kSingleDigits = 7;
+  constexpr int kDoubleDigits = 15;
+  const auto printReal = [&](double value, int digits) {
+    text.assign(buffer.data(), std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                             std::chars_format::general, digits)
+                                   .ptr);
+    std::replace(text.begin(), text.end(), 'e', 'E');
+  };
   if (source.vt == VT_BOOL && (flags & VARIANT_ALPHABOOL) != 0) {
     text = source.boolVal != VARIANT_FALSE ? "True" : "False";
   } else if (source.vt == VT_R4) {
-    print(source.fltVal);
+    printReal(static_cast<double>(source.fltVal), kSingleDigits);
   } else if (number.kind == Number::Kind::Real) {
-    print(number.real);
+    printReal(number.real, kDoubleDigits);
   } else if (number.kind == Number::Kind::Signed) {
     print(number.integer);
   } else {

@@ -1,5 +1,7 @@
 // The XML library of the platform: DOM document with transform, HTTP request. Windows' own MSXML
-// declarations there, the same in the order of their vtables on Linux.
+// declarations there, the same in the order of their vtables on Linux. A new document loads
+// asynchronously there and here: the load has only begun when it returns, and until get_readyState
+// has answered 4 the document is E_PENDING. Requests are synchronous here, others E_NOTIMPL.
 #pragma once
 
 #include "platform/com.h"

@@ -4,6 +4,10 @@
 // newest first), then among the built-in ones (com/class_table.h), then in the registry: the
 // default value of HKEY_CLASSES_ROOT\CLSID\{...}\InprocServer32 names a library whose
 // DllGetClassObject has the class. The library stays loaded until CoFreeUnusedLibraries.
+//
+// What Windows does at the last CoUninitialize of a thread, and what it keeps to one apartment, is
+// not done here: objects live on, and a registered class is found on every thread. Only programs
+// that are wrong there see a difference.
 #pragma once
 
 #include "platform/com/guid.h"

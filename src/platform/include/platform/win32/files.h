@@ -5,7 +5,9 @@
 // bytes of a name that are not UTF-8 appear as lone surrogates U+DC80 to U+DCFF and go back
 // unchanged. The A calls take the native bytes. Names are case-sensitive.
 //
-// Every call that fails sets the thread's last error.
+// Every call that fails sets the thread's last error and leaves what it would have filled as it
+// was, except that reading and writing answer 0 bytes; one that succeeds leaves the last error
+// alone, unless it says otherwise here.
 #pragma once
 
 #include "platform/win32/types.h"
@@ -93,16 +95,20 @@ using LPBY_HANDLE_FILE_INFORMATION = BY_HANDLE_FILE_INFORMATION*;
 
 // CREATE_ALWAYS and OPEN_ALWAYS on an existing file succeed with the last error 183. Sharing modes
 // hold between the handles of this process, by whatever names the file was opened: an open that
-// they do not allow fails with 32, and empties nothing. A directory that is opened to be read and
-// not shared at all is kept from all others who ask for the same, other processes too; it is open
-// to everybody else. Security, template and overlapped arguments must be null.
+// they do not allow fails with 32, and empties nothing, and so does deleting or renaming a file
+// that is open without FILE_SHARE_DELETE. A file that is open at all is not replaced (5). A
+// directory is not renamed while something below it is open (5), or while it or one below it is the
+// working directory (32, 5). What a handle was not opened for fails with 5. A directory that is
+// opened to be read and not shared at all is kept from all others who ask for the same, other
+// processes too; it is open to everybody else. Security, template and overlapped arguments must be
+// null.
 HANDLE WINAPI CreateFileW(LPCWSTR fileName, DWORD access, DWORD share,
                           LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD flags,
                           HANDLE templateFile);
 HANDLE WINAPI CreateFileA(LPCSTR fileName, DWORD access, DWORD share,
                           LPSECURITY_ATTRIBUTES security, DWORD disposition, DWORD flags,
                           HANDLE templateFile);
-// At the end of the file: success with 0 bytes.
+// At the end of the file: success with 0 bytes. Here as for WriteFile the count is not optional.
 BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD length, LPDWORD read,
                      LPOVERLAPPED overlapped);
 BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD length, LPDWORD written,
@@ -152,7 +158,7 @@ DWORD WINAPI GetCurrentDirectoryW(DWORD bufferUnits, LPWSTR buffer);
 DWORD WINAPI GetFullPathNameW(LPCWSTR fileName, DWORD bufferUnits, LPWSTR buffer, LPWSTR* filePart);
 // $TMPDIR, else a directory of the user's own that nobody else can enter: $XDG_CACHE_HOME/quillon
 // (with ~/.cache for XDG_CACHE_HOME), which is made, else $XDG_RUNTIME_DIR. Ends in a separator.
-// When there is neither: 0.
+// When there is neither, or the path has more than 260 units: 0.
 DWORD WINAPI GetTempPathW(DWORD bufferUnits, LPWSTR buffer);
 // Creates all missing directories of an absolute path; answers 0 or the code.
 int WINAPI SHCreateDirectoryExW(HWND owner, LPCWSTR path, const SECURITY_ATTRIBUTES* security);
