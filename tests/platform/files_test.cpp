@@ -9,6 +9,7 @@
 
 #include "layer_fixture.h"
 #include "platform/testing.h"
+#include "support/file_size_limit.h"
 
 namespace quillon::test {
 namespace {
@@ -277,6 +278,19 @@ TEST_F(Files, AReadThatIsMadeToFailAnswersNothingOfWhatItRead) {
   EXPECT_STREQ(buffer, "4563") << "three bytes of it had come";
   EXPECT_TRUE(ReadFile(file, buffer, 4, &done, nullptr));
   EXPECT_STREQ(buffer, "4567") << "the file stands where it stood";
+  CloseHandle(file);
+}
+
+TEST_F(Files, AWriteThatEndsHalfwayAnswersNothingOfWhatItWrote) {
+  const HANDLE file = CreateFileW(u"f", GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+  ASSERT_NE(file, INVALID_HANDLE_VALUE);
+  DWORD done = 77;
+  {
+    const FileSizeLimit full(5);
+    EXPECT_FALSE(WriteFile(file, "0123456789", 10, &done, nullptr));
+  }
+  EXPECT_EQ(GetLastError(), 223U);
+  EXPECT_EQ(done, 0U);
   CloseHandle(file);
 }
 

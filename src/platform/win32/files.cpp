@@ -246,12 +246,7 @@ BOOL WINAPI ReadFile(HANDLE handle, LPVOID buffer, DWORD length, LPDWORD read,
     const ssize_t got =
         ::read(file->descriptor, static_cast<std::uint8_t*>(buffer) + done, length - done);
     if (got < 0 && errno == EINTR) continue;
-    if (got < 0) {
-      const int error = errno;
-      // What came before it is not answered either.
-      if (done > 0) ::lseek(file->descriptor, -off_t{done}, SEEK_CUR);
-      return failWithErrno(error);
-    }
+    if (got < 0) return failWithErrno(errno);
     if (got == 0) break;
     done += static_cast<DWORD>(got);
   }
