@@ -168,15 +168,15 @@ DcCode DcDirReader::readHeader(std::uint32_t headerAt, std::uint32_t& firstRecor
     rc = header.parse(&file_[headerAt], headerEndsAt - headerAt, DcUid::ExplicitLittleEndian);
     if (rc != kDcOk) return rc;
   }
-  if (const std::string* text = dirTextOf(header, 0x00041130)) dir_.fileSetId = *text;
+  if (const auto text = dirTextOf(header, 0x00041130)) dir_.fileSetId = *text;
   if (const DcElem* descriptor = header.find(0x00041141)) {
     for (int i = 0; i < descriptor->valueCount(); ++i) {
-      if (const std::string* part = descriptor->stringValue(i)) {
-        dir_.descriptorFileIdParts.push_back(*part);
+      if (const auto part = descriptor->stringValue(i)) {
+        dir_.descriptorFileIdParts.emplace_back(*part);
       }
     }
   }
-  if (const std::string* text = dirTextOf(header, 0x00041142)) dir_.descriptorCharacterSet = *text;
+  if (const auto text = dirTextOf(header, 0x00041142)) dir_.descriptorCharacterSet = *text;
   header.getValue(0x00041212, dir_.consistencyFlag);
   if (header.getValue(0x00041200, firstRecordAt) != kDcOk) {
     dcLog(DcLogLevel::Error, kFunction,
@@ -244,8 +244,8 @@ DcCode DcDirReader::readUnreachedMrdrs() {
     if (rc != kDcOk) return rc;
     // Items that no chain reaches are records that were deleted: only an MRDR is looked at.
     const DcElemList item(&file_[extent.valueAt], extent.valueBytes, DcUid::ExplicitLittleEndian);
-    const std::string* typeName = dirTextOf(item, kRecordTypeTag);
-    if (typeName != nullptr && *typeName == dirTypeRow(DcDirRecType::Mrdr).name) {
+    const auto typeName = dirTextOf(item, kRecordTypeTag);
+    if (typeName == dirTypeRow(DcDirRecType::Mrdr).name) {
       DcDirRec* mrdr = nullptr;
       rc = readRecord(dir_, at, mrdr);
       if (rc != kDcOk) return rc;

@@ -47,10 +47,10 @@ std::uint32_t offsetOf(const DcElemList& list, DcTag tag) {
 
 }  // namespace
 
-const std::string* dirTextOf(const DcElemList& list, DcTag tag) {
+std::optional<std::string_view> dirTextOf(const DcElemList& list, DcTag tag) {
   const DcElem* element = list.find(tag);
-  const std::string* text = element != nullptr ? element->stringValue(0) : nullptr;
-  return text != nullptr && !text->empty() ? text : nullptr;
+  const auto text = element != nullptr ? element->stringValue(0) : std::nullopt;
+  return text && !text->empty() ? text : std::nullopt;
 }
 
 DcCode dirMeasureItem(const std::uint8_t* file, std::uint32_t fileBytes, std::uint32_t offsetInFile,
@@ -105,17 +105,17 @@ DcCode DcDirRec::parseItem(const std::uint8_t* value, std::uint32_t valueBytes,
   if (getValue(kRecordInUseFlag, inUseFlag_) != kDcOk) {
     return missing(offsetInFile, "T_0004_1410_recordInUseFlag");
   }
-  const std::string* typeName = dirTextOf(*this, kRecordType);
-  if (typeName == nullptr) return missing(offsetInFile, "T_0004_1430_recordType");
+  const auto typeName = dirTextOf(*this, kRecordType);
+  if (!typeName) return missing(offsetInFile, "T_0004_1430_recordType");
   type_ = dirGetType(*typeName);
   if (type_ == DcDirRecType::Unknown) {
     dcLog(DcLogLevel::Error, kFunction, "Offset - %d (0x%06x), invalid Record Type - '%s'",
-          shown(offsetInFile), offsetInFile, typeName->c_str());
+          shown(offsetInFile), offsetInFile, typeName->data());
     return kDcInvalidDicomDir;
   }
-  const std::string* privateUid = dirTextOf(*this, kPrivateRecordUid);
-  privateRecordUid_ = privateUid != nullptr ? *privateUid : std::string();
-  if (type_ == DcDirRecType::Private && privateUid == nullptr) {
+  const auto privateUid = dirTextOf(*this, kPrivateRecordUid);
+  privateRecordUid_ = privateUid.value_or("");
+  if (type_ == DcDirRecType::Private && !privateUid) {
     return missing(offsetInFile, "T_0004_1432_privateRecordUid");
   }
   rc = parseReference(offsetInFile);
@@ -135,13 +135,13 @@ DcCode DcDirRec::parseReference(std::uint32_t offsetInFile) {
     bool fits = static_cast<std::size_t>(parts) <= kMaxFileIdParts;
     std::string joined;
     for (int i = 0; i < parts; ++i) {
-      const std::string* part = fileIdElement->stringValue(i);
-      if (part == nullptr) break;  // not text
+      const auto part = fileIdElement->stringValue(i);
+      if (!part) break;  // not text
       fits = fits && part->size() <= kMaxFileIdPartChars;
       chars += part->size();
       if (i > 0) joined += '\\';
       joined += *part;
-      reference.fileIdParts.push_back(*part);
+      reference.fileIdParts.emplace_back(*part);
     }
     if (chars == 0) {
       dcLog(DcLogLevel::Error, kFunction, "Offset - %d (0x%06x), Zero length File ID",
@@ -170,8 +170,7 @@ DcCode DcDirRec::parseReference(std::uint32_t offsetInFile) {
        reference.transferSyntaxUid},
   };
   for (const auto& uid : uids) {
-    const std::string* text = dirTextOf(*this, uid.tag);
-    if (text != nullptr) {
+    if (const auto text = dirTextOf(*this, uid.tag)) {
       uid.target = *text;
     } else if (required) {
       return missing(offsetInFile, uid.name);

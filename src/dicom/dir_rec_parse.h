@@ -2,7 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
+#include <optional>
+#include <string_view>
 
 #include "dicom/elem_list.h"
 #include "dicom/types.h"
@@ -21,7 +22,8 @@ struct DcDirItemExtent {
 DcCode dirMeasureItem(const std::uint8_t* file, std::uint32_t fileBytes, std::uint32_t offsetInFile,
                       DcDirItemExtent& extent);
 
-// First value of a text element; null when it is absent, empty or not text.
-const std::string* dirTextOf(const DcElemList& list, DcTag tag);
+// First value of a text element, with a zero byte behind it; none when it is absent, empty or not
+// text.
+std::optional<std::string_view> dirTextOf(const DcElemList& list, DcTag tag);
 
 }  // namespace quillon

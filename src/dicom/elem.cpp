@@ -29,7 +29,7 @@ DcUid syntaxOfGroup(std::uint16_t group, DcUid transferSyntax) {
   }
 }
 
-void appendText(std::string& out, const std::string& value) { out += value; }
+void appendText(std::string& out, std::string_view value) { out += value; }
 template <typename T>
 void appendText(std::string& out, T value) {
   std::array<char, 32> digits{};
@@ -155,12 +155,12 @@ void DcElem::clearValues() {
   iterator_ = 0;
 }
 
-const std::string* DcElem::stringValue(int index) const {
-  const auto* values = std::get_if<std::vector<std::string>>(&values_);
+std::optional<std::string_view> DcElem::stringValue(int index) const {
+  const auto* values = std::get_if<DcTextValues>(&values_);
   if (values == nullptr || index < 0 || static_cast<std::size_t>(index) >= values->size()) {
-    return nullptr;
+    return std::nullopt;
   }
-  return &(*values)[static_cast<std::size_t>(index)];
+  return (*values)[static_cast<std::size_t>(index)];
 }
 
 void DcElem::dump(std::string& out) const {

@@ -1,7 +1,9 @@
 // Values on their way into an element: conversion to what its VR stores, and the checks of text.
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdlib>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -20,8 +22,11 @@ namespace {
 
 constexpr const char* kAddValue = "DcElem::addValue";
 constexpr const char* kAddValueStrg = "DcElem::addValueStrg";
+constexpr const char* kAddValueFmtBuf = "DcElem::addValueFmtBuf";
 constexpr char kEscape = 27;
 constexpr char kSeparator = '\\';
+// Values are counted and numbered in an int.
+constexpr std::size_t kMaxValues = std::numeric_limits<int>::max();
 // As many significant digits as "%g" prints.
 constexpr int kPrintedDigits = 6;
 
@@ -32,6 +37,8 @@ bool isOneText(DcVr vr) { return vr == DcVr::LT || vr == DcVr::ST; }
 bool escapesSeparator(DcVr vr) {
   return vr == DcVr::CS || vr == DcVr::LO || vr == DcVr::PN || vr == DcVr::SH;
 }
+
+bool isControl(char c) { return static_cast<unsigned char>(c) < 32; }
 
 bool isLine(DcVr vr) { return vr == DcVr::LO || vr == DcVr::SH; }
 
@@ -61,6 +68,30 @@ std::string_view print(std::array<char, 32>& buffer, T value) {
   return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
 }
 
+template <typename T>
+void replaceValue(std::vector<T>& values, std::size_t index, T value) {
+  values[index] = value;
+}
+void replaceValue(DcTextValues& values, std::size_t index, std::string_view value) {
+  values.replace(index, value);
+}
+template <typename T>
+void eraseFirstValues(std::vector<T>& values, std::size_t count) {
+  values.erase(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(count));
+}
+void eraseFirstValues(DcTextValues& values, std::size_t count) { values.eraseFirst(count); }
+template <typename T>
+void appendValue(std::vector<T>& values, T value) {
+  values.push_back(value);
+}
+void appendValue(DcTextValues& values, std::string_view value) { values.append(value); }
+
+DcCode tooManyValues(const DcElem& element) {
+  dcLog(DcLogLevel::Error, kAddValueFmtBuf, "Element (%04x,%04x) - more than %d values",
+        element.group(), element.element(), static_cast<int>(kMaxValues));
+  return kDcNoMemory;
+}
+
 }  // namespace
 
 DcCode DcElem::refuse(const char* function, const char* type) const {
@@ -70,26 +101,31 @@ DcCode DcElem::refuse(const char* function, const char* type) const {
   return kDcNotAccepted;
 }
 
-template <typename T>
-DcCode DcElem::store(T value, int index) {
-  auto* values = std::get_if<std::vector<T>>(&values_);
+template <typename Held, typename T>
+DcCode DcElem::storeIn(T value, int index) {
+  auto* values = std::get_if<Held>(&values_);
   const std::size_t count = values != nullptr ? values->size() : 0;
   if (index >= 0 && static_cast<std::size_t>(index) < count) {
-    (*values)[static_cast<std::size_t>(index)] = std::move(value);
+    replaceValue(*values, static_cast<std::size_t>(index), value);
     return kDcOk;
   }
   if (index != kAppend && (index != 0 || count != 0)) {
-    dcLog(DcLogLevel::Error, "DcElem::addValueFmtBuf", "Invalid index value");
+    dcLog(DcLogLevel::Error, kAddValueFmtBuf, "Invalid index value");
     return kDcIndexOutOfRange;
   }
-  if (values == nullptr) values = &values_.emplace<std::vector<T>>();
+  if (values == nullptr) values = &values_.emplace<Held>();
   const auto limit = static_cast<std::size_t>(std::abs(vmLimit_));
   if (limit != 0 && count >= limit && dcValueChecking()) {
-    values->erase(values->begin(),
-                  values->begin() + static_cast<std::ptrdiff_t>(count - limit + 1));
+    eraseFirstValues(*values, count - limit + 1);
+  } else if (count >= kMaxValues) {
+    return tooManyValues(*this);
   }
-  values->push_back(std::move(value));
+  appendValue(*values, value);
   return kDcOk;
+}
+
+DcCode DcElem::store(std::string_view text, int index) {
+  return storeIn<DcTextValues>(text, index);
 }
 
 DcCode DcElem::addValue(const char* text, int index) {
@@ -109,7 +145,22 @@ DcCode DcElem::addText(std::string_view text, int index) {
   text = trimmed(text);
   if (text.ends_with(kSeparator)) text.remove_suffix(1);
   const bool escapes = escapesSeparator(vr);
+  const bool isBounded = vmLimit_ != 0 && dcValueChecking();
+  DcTextValues* values = nullptr;
+  if (vrStorage(vr) == DcStorage::Text && index == kAppend && !isBounded) {
+    values = std::get_if<DcTextValues>(&values_);
+    if (values == nullptr) values = &values_.emplace<DcTextValues>();
+    // What is kept is never longer than what was given.
+    values->reserve(text.size() + 1);
+  }
   while (true) {
+    // Values that are empty need no look at each.
+    if (values != nullptr && text.starts_with(kSeparator)) {
+      const std::size_t empty = std::min(text.find_first_not_of(kSeparator), text.size());
+      if (empty > kMaxValues - values->size()) return tooManyValues(*this);
+      values->appendEmpty(empty);
+      text.remove_prefix(empty);
+    }
     const std::size_t chars = firstPieceChars(text, escapes);
     const DcCode code = addValueStrg(text.substr(0, chars), index);
     if (code != kDcOk || chars == text.size()) return code;
@@ -117,6 +168,7 @@ DcCode DcElem::addText(std::string_view text, int index) {
   }
 }
 
+// What the VR demands of one value, and what becomes of one that does not meet it.
 DcCode DcElem::addValueStrg(std::string_view text, int index) {
   const DcVr vr = resolvedVr();
   if (!acceptsText(vr)) return refuse(kAddValueStrg, "string");
@@ -125,7 +177,7 @@ DcCode DcElem::addValueStrg(std::string_view text, int index) {
   const bool isText = vrStorage(vr) == DcStorage::Text;
   if (text.empty()) {
     // A number cannot be empty; that there is none is all that can be kept.
-    return isText ? store(std::string(), index) : kDcOk;
+    return isText ? store(std::string_view(), index) : kDcOk;
   }
   if (!isText) return addNumberText(vr, text, index);
 
@@ -143,7 +195,8 @@ DcCode DcElem::addValueStrg(std::string_view text, int index) {
   } else if (code != kDcOk || isTooLong) {
     std::string replacement;
     code = askHook(vr, text, replacement);
-    return code == kDcOk ? storeText(vr, replacement, index) : code;
+    // A value ends at its first zero byte.
+    return code == kDcOk ? storeText(vr, replacement.c_str(), index) : code;
   }
   return storeText(vr, text, index);
 }
@@ -198,17 +251,15 @@ DcCode DcElem::askHook(DcVr vr, std::string_view text, std::string& replacement)
 }
 
 DcCode DcElem::storeText(DcVr vr, std::string_view text, int index) {
-  std::string stored(text);
-  if (isLine(vr) && text.find(kEscape) == std::string_view::npos) {
-    for (char& c : stored) {
-      if (c == '\n') {
-        c = '|';
-      } else if (static_cast<unsigned char>(c) < 32) {
-        c = ' ';
-      }
-    }
+  if (!isLine(vr) || std::ranges::none_of(text, isControl) ||
+      text.find(kEscape) != std::string_view::npos) {
+    return store(text, index);
   }
-  return store(std::move(stored), index);
+  std::string shown(text);
+  for (char& c : shown) {
+    if (isControl(c)) c = c == '\n' ? '|' : ' ';
+  }
+  return store(std::string_view(shown), index);
 }
 
 // Text for a VR that stores numbers.

@@ -37,7 +37,7 @@ constexpr bool isReadableAs(DcVr vr) {
 }
 
 template <typename T>
-T numberOf(const std::string& text) {
+T numberOf(std::string_view text) {
   if constexpr (std::is_floating_point_v<T>) {
     return static_cast<T>(textToDouble(text));
   } else if constexpr (std::is_same_v<T, std::uint32_t>) {
@@ -105,7 +105,7 @@ DcCode DcElem::getNumber(T& value, int index, const char* type) {
         using Stored = std::decay_t<decltype(values)>;
         if constexpr (std::is_same_v<Stored, std::monostate>) {
           return T{};
-        } else if constexpr (std::is_same_v<Stored, std::vector<std::string>>) {
+        } else if constexpr (std::is_same_v<Stored, DcTextValues>) {
           return numberOf<T>(values[position]);
         } else {
           return static_cast<T>(values[position]);
@@ -136,7 +136,7 @@ DcCode DcElem::getValue(char* buffer, std::size_t bufferBytes, int index) {
         using Stored = std::decay_t<decltype(values)>;
         if constexpr (std::is_same_v<Stored, std::monostate>) {
           return {};
-        } else if constexpr (std::is_same_v<Stored, std::vector<std::string>>) {
+        } else if constexpr (std::is_same_v<Stored, DcTextValues>) {
           return values[position];
         } else if constexpr (std::is_floating_point_v<typename Stored::value_type>) {
           return printReal(printed, static_cast<double>(values[position]));
@@ -183,8 +183,8 @@ DcCode DcElem::getValue(DcElemValueAS& value, int index) {
   std::size_t position = 0;
   DcCode code = locate(index, position);
   if (code != kDcOk) return code;
-  const std::string* const text = stringValue(static_cast<int>(position));
-  code = text != nullptr ? utilStrgToValue(tag_, *text, &value) : kDcNoValue;
+  const std::optional<std::string_view> text = stringValue(static_cast<int>(position));
+  code = text ? utilStrgToValue(tag_, *text, &value) : kDcNoValue;
   if (code == kDcOk) moveIterator(index);
   return code;
 }
@@ -202,8 +202,8 @@ DcCode DcElem::getValue(DcUid& uid, int index) {
   std::size_t position = 0;
   DcCode code = locate(index, position);
   if (code != kDcOk) return code;
-  const std::string* const text = stringValue(static_cast<int>(position));
-  code = text != nullptr ? theDictionary().getUidDef(text->c_str(), &uid) : kDcNoValue;
+  const std::optional<std::string_view> text = stringValue(static_cast<int>(position));
+  code = text ? theDictionary().getUidDef(text->data(), &uid) : kDcNoValue;
   moveIterator(index);
   return code;
 }

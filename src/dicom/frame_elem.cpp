@@ -32,17 +32,12 @@ std::uint8_t* storeVr(std::uint8_t* to, std::string_view code, bool isLong) {
   return to;
 }
 
-std::uint32_t frameText(const std::vector<std::string>& values, char pad, std::uint8_t* to) {
-  const std::uint8_t* start = to;
-  bool isFirst = true;
-  for (const std::string& value : values) {
-    if (!isFirst) *to++ = '\\';
-    isFirst = false;
-    std::memcpy(to, value.data(), value.size());
-    to += value.size();
-  }
-  if ((to - start) % 2 != 0) *to++ = static_cast<std::uint8_t>(pad);
-  return static_cast<std::uint32_t>(to - start);
+std::uint32_t frameText(const DcTextValues& values, char pad, std::uint8_t* to) {
+  const std::string& joined = values.joined();
+  std::ranges::replace_copy(joined, to, '\0', '\\');
+  std::size_t chars = joined.size();
+  if (chars % 2 != 0) to[chars++] = static_cast<std::uint8_t>(pad);
+  return static_cast<std::uint32_t>(chars);
 }
 
 template <class T>
@@ -164,7 +159,7 @@ DcCode frameValueNonOX(const DcElem& elem, const Values& values, DcVr vr, DcSize
         using List = std::decay_t<decltype(list)>;
         if constexpr (std::is_same_v<List, std::monostate>) {
           return 0;
-        } else if constexpr (std::is_same_v<List, std::vector<std::string>>) {
+        } else if constexpr (std::is_same_v<List, DcTextValues>) {
           return frameText(list, vr == DcVr::UI ? '\0' : ' ', to);
         } else if constexpr (std::is_same_v<List, std::vector<std::uint32_t>>) {
           return vr == DcVr::AT ? frameTags(list, big, to) : frameNumbers(list, big, to);

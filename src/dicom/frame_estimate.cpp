@@ -44,20 +44,13 @@ std::uint64_t fixedSizeOf(DcVr vr) {
   return row != kFixedSizes.end() ? row->bytesPerValue : 0;
 }
 
-std::uint64_t textSize(const std::vector<std::string>& values) {
+std::uint64_t textSize(const DcTextValues& values) {
   std::uint64_t sum = 0;
-  for (const std::string& value : values) {
+  for (const std::string_view value : values) {
     sum += value.size() + 1;
     sum += sum % 2;
   }
   return sum;
-}
-
-// What the values take, with separators and padding.
-std::uint64_t joinedSize(const std::vector<std::string>& values) {
-  std::uint64_t sum = values.empty() ? 0 : values.size() - 1;
-  for (const std::string& value : values) sum += value.size();
-  return sum + sum % 2;
 }
 
 }  // namespace
@@ -72,11 +65,12 @@ std::uint64_t DcElem::encodedValueLengthEstimate() const {
     return sum + sum % 2;
   }
   const std::uint64_t fixed = fixedSizeOf(resolvedVr()) * static_cast<std::uint64_t>(valueCount());
-  const auto* texts = std::get_if<std::vector<std::string>>(&values_);
+  const auto* texts = std::get_if<DcTextValues>(&values_);
   if (texts == nullptr) return fixed;
   if (fixed == 0) return textSize(*texts);
   // Dates, times and names can be longer than their VR allows while values are not checked.
-  return std::max(fixed, joinedSize(*texts));
+  const std::uint64_t joined = texts->joined().size();
+  return std::max(fixed, joined + joined % 2);
 }
 
 std::uint64_t DcElem::encodedLengthEstimate() const {

@@ -56,8 +56,8 @@ bool walkMetaGroup(FileWindow& window, std::uint64_t& position) {
 
 void take(const DcElemList& group, std::uint16_t element, std::size_t maxChars, std::string& out) {
   const DcElem* found = group.find(dcTag(kMetaGroup, element));
-  const std::string* text = found != nullptr ? found->stringValue(0) : nullptr;
-  if (text != nullptr) out = text->substr(0, maxChars);
+  if (found == nullptr) return;
+  if (const auto text = found->stringValue(0)) out = text->substr(0, maxChars);
 }
 
 const DcElemValueBuf* bytesOf(const DcElemList& group, std::uint16_t element) {

@@ -102,16 +102,16 @@ DcCode parseDataSet(FileWindow& window, const char* fileName, const DataSetPlace
 void takeSopUids(const DcElemList& elements, DcFileMetaInfo& metaInfo) {
   const auto textOf = [&elements](DcTag tag) {
     const DcElem* found = elements.find(tag);
-    return found != nullptr ? found->stringValue(0) : nullptr;
+    return found != nullptr ? found->stringValue(0) : std::nullopt;
   };
   if (metaInfo.sopClassUid.empty()) {
-    if (const std::string* uid = textOf(kSopClassUid)) {
+    if (const auto uid = textOf(kSopClassUid)) {
       metaInfo.sopClassUid = *uid;
-      theDictionary().getUidDef(uid->c_str(), &metaInfo.sopClass);
+      theDictionary().getUidDef(uid->data(), &metaInfo.sopClass);
     }
   }
   if (metaInfo.sopInstanceUid.empty()) {
-    if (const std::string* uid = textOf(kSopInstanceUid)) metaInfo.sopInstanceUid = *uid;
+    if (const auto uid = textOf(kSopInstanceUid)) metaInfo.sopInstanceUid = *uid;
   }
 }
 

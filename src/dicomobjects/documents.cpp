@@ -49,8 +49,8 @@ std::string VerificationPath(const CDicomUtil& util, std::string_view own) {
   for (std::size_t i = 0; observers != nullptr && i < observers->itemCount(); ++i) {
     const DcElem* element = observers->item(i)->find(kVerificationDateTime);
     if (element == nullptr) continue;
-    const std::string* text = element->stringValue(0);
-    const std::int64_t when = PointInTime(text != nullptr ? *text : std::string());
+    const auto text = element->stringValue(0);
+    const std::int64_t when = PointInTime(std::string(text.value_or("")));
     if (latestFromOne != 0 && when <= latest) continue;
     latestFromOne = i + 1;
     latest = when;

@@ -1,5 +1,6 @@
 #include "elem_value.h"
 
+#include <algorithm>
 #include <bit>
 #include <span>
 #include <string_view>
@@ -19,7 +20,7 @@ constexpr std::size_t kNumberTextBytes = 32;
 constexpr OLECHAR kValueSeparator = OLESTR('\\');
 
 template <typename Number>
-bool ReadNumbers(DcElem& element, bool asArray, DicomValue& value) {
+bool ReadNumbers(DcElem& element, bool asArray, std::size_t maxEntries, DicomValue& value) {
   // Once the iterator has moved, index 0 would mean its position.
   element.resetIterator();
   const int count = element.valueCount();
@@ -29,16 +30,16 @@ bool ReadNumbers(DcElem& element, bool asArray, DicomValue& value) {
     value = number;
     return true;
   }
-  std::vector<Number> numbers(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) {
-    if (element.getValue(numbers[static_cast<std::size_t>(i)], i) != kDcOk) return false;
+  std::vector<Number> numbers(std::min(static_cast<std::size_t>(count), maxEntries));
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    if (element.getValue(numbers[i], static_cast<int>(i)) != kDcOk) return false;
   }
   value = std::move(numbers);
   return true;
 }
 
 bool OneText(DcElem& element, int index, Text& text) {
-  if (const std::string* stored = element.stringValue(index)) {
+  if (const auto stored = element.stringValue(index)) {
     text = WidenValue(TrimValue(*stored));
     return true;
   }
@@ -49,7 +50,7 @@ bool OneText(DcElem& element, int index, Text& text) {
 }
 
 // Several values as one text stand in it as they do in the file, with backslashes between them.
-bool ReadTexts(DcElem& element, bool asArray, DicomValue& value) {
+bool ReadTexts(DcElem& element, bool asArray, std::size_t maxEntries, DicomValue& value) {
   element.resetIterator();
   const int count = element.valueCount();
   Text joined;
@@ -66,9 +67,9 @@ bool ReadTexts(DcElem& element, bool asArray, DicomValue& value) {
     value = std::move(joined);
     return true;
   }
-  std::vector<Text> texts(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) {
-    if (!OneText(element, i, texts[static_cast<std::size_t>(i)])) return false;
+  std::vector<Text> texts(std::min(static_cast<std::size_t>(count), maxEntries));
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    if (!OneText(element, static_cast<int>(i), texts[i])) return false;
   }
   value = std::move(texts);
   return true;
@@ -159,7 +160,8 @@ DcVr ReadableVr(const DcElem& element, std::uint16_t bitsAllocated) {
   return bitsAllocated > 8 ? DcVr::OW : DcVr::OB;
 }
 
-bool ReadElementValue(DcElem& element, DcVr vr, bool asArray, DicomValue& value) {
+bool ReadElementValue(DcElem& element, DcVr vr, bool asArray, DicomValue& value,
+                      std::size_t maxEntries) {
   value = std::monostate{};
   switch (vr) {
     case DcVr::OB:
@@ -178,25 +180,25 @@ bool ReadElementValue(DcElem& element, DcVr vr, bool asArray, DicomValue& value)
   if (element.valueCount() == 0) return true;
   switch (vr) {
     case DcVr::FL:
-      return ReadNumbers<float>(element, asArray, value);
+      return ReadNumbers<float>(element, asArray, maxEntries, value);
     case DcVr::FD:
-      return ReadNumbers<double>(element, asArray, value);
+      return ReadNumbers<double>(element, asArray, maxEntries, value);
     case DcVr::SL:
-      return ReadNumbers<std::int32_t>(element, asArray, value);
+      return ReadNumbers<std::int32_t>(element, asArray, maxEntries, value);
     case DcVr::SS:
-      return ReadNumbers<std::int16_t>(element, asArray, value);
+      return ReadNumbers<std::int16_t>(element, asArray, maxEntries, value);
     case DcVr::UL:
-      return ReadNumbers<std::uint32_t>(element, asArray, value);
+      return ReadNumbers<std::uint32_t>(element, asArray, maxEntries, value);
     case DcVr::US:
-      return ReadNumbers<std::uint16_t>(element, asArray, value);
+      return ReadNumbers<std::uint16_t>(element, asArray, maxEntries, value);
     case DcVr::XS:
       // A single one is text; several, such as a lookup table descriptor, come as 16-bit entries.
       if (asArray && element.valueCount() > 1) {
-        return ReadNumbers<std::int16_t>(element, asArray, value);
+        return ReadNumbers<std::int16_t>(element, asArray, maxEntries, value);
       }
-      return ReadTexts(element, asArray, value);
+      return ReadTexts(element, asArray, maxEntries, value);
     default:
-      return ReadTexts(element, asArray, value);
+      return ReadTexts(element, asArray, maxEntries, value);
   }
 }
 

@@ -1,7 +1,9 @@
 // One data element's value in the type that its VR calls for.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "dicom/elem.h"
 #include "dicomobjects/dicom_value.h"
@@ -14,7 +16,9 @@ DcVr ReadableVr(const DcElem& element, std::uint16_t bitsAllocated);
 
 // vr: how to take the value, which is the element's own unless that leaves a choice (OX). An
 // element without a value gives monostate. False when a value cannot be had: a type that the
-// element does not deliver, or bytes left in a file that cannot be read.
-bool ReadElementValue(DcElem& element, DcVr vr, bool asArray, DicomValue& value);
+// element does not deliver, or bytes left in a file that cannot be read. Of an array the first
+// maxEntries are read, unless it is one of bulk bytes.
+bool ReadElementValue(DcElem& element, DcVr vr, bool asArray, DicomValue& value,
+                      std::size_t maxEntries = std::numeric_limits<std::size_t>::max());
 
 }  // namespace quillon

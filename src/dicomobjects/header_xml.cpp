@@ -236,20 +236,24 @@ bool HeaderXml::ReadValue(DcElem& element, int depth, DicomValue& value) {
   }
   // Only OX has a choice that depends on the image.
   const std::uint16_t bits = element.resolvedVr() == DcVr::OX ? BitsAllocated() : std::uint16_t{0};
-  return ReadElementValue(element, ReadableVr(element, bits), element.valueCount() > 1, value);
+  return ReadElementValue(element, ReadableVr(element, bits), element.valueCount() > 1, value,
+                          maxValues_);
 }
 
-bool HeaderXml::PutContent(DcTag tag, const DicomValue& value) {
+bool HeaderXml::PutContent(const DcElem& element, const DicomValue& value) {
   if (!IsArray(value)) {
     Text text;
     if (!DicomValueToText(value, text)) return false;
     EscapeXmlText(text);
     // The stored number of the version: its first byte is zero and does not show in it.
-    if (tag == kMetaInfoVersion) Put("0\\");
+    if (element.tag() == kMetaInfoVersion) Put("0\\");
     out_ += text;
     return true;
   }
-  const std::size_t total = EntryCount(value);
+  // Bulk bytes are there as a whole; of other values no more are read than can be written.
+  const std::size_t total = element.segments().empty()
+                                ? static_cast<std::size_t>(element.valueCount())
+                                : EntryCount(value);
   const std::size_t count = std::min<std::size_t>(total, maxValues_);
   Put("<values count=\"");
   Put(Decimal(count));
@@ -280,7 +284,7 @@ bool HeaderXml::PutElement(const DcElem& element, const DicomValue& value, std::
       isArray ? std::min<std::size_t>(EntryCount(value), maxValues_) : valueCount;
   OpenTag(element.tag(), vr == DcVr::OX && !isArray ? std::string("OB/OW") : VrText(element),
           Decimal(vm));
-  if (!PutContent(element.tag(), value)) return false;
+  if (!PutContent(element, value)) return false;
   Put(kEndTag);
   return true;
 }

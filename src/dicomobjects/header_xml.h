@@ -52,7 +52,7 @@ class HeaderXml {
   // valueCount: of an element whose value is no array.
   bool PutElement(const DcElem& element, const DicomValue& value, std::size_t valueCount);
   // The values block, or the text of a single value.
-  bool PutContent(DcTag tag, const DicomValue& value);
+  bool PutContent(const DcElem& element, const DicomValue& value);
   void OpenTag(DcTag tag, std::string_view vr, std::string_view vm);
   [[nodiscard]] std::string VrText(const DcElem& element);
   std::uint16_t BitsAllocated();

@@ -44,7 +44,7 @@ std::string describeValues(DcElem& element) {
     text += describeSegment(segment, element.resolvedVr());
   }
   if (!element.segments().empty() || element.valueCount() == 0) return text;
-  if (element.stringValue(0) == nullptr) return valuesOf(element);
+  if (!element.stringValue(0)) return valuesOf(element);
   for (int i = 0; i < element.valueCount(); ++i) {
     text.append(i > 0 ? "/" : "").append(*element.stringValue(i));
   }

@@ -129,9 +129,9 @@ void dumpElement(DcElem& element, const std::string& path) {
     default: {
       std::string joined;
       for (int i = 0; i < element.valueCount(); ++i) {
-        const std::string* value = element.stringValue(i);
+        const auto value = element.stringValue(i);
         if (i > 0) joined += '\\';
-        if (value != nullptr) joined += *value;
+        if (value) joined += *value;
       }
       print(path, element, "text", hex(joined));
       return;

@@ -4,12 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
 #include "dicom/elem_value_buf.h"
+#include "dicom/text_values.h"
 #include "dicom/types.h"
 
 namespace quillon {
@@ -91,8 +93,9 @@ class DcElem {
   void setLookupTag(DcTag tag);
   [[nodiscard]] const std::vector<DcElemValueBuf>& segments() const { return segments_; }
   [[nodiscard]] std::vector<DcElemValueBuf>& segments() { return segments_; }
-  // Text of one stored string value without copying; null for other VRs and indexes.
-  [[nodiscard]] const std::string* stringValue(int index) const;
+  // Text of one stored string value without copying, none for other VRs and indexes. A zero byte
+  // follows it. Valid until the element changes.
+  [[nodiscard]] std::optional<std::string_view> stringValue(int index) const;
 
   // Adds (index kAppend) or replaces a value, converting it to what the VR stores. A refused
   // value leaves the element as it was.
@@ -148,7 +151,7 @@ class DcElem {
   void detach();
 
   // One alternative per storage form; monostate until the first value.
-  using Values = std::variant<std::monostate, std::vector<std::string>, std::vector<std::int16_t>,
+  using Values = std::variant<std::monostate, DcTextValues, std::vector<std::int16_t>,
                               std::vector<std::uint16_t>, std::vector<std::int32_t>,
                               std::vector<std::uint32_t>, std::vector<float>, std::vector<double>>;
 
@@ -182,8 +185,14 @@ class DcElem {
   DcCode storeText(DcVr vr, std::string_view text, int index);
   template <typename T>
   DcCode addInteger(T value, int index, bool acceptsAt, const char* type);
+  // Held is the alternative of Values that holds values of T.
+  template <typename Held, typename T>
+  DcCode storeIn(T value, int index);
   template <typename T>
-  DcCode store(T value, int index);
+  DcCode store(T value, int index) {
+    return storeIn<std::vector<T>>(value, index);
+  }
+  DcCode store(std::string_view text, int index);
 
   // Turns the caller's index into that of a value. vr was found readable before.
   DcCode locate(int index, std::size_t& position) const;
