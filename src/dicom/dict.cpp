@@ -1,6 +1,5 @@
 #include "dicom/dict.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdio>
 
@@ -76,21 +75,6 @@ void formatName(char (&name)[N], DcTag tag, const char* separator, const char* k
 }
 
 bool isPrintable(unsigned char c) { return c >= 0x20 && c < 0x7F; }
-
-// From the first to the last letter of each of the two characters.
-constexpr std::size_t kLetters = 26;
-constexpr std::array<std::uint8_t, kLetters * kLetters> makeVrByCode() {
-  std::array<std::uint8_t, kLetters * kLetters> table{};
-  for (const VrRow& row : kVrTable) {
-    if (row.code[0] == '\0') continue;
-    table[static_cast<std::size_t>(row.code[0] - 'A') * kLetters +
-          static_cast<std::size_t>(row.code[1] - 'A')] = static_cast<std::uint8_t>(row.vr);
-  }
-  return table;
-}
-constexpr auto kVrByCode = makeVrByCode();
-
-bool isUpperCase(unsigned char c) { return c >= 'A' && c <= 'Z'; }
 
 bool hasLimits(DcVr vr) { return vrRow(vr).hasLimits; }
 
@@ -219,12 +203,8 @@ DcCode DcDict::getVrDef(const char* code, DcVr* vrOut) const {
 
   const auto first = static_cast<unsigned char>(code[0]);
   const auto second = static_cast<unsigned char>(first == 0 ? 0 : code[1]);
-  if (isUpperCase(first) && isUpperCase(second)) {
-    const std::size_t index =
-        static_cast<std::size_t>(first - 'A') * kLetters + static_cast<std::size_t>(second - 'A');
-    *vrOut = static_cast<DcVr>(kVrByCode[index]);
-    if (*vrOut != DcVr::None) return kDcOk;
-  }
+  *vrOut = vrByCode(first, second);
+  if (*vrOut != DcVr::None) return kDcOk;
   if (isPrintable(first) && isPrintable(second)) {
     dcLog(DcLogLevel::Error, "DcDict::getVrDef", "Unknown VR string '%.2s'", code);
   } else {

@@ -13,6 +13,7 @@
 #include "dicom/file.h"
 #include "dicom/log.h"
 #include "elem_verify.h"
+#include "parse_header.h"
 #include "tables/vr_table.h"
 #include "text_scan.h"
 #include "text_to_number.h"
@@ -379,8 +380,7 @@ DcCode DcElem::addValue(DcUid uid, int index) {
 DcCode DcElem::addValue(const void* bytes, std::uint32_t lengthBytes, DcUid transferSyntax) {
   if (vrStorage(resolvedVr()) != DcStorage::Segments) return refuse(kAddValue, "raw buffers");
   if (bytes == nullptr || lengthBytes == 0) return kDcNotAccepted;
-  int byteOrder = 0;
-  if (theDictionary().getEndian(transferSyntax, &byteOrder) != kDcOk) return kDcNotTransferSyntax;
+  if (const DcCode code = checkTransferSyntax(transferSyntax); code != kDcOk) return code;
   try {
     segments_.push_back(DcElemValueBuf::copyOf(bytes, lengthBytes, transferSyntax));
   } catch (const std::bad_alloc&) {

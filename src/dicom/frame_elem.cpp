@@ -220,7 +220,7 @@ DcCode DcElem::frame(std::uint8_t* buffer, std::uint32_t& lengthOut, DcUid trans
           "Element (%04x,%04x) - should be created as SQ, not element", group(), element());
     return kDcNotReadable;
   }
-  if (!isTransferSyntaxUid(transferSyntax)) return kDcNotTransferSyntax;
+  if (const DcCode refused = checkTransferSyntax(transferSyntax); refused != kDcOk) return refused;
   const DcUid syntax = syntaxToUse(transferSyntax_, transferSyntax);
   const bool big = isBigEndian(syntax);
   const bool hasVr = syntax != DcUid::ImplicitLittleEndian && vr != DcVr::SI;

@@ -190,7 +190,7 @@ DcCode DcElemSq::frame(std::uint8_t* buffer, std::uint32_t& lengthOut, DcUid tra
           element());
     return kDcNotReadable;
   }
-  if (!isTransferSyntaxUid(transferSyntax)) return kDcNotTransferSyntax;
+  if (const DcCode code = checkTransferSyntax(transferSyntax); code != kDcOk) return code;
   const bool big = isBigEndian(transferSyntax);
   storeTag(buffer, tag(), big);
   std::uint8_t* to = buffer + sizeof(DcTag);

@@ -14,6 +14,13 @@ namespace quillon {
 namespace {
 
 DcLog* theSink = nullptr;
+const char* theFile = nullptr;  // that the lines tell of, see DcLogFile
+
+// The messages that tell of a file quote its name, or begin with it.
+bool namesFile(std::string_view message, const std::string& fileName) {
+  return message.find("'" + fileName + "'") != std::string_view::npos ||
+         message.starts_with(fileName + " - ");
+}
 
 constexpr std::array<const char*, 12> kMonths{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                               "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -80,6 +87,9 @@ DcCode DcLog::write(DcLogLevel level, const char* function, const char* message)
   return kDcOk;
 }
 
+DcLogFile::DcLogFile(const char* fileName) : outer_(std::exchange(theFile, fileName)) {}
+DcLogFile::~DcLogFile() { theFile = outer_; }
+
 // Also tells of memory that is short, so that none for the line must be no second failure.
 DcCode dcLog(DcLogLevel level, const char* function, const char* format, ...) try {
   DcLog* const sink = dcTheLog();
@@ -105,7 +115,11 @@ DcCode dcLog(DcLogLevel level, const char* function, const char* format, ...) tr
     message = large.c_str();
   }
   va_end(again);
-  return sink->write(level, function, message);
+  if (theFile == nullptr || namesFile(message, theFile)) {
+    return sink->write(level, function, message);
+  }
+  const std::string withFile = std::string(message) + ", file '" + theFile + "'";
+  return sink->write(level, function, withFile.c_str());
 } catch (const std::bad_alloc&) {
   return kDcLogFileError;
 }

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "dicom/file.h"
 #include "dicom/file_meta_info.h"
 #include "dicom/log.h"
+#include "log_sink.h"
 #include "parse_header.h"
 #include "parse_meta.h"
 #include "parse_walk.h"
@@ -100,7 +102,8 @@ class FieldWalk {
   // Follows encapsulated fragments, or the items of an unknown VR, to the delimitation item.
   DcCode processOxForward(const ElemInfo& info, std::uint64_t& position, int depth) {
     const DcCode code = walkSequence(window_, position, formInside(info), depth + 1);
-    if (code == kDcOk || code == kDcTooDeep) return code;
+    if (code == kDcTooDeep) return failAtDepth("processOxForward", position);
+    if (code == kDcOk) return code;
     dcLog(DcLogLevel::Error, "processOxForward", "%s - missing OB/OW terminator of Tag %08x", name_,
           static_cast<unsigned>(info.tag));
     return kDcFieldReadError;
@@ -110,7 +113,7 @@ class FieldWalk {
   DcCode processSq(std::uint64_t& position, std::uint64_t to, bool isOpenEnd, unsigned form,
                    int depth) {
     constexpr const char* kWalk = "processSq";
-    if (depth > kMaxNesting) return kDcTooDeep;
+    if (depth > kMaxNesting) return failAtDepth(kWalk, position);
     while (position < to || isOpenEnd) {
       const std::uint8_t* bytes = window_.at(position, kShortHeaderBytes);
       if (bytes == nullptr) {
@@ -209,6 +212,11 @@ class FieldWalk {
     }
     return kDcFieldReadError;
   }
+  DcCode failAtDepth(const char* function, std::uint64_t position) const {
+    dcLog(DcLogLevel::Error, function, "%s - sequences nested deeper than %d levels, offset - 0x%x",
+          name_, kMaxNesting, static_cast<unsigned>(position));
+    return kDcTooDeep;
+  }
   [[nodiscard]] DcCode failAtLength(DcTag tag) const {
     dcLog(DcLogLevel::Error, "parseElements", "%s - error reading Value Length of Tag %08x", name_,
           static_cast<unsigned>(tag));
@@ -253,13 +261,17 @@ DcCode checkArguments(bool hasFile, const DcFieldRequest* table, const char* nam
 }
 
 DcCode walkOpened(DcFile& file, bool isAtStart, DcFieldRequest* table, const char* name,
-                  bool readPixelLength) {
+                  bool readPixelLength) try {
+  const DcLogFile inLog(*name != '\0' ? name : nullptr);
   FileWindow window(file, isAtStart);
   if (!window.measure()) {
     dcLog(DcLogLevel::Error, kFunction, "stat error file '%s'", name);
     return kDcStatFailed;
   }
   return walkFile(window, table, name, readPixelLength);
+} catch (const std::bad_alloc&) {
+  dcLog(DcLogLevel::Error, kFunction, "File '%s', unable to allocate memory", name);
+  return kDcNoMemory;
 }
 
 }  // namespace

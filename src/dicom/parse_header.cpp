@@ -8,29 +8,10 @@
 namespace quillon {
 namespace {
 
-constexpr std::size_t kLetters = 26;
-
-constexpr bool isUpper(std::uint8_t c) { return c >= 'A' && c <= 'Z'; }
-
-constexpr std::size_t codeIndex(std::uint8_t first, std::uint8_t second) {
-  return (first - std::size_t{'A'}) * kLetters + (second - std::size_t{'A'});
-}
-
-// The VRs that can stand in a file, by their two characters.
-constexpr std::array<DcVr, kLetters * kLetters> makeVrByCode() {
-  std::array<DcVr, kLetters * kLetters> byCode{};
-  for (const VrRow& row : kVrTable) {
-    if (row.pseudo) continue;
-    byCode[codeIndex(static_cast<std::uint8_t>(row.code[0]),
-                     static_cast<std::uint8_t>(row.code[1]))] = row.vr;
-  }
-  return byCode;
-}
-constexpr auto kVrByCode = makeVrByCode();
-
-// None when the two characters name no VR of the table.
+// The VRs that can stand in a file. None when the two characters name no such VR.
 DcVr vrFromCode(const std::uint8_t* code) {
-  return isUpper(code[0]) && isUpper(code[1]) ? kVrByCode[codeIndex(code[0], code[1])] : DcVr::None;
+  const DcVr vr = vrByCode(code[0], code[1]);
+  return vrRow(vr).pseudo ? DcVr::None : vr;
 }
 
 // VRs that were made after the table. They, and every one still to come, have the long header.
@@ -41,7 +22,7 @@ bool isYoungerVr(const std::uint8_t* code, bool isKnownTag) {
   if (isKnownTag) {
     return std::ranges::find(kYoungerVrs, std::string_view(text, 2)) != kYoungerVrs.end();
   }
-  return isUpper(code[0]) && isUpper(code[1]);
+  return isVrLetter(code[0]) && isVrLetter(code[1]);
 }
 
 // Group 0000 is implicit and groups 0002 and 0004 are explicit, both little endian, in whatever
@@ -74,6 +55,12 @@ bool isTransferSyntaxUid(DcUid uid) {
   if (isUncompressed(uid)) return true;
   DcUidKind kind = DcUidKind::Other;
   return theDictionary().getUidType(uid, &kind) == kDcOk && kind == DcUidKind::TransferSyntax;
+}
+
+DcCode checkTransferSyntax(DcUid uid, DcCode refusal) {
+  if (isTransferSyntaxUid(uid)) return kDcOk;
+  int byteOrder = 0;
+  return theDictionary().getEndian(uid, &byteOrder) == kDcOk ? kDcOk : refusal;
 }
 
 std::string_view vrCodeAsWritten(DcVr vr) {

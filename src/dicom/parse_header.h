@@ -46,6 +46,8 @@ struct ElemInfo {
 // The form of a data set; every transfer syntax but the two others is explicit little endian.
 unsigned parseFormOf(DcUid transferSyntax);
 bool isTransferSyntaxUid(DcUid uid);
+// The same for an argument: kDcOk, or `refusal` after the dictionary's log line.
+DcCode checkTransferSyntax(DcUid uid, DcCode refusal = kDcNotTransferSyntax);
 // The byte order in which a data set of this syntax is encoded.
 inline bool isBigEndian(DcUid transferSyntax) { return transferSyntax == DcUid::ExplicitBigEndian; }
 // The three syntaxes in which pixel data is not encapsulated.

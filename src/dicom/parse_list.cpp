@@ -145,7 +145,7 @@ class ListParser {
 
   DcVr unknownVr(const ElemInfo& info, std::size_t remaining) const {
     const bool canHoldItem =
-        info.valueLength >= kItemTagBytes && remaining >= kItemTagBytes &&
+        info.valueLength >= kItemTagBytes && remaining > kItemTagBytes &&
         loadTag(buffer_ + at_ + info.headerBytes, (info.flags & kParseBig) != 0) == kItemTag;
     return canHoldItem ? DcVr::SQ : DcVr::UN;
   }
@@ -310,7 +310,7 @@ DcCode processUndefLenSqValue(const std::uint8_t* buffer, std::size_t length, un
 }
 
 DcCode DcElemList::parse(const std::uint8_t* buffer, std::uint32_t lengthBytes,
-                         DcUid transferSyntax) {
+                         DcUid transferSyntax) try {
   if (buffer == nullptr) {
     dcLog(DcLogLevel::Error, kListFunction, "Null argument passed");
     return kDcNullArgument;
@@ -320,6 +320,10 @@ DcCode DcElemList::parse(const std::uint8_t* buffer, std::uint32_t lengthBytes,
       isTransferSyntaxUid(transferSyntax) ? transferSyntax : DcUid::ExplicitLittleEndian;
   std::size_t consumed = 0;
   return processElemListDM(*this, buffer, lengthBytes, syntax, parseFormOf(syntax), consumed, 0, 0);
+} catch (const std::bad_alloc&) {
+  dcLog(DcLogLevel::Error, kListFunction, "unable to allocated 0x%x (%d) bytes of memory",
+        static_cast<unsigned>(lengthBytes), static_cast<int>(lengthBytes));
+  return kDcNoMemory;
 }
 
 void DcElemList::addAll(std::vector<std::unique_ptr<DcElem>> elements) {

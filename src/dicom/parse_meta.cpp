@@ -99,10 +99,15 @@ void resolveUids(DcFileMetaInfo& metaInfo, DataSetPlace& place) {
   }
 }
 
+DcCode metaReadError(const FileWindow& window, std::uint64_t offset) {
+  dcLog(DcLogLevel::Error, "dirReadFileMetaInfo", "Error reading fileMetaInfo at offset 0x%x",
+        static_cast<unsigned>(offset));
+  return window.fault() == kDcNoMemory ? kDcNoMemory : kDcReadFailed;
+}
+
 }  // namespace
 
 DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& place) {
-  constexpr const char* kFunction = "dirReadFileMetaInfo";
   // What a record that is written gets is not what a file says that is read.
   metaInfo.clear();
   metaInfo.implementationClassUid.clear();
@@ -111,20 +116,13 @@ DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& 
   place = DataSetPlace{};
   if (window.size() < kSmallestFile) return kDcOk;
   const std::uint8_t* head = window.at(0, kSmallestFile);
-  if (head == nullptr) {
-    dcLog(DcLogLevel::Error, kFunction, "Error reading fileMetaInfo at offset 0x%x", 0U);
-    return kDcReadFailed;
-  }
+  if (head == nullptr) return metaReadError(window, 0);
   if (std::memcmp(head + kMagicAt, "DICM", kMagicBytes) != 0) return kDcNotDicom;
   place.hasMagic = true;
   std::copy_n(head, metaInfo.preamble.size(), metaInfo.preamble.begin());
 
   std::uint64_t end = kMetaGroupAt;
-  if (!walkMetaGroup(window, end)) {
-    dcLog(DcLogLevel::Error, kFunction, "Error reading fileMetaInfo at offset 0x%x",
-          static_cast<unsigned>(end));
-    return kDcReadFailed;
-  }
+  if (!walkMetaGroup(window, end)) return metaReadError(window, end);
   place.offset = end;
   if (end == kMetaGroupAt) return kDcNotDicom;
   const std::uint8_t* bytes = nullptr;
@@ -135,7 +133,8 @@ DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& 
   processElemListDM(group, bytes, static_cast<std::size_t>(end - kMetaGroupAt),
                     DcUid::ExplicitLittleEndian, kParseExplicitLittleForm, consumed, kMetaGroupAt,
                     0);
-  place.lostElements = group.lostElements();
+  // Without the transfer syntax, say, the data set would be misread.
+  if (group.lostElements()) return kDcNoMemory;
   fillRecord(group, metaInfo);
   resolveUids(metaInfo, place);
   return kDcOk;

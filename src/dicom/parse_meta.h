@@ -13,8 +13,7 @@ namespace quillon {
 inline constexpr std::uint64_t kMetaGroupAt = 132;  // behind the preamble and "DICM"
 
 struct DataSetPlace {
-  bool hasMagic = false;      // "DICM" behind the preamble
-  bool lostElements = false;  // as DcElemList has it, of group 0002
+  bool hasMagic = false;  // "DICM" behind the preamble
   std::uint64_t offset = 0;
   // What the data set is parsed in: explicit little endian for a syntax nobody knows.
   DcUid syntax = DcUid::ImplicitLittleEndian;

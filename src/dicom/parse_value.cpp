@@ -45,6 +45,12 @@ std::vector<std::uint32_t> loadTags(const std::uint8_t* bytes, std::size_t count
   return tags;
 }
 
+DcCode outOfMemory(const char* function, std::uint32_t lengthBytes) {
+  dcLog(DcLogLevel::Error, function, "unable to allocated 0x%x (%d) bytes of memory",
+        static_cast<unsigned>(lengthBytes), static_cast<int>(lengthBytes));
+  return kDcNoMemory;
+}
+
 }  // namespace
 
 DcCode DcElem::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
@@ -56,7 +62,7 @@ DcCode DcElem::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
     segments_.push_back(DcElemValueBuf::copyOf(buffer, lengthBytes, transferSyntax));
     return kDcOk;
   }
-  if (!isTransferSyntaxUid(transferSyntax)) return kDcNotTransferSyntax;
+  if (const DcCode code = checkTransferSyntax(transferSyntax); code != kDcOk) return code;
   if (sizeClass_ == DcSizeClass::Bytes) {
     return addText({reinterpret_cast<const char*>(buffer), lengthBytes}, kAppend);
   }
@@ -105,20 +111,18 @@ DcCode DcElem::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
   }
   return kDcOk;
 } catch (const std::bad_alloc&) {
-  dcLog(DcLogLevel::Error, "DcElem::parseVal", "unable to allocated 0x%x (%d) bytes of memory",
-        static_cast<unsigned>(lengthBytes), static_cast<int>(lengthBytes));
-  return kDcNoMemory;
+  return outOfMemory("DcElem::parseVal", lengthBytes);
 }
 
 DcCode DcElemSq::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
-                          DcUid transferSyntax) {
+                          DcUid transferSyntax) try {
   constexpr const char* kFunction = "DcElemSq::parseVal";
   items_.clear();
   if (buffer == nullptr) {
     dcLog(DcLogLevel::Error, kFunction, "Null argument passed");
     return kDcNullArgument;
   }
-  if (!isTransferSyntaxUid(transferSyntax)) return kDcNotTransferSyntax;
+  if (const DcCode code = checkTransferSyntax(transferSyntax); code != kDcOk) return code;
   const unsigned form = parseFormOf(transferSyntax);
   std::uint32_t at = 0;
   while (at < lengthBytes) {
@@ -160,6 +164,8 @@ DcCode DcElemSq::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
     at += itemLength;
   }
   return kDcOk;
+} catch (const std::bad_alloc&) {
+  return outOfMemory("DcElemSq::parseVal", lengthBytes);
 }
 
 }  // namespace quillon

@@ -64,7 +64,10 @@ const std::uint8_t* FileWindow::at(std::uint64_t position, std::size_t count) {
 bool FileWindow::grow(std::size_t wanted) {
   const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size_));
   const std::size_t kept = head_.length;
-  if (!head_.reserve(length)) return false;
+  if (!head_.reserve(length)) {
+    fault_ = kDcNoMemory;
+    return false;
+  }
   if (!readAt(kept, head_.bytes.get() + kept, length - kept)) return false;
   head_.length = length;
   return true;
@@ -74,7 +77,10 @@ bool FileWindow::jump(std::uint64_t position) {
   const auto length =
       static_cast<std::size_t>(std::min<std::uint64_t>(kFirstChunk, size_ - position));
   aside_.length = 0;
-  if (!aside_.reserve(kFirstChunk)) return false;
+  if (!aside_.reserve(kFirstChunk)) {
+    fault_ = kDcNoMemory;
+    return false;
+  }
   if (!readAt(position, aside_.bytes.get(), length)) return false;
   aside_.start = position;
   aside_.length = length;
@@ -83,13 +89,11 @@ bool FileWindow::jump(std::uint64_t position) {
 
 bool FileWindow::readAt(std::uint64_t position, std::uint8_t* to, std::size_t count) {
   if (count == 0) return true;
-  if (filePosition_ != position && !file_.seek(position)) {
-    filePosition_ = kUnknownPosition;
-    return false;
-  }
   std::size_t got = 0;
-  if (!file_.read(to, count, got) || got != count) {
+  if ((filePosition_ != position && !file_.seek(position)) || !file_.read(to, count, got) ||
+      got != count) {
     filePosition_ = kUnknownPosition;
+    fault_ = kDcReadFailed;
     return false;
   }
   filePosition_ = position + count;

@@ -26,8 +26,10 @@ class FileWindow {
   [[nodiscard]] std::uint64_t size() const { return size_; }
   [[nodiscard]] std::uint64_t lastWriteTime() const { return lastWriteTime_; }
   // Bytes [position, position + count), valid until the next call; null behind the end of the file
-  // and on a read error.
+  // and when they cannot be had, which fault() tells.
   const std::uint8_t* at(std::uint64_t position, std::size_t count);
+  // kDcOk, or why at() did not answer once: kDcReadFailed, kDcNoMemory.
+  [[nodiscard]] DcCode fault() const { return fault_; }
   // All bytes [from, to) in one piece, valid while the window lives; the pieces that at() answered
   // are gone. kDcNoMemory or kDcReadFailed.
   DcCode load(std::uint64_t from, std::uint64_t to, const std::uint8_t*& bytes);
@@ -49,6 +51,7 @@ class FileWindow {
   std::uint64_t size_ = 0;
   std::uint64_t lastWriteTime_ = 0;
   std::uint64_t filePosition_;
+  DcCode fault_ = kDcOk;
   Chunk head_;
   Chunk aside_;
   std::unique_ptr<std::uint8_t[]> loaded_;

@@ -7,6 +7,7 @@
 #include "dicom/dict.h"
 #include "dicom/file.h"
 #include "dicom/log.h"
+#include "log_sink.h"
 #include "parse_list.h"
 #include "parse_meta.h"
 #include "parse_walk.h"
@@ -94,7 +95,6 @@ DcCode parseDataSet(FileWindow& window, const char* fileName, const DataSetPlace
     return loadError(code, kReadFunction, fileName);
   }
   std::size_t consumed = 0;
-  if (place.lostElements) elements.noteLostElement();
   return processElemListDM(elements, bytes, static_cast<std::size_t>(end - start), place.syntax,
                            parseFormOf(place.syntax), consumed, start, 0);
 }
@@ -158,6 +158,7 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
   constexpr const char* kFunction = "dirReadFileMetaInfo";
   if (dataSetOffset != nullptr) *dataSetOffset = 0;
   if (fileName == nullptr) return nullFileName(kFunction);
+  const DcLogFile inLog(fileName);
   OpenedFile file;
   file.open(fileName, kFunction, metaInfo, nullptr);
   if (dataSetOffset != nullptr) *dataSetOffset = file.place().offset;
@@ -169,6 +170,7 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
                    DcFileReading* reading) try {
   if (fileName == nullptr) return nullFileName(kReadFunction);
+  const DcLogFile inLog(fileName);
   OpenedFile file;
   const DcCode metaCode = file.open(fileName, kReadFunction, metaInfo, reading);
   if (metaCode != kDcOk) return metaCode;
@@ -192,6 +194,7 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
   if (pixelValueOffset != nullptr) *pixelValueOffset = kNoPixelData;
   if (pixelValueLength != nullptr) *pixelValueLength = 0;
   if (fileName == nullptr) return nullFileName(kReadFunction);
+  const DcLogFile inLog(fileName);
   OpenedFile file;
   const DcCode metaCode = file.open(fileName, kReadFunction, metaInfo, reading);
   if (metaCode != kDcOk) return metaCode;
@@ -199,6 +202,7 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
   FileWindow& window = file.window();
   const DataSetPlace& place = file.place();
   const PixelData pixelData = findPixelData(window, place);
+  if (window.fault() != kDcOk) return loadError(window.fault(), kReadFunction, fileName);
   if (reading != nullptr) reading->isPixelDataCut = pixelData.isCut;
   elements.clear();
   const DcCode code =
@@ -225,7 +229,10 @@ DcCode utilGetSqItemValLen(const std::uint8_t* lengthField, std::uint32_t remain
   }
   *valueLength = 0;
   *trailerLength = 0;
-  if (!isTransferSyntaxUid(transferSyntax)) return kDcItemLengthUnknown;
+  if (const DcCode code = checkTransferSyntax(transferSyntax, kDcItemLengthUnknown);
+      code != kDcOk) {
+    return code;
+  }
   const std::uint32_t declared = load32(lengthField, isBigEndian(transferSyntax));
   if (declared != kUndefinedLength) {
     if (declared > remaining) {

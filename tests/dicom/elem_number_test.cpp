@@ -1,4 +1,6 @@
 // Data elements whose values are numbers or bytes.
+#include <initializer_list>
+
 #include "dicom/dict.h"
 #include "toolkit_test_tools.h"
 
@@ -87,6 +89,56 @@ TEST_F(Element, TextBecomesTheNumberThatTheVrStores) {
   }
 }
 
+TEST_F(Element, AnIndexAndTheVmHoldForNumbersOfEveryVr) {
+  const std::pair<DcTag, DcVr> cases[] = {{0x00280010, DcVr::US}, {0x00280100, DcVr::US},
+                                          {0x00189219, DcVr::SS}, {0x00280104, DcVr::XS},
+                                          {0x00186020, DcVr::SL}, {0x00041200, DcVr::UL},
+                                          {0x00089459, DcVr::FL}, {0x00186028, DcVr::FD}};
+  for (const auto& [tag, vr] : cases) {
+    SCOPED_TRACE(testing::Message() << std::hex << tag);
+    DcElem bounded(tag);  // to one value
+    ASSERT_EQ(bounded.resolvedVr(), vr);
+    EXPECT_EQ(bounded.addValue("1\\2\\3"), kDcOk);
+    EXPECT_EQ(valuesOf(bounded), "3");
+    DcElem element(kPrivate, vr);
+    EXPECT_EQ(element.addValue("1\\2\\3"), kDcOk);
+    EXPECT_EQ(element.addValue("7", 1), kDcOk);
+    EXPECT_EQ(valuesOf(element), "1/7/3");
+    EXPECT_EQ(element.addValue("9", 3), 0x1624U);
+    EXPECT_EQ(element.addValue("9", -2), 0x1624U);
+    EXPECT_EQ(valuesOf(element), "1/7/3");
+    EXPECT_EQ(logged(), "Invalid index value\nInvalid index value");
+    float value = 0;
+    EXPECT_EQ(element.getValue(value, 3), 0x160EU);
+    EXPECT_EQ(element.getValue(value, 4), 0x1624U);
+    EXPECT_EQ(logged(), "Element (0009,1010) index (=4) out of range, value count = 3");
+  }
+}
+
+TEST_F(Element, ALineOfADumpNamesTheElementAndItsValues) {
+  const std::string name = (dir_ / "pixels").string();
+  writeBytes(name, {1, 2});
+  DcElem bulk(kPixelData, DcVr::OB);
+  bulk.addValue("abc", 3, kExplicit);
+  DcElem inFile(kPixelData, name.c_str(), 0, 2, kExplicit);
+  DcElem tag(0x00280009, 0x00181063U);
+  auto sequence = sequenceOf(0x00081140, itemWith(elem(0x00280010, 512)), itemWith());
+  std::string text;
+  for (DcElem* element : std::initializer_list<DcElem*>{&bulk, &inFile, &tag, sequence.get()}) {
+    element->dump(text);
+  }
+  DcElem(0x00080008, "A\\B").dump(text);
+  DcElem(0x00089459).dump(text);
+  EXPECT_EQ(text,
+            "(7fe0,0010) OB T_7fe0_0010_pixelData [3 bytes]\n"
+            "(7fe0,0010) OX T_7fe0_0010_pixelData [2 bytes in a file]\n"
+            "(0028,0009) AT T_0028_0009_frameIncrementPointer [1577059]\n"
+            "(0008,1140) SQ T_0008_1140_referencedImageSequence []\n"
+            "item\n(0028,0010) US T_0028_0010_rows [512]\nitem\n"
+            "(0008,0008) CS T_0008_0008_imageType [A\\B]\n"
+            "(0008,9459) FL T_0008_9459_recommendedDisplayFrameRateInFloat []\n");
+}
+
 TEST_F(Element, BulkBytesAreCopiedAndHandedOutAsViews) {
   Bytes bytes{1, 2, 3, 4};
   DcElem element(kPixelData);
@@ -105,6 +157,7 @@ TEST_F(Element, BulkBytesAreCopiedAndHandedOutAsViews) {
   EXPECT_EQ(element.addValue(bytes.data(), 0, kExplicit), 0x1602U);
   EXPECT_EQ(logged(), "");
   EXPECT_EQ(element.addValue(bytes.data(), 4, DcUid{2}), 0x1605U);
+  EXPECT_EQ(logged(), "'1.2.840.10008.1.3.10' is not a Transfer Syntax UID");
   EXPECT_EQ(element.valueCount(), 1);
   EXPECT_EQ(element.transferSyntax(), kJpeg);
   logged();

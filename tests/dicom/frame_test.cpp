@@ -10,6 +10,21 @@ std::unique_ptr<DcElem> bulk(DcTag tag, DcVr vr, const Bytes& bytes, DcUid trans
                                   transferSyntax, vr);
 }
 
+// With a value that its VR does not have.
+std::unique_ptr<DcElem> valueWithVr(DcTag tag, DcVr vr) {
+  auto element = elem(tag, std::int32_t{1});
+  element->setVr(vr);
+  return element;
+}
+
+std::unique_ptr<DcElem> parsedAs(DcVr vr, const char* littleEndian) {
+  const Bytes bytes = hexBytes(littleEndian);
+  auto element = elem(kPrivate, vr);
+  EXPECT_EQ(element->parseVal(bytes.data(), static_cast<std::uint32_t>(bytes.size()), kExplicit),
+            kDcOk);
+  return element;
+}
+
 std::unique_ptr<DcElem> withVr(DcTag tag, DcVr vr) {
   auto element = elem(tag);
   element->setVr(vr);
@@ -75,6 +90,7 @@ TEST_F(Encoding, VrsThatNoFileHasBecomeOnesThatFilesHave) {
     const char* little;
     const char* big;
   } cases[] = {{elem(0x00280106, std::int32_t{258}), "US", "0201", "0102"},  // US or SS
+               {parsedAs(DcVr::XL, "02010000"), "UL", "02010000", "00000102"},
                {bulk(kPrivate, DcVr::Xx, {1, 2}, kExplicit), "UN", "0102", "0102"},
                {bulk(kPixelData, DcVr::OX, {1, 2}, kImplicit), "OB", "0102", "0102"}};
   for (const auto& c : cases) {
@@ -103,7 +119,10 @@ TEST_F(Encoding, RefusalsOfElementsHaveTheirCodeAndSentence) {
        "Element (0010,0010) - Invalid VR 'EX'"},
       {"a sequence that is none", withVr(0x00081140, DcVr::IM), kExplicit, kDcNotReadable,
        "Element (0008,1140) - should be created as SQ, not element"},
-      {"no transfer syntax", elem(0x00100010, "A"), DcUid::Verification, kDcNotTransferSyntax, ""},
+      {"no transfer syntax", elem(0x00100010, "A"), DcUid::Verification, kDcNotTransferSyntax,
+       "'1.2.840.10008.1.1' is not a Transfer Syntax UID"},
+      {"binary values of what has none", valueWithVr(0x00280010, DcVr::SI), kExplicit,
+       kDcNotReadable, "Element (0028,0010) - Invalid VR size"},
   };
   logged();
   for (const auto& c : cases) {
@@ -116,6 +135,15 @@ TEST_F(Encoding, RefusalsOfElementsHaveTheirCodeAndSentence) {
   EXPECT_EQ(element.frame(nullptr, length, kExplicit), kDcNullArgument);
   EXPECT_EQ(length, 0U);
   EXPECT_EQ(logged(), "Element (0010,0010) - Null buffer passed");
+}
+
+TEST_F(Encoding, BytesOfAnItemCannotStayInAFile) {
+  const std::string name = (dir_ / "pixels").string();
+  writeBytes(name, {1, 2});
+  auto pixels = elem(kPixelData, name.c_str(), std::uint64_t{0}, std::uint32_t{2}, kExplicit);
+  auto sequence = sequenceOf(0x00880200, itemWith(std::move(pixels)));
+  framed(*sequence, kExplicit, kDcNotAccepted);
+  EXPECT_EQ(logged(), "Element (7fe0,0010) of an item is held in a file");
 }
 
 TEST_F(Encoding, AShortLengthFieldHoldsAtMost65535Bytes) {

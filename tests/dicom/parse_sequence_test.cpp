@@ -163,12 +163,13 @@ TEST_F(ParsingSequences, PixelDataOfAnIconThatHasTheExpectedLengthIsSettled) {
               c.expectedSyntax);
   }
   DataSetBytes incomplete;
-  incomplete.beginSequence(0x00880200).beginItem().us(0x00280011, {2});
+  incomplete.beginSequence(0x00880200).beginItem();
   incomplete.raw(kPixelData, "OB", {1, 2}).endItem().endSequence();
   DcElemList list;
   EXPECT_EQ(parseInto(list, incomplete.take(), kExplicit), kDcNotAccepted);
   EXPECT_EQ(logged(),
-            "Missing or invalid T_0028_0010_rows\nMissing or invalid T_0028_0101_bitsStored");
+            "Missing or invalid T_0028_0010_rows\nMissing or invalid T_0028_0011_columns\n"
+            "Missing or invalid T_0028_0101_bitsStored");
 }
 
 TEST_F(ParsingSequences, OnItsOwnOnlyItemsOfDefinedLengthAreAccepted) {
@@ -195,7 +196,7 @@ TEST_F(ParsingSequences, OnItsOwnOnlyItemsOfDefinedLengthAreAccepted) {
       {"item too long", set().header(0xFFFEE000, "", 5).append({1, 2, 3, 4}).take(), kExplicit,
        kDcNotAccepted, 0, "Item length 5(0x5) exceeds buffer length 4(0x4)"},
       {"no transfer syntax", set().beginItem().endItem().take(), DcUid::Verification,
-       kDcNotTransferSyntax, 0, ""},
+       kDcNotTransferSyntax, 0, "'1.2.840.10008.1.1' is not a Transfer Syntax UID"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);

@@ -75,6 +75,8 @@ TEST_F(Parsing, TheVrComesFromTheDataSetOrTheDictionary) {
        ""},
       {"unknown with an item", kImplicit, implicitSet().raw(kPrivate, "", item).take(),
        "00091010 SQ\n>item", ""},
+      {"unknown with no more than an item tag", kImplicit,
+       implicitSet().raw(kPrivate, "", hexBytes("FEFF 00E0")).take(), "00091010 UN feff00e0", ""},
       {"unknown with an item, undefined length", kImplicit, undefined,
        "00091010 SQ\n>item\n>00280010 US 7", ""},
       {"unknown and empty in front of what looks like an item", kImplicit,

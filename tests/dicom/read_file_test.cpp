@@ -126,6 +126,24 @@ TEST_F(ReadingFiles, FilesThatCannotBeReadHaveTheirCode) {
   EXPECT_EQ(logged(), "File '" + file + "', size exceeds limit of 512 Mbytes");
 }
 
+TEST_F(ReadingFiles, EachLineOfTheLogNamesTheFile) {
+  const std::string file = writeDataSet(DataSetBytes().text(0x00100020, "??", "ID").take());
+  EXPECT_EQ(readWhole(file), kDcOk);
+  EXPECT_EQ(logged(), "Invalid VR for T_0010_0020_patientId, substituted VR from Dictionary");
+  EXPECT_EQ(lastFile(), file);
+  writeDataSet(DataSetBytes().header(0x00100020, "LO", 9).take());
+  EXPECT_EQ(readHeader(file), kDcNotAccepted);
+  EXPECT_TRUE(logged().starts_with("valueLen (0x00000009) exceeds the remaining buffer len"));
+  EXPECT_EQ(lastFile(), file);
+  // Not twice, and not behind the reading.
+  readWhole(file + "2");
+  EXPECT_EQ(logged(), "stat error file '" + file + "2'");
+  EXPECT_EQ(lastFile(), "");
+  DcElem(0x00100020).addValue(static_cast<const char*>(nullptr));
+  logged();
+  EXPECT_EQ(lastFile(), "");
+}
+
 TEST_F(ReadingFiles, TheDataSetIsReadInTheSyntaxOfTheFile) {
   const struct {
     const char* what;
@@ -391,7 +409,8 @@ TEST_F(ReadingFiles, TheLengthOfAnItemEndsAtItsOwnDelimitationItem) {
       {"big endian", undefined(Syntax::ExplicitBig), kBig, kDcOk, explicitLength, 8, ""},
       {"cut", firstOf(undefined(Syntax::ExplicitLittle), 4 + explicitLength + 7), kExplicit,
        kDcItemLengthUnknown, 0, 0, "No item delimitation item in 71(0x47) bytes"},
-      {"no transfer syntax", Bytes(4, 0), DcUid::Verification, kDcItemLengthUnknown, 0, 0, ""},
+      {"no transfer syntax", Bytes(4, 0), DcUid::Verification, kDcItemLengthUnknown, 0, 0,
+       "'1.2.840.10008.1.1' is not a Transfer Syntax UID"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);

@@ -88,6 +88,7 @@ ToolkitTest::~ToolkitTest() {
 }
 
 std::string ToolkitTest::logged() {
+  constexpr std::string_view kFileOpens = ", file '";
   std::string messages;
   std::ifstream in(logDir_ / "log");
   for (std::string line; std::getline(in, line);) {
@@ -99,7 +100,10 @@ std::string ToolkitTest::logged() {
       continue;
     }
     lastFunction_ = line.substr(open + 1, close - open - 1);
-    messages += line.substr(close + 2);
+    const std::size_t file = line.ends_with('\'') ? line.rfind(kFileOpens) : std::string::npos;
+    lastFile_ = file != std::string::npos ? line.substr(file + kFileOpens.size()) : "";
+    if (!lastFile_.empty()) lastFile_.pop_back();
+    messages += line.substr(close + 2, file - close - 2);
   }
   in.close();
   std::filesystem::remove(logDir_ / "log");

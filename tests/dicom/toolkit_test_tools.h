@@ -42,16 +42,19 @@ class ToolkitTest : public testing::Test {
   ToolkitTest();
   ~ToolkitTest() override;
 
-  // The messages so far, one a line, without time stamp and function; forgets them.
+  // The messages so far, one a line, without time stamp, function and the name of the file that is
+  // read or written; forgets them.
   std::string logged();
-  // The function of the last line that logged() returned.
+  // The function of the last line that logged() returned, and its file; empty when it names none.
   [[nodiscard]] const std::string& lastFunction() const { return lastFunction_; }
+  [[nodiscard]] const std::string& lastFile() const { return lastFile_; }
 
   TempDir dir_;
 
  private:
   TempDir logDir_;
   std::string lastFunction_;
+  std::string lastFile_;
 };
 
 // Keeps the toolkit from logging while it lives: damaged input by the thousand.

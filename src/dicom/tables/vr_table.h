@@ -90,4 +90,26 @@ constexpr const VrRow& vrRow(DcVr vr) {
 }
 constexpr DcStorage vrStorage(DcVr vr) { return vrRow(vr).storage; }
 
+// VRs by their two characters, from the first to the last letter of each.
+inline constexpr std::size_t kVrCodeLetters = 26;
+constexpr std::array<DcVr, kVrCodeLetters * kVrCodeLetters> makeVrByCode() {
+  std::array<DcVr, kVrCodeLetters * kVrCodeLetters> byCode{};
+  for (const VrRow& row : kVrTable) {
+    if (row.code[0] == '\0') continue;
+    byCode[static_cast<std::size_t>(row.code[0] - 'A') * kVrCodeLetters +
+           static_cast<std::size_t>(row.code[1] - 'A')] = row.vr;
+  }
+  return byCode;
+}
+inline constexpr auto kVrByCode = makeVrByCode();
+
+constexpr bool isVrLetter(unsigned char c) { return c >= 'A' && c <= 'Z'; }
+
+// The VR, a pseudo VR too, with these two characters; None when there is none.
+constexpr DcVr vrByCode(unsigned char first, unsigned char second) {
+  if (!isVrLetter(first) || !isVrLetter(second)) return DcVr::None;
+  return kVrByCode[static_cast<std::size_t>(first - 'A') * kVrCodeLetters +
+                   static_cast<std::size_t>(second - 'A')];
+}
+
 }  // namespace quillon

@@ -1,5 +1,6 @@
 // The toolkit's log sink: one line per failure or warning, each level to standard output or
-// appended to a file of its own. A line is "<time stamp> <function> message\n".
+// appended to a file of its own. A line is "<time stamp> <function> message\n"; while a file is
+// read or written, the message names it.
 #pragma once
 
 #include <array>

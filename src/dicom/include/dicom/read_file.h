@@ -1,7 +1,7 @@
 // Reading DICOM files (PS 3.10) and bare data sets. File names are in the file-system code page.
 //
 // Without memory for the file the code is kDcNoMemory. An element that alone finds none is left
-// out, and the list's lostElements tells; it counts group 0002 too.
+// out, and the list's lostElements tells (one of group 0002: kDcNoMemory).
 #pragma once
 
 #include <cstdint>
