@@ -8,6 +8,7 @@
 #include "dir_file_id.h"
 #include "dir_reader.h"
 #include "dir_writer.h"
+#include "log_sink.h"
 #include "text_scan.h"
 
 namespace quillon {
@@ -37,6 +38,12 @@ DcCode normaliseRoot(const char* rootPath, const char* function, std::string& ro
 DcCode rootNotSet(const char* function) {
   dcLog(DcLogLevel::Error, function, "DICOMDIR root path not set");
   return kDcNotDicom;
+}
+
+DcCode noMemory(const char* function, const char* rootPath, char separator) {
+  dcLog(DcLogLevel::Error, function, "File '%s%cDICOMDIR', unable to allocate memory", rootPath,
+        separator);
+  return kDcNoMemory;
 }
 
 // The last record with this file ID: every level is searched from its end.
@@ -94,28 +101,28 @@ void DcDirDicomDir::setFileMetaInfo(const DcFileMetaInfo& metaInfo) {
   theDictionary().getUid(metaInfo_.transferSyntax, &metaInfo_.transferSyntaxUid);
 }
 
-DcCode DcDirDicomDir::read() {
+DcCode DcDirDicomDir::read() try {
   if (rootPath_.empty()) return rootNotSet("DcDirDicomDir::read");
   clearRecords();
-  try {
-    return DcDirReader(*this, rootPath_ + "\\DICOMDIR").read();
-  } catch (const std::bad_alloc&) {
-    return kDcNoMemory;
-  }
+  const std::string fileName = rootPath_ + "\\DICOMDIR";
+  const DcLogFile inLog(fileName.c_str());
+  return DcDirReader(*this, fileName).read();
+} catch (const std::bad_alloc&) {
+  return noMemory("DcDirDicomDir::read", rootPath_.c_str(), '\\');
 }
 
-DcCode DcDirDicomDir::write(const char* rootPath) {
+DcCode DcDirDicomDir::write(const char* rootPath) try {
   constexpr const char* kFunction = "DcDirDicomDir::write";
   std::string root = rootPath_;
   if (rootPath != nullptr) normaliseRoot(rootPath, kFunction, root);
   if (root.empty()) return rootNotSet(kFunction);
-  try {
-    DcDirWriter writer(*this);
-    const DcCode rc = writer.encode();
-    return rc == kDcOk ? writer.save(root + "/DICOMDIR") : rc;
-  } catch (const std::bad_alloc&) {
-    return kDcNoMemory;
-  }
+  const std::string fileName = root + "/DICOMDIR";
+  const DcLogFile inLog(fileName.c_str());
+  DcDirWriter writer(*this);
+  const DcCode rc = writer.encode();
+  return rc == kDcOk ? writer.save(fileName) : rc;
+} catch (const std::bad_alloc&) {
+  return noMemory("DcDirDicomDir::write", rootPath != nullptr ? rootPath : rootPath_.c_str(), '/');
 }
 
 DcCode DcDirDicomDir::getRefFileObj(const char* fileId, DcDirRec** recordOut) {
@@ -147,6 +154,12 @@ DcCode DcDirDicomDir::linkRecToMrdr(DcDirRec* record, DcDirRec* mrdr) {
   }
   if (record->type_ == DcDirRecType::Mrdr) {
     dcLog(DcLogLevel::Error, kFunction, "One MRDR can not be linked to another");
+    return kDcInvalidMrdrLink;
+  }
+  const DcDirDicomDir* dir = record->dicomDir(kFunction);
+  if (dir == nullptr) return kDcHierarchyError;
+  if (dir != this) {
+    dcLog(DcLogLevel::Error, kFunction, "First argument is a record of another DICOMDIR");
     return kDcInvalidMrdrLink;
   }
   // One of another DICOMDIR has no place in this one's file.

@@ -163,9 +163,11 @@ DcCode DcDirReader::readHeader(std::uint32_t headerAt, std::uint32_t& firstRecor
   std::uint32_t headerEndsAt = headerAt;
   DcCode rc = walkHeader(headerAt, headerEndsAt);
   if (rc != kDcOk) return rc;
+  const DcDirUnchecked unchecked;
   DcElemList header;
   if (headerEndsAt > headerAt) {
     rc = header.parse(&file_[headerAt], headerEndsAt - headerAt, DcUid::ExplicitLittleEndian);
+    if (rc == kDcOk && header.lostElements()) rc = kDcNoMemory;
     if (rc != kDcOk) return rc;
   }
   if (const auto text = dirTextOf(header, 0x00041130)) dir_.fileSetId = *text;
@@ -243,7 +245,9 @@ DcCode DcDirReader::readUnreachedMrdrs() {
     DcCode rc = dirMeasureItem(file_.get(), sequenceEndsAt_, at, extent);
     if (rc != kDcOk) return rc;
     // Items that no chain reaches are records that were deleted: only an MRDR is looked at.
-    const DcElemList item(&file_[extent.valueAt], extent.valueBytes, DcUid::ExplicitLittleEndian);
+    DcElemList item;
+    rc = item.parse(&file_[extent.valueAt], extent.valueBytes, DcUid::ExplicitLittleEndian);
+    if (rc == kDcNoMemory || item.lostElements()) return kDcNoMemory;
     const auto typeName = dirTextOf(item, kRecordTypeTag);
     if (typeName == dirTypeRow(DcDirRecType::Mrdr).name) {
       DcDirRec* mrdr = nullptr;

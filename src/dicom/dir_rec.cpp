@@ -193,12 +193,6 @@ void DcDirRec::dropMrdrLink() {
   mrdr_ = nullptr;
 }
 
-void DcDirRec::removeGroup(std::uint16_t group) {
-  std::size_t index = 0;
-  while (index < size() && at(index)->group() < group) ++index;
-  while (index < size() && at(index)->group() == group) remove(at(index));
-}
-
 DcCode DcDirRec::setPrivateRecordUid(std::string_view uid) {
   if (uid.size() > kMaxUidChars) return kDcTooLong;
   privateRecordUid_ = trimmed(uid);

@@ -27,8 +27,7 @@ constexpr DcTag kReferencedSopClassUid = 0x00041510;
 constexpr DcTag kReferencedSopInstanceUid = 0x00041511;
 constexpr DcTag kReferencedTransferSyntaxUid = 0x00041512;
 
-// Keys are kept as they stand in the file, whatever the checking switch says: they are written
-// again, and a key that another system formed oddly must not be lost on the way.
+// What the lists of items have while values are not checked.
 DcCode acceptText(void*, DcTag, DcVr, const char*, std::string*, bool*) { return kDcOk; }
 
 // Offsets print as the signed numbers that the messages have always shown.
@@ -93,10 +92,13 @@ DcCode DcDirRec::parseItem(const std::uint8_t* value, std::uint32_t valueBytes,
                            std::uint32_t offsetInFile) {
   clear();
   setReference({});
+  const DcDirUnchecked unchecked;
   const DcStringHook hook = stringHook();
   setStringHook({nullptr, acceptText});
   DcCode rc = parse(value, valueBytes, DcUid::ExplicitLittleEndian);
   setStringHook(hook);
+  // A record that lacks a key must not pass for whole: it would be written again without it.
+  if (rc == kDcOk && lostElements()) rc = kDcNoMemory;
   if (rc != kDcOk) return rc;
 
   offsetInFile_ = offsetInFile;

@@ -18,6 +18,20 @@ struct DcDirItemExtent {
   std::uint32_t endAt = 0;
 };
 
+// Keys and header elements are kept as they stand in the file, whatever the checking switch says:
+// they are written again, and what another system formed oddly must not be lost on the way. Values
+// are not checked while one of these lives.
+class DcDirUnchecked {
+ public:
+  DcDirUnchecked() : wasOn_(dcValueChecking()) { dcSetValueChecking(false); }
+  ~DcDirUnchecked() { dcSetValueChecking(wasOn_); }
+  DcDirUnchecked(const DcDirUnchecked&) = delete;
+  DcDirUnchecked& operator=(const DcDirUnchecked&) = delete;
+
+ private:
+  bool wasOn_;
+};
+
 // The extent of the item at an offset; a code and a log line when there is none inside the file.
 DcCode dirMeasureItem(const std::uint8_t* file, std::uint32_t fileBytes, std::uint32_t offsetInFile,
                       DcDirItemExtent& extent);

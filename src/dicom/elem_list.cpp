@@ -92,6 +92,14 @@ std::unique_ptr<DcElem> DcElemList::remove(DcElem* element) {
   return removed;
 }
 
+// In one move of what is behind them, however many they are.
+void DcElemList::removeGroup(std::uint16_t group) {
+  const auto first = placeOf(elements_, dcTag(group, 0));
+  const auto last = std::find_if(
+      first, elements_.end(), [group](const auto& element) { return element->group() != group; });
+  elements_.erase(first, last);
+}
+
 void DcElemList::clear() {
   elements_.clear();
   lostElements_ = false;

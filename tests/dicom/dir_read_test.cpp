@@ -23,6 +23,7 @@ struct Record {
 // Where an item has the values of (0004,1400) and (0004,1420).
 constexpr std::size_t kNextAt = 16;
 constexpr std::size_t kLowerAt = 38;
+constexpr std::size_t kMrdrAt = 66;  // of (0004,1504), first behind the type "PATIENT"
 
 void putOffset(Bytes& bytes, std::size_t at, std::uint32_t offset) {
   for (std::size_t i = 0; i < 4; ++i) bytes[at + i] = static_cast<std::uint8_t>(offset >> (8 * i));
@@ -117,15 +118,24 @@ TEST_F(DicomDirReading, FollowsLinksInAnyOrderAndLengthsOfBothKinds) {
 TEST_F(DicomDirReading, KeepsOddKeysAndInUseFlagsAlsoWhenValuesAreChecked) {
   ASSERT_TRUE(dcValueChecking());
   const auto odd = [](DataSetBytes& item) {
+    item.beginSequence(0x00081110).beginItem().text(0x00080020, "DA", "1950-01-02");
+    item.text(0x00081155, "UI", "1.2.x").endItem().endSequence();
+    item.text(0x00100010, "PN", "TWO\\NAMES").text(0x00100020, "LO", std::string(80, 'I'));
     item.text(0x00100030, "DA", "1950-01-02").text(0x00100040, "CS", "unknown?");
-    item.text(0x00100020, "LO", std::string(80, 'I'));
   };
   MadeDicomDir made = makeDicomDir({{"PATIENT", -1, -1, odd}});
   made.bytes[made.offsets[0] + 28] = 0;  // in-use flag 0000
   made.bytes[made.offsets[0] + 29] = 0;
+  const std::string setId = "SET";
+  std::ranges::copy(std::string_view("set"), std::ranges::search(made.bytes, setId).begin());
   read(made.bytes);
   ASSERT_EQ(set_->initialCode(), kDcOk);
+  EXPECT_TRUE(dcValueChecking());
+  EXPECT_EQ(set_->fileSetId, "set");
   EXPECT_EQ(set_->lower(0)->inUseFlag(), 0);
+  EXPECT_TRUE(describe(*set_->lower(0))
+                  .starts_with("00081110 SQ\n>item\n>00080020 DA 1950-01-02\n"
+                               ">00081155 UI 1.2.x\n00100010 PN TWO/NAMES\n"));
   ASSERT_EQ(set_->write(), kDcOk);
   const RawDicomDir raw(readBytes(dir_ / "DICOMDIR"));
   const RawElements record = raw.record(raw.headerOffset(0x00041200));
@@ -330,6 +340,29 @@ TEST_F(DicomDirReading, ARecordWhoseMrdrIsNotThereHasNoFileId) {
     EXPECT_EQ(set_->lower(0)->fileId(), "");
     EXPECT_EQ(set_->lower(0)->mrdr(), nullptr);
   }
+  // The offset of a record that is no MRDR, though it refers to a file.
+  const auto same = [](DataSetBytes& item) { refer(item, "SAME"); };
+  MadeDicomDir made = makeDicomDir({{"PATIENT", 1, -1, same}, {"PATIENT", -1, -1, kToNoRecord}});
+  putOffset(made.bytes, made.offsets[1] + kMrdrAt, made.offsets[0]);
+  EXPECT_EQ(read(made.bytes), "");
+  EXPECT_EQ(set_->lower(1)->fileId(), "");
+  EXPECT_EQ(set_->lower(1)->mrdr(), nullptr);
+  EXPECT_EQ(set_->lower(0)->referenceCount(), 0u);
+}
+
+TEST_F(DicomDirReading, AFileThatIsTooLargeOrADirectoryIsNotRead) {
+  const std::string name = dir_.path().string() + "\\DICOMDIR";
+  const Bytes whole = makeDicomDir(smallTree()).bytes;
+  writeBytes(dir_ / "DICOMDIR", whole);
+  std::filesystem::resize_file(dir_ / "DICOMDIR", 536'870'913);  // sparse
+  const DcDirDicomDir large(dir_.path().string().c_str());
+  EXPECT_EQ(large.initialCode(), 0x5807u);
+  EXPECT_EQ(logged(), "File '" + name + "', size exceeds limit of 512 Mbytes");
+  std::filesystem::remove(dir_ / "DICOMDIR");
+  std::filesystem::create_directory(dir_ / "DICOMDIR");
+  const DcDirDicomDir none(dir_.path().string().c_str());
+  EXPECT_EQ(none.initialCode(), kDcOk);
+  EXPECT_EQ(logged(), "'" + name + "' does not exit, empty object created");
 }
 
 TEST_F(DicomDirReading, TheLastOfSeveralRecordsForOneFileIsFound) {

@@ -267,6 +267,22 @@ TEST_F(DicomDirWriting, FailuresHaveTheirCodeAndNeverTouchTheFileBeforeTheBytesA
   EXPECT_EQ(set_.write(missing.c_str()), 0x5805u);
   EXPECT_EQ(logged(), "Error opening file - '" + missing + "/DICOMDIR'");
 
+  // Texts of the header and of a record that do not fit their elements.
+  const std::string wide(0xFFFF, 'X');
+  set_.fileSetId = wide;
+  EXPECT_EQ(set_.write(), 0x1602u);
+  EXPECT_EQ(logged(),
+            "Element (0004,1130) - Value Length 0xffff is too large for Explicit Transfer Syntax");
+  set_.fileSetId.clear();
+  DcFileMetaInfo meta;
+  meta.sopClassUid = kCtImage;
+  meta.sopInstanceUid = wide;
+  ASSERT_EQ(addSeries(set_)->setRefFile("X", meta), kDcOk);
+  EXPECT_EQ(set_.write(), 0x1602u);
+  EXPECT_EQ(logged(),
+            "Element (0004,1511) - Value Length 0xffff is too large for Explicit Transfer Syntax");
+  set_.startEmpty(root().c_str());
+
   // A key that has no encoding: more than the 2-byte length of its VR holds.
   writeText(dir_ / "DICOMDIR", "what was there before");
   DcDirRec* patient = addRecord(set_, DcDirRecType::Patient);
@@ -279,6 +295,17 @@ TEST_F(DicomDirWriting, FailuresHaveTheirCodeAndNeverTouchTheFileBeforeTheBytesA
   patient->addKey(std::move(comments));
   EXPECT_EQ(set_.write(), 0x1602u);
   EXPECT_EQ(readBytes(dir_ / "DICOMDIR").size(), 21u);
+}
+
+TEST_F(DicomDirWriting, KeysOfTheDicomDirItselfStandBehindItsHeader) {
+  addTextKey(set_, 0x00100020, "ID");
+  addTextKey(set_, 0x00041130, "OTHER");
+  ASSERT_EQ(set_.write(), kDcOk);
+  const Bytes bytes = written();
+  DataSetBytes key;
+  key.us(0x00041212, {0}).text(0x00100020, "LO", "ID").header(0x00041220, "SQ", 0);
+  EXPECT_FALSE(std::ranges::search(bytes, key.bytes()).empty());
+  EXPECT_TRUE(std::ranges::search(bytes, std::string("OTHER")).empty());
 }
 
 TEST_F(DicomDirWriting, AKeyWhoseBytesAreInAnotherFileIsRefusedAtAnyDepth) {

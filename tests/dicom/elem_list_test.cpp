@@ -73,7 +73,26 @@ TEST_F(ElementList, WhatIsNotThereHasACodeOfItsOwn) {
   EXPECT_EQ(sequence, nullptr);
   EXPECT_EQ(logged(), "Element 0x00100010 is not a Sequence");
   EXPECT_EQ(list.getElem(0x00100010, static_cast<DcElemSq**>(nullptr)), 0x1606U);
-  EXPECT_EQ(logged(), "Null argument passed");
+  EXPECT_EQ(list.getElem(0x00100010, static_cast<DcElem**>(nullptr)), 0x1606U);
+  EXPECT_EQ(list.at(0)->getValue(static_cast<char*>(nullptr), 8), 0x1606U);
+  EXPECT_EQ(logged(), "Null argument passed\nNull argument passed\nNull argument passed");
+}
+
+TEST_F(ElementList, RemovingAGroupCostsNoQuadraticTime) {
+  // Removing one by one would move 90 gigabytes.
+  constexpr DcTag kOfGroup = 60'000;
+  constexpr DcTag kBehind = 190'000;
+  std::vector<std::unique_ptr<DcElem>> elements;
+  elements.push_back(elem(0x0002FFFF));
+  for (DcTag i = 0; i < kOfGroup; ++i) elements.push_back(elem(0x00040000 + i));
+  for (DcTag i = 0; i < kBehind; ++i) elements.push_back(elem(0x00060000 + i));
+  DcElemList list;
+  list.addAll(std::move(elements));
+  list.removeGroup(0x0004);
+  list.removeGroup(0x0005);
+  ASSERT_EQ(list.size(), 1U + kBehind);
+  EXPECT_EQ(list.at(0)->tag(), 0x0002FFFFU);
+  EXPECT_EQ(list.at(1)->tag(), 0x00060000U);
 }
 
 TEST_F(ElementList, SequencesAreFoundAsSuch) {

@@ -51,7 +51,9 @@ class DcDirDicomDir final : public DcDirRec {
   // Finds the record that refers to a file; the last one when a DICOMDIR that was read has more.
   // kDcNoRecords in an empty DICOMDIR, kDcNotInList when no record does; null then.
   DcCode getRefFileObj(const char* fileId, DcDirRec** recordOut);
-  // Makes a record refer to an MRDR of this DICOMDIR instead of a file, or (null) to nothing.
+  // Makes a record refer to an MRDR of this DICOMDIR instead of a file, or (null) to nothing. Both
+  // must hang in this DICOMDIR (kDcHierarchyError, kDcInvalidMrdrLink): a record that is deleted
+  // before it would leave its link behind, or find its MRDR gone.
   DcCode linkRecToMrdr(DcDirRec* record, DcDirRec* mrdr);
 
   std::string fileSetId;

@@ -158,7 +158,6 @@ class DcDirRec : public DcElemList {
   void setReference(Reference reference);
   void linkTo(DcDirRec& mrdr);
   void dropMrdrLink();
-  void removeGroup(std::uint16_t group);
   DcCode parseItem(const std::uint8_t* value, std::uint32_t valueBytes, std::uint32_t offsetInFile);
   DcCode parseReference(std::uint32_t offsetInFile);
   // mrdrLinkAt: where the offset of the MRDR stands in `file`, 0 without a link.

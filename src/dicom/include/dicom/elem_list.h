@@ -35,6 +35,8 @@ class DcElemList {
   [[nodiscard]] bool contains(DcTag tag) const { return find(tag) != nullptr; }
   // Unlinks without deleting; null when the element is not in the list.
   std::unique_ptr<DcElem> remove(DcElem* element);
+  // Deletes every element of a group.
+  void removeGroup(std::uint16_t group);
   void clear();
   // Whether parsing dropped an element, in this list or in the items below it, because there was no
   // memory for its value: what is here is not all that was encoded. clear() forgets it.
@@ -59,7 +61,8 @@ class DcElemList {
   [[nodiscard]] const DcStringHook& stringHook() const { return hook_; }
 
   // Adds the elements of encoded bytes to the list. On an error the elements before it stay.
-  // lostElements tells of elements that were dropped.
+  // lostElements tells of elements that were dropped; kDcNoMemory when there is none for the
+  // elements themselves.
   DcCode parse(const std::uint8_t* buffer, std::uint32_t lengthBytes, DcUid transferSyntax);
   // Encodes every element, with group lengths recomputed where the list has them.
   virtual DcCode frame(std::uint8_t* buffer, std::uint32_t& lengthOut, DcUid transferSyntax);
