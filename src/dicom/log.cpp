@@ -14,7 +14,7 @@ namespace quillon {
 namespace {
 
 DcLog* theSink = nullptr;
-const char* theFile = nullptr;  // that the lines tell of, see DcLogFile
+thread_local const char* theFile = nullptr;  // that the lines tell of, see DcLogFile
 
 // The messages that tell of a file quote its name, or begin with it.
 bool namesFile(std::string_view message, const std::string& fileName) {
