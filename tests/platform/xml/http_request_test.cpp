@@ -21,11 +21,12 @@ class HttpRequestTest : public XmlLayerTest {
               S_OK);
   }
 
-  HRESULT open(std::string_view url, std::string_view method = "GET") {
+  HRESULT open(std::string_view url, std::string_view method = "GET",
+               VARIANT_BOOL isAsync = VARIANT_FALSE) {
     VARIANT async;
     VariantInit(&async);
     async.vt = VT_BOOL;
-    async.boolVal = VARIANT_FALSE;
+    async.boolVal = isAsync;
     VARIANT omitted;
     VariantInit(&omitted);
     omitted.vt = VT_ERROR;
@@ -172,6 +173,7 @@ TEST_F(HttpRequestTest, WhatIsNoUrlIsNotOpened) {
     EXPECT_EQ(send(), E_UNEXPECTED);
   }
   EXPECT_EQ(open("http://127.0.0.1/", "DELETE"), E_INVALIDARG);
+  EXPECT_EQ(open("http://127.0.0.1/", "GET", VARIANT_TRUE), E_NOTIMPL);
   LONG none = 0;
   EXPECT_EQ(request_->get_status(&none), E_PENDING);
 }
