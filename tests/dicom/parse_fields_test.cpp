@@ -169,6 +169,13 @@ TEST_F(ReadingFields, FaultsHaveTheirCodeAndSentence) {
        "' - tag read error, offset - 0x%x", kFirst + 12},
       {"half an item", set().beginSequence(0x00081140, true).append(hexBytes("FEFF00E001")).take(),
        "' - value length read error, offset - 0x%x", kFirst + 12},
+      {"half a long header in an item",
+       set()
+           .header(0x00081140, "SQ", 0xFFFFFFFF)
+           .header(0xFFFEE000, "", 0xFFFFFFFF)
+           .append(hexBytes("0800 4011 5351 0000 01"))
+           .take(),
+       "' - value length read error, offset - 0x%x", kFirst + 20},
       {"item longer than its sequence",
        set().header(0x00081140, "SQ", 8).header(0xFFFEE000, "", 2).append({1, 2}).take(),
        "' - invalid data, offset - 0x%x", kFirst + 20},

@@ -138,6 +138,13 @@ TEST_F(Parsing, KnownTagsMayComeLateUnknownOnesMayNot) {
   }
 }
 
+TEST_F(Parsing, AVrWithoutValuesTakesNone) {
+  DcElem item(kPrivate, DcVr::SI);
+  const Bytes bytes{1, 2};
+  EXPECT_EQ(item.parseVal(bytes.data(), 2, kExplicit), kDcNotReadable);
+  EXPECT_EQ(logged(), "Element (0009,1010) - invalid VR size");
+}
+
 TEST_F(Parsing, AParsedListTakesMoreElements) {
   DcElemList list;
   const Bytes first = DataSetBytes().us(0x00280010, {1}).us(0x00280100, {1}).take();

@@ -82,6 +82,13 @@ TEST_F(ReadingFaults, AFileThatDoesNotOpenOrReadHasItsCodeAndSentence) {
   }
 }
 
+TEST_F(ReadingFaults, ADicomDirThatCannotBeLookedForIsNotMissing) {
+  const std::string root = "/" + std::string(256, 'x');  // a longer name than any directory has
+  const DcDirDicomDir set(root.c_str());
+  EXPECT_EQ(set.initialCode(), 0x5808U);
+  EXPECT_EQ(logged(), "stat error file '" + root + "\\DICOMDIR'");
+}
+
 TEST_F(ReadingFaults, WithoutMemoryNothingIsThrownAndNothingPassesForWhole) {
   DcDirDicomDir made(nullptr);
   made.fileSetId = "SET";
