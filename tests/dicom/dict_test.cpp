@@ -368,15 +368,6 @@ TEST_F(Dictionary, ANewUidIsTheRootTheTimeAndACounter) {
 }
 #endif
 
-TEST_F(Dictionary, WithoutAClockAUidIsTheRootAndTheCounter) {
-  platform::testing::SubstituteClock([] { return SYSTEMTIME{}; });
-  DcDict dict;
-  std::string uid;
-  dict.genUid(&uid);
-  platform::testing::Restore();
-  EXPECT_EQ(uid, "1.3.6.1.4.1.64021.1");
-}
-
 TEST_F(Dictionary, TheUidCounterWrapsAt65536) {
   DcDict dict;
   for (int i = 1; i <= 65'536; ++i) {

@@ -3,9 +3,11 @@
 #include <cerrno>
 #include <functional>
 
+#include "dicom/dict.h"
 #include "dicom/parse_fields.h"
 #include "dicom/read_file.h"
 #include "dir_test_tools.h"
+#include "platform/testing.h"
 #include "support/failing_calls.h"
 #include "support/failing_new.h"
 
@@ -87,6 +89,15 @@ TEST_F(ReadingFaults, ADicomDirThatCannotBeLookedForIsNotMissing) {
   const DcDirDicomDir set(root.c_str());
   EXPECT_EQ(set.initialCode(), 0x5808U);
   EXPECT_EQ(logged(), "stat error file '" + root + "\\DICOMDIR'");
+}
+
+TEST_F(ReadingFaults, WithoutAClockAUidIsTheRootAndTheCounter) {
+  platform::testing::SubstituteClock([] { return SYSTEMTIME{}; });
+  DcDict dict;
+  std::string uid;
+  dict.genUid(&uid);
+  platform::testing::Restore();
+  EXPECT_EQ(uid, "1.3.6.1.4.1.64021.1");
 }
 
 TEST_F(ReadingFaults, WithoutMemoryNothingIsThrownAndNothingPassesForWhole) {
