@@ -56,7 +56,6 @@ class Signal {
 
   std::array<int, 2> ends_{};
 };
-};
 
 TEST_F(Clients, ExcludeEachOther) {
   ASSERT_NO_FATAL_FAILURE(insertBlank("cd-r", 500));
