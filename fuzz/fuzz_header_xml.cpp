@@ -14,8 +14,8 @@ namespace {
 CXmlDocument& textStylesheet() {
   static CXmlDocument stylesheet;
   static const bool isLoaded =
-      stylesheet.Create() &&
-      stylesheet.SetCurrentXMLDocumentFromLocation(OLESTR(QUILLON_STYLESHEETS "/text.xsl"), false);
+      stylesheet.Create() && stylesheet.SetCurrentXMLDocumentFromLocation(
+                                 OLESTR("") QUILLON_STYLESHEETS "/text.xsl", false);
   if (!isLoaded) std::abort();
   return stylesheet;
 }

@@ -149,8 +149,12 @@ class AtOnce(TwoJobsTest):
     def test_on_one_root(self):
         for commands in ((PUBLISH, CREATE), (HOST, HOST), (MOVE, HOST)):
             with self.subTest(commands):
-                # Else they were not at once.
-                self.assertIn(in_use(self.root), self.pairs(commands, self.root))
+                # Else they were not at once, which a busy machine can do several times over.
+                for _ in range(5):
+                    refusals = self.pairs(commands, self.root)
+                    if in_use(self.root) in refusals:
+                        break
+                self.assertIn(in_use(self.root), refusals)
 
     def test_publications_without_a_root_do_not_meet(self):
         self.assertEqual(self.pairs((PUBLISH, MOVE), None), [])

@@ -106,12 +106,8 @@ DWORD admit(FileHandle& file, const Opened& opened, const NativePath& path, DWOR
   if (opened.existed && isReadOnly && (isWriting(access) || empties)) return ERROR_ACCESS_DENIED;
   const OpenFiles::Use use{file.mayRead, file.mayWrite, (access & DELETE) != 0, share};
   if (!openFiles().add(&file, opened.descriptor, status, use)) return ERROR_SHARING_VIOLATION;
-  if (empties && opened.existed && !emptyFile(opened.descriptor, access, path)) {
-    const DWORD code = codeOfErrno(errno);
-    openFiles().remove(&file);
-    return code;
-  }
-  return ERROR_SUCCESS;
+  const bool isEmptied = !empties || !opened.existed || emptyFile(opened.descriptor, access, path);
+  return isEmptied ? ERROR_SUCCESS : codeOfErrno(errno);
 }
 
 // Absolute, because the working directory may change before the handle is flushed.
@@ -121,6 +117,19 @@ std::string directoryToSync(const NativePath& path) {
   return workingDirectory().text + '/' + parent;
 }
 
+// Ends an opening that does not succeed, also for want of memory: then nothing stays open, and a
+// file that only the opening has made goes again.
+struct EndOpening {
+  const char* made = nullptr;
+
+  void operator()(FileHandle* file) const {
+    openFiles().remove(file);
+    if (file->descriptor >= 0) ::close(file->descriptor);
+    if (made != nullptr) ::unlink(made);
+    delete file;
+  }
+};
+
 HANDLE openFile(const NativePath& path, DWORD access, DWORD share, DWORD disposition, DWORD flags) {
   if (path.text.empty()) return refuse(ERROR_PATH_NOT_FOUND);
   const bool truncates = disposition == TRUNCATE_EXISTING;
@@ -129,20 +138,18 @@ HANDLE openFile(const NativePath& path, DWORD access, DWORD share, DWORD disposi
     return refuse(ERROR_INVALID_PARAMETER);
   }
   if ((access & DELETE) != 0 && !isAllowedToDelete(path)) return refuse(codeOfErrno(errno));
-  auto file = std::make_unique<FileHandle>();
+  std::unique_ptr<FileHandle, EndOpening> file(new FileHandle);
   const Opened opened = openPath(path.c_str(), accessFlags(access), disposition);
   if (opened.descriptor < 0) {
     return refuse(opened.error == ENXIO ? ERROR_ACCESS_DENIED : codeOfErrno(opened.error, path));
   }
   file->descriptor = opened.descriptor;
+  if (!opened.existed) file.get_deleter().made = path.c_str();
   file->mayRead = isReading(access);
   file->mayWrite = isWriting(access);
   file->mayResize = (access & GENERIC_WRITE) != 0;
   const DWORD code = admit(*file, opened, path, access, share, disposition, flags);
-  if (code != ERROR_SUCCESS) {
-    ::close(opened.descriptor);
-    return refuse(code);
-  }
+  if (code != ERROR_SUCCESS) return refuse(code);
   if ((flags & FILE_FLAG_SEQUENTIAL_SCAN) != 0) {
     ::posix_fadvise(opened.descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
   }
