@@ -233,7 +233,7 @@ TEST_F(MediaProcessor, AMultithreadedHostIsToldThatItCannotRecord) {
     for (const bool clears : {true, false}) {
       SCOPED_TRACE(testing::Message() << "legacy " << isLegacy << ", clearing " << clears);
       test::LegacyService legacyService;
-      std::thread([&] {
+      test::onThreads(1, [&] {
         ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
         {
           std::optional<test::RegisteredDiscService> current;
@@ -261,7 +261,7 @@ TEST_F(MediaProcessor, AMultithreadedHostIsToldThatItCannotRecord) {
         EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE) << "it still has it";
         CoUninitialize();
         CoUninitialize();
-      }).join();
+      });
       EXPECT_EQ(service_.liveObjects + legacyService.liveObjects, 0);
       EXPECT_EQ(service_.CountOf("IDiscFormat2Data::Write"), 0);
     }
