@@ -88,6 +88,20 @@ bool CJolietDiscMaster::SetJolietProperties(CPropertyStorage& properties) {
   });
 }
 
+namespace {
+
+// Freed also when memory runs out before it is handed over.
+struct OwnedProperty {
+  OwnedProperty() { PropVariantInit(&value); }
+  ~OwnedProperty() { PropVariantClear(&value); }
+  OwnedProperty(const OwnedProperty&) = delete;
+  OwnedProperty& operator=(const OwnedProperty&) = delete;
+
+  PROPVARIANT value;
+};
+
+}  // namespace
+
 bool CJolietDiscMaster::SetJolietProperty(TextView name, const VARIANT& value) {
   CPropertyStorage properties;
   if (!GetJolietProperties(properties)) return false;
@@ -95,11 +109,10 @@ bool CJolietDiscMaster::SetJolietProperty(TextView name, const VARIANT& value) {
   PROPSPEC specification{};
   specification.ulKind = PRSPEC_LPWSTR;
   specification.lpwstr = writableName.data();
-  PROPVARIANT copy;
-  const bool written = properties.CopyValue(copy, value) &&
-                       properties.WriteMultiple(1, &specification, &copy, kFirstNamedId) &&
+  OwnedProperty copy;
+  const bool written = properties.CopyValue(copy.value, value) &&
+                       properties.WriteMultiple(1, &specification, &copy.value, kFirstNamedId) &&
                        properties.Commit(STGC_DEFAULT);
-  PropVariantClear(&copy);
   return written ? SetJolietProperties(properties) : FailAs(properties);
 }
 

@@ -1,5 +1,7 @@
 #include "support/legacy_service.h"
 
+#include <memory>
+
 #include "platform/com/com_object.h"
 #include "support/stub_storages.h"
 #ifdef _WIN32
@@ -40,6 +42,7 @@ void readTree(IStorage& storage, const std::string& below,
   if (FAILED(storage.EnumElements(0, nullptr, 0, elements.Put()))) return;
   STATSTG stat{};
   while (elements->Next(1, &stat, nullptr) == S_OK) {
+    const std::unique_ptr<OLECHAR, decltype(&CoTaskMemFree)> name(stat.pwcsName, CoTaskMemFree);
     const std::string path = below + Plain(stat.pwcsName);
     if (stat.type == STGTY_STREAM) {
       out[path] = contentOf(storage, stat.pwcsName);
@@ -50,7 +53,6 @@ void readTree(IStorage& storage, const std::string& below,
         readTree(*inner, path + "/", out);
       }
     }
-    CoTaskMemFree(stat.pwcsName);
   }
 }
 

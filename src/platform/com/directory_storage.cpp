@@ -39,6 +39,7 @@ HRESULT listElements(const std::u16string& path, Elements& elements) {
     const DWORD code = GetLastError();
     return code == ERROR_FILE_NOT_FOUND ? S_OK : storageResult(code);
   }
+  const std::unique_ptr<void, decltype(&FindClose)> closing(find, FindClose);
   do {
     if (isDotEntry(data.cFileName)) continue;
     Element element{data.cFileName, {}};
@@ -46,7 +47,6 @@ HRESULT listElements(const std::u16string& path, Elements& elements) {
     elements.push_back(std::move(element));
   } while (FindNextFileW(find, &data) != FALSE);
   const DWORD code = GetLastError();
-  FindClose(find);
   return code == ERROR_NO_MORE_FILES ? S_OK : storageResult(code);
 }
 
