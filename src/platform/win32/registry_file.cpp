@@ -166,7 +166,8 @@ class Parser {
     if (!line.ends_with(u']')) return false;
     line = line.substr(1, line.size() - 2);
     const bool removes = takePrefix(line, u"-");
-    if (line.empty()) return false;
+    // No predefined key begins so, and written again it would mean a removal.
+    if (line.empty() || line[0] == u'\\' || line[0] == u'-') return false;
     if (removes) {
       document_.roots.remove(line);
       ignoresValues_ = true;
