@@ -59,9 +59,9 @@ class CDicomUtil : public CBaseItem {
   // What the last ReadFile saw of the file itself (size, time, what its group 0002 says), also
   // when it failed. The meta information above is completed from the data set, this one is not.
   [[nodiscard]] const DcFileReading& GetReading() const { return reading_; }
-  // The file ends before the pixel data it declares; told by a reading that deferred them.
-  // For want of memory the data set or group 0002 is not complete: an element was left out.
+  // For want of memory the data set is not complete: an element was left out.
   [[nodiscard]] bool LostElements() const { return list_ != nullptr && list_->lostElements(); }
+  // The file ends before the pixel data it declares; told by a reading that deferred them.
   [[nodiscard]] bool IsPixelDataCut() const { return reading_.isPixelDataCut; }
 
   void GetFilePath(Text& out) const { out = filePath_; }
