@@ -177,7 +177,9 @@ int runInsert(const Options& options) {
 
 int runEject(const Options& options) {
   std::string image;
-  const std::optional<std::string> error = errorOf(platform::ejectDisc(options.recorder, image));
+  bool hadDisc = false;
+  const std::optional<std::string> error =
+      errorOf(platform::ejectDisc(options.recorder, image, hadDisc));
   std::string out;
   if (options.isJson) {
     out = jsonObject(member("image", jsonTextOrNull(image)), error);

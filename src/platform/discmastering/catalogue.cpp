@@ -1,17 +1,22 @@
 #include "discmastering/catalogue.h"
 
+#include <algorithm>
 #include <array>
+#include <mutex>
 #include <sstream>
 #include <string>
 
 #include "discmastering/recorder_store.h"
 #include "discmastering/virtual_recorder.h"
+#include "platform/disc_recorders.h"
 #include "platform/win32/registry.h"
 #include "win32/environment.h"
 #include "win32/utf8.h"
 
 namespace quillon::platform {
 namespace {
+
+constexpr const char16_t* kServiceValue = u"Service";
 
 // A text value; empty for none.
 std::u16string configuredText(const char16_t* name) {
@@ -27,6 +32,26 @@ std::u16string configuredText(const char16_t* name) {
                                           reinterpret_cast<LPBYTE>(text.data()), &lengthBytes);
   RegCloseKey(key);
   return status == 0 && type == REG_SZ ? std::u16string(text.data()) : std::u16string();
+}
+
+// The recorder that the process has chosen.
+struct Choice {
+  std::mutex mutex;
+  std::string name;
+};
+Choice& choice() {
+  static Choice single;
+  return single;
+}
+std::string chosenName() {
+  const std::lock_guard lock(choice().mutex);
+  return choice().name;
+}
+
+DiscResult unknownService() {
+  return {E_FAIL, u"The registry names the disc-mastering service \"" +
+                      configuredText(kServiceValue) +
+                      u"\"; there are auto, virtual, drives, legacy and none."};
 }
 
 DiscResult addVirtualRecorders(RecorderList& recorders) {
@@ -46,16 +71,15 @@ DiscService configuredDiscService() {
     DiscService service;
   };
   constexpr std::array kRows{
-      Row{u"virtual", DiscService::Virtual},
-      Row{u"drives", DiscService::Drives},
-      Row{u"legacy", DiscService::Legacy},
-      Row{u"none", DiscService::None},
+      Row{u"", DiscService::Auto},           Row{u"auto", DiscService::Auto},
+      Row{u"virtual", DiscService::Virtual}, Row{u"drives", DiscService::Drives},
+      Row{u"legacy", DiscService::Legacy},   Row{u"none", DiscService::None},
   };
-  const std::u16string name = configuredText(u"Service");
+  const std::u16string name = configuredText(kServiceValue);
   for (const Row& row : kRows) {
     if (row.name == name) return row.service;
   }
-  return DiscService::Auto;
+  return DiscService::Unknown;
 }
 
 std::vector<std::string> configuredDrives() {
@@ -74,16 +98,43 @@ bool offersCurrentDiscService() {
 
 bool offersLegacyDiscService() { return configuredDiscService() != DiscService::None; }
 
-DiscResult listRecorders(RecorderList& recorders) {
-  recorders.clear();
+void chooseDiscRecorder(std::string recorder) {
+  const std::lock_guard lock(choice().mutex);
+  choice().name = std::move(recorder);
+}
+
+namespace {
+
+DiscResult listAll(RecorderList& recorders) {
   const DiscService service = configuredDiscService();
+  if (service == DiscService::Unknown) return unknownService();
   if (service == DiscService::None) return S_OK;
-  const bool isVirtualOnly =
+  const bool isVirtual =
       service == DiscService::Virtual ||
       (service != DiscService::Drives && !environmentValue("QUILLON_RECORDERS").empty());
-  if (!isVirtualOnly) recorders = listOpticalDrives();
-  DiscResult result;
-  if (recorders.empty() && service != DiscService::Drives) result = addVirtualRecorders(recorders);
+  if (isVirtual) return addVirtualRecorders(recorders);
+  recorders = listOpticalDrives();
+  return S_OK;
+}
+
+// The one of that name, or none.
+void keepOnly(const std::string& name, RecorderList& recorders) {
+  std::erase_if(recorders, [&](const auto& one) { return one->identity().name != name; });
+  std::string directory;
+  if (recorders.empty() && configuredDiscService() != DiscService::None &&
+      !findRecorder(name, directory).failed()) {
+    recorders.push_back(std::make_unique<VirtualRecorder>(std::move(directory)));
+  }
+}
+
+}  // namespace
+
+DiscResult listRecorders(RecorderList& recorders) {
+  recorders.clear();
+  DiscResult result = listAll(recorders);
+  if (const std::string name = chosenName(); !name.empty() && !result.failed()) {
+    keepOnly(name, recorders);
+  }
   LONG number = 0;
   for (const std::unique_ptr<Recorder>& recorder : recorders) recorder->setLegacyNumber(number++);
   return result;

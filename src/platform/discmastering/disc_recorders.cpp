@@ -38,6 +38,14 @@ std::string mediaName(IMAPI_MEDIA_PHYSICAL_TYPE type) {
   return other == kOtherMedia.end() ? "unknown" : other->keyword;
 }
 
+// Other discs that hold data are refused by those who write through the service, until somebody has
+// erased them.
+bool isErasedByWriters(IMAPI_MEDIA_PHYSICAL_TYPE type) {
+  constexpr std::array kTypes{IMAPI_MEDIA_TYPE_CDRW, IMAPI_MEDIA_TYPE_DVDPLUSRW,
+                              IMAPI_MEDIA_TYPE_DVDDASHRW, IMAPI_MEDIA_TYPE_DVDPLUSRW_DUALLAYER};
+  return std::find(kTypes.begin(), kTypes.end(), type) != kTypes.end();
+}
+
 DiscState stateOf(const MediaFacts& media) {
   if (media.isBlank()) return DiscState::Blank;
   if (media.has(IMAPI_FORMAT2_DATA_MEDIA_STATE_DAMAGED)) return DiscState::Damaged;
@@ -80,13 +88,7 @@ DiscResult withSentence(DiscResult result, const std::string& name) {
   return {result.code, wideFromNative(text)};
 }
 
-std::string nameOf(const Recorder& recorder) {
-  const std::string device = nativeFromWide(recorder.identity().devicePath);
-  const bool isVirtual = dynamic_cast<const VirtualRecorder*>(&recorder) != nullptr;
-  return isVirtual ? device.substr(device.rfind('/') + 1) : device;
-}
-
-void fillDisc(const MediaFacts& media, DiscRecorderStatus& status) {
+void fillDisc(const DriveIdentity& drive, const MediaFacts& media, DiscRecorderStatus& status) {
   status.hasDisc = media.present;
   if (!media.present) return;
   status.media = mediaName(media.physicalType);
@@ -94,6 +96,13 @@ void fillDisc(const MediaFacts& media, DiscRecorderStatus& status) {
   status.isProtected = media.writeProtect != 0;
   status.capacitySectors = media.totalSectors;
   status.freeSectors = media.freeSectors;
+  status.isErasable = media.isErasable || media.isOverwritable;
+  if (isUsableForData(drive, media) && media.isBlank()) {
+    status.usableSectors = media.freeSectors;
+  } else if (isUsableForErase(drive, media) && !status.isProtected &&
+             isErasedByWriters(media.physicalType)) {
+    status.usableSectors = media.totalSectors;
+  }
 }
 
 // What the directory tells beyond the facts that a drive has.
@@ -108,10 +117,13 @@ void addVirtualFacts(DiscRecorderStatus& status) {
 DiscRecorderStatus statusOf(Recorder& recorder) {
   const DriveIdentity& drive = recorder.identity();
   DiscRecorderStatus status;
-  status.name = nameOf(recorder);
+  status.name = drive.name;
   status.device =
       nativeFromWide(drive.vendor + u" " + drive.product + u" (Revision: " + drive.revision + u")");
   status.isVirtual = dynamic_cast<VirtualRecorder*>(&recorder) != nullptr;
+  for (const IMAPI_MEDIA_PHYSICAL_TYPE type : drive.writableTypes) {
+    status.writableMedia.push_back(mediaName(type));
+  }
   status.client = nativeFromWide(recorder.owner());
   MediaFacts media;
   const DiscResult result = withSentence(recorder.media(media), status.name);
@@ -119,23 +131,33 @@ DiscRecorderStatus statusOf(Recorder& recorder) {
     status.problem = nativeFromWide(result.text);
     return status;
   }
-  fillDisc(media, status);
+  fillDisc(drive, media, status);
   if (status.isVirtual && status.hasDisc) addVirtualFacts(status);
   return status;
 }
 
+DiscResult noRecorder(const std::string& name) {
+  std::string sentence = "There is no recorder \"" + name + "\".";
+  if (name.empty()) {
+    sentence =
+        "There is no drive that writes discs; a virtual recorder is there when QUILLON_RECORDERS "
+        "names a directory for it.";
+  }
+  return {HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), wideFromNative(sentence)};
+}
+
+// An empty name stands for the first one that writes.
 DiscResult findByName(const std::string& name, std::unique_ptr<Recorder>& found) {
   RecorderList recorders;
   DiscResult result = listRecorders(recorders);
   if (result.failed()) return result;
   for (std::unique_ptr<Recorder>& recorder : recorders) {
-    if (!name.empty() && nameOf(*recorder) != name) continue;
+    const DriveIdentity& drive = recorder->identity();
+    if (name.empty() ? drive.writableTypes.empty() : drive.name != name) continue;
     found = std::move(recorder);
     return S_OK;
   }
-  const std::string sentence =
-      name.empty() ? "There is no recorder." : "There is no recorder \"" + name + "\".";
-  return {HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), wideFromNative(sentence)};
+  return noRecorder(name);
 }
 
 }  // namespace
@@ -148,19 +170,31 @@ DiscResult listDiscRecorders(std::vector<DiscRecorderStatus>& recorders) {
   return result;
 }
 
+DiscResult describeDiscRecorder(const std::string& recorder, DiscRecorderStatus& status) {
+  std::unique_ptr<Recorder> found;
+  DiscResult result = findByName(recorder, found);
+  if (!result.failed()) status = statusOf(*found);
+  return result;
+}
+
 DiscResult eraseDisc(const std::string& recorderName, bool full) {
   std::unique_ptr<Recorder> recorder;
   DiscResult result = findByName(recorderName, recorder);
   if (result.failed()) return result;
-  return withSentence(recorder->erase(full, kHand, discProgressCallback()), nameOf(*recorder));
+  return withSentence(recorder->erase(full, kHand, discProgressCallback()),
+                      recorder->identity().name);
 }
 
-DiscResult ejectDisc(const std::string& recorderName, std::string& imageLeftAt) {
+DiscResult ejectDisc(const std::string& recorderName, std::string& imageLeftAt, bool& hadDisc) {
   imageLeftAt.clear();
+  hadDisc = false;
   std::unique_ptr<Recorder> recorder;
   DiscResult result = findByName(recorderName, recorder);
   if (result.failed()) return result;
-  const std::string name = nameOf(*recorder);
+  const std::string& name = recorder->identity().name;
+  MediaFacts media;
+  // A disc that tells nothing of itself can be taken out all the same.
+  hadDisc = recorder->media(media).failed() || media.present;
   if (dynamic_cast<VirtualRecorder*>(recorder.get()) != nullptr) {
     return ejectVirtualDisc(name, imageLeftAt);
   }

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "discmastering/disc_operations.h"
 #include "discmastering/progress.h"
+#include "win32/utf8.h"
 
 namespace quillon::platform {
 namespace {
@@ -79,6 +81,10 @@ bool isValidClientName(std::u16string_view name) {
          });
 }
 
+bool WriteRequest::isCancelled() const {
+  return (cancel != nullptr && *cancel) || areOperationsStopped();
+}
+
 DiscResult Recorder::enter(std::string_view) { return S_OK; }
 
 DiscResult Recorder::acquire(bool force, std::u16string_view clientName) {
@@ -104,7 +110,12 @@ DiscResult Recorder::write(const WriteRequest& request) {
   if (!result.failed()) result = checkWritable(identity(), facts, request);
   if (result.failed()) return result;
   const HRESULT hr = request.image->Seek({}, STREAM_SEEK_SET, nullptr);
-  return FAILED(hr) ? DiscResult(hr) : burn(request);
+  if (FAILED(hr)) return hr;
+  DiscOperation operation;
+  if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
+  result = burn(request);
+  if (result.failed() && areOperationsStopped()) operation.tell(whatIsLeft("written"));
+  return result;
 }
 
 DiscResult Recorder::erase(bool full, std::u16string_view clientName,
@@ -114,7 +125,23 @@ DiscResult Recorder::erase(bool full, std::u16string_view clientName,
   DiscResult result = isHeld() ? DiscResult() : hold.acquire(clientName);
   if (!result.failed()) result = media(facts);
   if (!result.failed()) result = checkErasable(identity(), facts);
-  return result.failed() ? result : blank(full, progress);
+  if (result.failed()) return result;
+  DiscOperation operation;
+  if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
+  result = blank(full, progress);
+  if (result.failed() && areOperationsStopped()) operation.tell(whatIsLeft("erased"));
+  return result;
+}
+
+std::string Recorder::whatIsLeft(const char* done) {
+  const std::string disc = "The disc in " + identity().name;
+  const std::string half = disc + " was only partly " + done;
+  MediaFacts facts;
+  if (media(facts).failed()) return half + " and cannot be relied on.";
+  if (!facts.present) return "There is no disc in " + identity().name + " any more.";
+  if (facts.isBlank()) return half + " and can be written as a blank one.";
+  return half + (facts.isErasable ? ": it has to be erased before it is used again."
+                                  : " and cannot be used any more.");
 }
 
 DiscResult Recorder::eject() {

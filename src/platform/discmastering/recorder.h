@@ -23,6 +23,7 @@ inline constexpr std::uint32_t kSectorBytes = 2048;
 
 // What a device is, disc or not.
 struct DriveIdentity {
+  std::string name;  // as users know it, in native bytes: a device, or a virtual recorder's name
   std::u16string uniqueId;
   std::u16string vendor;
   std::u16string product;
@@ -91,6 +92,9 @@ struct WriteRequest {
   LONG sectorsPerSecond = -1;                 // -1: as fast as the disc allows
   DiscProgressCallback progress;              // may be empty
   const std::atomic<bool>* cancel = nullptr;  // set from another thread; may be null
+
+  // By that, or because the process ends.
+  [[nodiscard]] bool isCancelled() const;
 };
 
 // Why a disc cannot take a write: no disc, protected, not supported, not blank, too small. S_OK
@@ -157,6 +161,9 @@ class Recorder {
   DriveIdentity identity_;
 
  private:
+  // A sentence about the disc, after what was done to it has been stopped.
+  std::string whatIsLeft(const char* done);
+
   int holds_ = 0;
 };
 

@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 
+#include "discmastering/disc_operations.h"
 #include "discmastering/disc_run.h"
 #include "discmastering/fault_plan.h"
 #include "discmastering/image_reading.h"
@@ -41,6 +42,7 @@ DriveIdentity identityOf(const std::string& directory) {
   const Settings settings = parseSettings(text);
   DriveIdentity identity;
   identity.uniqueId = wideFromNative(directory);
+  identity.name = directory.substr(directory.rfind('/') + 1);
   identity.vendor = settingOr(settings, "vendor", "Quillon");
   identity.product = settingOr(settings, "product", "Virtual Recorder");
   identity.revision = settingOr(settings, "revision", "1.0");
@@ -197,6 +199,10 @@ DiscResult VirtualRecorder::blankDisc(DiscRecord record, bool full,
     const std::vector<char> zeros(kRunBlockBytes);
     ProgressReporter progress(callback, DiscStage::Erasing, total / kSectorBytes);
     while (!result.failed() && run.bytesPut() < total) {
+      if (areOperationsStopped()) {
+        result = E_IMAPI_REQUEST_CANCELLED;
+        break;
+      }
       result = run.put({zeros.data(), blockAt(run.bytesPut(), total)}, progress);
     }
   }

@@ -5,4 +5,6 @@ namespace quillon::platform {
 
 RecorderList listOpticalDrives() { return {}; }
 
+void releaseOpticalDrives() {}
+
 }  // namespace quillon::platform

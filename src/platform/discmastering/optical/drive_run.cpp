@@ -182,7 +182,7 @@ DiscResult Run::pump(SectorQueue& queue, std::uint64_t doneBefore) {
       isEnding = true;
       const ProgressReporter closing(request_.progress, DiscStage::Closing, 0);
     }
-    if (request_.cancel != nullptr && *request_.cancel && !result.failed()) {
+    if (request_.isCancelled() && !result.failed()) {
       result = E_IMAPI_REQUEST_CANCELLED;
       queue.fail();
       burn_drive_cancel(drive_);

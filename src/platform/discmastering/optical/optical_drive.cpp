@@ -74,6 +74,7 @@ void readKernelFacts(const std::string& device, DriveIdentity& identity) {
 DriveIdentity identityOf(const std::string& address) {
   DriveIdentity identity;
   identity.uniqueId = identity.devicePath = wideFromNative(address);
+  identity.name = address;
   if (isFile(address)) {
     identity.vendor = u"Quillon";
     identity.product = u"Image File";
@@ -187,6 +188,8 @@ DiscResult OpticalDrive::closeTray() {
   held_.release(false);
   return held_.grab(address_, true);
 }
+
+void releaseOpticalDrives() {}
 
 RecorderList listOpticalDrives() {
   std::vector<std::string> addresses = configuredDrives();

@@ -1,4 +1,5 @@
 // Which recorders and classes there are, and discs that go in and out.
+#include "platform/disc_recorders.h"
 #include "recorder_fixture.h"
 
 namespace quillon::test {
@@ -48,7 +49,6 @@ TEST_F(Catalogue, TheServiceSaysWhichClassesThereAre) {
   } kCases[] = {
       {"", S_OK},
       {"auto", S_OK},
-      {"nonsense", S_OK},
       {"virtual", S_OK},
       {"legacy", REGDB_E_CLASSNOTREG},
       {"none", REGDB_E_CLASSNOTREG},
@@ -69,6 +69,34 @@ TEST_F(Catalogue, TheServiceSaysWhichClassesThereAre) {
       EXPECT_EQ(identifiers(), std::vector<std::string>{(dir_ / "recorders" / "one").string()});
     }
   }
+}
+
+TEST_F(Catalogue, AServiceThatIsNotKnownIsRefusedWithTheNamesOfThoseThatAre) {
+  setService("virtaul");
+  ComPtr<IDiscMaster2> master;
+  ASSERT_EQ(CoCreateInstance(CLSID_MsftDiscMaster2, nullptr, CLSCTX_INPROC_SERVER, IID_IDiscMaster2,
+                             master.PutVoid()),
+            S_OK);
+  ComPtr<IEnumVARIANT> enumerator;
+  EXPECT_EQ(master->get__NewEnum(enumerator.Put()), E_FAIL);
+  EXPECT_EQ(errorDescription(),
+            "The registry names the disc-mastering service \"virtaul\"; there are auto, virtual, "
+            "drives, legacy and none.");
+}
+
+TEST_F(Catalogue, AChosenRecorderIsTheOnlyOne) {
+  ASSERT_EQ(platform::createVirtualRecorder("two").code, S_OK);
+  setService("virtual");
+  platform::chooseDiscRecorder("two");
+  EXPECT_EQ(identifiers(), std::vector<std::string>{(dir_ / "recorders" / "two").string()});
+  // It need not be one of the service's: naming it is request enough.
+  setService("drives");
+  EXPECT_EQ(identifiers(), std::vector<std::string>{(dir_ / "recorders" / "two").string()});
+  platform::chooseDiscRecorder("three");
+  EXPECT_EQ(identifiers(), std::vector<std::string>{});
+  platform::chooseDiscRecorder("");
+  setService("virtual");
+  EXPECT_EQ(identifiers().size(), 2U);
 }
 
 TEST_F(Catalogue, TheFirstRecorderIsMadeWithABlankDiscInIt) {

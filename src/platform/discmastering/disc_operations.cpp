@@ -1,0 +1,59 @@
+#include "discmastering/disc_operations.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+
+#include "discmastering/catalogue.h"
+#include "platform/disc_interruption.h"
+
+namespace quillon::platform {
+namespace {
+
+struct Operations {
+  std::atomic<bool> areStopped = false;
+  std::mutex mutex;
+  std::condition_variable ended;
+  int underWay = 0;
+  std::string told;
+};
+
+// Never destroyed: the process may end while a drive still works.
+Operations& operations() {
+  static auto* const single = new Operations;
+  return *single;
+}
+
+}  // namespace
+
+bool areOperationsStopped() { return operations().areStopped; }
+
+DiscOperation::DiscOperation() {
+  const std::lock_guard lock(operations().mutex);
+  ++operations().underWay;
+}
+
+DiscOperation::~DiscOperation() {
+  const std::lock_guard lock(operations().mutex);
+  --operations().underWay;
+  operations().ended.notify_all();
+}
+
+void DiscOperation::tell(std::string sentence) {
+  const std::lock_guard lock(operations().mutex);
+  std::string& told = operations().told;
+  told.append(told.empty() ? "" : " ").append(sentence);
+}
+
+std::string StopDiscOperations() {
+  Operations& all = operations();
+  std::unique_lock lock(all.mutex);
+  all.areStopped = true;
+  all.ended.wait(lock, [&] { return all.underWay == 0; });
+  lock.unlock();
+  releaseOpticalDrives();
+  lock.lock();
+  return all.told;
+}
+
+}  // namespace quillon::platform

@@ -1,0 +1,23 @@
+// The writes and erases that are under way in this process, so that all of them can be ended.
+#pragma once
+
+#include <string>
+
+namespace quillon::platform {
+
+// Whether the process is about to end: no operation goes on, and none begins.
+bool areOperationsStopped();
+
+// One of them, while it exists.
+class DiscOperation {
+ public:
+  DiscOperation();
+  ~DiscOperation();
+  DiscOperation(const DiscOperation&) = delete;
+  DiscOperation& operator=(const DiscOperation&) = delete;
+
+  // What the stop has made of its disc: a sentence for the user.
+  void tell(std::string sentence);
+};
+
+}  // namespace quillon::platform
