@@ -105,7 +105,8 @@ void chooseDiscRecorder(std::string recorder) {
 
 namespace {
 
-DiscResult listAll(RecorderList& recorders) {
+// Drives that are not wanted are not asked for anything.
+DiscResult listAll(RecorderList& recorders, const std::string& onlyDrive) {
   const DiscService service = configuredDiscService();
   if (service == DiscService::Unknown) return unknownService();
   if (service == DiscService::None) return S_OK;
@@ -113,7 +114,7 @@ DiscResult listAll(RecorderList& recorders) {
       service == DiscService::Virtual ||
       (service != DiscService::Drives && !environmentValue("QUILLON_RECORDERS").empty());
   if (isVirtual) return addVirtualRecorders(recorders);
-  recorders = listOpticalDrives();
+  recorders = listOpticalDrives(onlyDrive);
   return S_OK;
 }
 
@@ -131,10 +132,9 @@ void keepOnly(const std::string& name, RecorderList& recorders) {
 
 DiscResult listRecorders(RecorderList& recorders) {
   recorders.clear();
-  DiscResult result = listAll(recorders);
-  if (const std::string name = chosenName(); !name.empty() && !result.failed()) {
-    keepOnly(name, recorders);
-  }
+  const std::string name = chosenName();
+  DiscResult result = listAll(recorders, name);
+  if (!name.empty() && !result.failed()) keepOnly(name, recorders);
   LONG number = 0;
   for (const std::unique_ptr<Recorder>& recorder : recorders) recorder->setLegacyNumber(number++);
   return result;

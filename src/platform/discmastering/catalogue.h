@@ -48,8 +48,8 @@ DiscResult openRecorder(std::u16string_view uniqueId, std::unique_ptr<Recorder>&
 // What the value Drives holds; nothing for all drives of the machine.
 std::vector<std::string> configuredDrives();
 
-// Those drives, through libburn; none in a build without it.
-RecorderList listOpticalDrives();
+// Those drives, or only the one of that address, through libburn; none in a build without it.
+RecorderList listOpticalDrives(std::string_view only);
 // Lets go of the drives that the process keeps for its next question. Comes back when they are
 // unlocked.
 void releaseOpticalDrives();

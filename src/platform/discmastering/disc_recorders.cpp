@@ -97,10 +97,10 @@ void fillDisc(const DriveIdentity& drive, const MediaFacts& media, DiscRecorderS
   status.capacitySectors = media.totalSectors;
   status.freeSectors = media.freeSectors;
   status.isErasable = media.isErasable || media.isOverwritable;
-  if (isUsableForData(drive, media) && media.isBlank()) {
+  if (!isUsableForData(drive, media)) return;
+  if (media.isBlank()) {
     status.usableSectors = media.freeSectors;
-  } else if (isUsableForErase(drive, media) && !status.isProtected &&
-             isErasedByWriters(media.physicalType)) {
+  } else if (isErasedByWriters(media.physicalType)) {
     status.usableSectors = media.totalSectors;
   }
 }
@@ -156,6 +156,12 @@ DiscResult findByName(const std::string& name, std::unique_ptr<Recorder>& found)
     if (name.empty() ? drive.writableTypes.empty() : drive.name != name) continue;
     found = std::move(recorder);
     return S_OK;
+  }
+  // A drive that cannot be asked may be one that writes.
+  for (const std::unique_ptr<Recorder>& recorder : recorders) {
+    MediaFacts media;
+    if (name.empty()) result = withSentence(recorder->media(media), recorder->identity().name);
+    if (result.failed()) return result;
   }
   return noRecorder(name);
 }

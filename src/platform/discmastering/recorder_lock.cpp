@@ -14,8 +14,8 @@
 namespace quillon::platform {
 namespace {
 
-// Answers false when another client keeps the lock. Questions lock a recorder for less than a
-// millisecond: they are waited for.
+// Answers false when another client keeps the lock. Questions to a virtual recorder lock it for
+// less than a millisecond: they are waited for.
 bool lockFile(int descriptor, int operation) {
   constexpr int kTries = 20;
   constexpr timespec kPause{0, 5'000'000};
@@ -33,11 +33,18 @@ DiscResult RecorderLock::acquire(std::u16string_view clientName) {
   Descriptor file(::open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
   if (!file.isOpen()) return fileFailure(errno, "write", path_);
   if (!lockFile(file.get(), LOCK_EX)) return E_IMAPI_RECORDER_LOCKED;
-  // The name is for those who ask; the lock itself goes with the descriptor, however it ends.
-  if (::ftruncate(file.get(), 0) != 0 || !writeAll(file.get(), nativeFromWide(clientName))) {
+  file_ = std::move(file);
+  DiscResult result = rename(clientName);
+  if (result.failed()) release();
+  return result;
+}
+
+// The name is for those who ask; the lock itself goes with the descriptor, however it ends.
+DiscResult RecorderLock::rename(std::u16string_view clientName) {
+  if (::ftruncate(file_.get(), 0) != 0 || ::lseek(file_.get(), 0, SEEK_SET) != 0 ||
+      !writeAll(file_.get(), nativeFromWide(clientName))) {
     return fileFailure(errno, "write", path_);
   }
-  file_ = std::move(file);
   return S_OK;
 }
 

@@ -14,8 +14,12 @@ class RecorderLock {
  public:
   explicit RecorderLock(std::string path) : path_(std::move(path)) {}
 
-  // For one client alone, until release. E_IMAPI_RECORDER_LOCKED while others have it.
+  // For one client alone, until release. E_IMAPI_RECORDER_LOCKED while others have it, but for
+  // questions that take no longer than a moment. An empty name is that of a question that takes
+  // longer.
   DiscResult acquire(std::u16string_view clientName);
+  // Of the client that has it.
+  DiscResult rename(std::u16string_view clientName);
   void release();
   // For a question, for as long as the descriptor is open; others may ask at the same time.
   DiscResult share(Descriptor& shared) const;

@@ -3,7 +3,7 @@
 
 namespace quillon::platform {
 
-RecorderList listOpticalDrives() { return {}; }
+RecorderList listOpticalDrives(std::string_view) { return {}; }
 
 void releaseOpticalDrives() {}
 

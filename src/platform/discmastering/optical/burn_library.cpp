@@ -1,7 +1,5 @@
 #include "discmastering/optical/burn_library.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <utility>
 
@@ -23,26 +21,25 @@ bool startLibrary() {
   static const bool isStarted = [] {
     if (burn_initialize() == 0) return false;
     burn_msgs_set_severities(Argument("SORRY"), Argument("NEVER"), Argument(""));
-    // Exclusive, without waiting, and never at the price of the process.
-    burn_preset_device_open(1, 0, 0);
     return true;
   }();
   return isStarted;
 }
 
-std::string lastMessage() {
+// What follows the first message are its circumstances, the bytes of the command for one.
+std::string firstMessage() {
   std::array<char, BURN_MSGS_MESSAGE_LEN> text{};
   std::array<char, 80> severity{};
   int code = 0;
   int error = 0;
-  std::string last;
+  std::string first;
   while (burn_msgs_obtain(Argument("SORRY"), &code, text.data(), &error, severity.data()) == 1) {
-    last = text.data();
+    if (first.empty() && !std::string_view(text.data()).starts_with("CDB=")) first = text.data();
   }
-  while (!last.empty() && (last.back() == '.' || last.back() == '\n' || last.back() == ' ')) {
-    last.pop_back();
+  while (!first.empty() && (first.back() == '.' || first.back() == '\n' || first.back() == ' ')) {
+    first.pop_back();
   }
-  return last;
+  return first;
 }
 
 }  // namespace
@@ -54,14 +51,14 @@ std::recursive_mutex& burnMutex() {
 
 DiscResult burnFailure(HRESULT code, const std::string& address) {
   const std::lock_guard lock(burnMutex());
-  const std::string reason = lastMessage();
+  const std::string reason = firstMessage();
   if (reason.empty()) return code;
   return {code, wideFromNative("The drive \"" + address + "\" failed: " + reason + ".")};
 }
 
 void forgetBurnMessages() {
   const std::lock_guard lock(burnMutex());
-  static_cast<void>(lastMessage());
+  static_cast<void>(firstMessage());
 }
 
 GrabbedDrive::GrabbedDrive(GrabbedDrive&& other) noexcept
@@ -72,24 +69,28 @@ GrabbedDrive& GrabbedDrive::operator=(GrabbedDrive&& other) noexcept {
   return *this;
 }
 
-DiscResult GrabbedDrive::grab(const std::string& address, bool closesTray) {
+DiscResult GrabbedDrive::grab(const std::string& address, GrabMode mode) {
   const std::lock_guard lock(burnMutex());
   if (!startLibrary()) return {E_FAIL, u"The library for optical drives cannot be started."};
-  release(false);
+  release(Release::Unlock);
   forgetBurnMessages();
-  const int found = burn_drive_scan_and_grab(&infos_, Argument(address), closesTray ? 1 : 0);
-  if (found > 0) return S_OK;
+  // Without waiting for a drive that does not answer, and never at the price of the process.
+  burn_preset_device_open(mode == GrabMode::BesideTheSystem ? 0 : 1, 0, 0);
+  const int load = mode == GrabMode::AloneAndLoad ? 1 : 0;
+  if (burn_drive_scan_and_grab(&infos_, Argument(address), load) > 0) return S_OK;
+  if (infos_ != nullptr) burn_drive_info_free(infos_);
   infos_ = nullptr;
-  if (address.starts_with('/') && ::access(address.c_str(), F_OK) == 0) {
-    return E_IMAPI_RECORDER_LOCKED;
-  }
   return burnFailure(E_IMAPI_RECORDER_INVALID_RESPONSE_FROM_DEVICE, address);
 }
 
-void GrabbedDrive::release(bool opensTray) {
+void GrabbedDrive::release(Release way) {
   if (infos_ == nullptr) return;
   const std::lock_guard lock(burnMutex());
-  burn_drive_release(infos_->drive, opensTray ? 1 : 0);
+  if (way == Release::LeaveLocked) {
+    burn_drive_leave_locked(infos_->drive, 0);
+  } else {
+    burn_drive_release(infos_->drive, way == Release::OpenTray ? 1 : 0);
+  }
   burn_drive_info_free(infos_);
   infos_ = nullptr;
 }

@@ -20,23 +20,35 @@ using burn::burn_drive_info;
 // is written.
 std::recursive_mutex& burnMutex();
 
-// A failure with libburn's own reason in its sentence. What it has to say goes nowhere else.
+// A failure with libburn's own reason in its sentence, which is the first thing it has said since
+// forgetBurnMessages. It goes nowhere else.
 DiscResult burnFailure(HRESULT code, const std::string& address);
 // Forgets what earlier calls have said.
 void forgetBurnMessages();
 
-// A drive that this process has for itself, as far as libburn goes.
+enum class GrabMode {
+  Alone,            // nobody else opens the drive
+  AloneAndLoad,     // its tray is closed, too
+  BesideTheSystem,  // which reads the disc; for questions only
+};
+enum class Release {
+  Unlock,
+  LeaveLocked,  // the system, which has locked it, unlocks it
+  OpenTray,     // there is no answer whether it opens
+};
+
+// A drive that this process has open in libburn.
 class GrabbedDrive {
  public:
   GrabbedDrive() = default;
-  ~GrabbedDrive() { release(false); }
+  ~GrabbedDrive() { release(Release::Unlock); }
   GrabbedDrive(GrabbedDrive&& other) noexcept;
   GrabbedDrive& operator=(GrabbedDrive&& other) noexcept;
 
-  // The address is "/dev/sr0" or "stdio:/some/file". E_IMAPI_RECORDER_LOCKED for a drive that
-  // another program uses.
-  DiscResult grab(const std::string& address, bool closesTray);
-  void release(bool opensTray);
+  // The address is "/dev/sr0" or "stdio:/some/file". Spins the drive up.
+  DiscResult grab(const std::string& address, GrabMode mode);
+  // Stops the drive.
+  void release(Release way);
 
   [[nodiscard]] bool isGrabbed() const { return infos_ != nullptr; }
   [[nodiscard]] burn_drive* drive() const;

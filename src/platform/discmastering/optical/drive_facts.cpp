@@ -8,6 +8,7 @@
 
 #include "discmastering/disc_types.h"
 #include "discmastering/optical/libburn.h"
+#include "win32/utf8.h"
 
 namespace quillon::platform {
 namespace {
@@ -51,6 +52,23 @@ std::uint32_t sectorCount(std::int64_t sectors) {
       std::clamp<std::int64_t>(sectors, 0, std::numeric_limits<std::int32_t>::max()));
 }
 
+bool isCd(int profile) { return profile >= 0x08 && profile <= 0x0A; }
+
+std::u16string trimmedText(const char* text, std::size_t size) {
+  std::string_view view(text, ::strnlen(text, size));
+  view = view.substr(0, view.find_last_not_of(' ') + 1);
+  return wideFromNative(view);
+}
+
+// libburn counts speeds in units of 1000 bytes a second, of a CD with all that its sectors hold.
+constexpr std::int64_t kSpeedUnitBytes = 1000;
+std::int64_t rawSectorBytes(int profile) { return isCd(profile) ? 2352 : kSectorBytes; }
+
+const DiscType* discTypeOf(IMAPI_MEDIA_PHYSICAL_TYPE type) {
+  const auto found = std::ranges::find(discTypes(), type, &DiscType::physicalType);
+  return found == discTypes().end() ? nullptr : &*found;
+}
+
 constexpr DWORD bit(IMAPI_FORMAT2_DATA_MEDIA_STATE state) { return static_cast<DWORD>(state); }
 
 // How many sectors the file system takes that begins on the disc; 0 for none. One that does not say
@@ -85,15 +103,13 @@ std::uint32_t readableSectors(burn_drive* drive) {
   return isKnown ? sectorCount(sectors) : 0;
 }
 
-std::vector<LONG> writeSpeeds(burn_drive* drive) {
-  constexpr std::int64_t kBytesPerUnit = 1000;
+std::vector<LONG> writeSpeeds(burn_drive* drive, int profile) {
   std::vector<LONG> speeds;
   burn_speed_descriptor* list = nullptr;
   if (burn_drive_get_speedlist(drive, &list) > 0) {
     for (const burn_speed_descriptor* one = list; one != nullptr; one = one->next) {
       if (one->write_speed > 0) {
-        speeds.push_back(
-            static_cast<LONG>(one->write_speed * kBytesPerUnit / std::int64_t{kSectorBytes}));
+        speeds.push_back(sectorsPerSecondOf(one->write_speed, profile));
       }
     }
     burn_drive_free_speedlist(&list);
@@ -104,6 +120,40 @@ std::vector<LONG> writeSpeeds(burn_drive* drive) {
   constexpr LONG kSingleSpeedDvd = 676;
   if (speeds.empty()) speeds.push_back(kSingleSpeedDvd);
   return speeds;
+}
+
+// What a disc has room for when nothing is on it, as far as the drive tells: where a CD may end at
+// the latest, and what the disc can be formatted to. 0 when it does not.
+std::uint32_t capacityOf(burn_drive* drive, int profile) {
+  std::uint32_t capacity = 0;
+  if (isCd(profile)) {
+    int start = 0;
+    int end = 0;
+    if (burn_disc_read_atip(drive) > 0 &&
+        burn_drive_get_start_end_lba(drive, &start, &end, 0) > 0) {
+      capacity = sectorCount(end);
+    }
+  } else {
+    int status = 0;
+    off_t bytes = 0;
+    unsigned int spare = 0;
+    int formats = 0;
+    if (burn_disc_get_formats(drive, &status, &bytes, &spare, &formats) > 0) {
+      capacity = sectorCount(bytes / kSectorBytes);
+    }
+  }
+  forgetBurnMessages();
+  return capacity;
+}
+
+// What is written says nothing of the room that was there. A disc that does not tell is taken for
+// one of its kind.
+std::uint32_t capacityOfWritten(burn_drive* drive, int profile, const MediaFacts& facts,
+                                std::uint32_t used) {
+  std::uint32_t capacity = capacityOf(drive, profile);
+  const DiscType* type = discTypeOf(facts.physicalType);
+  if (capacity <= used && type != nullptr) capacity = type->usualSectors;
+  return std::max(capacity, used);
 }
 
 void readOverwritable(burn_drive* drive, MediaFacts& facts) {
@@ -120,7 +170,7 @@ void readOverwritable(burn_drive* drive, MediaFacts& facts) {
   facts.previousSessionLastSector = used == 0 ? 0 : used - 1;
 }
 
-void readSequential(burn_drive* drive, burn_disc_status status, MediaFacts& facts) {
+void readSequential(burn_drive* drive, burn_disc_status status, int profile, MediaFacts& facts) {
   facts.isErasable = burn_disc_erasable(drive) != 0;
   const std::uint32_t free = sectorCount(burn_disc_available_space(drive, nullptr) / kSectorBytes);
   if (status == BURN_DISC_BLANK) {
@@ -131,7 +181,8 @@ void readSequential(burn_drive* drive, burn_disc_status status, MediaFacts& fact
   }
   const std::uint32_t used = readableSectors(drive);
   facts.previousSessionLastSector = used == 0 ? 0 : used - 1;
-  facts.totalSectors = facts.nextWritableSector = used;
+  facts.nextWritableSector = used;
+  facts.totalSectors = capacityOfWritten(drive, profile, facts, used);
   int start = 0;
   if (burn_disc_get_msc1(drive, &start) > 0) facts.previousSessionStart = sectorCount(start);
   if (status == BURN_DISC_APPENDABLE) {
@@ -141,8 +192,8 @@ void readSequential(burn_drive* drive, burn_disc_status status, MediaFacts& fact
     if (burn_disc_track_lba_nwa(drive, nullptr, 0, &first, &next) == 1) {
       facts.nextWritableSector = sectorCount(next);
     }
-    facts.freeSectors = free;
-    facts.totalSectors = sectorCount(std::int64_t{facts.nextWritableSector} + free);
+    facts.totalSectors = std::max(facts.totalSectors, facts.nextWritableSector);
+    facts.freeSectors = std::min(free, facts.totalSectors - facts.nextWritableSector);
     if (burn_disc_next_track_is_damaged(drive, 0) != 0) {
       facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_DAMAGED);
     }
@@ -152,8 +203,6 @@ void readSequential(burn_drive* drive, burn_disc_status status, MediaFacts& fact
   if (facts.isErasable && status != BURN_DISC_APPENDABLE) {
     facts.state |= bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_ERASE_REQUIRED);
   }
-  // To know what the disc holds once it has been erased, the drive does not tell.
-  if (facts.isErasable) facts.totalSectors = std::max(facts.totalSectors, used);
   forgetBurnMessages();
 }
 
@@ -179,6 +228,16 @@ std::vector<LONG> featuresOf(burn_drive* drive, bool currentOnly) {
 
 }  // namespace
 
+int speedUnitsOf(LONG sectorsPerSecond, int profile) {
+  return static_cast<int>((sectorsPerSecond * rawSectorBytes(profile) + kSpeedUnitBytes / 2) /
+                          kSpeedUnitBytes);
+}
+
+LONG sectorsPerSecondOf(int speedUnits, int profile) {
+  const std::int64_t bytes = rawSectorBytes(profile);
+  return static_cast<LONG>((speedUnits * kSpeedUnitBytes + bytes / 2) / bytes);
+}
+
 bool isOverwritableProfile(int profile) {
   const ProfileRow* row = rowOf(profile);
   return row != nullptr && row->isOverwritable;
@@ -190,8 +249,19 @@ int profileOf(const GrabbedDrive& grabbed) {
   return burn_disc_get_profile(grabbed.drive(), &profile, name.data()) > 0 ? profile : 0;
 }
 
+void describeFile(DriveIdentity& identity) {
+  identity.supportedProfiles = {kFileProfile};
+  identity.writableTypes = {IMAPI_MEDIA_TYPE_DVDPLUSRW};
+}
+
 void readDrive(const GrabbedDrive& grabbed, DriveIdentity& identity) {
   const std::lock_guard lock(burnMutex());
+  const burn_drive_info& info = grabbed.info();
+  if (identity.vendor.empty() && identity.product.empty()) {
+    identity.vendor = trimmedText(info.vendor, sizeof info.vendor);
+    identity.product = trimmedText(info.product, sizeof info.product);
+    identity.revision = trimmedText(info.revision, sizeof info.revision);
+  }
   std::array<int, 64> profiles{};
   std::array<char, 64> isCurrent{};
   int count = 0;
@@ -242,9 +312,9 @@ DiscResult readMedia(const GrabbedDrive& grabbed, MediaFacts& facts) {
   if (row->isOverwritable) {
     readOverwritable(drive, facts);
   } else {
-    readSequential(drive, status, facts);
+    readSequential(drive, status, profile, facts);
   }
-  facts.writeSpeeds = writeSpeeds(drive);
+  facts.writeSpeeds = writeSpeeds(drive, profile);
   return S_OK;
 }
 

@@ -11,8 +11,10 @@
 #include <thread>
 
 #include "discmastering/image_reading.h"
+#include "discmastering/optical/drive_device.h"
 #include "discmastering/optical/drive_facts.h"
 #include "discmastering/optical/libburn.h"
+#include "discmastering/optical/run_parts.h"
 #include "discmastering/optical/sector_queue.h"
 #include "discmastering/progress.h"
 #include "win32/utf8.h"
@@ -21,13 +23,10 @@
 namespace quillon::platform {
 namespace {
 
-constexpr auto kPollInterval = std::chrono::milliseconds(20);
-// 64 KiB: whole blocks of every kind of disc, beyond the first descriptors of all file systems.
-constexpr std::uint32_t kHeadSectors = 32;
-constexpr std::uint32_t kQuickEraseSectors = 512;
 // Discs that cannot take a second session and stay readable in players.
 constexpr std::array kPlayerProfiles{0x11, 0x14, 0x15, 0x1B, 0x2B};
-// Discs that libburn can go through the motions of writing.
+
+// Discs that a drive can go through the motions of writing.
 constexpr std::array kSimulatingProfiles{0x09, 0x0A, 0x11, 0x14, 0x15};
 
 template <typename List>
@@ -57,14 +56,14 @@ class Run {
         progress_(std::in_place, request.progress, DiscStage::Writing, request.sectors) {}
 
   // The whole image in one go.
-  DiscResult writeSequentially() { return writeTrack(0, request_.sectors); }
+  DiscResult writeSequentially();
   DiscResult writeOver();
 
  private:
-  // From the image's position on; to that sector of a disc that can be overwritten.
-  DiscResult writeTrack(std::uint32_t startSector, std::uint64_t sectors);
-  DiscResult setUp(burn_write_opts& options, burn_disc& disc, std::uint32_t startSector);
-  DiscResult pump(SectorQueue& queue, std::uint64_t doneBefore);
+  // What is in the queue already, and then the image from its position on.
+  DiscResult writeTrack(SectorQueue& queue, std::uint64_t fed);
+  DiscResult setUp(burn_write_opts& options, burn_disc& disc);
+  DiscResult pump(SectorQueue& queue, std::uint64_t fed);
   DiscResult feed(SectorQueue& queue, std::uint64_t& fed);
   DiscResult failed() { return burnFailure(E_IMAPI_UNEXPECTED_RESPONSE_FROM_DEVICE, address_); }
   DiscResult writeAt(std::uint32_t sector, std::vector<char>& bytes);
@@ -78,28 +77,40 @@ class Run {
 
 DiscResult Run::writeAt(std::uint32_t sector, std::vector<char>& bytes) {
   const std::lock_guard lock(burnMutex());
+  forgetBurnMessages();
   const int done = burn_random_access_write(drive_, off_t{sector} * kSectorBytes, bytes.data(),
                                             static_cast<off_t>(bytes.size()), 1);
   return done == 1 ? DiscResult() : failed();
 }
 
+// A stream that fails at once costs no disc: the first of it is read before the drive is asked to
+// do anything.
+DiscResult Run::writeSequentially() {
+  SectorQueue queue(request_.sectors * kSectorBytes);
+  std::uint64_t fed = 0;
+  while (fed < queue.totalBytes() && queue.hasRoom()) {
+    DiscResult result = feed(queue, fed);
+    if (result.failed()) return result;
+  }
+  return writeTrack(queue, fed);
+}
+
+// With zeros in the place of its first sectors, which follow at the end. It is in the writing of
+// the track that libburn formats a new disc.
 DiscResult Run::writeOver() {
   const std::uint64_t headSectors = std::min<std::uint64_t>(request_.sectors, kHeadSectors);
   std::vector<char> head(std::size_t{kHeadSectors} * kSectorBytes);
   DiscResult result = takeBlock(request_, head, headSectors * kSectorBytes);
   if (result.failed()) return result;
-  std::vector<char> zeros(head.size());
-  result = writeAt(0, zeros);
-  if (!result.failed() && request_.sectors > kHeadSectors) {
-    result = writeTrack(kHeadSectors, request_.sectors - kHeadSectors);
-  }
+  SectorQueue queue(std::max<std::uint64_t>(request_.sectors, kHeadSectors) * kSectorBytes);
+  queue.put(std::vector<char>(head.size()));
+  result = writeTrack(queue, head.size());
   if (!result.failed()) result = writeAt(0, head);
   if (!result.failed()) progress_->reach(request_.sectors);
   return result;
 }
 
-DiscResult Run::setUp(burn_write_opts& options, burn_disc& disc, std::uint32_t startSector) {
-  constexpr std::int64_t kUnitBytes = 1000;
+DiscResult Run::setUp(burn_write_opts& options, burn_disc& disc) {
   // Discs that can be overwritten have no sessions.
   const bool isClosed = request_.closeDisc || isOverwritableProfile(profile_) ||
                         (request_.compatibleDvd && contains(kPlayerProfiles, profile_));
@@ -108,11 +119,10 @@ DiscResult Run::setUp(burn_write_opts& options, burn_disc& disc, std::uint32_t s
   burn_write_opts_set_underrun_proof(&options, 1);
   burn_write_opts_set_simulate(&options, request_.isTestRun ? 1 : 0);
   if (isOverwritableProfile(profile_)) {
-    burn_write_opts_set_start_byte(&options, off_t{startSector} * kSectorBytes);
+    burn_write_opts_set_start_byte(&options, 0);
   }
   if (request_.sectorsPerSecond > 0) {
-    const std::int64_t speed = std::int64_t{request_.sectorsPerSecond} * kSectorBytes / kUnitBytes;
-    burn_drive_set_speed(drive_, 0, static_cast<int>(speed));
+    burn_drive_set_speed(drive_, 0, speedUnitsOf(request_.sectorsPerSecond, profile_));
   }
   std::array<char, BURN_REASONS_LEN> reasons{};
   if (burn_write_opts_auto_write_type(&options, &disc, reasons.data(), 0) != BURN_WRITE_NONE) {
@@ -124,8 +134,7 @@ DiscResult Run::setUp(burn_write_opts& options, burn_disc& disc, std::uint32_t s
           wideFromNative("The drive \"" + address_ + "\" cannot write the disc: " + reason + ".")};
 }
 
-DiscResult Run::writeTrack(std::uint32_t startSector, std::uint64_t sectors) {
-  SectorQueue queue(sectors * kSectorBytes);
+DiscResult Run::writeTrack(SectorQueue& queue, std::uint64_t fed) {
   std::unique_lock lock(burnMutex());
   forgetBurnMessages();
   const Disc disc(burn_disc_create());
@@ -140,11 +149,11 @@ DiscResult Run::writeTrack(std::uint32_t startSector, std::uint64_t sectors) {
   const burn_source_status attached = burn_track_set_source(track.get(), source);
   burn_source_free(source);
   if (attached != BURN_SOURCE_OK) return failed();
-  DiscResult result = setUp(*options, *disc, startSector);
+  DiscResult result = setUp(*options, *disc);
   if (result.failed()) return result;
   burn_disc_write(options.get(), disc.get());
   lock.unlock();
-  return pump(queue, startSector);
+  return pump(queue, fed);
 }
 
 // Must not throw: libburn's thread reads from the queue.
@@ -159,8 +168,7 @@ DiscResult Run::feed(SectorQueue& queue, std::uint64_t& fed) try {
   return E_OUTOFMEMORY;
 }
 
-DiscResult Run::pump(SectorQueue& queue, std::uint64_t doneBefore) {
-  std::uint64_t fed = 0;
+DiscResult Run::pump(SectorQueue& queue, std::uint64_t fed) {
   bool isEnding = false;
   DiscResult result;
   for (;;) {
@@ -177,7 +185,7 @@ DiscResult Run::pump(SectorQueue& queue, std::uint64_t doneBefore) {
     const burn_drive_status status = burn_drive_get_status(drive_, &reached);
     if (status == BURN_DRIVE_IDLE) break;
     if (status == BURN_DRIVE_WRITING) {
-      progress_->reach(doneBefore + static_cast<std::uint64_t>(std::max(reached.sector, 0)));
+      progress_->reach(static_cast<std::uint64_t>(std::max(reached.sector, 0)));
     } else if (!isEnding && status == BURN_DRIVE_CLOSING_SESSION) {
       isEnding = true;
       const ProgressReporter closing(request_.progress, DiscStage::Closing, 0);
@@ -193,60 +201,15 @@ DiscResult Run::pump(SectorQueue& queue, std::uint64_t doneBefore) {
   return burn_drive_wrote_well(drive_) == 1 && fed == queue.totalBytes() ? DiscResult() : failed();
 }
 
-// libburn does not wait for the disk under a file.
+}  // namespace
+
 DiscResult syncFile(const std::string& address) {
-  if (!address.starts_with(kFileAddress)) return S_OK;
+  if (!isFileAddress(address)) return S_OK;
   const std::string path = address.substr(std::char_traits<char>::length(kFileAddress));
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
   if (file.isOpen() && ::fsync(file.get()) == 0) return S_OK;
   return {E_IMAPI_UNEXPECTED_RESPONSE_FROM_DEVICE,
           wideFromNative("The file \"" + path + "\" cannot be written.")};
-}
-
-DiscResult eraseByDrive(burn_drive* drive, const std::string& address, bool full,
-                        const DiscProgressCallback& callback) {
-  constexpr std::uint64_t kWhole = 0x10000;  // libburn counts so
-  {
-    const std::lock_guard lock(burnMutex());
-    if (burn_disc_get_status(drive) != BURN_DISC_FULL) burn_disc_pretend_full_uncond(drive);
-    forgetBurnMessages();
-    burn_disc_erase(drive, full ? 0 : 1);
-  }
-  ProgressReporter progress(callback, DiscStage::Erasing, kWhole);
-  burn_progress reached{};
-  while (burn_drive_get_status(drive, &reached) != BURN_DRIVE_IDLE) {
-    progress.reach(static_cast<std::uint64_t>(std::max(reached.sector, 0)));
-    std::this_thread::sleep_for(kPollInterval);
-  }
-  const std::lock_guard lock(burnMutex());
-  if (burn_drive_wrote_well(drive) == 1) return S_OK;
-  return burnFailure(E_IMAPI_ERASE_DRIVE_FAILED_ERASE_COMMAND, address);
-}
-
-DiscResult eraseByZeros(burn_drive* drive, const std::string& address, bool full,
-                        const DiscProgressCallback& callback) {
-  const std::lock_guard lock(burnMutex());
-  int readable = 0;
-  if (burn_get_read_capacity(drive, &readable, 0) <= 0) readable = 0;
-  forgetBurnMessages();
-  constexpr std::uint64_t kPieceSectors = kQuickEraseSectors;
-  // Whole blocks of the disc.
-  std::uint64_t total = (static_cast<std::uint64_t>(std::max(readable, 0)) + kHeadSectors - 1) /
-                        kHeadSectors * kHeadSectors;
-  if (!full) total = std::min<std::uint64_t>(total, kQuickEraseSectors);
-  std::vector<char> zeros(kPieceSectors * kSectorBytes);
-  ProgressReporter progress(callback, DiscStage::Erasing, total);
-  for (std::uint64_t done = 0; done < total;) {
-    const std::uint64_t piece = std::min(kPieceSectors, total - done);
-    if (burn_random_access_write(drive, static_cast<off_t>(done * kSectorBytes), zeros.data(),
-                                 static_cast<off_t>(piece * kSectorBytes),
-                                 done + piece == total ? 1 : 0) != 1) {
-      return burnFailure(E_IMAPI_ERASE_DRIVE_FAILED_ERASE_COMMAND, address);
-    }
-    done += piece;
-    progress.reach(done);
-  }
-  return S_OK;
 }
 
 void learnNewState(burn_drive* drive) {
@@ -255,33 +218,28 @@ void learnNewState(burn_drive* drive) {
   forgetBurnMessages();
 }
 
-}  // namespace
-
 DiscResult writeInDrive(const GrabbedDrive& grabbed, const std::string& address,
                         const WriteRequest& request) {
   const bool isOverwritable = isOverwritableProfile(profileOf(grabbed));
-  if (request.isTestRun && (!contains(kSimulatingProfiles, profileOf(grabbed)) ||
-                            burn_disc_get_status(grabbed.drive()) != BURN_DISC_BLANK)) {
-    return testRun(request);
-  }
   DiscResult result;
-  {
+  if (request.isTestRun) {
+    // Where there is nothing to go through the motions on, the image alone is tried.
+    const bool isBlank = burn_disc_get_status(grabbed.drive()) == BURN_DISC_BLANK;
+    if (!isBlank || !contains(kSimulatingProfiles, profileOf(grabbed))) return testRun(request);
+    if (grabbed.info().write_simulate == 0) {
+      return {E_IMAPI_DF2DATA_MEDIA_NOT_SUPPORTED,
+              wideFromNative("The drive \"" + address +
+                             "\" cannot make a test run with this disc: it would write it.")};
+    }
+  } else {
+    result = formatWhenNew(grabbed, address);
+  }
+  if (!result.failed()) {
     Run run(grabbed, address, request);
     result = isOverwritable ? run.writeOver() : run.writeSequentially();
   }
   if (!result.failed()) result = syncFile(address);
   learnNewState(grabbed.drive());
-  return result;
-}
-
-DiscResult eraseInDrive(const GrabbedDrive& grabbed, const std::string& address, bool full,
-                        const DiscProgressCallback& progress) {
-  burn_drive* drive = grabbed.drive();
-  DiscResult result = isOverwritableProfile(profileOf(grabbed))
-                          ? eraseByZeros(drive, address, full, progress)
-                          : eraseByDrive(drive, address, full, progress);
-  if (!result.failed()) result = syncFile(address);
-  learnNewState(drive);
   return result;
 }
 

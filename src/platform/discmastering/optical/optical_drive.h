@@ -3,18 +3,20 @@
 
 #include <string>
 
-#include "discmastering/optical/burn_library.h"
+#include "discmastering/optical/open_drive.h"
 #include "discmastering/recorder.h"
-#include "discmastering/recorder_lock.h"
 
 namespace quillon::platform {
 
 class OpticalDrive final : public Recorder {
  public:
   explicit OpticalDrive(std::string address);
+  ~OpticalDrive() override;
+  OpticalDrive(const OpticalDrive&) = delete;
+  OpticalDrive& operator=(const OpticalDrive&) = delete;
 
   DiscResult media(MediaFacts& facts) override;
-  [[nodiscard]] std::u16string owner() override { return lock_.owner(); }
+  [[nodiscard]] std::u16string owner() override { return drive_.owner(); }
   DiscResult currentPages(CurrentPages& pages) override;
 
  protected:
@@ -26,13 +28,11 @@ class OpticalDrive final : public Recorder {
   DiscResult closeTray() override;
 
  private:
-  // Runs the question on the drive, which is grabbed for it unless this client has it.
-  template <typename Question>
-  DiscResult ask(Question question);
+  // The drive is open for what follows, also after its tray was opened.
+  DiscResult makeReady();
 
   std::string address_;
-  RecorderLock lock_;
-  GrabbedDrive held_;
+  OpenDrive& drive_;
 };
 
 }  // namespace quillon::platform
