@@ -10,6 +10,7 @@
 #include <map>
 #include <thread>
 
+#include "discmastering/disc_operations.h"
 #include "discmastering/optical/drive_device.h"
 #include "discmastering/optical/drive_facts.h"
 #include "discmastering/optical/libburn.h"
@@ -75,11 +76,18 @@ class DriveCloser {
     if (drive == nullptr) drive.reset(new OpenDrive(address));
     return *drive;
   }
-  void closeIdle() {
+  // Answers whether all of them were idle.
+  bool closeIdle() {
     const std::lock_guard lock(burnMutex());
+    bool areIdle = true;
     for (const auto& [address, drive] : *drives_) {
-      if (drive->client_ == nullptr) drive->close();
+      if (drive->client_ == nullptr) {
+        drive->close();
+      } else {
+        areIdle = false;
+      }
     }
+    return areIdle;
   }
   // A drive has got a time at which it closes. Without a thread that watches it, it closes now.
   void watch(OpenDrive& drive) {
@@ -129,13 +137,19 @@ OpenDrive::OpenDrive(std::string address)
 
 OpenDrive& OpenDrive::at(const std::string& address) { return DriveCloser::instance().at(address); }
 
-void OpenDrive::closeIdle() { DriveCloser::instance().closeIdle(); }
+void OpenDrive::closeAll() {
+  const Clock::time_point end = Clock::now() + kPatience;
+  while (!DriveCloser::instance().closeIdle() && Clock::now() < end) {
+    std::this_thread::sleep_for(kPause);
+  }
+}
 
 // Waits with the mutex free: other drives have nothing to do with it.
 DiscResult OpenDrive::lockFor(std::u16string_view clientName,
                               std::unique_lock<std::recursive_mutex>& lock) {
   const Clock::time_point end = Clock::now() + kPatience;
   for (;;) {
+    if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
     if (client_ != nullptr) return E_IMAPI_RECORDER_LOCKED;
     if (grabbed_.isGrabbed()) return lock_.rename(clientName);
     DiscResult result = lock_.acquire(clientName);

@@ -23,8 +23,9 @@ class OpenDrive {
 
   // The one of the address; it stays until the process ends.
   static OpenDrive& at(const std::string& address);
-  // Closes all that nobody has for himself.
-  static void closeIdle();
+  // Closes all, those that a client has when it gives them back. For a process that is about to end:
+  // while its operations are stopped, none is opened again.
+  static void closeAll();
 
   OpenDrive(const OpenDrive&) = delete;
   OpenDrive& operator=(const OpenDrive&) = delete;

@@ -68,7 +68,7 @@ DiscResult OpticalDrive::closeTray() {
   return isFileAddress(address_) ? DiscResult() : drive_.closeTray();
 }
 
-void releaseOpticalDrives() { OpenDrive::closeIdle(); }
+void releaseOpticalDrives() { OpenDrive::closeAll(); }
 
 RecorderList listOpticalDrives(std::string_view only) {
   std::vector<std::string> addresses = configuredDrives();
