@@ -6,6 +6,8 @@
 
 #include "discmastering/catalogue.h"
 #include "platform/disc_interruption.h"
+#include "platform/disc_recorders.h"
+#include "win32/utf8.h"
 
 namespace quillon::platform {
 namespace {
@@ -16,6 +18,7 @@ struct Operations {
   std::condition_variable ended;
   int underWay = 0;
   std::string told;
+  std::string lastFailure;
 };
 
 // Never destroyed: the process may end while a drive still works.
@@ -43,6 +46,16 @@ void DiscOperation::tell(std::string sentence) {
   const std::lock_guard lock(operations().mutex);
   std::string& told = operations().told;
   told.append(told.empty() ? "" : " ").append(sentence);
+}
+
+void DiscOperation::end(const DiscResult& result) {
+  const std::lock_guard lock(operations().mutex);
+  operations().lastFailure = result.failed() ? nativeFromWide(result.text) : std::string();
+}
+
+std::string lastDiscFailure() {
+  const std::lock_guard lock(operations().mutex);
+  return operations().lastFailure;
 }
 
 std::string StopDiscOperations() {

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "platform/disc_result.h"
+
 namespace quillon::platform {
 
 // Whether the process is about to end: no operation goes on, and none begins.
@@ -18,6 +20,8 @@ class DiscOperation {
 
   // What the stop has made of its disc: a sentence for the user.
   void tell(std::string sentence);
+  // How it ended.
+  static void end(const DiscResult& result);
 };
 
 }  // namespace quillon::platform

@@ -114,6 +114,7 @@ DiscResult Recorder::write(const WriteRequest& request) {
   DiscOperation operation;
   if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
   result = burn(request);
+  DiscOperation::end(result);
   if (result.failed() && areOperationsStopped()) operation.tell(whatIsLeft("written"));
   return result;
 }
@@ -129,6 +130,7 @@ DiscResult Recorder::erase(bool full, std::u16string_view clientName,
   DiscOperation operation;
   if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
   result = blank(full, progress);
+  DiscOperation::end(result);
   if (result.failed() && areOperationsStopped()) operation.tell(whatIsLeft("erased"));
   return result;
 }

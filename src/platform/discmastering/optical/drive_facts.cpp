@@ -206,6 +206,14 @@ void readSequential(burn_drive* drive, burn_disc_status status, int profile, Med
   forgetBurnMessages();
 }
 
+// A disc that could be written and has no contents table: what began to write it did not end.
+void readBroken(burn_drive* drive, int profile, MediaFacts& facts) {
+  facts.isErasable = burn_disc_erasable(drive) != 0;
+  facts.totalSectors = capacityOfWritten(drive, profile, facts, 0);
+  facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_DAMAGED);
+  if (facts.isErasable) facts.state |= bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_ERASE_REQUIRED);
+}
+
 std::vector<LONG> featuresOf(burn_drive* drive, bool currentOnly) {
   int count = 0;
   unsigned int* codes = nullptr;
@@ -302,14 +310,16 @@ DiscResult readMedia(const GrabbedDrive& grabbed, MediaFacts& facts) {
   const ProfileRow* row = rowOf(profile);
   facts.present = true;
   if (row != nullptr) facts.physicalType = row->type;
-  if (row == nullptr || !row->isWritable || status == BURN_DISC_UNSUITABLE) {
+  if (row == nullptr || !row->isWritable) {
     facts.totalSectors = readableSectors(drive);
     facts.writeProtect = static_cast<DWORD>(IMAPI_WRITEPROTECTED_READ_ONLY_MEDIA);
     facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_UNSUPPORTED_MEDIA) |
                   bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_WRITE_PROTECTED);
     return S_OK;
   }
-  if (row->isOverwritable) {
+  if (status == BURN_DISC_UNSUITABLE) {
+    readBroken(drive, profile, facts);
+  } else if (row->isOverwritable) {
     readOverwritable(drive, facts);
   } else {
     readSequential(drive, status, profile, facts);

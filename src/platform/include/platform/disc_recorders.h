@@ -46,6 +46,11 @@ DiscResult describeDiscRecorder(const std::string& recorder, DiscRecorderStatus&
 // recorder that the service would not list.
 void chooseDiscRecorder(std::string recorder);
 
+// What the recorder or the drive itself said when the last write or erase of the process failed: a
+// sentence, native bytes; empty where there was none, and after a success. The service's own answer
+// is a code, for which callers have words of their own.
+std::string lastDiscFailure();
+
 // These take the name of a recorder, or an empty one for the first that writes. They need exclusive
 // access. A quick erase (not full) leaves the contents where only the beginning of them is
 // overwritten.
