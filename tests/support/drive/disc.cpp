@@ -38,12 +38,6 @@ std::int64_t aligned(std::int64_t sector, std::int64_t unit) {
   return (sector + unit - 1) / unit * unit;
 }
 
-std::int64_t blockOf(Family family) {
-  constexpr std::int64_t kDvdBlock = 16;
-  constexpr std::int64_t kBdCluster = 32;
-  return family == Family::Cd ? 1 : family == Family::Bd ? kBdCluster : kDvdBlock;
-}
-
 // What lies between the end of a session's last track and the next session's first.
 std::int64_t sessionGap(const Disc& disc) {
   // Lead-out, lead-in and pregap; the first lead-out is longer than those that follow.
@@ -105,7 +99,10 @@ std::optional<Disc> Disc::of(const TextTable& table) {
   disc.isFinal = state == "closed";
   disc.isSessionOpen = table.text("session") == "open" || state == "damaged";
   disc.isFormatted = state == "formatted";
-  const auto background = disc.isFormatted ? BackgroundFormat::Complete : BackgroundFormat::None;
+  constexpr std::uint16_t kDvdPlusRw = 0x1A;
+  const auto background = disc.isFormatted && disc.media->profile == kDvdPlusRw
+                              ? BackgroundFormat::Complete
+                              : BackgroundFormat::None;
   disc.background = static_cast<BackgroundFormat>(
       table.number("background", static_cast<std::int64_t>(background)));
   const bool holdsData = state == "appendable" || state == "closed" || state == "damaged";
@@ -136,6 +133,16 @@ void Disc::store(TextTable& table) const {
   }
 }
 
+std::int64_t Disc::blockSectors() const {
+  constexpr std::int64_t kDvdBlock = 16;
+  constexpr std::int64_t kBdCluster = 32;
+  return isCd() ? 1 : media->family == Family::Bd ? kBdCluster : kDvdBlock;
+}
+
+std::int64_t Disc::wholeBlocks(std::int64_t sectors) const {
+  return aligned(sectors, blockSectors());
+}
+
 bool Disc::isBlank() const { return !media->isOverwritable && tracks.empty() && !isFinal; }
 
 bool Disc::isDamaged() const {
@@ -146,7 +153,7 @@ std::int64_t Disc::nextWritable() const {
   if (tracks.empty()) return 0;
   const Track& last = tracks.back();
   if (last.state == TrackState::Open) return last.end();
-  const std::int64_t block = blockOf(media->family);
+  const std::int64_t block = blockSectors();
   if (!isSessionOpen) return aligned(last.end() + sessionGap(*this), block);
   // A track of its own on a CD begins with a pregap that the drive writes.
   return aligned(last.end() + last.runOut + (isCd() ? kPregapSectors : 0), block);

@@ -67,6 +67,9 @@ struct Disc {
   void store(TextTable& table) const;
 
   bool isCd() const { return media->family == Family::Cd; }
+  // What the drive writes at least, filling it up with zeros.
+  std::int64_t blockSectors() const;
+  std::int64_t wholeBlocks(std::int64_t sectors) const;
   bool isBlank() const;
   bool isDamaged() const;
   // Where recording goes on; the first sector of a new track when none is open.

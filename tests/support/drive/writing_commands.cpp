@@ -161,9 +161,11 @@ void closeSession(Drive& drive, bool isLast) {
 }
 
 void closeLastTrack(Drive& drive) {
-  Track& last = drive.disc->tracks.back();
+  Disc& disc = *drive.disc;
+  Track& last = disc.tracks.back();
   last.state = TrackState::Closed;
-  if (drive.disc->isCd()) last.runOut = 2;
+  last.sectors = std::max(disc.wholeBlocks(last.sectors), last.reserved);
+  if (disc.isCd()) last.runOut = 2;
   drive.state.remove("writing");
 }
 
@@ -190,8 +192,9 @@ Sense closeOverwritable(Disc& disc) {
 bool finishAtOnce(Drive& drive) {
   Disc& disc = *drive.disc;
   if (disc.media->isOverwritable || !recordsAtOnce(drive) || !disc.isSessionOpen) return false;
-  const Track& last = disc.tracks.back();
-  if (last.reserved == 0 || last.sectors < last.reserved) return false;
+  Track& last = disc.tracks.back();
+  if (last.reserved == 0 || disc.wholeBlocks(last.sectors) < last.reserved) return false;
+  last.sectors = last.reserved;
   closeSession(drive, !drive.writeParameters().isMultiSession);
   return true;
 }
@@ -226,17 +229,24 @@ Sense sendCueSheet(Drive& drive, Command& command) {
 }
 
 Sense reserveTrack(Drive& drive, Command& command) {
-  const Disc& disc = *drive.disc;
+  Disc& disc = *drive.disc;
   const std::int64_t sectors = command.address(5);
   command.note(std::to_string(sectors));
   if (disc.media->isOverwritable || !disc.media->isWritable || disc.isFinal) {
     return kUnwritableMedium;
   }
-  if (disc.isSessionOpen || (recordsAtOnce(drive) && !disc.isBlank())) return kBadSequence;
-  if (sectors <= 0 || disc.nextWritable() + sectors > disc.capacity) return kBadCommandField;
-  if (!recordsAtOnce(drive)) return kBadSequence;
-  constexpr std::int64_t kBlock = 16;
-  drive.state.set("reservation", (sectors + kBlock - 1) / kBlock * kBlock);
+  if (disc.openTrack() != nullptr || disc.isDamaged() || disc.isCd()) return kBadSequence;
+  if (recordsAtOnce(drive) && !disc.isBlank()) return kBadSequence;
+  const std::int64_t reserved = disc.wholeBlocks(sectors);
+  const std::int64_t start = disc.nextWritable();
+  if (sectors <= 0 || start + reserved > disc.capacity) return kBadCommandField;
+  if (recordsAtOnce(drive)) {
+    drive.state.set("reservation", reserved);
+    return kGood;
+  }
+  disc.tracks.push_back(
+      Track{.session = sessionToWrite(disc), .start = start, .reserved = reserved});
+  disc.isSessionOpen = true;
   return kGood;
 }
 
