@@ -88,7 +88,7 @@ class Media(OpticalTest):
             service, media = case
             machine = Machine(service)
             machine.drive.insert(media, "formatted" if media == "dvd+rw" else "closed", DATA,
-                                 capacity=4000)
+                                 capacity=4096)
             for arguments in ((), ("--full-erase",)):
                 status, out, err = machine.write("--no-eject", *arguments)
                 self.assertEqual((status, err), (0, ""), out)
@@ -107,7 +107,7 @@ class Media(OpticalTest):
             machine = Machine()
             is_in_place = media in ("dvd-rw-ro", "dvd+rw", "bd-re")
             machine.drive.insert(media, "formatted" if is_in_place else "closed", DATA,
-                                 capacity=1000)
+                                 capacity=1024)
             status, _, err = machine.run("disc", "erase", *(["--full"] if full else []))
             self.assert_left_alone(machine)
             if media in refused:
