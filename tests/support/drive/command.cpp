@@ -1,10 +1,10 @@
 #include "command.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 namespace emulated {
 namespace {
@@ -107,7 +107,7 @@ void waitAsPlanned(const std::string& directory, const Command& command) {
   const TextTable plan = TextTable::read(directory + "/faults.txt");
   const bool isWrite = command.byte(0) == 0x2A || command.byte(0) == 0xAA;
   const std::int64_t milliseconds = plan.number("slow") + (isWrite ? plan.number("slow_write") : 0);
-  if (milliseconds > 0) ::usleep(static_cast<useconds_t>(milliseconds * 1000));
+  if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 }  // namespace
