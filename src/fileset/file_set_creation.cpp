@@ -11,7 +11,9 @@ constexpr const OLECHAR* kProbeName = OLESTR("QLN.TMP");
 
 }  // namespace
 
-FileSetCreation::FileSetCreation(FileSetPlan& plan, CFileUtil& files) : plan_(plan), files_(files) {
+FileSetCreation::FileSetCreation(FileSetPlan& plan, CFileUtil& files,
+                                 const CopyReport::Callback& progress)
+    : plan_(plan), files_(files), progress_(progress) {
   SetClassName(OLESTR("CDicomDirProcessor"));
 }
 
@@ -58,6 +60,8 @@ bool FileSetCreation::CheckWritable() {
 }
 
 bool FileSetCreation::MoveObjects() {
+  CopyReport report(files_, progress_, plan_.Totals().bytes);
+  std::uint64_t doneBytes = 0;
   for (const PlannedObject& object : plan_.Objects()) {
     const Text path = plan_.RootDirectory() + object.fileId;
     if (!files_.MoveFile(path, object.source)) {
@@ -67,6 +71,7 @@ bool FileSetCreation::MoveObjects() {
       return false;
     }
     hasMoved_ = true;
+    report.SetDone(doneBytes += object.sizeBytes);
   }
   return true;
 }

@@ -3,6 +3,7 @@
 // could not be known before; see file_set_plan.h.
 #pragma once
 
+#include "copy_report.h"
 #include "file_set_plan.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
@@ -11,8 +12,9 @@ namespace quillon {
 
 class FileSetCreation : public CBaseItem {
  public:
-  // Both outlive this object. The root directory exists and belongs to this job.
-  FileSetCreation(FileSetPlan& plan, CFileUtil& files);
+  // All outlive this object. The root directory exists and belongs to this job. progress, which may
+  // be empty, hears of the objects' bytes.
+  FileSetCreation(FileSetPlan& plan, CFileUtil& files, const CopyReport::Callback& progress);
 
   // False, with a sentence, at the first step that fails. What was moved stays moved, and the root
   // is marked as unfinished unless nothing was.
@@ -32,6 +34,7 @@ class FileSetCreation : public CBaseItem {
 
   FileSetPlan& plan_;
   CFileUtil& files_;
+  const CopyReport::Callback& progress_;
   bool keepsPatients_ = true;
   bool hasMoved_ = false;
   bool hasLabel_ = false;

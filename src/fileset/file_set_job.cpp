@@ -68,10 +68,10 @@ bool CDicomDirProcessor::SetUnfinishedAside(const Text& root) {
   return claim_->TakeMaking(root, files_, *this);
 }
 
-bool CDicomDirProcessor::PlanFileSet(TextView rootDirectory, TextView objectDirectory) {
+std::unique_ptr<FileSetPlan> CDicomDirProcessor::BeginPlan(TextView rootDirectory,
+                                                           TextView objectDirectory) {
   plan_.reset();
-  if (!HasPatients()) return false;
-  const WorkingDirectoryScope workingDirectory;
+  if (!HasPatients()) return nullptr;
   FileSetSettings settings;
   settings.rootDirectory = rootDirectory.empty() ? TextView(rootDirectory_) : rootDirectory;
   settings.objectDirectory = objectDirectory.empty() ? TextView(objectDirectory_) : objectDirectory;
@@ -82,22 +82,44 @@ bool CDicomDirProcessor::PlanFileSet(TextView rootDirectory, TextView objectDire
   settings.sourcesStay = sourcesStay;
   settings.needsRoomForCopies = needsRoomForCopies;
   auto plan = std::make_unique<FileSetPlan>(*patients_, files_, settings);
-  if (!plan->CheckDirectories()) return FailAs(*plan);
-  if (!claim_->TakeMaking(settings.rootDirectory, files_, *this)) return false;
-  if (!SetUnfinishedAside(settings.rootDirectory)) return false;
-  if (!plan->Make()) {
-    const bool keepsPatients = plan->KeepsPatients();
-    FailAs(*plan);
-    plan.reset();
-    if (!keepsPatients) patients_->RemoveAll();
-    claim_->Release();
-    return false;
+  if (plan->CheckDirectories()) return plan;
+  FailAs(*plan);
+  return nullptr;
+}
+
+bool CDicomDirProcessor::FinishPlan(std::unique_ptr<FileSetPlan> plan) {
+  if (plan->Make()) {
+    plan_ = std::move(plan);
+    return true;
   }
-  plan_ = std::move(plan);
-  return true;
+  const bool keepsPatients = plan->KeepsPatients();
+  FailAs(*plan);
+  plan.reset();
+  if (!keepsPatients) patients_->RemoveAll();
+  claim_->Release();
+  return false;
+}
+
+bool CDicomDirProcessor::PlanFileSet(TextView rootDirectory, TextView objectDirectory) {
+  const WorkingDirectoryScope workingDirectory;
+  auto plan = BeginPlan(rootDirectory, objectDirectory);
+  if (plan == nullptr) return false;
+  const Text& root = plan->Settings().rootDirectory;
+  return claim_->TakeMaking(root, files_, *this) && SetUnfinishedAside(root) &&
+         FinishPlan(std::move(plan));
+}
+
+bool CDicomDirProcessor::PreviewFileSet(TextView rootDirectory, TextView objectDirectory) {
+  const WorkingDirectoryScope workingDirectory;
+  auto plan = BeginPlan(rootDirectory, objectDirectory);
+  return plan != nullptr && FinishPlan(std::move(plan));
 }
 
 const FileSetTotals& CDicomDirProcessor::PlannedTotals() const { return plan_->Totals(); }
+
+DiscRoom CDicomDirProcessor::PlannedRoom() const { return plan_->LeastRoom(); }
+
+const Text& CDicomDirProcessor::PlannedLabel() const { return plan_->Label(); }
 
 std::size_t CDicomDirProcessor::PlannedCount() const { return plan_->Objects().size(); }
 
@@ -125,7 +147,7 @@ bool CDicomDirProcessor::CreatePlannedFileSet() {
     return false;
   }
   claim_->KeepDirectory();
-  FileSetCreation creation(*plan, files_);
+  FileSetCreation creation(*plan, files_, progress);
   const bool isCreated = creation.Run();
   if (creation.HasLabel()) iheLabel_ = plan->Label();
   if (isCreated) {

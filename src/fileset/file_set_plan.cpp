@@ -49,6 +49,11 @@ Text DirectoryBelow(TextView parent, const OLECHAR* prefix, std::size_t number) 
 constexpr std::uint64_t kBytesPerRecord = 1024;
 constexpr std::uint64_t kBytesForLabel = 16384;
 
+// What each takes at the least: the elements that every record opens with, and the reference to an
+// object's file.
+constexpr std::uint64_t kLeastBytesPerRecord = 54;
+constexpr std::uint64_t kLeastBytesPerReference = 66;
+
 // An entry of the root that is in the way of a file.
 bool IsDirectoryThere(const Text& path, CFileUtil& files) {
   WIN32_FILE_ATTRIBUTE_DATA data{};
@@ -275,7 +280,7 @@ bool FileSetPlan::CheckSources() {
 bool FileSetPlan::CheckRoom(std::uint64_t bytesToCopy) {
   std::uint64_t freeBytes = 0;
   // A file system that does not tell is not one without room.
-  if (!files_.GetFreeBytes(root_, freeBytes)) return true;
+  if (!files_.GetFreeBytes(ExistingPart(AbsolutePath(root_), files_), freeBytes)) return true;
   const std::size_t records = totals_.objects + totals_.series + totals_.studies + totals_.patients;
   const std::uint64_t needed =
       bytesToCopy + content_.BytesOnDisk() + records * kBytesPerRecord + kBytesForLabel;
@@ -283,6 +288,19 @@ bool FileSetPlan::CheckRoom(std::uint64_t bytesToCopy) {
          Fail(kMsgNotEnoughRoom,
               {settings_.rootDirectory, NumberText(static_cast<long long>(freeBytes)),
                NumberText(static_cast<long long>(needed))});
+}
+
+DiscRoom FileSetPlan::LeastRoom() const {
+  DiscRoom room = content_.Room();
+  for (const PlannedObject& object : objects_) room.AddFile(object.sizeBytes);
+  const std::uint64_t records =
+      totals_.objects + totals_.series + totals_.studies + totals_.patients;
+  room.AddFile(records * kLeastBytesPerRecord + totals_.objects * kLeastBytesPerReference);
+  room.AddFile((label_.size() + 1) * sizeof(char16_t));
+  for (const Text& directory : directories_) {
+    if (directory != root_) room.AddDirectory();
+  }
+  return room;
 }
 
 bool FileSetPlan::HandOver(std::size_t index, TextView copy) {

@@ -11,6 +11,7 @@
 
 #include "dicom/dir_dicom_dir.h"
 #include "fileset/dicom_dir_processor.h"
+#include "fileset/disc_room.h"
 #include "fileset/model/patient_list.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
@@ -53,8 +54,8 @@ class FileSetPlan : public CBaseItem {
 
   // Whether the names of the root and the object directory can be used. False, with a sentence.
   bool CheckDirectories();
-  // After that, with the root directory there. False, with a sentence, at the first thing that
-  // would fail.
+  // After that. False, with a sentence, at the first thing that would fail. A root directory that
+  // is missing is one that will be made.
   bool Make();
   // The last look at the files that will be moved, right before they are; see SourceCheck.
   bool CheckSources();
@@ -79,6 +80,9 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] OtherContent& Content() { return content_; }
   [[nodiscard]] const Text& Label() const { return label_; }
   [[nodiscard]] const FileSetTotals& Totals() const { return totals_; }
+  // What it takes on a disc, at the least: the DICOMDIR with the shortest records that there can
+  // be.
+  [[nodiscard]] DiscRoom LeastRoom() const;
   // What the label leaves out: dates that are none. Empty unless current practice is followed.
   [[nodiscard]] const std::vector<Text>& LabelRemarks() const { return labelRemarks_; }
 

@@ -112,6 +112,7 @@ bool OtherContent::PlanFile(const Text& source, const Text& destination) {
     return FailAs(files_);
   }
   bytesOnDisk_ += RoundedToBlocks(facts.stamp.sizeBytes);
+  room_.AddFile(facts.stamp.sizeBytes);
   planned_.push_back(destination);
   return true;
 }

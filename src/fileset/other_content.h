@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "fileset/disc_room.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
 
@@ -33,6 +34,7 @@ class OtherContent : public CBaseItem {
   // What Plan found.
   [[nodiscard]] bool HasContent() const { return hasContent_; }
   [[nodiscard]] std::uint64_t BytesOnDisk() const { return bytesOnDisk_; }
+  [[nodiscard]] const DiscRoom& Room() const { return room_; }
   // Where it will lie, absolute; empty without content.
   [[nodiscard]] const Text& Destination() const { return destination_; }
   // The files that the copy makes.
@@ -51,6 +53,7 @@ class OtherContent : public CBaseItem {
   bool acceptsEmptyFiles_;
   bool hasContent_ = false;
   std::uint64_t bytesOnDisk_ = 0;
+  DiscRoom room_;
   Text source_;
   Text destination_;
   Text remark_;

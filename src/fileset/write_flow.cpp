@@ -1,4 +1,5 @@
 // The delivery of a finished file set, to a disc or to a directory.
+#include "copy_report.h"
 #include "disc/media_burn_util.h"
 #include "disc/media_processor.h"
 #include "file_set_plan.h"
@@ -109,6 +110,11 @@ bool CDicomDirProcessor::CopyFileSet(const Text& source, const Text& target) {
   const bool hasDicomDir = JoinBelow(from, kDicomDirName, *this) &&
                            JoinBelow(to, kDicomDirName, *this) && files_.PathExists(from);
   if (hasDicomDir && files_.PathExists(to) && !files_.DeleteFile(to)) return FailAs(files_);
+  if (!files_.ChangeDirectory(source)) return FailAs(files_);
+  std::uint64_t totalBytes = 0;
+  // What keeps it from being measured is for the copy to tell.
+  if (progress) files_.GetDirectorySize(totalBytes, source, kEveryFile, /*recurse=*/true);
+  const CopyReport report(files_, progress, totalBytes);
   return (files_.ChangeDirectory(source) &&
           files_.CopyDirectory(target, source, kEveryFile, /*recurse=*/true,
                                hasDicomDir ? TextView(kDicomDirName) : TextView()) &&

@@ -131,6 +131,7 @@ bool CFileUtil::CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstN
       return FailAt(srcName, kMsgCannotReadStream, {});
     }
     if (!WriteAll(dst, chunk.get(), readBytes)) return FailAt(dstName, kMsgCannotWriteStream, {});
+    if (copyProgress_) copyProgress_(readBytes);
     if (readBytes < kChunkBytes) break;
   }
   return FlushFileBuffers(dst) != FALSE || FailAt(dstName, kMsgCannotFlushStream, {});

@@ -57,6 +57,23 @@ TEST_F(WriteFlow, ADirectCopyMakesItsDirectoryAndReplacesFilesOfTheSameName) {
   EXPECT_EQ(fs::current_path(), before_);
 }
 
+// A host that shows how far it is must hear of it within a large file, too.
+TEST_F(WriteFlow, ADirectCopyTellsHowFarItIs) {
+  constexpr std::uint64_t kLargeBytes = std::uint64_t{1} << 20;
+  writeText(job_.root / "DICOMOBJ/large", std::string(kLargeBytes, 'x'));
+  std::vector<std::uint64_t> told;
+  std::uint64_t total = 0;
+  job_.builder.progress = [&](std::uint64_t done, std::uint64_t all) {
+    told.push_back(done);
+    total = all;
+  };
+  ASSERT_TRUE(copy(false)) << job_.sentence();
+  EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+  EXPECT_GT(total, kLargeBytes);
+  EXPECT_EQ(told.back(), total);
+  EXPECT_GT(told.size(), kTree.size() + 10);
+}
+
 TEST_F(WriteFlow, ADirectCopyOfRelativePathsGoesWhereTheyLead) {
   fs::current_path(job_.dir.path());
   EXPECT_TRUE(job_.builder.SetDicomRootDirectory(OLESTR("root")));

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "fileset/disc_room.h"
 #include "fileset/model/patient_list.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
@@ -108,8 +109,14 @@ class CDicomDirProcessor : public CBaseItem {
   bool ClearRoot(TextView leaveOut);
   // Makes the plan. Refused as by CreateDicomFileSet, but for what is found in the sources.
   bool PlanFileSet(TextView rootDirectory, TextView objectDirectory);
-  // Of the plan: what it holds, the files to be moved in their order, what the label leaves out.
+  // The same plan for a look at it alone, with no hold on the root directory, which may be missing:
+  // nothing is changed, and nothing is to be created of it.
+  bool PreviewFileSet(TextView rootDirectory, TextView objectDirectory);
+  // Of the plan: what it holds, the room on a disc, the files to be moved in their order, the label
+  // and what that leaves out.
   [[nodiscard]] const FileSetTotals& PlannedTotals() const;
+  [[nodiscard]] DiscRoom PlannedRoom() const;
+  [[nodiscard]] const Text& PlannedLabel() const;
   [[nodiscard]] std::size_t PlannedCount() const;
   [[nodiscard]] const Text& PlannedSource(std::size_t index) const;
   [[nodiscard]] std::vector<Text> LabelRemarks() const;
@@ -175,6 +182,9 @@ class CDicomDirProcessor : public CBaseItem {
   // field: dates that are none are left out of the label, and empty files of the other content are
   // copied. By default as the registry says, else off.
   bool currentPractice = false;
+  // Told how far a creation, or a delivery to a directory, is with the bytes of all its files:
+  // often while it copies, on the thread that does. It must not throw.
+  std::function<void(std::uint64_t doneBytes, std::uint64_t totalBytes)> progress;
   [[nodiscard]] bool HasPracticeSetting() const { return hasPracticeSetting_; }  // in the registry
   // The objects are handed over as copies (see HandOver), and need room on the root's file system.
   bool sourcesStay = false;
@@ -199,6 +209,8 @@ class CDicomDirProcessor : public CBaseItem {
   CStudy* FindOrAddStudy(const DcElemList& dataSet, TextView fileName, ListGrowth& growth);
   CSeries* FindOrAddSeries(const DcElemList& dataSet, CStudy& study, TextView fileName,
                            ListGrowth& growth);
+  std::unique_ptr<FileSetPlan> BeginPlan(TextView rootDirectory, TextView objectDirectory);
+  bool FinishPlan(std::unique_ptr<FileSetPlan> plan);
   bool SetUnfinishedAside(const Text& root);
   bool MeasureOtherContent(Measure what, std::uint64_t& total);
   bool ClaimFinished(const Text& source);

@@ -8,6 +8,7 @@
 
 #include <compare>
 #include <cstdint>
+#include <functional>
 
 #include "foundation/base_item.h"
 #include "foundation/buffer.h"
@@ -54,6 +55,12 @@ class CFileUtil : public CBaseItem {
 
   // With it files of no bytes are copied, measured and counted as others are. Off at first.
   void SetAcceptEmptyFiles(bool accept) { acceptEmptyFiles_ = accept; }
+
+  // Told the bytes of each block that a copy has written, also where a move or a walk copies. It
+  // must not throw. An empty function ends that.
+  void SetCopyProgress(std::function<void(std::uint64_t bytes)> progress) {
+    copyProgress_ = std::move(progress);
+  }
 
   // After a copy, move, write or walk that failed: the file or directory that was in the way, and
   // the platform's text for what happened to it ("There is not enough space on the disk."). Empty
@@ -189,6 +196,7 @@ class CFileUtil : public CBaseItem {
   bool WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes, TextView path);
 
   bool acceptEmptyFiles_ = false;
+  std::function<void(std::uint64_t bytes)> copyProgress_;
   Text failedPath_;
   Text failedReason_;
 
