@@ -16,6 +16,10 @@ constexpr std::uint64_t kPathTableSectors = 2;  // one for each byte order
 constexpr std::uint64_t kIsoRecordBytes = 34;
 constexpr std::uint64_t kJolietRecordBytes = 36;
 constexpr std::uint64_t kUdfIdentifierBytes = 40;
+constexpr std::uint64_t kPathRecordBytes = 8;     // before the name
+constexpr std::uint64_t kLongestNameBytes = 255;  // also of a record, whose length has one byte
+// Drives write whole blocks, so images are made of them.
+constexpr std::uint64_t kSectorsPerBlock = 32;
 
 std::uint64_t SectorsFor(std::uint64_t bytes) {
   return (bytes + kDiscSectorBytes - 1) / kDiscSectorBytes;
@@ -23,10 +27,11 @@ std::uint64_t SectorsFor(std::uint64_t bytes) {
 
 }  // namespace
 
-void DiscRoom::AddFile(std::uint64_t sizeBytes) {
+void DiscRoom::AddFile(std::uint64_t leastBytes, std::uint64_t mostBytes) {
   ++files_;
-  bytes_ += sizeBytes;
-  dataSectors_ += SectorsFor(sizeBytes);
+  bytes_ += leastBytes;
+  dataSectors_ += SectorsFor(leastBytes);
+  mostDataSectors_ += SectorsFor(mostBytes);
 }
 
 void DiscRoom::Add(const DiscRoom& other) {
@@ -34,6 +39,7 @@ void DiscRoom::Add(const DiscRoom& other) {
   directories_ += other.directories_;
   bytes_ += other.bytes_;
   dataSectors_ += other.dataSectors_;
+  mostDataSectors_ += other.mostDataSectors_;
 }
 
 std::uint64_t DiscRoom::LeastSectors(bool hasUdf) const {
@@ -48,6 +54,20 @@ std::uint64_t DiscRoom::LeastSectors(bool hasUdf) const {
   if (!hasUdf) return kFirstFreeSector + sectors;
   sectors += files_ + directories;  // an entry of its own for each
   return kFirstFreeSectorWithUdf + sectors + listing(kUdfIdentifierBytes);
+}
+
+std::uint64_t DiscRoom::MostSectors() const {
+  const std::uint64_t directories = directories_ + 1;
+  // A file of more than one extent, of 4 GiB less a sector, has a record for each.
+  const std::uint64_t entries = files_ + directories + mostDataSectors_ / (std::uint64_t{1} << 20);
+  // Records do not cross the ends of sectors: those of the greatest length leave an eighth.
+  const auto listing = [&](std::uint64_t entryBytes) {
+    return 2 * directories + SectorsFor(entries * entryBytes / 7 * 8);
+  };
+  const std::uint64_t tables =
+      2 * kPathTableSectors * SectorsFor(directories * (kPathRecordBytes + kLongestNameBytes));
+  return kFirstFreeSectorWithUdf + mostDataSectors_ + tables + 2 * listing(kLongestNameBytes) +
+         files_ + directories + listing(kUdfIdentifierBytes + kLongestNameBytes) + kSectorsPerBlock;
 }
 
 }  // namespace quillon

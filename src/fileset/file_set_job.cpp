@@ -117,7 +117,7 @@ bool CDicomDirProcessor::PreviewFileSet(TextView rootDirectory, TextView objectD
 
 const FileSetTotals& CDicomDirProcessor::PlannedTotals() const { return plan_->Totals(); }
 
-DiscRoom CDicomDirProcessor::PlannedRoom() const { return plan_->LeastRoom(); }
+DiscRoom CDicomDirProcessor::PlannedRoom() const { return plan_->Room(); }
 
 const Text& CDicomDirProcessor::PlannedLabel() const { return plan_->Label(); }
 
@@ -125,6 +125,10 @@ std::size_t CDicomDirProcessor::PlannedCount() const { return plan_->Objects().s
 
 const Text& CDicomDirProcessor::PlannedSource(std::size_t index) const {
   return plan_->Objects()[index].source;
+}
+
+std::uint64_t CDicomDirProcessor::PlannedSize(std::size_t index) const {
+  return plan_->Objects()[index].sizeBytes;
 }
 
 std::vector<Text> CDicomDirProcessor::LabelRemarks() const { return plan_->LabelRemarks(); }

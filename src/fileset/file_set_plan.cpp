@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <string>
 
 #include "dicomobjects/dicom_file_facts.h"
@@ -281,26 +282,33 @@ bool FileSetPlan::CheckRoom(std::uint64_t bytesToCopy) {
   std::uint64_t freeBytes = 0;
   // A file system that does not tell is not one without room.
   if (!files_.GetFreeBytes(ExistingPart(AbsolutePath(root_), files_), freeBytes)) return true;
-  const std::size_t records = totals_.objects + totals_.series + totals_.studies + totals_.patients;
   const std::uint64_t needed =
-      bytesToCopy + content_.BytesOnDisk() + records * kBytesPerRecord + kBytesForLabel;
+      bytesToCopy + content_.BytesOnDisk() + CountRecords() * kBytesPerRecord + kBytesForLabel;
   return needed <= freeBytes ||
          Fail(kMsgNotEnoughRoom,
               {settings_.rootDirectory, NumberText(static_cast<long long>(freeBytes)),
                NumberText(static_cast<long long>(needed))});
 }
 
-DiscRoom FileSetPlan::LeastRoom() const {
+DiscRoom FileSetPlan::Room() const {
   DiscRoom room = content_.Room();
   for (const PlannedObject& object : objects_) room.AddFile(object.sizeBytes);
-  const std::uint64_t records =
-      totals_.objects + totals_.series + totals_.studies + totals_.patients;
-  room.AddFile(records * kLeastBytesPerRecord + totals_.objects * kLeastBytesPerReference);
+  const std::uint64_t records = CountRecords();
+  room.AddFile(records * kLeastBytesPerRecord + totals_.objects * kLeastBytesPerReference,
+               (records + 1) * kBytesPerRecord);
   room.AddFile((label_.size() + 1) * sizeof(char16_t));
+  std::set<TextView> directories;
   for (const Text& directory : directories_) {
-    if (directory != root_) room.AddDirectory();
+    for (std::size_t end = directory.find(OLESTR('\\'), root_.size()); end != Text::npos;
+         end = directory.find(OLESTR('\\'), end + 1)) {
+      if (directories.insert(TextView(directory).substr(0, end)).second) room.AddDirectory();
+    }
   }
   return room;
+}
+
+std::uint64_t FileSetPlan::CountRecords() const {
+  return totals_.objects + totals_.series + totals_.studies + totals_.patients;
 }
 
 bool FileSetPlan::HandOver(std::size_t index, TextView copy) {

@@ -80,9 +80,9 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] OtherContent& Content() { return content_; }
   [[nodiscard]] const Text& Label() const { return label_; }
   [[nodiscard]] const FileSetTotals& Totals() const { return totals_; }
-  // What it takes on a disc, at the least: the DICOMDIR with the shortest records that there can
-  // be.
-  [[nodiscard]] DiscRoom LeastRoom() const;
+  // What it takes on a disc: the DICOMDIR with the shortest records that there can be at the least,
+  // and with records as for CheckRoom at the most.
+  [[nodiscard]] DiscRoom Room() const;
   // What the label leaves out: dates that are none. Empty unless current practice is followed.
   [[nodiscard]] const std::vector<Text>& LabelRemarks() const { return labelRemarks_; }
 
@@ -96,6 +96,7 @@ class FileSetPlan : public CBaseItem {
   };
 
   bool CheckRoom(std::uint64_t bytesToCopy);
+  [[nodiscard]] std::uint64_t CountRecords() const;
   bool BeginDicomDir();
   bool CheckOldEntries();
   bool AddPatients();

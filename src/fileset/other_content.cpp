@@ -72,6 +72,7 @@ bool OtherContent::Plan(const Text& rootDirectory, TextView otherContentDirector
   if (!files_.ChangeDirectory(source_)) return FailAs(files_);
   std::vector<FileIdentity> above;
   if (!PlanDirectory(source_, destination, above)) return false;
+  if (!otherContentDirectory.empty()) room_.AddDirectory();
   destination_ = destination;
   hasContent_ = true;
   return true;
@@ -90,6 +91,7 @@ bool OtherContent::PlanDirectory(const Text& source, const Text& destination,
     const DWORD code = GetLastError();
     return code == ERROR_FILE_NOT_FOUND || Fail(kMsgFileSpecificationInvalid, {kEveryFile});
   }
+  if (!above.empty()) room_.AddDirectory();
   above.push_back(identity);
   do {
     const WIN32_FIND_DATAW& entry = found.Entry();

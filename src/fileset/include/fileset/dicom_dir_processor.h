@@ -119,6 +119,7 @@ class CDicomDirProcessor : public CBaseItem {
   [[nodiscard]] const Text& PlannedLabel() const;
   [[nodiscard]] std::size_t PlannedCount() const;
   [[nodiscard]] const Text& PlannedSource(std::size_t index) const;
+  [[nodiscard]] std::uint64_t PlannedSize(std::size_t index) const;
   [[nodiscard]] std::vector<Text> LabelRemarks() const;
   // A copy that the host made of a planned file is moved in its place. False when the file has
   // changed since it was added.
