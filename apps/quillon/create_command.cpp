@@ -77,12 +77,18 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
   command.add_flag("--strict", job.isStrict, "Refuse files that end before their pixel data does");
 }
 
+void addDryRunOption(CLI::App& command, bool& isDryRun) {
+  command.add_flag("--dry-run", isDryRun,
+                   "Look at everything, tell what would be done, and change nothing");
+}
+
 void addCreateCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<CommandOptions>();
   CLI::App* command = program.add_subcommand(
       "create",
       "Collects DICOM files and lays them out as a DICOM file set with DICOMDIR and label");
   addCreateOptions(*command, options->job);
+  addDryRunOption(*command, options->job.isDryRun);
   command->add_flag("--json", options->isJson, "Print the result as one JSON object");
   command->add_flag("--quiet", options->isQuiet, "Show no progress");
   command->add_option("--log", options->logFile, "Append the toolkit's log lines to a file")

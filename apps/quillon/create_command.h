@@ -10,6 +10,9 @@ struct CreateOptions;
 // What create and publish have in common.
 void addCreateOptions(CLI::App& command, CreateOptions& job);
 
+// Of every command that has one.
+void addDryRunOption(CLI::App& command, bool& isDryRun);
+
 // Adds the subcommand. `exitStatus` receives the result when the command has run.
 void addCreateCommand(CLI::App& program, int& exitStatus);
 

@@ -8,8 +8,10 @@
 #include <filesystem>
 #include <unordered_map>
 
+#include "disc_kinds.h"
 #include "interrupt_guard.h"
 #include "media_job.h"
+#include "medium_questions.h"
 #include "progress_bar.h"
 #include "root_guard.h"
 #include "source_reasons.h"
@@ -45,10 +47,11 @@ class CreateJob {
       : options_(options), job_(job), progress_(options.showsProgress) {}
 
   CreateResult run() {
-    if (applySettings() && takeRoot()) {
+    result_.isDryRun = options_.isDryRun;
+    if (applySettings() && (options_.isDryRun ? lookAtRoot() : takeRoot())) {
       Staging staging(stagingParent_, options_.mayLink);
       const InterruptGuard guard([this, &staging] { interrupted(staging); });
-      if (collect(staging) && plan(staging) && layOut(staging)) create();
+      if (collect(staging) && plan(staging) && !options_.isDryRun && layOut(staging)) create();
     }
     progress_.clear();
     if (result_.error) forgetTotals();
@@ -82,23 +85,45 @@ class CreateJob {
     return fail(after != before ? after : "The object directory " + name + " is invalid.");
   }
 
+  // What takeRoot would refuse, but for a root that another job has.
+  bool lookAtRoot() {
+    // Only what has a name that the system does not take is staged, by another name.
+    stagingParent_ = temporaryDirectory();
+    const RootEntry now = rootEntry(result_.root);
+    switch (now) {
+      case RootEntry::NotDirectory:
+      case RootEntry::Unreadable:
+        return failAtRoot(now);
+      case RootEntry::NotEmpty:
+        return mayReplace();
+      case RootEntry::Missing:
+      case RootEntry::Empty:
+        break;
+    }
+    const auto reason = reasonNotToFill(result_.root);
+    return !reason || fail(*reason);
+  }
+
+  bool failAtRoot(RootEntry entry) {
+    return fail(entry == RootEntry::NotDirectory
+                    ? "The root " + result_.root + " is not a directory."
+                    : "The root directory " + result_.root + " cannot be read.");
+  }
+
   // From here to the end of the delivery the root is this job's, and what is found in it stays so.
   bool takeRoot() {
     stagingParent_ = Staging::parentFor(result_.root);
-    Staging::removeAbandoned(stagingParent_);
+    std::vector<std::string> removed;
+    Staging::removeAbandoned(stagingParent_, removed);
     const RootEntry before = rootEntry(result_.root);
-    if (before == RootEntry::NotDirectory) {
-      return fail("The root " + result_.root + " is not a directory.");
-    }
+    if (before == RootEntry::NotDirectory) return failAtRoot(before);
     if (!job_.claimRoot()) return fail(job_.errorText());
     if (before == RootEntry::Missing) {
       // Patients' images are nobody else's while they are worked on.
       isRootMade_ = ::chmod(result_.root.c_str(), 0700) == 0;
     }
     const RootEntry now = rootEntry(result_.root);
-    if (now == RootEntry::Unreadable) {
-      return fail("The root directory " + result_.root + " cannot be read.");
-    }
+    if (now == RootEntry::Unreadable) return failAtRoot(now);
     return now == RootEntry::Empty || mayReplace();
   }
 
@@ -148,7 +173,7 @@ class CreateJob {
                               : leaveOut(problem.path, problem.reason, problem.endsJob);
       if (!goesOn) return false;
     }
-    progress_.begin("Reading", list.files.size());
+    progress_.begin("Reading", list.files.size(), ProgressUnit::Files);
     for (std::size_t i = 0; i < list.files.size(); ++i) {
       if (!add(list.files[i], staging)) return false;
       progress_.advance(i + 1);
@@ -220,9 +245,16 @@ class CreateJob {
   }
 
   bool plan(Staging& staging) {
-    if (!options_.isMoving) job_.setCopies(staging.needsRoom());
-    if (!job_.plan()) return fail(inUsersWords(job_.errorText()));
+    if (!options_.isMoving) job_.setCopies(!options_.isDryRun && staging.needsRoom());
+    if (!(options_.isDryRun ? job_.preview() : job_.plan())) {
+      return fail(inUsersWords(job_.errorText()));
+    }
+    const DiscRoom room = job_.plannedRoom();
+    if (options_.refuseSize) {
+      if (auto reason = options_.refuseSize(room)) return fail(*reason);
+    }
     const FileSetTotals totals = job_.plannedTotals();
+    if (options_.isDryRun) tellOfDryRun(room, totals.bytesOnDisk);
     result_.patients = totals.patients;
     result_.studies = totals.studies;
     result_.series = totals.series;
@@ -234,6 +266,17 @@ class CreateJob {
     return true;
   }
 
+  void tellOfDryRun(const DiscRoom& room, std::uint64_t bytesOnDisk) {
+    result_.label = job_.plannedLabel();
+    result_.discSectors = room.MostSectors();
+    const auto free = freeBytesAt(result_.root);
+    if (!free || *free >= bytesOnDisk || options_.isMoving || options_.mayLink) return;
+    // Whether they share their blocks with the sources is found out by trying.
+    result_.remarks.push_back("The file system of " + result_.root + " has " + roomText(*free) +
+                              " free, and copies of the files take " + neededText(bytesOnDisk) +
+                              " where they cannot share that with them.");
+  }
+
   // The old file set goes away only when everything for the new one is there.
   bool layOut(Staging& staging) {
     if (!copySources(staging)) return false;
@@ -243,8 +286,10 @@ class CreateJob {
 
   bool copySources(Staging& staging) {
     const std::size_t count = job_.plannedCount();
-    progress_.begin("Copying", count);
+    progress_.begin("Copying", result_.bytes, ProgressUnit::Bytes);
+    staging.setProgress([this](std::uint64_t bytes) { progress_.advance(copiedBytes_ + bytes); });
     for (std::size_t i = 0; i < count; ++i) {
+      const std::uint64_t size = job_.plannedSize(i);
       const std::string source = job_.plannedSource(i);
       const SourceFile& file = files_.at(source);
       if (!isMoved(file)) {
@@ -256,16 +301,18 @@ class CreateJob {
         }
         if (!job_.handOver(i, copy)) return fail(replaced(job_.errorText(), source, file.path));
       }
-      progress_.advance(i + 1);
+      progress_.advance(copiedBytes_ += size);
     }
     return true;
   }
 
   void create() {
-    progress_.begin("Creating the file set", 0);
+    progress_.begin("Creating the file set", result_.bytes, ProgressUnit::Bytes);
+    job_.setProgress([this](std::uint64_t done, std::uint64_t) { progress_.advance(done); });
     isCreating_ = true;
     const bool isCreated = job_.createPlanned();
     isCreating_ = false;
+    job_.setProgress({});
     if (isCreated) {
       if (isRootMade_) ::chmod(result_.root.c_str(), usualDirectoryMode());
       result_.label = job_.label();
@@ -314,6 +361,7 @@ class CreateJob {
   bool isRootMade_ = false;
   bool isWiping_ = false;
   std::atomic<bool> isCreating_ = false;
+  std::uint64_t copiedBytes_ = 0;
   // By the path that the object knows the file by.
   std::unordered_map<std::string, SourceFile> files_;
 };

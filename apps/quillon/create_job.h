@@ -2,10 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "fileset/disc_room.h"
 
 namespace quillon::cli {
 
@@ -26,7 +29,12 @@ struct CreateOptions {
   bool isStrict = false;
   // The objects may be hard links to the sources: nobody will have the file set after this job.
   bool mayLink = false;
+  // Everything is looked at and nothing changed.
+  bool isDryRun = false;
   bool showsProgress = true;
+  // Asked when it is known what the file set takes, before anything is copied or moved: a sentence
+  // ends the job. May be empty.
+  std::function<std::optional<std::string>(const DiscRoom& room)> refuseSize;
 };
 
 struct PassedOver {
@@ -36,12 +44,14 @@ struct PassedOver {
 
 struct CreateResult {
   std::string root;
+  bool isDryRun = false;
   // Of what is in the file set.
   std::size_t patients = 0;
   std::size_t studies = 0;
   std::size_t series = 0;
   std::size_t objects = 0;
   std::uint64_t bytes = 0;
+  std::uint64_t discSectors = 0;  // that a disc needs, at the most; told of a dry run
   std::string label;
   std::vector<PassedOver> passedOver;
   std::optional<std::string> error;  // the sentence of a job that failed

@@ -8,12 +8,15 @@
 
 #include "disc_progress_scope.h"
 #include "foundation/text.h"
+#include "interrupt_guard.h"
 #include "json_output.h"
 #include "media_job.h"
+#include "medium_questions.h"
 #include "platform/disc_recorders.h"
 #include "platform/services.h"
 #include "platform/virtual_discs.h"
 #include "result_output.h"
+#include "terminal_text.h"
 
 namespace quillon::cli {
 
@@ -22,11 +25,16 @@ namespace {
 using platform::DiscRecorderStatus;
 
 constexpr const char* kFooter =
-    R"(The value Service of the registry says which recorders there are: optical drives, or virtual
-recorders, which are directories below $QUILLON_RECORDERS (by default ~/.local/share/quillon/recorders)
-and hold their discs as images that can be mounted.
+    R"(The recorders are the optical drives. Virtual recorders are there on request alone: when
+$QUILLON_RECORDERS names a directory for them, when the value Service of the registry is "virtual"
+(then below ~/.local/share/quillon/recorders), or by name. They are directories and hold their discs
+as images that can be mounted. Without --recorder a command means the first recorder that writes.
 
 Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
+constexpr const char* kNoRecorder =
+    "There is no recorder: no drive was found, and virtual recorders are there when "
+    "QUILLON_RECORDERS "
+    "names a directory for them.";
 constexpr const char* kExitFooter = "Exit status: 0 done, 1 the job failed, 2 wrong usage.";
 
 struct Options {
@@ -97,8 +105,13 @@ int runList(const Options& options) {
     out += options.isJson ? "{" + jsonOf(status) + "}" : textOf(status);
     separator = options.isJson ? "," : "\n";
   }
-  if (options.isJson) out = jsonObject("\"recorders\":[" + out + "],", error);
-  return finish(Output::of(options.isJson, std::move(out)), error, {});
+  std::vector<std::string> remarks;
+  if (options.isJson) {
+    out = jsonObject("\"recorders\":[" + out + "],", error);
+  } else if (!error && recorders.empty()) {
+    remarks.push_back(kNoRecorder);
+  }
+  return finish(Output::of(options.isJson, std::move(out)), error, remarks);
 }
 
 // What the media object says of the disc.
@@ -108,7 +121,8 @@ struct Answers {
   std::string reason;  // for a missing or a negative answer
 };
 
-Answers askObject() {
+Answers askObject(const DiscRecorderStatus& status) {
+  platform::chooseDiscRecorder(status.name);
   MediaJob job;
   Answers answers;
   answers.holdsData = job.holdsRewritableData();
@@ -116,18 +130,20 @@ Answers askObject() {
   answers.isRecordable = answers.holdsData && job.isRecordable();
   if (answers.holdsData && !answers.isRecordable) answers.reason = job.errorText();
   answers.reason.resize(answers.reason.find_last_not_of('\n') + 1);
+  if (answers.reason.empty()) return answers;
+  // The object has one sentence for a missing disc, a full one and a pressed one.
+  if (auto reason = reasonNotToRecord(status)) answers.reason = std::move(*reason);
   return answers;
 }
 
 std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
 
 int runStatus(const Options& options) {
-  std::vector<DiscRecorderStatus> recorders;
-  std::optional<std::string> error = errorOf(platform::listDiscRecorders(recorders));
-  if (!error && recorders.empty()) error = "There is no recorder.";
+  DiscRecorderStatus status;
+  const std::optional<std::string> error =
+      errorOf(platform::describeDiscRecorder(options.recorder, status));
   if (error) return finishBare(options, error);
-  const Answers answers = askObject();
-  const DiscRecorderStatus& status = recorders.front();
+  const Answers answers = askObject(status);
   std::string out;
   if (options.isJson) {
     out = jsonOf(status) + ",";
@@ -152,12 +168,21 @@ std::optional<std::string> reasonNotToInsert() {
   for (const DiscRecorderStatus& status : recorders) {
     if (status.isVirtual) return std::nullopt;
   }
-  return "There is no virtual recorder: the service is configured for others.";
+  return "The service has no virtual recorders: --recorder names one, and QUILLON_RECORDERS the "
+         "directory of all.";
 }
 
 int runInsert(const Options& options) {
-  std::optional<std::string> error = reasonNotToInsert();
-  if (!error) error = errorOf(platform::insertVirtualDisc(options.recorder, options.disc));
+  std::optional<std::string> error;
+  if (options.recorder.empty()) error = reasonNotToInsert();
+  if (!error) {
+    const platform::DiscResult result = platform::insertVirtualDisc(options.recorder, options.disc);
+    error = errorOf(result);
+    if (result.code == HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS)) {
+      error->pop_back();
+      *error += "; quillon disc eject takes it out.";
+    }
+  }
   platform::VirtualRecorderStatus status;
   if (!error) error = errorOf(platform::virtualRecorderStatus(options.recorder, status));
   std::string out;
@@ -185,6 +210,8 @@ int runEject(const Options& options) {
     out = jsonObject(member("image", jsonTextOrNull(image)), error);
   } else if (!image.empty()) {
     out = "Image:     " + image + "\n";
+  } else if (!error) {
+    out = hadDisc ? "The disc is out.\n" : "There was no disc to take out.\n";
   }
   return finish(Output::of(options.isJson, std::move(out)), error, {});
 }
@@ -194,6 +221,8 @@ int runErase(const Options& options) {
   {
     ProgressBar bar(!options.isQuiet);
     const DiscProgressScope progress(bar);
+    const InterruptGuard guard([&progress] { sayBelowProgress(endDiscWork(progress)); },
+                               kPatienceWithDrive);
     error = errorOf(platform::eraseDisc(options.recorder, options.isFull));
   }
   return finishBare(options, error);
@@ -212,7 +241,7 @@ CLI::App* addVerb(CLI::App& disc, const char* name, const char* description, Run
 
 void addRecorderOption(CLI::App& verb, Options& options) {
   verb.add_option("--recorder", options.recorder,
-                  "Name of the recorder, as list shows it (default: the first)")
+                  "Name of the recorder, as list shows it (default: the first that writes)")
       ->type_name("NAME");
 }
 
@@ -244,8 +273,10 @@ void addDiscCommand(CLI::App& program, int& exitStatus) {
     return addVerb(*disc, name, description, run, options, exitStatus);
   };
   add("list", "Lists the recorders and the discs in them", runList);
-  add("status", "Tells about the first recorder, and whether its disc holds data and is recordable",
-      runStatus);
+  addRecorderOption(
+      *add("status", "Tells about a recorder, and whether its disc holds data and is recordable",
+           runStatus),
+      *options);
   CLI::App* insert = add("insert", "Puts a disc into a virtual recorder", runInsert);
   addRecorderOption(*insert, *options);
   addInsertOptions(*insert, options->disc);

@@ -1,8 +1,13 @@
 #include "disc_progress_scope.h"
 
+#include "platform/disc_interruption.h"
+#include "terminal_text.h"
+
 namespace quillon::cli {
 
 namespace {
+
+constexpr std::uint64_t kSectorBytes = 2048;
 
 const char* activityOf(platform::DiscStage stage) {
   switch (stage) {
@@ -24,12 +29,22 @@ DiscProgressScope::DiscProgressScope(ProgressBar& bar) : bar_(bar) {
 
 DiscProgressScope::~DiscProgressScope() { platform::SetDiscProgress({}); }
 
+std::string endDiscWork(const DiscProgressScope& progress) {
+  sayBelowProgress("Ending the work of the drive; a second signal leaves it as it is.");
+  std::string told = platform::StopDiscOperations();
+  if (!told.empty()) return told;
+  return progress.hasBegun() ? "The drive had ended its work on the disc already."
+                             : "The disc was not changed.";
+}
+
 void DiscProgressScope::show(const platform::DiscProgress& progress) {
+  hasBegun_ = true;
   if (stage_ != progress.stage) {
     stage_ = progress.stage;
-    bar_.begin(activityOf(progress.stage), progress.sectorsTotal);
+    bar_.begin(activityOf(progress.stage), progress.sectorsTotal * kSectorBytes,
+               ProgressUnit::Bytes);
   }
-  bar_.advance(progress.sectorsDone);
+  bar_.advance(progress.sectorsDone * kSectorBytes);
 }
 
 }  // namespace quillon::cli

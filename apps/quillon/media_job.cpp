@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <fstream>
+#include <iterator>
+#include <utility>
 
 #include "foundation/scoped_bstr.h"
 #include "foundation/text.h"
@@ -130,6 +133,16 @@ void MediaJob::setCopies(bool needRoom) {
 
 bool MediaJob::plan() { return object_.Builder().PlanFileSet({}, {}); }
 
+bool MediaJob::preview() { return object_.Builder().PreviewFileSet({}, {}); }
+
+DiscRoom MediaJob::plannedRoom() { return object_.Builder().PlannedRoom(); }
+
+std::string MediaJob::plannedLabel() { return narrow(object_.Builder().PlannedLabel()); }
+
+std::uint64_t MediaJob::plannedSize(std::size_t index) {
+  return object_.Builder().PlannedSize(index);
+}
+
 FileSetTotals MediaJob::plannedTotals() { return object_.Builder().PlannedTotals(); }
 
 std::size_t MediaJob::plannedCount() { return object_.Builder().PlannedCount(); }
@@ -149,6 +162,10 @@ std::vector<std::string> MediaJob::labelRemarks() {
 }
 
 bool MediaJob::createPlanned() { return object_.Builder().CreatePlannedFileSet(); }
+
+void MediaJob::setProgress(std::function<void(std::uint64_t, std::uint64_t)> progress) {
+  object_.Builder().progress = std::move(progress);
+}
 
 bool MediaJob::setVolume(std::string_view name) {
   const ScopedBstr text(wide(name));
@@ -209,6 +226,18 @@ void MediaJob::wipe(bool removesAll, std::string& asideDirectory) {
   Text aside;
   object_.Builder().Wipe(removesAll, aside);
   asideDirectory = narrow(aside);
+}
+
+std::string labelOfFileSet(const std::string& root) {
+  std::ifstream file(root + "/LABEL.TXT", std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  Text text;
+  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+    text += static_cast<OLECHAR>(static_cast<unsigned char>(bytes[i]) |
+                                 static_cast<unsigned char>(bytes[i + 1]) << 8);
+  }
+  if (text.ends_with(OLESTR('\n'))) text.pop_back();
+  return narrow(text);
 }
 
 std::string temporaryDirectory() {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,13 +52,21 @@ class MediaJob {
   void setCopies(bool needRoom);
   // False when the file set cannot be created; nothing has been changed.
   bool plan();
+  // The same for a look at it alone: nothing is changed then either, and the root is not taken.
+  bool preview();
   [[nodiscard]] FileSetTotals plannedTotals();
+  [[nodiscard]] DiscRoom plannedRoom();
+  [[nodiscard]] std::string plannedLabel();
   [[nodiscard]] std::size_t plannedCount();
   [[nodiscard]] std::string plannedSource(std::size_t index);
+  [[nodiscard]] std::uint64_t plannedSize(std::size_t index);
   bool handOver(std::size_t index, std::string_view copy);
   // Lines that the label leaves out.
   [[nodiscard]] std::vector<std::string> labelRemarks();
   bool createPlanned();
+
+  // Told how far a creation or a copy to a directory is; empty for nobody.
+  void setProgress(std::function<void(std::uint64_t doneBytes, std::uint64_t totalBytes)> progress);
 
   // False for a name that is too long.
   bool setVolume(std::string_view name);
@@ -97,6 +106,9 @@ class MediaJob {
   ComScope com_;  // outlives the object
   CQuillonMediaRW object_;
 };
+
+// What the label of a finished file set says; empty when it has none.
+std::string labelOfFileSet(const std::string& root);
 
 // The platform's temporary directory, with its separator; empty when there is none.
 std::string temporaryDirectory();

@@ -48,18 +48,26 @@ bool PrivateRoot::make(bool isMoving, std::string& sentence) {
 
 std::string PrivateRoot::root() const { return directory_.path() + "/" + kRootName; }
 
+std::string PrivateRoot::exampleOfRoot() {
+  return temporaryDirectory() + kPrefix + "dry-run/" + kRootName;
+}
+
+void PrivateRoot::keep() const {
+  if (!directory_.path().empty()) mark(fs::path(directory_.path()) / kKept);
+}
+
 void PrivateRoot::end(bool isKept) {
   if (directory_.path().empty()) return;
   std::error_code error;
   const fs::path path(directory_.path());
   if (isKept || holdsFile(path)) {
-    mark(path / kKept);
+    keep();
   } else {
     fs::remove_all(path, error);
   }
 }
 
-std::vector<std::string> PrivateRoot::removeAbandoned() {
+std::vector<std::string> PrivateRoot::removeAbandoned(std::vector<std::string>& removed) {
   std::vector<std::string> stayed;
   HeldDirectory::forEachAbandoned(temporaryDirectory(), kPrefix, [&](const fs::path& path) {
     std::error_code error;
@@ -67,6 +75,7 @@ std::vector<std::string> PrivateRoot::removeAbandoned() {
     const bool isMoved = fs::exists(path / kMoved, error);
     if (!(isKept || isMoved) || !holdsFile(path)) {
       fs::remove_all(path, error);
+      if (!error) removed.push_back(path.string());
     } else if (!isKept) {
       stayed.push_back("The objects of a job that did not finish stay in " + path.string() +
                        ": they may be the only copies of files.");

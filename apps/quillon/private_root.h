@@ -19,12 +19,17 @@ class PrivateRoot {
   // isMoving: the job moves the user's files into the root. False with a sentence.
   bool make(bool isMoving, std::string& sentence);
   [[nodiscard]] std::string root() const;
+  // Such a root, for a look at what would be: it is not there.
+  static std::string exampleOfRoot();
   // At the end of the job: goes away, or stays because the file set in it does.
   void end(bool isKept);
 
-  // Removes what killed jobs left. Answers a sentence for each directory that stays because it may
-  // hold the only copies of files.
-  static std::vector<std::string> removeAbandoned();
+  // The file set in it stays, whatever becomes of this process.
+  void keep() const;
+
+  // Removes what killed jobs left; `removed` gets the paths. Answers a sentence for each directory
+  // that stays because it may hold the only copies of files.
+  static std::vector<std::string> removeAbandoned(std::vector<std::string>& removed);
 
  private:
   HeldDirectory directory_;

@@ -1,7 +1,9 @@
 #include "publish_command.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "create_command.h"
 #include "media_job.h"
@@ -21,6 +23,9 @@ constexpr const char* kFooter =
 is given. While the file set is made it may share its bytes with them, because it goes away again
 when it has been written; with --keep it is made of copies.
 
+The recorder or the directory is asked before a file is read whether it takes a file set, and before
+one is copied whether it has the room: what is refused then leaves nothing behind.
+
 When the writing fails the file set is kept in its root directory: quillon write writes it without
 doing the rest again. With --overwrite and --to what the file set brings takes the place of what has
 the same name in the directory.
@@ -32,6 +37,7 @@ struct CommandOptions {
   WriteOptions write;
   bool isJson = false;
   bool isQuiet = false;
+  bool hasExampleRoot = false;  // nobody's, for a look
   std::string logFile;
 };
 
@@ -54,21 +60,31 @@ bool giveOwnBytes(const std::string& root) {
   return !error;
 }
 
-int publish(CommandOptions& options, std::vector<std::string> remarks, CreateResult& created,
-            WriteResult& written) {
-  if (auto reason = reasonNotToWrite(options.write, options.create.sources)) {
+int publish(CommandOptions& options, std::vector<std::string> remarks,
+            std::function<void()> keepRoot, WriteResult& written) {
+  CreateResult created;
+  MediaJob job;
+  Delivery delivery(options.write, job, std::move(keepRoot));
+  if (auto reason = delivery.refuse(options.create.sources)) {
     created.error = std::move(reason);
+    created.isDryRun = options.create.isDryRun;
   } else {
-    MediaJob job;
+    options.create.refuseSize = [&delivery](const DiscRoom& room) {
+      return delivery.refuseSize(room);
+    };
     created = createFileSet(options.create, job);
-    if (!created.error) {
-      written = writeFileSet(options.write, job);
-      if (options.create.mayLink && written.isKept && !giveOwnBytes(written.root)) {
-        written.remarks.emplace_back(
-            "Files of the file set still share their bytes with the sources.");
-      }
+  }
+  if (created.error || options.create.isDryRun) {
+    written = delivery.result();
+    written.error.reset();
+  } else {
+    written = delivery.run();
+    if (options.create.mayLink && written.isKept && !giveOwnBytes(written.root)) {
+      written.remarks.emplace_back(
+          "Files of the file set still share their bytes with the sources.");
     }
   }
+  if (options.hasExampleRoot) created.root.clear();
   const auto& error = created.error ? created.error : written.error;
   std::string output = options.isJson ? jsonMembers(created) : plainText(created);
   if (options.isJson) {
@@ -87,19 +103,24 @@ int runPublish(CommandOptions& options) {
   }
   options.create.showsProgress = options.write.showsProgress = !options.isQuiet;
   options.create.mayLink = !options.write.isKeeping && !options.write.isSimulating;
-  CreateResult created;
+  options.write.isDryRun = options.create.isDryRun;
   WriteResult written;
   // Two jobs that name no root must not meet in one.
   PrivateRoot own;
   std::vector<std::string> remarks;
-  if (!options.create.root) {
-    remarks = PrivateRoot::removeAbandoned();
+  if (!options.create.root && options.create.isDryRun) {
+    options.create.root = PrivateRoot::exampleOfRoot();
+    options.hasExampleRoot = true;
+  } else if (!options.create.root) {
+    std::vector<std::string> removed;
+    remarks = PrivateRoot::removeAbandoned(removed);
     std::string sentence;
     if (!own.make(options.create.isMoving, sentence)) return finish({}, sentence, {});
     options.create.root = own.root();
   }
   options.write.root = options.create.root;
-  const int status = publish(options, std::move(remarks), created, written);
+  const int status = publish(
+      options, std::move(remarks), [&own] { own.keep(); }, written);
   own.end(written.isKept);
   return status;
 }
@@ -112,6 +133,7 @@ void addPublishCommand(CLI::App& program, int& exitStatus) {
       "publish", "Collects DICOM files and writes them to a disc or a directory as a file set");
   addCreateOptions(*command, options->create);
   addWriteOptions(*command, options->write);
+  addDryRunOption(*command, options->create.isDryRun);
   command->add_flag("--json", options->isJson, "Print the result as one JSON object");
   command->add_flag("--quiet", options->isQuiet, "Show no progress");
   command->add_option("--log", options->logFile, "Append the toolkit's log lines to a file")

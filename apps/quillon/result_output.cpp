@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "disc_kinds.h"
 #include "json_output.h"
 #include "terminal_text.h"
 
@@ -34,6 +35,39 @@ std::string singleLine(std::string text) {
 
 std::string jsonBool(bool value) { return value ? "true" : "false"; }
 
+// ---- what a dry run tells beside
+
+constexpr const char* kDryRunLine = "Dry run:   nothing is changed\n";
+
+std::string fitsText(std::uint64_t sectors) {
+  const std::string kinds = textOfKindsThatHold(sectors);
+  return "Fits:      " + (kinds.empty() ? "no kind of disc" : kinds) + "\n";
+}
+
+// 0 sectors when it failed before they were known.
+std::string dryRunMembers(std::uint64_t sectors) {
+  std::string kinds;
+  if (sectors > 0) {
+    for (const std::string_view kind : kindsThatHold(sectors)) {
+      kinds += (kinds.empty() ? "" : ",") + jsonString(kind);
+    }
+  }
+  return "\"dry_run\":true," + member("disc_sectors", std::to_string(sectors)) + "\"fits\":[" +
+         kinds + "],";
+}
+
+std::string targetText(const WriteResult& result) {
+  if (result.target) return *result.target;
+  const std::string text = "disc " + result.volume + " in " + result.recorder;
+  if (!result.isVirtual) return text;
+  if (result.image.empty()) return text + ", a virtual recorder";
+  return text + ", an image: " + result.image;
+}
+
+std::string jsonTextOrNull(const std::string& text) {
+  return text.empty() ? "null" : jsonString(text);
+}
+
 }  // namespace
 
 Output Output::forReaders(std::string_view text) { return Output(forTerminal(text)); }
@@ -41,14 +75,16 @@ Output Output::asItIs(std::string bytes) { return Output(std::move(bytes)); }
 
 std::string plainText(const CreateResult& result) {
   std::string out;
+  if (!result.error && result.isDryRun) out += kDryRunLine;
   if (!result.error) {
-    out += "Root:      " + result.root + "\n";
+    if (!result.root.empty()) out += "Root:      " + result.root + "\n";
     out += "Patients:  " + std::to_string(result.patients) + "\n";
     out += "Studies:   " + std::to_string(result.studies) + "\n";
     out += "Series:    " + std::to_string(result.series) + "\n";
     out += "Objects:   " + std::to_string(result.objects) + "\n";
     out += "Bytes:     " + std::to_string(result.bytes) + "\n";
     out += "Label:\n" + indented(result.label, "  ") + "\n";
+    if (result.isDryRun) out += fitsText(result.discSectors);
   }
   if (!result.passedOver.empty()) {
     out += "Passed over:\n";
@@ -61,16 +97,25 @@ std::string plainText(const CreateResult& result) {
 
 std::string plainText(const WriteResult& result) {
   if (result.error) return {};
-  std::string out = result.isSimulated ? "Test run:  " : "Written:   ";
-  out += result.target ? *result.target : "disc " + result.volume;
-  out += "\n";
+  std::string out;
+  if (result.found) {
+    out += kDryRunLine;
+    out += "Root:      " + result.root + "\n";
+    out += "Files:     " + std::to_string(result.found->files) + "\n";
+    out += "Bytes:     " + std::to_string(result.found->bytes) + "\n";
+    out += "Label:\n" + indented(result.found->label, "  ") + "\n";
+    out += fitsText(result.found->discSectors);
+  }
+  if (result.isDryRun) return out + "Target:    " + targetText(result) + "\n";
+  out += result.isSimulated ? "Test run:  " : "Written:   ";
+  out += targetText(result) + "\n";
   if (result.isKept) out += "Kept:      " + result.root + "\n";
   return out;
 }
 
 std::string jsonMembers(const CreateResult& result) {
   const auto number = [](auto value) { return std::to_string(value); };
-  std::string out = member("root", jsonString(result.root));
+  std::string out = member("root", jsonTextOrNull(result.root));
   out += member("patients", number(result.patients));
   out += member("studies", number(result.studies));
   out += member("series", number(result.series));
@@ -84,11 +129,21 @@ std::string jsonMembers(const CreateResult& result) {
     out += "{\"path\":" + jsonString(one.path) + ",\"reason\":" + jsonString(one.reason) + "}";
     separator = ",";
   }
-  return out + "],";
+  out += "],";
+  return result.isDryRun ? out + dryRunMembers(result.discSectors) : out;
+}
+
+std::string jsonMembers(const FoundSet& found) {
+  return member("files", std::to_string(found.files)) +
+         member("bytes", std::to_string(found.bytes)) + member("label", jsonString(found.label)) +
+         dryRunMembers(found.discSectors);
 }
 
 std::string jsonMembers(const WriteResult& result) {
-  return member("to", result.target ? jsonString(*result.target) : std::string("null")) +
+  return (result.found ? jsonMembers(*result.found) : "") +
+         member("to", result.target ? jsonString(*result.target) : std::string("null")) +
+         member("recorder", jsonTextOrNull(result.recorder)) +
+         member("image", jsonTextOrNull(result.image)) +
          member("volume", jsonString(result.volume)) +
          member("simulated", jsonBool(result.isSimulated)) +
          member("written", jsonBool(result.isWritten)) + member("kept", jsonBool(result.isKept));

@@ -37,6 +37,7 @@ std::string plainText(const WriteResult& result);
 
 // Members of a JSON object, each with a comma behind it.
 std::string jsonMembers(const CreateResult& result);
+std::string jsonMembers(const FoundSet& found);
 // Without the root, which a creation has named already.
 std::string jsonMembers(const WriteResult& result);
 // The members and the error, as a line.

@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <vector>
 
 #include "terminal_text.h"
 
@@ -22,7 +21,8 @@ namespace {
 
 constexpr const char* kPrefix = ".quillon-";
 constexpr std::size_t kBlockBytes = std::size_t{1} << 20;
-constexpr std::size_t kRangeBytes = std::size_t{1} << 30;
+// Often enough for somebody who watches.
+constexpr std::size_t kRangeBytes = std::size_t{8} << 20;
 
 class FileHandle {
  public:
@@ -56,18 +56,6 @@ bool writeAll(int fd, const char* bytes, std::size_t count) {
   return true;
 }
 
-// Both files stand where an earlier, interrupted way of copying left them.
-bool copyByReading(int source, int copy) {
-  std::vector<char> block(kBlockBytes);
-  for (;;) {
-    const ssize_t got = ::read(source, block.data(), block.size());
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) return false;
-    if (got == 0) return true;
-    if (!writeAll(copy, block.data(), static_cast<std::size_t>(got))) return false;
-  }
-}
-
 bool isWritableDirectory(const fs::path& path) { return access(path.c_str(), W_OK | X_OK) == 0; }
 
 }  // namespace
@@ -89,10 +77,11 @@ std::string Staging::parentFor(const std::string& root) {
   return path.string();
 }
 
-void Staging::removeAbandoned(const std::string& parent) {
-  HeldDirectory::forEachAbandoned(parent, kPrefix, [](const std::string& path) {
+void Staging::removeAbandoned(const std::string& parent, std::vector<std::string>& removed) {
+  HeldDirectory::forEachAbandoned(parent, kPrefix, [&removed](const std::string& path) {
     std::error_code error;
     fs::remove_all(path, error);
+    if (!error) removed.push_back(path);
   });
 }
 
@@ -167,16 +156,31 @@ bool Staging::copyFile(int source, int copy) {
     if (ioctl(copy, FICLONE, source) == 0) return true;
     canClone_ = false;
   }
+  std::uint64_t done = 0;
   for (;;) {
     const ssize_t copied = copy_file_range(source, nullptr, copy, nullptr, kRangeBytes, 0);
     if (copied == 0) break;
+    if (copied > 0) report(done += static_cast<std::uint64_t>(copied));
     if (copied > 0 || errno == EINTR) continue;
     if (errno == ENOSPC || errno == EDQUOT || errno == EIO || errno == EFBIG) return false;
     break;
   }
   // Some file systems answer 0 or refuse where there is something to copy; at the end of the file
   // this reads nothing.
-  return copyByReading(source, copy);
+  return copyByReading(source, copy, done);
+}
+
+// Both files stand where an earlier, interrupted way of copying left them.
+bool Staging::copyByReading(int source, int copy, std::uint64_t done) {
+  std::vector<char> block(kBlockBytes);
+  for (;;) {
+    const ssize_t got = ::read(source, block.data(), block.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return false;
+    if (got == 0) return true;
+    if (!writeAll(copy, block.data(), static_cast<std::size_t>(got))) return false;
+    report(done += static_cast<std::uint64_t>(got));
+  }
 }
 
 void Staging::remove() {

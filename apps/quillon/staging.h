@@ -4,8 +4,12 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <mutex>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "held_directory.h"
 
@@ -17,8 +21,8 @@ class Staging {
   // into the file set by renaming. Beside the root when that is possible, else in it.
   static std::string parentFor(const std::string& root);
 
-  // Removes what jobs that were killed left there.
-  static void removeAbandoned(const std::string& parent);
+  // Removes what jobs that were killed left there; `removed` gets the paths.
+  static void removeAbandoned(const std::string& parent, std::vector<std::string>& removed);
 
   // mayLink: copies may be hard links, for a file set that goes away in the same job.
   Staging(std::string parent, bool mayLink) : parent_(std::move(parent)), mayLink_(mayLink) {}
@@ -29,6 +33,11 @@ class Staging {
   // Shares the blocks with the source where the file system can (later writes to either do not
   // reach the other), and copies the bytes otherwise. False with a reason that ends in ".".
   bool copyIn(const std::string& source, std::string& copy, std::string& reason);
+
+  // Told how many bytes of the file that is being copied are done, often.
+  void setProgress(std::function<void(std::uint64_t bytes)> progress) {
+    progress_ = std::move(progress);
+  }
 
   // A second name, short and plain, for a file whose own the system cannot take: a symbolic link.
   bool nameIn(const std::string& source, std::string& name, std::string& reason);
@@ -47,6 +56,10 @@ class Staging {
   bool makeDirectory(std::string& reason);
   std::string nextName();
   bool copyFile(int source, int copy);
+  bool copyByReading(int source, int copy, std::uint64_t done);
+  void report(std::uint64_t bytes) const {
+    if (progress_) progress_(bytes);
+  }
 
   std::mutex mutex_;  // of the directory's making and removal; never held while a file is read
   std::string parent_;
@@ -54,6 +67,7 @@ class Staging {
   HeldDirectory directory_;
   std::size_t count_ = 0;
   bool canClone_ = true;
+  std::function<void(std::uint64_t)> progress_;
   std::atomic<bool> isRemoved_ = false;
 };
 

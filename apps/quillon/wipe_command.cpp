@@ -1,5 +1,6 @@
 #include "wipe_command.h"
 
+#include <filesystem>
 #include <memory>
 #include <vector>
 
@@ -29,15 +30,22 @@ struct CommandOptions {
   bool isJson = false;
 };
 
+bool isThere(const std::string& path) {
+  std::error_code error;
+  return !path.empty() && std::filesystem::exists(path, error);
+}
+
 // A sentence when there is something left, or nothing was done.
+// `removed`: what was there and no longer is.
 std::optional<std::string> wipe(const CommandOptions& options, std::string& root,
-                                std::vector<std::string>& remarks) {
+                                std::vector<std::string>& remarks,
+                                std::vector<std::string>& removed) {
   MediaJob job;
   if (options.root && options.root->empty()) return "The root directory has no name.";
   if (options.root && !job.setRoot(absoluteRoot(*options.root))) return job.errorText();
   root = job.root();
-  Staging::removeAbandoned(Staging::parentFor(root));
-  if (!options.root) remarks = PrivateRoot::removeAbandoned();
+  Staging::removeAbandoned(Staging::parentFor(root), removed);
+  if (!options.root) remarks = PrivateRoot::removeAbandoned(removed);
   const RootEntry before = rootEntry(root);
   if (before == RootEntry::NotDirectory) return "The root " + root + " is not a directory.";
   if (before != RootEntry::Missing) {
@@ -49,12 +57,17 @@ std::optional<std::string> wipe(const CommandOptions& options, std::string& root
     return "The directory " + root +
            " is not wiped: it holds no DICOMDIR. With --force it is wiped all the same.";
   }
+  const std::string temporary = temporaryJobDirectory();
+  const bool hadTemporary = isThere(temporary);
   std::string asideDirectory;
   job.wipe(options.isForced, asideDirectory);
   if (!asideDirectory.empty()) {
     remarks.push_back("The objects of a job that did not finish are set aside in " +
                       asideDirectory + ", where UNFINISHED.TXT names them.");
+  } else if (before != RootEntry::Missing && !isThere(root)) {
+    removed.push_back(root);
   }
+  if (hadTemporary && !isThere(temporary)) removed.push_back(temporary);
   if (rootEntry(root) == RootEntry::Missing) return std::nullopt;
   return job.rootState() == RootState::Unfinished
              ? job.unfinishedText()
@@ -64,9 +77,15 @@ std::optional<std::string> wipe(const CommandOptions& options, std::string& root
 int runWipe(const CommandOptions& options) {
   std::string root;
   std::vector<std::string> remarks;
-  const std::optional<std::string> error = wipe(options, root, remarks);
+  std::vector<std::string> removed;
+  const std::optional<std::string> error = wipe(options, root, remarks, removed);
   std::string output;
-  if (options.isJson) output = jsonObject("\"root\":" + jsonString(root) + ",", error);
+  if (options.isJson) {
+    output = jsonObject("\"root\":" + jsonString(root) + ",", error);
+  } else {
+    for (const std::string& path : removed) output += "Removed:   " + path + "\n";
+    if (!error && removed.empty() && remarks.empty()) output = "There is nothing to remove.\n";
+  }
   return finish(Output::of(options.isJson, std::move(output)), error, remarks);
 }
 

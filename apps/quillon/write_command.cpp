@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "create_command.h"
 #include "json_output.h"
 #include "media_job.h"
 #include "result_output.h"
@@ -20,7 +21,9 @@ A directory given with --to must be empty or new, and lie neither in the root di
 it. With --overwrite what the file set brings takes the place of what has the same name there, whole
 directories included; the rest stays.
 
-A rewritable disc that holds data is erased first.
+The disc is written in the first recorder that writes, or in the one of --recorder. Before anything
+is written the recorder is asked for its disc, and the directory for room: what is certain not to
+fit is refused at once. A rewritable disc that holds data is erased first.
 
 Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 
@@ -33,7 +36,7 @@ struct CommandOptions {
 int runWrite(CommandOptions& options) {
   options.job.showsProgress = !options.isQuiet;
   MediaJob mediaJob;
-  const WriteResult result = writeFileSet(options.job, mediaJob);
+  const WriteResult result = Delivery(options.job, mediaJob).run();
   std::string output =
       options.isJson ? jsonObject("\"root\":" + jsonString(result.root) + "," + jsonMembers(result),
                                   result.error)
@@ -51,6 +54,12 @@ void addWriteOptions(CLI::App& command, WriteOptions& job) {
       .add_flag("--overwrite", job.isOverwriting,
                 "Replace what is in the way in a directory that is not empty")
       ->needs(target);
+  command
+      .add_option("--recorder", job.recorder,
+                  "Name of the recorder, as quillon disc list shows it (default: the first that "
+                  "writes)")
+      ->type_name("NAME")
+      ->excludes(target);
   command.add_option("--volume", job.volume, "Volume name of the disc (default: Quillon)")
       ->type_name("NAME")
       ->excludes(target);
@@ -72,12 +81,13 @@ void addWriteOptions(CLI::App& command, WriteOptions& job) {
 void addWriteCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<CommandOptions>();
   CLI::App* command = program.add_subcommand(
-      "write", "Writes a file set to the disc in the first recorder, or copies it to a directory");
+      "write", "Writes a file set to the disc in a recorder, or copies it to a directory");
   command
       ->add_option("--root", options->job.root,
                    "Directory of the file set (default: DICOM in the temporary directory)")
       ->type_name("DIR");
   addWriteOptions(*command, options->job);
+  addDryRunOption(*command, options->job.isDryRun);
   command->add_flag("--json", options->isJson, "Print the result as one JSON object");
   command->add_flag("--quiet", options->isQuiet, "Show no progress");
   command->footer(kFooter);

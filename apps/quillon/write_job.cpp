@@ -1,16 +1,19 @@
 #include "write_job.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstdio>
+#include <chrono>
 #include <filesystem>
+#include <utility>
 
 #include "create_job.h"
 #include "disc/imapi_version.h"
 #include "disc_progress_scope.h"
+#include "foundation/text.h"
 #include "interrupt_guard.h"
 #include "media_job.h"
-#include "progress_bar.h"
+#include "medium_questions.h"
+#include "platform/services.h"
+#include "platform/virtual_discs.h"
 #include "root_guard.h"
 #include "source_walk.h"
 #include "terminal_text.h"
@@ -21,190 +24,279 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class WriteJob {
- public:
-  WriteJob(const WriteOptions& options, MediaJob& job)
-      : options_(options), job_(job), progress_(options.showsProgress) {}
+constexpr std::chrono::seconds kPatienceWithFiles{30};
 
-  // What can be said before there is a file set.
-  std::optional<std::string> check(const std::vector<std::string>& sources) {
-    if (applySettings() && checkTarget(sources) && checkTestRun()) checkWipe(sources);
-    return result_.error;
-  }
-
-  WriteResult run() {
-    if (!check({}) && takeFileSet() && makeRoom()) {
-      const InterruptGuard guard([this] { interrupted(); });
-      deliver();
-      progress_.clear();
-      if (result_.isWritten && !staysWhenWritten()) wipe();
-    }
-    result_.isKept = rootEntry(result_.root) == RootEntry::NotEmpty;
-    return std::move(result_);
-  }
-
- private:
-  bool fail(std::string sentence) {
-    result_.error = std::move(sentence);
-    return false;
-  }
-
-  // After a test run the set is still the only one.
-  [[nodiscard]] bool staysWhenWritten() const {
-    return options_.isKeeping || options_.isSimulating;
-  }
-
-  bool applySettings() {
-    if (options_.root && !job_.setRoot(absoluteRoot(*options_.root))) return fail(job_.errorText());
-    if (options_.root && options_.root->empty()) return fail("The root directory has no name.");
-    result_.root = job_.root();
-    result_.isSimulated = options_.isSimulating;
-    result_.volume = options_.volume.value_or("Quillon");
-    if (options_.volume && !job_.setVolume(*options_.volume)) {
-      return fail("The volume name " + *options_.volume + " has more than 32 characters.");
-    }
-    job_.setRecording(options_.isSimulating, options_.hasFullErase, options_.isEjecting);
-    if (!options_.target) return true;
-    result_.target = absoluteRoot(*options_.target);
-    return job_.setTarget(*result_.target) || fail(job_.errorText());
-  }
-
-  bool checkTarget(const std::vector<std::string>& sources) {
-    if (!result_.target) return true;
-    const std::string& target = *result_.target;
-    const std::string temporary = temporaryJobDirectory();
-    if (!temporary.empty() && liesWithin(target, temporary)) {
-      return fail("The directory " + target + " lies in " + temporary +
-                  ", which every job removes.");
-    }
-    if (liesWithin(target, result_.root)) {
-      return fail("The directory " + target + " lies in the root directory " + result_.root + ".");
-    }
-    if (liesWithin(result_.root, target)) {
-      return fail("The root directory " + result_.root + " lies in the directory " + target + ".");
-    }
-    const auto held = std::find_if(sources.begin(), sources.end(), [&](const std::string& source) {
-      return liesWithin(absolutePath(source), target);
-    });
-    if (held != sources.end()) {
-      return fail("The directory " + target + " holds the source " + *held + ".");
-    }
-    switch (rootEntry(target)) {
-      case RootEntry::Missing:
-      case RootEntry::Empty:
-        return true;
-      case RootEntry::NotDirectory:
-        return fail("The target " + target + " is not a directory.");
-      case RootEntry::Unreadable:
-        return fail("The directory " + target + " cannot be read.");
-      case RootEntry::NotEmpty:
-        break;
-    }
-    return options_.isOverwriting ||
-           fail("The directory " + target +
-                " is not empty; --overwrite replaces what has the name of something in the file "
-                "set.");
-  }
-
-  // The current service would write in earnest.
-  bool checkTestRun() {
-    auto generation = DiscMasteringGeneration::None;
-    if (!options_.isSimulating || options_.target) return true;
-    CTarnImapiVersion::Instance().Detect(generation);
-    return generation != DiscMasteringGeneration::Current ||
-           fail("The disc-mastering service cannot make a test run: it would write the disc.");
-  }
-
-  bool checkWipe(const std::vector<std::string>& sources) {
-    if (staysWhenWritten()) return true;
-    std::vector<std::string> absolute;
-    absolute.reserve(sources.size());
-    for (const std::string& source : sources) absolute.push_back(absolutePath(source));
-    const auto reason = reasonNotToWipe(result_.root, absolute);
-    return !reason || fail(*reason + " With --keep it is written and stays.");
-  }
-
-  // Also keeps a directory that holds something else from being written, and wiped.
-  bool takeFileSet() {
-    if (rootEntry(result_.root) != RootEntry::Missing && !job_.claimRoot()) {
-      return fail(job_.errorText());
-    }
-    const RootState state = job_.rootState();
-    if (state == RootState::Unfinished) return fail(job_.unfinishedText());
-    if (state == RootState::UnfinishedCopies) {
-      return fail("The file set in " + result_.root +
-                  " is not complete: the job that made or removed it did not finish. quillon wipe "
-                  "removes it.");
-    }
-    std::error_code error;
-    return fs::is_regular_file(fs::path(result_.root) / "DICOMDIR", error) ||
-           fail("There is no file set in " + result_.root + ": it holds no DICOMDIR.");
-  }
-
-  // Objects of an earlier set must not lie beside the new ones, so whole directories go.
-  bool makeRoom() {
-    if (!result_.target || rootEntry(*result_.target) != RootEntry::NotEmpty) return true;
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator(result_.root, error)) {
-      const fs::path old = fs::path(*result_.target) / entry.path().filename();
-      fs::remove_all(old, error);
-      if (error) return fail("Cannot remove " + old.string() + ": " + error.message() + ".");
-    }
-    return !error || fail("The root directory " + result_.root + " cannot be read.");
-  }
-
-  void deliver() {
-    const DiscProgressScope discProgress(progress_);
-    progress_.begin(result_.target ? "Copying the file set" : "Preparing the disc", 0);
-    isCopying_ = result_.target.has_value();
-    result_.isWritten = job_.write();
-    isCopying_ = false;
-    if (result_.isWritten) return;
-    fail(job_.errorText());
-    if (const std::string file = job_.failedFile(); result_.target && !file.empty()) {
-      result_.remarks.push_back(file);
-    }
-    result_.remarks.push_back(
-        "The file set stays in " + result_.root + "; quillon write --root " + result_.root +
-        " can be repeated" +
-        (result_.target ? ", with --overwrite once the target holds part of it." : "."));
-  }
-
-  // Runs beside the job, in a process that is about to end.
-  void interrupted() const {
-    if (!isCopying_) return;
-    std::error_code error;
-    const bool isDone = fs::exists(fs::path(*result_.target) / "DICOMDIR", error);
-    sayBelowProgress("The copy in " + *result_.target + " is " +
-                     (isDone ? "perhaps not complete" : "not complete: it has no DICOMDIR") +
-                     "; the file set stays in " + result_.root + ".");
-  }
-
-  void wipe() {
-    std::string asideDirectory;
-    job_.wipe(/*removesAll=*/false, asideDirectory);
-    const RootEntry state = rootEntry(result_.root);
-    if (state == RootEntry::Missing || state == RootEntry::Empty) return;
-    fail("The file set is written, but the root directory " + result_.root + " cannot be wiped.");
-  }
-
-  const WriteOptions& options_;
-  MediaJob& job_;
-  ProgressBar progress_;
-  WriteResult result_;
-  std::atomic<bool> isCopying_ = false;
-};
+DiscMasteringGeneration discGeneration() {
+  auto generation = DiscMasteringGeneration::None;
+  CTarnImapiVersion::Instance().Detect(generation);
+  return generation;
+}
 
 }  // namespace
 
-std::optional<std::string> reasonNotToWrite(const WriteOptions& options,
-                                            const std::vector<std::string>& sources) {
-  MediaJob job;
-  return WriteJob(options, job).check(sources);
+Delivery::Delivery(const WriteOptions& options, MediaJob& job, std::function<void()> keepRoot)
+    : options_(options),
+      job_(job),
+      keepRoot_(std::move(keepRoot)),
+      progress_(options.showsProgress) {}
+
+std::optional<std::string> Delivery::refuse(const std::vector<std::string>& sources) {
+  isAsked_ = true;
+  if (checkSettings(sources)) askMedium();
+  return result_.error;
 }
 
-WriteResult writeFileSet(const WriteOptions& options, MediaJob& job) {
-  return WriteJob(options, job).run();
+std::optional<std::string> Delivery::refuseSize(const DiscRoom& room) {
+  if (!result_.target) {
+    const bool hasUdf = discGeneration() == DiscMasteringGeneration::Current;
+    return reasonNotToFit(recorder_, room.LeastSectors(hasUdf));
+  }
+  // What is in the way gives back room that is not known here.
+  const RootEntry target = rootEntry(*result_.target);
+  if (target != RootEntry::Missing && target != RootEntry::Empty) return std::nullopt;
+  return reasonNotToHold(*result_.target, room.Bytes());
+}
+
+WriteResult Delivery::run() {
+  const bool isReady = isAsked_ ? takeFileSet()
+                                : checkSettings({}) && takeFileSet() && askMedium() &&
+                                      passes(refuseSize(roomOfDirectory(result_.root)));
+  if (isReady && options_.isDryRun) {
+    lookAtSet();
+  } else if (isReady && makeRoom()) {
+    deliver();
+  }
+  result_.isKept = rootEntry(result_.root) == RootEntry::NotEmpty;
+  return std::move(result_);
+}
+
+bool Delivery::fail(std::string sentence) {
+  result_.error = std::move(sentence);
+  return false;
+}
+
+// After a test run the set is still the only one.
+bool Delivery::staysWhenWritten() const { return options_.isKeeping || options_.isSimulating; }
+
+bool Delivery::checkSettings(const std::vector<std::string>& sources) {
+  return applySettings() && checkTarget(sources) && checkTestRun() && checkWipe(sources);
+}
+
+bool Delivery::applySettings() {
+  if (options_.root && !job_.setRoot(absoluteRoot(*options_.root))) return fail(job_.errorText());
+  if (options_.root && options_.root->empty()) return fail("The root directory has no name.");
+  result_.root = job_.root();
+  result_.isSimulated = options_.isSimulating;
+  result_.isDryRun = options_.isDryRun;
+  result_.volume = options_.volume.value_or("Quillon");
+  if (options_.volume && !job_.setVolume(*options_.volume)) {
+    return fail("The volume name " + *options_.volume + " has more than 32 characters.");
+  }
+  job_.setRecording(options_.isSimulating, options_.hasFullErase, options_.isEjecting);
+  if (!options_.target) return true;
+  result_.target = absoluteRoot(*options_.target);
+  return job_.setTarget(*result_.target) || fail(job_.errorText());
+}
+
+bool Delivery::checkTarget(const std::vector<std::string>& sources) {
+  if (!result_.target) return true;
+  const std::string& target = *result_.target;
+  const std::string temporary = temporaryJobDirectory();
+  if (!temporary.empty() && liesWithin(target, temporary)) {
+    return fail("The directory " + target + " lies in " + temporary + ", which every job removes.");
+  }
+  if (liesWithin(target, result_.root)) {
+    return fail("The directory " + target + " lies in the root directory " + result_.root + ".");
+  }
+  if (liesWithin(result_.root, target)) {
+    return fail("The root directory " + result_.root + " lies in the directory " + target + ".");
+  }
+  const auto held = std::find_if(sources.begin(), sources.end(), [&](const std::string& source) {
+    return liesWithin(absolutePath(source), target);
+  });
+  if (held != sources.end()) {
+    return fail("The directory " + target + " holds the source " + *held + ".");
+  }
+  switch (rootEntry(target)) {
+    case RootEntry::Missing:
+    case RootEntry::Empty:
+      return true;
+    case RootEntry::NotDirectory:
+      return fail("The target " + target + " is not a directory.");
+    case RootEntry::Unreadable:
+      return fail("The directory " + target + " cannot be read.");
+    case RootEntry::NotEmpty:
+      break;
+  }
+  return options_.isOverwriting ||
+         fail("The directory " + target +
+              " is not empty; --overwrite replaces what has the name of something in the file "
+              "set.");
+}
+
+// The current service would write in earnest.
+bool Delivery::checkTestRun() {
+  if (!options_.isSimulating || options_.target) return true;
+  return discGeneration() != DiscMasteringGeneration::Current ||
+         fail("The disc-mastering service cannot make a test run: it would write the disc.");
+}
+
+bool Delivery::checkWipe(const std::vector<std::string>& sources) {
+  if (staysWhenWritten()) return true;
+  std::vector<std::string> absolute;
+  absolute.reserve(sources.size());
+  for (const std::string& source : sources) absolute.push_back(absolutePath(source));
+  const auto reason = reasonNotToWipe(result_.root, absolute);
+  return !reason || fail(*reason + " With --keep it is written and stays.");
+}
+
+bool Delivery::askMedium() {
+  return result_.target ? passes(reasonNotToFill(*result_.target)) : askRecorder();
+}
+
+// Once, because a drive takes its time to answer. The job has no other recorder then.
+bool Delivery::askRecorder() {
+  const platform::DiscResult asked = platform::describeDiscRecorder(options_.recorder, recorder_);
+  if (asked.failed()) return fail(NarrowText(asked.text, FileSystemCodePage()));
+  platform::chooseDiscRecorder(recorder_.name);
+  result_.recorder = recorder_.name;
+  result_.isVirtual = recorder_.isVirtual;
+  return passes(reasonNotToRecord(recorder_));
+}
+
+// Also keeps a directory that holds something else from being written, and wiped.
+bool Delivery::takeFileSet() {
+  if (!options_.isDryRun && rootEntry(result_.root) != RootEntry::Missing && !job_.claimRoot()) {
+    return fail(job_.errorText());
+  }
+  return checkState();
+}
+
+bool Delivery::checkState() {
+  const RootState state = job_.rootState();
+  if (state == RootState::Unfinished) return fail(job_.unfinishedText());
+  if (state == RootState::UnfinishedCopies) {
+    return fail("The file set in " + result_.root +
+                " is not complete: the job that made or removed it did not finish. quillon wipe "
+                "removes it.");
+  }
+  std::error_code error;
+  return fs::is_regular_file(fs::path(result_.root) / "DICOMDIR", error) ||
+         fail("There is no file set in " + result_.root + ": it holds no DICOMDIR.");
+}
+
+// Objects of an earlier set must not lie beside the new ones, so whole directories go.
+bool Delivery::makeRoom() {
+  if (!result_.target || rootEntry(*result_.target) != RootEntry::NotEmpty) return true;
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(result_.root, error)) {
+    const fs::path old = fs::path(*result_.target) / entry.path().filename();
+    fs::remove_all(old, error);
+    if (error) return fail("Cannot remove " + old.string() + ": " + error.message() + ".");
+  }
+  return !error || fail("The root directory " + result_.root + " cannot be read.");
+}
+
+void Delivery::lookAtSet() {
+  const DiscRoom room = roomOfDirectory(result_.root);
+  result_.found =
+      FoundSet{room.Files(), room.Bytes(), labelOfFileSet(result_.root), room.MostSectors()};
+}
+
+void Delivery::deliver() {
+  const std::set<std::string> before = ejectedImages();
+  const DiscProgressScope discProgress(progress_);
+  const InterruptGuard guard(
+      [this, &discProgress] { interrupted(discProgress); },
+      result_.target ? kPatienceWithFiles : std::chrono::seconds(kPatienceWithDrive));
+  progress_.begin(result_.target ? "Copying the file set" : "Preparing the disc", 0,
+                  ProgressUnit::Bytes);
+  bool hasTotal = false;
+  job_.setProgress([&](std::uint64_t done, std::uint64_t total) {
+    if (!std::exchange(hasTotal, true)) {
+      progress_.begin("Copying the file set", total, ProgressUnit::Bytes);
+    }
+    progress_.advance(done);
+  });
+  isDelivering_ = true;
+  result_.isWritten = job_.write();
+  isDelivering_ = false;
+  job_.setProgress({});
+  progress_.clear();
+  if (!result_.isWritten) return tellFailure();
+  if (!result_.isSimulated) findImage(before);
+  if (!staysWhenWritten()) wipe();
+}
+
+void Delivery::tellFailure() {
+  fail(job_.errorText());
+  if (const std::string file = job_.failedFile(); result_.target && !file.empty()) {
+    result_.remarks.push_back(file);
+  }
+  result_.remarks.push_back(
+      "The file set stays in " + result_.root + "; quillon write --root " + result_.root +
+      " can be repeated" +
+      (result_.target ? ", with --overwrite once the target holds part of it." : "."));
+}
+
+// An ejected image has a name that none there had.
+std::set<std::string> Delivery::ejectedImages() const {
+  std::set<std::string> images;
+  platform::VirtualRecorderStatus status;
+  if (!recorder_.isVirtual || platform::virtualRecorderStatus(recorder_.name, status).failed()) {
+    return images;
+  }
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(fs::path(status.directory) / "ejected", error)) {
+    if (entry.path().extension() == ".iso") images.insert(entry.path().string());
+  }
+  return images;
+}
+
+void Delivery::findImage(const std::set<std::string>& before) {
+  for (const std::string& image : ejectedImages()) {
+    if (!before.contains(image)) result_.image = image;
+  }
+  platform::VirtualRecorderStatus status;
+  if (recorder_.isVirtual && result_.image.empty() &&
+      !platform::virtualRecorderStatus(recorder_.name, status).failed()) {
+    result_.image = status.image;
+  }
+}
+
+// Runs beside the job, in a process that is about to end.
+void Delivery::interrupted(const DiscProgressScope& discProgress) const {
+  if (!isDelivering_) return;
+  if (keepRoot_) keepRoot_();
+  std::string told = result_.target ? whatIsCopied() : endDiscWork(discProgress);
+  if (told.ends_with('.')) told.pop_back();
+  sayBelowProgress(told + "; the file set stays in " + result_.root + ".");
+}
+
+std::string Delivery::whatIsCopied() const {
+  std::size_t copied = 0;
+  std::size_t all = 0;
+  std::error_code error;
+  for (fs::recursive_directory_iterator it(result_.root, error), end; !error && it != end;
+       it.increment(error)) {
+    std::error_code missing;
+    if (!it->is_regular_file(missing)) continue;
+    ++all;
+    const fs::path copy = fs::path(*result_.target) / it->path().lexically_relative(result_.root);
+    if (fs::file_size(copy, missing) == it->file_size(missing) && !missing) ++copied;
+  }
+  const std::string counts = std::to_string(copied) + " of " + std::to_string(all) + " files";
+  if (copied == all) return "The copy in " + *result_.target + " has all " + counts;
+  return "The copy in " + *result_.target + " is not complete: " + counts +
+         " are there, and no DICOMDIR";
+}
+
+void Delivery::wipe() {
+  std::string asideDirectory;
+  job_.wipe(/*removesAll=*/false, asideDirectory);
+  const RootEntry state = rootEntry(result_.root);
+  if (state == RootEntry::Missing || state == RootEntry::Empty) return;
+  fail("The file set is written, but the root directory " + result_.root + " cannot be wiped.");
 }
 
 }  // namespace quillon::cli

@@ -1,44 +1,112 @@
-// One delivery of a finished file set: to the disc in the first recorder or to a directory.
+// One delivery of a finished file set: to the disc in a recorder or to a directory.
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+#include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "fileset/disc_room.h"
+#include "platform/disc_recorders.h"
+#include "progress_bar.h"
+
 namespace quillon::cli {
 
+class DiscProgressScope;
 class MediaJob;
 
 struct WriteOptions {
   std::optional<std::string> root;
   std::optional<std::string> target;  // a directory instead of a disc
+  std::string recorder;               // empty: the first that writes
   std::optional<std::string> volume;
   bool isOverwriting = false;
   bool isSimulating = false;
   bool hasFullErase = false;
   bool isEjecting = true;
   bool isKeeping = false;
+  // Everything is looked at and nothing changed.
+  bool isDryRun = false;
   bool showsProgress = true;
+};
+
+// What there is of a file set that is only looked at.
+struct FoundSet {
+  std::uint64_t files = 0;
+  std::uint64_t bytes = 0;
+  std::string label;
+  std::uint64_t discSectors = 0;  // that a disc needs, at the most
 };
 
 struct WriteResult {
   std::string root;
   std::optional<std::string> target;
   std::string volume;
+  std::string recorder;  // empty for a directory, and while none has been asked
+  bool isVirtual = false;
+  std::string image;  // the contents of a virtual disc that was written, wherever it now is
   bool isSimulated = false;
+  bool isDryRun = false;
+  std::optional<FoundSet> found;  // of a dry run that did not fail
   bool isWritten = false;
   bool isKept = false;  // the file set is still in its root
   std::optional<std::string> error;
   std::vector<std::string> remarks;
 };
 
-// Why such a delivery cannot be, as far as that is known before there is a file set: a sentence.
-// Nothing is changed.
-std::optional<std::string> reasonNotToWrite(const WriteOptions& options,
-                                            const std::vector<std::string>& sources);
+class Delivery {
+ public:
+  // The job may be the one that creates the file set. keepRoot is called beside it when the process
+  // is about to be ended by a signal and the user is told that the file set stays; it may be empty.
+  Delivery(const WriteOptions& options, MediaJob& job, std::function<void()> keepRoot = {});
 
-// The file set stays when it could not be written, when that is wanted and after a test run;
-// otherwise it is wiped at the end. The job may be the one that created it.
-WriteResult writeFileSet(const WriteOptions& options, MediaJob& job);
+  // Why such a delivery of files from these sources cannot be, as far as that is known before there
+  // is a file set: a sentence. Asks the recorder, once, which is then the one of this process.
+  std::optional<std::string> refuse(const std::vector<std::string>& sources);
+  // The same once it is known how much it is.
+  std::optional<std::string> refuseSize(const DiscRoom& room);
+
+  // Without `refuse` before, that and the size are asked about here. The file set stays when it
+  // could not be written, when that is wanted and after a test run; otherwise it is wiped at the
+  // end. In a dry run it is looked at only.
+  WriteResult run();
+  // What is known of it so far.
+  [[nodiscard]] const WriteResult& result() const { return result_; }
+
+ private:
+  bool fail(std::string sentence);
+  bool passes(const std::optional<std::string>& reason) { return !reason || fail(*reason); }
+  [[nodiscard]] bool staysWhenWritten() const;
+  bool checkSettings(const std::vector<std::string>& sources);
+  bool applySettings();
+  bool checkTarget(const std::vector<std::string>& sources);
+  bool checkTestRun();
+  bool checkWipe(const std::vector<std::string>& sources);
+  bool askMedium();
+  bool askRecorder();
+  bool takeFileSet();
+  bool checkState();
+  bool makeRoom();
+  void lookAtSet();
+  void deliver();
+  void tellFailure();
+  void findImage(const std::set<std::string>& before);
+  [[nodiscard]] std::set<std::string> ejectedImages() const;
+  void interrupted(const DiscProgressScope& discProgress) const;
+  [[nodiscard]] std::string whatIsCopied() const;
+  void wipe();
+
+  const WriteOptions& options_;
+  MediaJob& job_;
+  std::function<void()> keepRoot_;
+  ProgressBar progress_;
+  WriteResult result_;
+  platform::DiscRecorderStatus recorder_;
+  bool isAsked_ = false;
+  std::atomic<bool> isDelivering_ = false;
+};
 
 }  // namespace quillon::cli
