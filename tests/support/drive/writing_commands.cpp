@@ -135,6 +135,7 @@ Sense writeSectors(Drive& drive, Command& command, std::int64_t first, std::int6
   if (count == 0) return kGood;
   if (drive.faults.pulls(first, count)) {
     drive.breakOff();
+    drive.state.remove("unsynchronized");
     drive.state.setYes("pulled", true);
     return drive.noMedium();
   }
