@@ -188,8 +188,8 @@ class Faults(OpticalTest):
         def check(case):
             faults, expected = case
             machine = Machine()
-            place = machine.dir / "mounted here"
-            machine.drives.mount(machine.drive, str(place).replace(" ", "\\040"))
+            place = machine.dir / "mounted"
+            machine.drives.mount(machine.drive, place)
             machine.drive.insert("dvd+rw", "formatted", DATA)
             machine.drive.faults(*faults.split(", "))
             # Questions are answered beside the system, which reads the disc.
