@@ -7,6 +7,7 @@
     subprocess.run([...], env=drives.environment())
     drive.disc()["state"], drive.contents(), drive.log(), drive.is_idle()
 
+The pauses of libburn (sleep, usleep) are shortened, unless EMULATED_DRIVES_TAKE_TIME is set.
 The files that stand behind it are described in drive/drive.h, disc.h and faults.h.
 """
 import fcntl
@@ -132,9 +133,13 @@ class EmulatedDrive:
     def is_idle(self):
         """Whether the drive was left as it should be: held by nobody, not locked, nothing begun."""
         state = self.state()
-        begun = ("writing", "simulating", "unsynchronized", "reservation", "cue sheet")
+        begun = ("writing", "simulating", "reservation", "cue sheet")
         return (not self.is_held() and state.get("locked") != "yes" and
                 not any(name in state for name in begun))
+
+    def is_synchronized(self):
+        """Whether the drive has been told to bring to the disc all that it was given."""
+        return "unsynchronized" not in self.state()
 
     def _lines(self, name):
         path = self.directory / name

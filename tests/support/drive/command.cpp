@@ -174,7 +174,8 @@ bool runCommand(const std::string& directory, Command& command, Sense& sense) {
 }
 
 void endWriting(Drive& drive) {
-  for (const char* const name : {"writing", "cue sheet", "next of cue sheet", "reservation"}) {
+  for (const char* const name :
+       {"writing", "cue sheet", "next of cue sheet", "reservation", "unsynchronized"}) {
     drive.state.remove(name);
   }
 }

@@ -125,6 +125,7 @@ long controlDevice(const std::string& directory, unsigned long request, void* ar
     case SG_SET_TIMEOUT:
     case CDROM_SET_OPTIONS:
     case CDROM_CLEAR_OPTIONS:
+    case CDROM_MEDIA_CHANGED:
       return 0;
     case SG_GET_SCSI_ID:
       return putAddress(directory, argument, true);

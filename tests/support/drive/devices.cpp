@@ -5,11 +5,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
-#include <map>
-#include <mutex>
+#include <memory>
 
 #include "drive.h"
 #include "real_calls.h"
@@ -19,15 +20,26 @@ namespace {
 
 constexpr std::string_view kDevicePrefix = "/dev/sr";
 
-// Descriptors of this process that are drives. A child of fork inherits them with the memory.
-struct Descriptors {
-  std::mutex mutex;
-  std::map<int, std::string> directories;
-  std::map<int, bool> exclusive;
-};
-Descriptors& descriptors() {
-  static auto* const all = new Descriptors;  // programs close files until their very end
-  return *all;
+constexpr std::string_view kDescriptors = "/proc/self/fd/";
+// A device that one user has for itself is open under the second name of the same file: the lock
+// holds for both, and the descriptor tells which it is, also of a copy and after fork and exec.
+constexpr std::string_view kShared = "device";
+constexpr std::string_view kExclusive = "device.excl";
+
+// Where the descriptor's file lies.
+std::string_view fileOf(int descriptor, std::array<char, PATH_MAX>& path) {
+  const std::string link = std::string(kDescriptors) + std::to_string(descriptor);
+  const ssize_t length = ::readlink(link.c_str(), path.data(), path.size());
+  return {path.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
+}
+
+const std::string& resolvedDrivesDirectory() {
+  static const std::string resolved = [] {
+    const std::unique_ptr<char, decltype(&std::free)> path(
+        ::realpath(drivesDirectory().c_str(), nullptr), &std::free);
+    return path == nullptr ? std::string() : std::string(path.get()) + "/";
+  }();
+  return resolved;
 }
 
 bool isMounted(const Device& device) {
@@ -40,11 +52,13 @@ bool isMounted(const Device& device) {
          ("\n" + mounts).find("\n" + line) != std::string::npos;
 }
 
-// Nobody holds the drive any more: what was being written was left in the middle.
+// Nobody holds the drive any more: what was being written was left in the middle, and the kernel
+// has unlocked the tray with the last closing.
 void noticeLostHost(const Device& device) {
   Drive drive(device.directory);
   if (!drive.isThere()) return;
   drive.breakOff();
+  drive.state.remove("locked");
   static_cast<void>(drive.store());
 }
 
@@ -67,6 +81,12 @@ std::string drivesDirectory() {
 }
 
 std::optional<Device> deviceNamed(std::string_view path) {
+  if (path.starts_with(kDescriptors)) {
+    const std::string number(path.substr(kDescriptors.size()));
+    const std::string directory = directoryOf(std::atoi(number.c_str()));
+    if (directory.empty()) return std::nullopt;
+    return deviceNamed("/dev" + directory.substr(directory.rfind('/')));
+  }
   if (!path.starts_with(kDevicePrefix)) return std::nullopt;
   const std::string_view digits = path.substr(kDevicePrefix.size());
   const bool isNumber = !digits.empty() && digits.size() < 4 &&
@@ -119,37 +139,43 @@ int openDevice(const Device& device, int flags) {
     logOpening(device, name + " -> busy");
     return fail(EBUSY);
   }
-  OwnDescriptor opened(real().open((device.directory + "/device").c_str(),
-                                   O_RDWR | O_CREAT | (flags & O_CLOEXEC), 0666));
+  const std::string shared = device.directory + "/" + std::string(kShared);
+  const std::string exclusive = device.directory + "/" + std::string(kExclusive);
+  const OwnDescriptor made(real().open(shared.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+  if (!made.isOpen() || (::link(shared.c_str(), exclusive.c_str()) != 0 && errno != EEXIST)) {
+    return -1;
+  }
+  OwnDescriptor opened(
+      real().open((isExclusive ? exclusive : shared).c_str(), O_RDWR | (flags & O_CLOEXEC), 0));
   if (!opened.isOpen()) return -1;
   const bool isFree = ::flock(opened.get(), LOCK_EX | LOCK_NB) == 0;
   if (isFree) noticeLostHost(device);
   if (isFree && !isExclusive) ::flock(opened.get(), LOCK_UN);
   logOpening(device, name + (isExclusive && !isFree ? " -> busy" : " -> ok"));
   if (isExclusive && !isFree) return fail(EBUSY);
-  Descriptors& all = descriptors();
-  const std::lock_guard lock(all.mutex);
-  all.directories[opened.get()] = device.directory;
-  all.exclusive[opened.get()] = isExclusive;
   return opened.take();
 }
 
 std::string directoryOf(int descriptor) {
-  Descriptors& all = descriptors();
-  const std::lock_guard lock(all.mutex);
-  const auto found = all.directories.find(descriptor);
-  return found == all.directories.end() ? "" : found->second;
+  const std::string& drives = resolvedDrivesDirectory();
+  if (drives.empty()) return {};
+  std::array<char, PATH_MAX> buffer{};
+  const std::string_view path = fileOf(descriptor, buffer);
+  if (!path.starts_with(drives)) return {};
+  const std::string_view rest = path.substr(drives.size());
+  const std::string_view name = rest.substr(0, rest.find('/'));
+  const std::string_view file = rest.substr(std::min(name.size() + 1, rest.size()));
+  if (!name.starts_with("sr") || (file != kShared && file != kExclusive)) return {};
+  return drivesDirectory() + "/" + std::string(name);
 }
 
-void forgetDescriptor(int descriptor) {
+void noteClosing(int descriptor) {
   const std::string directory = directoryOf(descriptor);
   if (directory.empty()) return;
-  Descriptors& all = descriptors();
-  const std::lock_guard lock(all.mutex);
+  std::array<char, PATH_MAX> buffer{};
+  const bool isExclusive = fileOf(descriptor, buffer).ends_with(kExclusive);
   const Drive drive(directory);
-  if (drive.isThere()) drive.log(all.exclusive[descriptor] ? "CLOSE excl" : "CLOSE");
-  all.directories.erase(descriptor);
-  all.exclusive.erase(descriptor);
+  if (drive.isThere()) drive.log(isExclusive ? "CLOSE excl" : "CLOSE");
 }
 
 long long sectorsOf(const std::string& directory) {

@@ -6,8 +6,8 @@
 
 namespace emulated {
 
-// Where the names that programs use lead to. All of it is decided by $EMULATED_DRIVES; without it,
-// nothing is emulated.
+// Where the names and descriptors that programs use lead to. All of it is decided by
+// $EMULATED_DRIVES; without it, nothing is emulated.
 std::string drivesDirectory();
 
 // The directory of the drive with that device name, such as "/dev/sr0". Every name of that kind
@@ -26,7 +26,7 @@ std::optional<std::string> systemFile(std::string_view path);
 int openDevice(const Device& device, int flags);
 // The drive's directory of a descriptor that openDevice gave; empty for others.
 std::string directoryOf(int descriptor);
-void forgetDescriptor(int descriptor);
+void noteClosing(int descriptor);
 bool mayAccess(const Device& device);
 // How many sectors the kernel knows of.
 long long sectorsOf(const std::string& directory);

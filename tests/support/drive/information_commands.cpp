@@ -232,8 +232,9 @@ Sense readTrackInformation(Drive& drive, Command& command) {
   answer[3] = static_cast<std::uint8_t>(row->number.session);
   answer[5] = static_cast<std::uint8_t>((isDamaged ? 0x20 : 0) | kDataTrack);
   const bool isIncremental = disc.media->family == Family::DvdMinus && !disc.isAtOnceOnly;
-  answer[6] = static_cast<std::uint8_t>((track.reserved > 0 ? 0x80 : 0) |
-                                        (row->isBlank ? 0x40 : 0) | (isIncremental ? 0x20 : 0) | 1);
+  answer[6] = static_cast<std::uint8_t>(
+      (track.reserved > 0 ? 0x80 : 0) | (row->isBlank ? 0x40 : 0) | (isIncremental ? 0x20 : 0) |
+      (isIncremental && disc.media->isOverwritable ? 0x10 : 0) | 1);
   answer[7] = static_cast<std::uint8_t>((row->canBeWritten ? 1 : 0) | (track.sectors > 0 ? 2 : 0));
   put32(answer, 8, track.start);
   if (row->canBeWritten) {

@@ -151,6 +151,12 @@ ssize_t readDevice(const std::string& directory, int descriptor, void* data, std
   return static_cast<ssize_t>(most);
 }
 
+bool needsNoTime() {
+  static const bool isSo =
+      !emulated::drivesDirectory().empty() && std::getenv("EMULATED_DRIVES_TAKE_TIME") == nullptr;
+  return isSo;
+}
+
 int unmountAny(const char* path, int flags) {
   const int error = emulated::unmount(path);
   if (error < 0) return real().umount2(path, flags);
@@ -206,7 +212,7 @@ INTERPOSED DIR* opendir(const char* path) {
 }
 
 INTERPOSED int close(int descriptor) {
-  emulated::forgetDescriptor(descriptor);
+  emulated::noteClosing(descriptor);
   return real().close(descriptor);
 }
 
@@ -326,10 +332,14 @@ INTERPOSED ssize_t pread64(int descriptor, void* data, std::size_t bytes, off64_
 // libburn gives a drive half a second after most of what it asks; none is needed here.
 INTERPOSED int usleep(useconds_t microseconds) {
   constexpr useconds_t kLongest = 500;
-  static const bool isShortened =
-      !emulated::drivesDirectory().empty() && std::getenv("EMULATED_DRIVES_TAKE_TIME") == nullptr;
-  return realCall<int (*)(useconds_t)>("usleep")(isShortened ? std::min(microseconds, kLongest)
-                                                             : microseconds);
+  return realCall<int (*)(useconds_t)>("usleep")(needsNoTime() ? std::min(microseconds, kLongest)
+                                                               : microseconds);
+}
+
+INTERPOSED unsigned int sleep(unsigned int seconds) {
+  if (!needsNoTime()) return realCall<unsigned int (*)(unsigned int)>("sleep")(seconds);
+  usleep(seconds * 1000);
+  return 0;
 }
 
 INTERPOSED int umount(const char* path) noexcept { return unmountAny(path, 0); }

@@ -65,7 +65,8 @@ Bytes capabilitiesPage(const Drive& drive) {
 // How a disc can be recorded, and in which blocks. Audio is taken as a setting; nobody records it.
 Sense checkWriteParameters(const Drive& drive, const Bytes& page) {
   constexpr std::uint8_t kRawBlocks = 0;
-  constexpr std::uint8_t kBlocksOf2048 = 8;
+  constexpr std::uint8_t kMode1 = 8;
+  constexpr std::uint8_t kMode2Form1 = 10;
   constexpr std::uint8_t kData = 4;
   const std::uint8_t writeType = page[2] & 0x0F;
   const std::uint8_t trackMode = page[3] & 0x0F;
@@ -75,7 +76,9 @@ Sense checkWriteParameters(const Drive& drive, const Bytes& page) {
   if (writeType > 2) return kBadParameter;
   // At once, a cue sheet or the medium decides on the blocks.
   const bool isData = (trackMode & kData) != 0;
-  if (writeType != 2 && blockType != (isData ? kBlocksOf2048 : kRawBlocks)) return kBadParameter;
+  const bool fits =
+      isData ? blockType == kMode1 || blockType == kMode2Form1 : blockType == kRawBlocks;
+  if (writeType != 2 && !fits) return kBadParameter;
   if (!drive.hasMedium()) return kGood;
   const Disc& disc = *drive.disc;
   if (disc.media->family == Family::Cd) return writeType == 0 ? kBadParameter : kGood;
