@@ -139,6 +139,7 @@ Answers askObject(const DiscRecorderStatus& status) {
 std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
 
 int runStatus(const Options& options) {
+  platform::chooseDiscRecorder(options.recorder);
   DiscRecorderStatus status;
   const std::optional<std::string> error =
       errorOf(platform::describeDiscRecorder(options.recorder, status));
@@ -203,6 +204,7 @@ int runInsert(const Options& options) {
 int runEject(const Options& options) {
   std::string image;
   bool hadDisc = false;
+  platform::chooseDiscRecorder(options.recorder);
   const std::optional<std::string> error =
       errorOf(platform::ejectDisc(options.recorder, image, hadDisc));
   std::string out;
@@ -223,6 +225,7 @@ int runErase(const Options& options) {
     const DiscProgressScope progress(bar);
     const InterruptGuard guard([&progress] { sayBelowProgress(endDiscWork(progress)); },
                                kPatienceWithDrive);
+    platform::chooseDiscRecorder(options.recorder);
     error = errorOf(platform::eraseDisc(options.recorder, options.isFull));
   }
   return finishBare(options, error);

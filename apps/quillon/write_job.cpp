@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <thread>
 #include <utility>
 
 #include "create_job.h"
@@ -25,6 +26,10 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::chrono::seconds kPatienceWithFiles{30};
+
+// A drive that has just taken a disc looks at it first.
+constexpr int kMostQuestions = 30;
+constexpr std::chrono::seconds kReadyWait{1};
 
 DiscMasteringGeneration discGeneration() {
   auto generation = DiscMasteringGeneration::None;
@@ -154,10 +159,20 @@ bool Delivery::askMedium() {
   return result_.target ? passes(reasonNotToFill(*result_.target)) : askRecorder();
 }
 
-// Once, because a drive takes its time to answer. The job has no other recorder then.
+// Once, because a drive takes its time to answer. The job has no other recorder then. Chosen before
+// it is asked: so a virtual one is found that the service would not list.
 bool Delivery::askRecorder() {
-  const platform::DiscResult asked = platform::describeDiscRecorder(options_.recorder, recorder_);
-  if (asked.failed()) return fail(NarrowText(asked.text, FileSystemCodePage()));
+  platform::chooseDiscRecorder(options_.recorder);
+  progress_.begin("Waiting for the disc", 0, ProgressUnit::Bytes);
+  for (int asked = 1;; ++asked) {
+    const platform::DiscResult answer =
+        platform::describeDiscRecorder(options_.recorder, recorder_);
+    if (answer.failed()) return fail(NarrowText(answer.text, FileSystemCodePage()));
+    if (!isGettingReady(recorder_) || asked == kMostQuestions) break;
+    progress_.advance(0);
+    std::this_thread::sleep_for(kReadyWait);
+  }
+  progress_.clear();
   platform::chooseDiscRecorder(recorder_.name);
   result_.recorder = recorder_.name;
   result_.isVirtual = recorder_.isVirtual;

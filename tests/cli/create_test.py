@@ -335,7 +335,7 @@ class Refusals(program.ProgramTest):
         cases = [("create", evil + "/none"), ("create", "--" + evil, "x"),
                  ("register", str(self.dir / evil)), ("write", "--root", str(self.dir / evil)),
                  ("wipe", "--root", str(self.write(evil, b"x"))),
-                 ("disc", "insert", "--image", evil), ("disc", "eject", "--recorder", evil),
+                 ("disc", "insert", "--recorder", evil), ("disc", "eject", "--recorder", evil),
                  ("header", evil), ("create", "--log", evil + "/log", "x")]
         for arguments in cases:
             with self.subTest(arguments=arguments):

@@ -46,20 +46,24 @@ class DiscCommand(program.ProgramTest):
                      "free": 359849, "image": None}}])
 
     def test_status_asks_whether_the_disc_holds_data_and_is_recordable(self):
-        refused = ("The current media in the Quillon Virtual Recorder (Revision: 1.0) is not present, "
-                   "damaged or is not writable.")
+        full = "The CD-R in virtual-1 holds data already: put a blank disc in."
+        pressed = ("The CD-ROM in virtual-1 is of a kind that is not written there: put in a blank "
+                   "one of CD-R, CD-RW, DVD-R, DVD-RW, DVD+R, DVD+RW, DVD+R DL, DVD+RW DL, BD-R, "
+                   "BD-RE.")
+        missing = "There is no disc in virtual-1: put a blank disc in."
         cases = [  # service, arguments of insert (None: no disc), holds data, recordable, reason
             ("virtual", ["--media", "cd-r"], False, True, None),
             ("virtual", ["--media", "cd-rw", "--image"], True, True, None),
             ("virtual", ["--media", "dvd+rw", "--image"], True, True, None),
-            ("virtual", ["--media", "cd-r", "--image"], False, False, refused),
-            ("virtual", ["--image"], False, False, refused),
+            ("virtual", ["--media", "cd-r", "--image"], False, False, full),
+            ("virtual", ["--image"], False, False, pressed),
+            ("virtual", None, False, False, missing),
             ("legacy", ["--media", "cd-r"], False, True, None),
             ("legacy", ["--media", "cd-rw", "--image"], True, True, None),
-            ("legacy", ["--image"], None, None, "The medium in the recorder is not writable."),
+            ("legacy", ["--image"], None, None, pressed),
             ("legacy", ["--media", "dvd+rw"], None, None,
              "The medium in the recorder is not writable."),
-            ("legacy", None, None, None, "There is no medium in the recorder."),
+            ("legacy", None, None, None, missing),
         ]
         for service, insert, holds_data, recordable, reason in cases:
             with self.subTest(service=service, insert=insert):
@@ -73,8 +77,51 @@ class DiscCommand(program.ProgramTest):
                     (status["holds_data"], status["recordable"], status["reason"]),
                     (holds_data, recordable, reason))
 
-    def test_the_text_result_says_it_in_lines(self):
+    def make_recorder(self, name, media):
+        (self.store / name).mkdir(parents=True)
+        (self.store / name / "recorder.txt").write_text(
+            f"vendor = Quillon\nproduct = {name}\nrevision = 1.0\nmedia = {media}\n")
+
+    def test_the_first_recorder_that_writes_is_meant_unless_another_is_named(self):
+        self.make_recorder("a", "")
+        self.make_recorder("b", "cd-r cd-rw")
+        self.make_recorder("c", "cd-r")
+        self.disc("insert", "--recorder", "b", "--media", "cd-rw", "--image", self.image())
+        cases = [("b", [], True, True, None),
+                 ("b", ["--recorder", "b"], True, True, None),
+                 ("c", ["--recorder", "c"], False, False,
+                  "There is no disc in c: put a blank disc in."),
+                 ("a", ["--recorder", "a"], None, None,
+                  "The recorder a only reads discs: quillon disc list shows which others there "
+                  "are.")]
+        for name, arguments, holds_data, recordable, reason in cases:
+            with self.subTest(arguments=arguments):
+                status = self.disc("status", *arguments)
+                self.assertEqual(
+                    [status[m] for m in ("name", "holds_data", "recordable", "reason")],
+                    [name, holds_data, recordable, reason])
+        self.assertEqual(self.disc("status", "--recorder", "d", status=1)["error"],
+                         'There is no recorder "d".')
+        self.disc("erase")
+        self.assertEqual(self.disc("status")["disc"]["state"], "erased")
         self.disc("eject")
+        self.assertIsNone(self.disc("status")["disc"])
+
+    def test_a_recorder_that_the_service_does_not_offer_is_reached_by_its_name(self):
+        self.make_recorder("named", "cd-r")
+        self.choose_service("drives", '"Drives"=""\n')
+        self.assertNotIn("named", [r["name"] for r in self.disc("list")["recorders"]])
+        self.disc("insert", "--recorder", "named")
+        self.assertEqual(self.disc("status", "--recorder", "named")["disc"]["state"], "blank")
+        self.disc("eject", "--recorder", "named")
+        self.assertIsNone(self.disc("status", "--recorder", "named")["disc"])
+
+    def test_the_text_result_says_it_in_lines(self):
+        cases = [(["eject"], "The disc is out.\n"),
+                 (["eject"], "There was no disc to take out.\n")]
+        for arguments, said in cases:
+            run = self.run_program("disc", *arguments)
+            self.assertEqual((run.returncode, run.stdout.decode()), (0, said))
         run = self.run_program("disc", "insert", "--media", "cd-rw", "--capacity", "20000")
         self.assertEqual((run.returncode, run.stdout.decode()),
                          (0, "Inserted into virtual-1: cd-rw, blank, 20000 sectors\n"))
@@ -104,7 +151,8 @@ class DiscCommand(program.ProgramTest):
         short = self.dir / "short.iso"
         short.write_bytes(b"x")
         cases = [
-            (["insert"], 'There is a disc in the virtual recorder "virtual-1".'),
+            (["insert"], 'There is a disc in the virtual recorder "virtual-1"; quillon disc eject '
+             "takes it out."),
             (["erase"], 'The disc in the recorder "virtual-1" cannot be erased.'),
             (["eject", "--recorder", "other"], 'There is no recorder "other".'),
             (["eject"], None),
@@ -124,7 +172,12 @@ class DiscCommand(program.ProgramTest):
                 self.assertEqual(result["error"], sentence)
         self.choose_service("none")
         self.assertEqual(self.disc("list")["recorders"], [])
-        self.assertEqual(self.disc("status", status=1)["error"], "There is no recorder.")
+        none = "; a virtual recorder is there when QUILLON_RECORDERS names a directory for it."
+        self.assertEqual(self.disc("status", status=1)["error"],
+                         "There is no drive that writes discs" + none)
+        run = self.run_program("disc", "list")
+        self.assertEqual((run.returncode, run.stdout), (0, b""))
+        self.assertIn(b"quillon: There is no recorder: ", run.stderr)
 
     @unittest.skipUnless(shutil.which("xorriso"), "xorriso is not installed")
     def test_a_file_that_libburn_takes_for_a_drive_is_written_and_read_back(self):
@@ -144,7 +197,8 @@ class DiscCommand(program.ProgramTest):
                 self.assertEqual(program.contents(out), program.contents(self.root))
         self.assertEqual(self.disc("list")["recorders"][0]["disc"]["state"], "appendable")
         self.assertEqual(self.disc("insert", status=1)["error"],
-                         "There is no virtual recorder: the service is configured for others.")
+                         "The service has no virtual recorders: --recorder names one, and "
+                         "QUILLON_RECORDERS the directory of all.")
         self.disc("erase")
         self.assertEqual(self.disc("list")["recorders"][0]["disc"]["state"], "blank")
 

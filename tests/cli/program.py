@@ -6,6 +6,7 @@ import shutil
 import struct
 import subprocess
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
@@ -132,6 +133,29 @@ class ProgramTest(unittest.TestCase):
     def create_set(self, *arguments, **how):
         return self.create("--root", self.root, *arguments, **how)
 
+    def interrupt(self, number, is_in_the_middle, *arguments):
+        """Ends the program by a signal in the middle of its work; answers what it said."""
+        with open(self.dir / "said", "w+b") as said:
+            run = subprocess.Popen([QUILLON, *map(os.fsencode, arguments)], stdout=said, stderr=said,
+                                   env=self.environment(), cwd=self.dir / "work",
+                                   stdin=subprocess.DEVNULL)
+            deadline = time.monotonic() + 60
+            while not is_in_the_middle() and run.poll() is None and time.monotonic() < deadline:
+                time.sleep(0.001)
+            run.send_signal(number)
+            status = run.wait(120)
+            said.seek(0)
+            text = said.read().decode()
+        self.assertEqual(status, -number, text)
+        return text
+
+    def large_object(self, size):
+        """A file with so many bytes of pixel data, most of them a hole."""
+        path = self.write("large", dicom_file(instance="2.25.1.1.1.77")
+                          + struct.pack("<HH", 0x7FE0, 0x10) + b"OW" + struct.pack("<HI", 0, size))
+        os.truncate(path, path.stat().st_size + size)
+        return path
+
     def staging_leftovers(self):
         # A directory may go away while another is looked at.
         return [os.path.join(above, name) for above, names, _ in os.walk(self.dir)
@@ -199,6 +223,15 @@ class ProgramTest(unittest.TestCase):
             if run is None or run.returncode != 0:
                 self.skipTest("the program lies where an unprivileged user cannot run it")
         return drop
+
+
+def everything(directory):
+    """What a job may change below a directory: names, kinds, sizes and times."""
+    found = {}
+    for path in sorted(Path(directory).rglob("*")):
+        status = path.lstat()
+        found[str(path)] = (status.st_mode, status.st_size, status.st_mtime_ns, status.st_nlink)
+    return found
 
 
 def digest_of(data):

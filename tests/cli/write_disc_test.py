@@ -1,8 +1,11 @@
 """quillon publish and write with a virtual recorder: what independent readers find on the disc, and
 what stays when a disc cannot be written."""
+import fcntl
 import json
 import os
+import re
 import shutil
+import signal
 import subprocess
 import sys
 import unittest
@@ -16,8 +19,8 @@ from program import contents  # noqa: E402
 PYDICOM_DATA = Path("/usr/lib/python3/dist-packages/pydicom/data")
 LEGACY_SERVICE = ('Windows Registry Editor Version 5.00\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarn '
                   'Imaging\\Quillon\\DiscMastering]\n"Service"="legacy"\n')
-DEVICE = "Quillon Virtual Recorder (Revision: 1.0)"
-SECTORS = {"cd-r": 359849, "cd-rw": 359849, "dvd+rw": 2295104, "bd-r": 11826176}
+SECTORS = {"cd-r": 359849, "cd-rw": 359849, "dvd+r": 2295104, "dvd+rw": 2295104,
+           "bd-r": 11826176}
 
 
 class DiscTest(program.ProgramTest):
@@ -27,7 +30,7 @@ class DiscTest(program.ProgramTest):
         self.recorder.mkdir(parents=True)
         (self.recorder / "recorder.txt").write_text(
             "vendor = Quillon\nproduct = Virtual Recorder\nrevision = 1.0\n"
-            "media = cd-r cd-rw dvd+rw bd-r\n")
+            "media = cd-r cd-rw dvd+r dvd+rw bd-r\n")
 
     def environment(self):
         return {**super().environment(), "QUILLON_RECORDERS": str(self.recorder.parent)}
@@ -120,29 +123,178 @@ class Discs(DiscTest):
             self.assertEqual(self.volume_name(self.recorder / "disc.iso"), "SECOND")
             self.assert_nothing_lost(before, self.extract(self.recorder / "disc.iso"))
 
-        too_small = [
-            (5, "The disc image size exceeds the capacity of the current media in the "
-                f"{DEVICE}."),
-            (200, "a result image having a size larger than the current configured limit."),
-        ]
-        for capacity, reason in too_small:
-            with self.subTest(capacity=capacity):
-                self.insert("cd-r", capacity=capacity)
-                result = self.command("publish", "--replace", self.source, status=1)
-                self.assertIn(reason, result["error"])
-                self.assertEqual((self.disc()["state"], result["kept"]), ("blank", True))
-
-    def test_the_set_waits_for_a_disc(self):
+    def test_a_disc_that_is_too_small_is_told_by_how_much(self):
         before = self.sample_tree()
-        result = self.command("publish", "--volume", "LATER", "--move", self.source, status=1)
-        self.assertEqual(result["error"], f"The current media in the {DEVICE} is not present, "
-                         "damaged or is not writable.")
-        self.assertEqual(contents(self.source), {})
-        self.assert_nothing_lost(before, self.root)
+        self.large_object(10 << 20)
+        advice = "put in a larger disc, such as a {}, or fewer studies on it."
+        for media, larger in (("cd-r", "CD-R"), ("dvd+rw", "CD-R")):
+            with self.subTest(media):
+                self.insert(media, capacity=2000)
+                result = self.command("publish", "--move", self.source, status=1)
+                self.assertEqual(result["error"], f"The file set needs 11 MB and the "
+                                 f"{media.upper()} in drive has 3 MB: " + advice.format(larger))
+                self.assertFalse(self.root.exists())
+                self.assert_nothing_lost(before, self.source)
+        self.create_set(self.source)
+        result = self.command("write", status=1)
+        self.assertIn("The file set needs 11 MB", result["error"])
+        self.assertTrue(result["kept"])
+        # What is near the limit is for the writing to tell.
         self.insert("cd-r")
-        self.command("write", "--volume", "LATER")
-        self.assertFalse(self.root.exists())
-        self.assert_nothing_lost(before, self.extract(self.recorder / "ejected/LATER.iso"))
+        self.command("write", "--keep", "--no-eject")
+        sectors = (self.recorder / "disc.iso").stat().st_size // 2048
+        self.insert("cd-r", capacity=sectors - 1)
+        result = self.command("write", status=1)
+        self.assertIn("a result image having a size larger than the current configured limit.",
+                      result["error"])
+        self.assertEqual(self.disc()["state"], "blank")
+
+    def test_what_the_disc_refuses_is_told_before_a_file_is_read(self):
+        (self.dir / "old.iso").write_bytes(bytes(300 * 2048))
+        lock = self.recorder / "lock"
+
+        def insert(*arguments):
+            run = self.run_program("disc", "insert", "--recorder", "drive", *arguments)
+            self.assertEqual(run.returncode, 0, run.stderr)
+
+        def use():
+            user = open(lock, "w")
+            self.addCleanup(user.close)
+            fcntl.flock(user, fcntl.LOCK_EX)
+            user.write("Other Program")
+            user.flush()
+
+        def pressed():
+            insert("--media", "dvd-rw", "--image", self.dir / "old.iso")
+
+        old = ["--image", self.dir / "old.iso"]
+        cases = [
+            (lambda: None, "There is no disc in drive: put a blank disc in."),
+            (lambda: insert("--media", "cd-r", *old),
+             "The CD-R in drive holds data already: put a blank disc in."),
+            (lambda: insert("--media", "bd-r", "--protect"),
+             "The BD-R in drive is write-protected: put another one in."),
+            (lambda: insert("--media", "cd-rw", "--protect", *old),
+             "The CD-RW in drive is write-protected: put another one in."),
+            (lambda: insert(*old), "The CD-ROM in drive is of a kind that is not written there: put "
+             "in a blank one of CD-R, CD-RW, DVD+R, DVD+RW, BD-R."),
+            (pressed, "The DVD-RW in drive is of a kind that is not written there: put in a blank "
+             "one of CD-R, CD-RW, DVD+R, DVD+RW, BD-R."),
+            (lambda: self.insert("cd-r", "writing"), "The CD-R in drive is damaged: put a blank disc "
+             "in."),
+            (use, "The recorder drive is in use by Other Program: wait until that has ended."),
+        ]
+        for prepare, sentence in cases:
+            with self.subTest(sentence):
+                self.run_program("disc", "eject", "--recorder", "drive")
+                prepare()
+                result = self.command("publish", self.dir / "no such source", status=1)
+                self.assertEqual(result["error"], sentence)
+                self.assertFalse(self.root.exists())
+
+    def test_a_refused_command_can_be_repeated_as_it_was(self):
+        for root in ([], ["--root", self.root]):
+            with self.subTest(root=root):
+                before = self.sample_tree()
+                command = ["publish", *root, "--move", "--volume", "LATER", self.source]
+                everything_before = program.everything(self.dir)
+                run = self.run_program(*command)
+                self.assertEqual(run.stderr.decode(),
+                                 "quillon: There is no disc in drive: put a blank disc in.\n")
+                self.assertEqual(run.returncode, 1)
+                self.assertEqual(set(program.everything(self.dir)) ^ set(everything_before),
+                                 set() if root else {str(self.recorder / "lock")})
+                self.assertEqual(contents(self.source), before)
+                self.insert("cd-r")
+                self.assertEqual(self.run_program(*command).returncode, 0)
+                self.assertEqual(contents(self.source), {})
+                image = self.recorder / "ejected/LATER.iso"
+                self.assert_nothing_lost(before, self.extract(image))
+                shutil.rmtree(self.source)
+                shutil.rmtree(image.parent)
+
+    def test_a_disc_that_is_getting_ready_is_waited_for(self):
+        self.sample_tree()
+        self.insert("cd-r")
+        self.faults("ready-after 2")
+        self.command("publish", self.source)
+
+    def test_where_the_set_was_written_is_told(self):
+        self.sample_tree()
+        other = self.recorder.parent / "other"
+        shutil.copytree(self.recorder, other)
+        # In the order of their names the first.
+        reads = self.recorder.parent / "a"
+        shutil.copytree(self.recorder, reads)
+        (reads / "recorder.txt").write_text("vendor = Q\nproduct = R\nrevision = 1\nmedia =\n")
+        ejected, still_in = "ejected/{}.iso", "disc.iso"
+        cases = [([], self.recorder, ejected), (["--no-eject"], self.recorder, still_in),
+                 (["--recorder", "other"], other, ejected),
+                 (["--recorder", "other", "--no-eject"], other, still_in)]
+        for number, (arguments, recorder, image) in enumerate(cases):
+            with self.subTest(arguments=arguments):
+                for text in (True, False):
+                    self.run_program("disc", "eject", "--recorder", recorder.name)
+                    self.run_program("disc", "insert", "--recorder", recorder.name)
+                    volume = f"V{number}{text}".upper()
+                    place = recorder / image.format(volume)
+                    command = ["publish", "--volume", volume, *arguments, self.source]
+                    if text:
+                        run = self.run_program(*command)
+                        self.assertTrue(run.stdout.decode().endswith(
+                            f"\nWritten:   disc {volume} in {recorder.name}, an image: {place}\n"))
+                    else:
+                        result = self.command(*command)
+                        self.assertEqual((result["recorder"], result["image"]),
+                                         (recorder.name, str(place)))
+                    self.assertEqual(self.volume_name(place), volume)
+
+    def test_an_interrupted_burn_tells_what_the_disc_is_now(self):
+        self.large_object(650 << 20)
+        before = program.everything(self.source)
+        for number in (signal.SIGINT, signal.SIGTERM):
+            with self.subTest(number):
+                self.insert("cd-r")
+
+                def is_burning():
+                    image = self.recorder / "disc.iso"
+                    return (self.disc().get("state") == "writing"
+                            and image.exists() and image.stat().st_size > 10 << 20)
+                said = self.interrupt(number, is_burning, "publish", self.source)
+                root = re.search("stays in (.*)\\.\n$", said)
+                self.assertIsNotNone(root, said)
+                self.assertIn("\nquillon: The disc in drive was only partly written", said)
+                self.assertEqual(self.disc()["state"], "damaged")
+                self.assertTrue((Path(root[1]) / "DICOMDIR").exists())
+                self.assertEqual([*program.everything(self.source)], [*before])
+                # Another job does not take it for what a killed one left.
+                self.run_program("publish", self.source)
+                self.assertTrue((Path(root[1]) / "DICOMDIR").exists())
+                self.run_program("wipe", "--root", root[1])
+
+    def test_an_interrupted_erase_tells_what_the_disc_is_now(self):
+        image = self.dir / "old.iso"
+        image.write_bytes(b"x")
+        os.truncate(image, 600 << 20)
+        self.run_program("disc", "insert", "--media", "cd-rw", "--image", image)
+        said = self.interrupt(signal.SIGINT, lambda: self.disc().get("state") == "erasing",
+                              "disc", "erase", "--full")
+        self.assertIn("\nquillon: The disc in drive was only partly erased", said)
+        self.assertEqual(self.disc()["state"], "damaged")
+
+    def test_a_dry_run_asks_the_recorder_and_writes_nothing(self):
+        self.sample_tree()
+        result = json.loads(self.run_program("publish", "--dry-run", "--json",
+                                             self.source).stdout.decode())
+        self.assertEqual(result["error"], "There is no disc in drive: put a blank disc in.")
+        self.insert("cd-rw")
+        before = program.everything(self.recorder)
+        result = json.loads(self.run_program("publish", "--dry-run", "--json",
+                                             self.source).stdout.decode())
+        self.assertEqual([result[m] for m in ("dry_run", "recorder", "written", "error", "root")],
+                         [True, "drive", False, None, None])
+        self.assertEqual(program.everything(self.recorder), before)
+        self.assertEqual(os.listdir(self.dir / "tmp"), [])
 
     def test_a_drive_that_fails_leaves_the_set_whole_and_sharing_nothing(self):
         before = self.sample_tree()

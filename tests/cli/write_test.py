@@ -3,13 +3,15 @@ refused."""
 import json
 import os
 import shutil
+import signal
+import subprocess
 import sys
 import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 import program  # noqa: E402
-from program import contents, dicom_file  # noqa: E402
+from program import contents, dicom_file, everything  # noqa: E402
 
 
 class WriteTest(program.ProgramTest):
@@ -45,7 +47,8 @@ class Writing(WriteTest):
             with self.subTest(keeps=keeps):
                 result = self.write_set("--to", self.target, *(["--keep"] if keeps else []))
                 self.assertEqual(result, {
-                    "root": str(self.root), "to": str(self.target), "volume": "Quillon",
+                    "root": str(self.root), "to": str(self.target), "recorder": None,
+                    "image": None, "volume": "Quillon",
                     "simulated": False, "written": True, "kept": keeps, "error": None})
                 self.assertEqual(contents(self.target), made)
                 self.assertEqual(contents(self.root), made if keeps else {})
@@ -173,23 +176,16 @@ class Publishing(WriteTest):
         self.assertEqual(contents(self.source), {})
         self.assert_nothing_lost(before, self.target)
 
-    def test_a_kept_set_and_one_whose_writing_failed_share_nothing_with_the_sources(self):
+    def test_a_kept_set_shares_nothing_with_the_sources(self):
         before = self.sample_tree()
-        for name, status in (("kept", 0), ("failed", 1)):
-            with self.subTest(name):
-                arguments = ["--keep", "--to", self.target] if status == 0 else []
-                result = self.command("publish", "--root", self.root, "--replace", *arguments,
-                                      self.source, status=status)
-                self.assertTrue(result["kept"])
-                self.assertEqual(result["objects"], len(before))
-                self.assert_nothing_lost(before, self.root)
-                self.assertEqual([p for p in contents(self.root) if p.endswith(".own")], [])
-                self.assertEqual(contents(self.source), before)
-                for path in self.root.rglob("*"):
-                    if path.is_file():
-                        self.assertEqual(path.stat().st_nlink, 1, path)
-        self.write_set("--to", self.target, "--overwrite")
-        self.assert_nothing_lost(before, self.target)
+        result = self.publish("--keep")
+        self.assertTrue(result["kept"])
+        self.assertEqual(result["objects"], len(before))
+        self.assert_nothing_lost(before, self.root)
+        self.assertEqual(contents(self.source), before)
+        for path in self.root.rglob("*"):
+            if path.is_file():
+                self.assertEqual(path.stat().st_nlink, 1, path)
 
     def test_what_cannot_be_written_is_refused_before_the_set_is_made(self):
         self.write("1", dicom_file())
@@ -208,11 +204,151 @@ class Publishing(WriteTest):
                 self.assertEqual(contents(self.source), before)
                 self.assertFalse(self.root.exists())
 
+    def test_without_a_recorder_no_source_is_even_looked_at(self):
+        result = self.command("publish", "--move", self.dir / "no such source", status=1)
+        self.assertEqual(result["error"], "There is no drive that writes discs; a virtual recorder "
+                         "is there when QUILLON_RECORDERS names a directory for it.")
+        self.assertEqual(os.listdir(self.dir / "tmp"), [])
+
+    def test_a_target_that_cannot_be_filled_is_refused_before_a_file_is_read(self):
+        drop = self.require_program_for_nobody()
+        (self.dir / "file").write_bytes(b"x")
+        os.chmod(self.dir, 0o555)
+        cases = [
+            (self.dir / "file/below", "cannot be made: " + str(self.dir / "file")
+             + " is not a directory."),
+            (self.dir / "new/below",
+             f"cannot be made: this user may not write to {self.dir}."),
+            (self.dir / "media", "cannot be made: this user may not write to"),
+        ]
+        for target, reason in cases:
+            with self.subTest(target=target):
+                result = self.command("publish", "--to", target, self.dir / "no such source",
+                                      status=1, preexec_fn=drop)
+                self.assertIn(reason, result["error"])
+
+    def test_a_target_without_room_is_refused_before_a_file_is_copied(self):
+        small = self.mounted("size=2m")
+        self.large_object(3 << 20)
+        before = contents(self.source)
+        arguments = ["--move", "--to", small / "in/it", self.source]
+        result = self.command("publish", "--root", self.root, *arguments, status=1)
+        self.assertEqual(result["error"], f"The file set needs 4 MB and the file system of "
+                         f"{small}/in/it has 2 MB free: make room there, or copy fewer studies.")
+        self.assertEqual((contents(self.source), os.listdir(small)), (before, []))
+        self.assertFalse(self.root.exists())
+        subprocess.run(["mount", "-o", "remount,size=8m", small], check=True)
+        self.command("publish", "--root", self.root, *arguments)
+        self.assert_nothing_lost(before, small / "in/it")
+
+    def test_an_interrupted_copy_tells_how_much_of_it_is_there(self):
+        self.large_object(1 << 30)
+        self.write("small", dicom_file(instance="2.25.1.1.1.2"))
+        self.create_set(self.source)
+        for number in (signal.SIGINT, signal.SIGTERM):
+            with self.subTest(number):
+                def is_copying():
+                    return any(p.stat().st_size > 10 << 20 for p in self.target.rglob("QLN*"))
+                said = self.interrupt(number, is_copying, "write", "--root", self.root, "--to",
+                                      self.target)
+                self.assertRegex(said, f"^\nquillon: The copy in {self.target} is not complete: [01] "
+                                 "of 4 files are there, and no DICOMDIR; the file set stays in "
+                                 f"{self.root}.\n$")
+                self.assertFalse((self.target / "DICOMDIR").exists())
+                shutil.rmtree(self.target)
+        self.write_set("--to", self.target)
+
     def test_a_failed_creation_writes_nothing(self):
         self.write("notes", b"x")
         result = self.publish(status=1)
         self.assertEqual(result["error"], "There is no DICOM file to add to the file set.")
         self.assertFalse(self.target.exists())
+
+
+class DryRuns(WriteTest):
+    def test_a_dry_run_tells_what_a_job_would_and_changes_nothing(self):
+        self.sample_tree()
+        self.write("no object", b"x")
+        self.write("with\\backslash", dicom_file(instance="2.25.9"))
+        (self.dir / "viewer").mkdir()
+        (self.dir / "viewer/run.exe").write_bytes(bytes(5000))
+        self.configure(other_content=self.dir / "viewer")
+        commands = [
+            ("create", ["--root", self.dir / "new/root", self.source]),
+            ("create", ["--root", self.root, "--hierarchy", "--replace", self.source]),
+            ("publish", ["--to", self.target, self.source]),
+            ("publish", ["--root", self.root, "--to", self.target, self.source]),
+            ("publish", ["--move", "--to", self.target, self.source / "DOE"]),
+            ("write", ["--root", self.root, "--to", self.target]),
+        ]
+        for name, arguments in commands:
+            with self.subTest(name=name, arguments=arguments):
+                if name == "write":
+                    self.create_set(self.source)
+                # What killed jobs left stays, too.
+                (self.dir / ".quillon-1-abandoned").mkdir(exist_ok=True)
+                (self.dir / "tmp/quillon-publish-1-abandoned").mkdir(exist_ok=True)
+                before = everything(self.dir)
+                before.pop(str(self.dir / "tmp"))  # a name there comes and goes
+                run = self.run_program(name, "--json", "--dry-run", *arguments)
+                after = everything(self.dir)
+                after.pop(str(self.dir / "tmp"))
+                self.assertEqual(after, before)
+                self.assertEqual(run.returncode, 0, run.stderr)
+                told = json.loads(run.stdout.decode())
+                self.assertTrue(told["dry_run"])
+                shutil.rmtree(self.dir / ".quillon-1-abandoned")
+                shutil.rmtree(self.dir / "tmp/quillon-publish-1-abandoned")
+                if name == "write":
+                    made = contents(self.root)
+                    self.assertEqual((told["files"], told["kept"]), (len(made), True))
+                    self.assertEqual(told["bytes"], sum(p.stat().st_size for p in
+                                                        self.root.rglob("*") if p.is_file()))
+                    self.assertIn("Fileset Content:", told["label"])
+                    continue
+                arguments = [a for a in arguments if a not in ("--to", self.target, "--move")]
+                if "--root" not in arguments:
+                    self.assertIsNone(told["root"])
+                    arguments = ["--root", self.root, *arguments]
+                really = self.create(*arguments)
+                for member in ("patients", "studies", "series", "objects", "bytes", "label",
+                               "passed_over"):
+                    self.assertEqual(told[member], really[member], member)
+                self.assertIn("cd-r", told["fits"])
+                shutil.rmtree(self.root, ignore_errors=True)
+                shutil.rmtree(self.dir / "new", ignore_errors=True)
+
+    def test_it_is_refused_what_the_job_is_refused(self):
+        self.write("1", dicom_file())
+        self.root.mkdir()
+        (self.root / "x").write_bytes(b"x")
+        file = self.dir / "file"
+        file.write_bytes(b"x")
+        cases = [
+            ("create", ["--root", self.root, self.source], "is not empty; --replace wipes it"),
+            ("create", ["--root", file, self.source], "is not a directory."),
+            ("create", ["--root", file / "below", self.source], "cannot be made: "),
+            ("create", ["--root", self.dir / "new", file], "it is not a DICOM file"),
+            ("publish", ["--to", self.root, self.source], "is not empty; --overwrite replaces"),
+            ("publish", [self.source], "There is no drive that writes discs"),
+            ("write", ["--root", self.source, "--to", self.target], "it holds no DICOMDIR"),
+        ]
+        for name, arguments, reason in cases:
+            with self.subTest(name=name, arguments=arguments):
+                result = self.command(name, "--dry-run", *arguments, status=1)
+                self.assertIn(reason, result["error"])
+
+    def test_the_kinds_of_disc_are_those_that_hold_the_set(self):
+        self.write("1", dicom_file())
+        large = self.large_object(800 << 20)
+        told = self.create_set("--dry-run", self.source)
+        self.assertNotIn("cd-r", told["fits"])
+        self.assertEqual({"dvd-r", "dvd+rw", "bd-r"} - set(told["fits"]), set())
+        run = self.run_program("create", "--dry-run", "--root", self.root, self.source)
+        self.assertIn("\nFits:      DVD-RAM (4369 MB); DVD+R, DVD+RW (4483 MB); ",
+                      run.stdout.decode())
+        large.unlink()
+        self.assertIn("cd-r", self.create_set("--dry-run", self.source)["fits"])
 
 
 class Wiping(WriteTest):
@@ -227,6 +363,15 @@ class Wiping(WriteTest):
         self.assertFalse((self.dir / "tmp/QUILLON").exists())
         self.assertTrue(self.source.exists())
         self.wipe()
+
+    def test_it_says_what_it_removed(self):
+        self.make_set()
+        (self.dir / "tmp/QUILLON").mkdir()
+        (self.dir / ".quillon-1-killed").mkdir()
+        said = [self.run_program("wipe", "--root", self.root).stdout.decode() for _ in range(2)]
+        self.assertEqual(said, [
+            f"Removed:   {self.dir}/.quillon-1-killed\nRemoved:   {self.root}\n"
+            f"Removed:   {self.dir}/tmp/QUILLON\n", "There is nothing to remove.\n"])
 
     def test_what_is_no_file_set_goes_only_by_force(self):
         self.root.mkdir()
