@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <condition_variable>
 #include <map>
 #include <thread>
@@ -92,10 +93,7 @@ class DriveCloser {
   // A drive has got a time at which it closes. Without a thread that watches it, it closes now.
   void watch(OpenDrive& drive) {
     try {
-      if (!thread_.joinable()) {
-        thread_ = std::thread([this] { run(); });
-        process_ = ::getpid();
-      }
+      if (!thread_.joinable()) start();
       changed_.notify_all();
     } catch (const std::exception&) {
       drive.close();
@@ -103,6 +101,22 @@ class DriveCloser {
   }
 
  private:
+  // The thread has no part in the program's signals.
+  void start() {
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    ::pthread_sigmask(SIG_SETMASK, &all, &before);
+    try {
+      thread_ = std::thread([this] { run(); });
+    } catch (...) {
+      ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+      throw;
+    }
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    process_ = ::getpid();
+  }
+
   void run() {
     std::unique_lock lock(burnMutex());
     while (!isEnding_) {
