@@ -213,6 +213,7 @@ class SeveralProcesses(OpticalTest):
     def test_questions_of_another_process_do_not_fail_a_write(self):
         machine = Machine()
         machine.drive.insert("cd-r")
+        machine.drive.faults("slow = 10")  # a question takes longer than a moment
         is_over = threading.Event()
         problems = []
 

@@ -33,12 +33,16 @@ std::string_view fileOf(int descriptor, std::array<char, PATH_MAX>& path) {
   return {path.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
 }
 
+// A test in the process itself changes the environment from case to case.
 const std::string& resolvedDrivesDirectory() {
-  static const std::string resolved = [] {
-    const std::unique_ptr<char, decltype(&std::free)> path(
-        ::realpath(drivesDirectory().c_str(), nullptr), &std::free);
-    return path == nullptr ? std::string() : std::string(path.get()) + "/";
-  }();
+  thread_local std::string drives;
+  thread_local std::string resolved;
+  if (std::string now = drivesDirectory(); now != drives) {
+    const std::unique_ptr<char, decltype(&std::free)> path(::realpath(now.c_str(), nullptr),
+                                                           &std::free);
+    resolved = path == nullptr ? std::string() : std::string(path.get()) + "/";
+    drives = std::move(now);
+  }
   return resolved;
 }
 

@@ -61,14 +61,6 @@ void forgetBurnMessages() {
   static_cast<void>(firstMessage());
 }
 
-GrabbedDrive::GrabbedDrive(GrabbedDrive&& other) noexcept
-    : infos_(std::exchange(other.infos_, nullptr)) {}
-
-GrabbedDrive& GrabbedDrive::operator=(GrabbedDrive&& other) noexcept {
-  std::swap(infos_, other.infos_);
-  return *this;
-}
-
 DiscResult GrabbedDrive::grab(const std::string& address, GrabMode mode) {
   const std::lock_guard lock(burnMutex());
   if (!startLibrary()) return {E_FAIL, u"The library for optical drives cannot be started."};

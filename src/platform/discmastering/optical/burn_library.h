@@ -42,8 +42,8 @@ class GrabbedDrive {
  public:
   GrabbedDrive() = default;
   ~GrabbedDrive() { release(Release::Unlock); }
-  GrabbedDrive(GrabbedDrive&& other) noexcept;
-  GrabbedDrive& operator=(GrabbedDrive&& other) noexcept;
+  GrabbedDrive(const GrabbedDrive&) = delete;
+  GrabbedDrive& operator=(const GrabbedDrive&) = delete;
 
   // The address is "/dev/sr0" or "stdio:/some/file". Spins the drive up.
   DiscResult grab(const std::string& address, GrabMode mode);

@@ -6,8 +6,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <condition_variable>
+#include <csignal>
 #include <map>
 #include <thread>
 
@@ -166,6 +166,8 @@ DiscResult OpenDrive::lockFor(std::u16string_view clientName,
     if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
     if (client_ != nullptr) return E_IMAPI_RECORDER_LOCKED;
     if (grabbed_.isGrabbed()) return lock_.rename(clientName);
+    // A process lives long: its user may have cleared the place meanwhile.
+    lock_ = RecorderLock(lockPathOf(address_));
     DiscResult result = lock_.acquire(clientName);
     if (result.code != E_IMAPI_RECORDER_LOCKED || !lock_.owner().empty() || Clock::now() >= end) {
       return result;
@@ -229,8 +231,7 @@ void OpenDrive::refresh() {
   assessedAt_ = Clock::now();
 }
 
-void OpenDrive::keep(Client client) {
-  if (client_ == client) return;
+void OpenDrive::keepForAMoment() {
   const Clock::time_point now = Clock::now();
   closesAt_ = std::min(now + kKept, openedAt_ + kLongestKept);
   if (closesAt_ <= now) {
@@ -269,7 +270,7 @@ void OpenDrive::giveBack() {
   client_ = nullptr;
   openedAt_ = Clock::now();
   if (grabbed_.isGrabbed() && !lock_.rename(u"").failed()) {
-    keep(nullptr);
+    keepForAMoment();
   } else {
     grabbed_.release(Release::Unlock);
     lock_.release();

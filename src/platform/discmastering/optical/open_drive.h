@@ -23,8 +23,8 @@ class OpenDrive {
 
   // The one of the address; it stays until the process ends.
   static OpenDrive& at(const std::string& address);
-  // Closes all, those that a client has when it gives them back. For a process that is about to end:
-  // while its operations are stopped, none is opened again.
+  // Closes all, those that a client has when it gives them back. For a process that is about to
+  // end: while its operations are stopped, none is opened again.
   static void closeAll();
 
   OpenDrive(const OpenDrive&) = delete;
@@ -37,7 +37,7 @@ class OpenDrive {
     std::unique_lock lock(burnMutex());
     DiscResult result = open(client, lock);
     if (result.failed()) return result;
-    const Keeping keeping(*this, client);
+    const Keeping keeping(*this);
     return question(grabbed_);
   }
 
@@ -61,13 +61,14 @@ class OpenDrive {
 
   // What follows a question, also one that runs out of memory.
   struct Keeping {
-    Keeping(OpenDrive& drive, Client client) : drive_(drive), client_(client) {}
-    ~Keeping() { drive_.keep(client_); }
+    explicit Keeping(OpenDrive& drive) : drive_(drive) {}
+    ~Keeping() {
+      if (drive_.client_ == nullptr) drive_.keepForAMoment();
+    }
     Keeping(const Keeping&) = delete;
     Keeping& operator=(const Keeping&) = delete;
 
     OpenDrive& drive_;
-    Client client_;
   };
 
   explicit OpenDrive(std::string address);
@@ -77,7 +78,7 @@ class OpenDrive {
   DiscResult grabForQuestion();
   DiscResult grabAlone(bool force);
   void refresh();
-  void keep(Client client);
+  void keepForAMoment();
   void close();
 
   const std::string address_;
