@@ -79,7 +79,8 @@ void addWriting(Features& features, const Drive& drive, std::uint16_t profile) {
   const auto test = static_cast<std::uint8_t>(drive.simulates() ? 0x04 : 0);
   const auto orTest = [=](int bits) { return static_cast<std::uint8_t>(bits | test); };
   const bool isOverwritable = disc != nullptr && disc->media->isOverwritable;
-  const bool isIncremental = isOneOf(profile, {0x11, 0x14}) && !disc->isAtOnceOnly;
+  const bool isIncremental =
+      disc != nullptr && isOneOf(profile, {0x11, 0x14}) && !disc->isAtOnceOnly;
   Bytes randomWritable;
   append32(randomWritable, disc == nullptr ? 0 : disc->capacity - 1);
   append32(randomWritable, kSectorBytes);

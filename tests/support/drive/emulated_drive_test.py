@@ -318,8 +318,9 @@ class DriveTest(unittest.TestCase):
         with self.assertRaises(OSError) as refused:
             Host(self.drive.device)
         self.assertEqual(refused.exception.errno, errno.EBUSY)
-        other = subprocess.run([sys.executable, "-c", "import os, sys\nos.open(sys.argv[1], os.O_RDWR | os.O_EXCL)",
-                                self.drive.device], stderr=subprocess.PIPE)
+        opening = "import os, sys\nos.open(sys.argv[1], os.O_RDWR | os.O_EXCL)"
+        other = subprocess.run([sys.executable, "-c", opening, self.drive.device],
+                               stderr=subprocess.PIPE)
         self.assertIn(b"Errno 16", other.stderr)
         self.assertTrue(self.drive.is_held())
         host.close()

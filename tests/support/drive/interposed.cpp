@@ -28,6 +28,7 @@ using emulated::real;
 using emulated::realCall;
 
 constexpr unsigned kOpticalMajor = 11;
+constexpr ino_t kFirstNode = 1000;
 
 // A file that exists in memory only.
 int openText(const std::string& text, int flags) {
@@ -64,10 +65,7 @@ int openAnyAt(int directory, const char* path, int flags, mode_t mode) {
   return openOurs(path, flags, result) ? result : real().openat(directory, path, flags, mode);
 }
 
-mode_t modeOf(int flags, va_list arguments) {
-  const bool hasMode = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
-  return hasMode ? va_arg(arguments, mode_t) : 0;
-}
+bool takesMode(int flags) { return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE; }
 
 FILE* openStream(const char* path, const char* mode) {
   const bool closesOnExec = std::strchr(mode, 'e') != nullptr;
@@ -84,7 +82,7 @@ void describe(const Device& device, Stat* status) {
   status->st_mode = S_IFBLK | 0660;
   status->st_nlink = 1;
   status->st_rdev = ::makedev(kOpticalMajor, static_cast<unsigned>(device.number));
-  status->st_ino = static_cast<ino_t>(1000 + device.number);
+  status->st_ino = kFirstNode + static_cast<ino_t>(device.number);
   status->st_blksize = 4096;
 }
 
@@ -169,7 +167,7 @@ int unmountAny(const char* path, int flags) {
 INTERPOSED int open(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = takesMode(flags) ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
   return openAny(path, flags, mode);
 }
@@ -177,7 +175,7 @@ INTERPOSED int open(const char* path, int flags, ...) {
 INTERPOSED int open64(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = takesMode(flags) ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
   return openAny(path, flags, mode);
 }
@@ -188,7 +186,7 @@ INTERPOSED int __open64_2(const char* path, int flags) { return openAny(path, fl
 INTERPOSED int openat(int directory, const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = takesMode(flags) ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
   return openAnyAt(directory, path, flags, mode);
 }
@@ -196,7 +194,7 @@ INTERPOSED int openat(int directory, const char* path, int flags, ...) {
 INTERPOSED int openat64(int directory, const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = takesMode(flags) ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
   return openAnyAt(directory, path, flags, mode);
 }

@@ -74,7 +74,9 @@ TextTable TextTable::read(const std::string& path) {
 
 bool TextTable::write(const std::string& path) const {
   std::string content;
-  for (const auto& [name, value] : lines_) content += name + " = " + value + "\n";
+  for (const auto& [name, value] : lines_) {
+    content.append(name).append(" = ").append(value).append("\n");
+  }
   return replaceFile(path, content);
 }
 
