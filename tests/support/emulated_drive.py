@@ -7,7 +7,8 @@
     subprocess.run([...], env=drives.environment())
     drive.disc()["state"], drive.contents(), drive.log(), drive.is_idle()
 
-The pauses of libburn (sleep, usleep) are shortened, unless EMULATED_DRIVES_TAKE_TIME is set.
+Pauses (usleep; sleep and nanosleep of a second and more) are shortened, and time() counts them as
+if they had been waited for, unless EMULATED_DRIVES_TAKE_TIME is set.
 The files that stand behind it are described in drive/drive.h, disc.h and faults.h.
 """
 import fcntl

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstring>
-#include <thread>
+#include <ctime>
+
+#include "real_calls.h"
 
 namespace emulated {
 namespace {
@@ -107,7 +108,9 @@ void waitAsPlanned(const std::string& directory, const Command& command) {
   const TextTable plan = TextTable::read(directory + "/faults.txt");
   const bool isWrite = command.byte(0) == 0x2A || command.byte(0) == 0xAA;
   const std::int64_t milliseconds = plan.number("slow") + (isWrite ? plan.number("slow_write") : 0);
-  if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+  if (milliseconds <= 0) return;
+  const timespec wait{.tv_sec = milliseconds / 1000, .tv_nsec = milliseconds % 1000 * 1'000'000};
+  real().nanosleep(&wait, nullptr);
 }
 
 }  // namespace

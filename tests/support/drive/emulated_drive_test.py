@@ -1,4 +1,4 @@
-"""The emulated drive refuses what a drive refuses: sequences of MMC commands, sent as a program does.
+"""The emulated drive refuses what a drive refuses: sequences of MMC commands, sent as programs do.
 
 The tests run in a process of their own on which the library is preloaded.
 """
@@ -13,6 +13,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
@@ -185,9 +186,10 @@ class DriveTest(unittest.TestCase):
              ("cue_sheet", 2001, BAD_PARAMETER), ("cue_sheet", 320, 0, BAD_PARAMETER)),
             ("write parameters of another disc", ("cd-r",), ("write_parameters", 0, BAD_PARAMETER),
              ("write_parameters", 1, False, False, 0, BAD_PARAMETER)),
-            ("a DVD at once needs a reservation", ("dvd-r",), ("write_parameters", 1, BAD_PARAMETER),
-             ("write_parameters", 2, OK), ("write", 0, SEQUENCE), ("reserve", 2001, BAD_FIELD),
-             ("reserve", 30, OK), ("write", 0, 33, BAD_ADDRESS), ("write", 0, 32, OK)),
+            ("a DVD at once needs a reservation", ("dvd-r",),
+             ("write_parameters", 1, BAD_PARAMETER), ("write_parameters", 2, OK),
+             ("write", 0, SEQUENCE), ("reserve", 2001, BAD_FIELD), ("reserve", 30, OK),
+             ("write", 0, 33, BAD_ADDRESS), ("write", 0, 32, OK)),
             ("incremental recording, but not after a quick erasure", ("dvd-rw", "closed"),
              ("blank", OK), ("write_parameters", 0, OK), ("write", 0, WRONG_MODE),
              ("blank", False, OK), ("write", 0, OK)),
@@ -229,8 +231,8 @@ class DriveTest(unittest.TestCase):
             ("blank", ("cd-r",), (), ("blank", 0, 0, 1)),
             ("at once, lead-out not yet written", ("cd-r",), at_once, ("appendable", 1, 1, 1)),
             ("at once", ("cd-r",), at_once + (("synchronize", OK),), ("closed", 2, 3, 320)),
-            ("at once, broken off", ("cd-r",), at_once[:-1] + (("write", 0, 32, OK), ("synchronize", OK)),
-             ("appendable", 1, 1, 1)),
+            ("at once, broken off", ("cd-r",),
+             at_once[:-1] + (("write", 0, 32, OK), ("synchronize", OK)), ("appendable", 1, 1, 1)),
             # A track at once ends in two sectors that cannot be read.
             ("track at once, session open", ("cd-r",), track, ("appendable", 1, 1, 1)),
             ("track at once", ("cd-r",), track + (("close_session", OK),), ("closed", 2, 3, 322)),
@@ -239,7 +241,8 @@ class DriveTest(unittest.TestCase):
             ("DVD at once", ("dvd-r",), (("write_parameters", 2, OK), ("reserve", 30, OK),
                                          ("write", 0, 30, OK), ("synchronize", OK)),
              ("closed", 2, 3, 32)),
-            ("formatted", ("dvd+rw", "unformatted"), (("format", 0x26, OK),), ("formatted", 2, 3, 2000)),
+            ("formatted", ("dvd+rw", "unformatted"), (("format", 0x26, OK),),
+             ("formatted", 2, 3, 2000)),
             ("erased", ("cd-rw", "closed"), (("blank", OK),), ("blank", 0, 0, 1)),
             ("tested only", ("cd-r",), (("write_parameters", 1, True, OK),) + track[1:] +
              (("close_session", OK),), ("blank", 0, 0, 1)),
@@ -302,7 +305,8 @@ class DriveTest(unittest.TestCase):
             (("WRITE 10 = 4/44/00 once after 1",), (("write", 0, OK), ("write", 16, "4/44/00"),
                                                     ("write", 16, OK))),
             (("eject = 4/53/00",), (("load", OK), ("eject", "4/53/00"))),
-            (("read = 3 3/11/00",), (("write", 0, OK), ("read", 0, 3, OK), ("read", 2, 2, "3/11/00"))),
+            (("read = 3 3/11/00",), (("write", 0, OK), ("read", 0, 3, OK),
+                                     ("read", 2, 2, "3/11/00"))),
             (("becoming_ready = 3",), (("write", 0, "2/04/01"), ("ready", "2/04/01"),
                                        ("ready", "2/04/01"), ("ready", "2/04/01"), ("ready", OK),
                                        ("write", 0, OK))),
@@ -326,9 +330,9 @@ class DriveTest(unittest.TestCase):
         host.close()
         Host(self.drive.device).close()
         self.assertFalse(self.drive.is_held())
-        for faults, expected in ((("mounted = yes",), errno.EBUSY), (("permission = no",), errno.EACCES)):
-            self.drive.faults(*faults)
-            with self.subTest(faults), self.assertRaises(OSError) as refused:
+        for fault, expected in (("mounted = yes", errno.EBUSY), ("permission = no", errno.EACCES)):
+            self.drive.faults(fault)
+            with self.subTest(fault), self.assertRaises(OSError) as refused:
                 Host(self.drive.device)
             self.assertEqual(refused.exception.errno, expected)
 
@@ -364,13 +368,21 @@ class DriveTest(unittest.TestCase):
                          "/dev/sr0 /media/disc iso9660 ro,relatime 0 0\n")
         library = ctypes.CDLL(None, use_errno=True)
         self.drive.faults("unmount = no")
-        self.assertEqual((library.umount2(b"/media/disc", 0), ctypes.get_errno()), (-1, errno.EBUSY))
+        self.assertEqual((library.umount2(b"/media/disc", 0), ctypes.get_errno()),
+                         (-1, errno.EBUSY))
         with self.assertRaises(OSError):
             Host(self.drive.device)
         self.drive.faults()
         self.assertEqual(library.umount2(b"/media/disc", 0), 0)
         self.assertEqual(Path("/proc/self/mounts").read_text(), "")
         self.host("cd-r").close()
+
+    def test_what_is_not_waited_for_has_passed(self):
+        library = ctypes.CDLL(None)
+        before, really_before = library.time(None), time.monotonic()
+        library.sleep(600)
+        self.assertGreaterEqual(library.time(None) - before, 600)
+        self.assertLess(time.monotonic() - really_before, 60)
 
 
 def main():

@@ -8,11 +8,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 
 #include "device_controls.h"
 #include "devices.h"
@@ -29,6 +31,10 @@ using emulated::realCall;
 
 constexpr unsigned kOpticalMajor = 11;
 constexpr ino_t kFirstNode = 1000;
+constexpr unsigned kMicrosecondsPerSecond = 1'000'000;
+constexpr unsigned kNanosecondsPerMicrosecond = 1000;
+
+std::atomic<std::uint64_t> skippedMicroseconds;
 
 // A file that exists in memory only.
 int openText(const std::string& text, int flags) {
@@ -327,17 +333,36 @@ INTERPOSED ssize_t pread64(int descriptor, void* data, std::size_t bytes, off64_
   return pread(descriptor, data, bytes, offset);
 }
 
-// libburn gives a drive half a second after most of what it asks; none is needed here.
+// libburn gives a drive half a second after most of what it asks, and some commands are repeated
+// for minutes. What is not waited for has passed on the clock that it looks at.
 INTERPOSED int usleep(useconds_t microseconds) {
   constexpr useconds_t kLongest = 500;
-  return realCall<int (*)(useconds_t)>("usleep")(needsNoTime() ? std::min(microseconds, kLongest)
-                                                               : microseconds);
+  const useconds_t slept = needsNoTime() ? std::min(microseconds, kLongest) : microseconds;
+  skippedMicroseconds += microseconds - slept;
+  return realCall<int (*)(useconds_t)>("usleep")(slept);
 }
 
 INTERPOSED unsigned int sleep(unsigned int seconds) {
   if (!needsNoTime()) return realCall<unsigned int (*)(unsigned int)>("sleep")(seconds);
-  usleep(seconds * 1000);
+  usleep(seconds * kMicrosecondsPerSecond);
   return 0;
+}
+
+// Whoever waits a second and longer waits for a drive.
+INTERPOSED int nanosleep(const timespec* wanted, timespec* left) {
+  if (!needsNoTime() || wanted->tv_sec == 0) return real().nanosleep(wanted, left);
+  sleep(static_cast<unsigned>(wanted->tv_sec));
+  return 0;
+}
+
+INTERPOSED time_t time(time_t* seconds) noexcept {
+  timespec real{};
+  ::clock_gettime(CLOCK_REALTIME, &real);
+  const std::uint64_t skipped =
+      skippedMicroseconds + static_cast<std::uint64_t>(real.tv_nsec) / kNanosecondsPerMicrosecond;
+  const time_t now = real.tv_sec + static_cast<time_t>(skipped / kMicrosecondsPerSecond);
+  if (seconds != nullptr) *seconds = now;
+  return now;
 }
 
 INTERPOSED int umount(const char* path) noexcept { return unmountAny(path, 0); }

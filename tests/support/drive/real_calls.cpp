@@ -19,6 +19,7 @@ const RealCalls& real() {
       .pread = realCall<decltype(RealCalls::pread)>("pread64"),
       .lseek = realCall<decltype(RealCalls::lseek)>("lseek64"),
       .umount2 = realCall<decltype(RealCalls::umount2)>("umount2"),
+      .nanosleep = realCall<decltype(RealCalls::nanosleep)>("nanosleep"),
   };
   return calls;
 }

@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <cstdio>
+#include <ctime>
 
 namespace emulated {
 
@@ -20,6 +21,7 @@ struct RealCalls {
   ssize_t (*pread)(int, void*, std::size_t, off_t);
   off_t (*lseek)(int, off_t, int);
   int (*umount2)(const char*, int);
+  int (*nanosleep)(const timespec*, timespec*);
 };
 const RealCalls& real();
 
