@@ -38,8 +38,10 @@ fi
 echo
 echo "== quillon publish: the same objects onto a blank CD-R in a virtual recorder"
 demo_root=$(cd "$demo" && pwd)
-QUILLON_RECORDERS="$demo_root/recorders" build/release/bin/quillon publish \
-  --root "$demo_root/publish" --volume DEMO "$demo/objects"
+export QUILLON_RECORDERS="$demo_root/recorders"
+build/release/bin/quillon publish --dry-run --volume DEMO "$demo/objects"
+echo
+build/release/bin/quillon publish --root "$demo_root/publish" --volume DEMO "$demo/objects"
 
 echo
 echo "== The disc, as the recorder gave it out"
@@ -50,6 +52,6 @@ fi
 
 echo
 echo "== quillon disc status: what a host is told of a used CD-RW in that recorder"
-QUILLON_RECORDERS="$demo_root/recorders" build/release/bin/quillon disc insert --media cd-rw \
+build/release/bin/quillon disc insert --media cd-rw \
   --image "$(find "$demo_root/recorders" -name 'DEMO*.iso' | head -n 1)"
-QUILLON_RECORDERS="$demo_root/recorders" build/release/bin/quillon disc status
+build/release/bin/quillon disc status
