@@ -68,6 +68,7 @@ int publish(CommandOptions& options, std::vector<std::string> remarks,
   if (auto reason = delivery.refuse(options.create.sources)) {
     created.error = std::move(reason);
     created.isDryRun = options.create.isDryRun;
+    created.root = delivery.result().root;
   } else {
     options.create.refuseSize = [&delivery](const DiscRoom& room) {
       return delivery.refuseSize(room);

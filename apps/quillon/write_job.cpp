@@ -8,6 +8,7 @@
 
 #include "create_job.h"
 #include "disc/imapi_version.h"
+#include "disc_kinds.h"
 #include "disc_progress_scope.h"
 #include "foundation/text.h"
 #include "interrupt_guard.h"
@@ -176,7 +177,12 @@ bool Delivery::askRecorder() {
   platform::chooseDiscRecorder(recorder_.name);
   result_.recorder = recorder_.name;
   result_.isVirtual = recorder_.isVirtual;
-  return passes(reasonNotToRecord(recorder_));
+  if (!passes(reasonNotToRecord(recorder_))) return false;
+  if (options_.isDryRun && recorder_.freeSectors < recorder_.usableSectors) {
+    result_.remarks.push_back("The " + discName(recorder_.media) + " in " + recorder_.name +
+                              " holds data, which would be erased.");
+  }
+  return true;
 }
 
 // Also keeps a directory that holds something else from being written, and wiped.

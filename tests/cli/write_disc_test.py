@@ -295,6 +295,14 @@ class Discs(DiscTest):
                          [True, "drive", False, None, None])
         self.assertEqual(program.everything(self.recorder), before)
         self.assertEqual(os.listdir(self.dir / "tmp"), [])
+        self.command("publish", "--no-eject", self.source)
+        self.create_set(self.source)
+        before = program.everything(self.dir)
+        run = self.run_program("write", "--dry-run", "--root", self.root, "--volume", "NEW")
+        self.assertIn("\nTarget:    disc NEW in drive, a virtual recorder\n", run.stdout.decode())
+        self.assertEqual(run.stderr.decode(),
+                         "quillon: The CD-RW in drive holds data, which would be erased.\n")
+        self.assertEqual(program.everything(self.dir), before)
 
     def test_a_drive_that_fails_leaves_the_set_whole_and_sharing_nothing(self):
         before = self.sample_tree()

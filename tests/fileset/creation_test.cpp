@@ -17,6 +17,20 @@ RecordElements keysOf(const RecordElements& record) {
   return keys;
 }
 
+TEST(FileSetCreation, TellsHowManyBytesAreInTheirPlaces) {
+  BuilderJob job;
+  job.add("x", object(1, 1, 1, 1));
+  job.add("y", object(1, 1, 1, 2));
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> told;
+  job.builder.progress = [&](std::uint64_t done, std::uint64_t total) {
+    told.emplace_back(done, total);
+  };
+  const std::uint64_t x = fs::file_size(job.in / "x");
+  const std::uint64_t all = x + fs::file_size(job.in / "y");
+  ASSERT_TRUE(job.create()) << job.sentence();
+  EXPECT_EQ(told, (decltype(told){{0, all}, {x, all}, {all, all}}));
+}
+
 TEST(FileSetCreation, MovesTheFilesAndDescribesThem) {
   BuilderJob job;
   const fs::path sources[] = {job.add("x", object(1, 1, 1, 1)), job.add("y", object(1, 1, 1, 2)),
