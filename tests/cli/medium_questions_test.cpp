@@ -62,8 +62,8 @@ TEST(MediumQuestions, EachDiscThatIsNotWrittenHasItsSentence) {
        "There is no disc in /dev/sr0: put a blank disc in."},
       {with(holding("cd-r", "blank"), [](auto& s) { s.writableMedia.clear(); }),
        "The recorder /dev/sr0 only reads discs: quillon disc list shows which others there are."},
-      {with(holding("cd-r", "blank"), [](auto& s) { s.client = "Nero"; }),
-       "The recorder /dev/sr0 is in use by Nero: wait until that has ended."},
+      {with(holding("cd-r", "blank"), [](auto& s) { s.client = "Other Burner"; }),
+       "The recorder /dev/sr0 is in use by Other Burner: wait until that has ended."},
       {with(holding("", ""), [](auto& s) { s.problem = "Nobody knows."; }), "Nobody knows."},
   };
   for (const Case& c : cases) {

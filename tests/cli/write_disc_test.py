@@ -164,7 +164,7 @@ class Discs(DiscTest):
             user.write("Other Program")
             user.flush()
 
-        def pressed():
+        def insert_foreign():
             insert("--media", "dvd-rw", "--image", self.dir / "old.iso")
 
         old = ["--image", self.dir / "old.iso"]
@@ -178,8 +178,8 @@ class Discs(DiscTest):
              "The CD-RW in drive is write-protected: put another one in."),
             (lambda: insert(*old), "The CD-ROM in drive is of a kind that is not written there: put "
              "in a blank one of CD-R, CD-RW, DVD+R, DVD+RW, BD-R."),
-            (pressed, "The DVD-RW in drive is of a kind that is not written there: put in a blank "
-             "one of CD-R, CD-RW, DVD+R, DVD+RW, BD-R."),
+            (insert_foreign, "The DVD-RW in drive is of a kind that is not written there: put in a "
+             "blank one of CD-R, CD-RW, DVD+R, DVD+RW, BD-R."),
             (lambda: self.insert("cd-r", "writing"), "The CD-R in drive is damaged: put a blank disc "
              "in."),
             (use, "The recorder drive is in use by Other Program: wait until that has ended."),
