@@ -78,8 +78,8 @@ class EmulatedDrive:
         """What goes wrong from now on, in place of what did (drive/faults.h); none: nothing."""
         (self.directory / "faults.txt").write_text("".join(line + "\n" for line in lines))
         state = {name: value for name, value in self.state().items() if not name.startswith("met ")}
-        for counter in ("polls", "busy polls", "unmounted"):
-            state.pop(counter, None)
+        for memory in ("polls", "busy polls", "unmounted", "unplugged"):
+            state.pop(memory, None)
         self._write("state.txt", state)
 
     def disc(self):
@@ -123,7 +123,8 @@ class EmulatedDrive:
         return self.log("OPEN excl").count(("OPEN excl", "ok"))
 
     def is_held(self):
-        """Whether a program has the device open for itself alone."""
+        """Whether a program has the device open for itself alone. (One that opens it in just this
+        moment finds it busy.)"""
         with (self.directory / "device").open("ab") as device:
             try:
                 fcntl.flock(device, fcntl.LOCK_EX | fcntl.LOCK_NB)

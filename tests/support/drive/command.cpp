@@ -168,12 +168,13 @@ void Command::answer(const Bytes& bytes, std::int64_t allocationLength) {
 bool runCommand(const std::string& directory, Command& command, Sense& sense) {
   waitAsPlanned(directory, command);
   Drive drive(directory);
-  if (!drive.isThere()) return false;
+  if (!drive.isThere() || drive.state.isYes("unplugged")) return false;
   const Row* const row = rowOf(command.byte(0));
   sense = row == nullptr ? kUnknownCommand : run(drive, command, *row);
   std::string name = row == nullptr ? "COMMAND " + hexOf({command.byte(0)}) : row->name;
-  drive.log(name + command.notes() + " -> " + textOf(sense));
-  return drive.store();
+  const bool isLost = drive.state.isYes("unplugged");
+  drive.log(name + command.notes() + " -> " + (isLost ? "lost" : textOf(sense)));
+  return drive.store() && !isLost;
 }
 
 void endWriting(Drive& drive) {

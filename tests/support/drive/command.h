@@ -56,7 +56,7 @@ class Command {
 };
 
 // Does the command with all that is common to commands: lock, faults, unit attention, log. False:
-// the drive's files are not there.
+// the command does not reach a drive.
 bool runCommand(const std::string& directory, Command& command, Sense& sense);
 
 // Forgets cue sheet, reservation and whatever else belongs to one recording.

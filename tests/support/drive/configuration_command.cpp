@@ -80,7 +80,7 @@ void addWriting(Features& features, const Drive& drive, std::uint16_t profile) {
   const auto orTest = [=](int bits) { return static_cast<std::uint8_t>(bits | test); };
   const bool isOverwritable = disc != nullptr && disc->media->isOverwritable;
   const bool isIncremental =
-      disc != nullptr && isOneOf(profile, {0x11, 0x14}) && !disc->isAtOnceOnly;
+      disc != nullptr && isOneOf(profile, {0x11, 0x14, 0x15}) && !disc->isAtOnceOnly;
   Bytes randomWritable;
   append32(randomWritable, disc == nullptr ? 0 : disc->capacity - 1);
   append32(randomWritable, kSectorBytes);
@@ -97,8 +97,9 @@ void addWriting(Features& features, const Drive& drive, std::uint16_t profile) {
   const bool isRecordableCd = isOneOf(profile, {0x09, 0x0A});
   features.add(0x002D, 2, false, isRecordableCd, {orTest(0x42), 0, 0x01, 0x00});
   features.add(0x002E, 0, false, isRecordableCd, {orTest(0x62), 0, 0, 0});
-  features.add(0x002F, 2, false, isOneOf(profile, {0x11, 0x14}), {orTest(0x42), 0, 0, 0});
+  features.add(0x002F, 2, false, isOneOf(profile, {0x11, 0x14, 0x15}), {orTest(0x42), 0, 0, 0});
   features.add(0x0037, 0, false, profile == 0x0A, {0, 0xFF, 0, 0});
+  features.add(0x003B, 0, false, profile == 0x2B, {1, 0, 0, 0});
   const bool isBd = isOneOf(profile, {0x41, 0x43});
   features.add(0x0040, 0, false, isBd || profile == 0x40, Bytes(28));
   features.add(0x0041, 0, false, isBd, Bytes(20));

@@ -38,7 +38,7 @@ long passCommand(const std::string& directory, sg_io_hdr_t& request) {
   const bool hasData = request.dxfer_direction != SG_DXFER_NONE && data != nullptr;
   Command command(request.cmdp, request.cmd_len, data, hasData ? request.dxfer_len : 0, isToDrive);
   Sense sense;
-  if (!runCommand(directory, command, sense)) return -EIO;
+  if (!runCommand(directory, command, sense)) return -ENODEV;
   request.status = request.masked_status = request.msg_status = 0;
   request.host_status = request.driver_status = 0;
   request.sb_len_wr = 0;

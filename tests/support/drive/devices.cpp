@@ -137,6 +137,7 @@ int openDevice(const Device& device, int flags) {
   };
   if (!device.exists) return fail(ENOENT);
   if (!mayAccess(device)) return fail(EACCES);
+  if (TextTable::read(device.directory + "/state.txt").isYes("unplugged")) return fail(ENXIO);
   const bool isExclusive = (flags & O_EXCL) != 0;
   const std::string name = isExclusive ? "OPEN excl" : "OPEN";
   if (isExclusive && isMounted(device)) {

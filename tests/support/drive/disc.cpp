@@ -9,20 +9,22 @@ namespace {
 
 // clang-format off
 constexpr std::array kMedia{
-    //    name        profile family            writable erasable overwritable usual capacity
-    Media{"cd-rom",     0x08, Family::Cd,       false,   false,   false,          359849},
-    Media{"cd-r",       0x09, Family::Cd,       true,    false,   false,          359849},
-    Media{"cd-rw",      0x0A, Family::Cd,       true,    true,    false,          359849},
-    Media{"dvd-rom",    0x10, Family::DvdMinus, false,   false,   false,         2298496},
-    Media{"dvd-r",      0x11, Family::DvdMinus, true,    false,   false,         2298496},
-    Media{"dvd-ram",    0x12, Family::DvdMinus, true,    false,   true,          2236704},
-    Media{"dvd-rw-ro",  0x13, Family::DvdMinus, true,    true,    true,          2298496},
-    Media{"dvd-rw",     0x14, Family::DvdMinus, true,    true,    false,         2298496},
-    Media{"dvd+rw",     0x1A, Family::DvdPlus,  true,    false,   true,          2295104},
-    Media{"dvd+r",      0x1B, Family::DvdPlus,  true,    false,   false,         2295104},
-    Media{"bd-rom",     0x40, Family::Bd,       false,   false,   false,        12219392},
-    Media{"bd-r",       0x41, Family::Bd,       true,    false,   false,        12219392},
-    Media{"bd-re",      0x43, Family::Bd,       true,    false,   true,         11826176},
+    //    name        profile family            writable erasable overwritable book  usual capacity
+    Media{"cd-rom",     0x08, Family::Cd,       false,   false,   false,       0x00,   359849},
+    Media{"cd-r",       0x09, Family::Cd,       true,    false,   false,       0x00,   359849},
+    Media{"cd-rw",      0x0A, Family::Cd,       true,    true,    false,       0x00,   359849},
+    Media{"dvd-rom",    0x10, Family::DvdMinus, false,   false,   false,       0x01,  2298496},
+    Media{"dvd-r",      0x11, Family::DvdMinus, true,    false,   false,       0x25,  2298496},
+    Media{"dvd-ram",    0x12, Family::DvdMinus, true,    false,   true,        0x16,  2236704},
+    Media{"dvd-rw-ro",  0x13, Family::DvdMinus, true,    true,    true,        0x32,  2298496},
+    Media{"dvd-rw",     0x14, Family::DvdMinus, true,    true,    false,       0x32,  2298496},
+    Media{"dvd-r-dl",   0x15, Family::DvdMinus, true,    false,   false,       0x26,  4171712},
+    Media{"dvd+rw",     0x1A, Family::DvdPlus,  true,    false,   true,        0x92,  2295104},
+    Media{"dvd+r",      0x1B, Family::DvdPlus,  true,    false,   false,       0xA1,  2295104},
+    Media{"dvd+r-dl",   0x2B, Family::DvdPlus,  true,    false,   false,       0xE1,  4173824},
+    Media{"bd-rom",     0x40, Family::Bd,       false,   false,   false,       0x00, 12219392},
+    Media{"bd-r",       0x41, Family::Bd,       true,    false,   false,       0x00, 12219392},
+    Media{"bd-re",      0x43, Family::Bd,       true,    false,   true,        0x00, 11826176},
 };
 constexpr std::array<const char*, 3> kTrackStates{"open", "closed", "damaged"};
 // clang-format on

@@ -21,8 +21,9 @@ struct Media {
   std::uint16_t profile;
   Family family;
   bool isWritable;
-  bool isErasable;      // BLANK takes it
-  bool isOverwritable;  // any sector may be written at any time, once it is formatted
+  bool isErasable;        // BLANK takes it
+  bool isOverwritable;    // any sector may be written at any time, once it is formatted
+  std::uint8_t bookType;  // what the lead-in of a DVD begins with: its kind and the version of that
   std::int64_t usualCapacity;
 };
 const Media* mediaNamed(std::string_view name);

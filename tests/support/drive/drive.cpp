@@ -146,6 +146,15 @@ void Drive::breakOff() {
   endWriting(*this);
 }
 
+bool Drive::isTakenAway(std::int64_t end) {
+  const bool isPulled = faults.meets("pulled", end);
+  const bool isUnplugged = faults.meets("unplugged", end);
+  if (!isPulled && !isUnplugged) return false;
+  breakOff();
+  state.setYes(isPulled ? "pulled" : "unplugged", true);
+  return true;
+}
+
 bool Drive::writeSectors(std::int64_t first, const std::uint8_t* data, std::int64_t count) {
   if (count <= 0 || isSimulating()) return true;
   const OwnDescriptor file(

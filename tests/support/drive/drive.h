@@ -60,6 +60,8 @@ class Drive {
   // From now on, until endSimulation, the host sees a copy of the disc.
   void beginSimulation();
   void endSimulation();
+  // A transfer that would end there: does it find the disc, or the whole drive, gone?
+  bool isTakenAway(std::int64_t end);
   // What becomes of a recording whose program is gone, or whose disc leaves the drive.
   void breakOff();
 

@@ -25,10 +25,11 @@ SG_IO = 0x2285
 CDROM_DRIVE_STATUS, CDROMEJECT, BLKGETSIZE64 = 0x5326, 0x5309, 0x80081272
 TO_DRIVE, FROM_DRIVE, NO_DATA = -2, -3, -1
 
-OK = "ok"
-NO_MEDIUM, BAD_ADDRESS, NOT_NEXT, BAD_FIELD = "2/3A/00", "5/21/00", "5/21/02", "5/24/00"
-BAD_PARAMETER, SEQUENCE, MEDIUM, UNWRITABLE = "5/26/00", "5/2C/00", "5/30/00", "5/30/05"
-UNFORMATTABLE, LOCKED, WRONG_MODE, INCOMPLETE = "5/30/06", "5/53/02", "5/64/00", "5/72/03"
+OK, GONE = "ok", os.strerror(errno.ENODEV)
+NO_MEDIUM, UNKNOWN, BAD_ADDRESS, NOT_NEXT = "2/3A/00", "5/20/00", "5/21/00", "5/21/02"
+BAD_FIELD, BAD_PARAMETER, SEQUENCE, MEDIUM = "5/24/00", "5/26/00", "5/2C/00", "5/30/00"
+UNWRITABLE, UNFORMATTABLE, LOCKED = "5/30/05", "5/30/06", "5/53/02"
+WRONG_MODE, INCOMPLETE = "5/64/00", "5/72/03"
 
 
 class Request(ctypes.Structure):
@@ -64,7 +65,10 @@ class Host:
                           most_sense_bytes=32, data_bytes=size, data=ctypes.addressof(data),
                           command=ctypes.addressof(command), sense=ctypes.addressof(sense),
                           timeout=10000)
-        fcntl.ioctl(self.descriptor, SG_IO, request)
+        try:
+            fcntl.ioctl(self.descriptor, SG_IO, request)
+        except OSError as error:
+            return os.strerror(error.errno)
         self.data = data.raw[:size - request.residual]
         if not request.sense_bytes:
             return OK
@@ -281,6 +285,12 @@ class DriveTest(unittest.TestCase):
         self.drive = self.drives.add(simulates="no")
         self.expect(self.host("cd-r"), ("write_parameters", 1, True, BAD_PARAMETER))
 
+    def test_a_drive_that_reads_only_knows_no_recording(self):
+        self.drive = self.drives.add(kind="reader")
+        self.expect(self.host("cd-r", "closed"), ("write_parameters", 1, BAD_PARAMETER),
+                    ("write", 0, UNKNOWN), ("blank", UNKNOWN), ("synchronize", UNKNOWN),
+                    ("read", 0, OK))
+
     def test_a_locked_tray_stays_closed_and_a_new_disc_is_told(self):
         host = self.host("cd-r", "closed")
         self.expect(host, ("prevent", OK), ("eject", LOCKED), ("prevent", False, OK), ("eject", OK),
@@ -298,6 +308,7 @@ class DriveTest(unittest.TestCase):
             (("write = 20 3/0C/00 once",), (("write", 0, OK), ("write", 16, "3/0C/00"),
                                             ("write", 20, OK))),
             (("pulled = 20",), (("write", 0, OK), ("write", 16, NO_MEDIUM), ("ready", NO_MEDIUM))),
+            (("unplugged = 20",), (("write", 0, OK), ("write", 16, GONE), ("ready", GONE))),
             (("sync = 3/0C/00 once",), (("write", 0, OK), ("synchronize", "3/0C/00"),
                                         ("synchronize", OK))),
             (("WRITE 10 = 4/44/00 after 2",), (("write", 0, OK), ("write", 16, OK),

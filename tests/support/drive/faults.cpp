@@ -45,9 +45,9 @@ Sense Faults::ofSectors(std::string_view name, std::int64_t first, std::int64_t 
   return kGood;
 }
 
-bool Faults::pulls(std::int64_t first, std::int64_t count) const {
-  const std::int64_t sector = plan_.number("pulled", -1);
-  return sector >= 0 && sector < first + count;
+bool Faults::meets(std::string_view name, std::int64_t end) const {
+  const std::int64_t sector = plan_.number(name, -1);
+  return sector >= 0 && sector < end;
 }
 
 }  // namespace emulated

@@ -27,7 +27,8 @@ class Faults {
   // to reached; those before it were.
   Sense ofSectors(std::string_view name, std::int64_t first, std::int64_t count,
                   std::int64_t& reached);
-  bool pulls(std::int64_t first, std::int64_t count) const;
+  // Whether a transfer that ends there meets what "pulled" or "unplugged" is planned for.
+  bool meets(std::string_view name, std::int64_t end) const;
   std::int64_t number(std::string_view name) const { return plan_.number(name); }
 
  private:

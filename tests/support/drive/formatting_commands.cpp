@@ -64,10 +64,9 @@ Sense formatUnit(Drive& drive, Command& command) {
   const int type = list[8] >> 2;
   command.note("type " + hexOf({static_cast<std::uint8_t>(type)}));
   if (disc.media->profile == 0x41 && !disc.isBlank()) return kUnformattableMedium;
-  if (disc.isCd() || !disc.media->isWritable || disc.media->profile == 0x11 ||
-      disc.media->profile == 0x1B) {
-    return kUnformattableMedium;
-  }
+  const bool canBeFormatted =
+      disc.media->isErasable || disc.media->isOverwritable || disc.media->family == Family::Bd;
+  if (disc.isCd() || !disc.media->isWritable || !canBeFormatted) return kUnformattableMedium;
   if (!takesFormat(disc, type)) return kBadParameter;
   goOnAlone(drive, (list[1] & 2) != 0);
   if (disc.media->profile == 0x1A) return formatInBackground(disc, (list[11] & 1) != 0);

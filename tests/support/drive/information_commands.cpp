@@ -346,16 +346,9 @@ Sense readDiscStructure(Drive& drive, Command& command) {
   const bool isDvd =
       disc.media->family == Family::DvdMinus || disc.media->family == Family::DvdPlus;
   if (!isDvd || format != kPhysicalFormat) return kBadCommandField;
-  // DVD-ROM, -RAM, -R, -RW, +RW, +R in the high half; the version in the low one.
-  const std::uint8_t bookType = disc.media->profile == 0x10   ? 0x01
-                                : disc.media->profile == 0x12 ? 0x12
-                                : disc.media->profile == 0x11 ? 0x25
-                                : disc.media->profile == 0x1A ? 0x92
-                                : disc.media->profile == 0x1B ? 0xA1
-                                                              : 0x32;
   Bytes answer(4 + 2048);
   put16(answer, 0, 2050);
-  answer[4] = bookType;
+  answer[4] = disc.media->bookType;
   answer[5] = 0x0F;
   answer[6] = 0x02;
   put32(answer, 8, kFirstPhysicalSector);

@@ -130,8 +130,7 @@ off64_t seekDevice(const std::string& directory, int descriptor, off64_t offset,
 }
 
 // What the kernel reads through the drive, without its buffers.
-ssize_t readDevice(const std::string& directory, int descriptor, void* data, std::size_t bytes,
-                   off64_t offset) {
+ssize_t readDevice(const std::string& directory, void* data, std::size_t bytes, off64_t offset) {
   emulated::Drive drive(directory);
   if (!drive.isThere() || !drive.hasMedium()) {
     errno = ENOMEDIUM;
@@ -145,7 +144,6 @@ ssize_t readDevice(const std::string& directory, int descriptor, void* data, std
       (offset + static_cast<off64_t>(most) - 1) / emulated::kSectorBytes - first + 1;
   std::int64_t reached = 0;
   const bool isBroken = !drive.faults.ofSectors("read", first, count, reached).isGood();
-  static_cast<void>(descriptor);
   std::vector<std::uint8_t> sectors(static_cast<std::size_t>(count * emulated::kSectorBytes));
   if (isBroken || !drive.readSectors(first, sectors.data(), count)) {
     errno = EIO;
@@ -318,7 +316,7 @@ INTERPOSED ssize_t read(int descriptor, void* data, std::size_t bytes) {
   const std::string directory = emulated::directoryOf(descriptor);
   if (directory.empty()) return real().read(descriptor, data, bytes);
   const off64_t offset = real().lseek(descriptor, 0, SEEK_CUR);
-  const ssize_t got = readDevice(directory, descriptor, data, bytes, offset);
+  const ssize_t got = readDevice(directory, data, bytes, offset);
   if (got > 0) real().lseek(descriptor, got, SEEK_CUR);
   return got;
 }
@@ -326,7 +324,7 @@ INTERPOSED ssize_t read(int descriptor, void* data, std::size_t bytes) {
 INTERPOSED ssize_t pread(int descriptor, void* data, std::size_t bytes, off_t offset) {
   const std::string directory = emulated::directoryOf(descriptor);
   if (directory.empty()) return real().pread(descriptor, data, bytes, offset);
-  return readDevice(directory, descriptor, data, bytes, offset);
+  return readDevice(directory, data, bytes, offset);
 }
 
 INTERPOSED ssize_t pread64(int descriptor, void* data, std::size_t bytes, off64_t offset) {

@@ -24,10 +24,7 @@ Sense checkReadable(const Disc& disc, std::int64_t first, std::int64_t count) {
 
 Sense readSectors(Drive& drive, Command& command, std::int64_t first, std::int64_t count) {
   command.note(std::to_string(first) + " +" + std::to_string(count));
-  if (drive.faults.pulls(first, count)) {
-    drive.state.setYes("pulled", true);
-    return drive.noMedium();
-  }
+  if (drive.isTakenAway(first + count)) return drive.noMedium();
   if (const Sense sense = checkReadable(*drive.disc, first, count); !sense.isGood()) return sense;
   std::int64_t reached = 0;
   const Sense fault = drive.faults.ofSectors("read", first, count, reached);

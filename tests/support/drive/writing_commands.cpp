@@ -133,12 +133,7 @@ Sense writeSectors(Drive& drive, Command& command, std::int64_t first, std::int6
     return kBadCommandField;
   }
   if (count == 0) return kGood;
-  if (drive.faults.pulls(first, count)) {
-    drive.breakOff();
-    drive.state.remove("unsynchronized");
-    drive.state.setYes("pulled", true);
-    return drive.noMedium();
-  }
+  if (drive.isTakenAway(first + count)) return drive.noMedium();
   if (const Sense sense = place(drive, first, count); !sense.isGood()) return sense;
   std::int64_t reached = first + count;
   const Sense fault = drive.faults.ofSectors("write", first, count, reached);
