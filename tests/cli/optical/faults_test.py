@@ -110,6 +110,8 @@ class Faults(OpticalTest):
         for at in (0, 700):
             cases += [("auto", "cd-r", "blank", f"pulled = {at}", "gone"),
                       ("auto", "dvd+rw", "formatted", f"pulled = {at}", "gone")]
+        cases += [("auto", media, BLANK.get(media), "unplugged = 700", "lost")
+                  for media in ("cd-r", "dvd+rw")]
         cases += [("auto", "dvd+rw", "unformatted", "format = 4/31/00", None),
                   ("auto", "bd-re", "unformatted", "format = 3/31/00", None),
                   ("auto", "cd-rw", "closed", "blank = 3/51/00", "finalised"),
@@ -125,6 +127,8 @@ class Faults(OpticalTest):
             self.assertEqual((status, out), (1, ""), err)
             self.assertNotEqual(err, "")
             self.assert_set_is_whole(machine)
+            if afterwards == "lost":  # the drive itself has gone
+                return
             self.assert_left_alone(machine)
             listed = machine.listed()
             if afterwards == "gone":

@@ -11,6 +11,7 @@
 #include <climits>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 
 #include "drive.h"
 #include "real_calls.h"
@@ -33,17 +34,23 @@ std::string_view fileOf(int descriptor, std::array<char, PATH_MAX>& path) {
   return {path.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
 }
 
-// A test in the process itself changes the environment from case to case.
-const std::string& resolvedDrivesDirectory() {
-  thread_local std::string drives;
-  thread_local std::string resolved;
-  if (std::string now = drivesDirectory(); now != drives) {
+// A test in the process itself changes the environment from case to case. What is remembered is
+// never destroyed: programs close drives until their very end.
+std::string resolvedDrivesDirectory() {
+  struct Known {
+    std::mutex mutex;
+    std::string drives;
+    std::string resolved;
+  };
+  static auto* const known = new Known;
+  const std::lock_guard lock(known->mutex);
+  if (std::string now = drivesDirectory(); now != known->drives) {
     const std::unique_ptr<char, decltype(&std::free)> path(::realpath(now.c_str(), nullptr),
                                                            &std::free);
-    resolved = path == nullptr ? std::string() : std::string(path.get()) + "/";
-    drives = std::move(now);
+    known->resolved = path == nullptr ? std::string() : std::string(path.get()) + "/";
+    known->drives = std::move(now);
   }
-  return resolved;
+  return known->resolved;
 }
 
 bool isMounted(const Device& device) {
@@ -162,7 +169,7 @@ int openDevice(const Device& device, int flags) {
 }
 
 std::string directoryOf(int descriptor) {
-  const std::string& drives = resolvedDrivesDirectory();
+  const std::string drives = resolvedDrivesDirectory();
   if (drives.empty()) return {};
   std::array<char, PATH_MAX> buffer{};
   const std::string_view path = fileOf(descriptor, buffer);
