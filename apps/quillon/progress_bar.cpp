@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace quillon::cli {
@@ -25,7 +26,7 @@ std::string speedText(double bytesPerSecond) {
 }
 
 std::string durationText(double seconds) {
-  const auto whole = static_cast<std::uint64_t>(seconds + 0.5);
+  const auto whole = static_cast<std::uint64_t>(std::llround(seconds));
   char text[40];
   if (whole >= 3600) {
     std::snprintf(text, sizeof text, "%llu:%02u:%02u",

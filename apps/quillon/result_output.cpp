@@ -58,7 +58,7 @@ std::string dryRunMembers(std::uint64_t sectors) {
 
 std::string targetText(const WriteResult& result) {
   if (result.target) return *result.target;
-  const std::string text = "disc " + result.volume + " in " + result.recorder;
+  std::string text = "disc " + result.volume + " in " + result.recorder;
   if (!result.isVirtual) return text;
   if (result.image.empty()) return text + ", a virtual recorder";
   return text + ", an image: " + result.image;
