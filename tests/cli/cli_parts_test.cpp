@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <fstream>
+
 #include "held_directory.h"
 #include "json_output.h"
 #include "patient_key.h"
 #include "root_guard.h"
+#include "staging.h"
 #include "support/temp_dir.h"
 
 namespace quillon::cli {
@@ -63,6 +67,25 @@ TEST(HeldDirectory, OnlyWhatNobodyHoldsIsAbandoned) {
   HeldDirectory::forEachAbandoned(parent.path().string(), ".quillon-",
                                   [&](const std::string& path) { found.push_back(path); });
   EXPECT_EQ(found, (std::vector<std::string>{(parent / ".quillon-1-killed").string()}));
+}
+
+// Somebody who watches the copy of one large file must see that it goes on.
+TEST(Staging, TellsHowFarTheCopyOfAFileIs) {
+  const test::TempDir dir;
+  constexpr std::uint64_t kBytes = std::uint64_t{40} << 20;
+  std::ofstream(dir / "large").put('x');
+  fs::resize_file(dir / "large", kBytes);
+  Staging staging(dir.path().string(), /*mayLink=*/false);
+  std::vector<std::uint64_t> told;
+  staging.setProgress([&told](std::uint64_t bytes) { told.push_back(bytes); });
+  std::string copy;
+  std::string reason;
+  ASSERT_TRUE(staging.copyIn((dir / "large").string(), copy, reason)) << reason;
+  EXPECT_EQ(fs::file_size(copy), kBytes);
+  if (!staging.needsRoom()) GTEST_SKIP() << "the file system shares blocks: there is no copy";
+  EXPECT_TRUE(std::is_sorted(told.begin(), told.end()));
+  ASSERT_GE(told.size(), 4U);
+  EXPECT_EQ(told.back(), kBytes);
 }
 
 TEST(RootGuard, WhatIsNoMereFileSetIsNotWiped) {
