@@ -1,5 +1,6 @@
 #include "disc_command.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -162,22 +163,27 @@ int runStatus(const Options& options) {
   return finish(Output::of(options.isJson, std::move(out)), error, {});
 }
 
-// A disc in a recorder that the service does not offer would help nobody.
-std::optional<std::string> reasonNotToInsert() {
+// The recorder that is meant without a name: a disc in one that the service does not offer would
+// help nobody.
+std::optional<std::string> findRecorderForDisc(std::string& name) {
   std::vector<DiscRecorderStatus> recorders;
   if (auto error = errorOf(platform::listDiscRecorders(recorders))) return error;
-  for (const DiscRecorderStatus& status : recorders) {
-    if (status.isVirtual) return std::nullopt;
+  std::erase_if(recorders, [](const DiscRecorderStatus& status) { return !status.isVirtual; });
+  if (recorders.empty()) {
+    return "The service has no virtual recorders: --recorder names one, and QUILLON_RECORDERS the "
+           "directory of all.";
   }
-  return "The service has no virtual recorders: --recorder names one, and QUILLON_RECORDERS the "
-         "directory of all.";
+  const auto writing = std::ranges::find_if(recorders, &DiscRecorderStatus::writes);
+  name = (writing == recorders.end() ? recorders.begin() : writing)->name;
+  return std::nullopt;
 }
 
 int runInsert(const Options& options) {
   std::optional<std::string> error;
-  if (options.recorder.empty()) error = reasonNotToInsert();
+  std::string recorder = options.recorder;
+  if (recorder.empty()) error = findRecorderForDisc(recorder);
   if (!error) {
-    const platform::DiscResult result = platform::insertVirtualDisc(options.recorder, options.disc);
+    const platform::DiscResult result = platform::insertVirtualDisc(recorder, options.disc);
     error = errorOf(result);
     if (result.code == HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS)) {
       error->pop_back();
@@ -185,7 +191,7 @@ int runInsert(const Options& options) {
     }
   }
   platform::VirtualRecorderStatus status;
-  if (!error) error = errorOf(platform::virtualRecorderStatus(options.recorder, status));
+  if (!error) error = errorOf(platform::virtualRecorderStatus(recorder, status));
   std::string out;
   if (options.isJson) {
     if (!error) {

@@ -86,7 +86,8 @@ class DiscCommand(program.ProgramTest):
         self.make_recorder("a", "")
         self.make_recorder("b", "cd-r cd-rw")
         self.make_recorder("c", "cd-r")
-        self.disc("insert", "--recorder", "b", "--media", "cd-rw", "--image", self.image())
+        inserted = self.disc("insert", "--media", "cd-rw", "--image", self.image())
+        self.assertEqual(inserted["recorder"], "b")
         cases = [("b", [], True, True, None),
                  ("b", ["--recorder", "b"], True, True, None),
                  ("c", ["--recorder", "c"], False, False,
