@@ -80,8 +80,8 @@ class MediaJob {
   // is one.
   [[nodiscard]] std::string failedFile();
 
-  // About the disc in the first recorder of the process. Nothing when there is no answer: errorText tells why. It
-  // also tells why a disc is not recordable.
+  // About the disc in the first recorder of the process. Nothing when there is no answer: errorText
+  // tells why. It also tells why a disc is not recordable.
   [[nodiscard]] std::optional<bool> holdsRewritableData();
   [[nodiscard]] bool isRecordable();
 

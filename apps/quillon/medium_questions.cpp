@@ -66,10 +66,6 @@ fs::path existingPart(const std::string& directory) {
 
 }  // namespace
 
-bool isGettingReady(const DiscRecorderStatus& recorder) {
-  return recorder.client.empty() && recorder.problem.ends_with(" is not ready yet.");
-}
-
 std::optional<std::string> reasonNotToRecord(const DiscRecorderStatus& recorder) {
   if (!recorder.client.empty()) {
     return "The recorder " + recorder.name + " is in use by " + recorder.client +

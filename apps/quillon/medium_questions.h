@@ -11,8 +11,6 @@
 
 namespace quillon::cli {
 
-// Whether it may tell of its disc when it is asked again.
-bool isGettingReady(const platform::DiscRecorderStatus& recorder);
 // Whether there is a disc in it that can be written now, or after it was erased.
 std::optional<std::string> reasonNotToRecord(const platform::DiscRecorderStatus& recorder);
 // Whether that disc has room for an image of so many sectors.

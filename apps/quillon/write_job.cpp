@@ -169,7 +169,7 @@ bool Delivery::askRecorder() {
     const platform::DiscResult answer =
         platform::describeDiscRecorder(options_.recorder, recorder_);
     if (answer.failed()) return fail(NarrowText(answer.text, FileSystemCodePage()));
-    if (!isGettingReady(recorder_) || asked == kMostQuestions) break;
+    if (!recorder_.isBecomingReady || asked == kMostQuestions) break;
     progress_.advance(0);
     std::this_thread::sleep_for(kReadyWait);
   }
@@ -225,7 +225,6 @@ void Delivery::lookAtSet() {
 }
 
 void Delivery::deliver() {
-  const std::set<std::string> before = ejectedImages();
   const DiscProgressScope discProgress(progress_);
   const InterruptGuard guard(
       [this, &discProgress] { interrupted(discProgress); },
@@ -245,7 +244,7 @@ void Delivery::deliver() {
   job_.setProgress({});
   progress_.clear();
   if (!result_.isWritten) return tellFailure();
-  if (!result_.isSimulated) findImage(before);
+  if (!result_.isSimulated) findImage();
   if (!staysWhenWritten()) wipe();
 }
 
@@ -254,33 +253,25 @@ void Delivery::tellFailure() {
   if (const std::string file = job_.failedFile(); result_.target && !file.empty()) {
     result_.remarks.push_back(file);
   }
+  const platform::DiscWork work = platform::lastDiscWork();
+  if (!result_.target && !work.failure.empty()) result_.remarks.push_back(work.failure);
+  if (!result_.target && work.isWritten) {
+    result_.remarks.push_back("The disc in " + recorder_.name +
+                              " is written all the same; the file set stays in " + result_.root +
+                              ".");
+    return;
+  }
   result_.remarks.push_back(
       "The file set stays in " + result_.root + "; quillon write --root " + result_.root +
       " can be repeated" +
       (result_.target ? ", with --overwrite once the target holds part of it." : "."));
 }
 
-// An ejected image has a name that none there had.
-std::set<std::string> Delivery::ejectedImages() const {
-  std::set<std::string> images;
+void Delivery::findImage() {
+  if (!recorder_.isVirtual) return;
+  result_.image = platform::lastDiscWork().ejectedTo;
   platform::VirtualRecorderStatus status;
-  if (!recorder_.isVirtual || platform::virtualRecorderStatus(recorder_.name, status).failed()) {
-    return images;
-  }
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator(fs::path(status.directory) / "ejected", error)) {
-    if (entry.path().extension() == ".iso") images.insert(entry.path().string());
-  }
-  return images;
-}
-
-void Delivery::findImage(const std::set<std::string>& before) {
-  for (const std::string& image : ejectedImages()) {
-    if (!before.contains(image)) result_.image = image;
-  }
-  platform::VirtualRecorderStatus status;
-  if (recorder_.isVirtual && result_.image.empty() &&
-      !platform::virtualRecorderStatus(recorder_.name, status).failed()) {
+  if (result_.image.empty() && !platform::virtualRecorderStatus(recorder_.name, status).failed()) {
     result_.image = status.image;
   }
 }

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -93,8 +92,7 @@ class Delivery {
   void lookAtSet();
   void deliver();
   void tellFailure();
-  void findImage(const std::set<std::string>& before);
-  [[nodiscard]] std::set<std::string> ejectedImages() const;
+  void findImage();
   void interrupted(const DiscProgressScope& discProgress) const;
   [[nodiscard]] std::string whatIsCopied() const;
   void wipe();

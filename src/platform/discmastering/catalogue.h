@@ -50,8 +50,8 @@ std::vector<std::string> configuredDrives();
 
 // Those drives, or only the one of that address, through libburn; none in a build without it.
 RecorderList listOpticalDrives(std::string_view only);
-// Lets go of the drives that the process has open, once its operations have been stopped. Comes back
-// when they are unlocked.
+// Lets go of the drives that the process has open, once its operations have been stopped. Comes
+// back when they are unlocked.
 void releaseOpticalDrives();
 
 }  // namespace quillon::platform

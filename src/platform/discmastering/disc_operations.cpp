@@ -18,7 +18,7 @@ struct Operations {
   std::condition_variable ended;
   int underWay = 0;
   std::string told;
-  std::string lastFailure;
+  DiscWork last;
 };
 
 // Never destroyed: the process may end while a drive still works.
@@ -48,14 +48,25 @@ void DiscOperation::tell(std::string sentence) {
   told.append(told.empty() ? "" : " ").append(sentence);
 }
 
-void DiscOperation::end(const DiscResult& result) {
+void noteWork(const DiscResult& result) {
   const std::lock_guard lock(operations().mutex);
-  operations().lastFailure = result.failed() ? nativeFromWide(result.text) : std::string();
+  operations().last.failure = result.failed() ? nativeFromWide(result.text) : std::string();
 }
 
-std::string lastDiscFailure() {
+void noteWrite(const DiscResult& result) {
+  noteWork(result);
   const std::lock_guard lock(operations().mutex);
-  return operations().lastFailure;
+  operations().last.isWritten = !result.failed();
+}
+
+void noteEjected(const std::string& imageLeftAt) {
+  const std::lock_guard lock(operations().mutex);
+  operations().last.ejectedTo = imageLeftAt;
+}
+
+DiscWork lastDiscWork() {
+  const std::lock_guard lock(operations().mutex);
+  return operations().last;
 }
 
 std::string StopDiscOperations() {

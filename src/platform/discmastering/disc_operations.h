@@ -20,8 +20,11 @@ class DiscOperation {
 
   // What the stop has made of its disc: a sentence for the user.
   void tell(std::string sentence);
-  // How it ended.
-  static void end(const DiscResult& result);
 };
+
+// For lastDiscWork: how a write or another operation ended, and where an image was left.
+void noteWrite(const DiscResult& result);
+void noteWork(const DiscResult& result);
+void noteEjected(const std::string& imageLeftAt);
 
 }  // namespace quillon::platform

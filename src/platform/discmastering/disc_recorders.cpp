@@ -129,6 +129,8 @@ DiscRecorderStatus statusOf(Recorder& recorder) {
   const DiscResult result = withSentence(recorder.media(media), status.name);
   if (result.failed()) {
     status.problem = nativeFromWide(result.text);
+    status.isBecomingReady = result.code == E_IMAPI_RECORDER_MEDIA_BECOMING_READY ||
+                             result.code == E_IMAPI_RECORDER_MEDIA_BUSY;
     return status;
   }
   fillDisc(drive, media, status);

@@ -114,7 +114,7 @@ DiscResult Recorder::write(const WriteRequest& request) {
   DiscOperation operation;
   if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
   result = burn(request);
-  DiscOperation::end(result);
+  noteWrite(result);
   if (result.failed() && areOperationsStopped()) operation.tell(whatIsLeft("written"));
   return result;
 }
@@ -130,7 +130,7 @@ DiscResult Recorder::erase(bool full, std::u16string_view clientName,
   DiscOperation operation;
   if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
   result = blank(full, progress);
-  DiscOperation::end(result);
+  noteWork(result);
   if (result.failed() && areOperationsStopped()) operation.tell(whatIsLeft("erased"));
   return result;
 }
@@ -149,7 +149,9 @@ std::string Recorder::whatIsLeft(const char* done) {
 DiscResult Recorder::eject() {
   RecorderHold hold(*this);
   DiscResult result = isHeld() ? DiscResult() : hold.acquire(kOwnClientName);
-  return result.failed() ? result : openTray();
+  if (!result.failed()) result = openTray();
+  noteWork(result);
+  return result;
 }
 
 DiscResult Recorder::load() {

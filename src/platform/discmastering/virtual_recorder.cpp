@@ -217,7 +217,9 @@ DiscResult VirtualRecorder::blankDisc(DiscRecord record, bool full,
 
 DiscResult VirtualRecorder::openTray() {
   std::string leftAt;
-  return takeDiscOut(directory_, leftAt);
+  DiscResult result = takeDiscOut(directory_, leftAt);
+  noteEjected(leftAt);
+  return result;
 }
 
 // Nobody has put a disc in.

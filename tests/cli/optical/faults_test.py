@@ -125,7 +125,10 @@ class Faults(OpticalTest):
             machine.drive.faults(fault)
             status, out, err = machine.write()
             self.assertEqual((status, out), (1, ""), err)
-            self.assertNotEqual(err, "")
+            # With what the drive itself has said, beside the service's words for a code.
+            said = "[3 0C 00]" if "3/0C" in fault else 'The drive "/dev/sr0" failed: '
+            if fault != "pulled = 0":  # a disc that is gone before is none to begin with
+                self.assertIn(said, err)
             self.assert_set_is_whole(machine)
             if afterwards == "lost":  # the drive itself has gone
                 return
@@ -163,6 +166,8 @@ class Faults(OpticalTest):
         status, _, err = machine.write()
         self.assertEqual(status, 1)
         self.assertIn("EjectMedia", err)
+        self.assertIn('quillon: The drive "/dev/sr0" does not open.\nquillon: The disc in /dev/sr0 is '
+                      f"written all the same; the file set stays in {machine.root}.\n", err)
         self.assertEqual(machine.extracted(), rig.contents(machine.root))
         status, _, err = machine.run("disc", "eject")
         self.assertEqual((status, err), (1, 'quillon: The drive "/dev/sr0" does not open.\n'))

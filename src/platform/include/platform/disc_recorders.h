@@ -15,8 +15,9 @@ struct DiscRecorderStatus {
   std::string name;    // of a virtual recorder as virtual_discs.h takes it; of a drive its device
   std::string device;  // "Quillon Virtual Recorder (Revision: 1.0)"
   bool isVirtual = false;
-  std::string client;                      // who has exclusive access; empty for nobody
-  std::string problem;                     // a sentence when nothing is known of the disc; empty
+  std::string client;            // who has exclusive access; empty for nobody
+  std::string problem;           // a sentence when nothing is known of the disc; empty
+  bool isBecomingReady = false;  // that is why; the drive will tell when it is asked again
   std::vector<std::string> writableMedia;  // kinds of disc that it writes; none: it only reads
   bool hasDisc = false;                    // the rest is empty without one
   std::string media;                       // "cd-rw"
@@ -46,10 +47,16 @@ DiscResult describeDiscRecorder(const std::string& recorder, DiscRecorderStatus&
 // recorder that the service would not list.
 void chooseDiscRecorder(std::string recorder);
 
-// What the recorder or the drive itself said when the last write or erase of the process failed: a
-// sentence, native bytes; empty where there was none, and after a success. The service's own answer
-// is a code, for which callers have words of their own.
-std::string lastDiscFailure();
+// What the process has done to discs last, beyond what the service answers, which is a code.
+struct DiscWork {
+  bool isWritten = false;  // the last write put all on its disc, whatever came after it
+  // What the recorder or the drive itself said when the last write, erase or ejection failed, a
+  // sentence; empty for nothing, and after a success.
+  std::string failure;
+  // Where the contents of the virtual disc are that was ejected last; empty for none.
+  std::string ejectedTo;
+};
+DiscWork lastDiscWork();
 
 // These take the name of a recorder, or an empty one for the first that writes. They need exclusive
 // access. A quick erase (not full) leaves the contents where only the beginning of them is
