@@ -91,6 +91,7 @@ class Refusals(OpticalTest):
         burner.insert("cd-r")
         status, out, _ = machine.run("disc", "status", "--json")
         self.assertEqual((status, json.loads(out)["name"]), (0, "/dev/sr1"))
+        self.assertEqual(len(burner.log("START STOP UNIT stop")), 1, "it is opened once")
         self.assertEqual(machine.write("--no-eject")[0], 0)
         self.assertGreater(len(burner.contents()), 1000 * SECTOR)
         self.assertEqual(machine.run("disc", "eject")[0], 0)

@@ -80,6 +80,16 @@ TEST_F(OpticalHosts, ADriveThatIsAskedAllTheTimeIsLetGoNowAndThen) {
   EXPECT_EQ(count("START STOP UNIT stop"), 1U);
 }
 
+TEST_F(OpticalHosts, AStreamThatFailsAtOnceCostsNoDisc) {
+  insert("cd-r");
+  const Client client;
+  PatternStream stream(400);
+  stream.onRead = [](std::uint64_t) { return STG_E_READFAULT; };
+  EXPECT_EQ(client.writeStream(stream), STG_E_READFAULT);
+  EXPECT_EQ(count("SEND CUE SHEET") + count("WRITE 10"), 0U);
+  EXPECT_EQ(client.status(), IMAPI_FORMAT2_DATA_MEDIA_STATE_BLANK);
+}
+
 TEST_F(OpticalHosts, SpeedsAreThoseOfTheDiscsKind) {
   insert("cd-r");
   Client client;
