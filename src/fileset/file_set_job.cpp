@@ -104,6 +104,7 @@ bool CDicomDirProcessor::PlanFileSet(TextView rootDirectory, TextView objectDire
   const WorkingDirectoryScope workingDirectory;
   auto plan = BeginPlan(rootDirectory, objectDirectory);
   if (plan == nullptr) return false;
+  isPreview_ = false;
   const Text& root = plan->Settings().rootDirectory;
   return claim_->TakeMaking(root, files_, *this) && SetUnfinishedAside(root) &&
          FinishPlan(std::move(plan));
@@ -112,6 +113,7 @@ bool CDicomDirProcessor::PlanFileSet(TextView rootDirectory, TextView objectDire
 bool CDicomDirProcessor::PreviewFileSet(TextView rootDirectory, TextView objectDirectory) {
   const WorkingDirectoryScope workingDirectory;
   auto plan = BeginPlan(rootDirectory, objectDirectory);
+  isPreview_ = true;
   return plan != nullptr && FinishPlan(std::move(plan));
 }
 
@@ -142,6 +144,11 @@ bool CDicomDirProcessor::CreateDicomFileSet(TextView rootDirectory, TextView obj
 }
 
 bool CDicomDirProcessor::CreatePlannedFileSet() {
+  if (isPreview_) {
+    const Text root = plan_->Settings().rootDirectory;
+    const Text objects = plan_->Settings().objectDirectory;
+    if (!PlanFileSet(root, objects)) return false;
+  }
   const WorkingDirectoryScope workingDirectory;
   const std::unique_ptr<FileSetPlan> plan = std::move(plan_);
   if (!plan->CheckSources()) {

@@ -133,7 +133,7 @@ TEST(Preview, PlansAsACreationDoesAndChangesNothing) {
   const Text label = job.builder.PlannedLabel();
   EXPECT_EQ(filesBelow(job.dir.path()), before);
   EXPECT_FALSE(fs::exists(job.dir / "new"));
-  ASSERT_TRUE(job.create()) << job.sentence();
+  ASSERT_TRUE(job.builder.CreatePlannedFileSet()) << job.sentence();
   EXPECT_EQ(job.builder.IheLabel(), label);
 }
 
@@ -147,6 +147,8 @@ TEST(Preview, TakesNoHoldOnTheRoot) {
   other.includeOtherContent = false;
   ASSERT_TRUE(other.AddFile(WideOf(job.make("b", object(2, 1, 1, 1)))));
   EXPECT_TRUE(other.PreviewFileSet({}, {})) << Plain(other.ErrorMessage());
+  EXPECT_FALSE(other.CreatePlannedFileSet()) << "what is created of a look is planned anew";
+  EXPECT_TRUE(fs::exists(job.in / "b"));
   EXPECT_FALSE(other.PlanFileSet({}, {}));
 }
 

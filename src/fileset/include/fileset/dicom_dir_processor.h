@@ -110,7 +110,7 @@ class CDicomDirProcessor : public CBaseItem {
   // Makes the plan. Refused as by CreateDicomFileSet, but for what is found in the sources.
   bool PlanFileSet(TextView rootDirectory, TextView objectDirectory);
   // The same plan for a look at it alone, with no hold on the root directory, which may be missing:
-  // nothing is changed, and nothing is to be created of it.
+  // nothing is changed. A creation plans anew.
   bool PreviewFileSet(TextView rootDirectory, TextView objectDirectory);
   // Of the plan: what it holds, the room on a disc, the files to be moved in their order, the label
   // and what that leaves out.
@@ -225,6 +225,7 @@ class CDicomDirProcessor : public CBaseItem {
   CFileUtil files_;
   std::unique_ptr<RootClaim> claim_;
   std::unique_ptr<FileSetPlan> plan_;
+  bool isPreview_ = false;  // of the plan: its root directory is not held
   Text rootDirectory_;
   Text objectDirectory_;
   Text iheLabel_;
