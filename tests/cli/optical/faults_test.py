@@ -219,6 +219,31 @@ class Faults(OpticalTest):
         self.each(cases, check)
 
 
+    def test_what_the_desktop_has_mounted_its_service_unmounts(self):
+        cases = [("exit 1", 1), ('rm "$EMULATED_DRIVES/mounts"; '
+                                 'echo "unmounted = yes" >> "$EMULATED_DRIVES/sr0/state.txt"', 0)]
+
+        def check(case):
+            script, expected = case
+            machine = Machine()
+            tool = machine.dir / "bin/udisksctl"
+            tool.parent.mkdir()
+            tool.write_text(f'#!/bin/sh\necho "$@" > "{machine.dir}/asked"\n{script}\n')
+            tool.chmod(0o755)
+            machine.path = f"{tool.parent}:{machine.path}"
+            machine.drives.mount(machine.drive, machine.dir / "mounted")
+            machine.drive.insert("dvd+rw", "formatted", DATA)
+            machine.drive.faults("unmount = denied")
+            status, _, err = machine.write("--no-eject")
+            self.assertEqual(status, expected, err)
+            self.assertEqual((machine.dir / "asked").read_text(),
+                             "unmount --no-user-interaction -b /dev/sr0\n")
+            if not expected:
+                self.assertEqual(machine.extracted(), rig.contents(machine.root))
+                self.assert_left_alone(machine)
+        self.each(cases, check)
+
+
 class SeveralProcesses(OpticalTest):
     def test_questions_of_another_process_do_not_fail_a_write(self):
         machine = Machine()

@@ -30,6 +30,7 @@ class Machine:
         self.registry = self.dir / "registry.reg"
         self.use(service)
         self.root = self.dir / "set"
+        self.path = os.environ["PATH"]
         for name in ("tmp", "home"):
             (self.dir / name).mkdir()
 
@@ -40,7 +41,7 @@ class Machine:
 
     def environment(self):
         return self.drives.environment({
-            "PATH": os.environ["PATH"], "HOME": str(self.dir / "home"),
+            "PATH": self.path, "HOME": str(self.dir / "home"),
             "TMPDIR": str(self.dir / "tmp"), "QUILLON_REGISTRY": str(self.registry),
             "XDG_DATA_HOME": str(self.dir / "home/data"), "LC_ALL": "C",
             "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "")})

@@ -213,6 +213,7 @@ int unmount(std::string_view path) {
   }
   if (!device) return -1;
   Drive drive(device->directory);
+  if (drive.plan.text("unmount") == "denied") return EPERM;
   if (!drive.isThere() || !drive.plan.isYes("unmount", true)) return EBUSY;
   drive.log("UNMOUNT " + std::string(path));
   drive.state.setYes("unmounted", true);

@@ -16,7 +16,7 @@ namespace emulated {
 //   gone when a WRITE or READ reaches it slow = milliseconds                       each command;
 //   slow_write: each WRITE becoming_ready = n                        not ready until TEST UNIT
 //   READY has been asked n times busy_polls = n                            likewise after BLANK and
-//   FORMAT UNIT mounted = yes    permission = no    unmount = no
+//   FORMAT UNIT mounted = yes    permission = no    unmount = no | denied
 class Faults {
  public:
   Faults(const TextTable& plan, TextTable& state) : plan_(plan), state_(state) {}
