@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs what the build needs from Debian's packages; with --test also what the tests use.
+# Installs what the build needs from Debian's packages; with --test also what the tests use, and
+# with --deep what only their long form uses.
 # Does nothing for packages that are there already. Needs root only when something is missing.
 set -euo pipefail
 
@@ -13,12 +14,14 @@ test_packages=(
   xsltproc openssl xorriso genisoimage p7zip-full libudfread-dev
   clang-format clang-tidy
 )
+deep_packages=(clang valgrind)
 
 packages=("${build_packages[@]}")
 case "${1:-}" in
   "") ;;
   --test) packages+=("${test_packages[@]}") ;;
-  *) echo "usage: $0 [--test]" >&2; exit 2 ;;
+  --deep) packages+=("${test_packages[@]}" "${deep_packages[@]}") ;;
+  *) echo "usage: $0 [--test | --deep]" >&2; exit 2 ;;
 esac
 
 missing=()

@@ -6,14 +6,18 @@
 #
 #   scripts/test.sh           all
 #     --quick                 without Wine, the sanitizers and clang-tidy
+#     --deep                  also what takes hours or finds little: the static analyzer, Valgrind, the
+#                             tests that kill or pair jobs in every way, ten minutes of each fuzz target
 set -uo pipefail
 cd "$(dirname "$0")/.."
 
 quick=0
+deep=0
 for option in "$@"; do
   case $option in
     --quick) quick=1 ;;
-    *) echo "usage: $0 [--quick]" >&2; exit 2 ;;
+    --deep) deep=1 ;;
+    *) echo "usage: $0 [--quick | --deep]" >&2; exit 2 ;;
   esac
 done
 
@@ -53,14 +57,38 @@ on_windows() {
     tee "$windows_tests"
 }
 sanitizers() { build asan && ctest --preset asan -L unit -j "$(nproc)"; }
+# Files of the Windows build or of one without libburn are not in this build's list of commands.
+tidied() { sources | grep -E '^(src|apps)/.*\.cpp$' | grep -v -e '/tables/' -e '/windows/' -e '/no_optical/'; }
+# Without the analyzer, which takes most of the time.
 tidy() {
-  # One file per run: the analyzer takes state of one file into the next and reports what is not
-  # there. Files of the Windows build or of one without libburn are not in this build's list of commands.
-  sources | grep -E '^(src|apps)/.*\.cpp$' | grep -v -e '/tables/' -e '/windows/' -e '/no_optical/' |
-    xargs -P "$(nproc)" -n 1 clang-tidy -p build/release --quiet 2>/dev/null
+  tidied | xargs -P "$(nproc)" -n 1 clang-tidy -p build/release --quiet '--checks=-clang-analyzer-*' 2>/dev/null
+}
+# One file per run: the analyzer takes state of one file into the next and reports what is not there.
+analyzer() {
+  tidied | xargs -P "$(nproc)" -n 1 clang-tidy -p build/release --quiet 2>/dev/null
+}
+every_kill() { QUILLON_DEEP_TESTS=1 ctest --preset release -R '^cli_(kill|two_jobs|unfinished)$' --timeout 7200; }
+valgrind_tests() {
+  local test
+  for test in dicom dicomobjects fileset; do
+    # The tests' own operator new must not be taken for the library's.
+    valgrind --quiet --error-exitcode=1 --soname-synonyms=somalloc=nouserintercepts \
+      "build/release/bin/${test}_test" --gtest_brief=1 || return 1
+  done
+}
+fuzz() {
+  build fuzz || return 1
+  local target name
+  for target in build/fuzz/bin/fuzz_*; do
+    name=${target##*/fuzz_}
+    mkdir -p "build/fuzz/found/$name"
+    "$target" -max_total_time=600 -print_final_stats=1 "build/fuzz/found/$name" "fuzz/corpus/$name" || return 1
+  done
 }
 
-step "packages" ./scripts/setup.sh --test
+packages=--test
+[ "$deep" -eq 1 ] && packages=--deep
+step "packages" ./scripts/setup.sh "$packages"
 step "format" format
 step "dictionary table" dictionary
 step "release build and tests" release
@@ -75,7 +103,14 @@ else
 fi
 if [ "$quick" -eq 0 ]; then
   step "sanitizers" sanitizers
-  step "clang-tidy" tidy
+  if [ "$deep" -eq 0 ]; then
+    step "clang-tidy" tidy
+  else
+    step "clang-tidy with the analyzer" analyzer
+    step "every kill and pair" every_kill
+    step "Valgrind" valgrind_tests
+    step "fuzzing" fuzz
+  fi
 fi
 
 [ "${#failed[@]}" -gt 0 ] && printf 'failed step: %s\n' "${failed[@]}"
