@@ -65,7 +65,7 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
   // A file that reaches the user's size limit is a write that fails, with its sentence, and not the
   // end of the program.
-  std::signal(SIGXFSZ, SIG_IGN);  // NOLINT(cert-err33-c): it cannot fail for this signal
+  std::signal(SIGXFSZ, SIG_IGN);  // it cannot fail for this signal
   try {
     return run(argc, argv);
   } catch (const std::exception& error) {

@@ -35,7 +35,7 @@ std::string singleLine(std::string text) {
 
 std::string jsonBool(bool value) { return value ? "true" : "false"; }
 
-// ---- what a dry run tells beside
+// What a dry run tells beside.
 
 constexpr const char* kDryRunLine = "Dry run:   nothing is changed\n";
 

@@ -61,7 +61,7 @@ std::string VerificationPath(const CDicomUtil& util, std::string_view own) {
 
 }  // namespace
 
-// ---- what the readers share
+// What the readers share.
 
 bool CDicomDocument::ReadTagValue(CDicomUtil& util, std::string_view tagPath, Text& out) {
   out.clear();
@@ -96,7 +96,7 @@ bool CDicomDocument::Store(DocumentAttribute& attribute, TextView value) {
          Fail(attribute.storeMessage);
 }
 
-// ---- key object selection documents
+// Key object selection documents.
 
 CKeyObjectDocument::CKeyObjectDocument()
     : CDicomDocument({kMsgKeyObjectTagInvalid, kMsgCannotGetKeyObjectTag, kMsgKeyObjectTagEmpty}) {
@@ -108,7 +108,7 @@ bool CKeyObjectDocument::ReadFromDicom(CDicomUtil& util) {
   return ReadAttributes(util, {&instanceNumber_, &contentDate_, &contentTime_});
 }
 
-// ---- presentation states
+// Presentation states.
 
 CPresentation::CPresentation()
     : CDicomDocument(
@@ -122,7 +122,7 @@ bool CPresentation::ReadFromDicom(CDicomUtil& util) {
                                &contentCreatorName_, &creationDate_, &creationTime_});
 }
 
-// ---- structured reports
+// Structured reports.
 
 CStructuredReport::CStructuredReport()
     : CDicomDocument({kMsgReportTagInvalid, kMsgCannotGetReportTag, kMsgReportTagEmpty}) {

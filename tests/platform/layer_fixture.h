@@ -45,7 +45,7 @@ class Bstr {
   ~Bstr() { SysFreeString(text_); }
   Bstr(const Bstr&) = delete;
   Bstr& operator=(const Bstr&) = delete;
-  operator BSTR() const { return text_; }  // NOLINT(google-explicit-constructor)
+  operator BSTR() const { return text_; }
 
  private:
   BSTR text_;

@@ -14,7 +14,7 @@ class FileSizeLimit {
     ::getrlimit(RLIMIT_FSIZE, &before_);
     const rlimit limit{bytes, before_.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &limit);
-    signal_ = std::signal(SIGXFSZ, SIG_IGN);  // NOLINT(cert-err33-c): SIG_ERR is given back as well
+    signal_ = std::signal(SIGXFSZ, SIG_IGN);  // SIG_ERR is given back as well
   }
   ~FileSizeLimit() {
     ::setrlimit(RLIMIT_FSIZE, &before_);

@@ -21,7 +21,7 @@ class CallText {
   CallText(const CallText&) = delete;
   CallText& operator=(const CallText&) = delete;
 
-  operator BSTR() const { return text_; }  // NOLINT(google-explicit-constructor)
+  operator BSTR() const { return text_; }
   BSTR* put() { return &text_; }
   [[nodiscard]] std::string utf8() const;
 

@@ -49,7 +49,7 @@ class Value {
   }
   ~Value() { VariantClear(&value_); }
 
-  VARIANT* operator&() { return &value_; }  // NOLINT(google-runtime-operator)
+  VARIANT* operator&() { return &value_; }
   [[nodiscard]] const VARIANT& Get() const { return value_; }
   [[nodiscard]] std::string AsText() const {
     return value_.vt == VT_BSTR && value_.bstrVal != nullptr ? narrow(value_.bstrVal) : "";

@@ -12,14 +12,12 @@ namespace quillon {
 
 class TextArg {
  public:
-  TextArg(TextView text) : value_(text) {}               // NOLINT(google-explicit-constructor)
-  TextArg(const Text& text) : value_(TextView(text)) {}  // NOLINT(google-explicit-constructor)
-  TextArg(const OLECHAR* text)                           // NOLINT(google-explicit-constructor)
-      : value_(text == nullptr ? TextView() : TextView(text)) {}
+  TextArg(TextView text) : value_(text) {}
+  TextArg(const Text& text) : value_(TextView(text)) {}
+  TextArg(const OLECHAR* text) : value_(text == nullptr ? TextView() : TextView(text)) {}
   // Every integer type: on Windows LONG and DWORD are types of their own beside the fixed widths.
   template <std::integral Int>
-  TextArg(Int value)  // NOLINT(google-explicit-constructor)
-      : value_(static_cast<std::int64_t>(value)) {}
+  TextArg(Int value) : value_(static_cast<std::int64_t>(value)) {}
 
   [[nodiscard]] const std::variant<TextView, std::int64_t>& value() const { return value_; }
 

@@ -13,7 +13,7 @@ namespace {
 // libburn takes texts that it does not change as char*.
 struct Argument {
   explicit Argument(std::string argument) : text(std::move(argument)) {}
-  operator char*() { return text.data(); }  // NOLINT(google-explicit-constructor)
+  operator char*() { return text.data(); }
   std::string text;
 };
 

@@ -84,8 +84,7 @@ DiscResult checkDevice(const std::string& address) {
 
 bool isDeviceBusy(const std::string& address) {
   if (isFileAddress(address)) return false;
-  const Descriptor drive(
-      ::open(address.c_str(), O_RDONLY | O_EXCL | O_NONBLOCK | O_CLOEXEC));  // NOLINT
+  const Descriptor drive(::open(address.c_str(), O_RDONLY | O_EXCL | O_NONBLOCK | O_CLOEXEC));
   return !drive.isOpen() && errno == EBUSY;
 }
 

@@ -7,6 +7,6 @@
 
 namespace quillon::platform {
 
-using namespace burn;  // NOLINT(google-build-using-namespace): its names have a prefix of their own
+using namespace burn;  // its names have a prefix of their own
 
 }  // namespace quillon::platform

@@ -14,7 +14,7 @@ struct [[nodiscard]] DiscResult {
   std::u16string text;
 
   DiscResult() = default;
-  DiscResult(HRESULT result) : code(result) {}  // NOLINT(google-explicit-constructor)
+  DiscResult(HRESULT result) : code(result) {}
   DiscResult(HRESULT result, std::u16string sentence) : code(result), text(std::move(sentence)) {}
 
   [[nodiscard]] bool failed() const { return FAILED(code); }

@@ -10,8 +10,8 @@
 class _bstr_t {
  public:
   _bstr_t() noexcept = default;
-  _bstr_t(const char* text);      // NOLINT(google-explicit-constructor) in the ANSI code page
-  _bstr_t(const OLECHAR* text);   // NOLINT(google-explicit-constructor)
+  _bstr_t(const char* text);  // in the ANSI code page
+  _bstr_t(const OLECHAR* text);
   _bstr_t(BSTR bstr, bool copy);  // without a copy, takes the text over
   _bstr_t(const _bstr_t& other) noexcept;
   _bstr_t(_bstr_t&& other) noexcept;
@@ -19,7 +19,7 @@ class _bstr_t {
   _bstr_t& operator=(const _bstr_t& other) noexcept;
   _bstr_t& operator=(_bstr_t&& other) noexcept;
 
-  operator const OLECHAR*() const noexcept;  // NOLINT(google-explicit-constructor)
+  operator const OLECHAR*() const noexcept;
   [[nodiscard]] unsigned int length() const noexcept;
   [[nodiscard]] BSTR copy(bool fCopy = true) const;
   bool operator!() const noexcept { return data_ == nullptr; }

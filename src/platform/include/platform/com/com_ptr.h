@@ -10,8 +10,8 @@ template <typename Interface>
 class ComPtr {
  public:
   ComPtr() = default;
-  ComPtr(std::nullptr_t) {}                                   // NOLINT(google-explicit-constructor)
-  ComPtr(Interface* object) : object_(object) { acquire(); }  // NOLINT(google-explicit-constructor)
+  ComPtr(std::nullptr_t) {}
+  ComPtr(Interface* object) : object_(object) { acquire(); }
   ComPtr(const ComPtr& other) : object_(other.object_) { acquire(); }
   ComPtr(ComPtr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   ~ComPtr() { Reset(); }

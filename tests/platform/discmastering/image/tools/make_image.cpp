@@ -34,7 +34,7 @@ class Wide {
   ~Wide() { SysFreeString(bstr_); }
   Wide(const Wide&) = delete;
   Wide& operator=(const Wide&) = delete;
-  operator BSTR() const { return bstr_; }  // NOLINT(google-explicit-constructor)
+  operator BSTR() const { return bstr_; }
 
  private:
   BSTR bstr_;
