@@ -5,7 +5,7 @@
 
 #include "byte_order.h"
 #include "dicom/log.h"
-#include "frame.h"
+#include "encode.h"
 #include "parse_header.h"
 
 namespace quillon {

@@ -7,7 +7,7 @@
 #include "dicom/dir_rec.h"
 #include "dicom/log.h"
 #include "dicom/read_file.h"
-#include "frame.h"
+#include "encode.h"
 #include "parse_header.h"
 
 namespace quillon {

@@ -8,7 +8,7 @@
 #include "dicom/file.h"
 #include "dicom/log.h"
 #include "dir_element_bytes.h"
-#include "dir_rec_frame.h"
+#include "dir_rec_encode.h"
 
 namespace quillon {
 

@@ -1,12 +1,12 @@
 // Writes one directory record behind the bytes of a DICOMDIR.
-#include "dir_rec_frame.h"
+#include "dir_rec_encode.h"
 
 #include "byte_order.h"
 #include "dicom/dir_rec.h"
 #include "dicom/elem_sq.h"
 #include "dicom/log.h"
 #include "dir_element_bytes.h"
-#include "frame.h"
+#include "encode.h"
 #include "tables/record_types.h"
 
 namespace quillon {

@@ -8,7 +8,7 @@
 #include "dicom/elem.h"
 #include "dicom/elem_list.h"
 #include "dicom/elem_sq.h"
-#include "frame.h"
+#include "encode.h"
 #include "parse_header.h"
 
 namespace quillon {

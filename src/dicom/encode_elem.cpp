@@ -11,7 +11,7 @@
 #include "byte_order.h"
 #include "dicom/elem.h"
 #include "dicom/log.h"
-#include "frame.h"
+#include "encode.h"
 #include "parse_header.h"
 
 namespace quillon {

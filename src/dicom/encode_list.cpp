@@ -7,7 +7,7 @@
 #include "dicom/elem_list.h"
 #include "dicom/elem_sq.h"
 #include "dicom/log.h"
-#include "frame.h"
+#include "encode.h"
 #include "parse_header.h"
 
 namespace quillon {
