@@ -16,6 +16,7 @@
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -25,6 +26,13 @@
 
 namespace quillon::platform {
 namespace {
+
+// The device's own name, where the address is a link to it ("/dev/cdrom").
+std::string deviceAt(const std::string& address) {
+  const std::unique_ptr<char, decltype(&std::free)> path(::realpath(address.c_str(), nullptr),
+                                                         &std::free);
+  return path == nullptr ? address : path.get();
+}
 
 std::u16string readAttribute(const std::string& device, const char* name) {
   std::string text;
@@ -90,12 +98,13 @@ bool isDeviceBusy(const std::string& address) {
 
 std::vector<std::string> mountPointsOf(const std::string& address) {
   std::vector<std::string> points;
+  const std::string device = deviceAt(address);
   const std::unique_ptr<FILE, int (*)(FILE*)> mounts(::setmntent("/proc/self/mounts", "re"),
                                                      &::endmntent);
   while (mounts != nullptr) {
     const mntent* entry = ::getmntent(mounts.get());
     if (entry == nullptr) break;
-    if (address == entry->mnt_fsname) points.emplace_back(entry->mnt_dir);
+    if (device == entry->mnt_fsname) points.emplace_back(entry->mnt_dir);
   }
   return points;
 }
@@ -124,9 +133,10 @@ DriveIdentity identityOfDevice(const std::string& address) {
     identity.canLoad = false;
     return identity;
   }
-  identity.vendor = readAttribute(address, "vendor");
-  identity.product = readAttribute(address, "model");
-  identity.revision = readAttribute(address, "rev");
+  const std::string device = deviceAt(address);
+  identity.vendor = readAttribute(device, "vendor");
+  identity.product = readAttribute(device, "model");
+  identity.revision = readAttribute(device, "rev");
   for (const std::string& point : mountPointsOf(address)) {
     identity.volumePaths.push_back(wideFromNative(point) + u"/");
   }
