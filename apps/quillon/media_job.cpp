@@ -120,7 +120,7 @@ AddOutcome MediaJob::addFile(std::string_view path, const AddRules& rules, std::
     return rules.patientKey ? wide(*rules.patientKey) : patientKey(name, id);
   };
   AddedFile told;
-  object_.Builder().AddFitFile(wide(path), fitness, told);
+  static_cast<void>(object_.Builder().AddFitFile(wide(path), fitness, told));  // told says it
   firstFile = narrow(told.firstFile);
   isPixelDataCut = told.isPixelDataCut;
   return told.outcome;

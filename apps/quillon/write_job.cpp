@@ -34,7 +34,7 @@ constexpr std::chrono::seconds kReadyWait{1};
 
 DiscMasteringGeneration discGeneration() {
   auto generation = DiscMasteringGeneration::None;
-  CTarnImapiVersion::Instance().Detect(generation);
+  static_cast<void>(CTarnImapiVersion::Instance().Detect(generation));  // None says it
   return generation;
 }
 

@@ -107,7 +107,8 @@ class OpenGroup {
     const std::uint64_t value = group_ == kPixelGroup && hasPixelData_
                                     ? std::uint64_t{pixelDataLength_} + pixelHeader()
                                     : bytes_;
-    lengthElem_->addValue(static_cast<std::uint32_t>(value), 0);
+    const DcCode code = lengthElem_->addValue(static_cast<std::uint32_t>(value), 0);
+    if (code != kDcOk) return code;
     std::uint32_t rewritten = 0;
     return lengthElem_->frame(lengthAt_, rewritten, syntax_);
   }

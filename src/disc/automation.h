@@ -36,7 +36,7 @@ inline TextView ViewOf(BSTR bstr) {
 // The form of an operation that takes the system's own text: converts it, and sets the operation's
 // default message when it fails without a message of its own.
 template <typename Call>
-bool PassText(CBaseItem& item, TextView text, UINT defaultMessage, const Call& call) {
+[[nodiscard]] bool PassText(CBaseItem& item, TextView text, UINT defaultMessage, const Call& call) {
   item.ClearError();
   const OwnedBstr bstr(text);
   if (bstr.Get() != nullptr && call(bstr.Get())) return true;
@@ -46,7 +46,7 @@ bool PassText(CBaseItem& item, TextView text, UINT defaultMessage, const Call& c
 
 // The same for an operation that hands a text out.
 template <typename Call>
-bool TakeText(CBaseItem& item, Text& text, UINT defaultMessage, const Call& call) {
+[[nodiscard]] bool TakeText(CBaseItem& item, Text& text, UINT defaultMessage, const Call& call) {
   item.ClearError();
   OwnedBstr bstr;
   if (call(*bstr.Put()) && AssignText(text, ViewOf(bstr.Get()), 0)) return true;

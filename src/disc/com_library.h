@@ -15,7 +15,7 @@ class ComLibrary {
   ComLibrary& operator=(const ComLibrary&) = delete;
 
   // Also true where the thread has initialised it before, in the same way.
-  bool Initialize() {
+  [[nodiscard]] bool Initialize() {
     isInitialized_ = SUCCEEDED(CoInitialize(nullptr));
     return isInitialized_;
   }

@@ -44,7 +44,9 @@ Text CImapi2Enumerator::NameOf(std::int32_t value) const {
 }
 
 CFsiFileSystems::CFsiFileSystems() : CImapi2Enumerator(kFsiFileSystemsKind) {}
-CFsiFileSystems::CFsiFileSystems(std::int32_t mask) : CFsiFileSystems() { Set(mask); }
+CFsiFileSystems::CFsiFileSystems(std::int32_t mask) : CFsiFileSystems() {
+  static_cast<void>(Set(mask));  // a mask that is none leaves the value undefined
+}
 CMediaState::CMediaState() : CImapi2Enumerator(kMediaStateKind) {}
 CWriteProtectState::CWriteProtectState() : CImapi2Enumerator(kWriteProtectStateKind) {}
 CPhysicalMediaType::CPhysicalMediaType() : CImapi2Enumerator(kPhysicalMediaTypeKind) {}

@@ -17,7 +17,7 @@ class ClosingScope {
   ~ClosingScope() {
     if (isClosed_) return;
     try {
-      opened_.Close();
+      static_cast<void>(opened_.Close());
     } catch (...) {  // what passes already tells why
     }
   }

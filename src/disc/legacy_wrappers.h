@@ -12,20 +12,20 @@ class CDiscRecorder : public CLegacyItem<IDiscRecorder> {
  public:
   CDiscRecorder();
 
-  bool GetRecorderType(LONG& type);
-  bool GetRecorderState(ULONG& state);
-  bool OpenExclusive();
-  bool QueryMediaType(LONG& type, LONG& flags);
-  bool Erase(bool fullErase);
-  bool Close();
+  [[nodiscard]] bool GetRecorderType(LONG& type);
+  [[nodiscard]] bool GetRecorderState(ULONG& state);
+  [[nodiscard]] bool OpenExclusive();
+  [[nodiscard]] bool QueryMediaType(LONG& type, LONG& flags);
+  [[nodiscard]] bool Erase(bool fullErase);
+  [[nodiscard]] bool Close();
 };
 
 class CJolietDiscMaster : public CLegacyItem<IJolietDiscMaster> {
  public:
   CJolietDiscMaster();
 
-  bool AddData(CStorage& storage, bool overwrite);
-  bool GetJolietProperties(CPropertyStorage& properties);
+  [[nodiscard]] bool AddData(CStorage& storage, bool overwrite);
+  [[nodiscard]] bool GetJolietProperties(CPropertyStorage& properties);
   bool SetJolietProperties(CPropertyStorage& properties);
   // Reads the properties, changes the one of that name and hands them back.
   bool SetJolietProperty(TextView name, const VARIANT& value);
@@ -35,16 +35,16 @@ class CDiscMaster : public CLegacyItem<IDiscMaster> {
  public:
   CDiscMaster();
 
-  bool Open();
+  [[nodiscard]] bool Open();
   bool SetActiveDiscRecorder(CDiscRecorder& recorder);
   bool SetActiveDiscMasterFormat(REFIID format, CJolietDiscMaster& joliet);
   // Returns when the disc has been burnt.
-  bool RecordDisc(bool simulate, bool ejectAfterBurn);
-  bool Close();
+  [[nodiscard]] bool RecordDisc(bool simulate, bool ejectAfterBurn);
+  [[nodiscard]] bool Close();
 
  private:
   template <typename Call>
-  bool CallMaster(TextView methodName, const Call& call);
+  [[nodiscard]] bool CallMaster(TextView methodName, const Call& call);
 };
 
 class CDiscRecorderIterator : public CLegacyItem<IEnumDiscRecorders> {
@@ -53,7 +53,7 @@ class CDiscRecorderIterator : public CLegacyItem<IEnumDiscRecorders> {
   explicit CDiscRecorderIterator(CDiscMaster& master);
 
   // False without a sentence when there is none left.
-  bool Next(CDiscRecorder& recorder);
+  [[nodiscard]] bool Next(CDiscRecorder& recorder);
 };
 
 }  // namespace quillon

@@ -12,7 +12,7 @@ inline constexpr DWORD kReadyWaitMs = 5000;
 
 // call makes one call through the wrapper; false leaves the wrapper's error text.
 template <typename Call>
-bool CallUntilReady(const CImapiItem& wrapper, const Call& call) {
+[[nodiscard]] bool CallUntilReady(const CImapiItem& wrapper, const Call& call) {
   bool done = false;
   for (int calls = 0; calls < kReadyCalls; ++calls) {
     done = call();

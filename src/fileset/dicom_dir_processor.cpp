@@ -28,7 +28,8 @@ CDicomDirProcessor::CDicomDirProcessor()
   // Files come as their makers left them: what they say is described as it is, not refused or cut.
   dcSetValueChecking(false);
   EnsurePatientList();
-  files_.GetTempDirectory(rootDirectory_, /*create=*/false, /*addSubdirectory=*/false);
+  static_cast<void>(
+      files_.GetTempDirectory(rootDirectory_, /*create=*/false, /*addSubdirectory=*/false));
   rootDirectory_ += OLESTR("DICOM");
   MediaCreationKey key;
   DWORD practice = 0;
@@ -116,10 +117,10 @@ bool CDicomDirProcessor::GetTotalSize(std::uint64_t& sizeBytes) {
   if (!HasPatients()) return false;
   std::uint64_t total = 0;
   if (includeOtherContent && !MeasureOtherContent(Measure::Bytes, total)) return false;
-  ForEachObject(*patients_, [&total](const CDicomObjectProperties& object) {
+  static_cast<void>(ForEachObject(*patients_, [&total](const CDicomObjectProperties& object) {
     total += object.FileSize();
     return true;
-  });
+  }));
   sizeBytes = total;
   return true;
 }
@@ -129,10 +130,10 @@ bool CDicomDirProcessor::GetTotalFileCount(std::uint32_t& count) {
   if (!HasPatients()) return false;
   std::uint64_t total = 0;
   if (includeOtherContent && !MeasureOtherContent(Measure::Files, total)) return false;
-  ForEachObject(*patients_, [&total](const CDicomObjectProperties&) {
+  static_cast<void>(ForEachObject(*patients_, [&total](const CDicomObjectProperties&) {
     ++total;
     return true;
-  });
+  }));
   count = static_cast<std::uint32_t>(total);
   return true;
 }
@@ -158,7 +159,7 @@ void CDicomDirProcessor::Wipe(bool removesAll, Text& asideDirectory) {
       claim_->SetAside(files_, asideDirectory);
     } else {
       MarkForRemoval(rootDirectory_, files_);
-      files_.DeleteDirectoryTree(rootDirectory_, /*recurse=*/true);
+      static_cast<void>(files_.DeleteDirectoryTree(rootDirectory_, /*recurse=*/true));
     }
   }
   claim_->Release();
@@ -166,12 +167,12 @@ void CDicomDirProcessor::Wipe(bool removesAll, Text& asideDirectory) {
   if (temporary.empty() || !files_.PathExists(temporary)) return;
   // A link was not made by any job, and what it leads to is somebody's.
   if (files_.IsLink(temporary)) {
-    files_.RemoveLink(temporary);
+    static_cast<void>(files_.RemoveLink(temporary));
     return;
   }
   Text current;
   if (files_.GetCurrentDirectory(current) && files_.LiesWithin(current, temporary)) return;
-  files_.DeleteDirectoryTree(temporary, /*recurse=*/true);
+  static_cast<void>(files_.DeleteDirectoryTree(temporary, /*recurse=*/true));
 }
 
 }  // namespace quillon

@@ -9,6 +9,6 @@ namespace quillon {
 // False, with the sentence left in errors, for a File ID that is empty, has more than 103
 // characters, other characters than upper-case letters, digits, "_" and separators, more than 8
 // levels, or a level of more than 12 characters.
-bool CheckFileId(TextView fileId, CFileUtil& files, CBaseItem& errors);
+[[nodiscard]] bool CheckFileId(TextView fileId, CFileUtil& files, CBaseItem& errors);
 
 }  // namespace quillon

@@ -18,7 +18,7 @@ class FileSetCreation : public CBaseItem {
 
   // False, with a sentence, at the first step that fails. What was moved stays moved, and the root
   // is marked as unfinished unless nothing was.
-  bool Run();
+  [[nodiscard]] bool Run();
   // After a failure: whether the patients are to stay for another attempt.
   [[nodiscard]] bool KeepsPatients() const { return keepsPatients_; }
   // Whether the label was reached: it is the host's to read then, even when it could not be
@@ -26,11 +26,11 @@ class FileSetCreation : public CBaseItem {
   [[nodiscard]] bool HasLabel() const { return hasLabel_; }
 
  private:
-  bool PrepareRoot();
-  bool CheckWritable();
-  bool MoveObjects();
-  bool WriteDicomDir();
-  bool WriteLabel();
+  [[nodiscard]] bool PrepareRoot();
+  [[nodiscard]] bool CheckWritable();
+  [[nodiscard]] bool MoveObjects();
+  [[nodiscard]] bool WriteDicomDir();
+  [[nodiscard]] bool WriteLabel();
 
   FileSetPlan& plan_;
   CFileUtil& files_;

@@ -53,16 +53,16 @@ class FileSetPlan : public CBaseItem {
   FileSetPlan(CPatientList& patients, CFileUtil& files, FileSetSettings settings);
 
   // Whether the names of the root and the object directory can be used. False, with a sentence.
-  bool CheckDirectories();
+  [[nodiscard]] bool CheckDirectories();
   // After that. False, with a sentence, at the first thing that would fail. A root directory that
   // is missing is one that will be made.
-  bool Make();
+  [[nodiscard]] bool Make();
   // The last look at the files that will be moved, right before they are; see SourceCheck.
-  bool CheckSources();
+  [[nodiscard]] bool CheckSources();
 
   // A copy of an object's file is moved in its place. False, with a sentence, when the file is not
   // what it was when it was read: the copy is none of that.
-  bool HandOver(std::size_t index, TextView copy);
+  [[nodiscard]] bool HandOver(std::size_t index, TextView copy);
 
   // After a failure: whether the patients are to stay for another attempt.
   [[nodiscard]] bool KeepsPatients() const { return keepsPatients_; }
@@ -95,21 +95,22 @@ class FileSetPlan : public CBaseItem {
     Text directory;  // of the series, below the object directory; ends in a separator or is empty
   };
 
-  bool CheckRoom(std::uint64_t bytesToCopy);
+  [[nodiscard]] bool CheckRoom(std::uint64_t bytesToCopy);
   [[nodiscard]] std::uint64_t CountRecords() const;
-  bool BeginDicomDir();
-  bool CheckOldEntries();
-  bool AddPatients();
-  bool AddStudies(CPatient& patient, DcDirRec& patientRecord, TextView patientDirectory);
-  bool AddSeries(CStudy& study, DcDirRec& studyRecord, TextView studyDirectory);
-  bool AddObjects(CSeries& series, DcDirRec& seriesRecord);
-  bool AddObject(const CDicomObjectProperties& object, DcDirRec& seriesRecord);
-  bool AddDirectory();
-  bool NameNextObject(Text& fileId, Text& path);
+  [[nodiscard]] bool BeginDicomDir();
+  [[nodiscard]] bool CheckOldEntries();
+  [[nodiscard]] bool AddPatients();
+  [[nodiscard]] bool AddStudies(CPatient& patient, DcDirRec& patientRecord,
+                                TextView patientDirectory);
+  [[nodiscard]] bool AddSeries(CStudy& study, DcDirRec& studyRecord, TextView studyDirectory);
+  [[nodiscard]] bool AddObjects(CSeries& series, DcDirRec& seriesRecord);
+  [[nodiscard]] bool AddObject(const CDicomObjectProperties& object, DcDirRec& seriesRecord);
+  [[nodiscard]] bool AddDirectory();
+  [[nodiscard]] bool NameNextObject(Text& fileId, Text& path);
   std::unique_ptr<DcDirRec> MakeRecord(const CDicomObjectProperties& object,
                                        const DicomFileFacts& facts);
-  bool CheckContentPlaces();
-  bool ComposeLabel();
+  [[nodiscard]] bool CheckContentPlaces();
+  [[nodiscard]] bool ComposeLabel();
   // addLower with its refusal, which the types used here never meet, made a failure.
   DcDirRec* Attach(DcDirRec& parent, std::unique_ptr<DcDirRec> child);
 

@@ -12,16 +12,16 @@ inline constexpr const OLECHAR* kMediaCreationKeyPath =
 class MediaCreationKey {
  public:
   MediaCreationKey() = default;
-  ~MediaCreationKey() { Close(); }
+  ~MediaCreationKey() { static_cast<void>(Close()); }
   MediaCreationKey(const MediaCreationKey&) = delete;
   MediaCreationKey& operator=(const MediaCreationKey&) = delete;
 
   // For reading values.
-  bool Open();
-  bool Close();
+  [[nodiscard]] bool Open();
+  [[nodiscard]] bool Close();
   // False when there is no such value, or it is of another type; out is unchanged then.
-  bool ReadText(const OLECHAR* name, Text& out);
-  bool ReadNumber(const OLECHAR* name, DWORD& out);
+  [[nodiscard]] bool ReadText(const OLECHAR* name, Text& out);
+  [[nodiscard]] bool ReadNumber(const OLECHAR* name, DWORD& out);
   // Why the last of the above failed: nobody has configured anything.
   [[nodiscard]] bool IsMissing() const { return status_ == ERROR_FILE_NOT_FOUND; }
 

@@ -22,7 +22,7 @@ class MediumLabel : public CBaseItem {
 
   // From a list of at least one patient. False, with a sentence, when a date of the patient or the
   // study is none, or the only patient has no study.
-  bool Compose(const CPatientList& patients);
+  [[nodiscard]] bool Compose(const CPatientList& patients);
   // Lines joined by line feeds, none at the end.
   [[nodiscard]] const Text& GetText() const { return text_; }
   // The lines that were left out.
@@ -31,9 +31,9 @@ class MediumLabel : public CBaseItem {
  private:
   [[nodiscard]] Text Lookup(const LabelText& text) const;
   void AppendLine(const LabelText& title, TextView value = {});
-  bool AppendPatient(const CPatient& patient);
+  [[nodiscard]] bool AppendPatient(const CPatient& patient);
   // No line for a date that does not have the eight characters of one.
-  bool AppendDate(const LabelText& title, TextView date);
+  [[nodiscard]] bool AppendDate(const LabelText& title, TextView date);
 
   bool leavesOutBadDates_;
   Text text_;
@@ -44,6 +44,7 @@ inline constexpr const OLECHAR* kLabelFileName = OLESTR("LABEL.TXT");
 
 // Writes LABEL.TXT in the root: UTF-16 little endian without a byte-order mark, a line feed at the
 // end. False, with a sentence left in errors, also when the path would be too long.
-bool WriteLabelFile(const Text& label, TextView rootDirectory, CFileUtil& files, CBaseItem& errors);
+[[nodiscard]] bool WriteLabelFile(const Text& label, TextView rootDirectory, CFileUtil& files,
+                                  CBaseItem& errors);
 
 }  // namespace quillon

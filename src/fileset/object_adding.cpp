@@ -186,8 +186,9 @@ bool CDicomDirProcessor::FileObject(TextView fileName, const FitnessRules* rules
   if (mustBeFit) {
     Text name;
     Text id;
-    ReadElementText(dataSet, kPatientName, name);
-    ReadElementText(dataSet, kPatientId, id);
+    // What cannot be read of them fails the patient's own reading below.
+    static_cast<void>(ReadElementText(dataSet, kPatientName, name));
+    static_cast<void>(ReadElementText(dataSet, kPatientId, id));
     uniquePatientId_ = rules->patientKey(name, id);
   }
   told.isPixelDataCut = object.IsPixelDataCut();

@@ -24,13 +24,13 @@ class OtherContent : public CBaseItem {
 
   // The configured directory; empty when the value is. False, with the registry's sentence, when it
   // cannot be read; isMissing then tells whether that is because nothing was ever configured.
-  bool ReadSourceDirectory(Text& directory, bool& isMissing);
+  [[nodiscard]] bool ReadSourceDirectory(Text& directory, bool& isMissing);
 
   // Looks for the source and goes through all of it as the copy below rootDirectory would. True
   // when there is nothing to copy; when no source is configured with the registry's sentence left
   // as the remark. False, with the sentence that the copy would fail with, or because the root lies
   // in the source.
-  bool Plan(const Text& rootDirectory, TextView otherContentDirectory);
+  [[nodiscard]] bool Plan(const Text& rootDirectory, TextView otherContentDirectory);
   // What Plan found.
   [[nodiscard]] bool HasContent() const { return hasContent_; }
   [[nodiscard]] std::uint64_t BytesOnDisk() const { return bytesOnDisk_; }
@@ -43,11 +43,12 @@ class OtherContent : public CBaseItem {
   [[nodiscard]] const Text& Remark() const { return remark_; }
 
   // Changes the working directory. The first failure ends it; what was copied stays.
-  bool Copy();
+  [[nodiscard]] bool Copy();
 
  private:
-  bool PlanDirectory(const Text& source, const Text& destination, std::vector<FileIdentity>& above);
-  bool PlanFile(const Text& source, const Text& destination);
+  [[nodiscard]] bool PlanDirectory(const Text& source, const Text& destination,
+                                   std::vector<FileIdentity>& above);
+  [[nodiscard]] bool PlanFile(const Text& source, const Text& destination);
 
   CFileUtil& files_;
   bool acceptsEmptyFiles_;

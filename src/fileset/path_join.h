@@ -10,12 +10,12 @@ inline constexpr const OLECHAR* kMaxPathCharsText = OLESTR("260");
 
 // Appends component to path. False, with the sentence left in errors and path as it was, when the
 // result would have more than 260 characters.
-bool JoinPath(Text& path, TextView component, CBaseItem& errors);
+[[nodiscard]] bool JoinPath(Text& path, TextView component, CBaseItem& errors);
 
 [[nodiscard]] bool EndsInSeparator(TextView path);
 
 // The same with a "\" between them unless path ends in a separator.
-bool JoinBelow(Text& path, TextView component, CBaseItem& errors);
+[[nodiscard]] bool JoinBelow(Text& path, TextView component, CBaseItem& errors);
 
 // The directory that holds this file or directory; empty for the root of a file system and for a
 // name alone.
@@ -33,6 +33,6 @@ Text AbsolutePath(const Text& path);
 Text ComparablePath(const Text& path);
 
 // Of two such: whether the path is the directory or lies below it.
-bool IsAtOrBelow(const Text& path, const Text& directory);
+[[nodiscard]] bool IsAtOrBelow(const Text& path, const Text& directory);
 
 }  // namespace quillon

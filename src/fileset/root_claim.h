@@ -19,9 +19,9 @@ class RootClaim {
   // Takes the directory, which is made with its missing levels; nothing to do when it is held
   // already. Lets go of another that was held. False, with a sentence: it cannot be made, lies in
   // the directory that every job removes, or another job has it.
-  bool TakeMaking(const Text& root, CFileUtil& files, CBaseItem& errors);
+  [[nodiscard]] bool TakeMaking(const Text& root, CFileUtil& files, CBaseItem& errors);
   // The same for a directory that is there; true, and nothing taken, when there is none.
-  bool TakeExisting(const Text& root, CFileUtil& files, CBaseItem& errors);
+  [[nodiscard]] bool TakeExisting(const Text& root, CFileUtil& files, CBaseItem& errors);
   // Levels that TakeMaking made and that are still empty go away again, unless they were kept.
   void Release();
   void KeepDirectory() { madeFrom_ = 0; }
@@ -36,7 +36,7 @@ class RootClaim {
   static Text TemporaryJobDirectory(CFileUtil& files);
 
  private:
-  bool Lock(const Text& root, CFileUtil& files, CBaseItem& errors);
+  [[nodiscard]] bool Lock(const Text& root, CFileUtil& files, CBaseItem& errors);
 
   DirectoryLock lock_;
   FileIdentity identity_;
@@ -45,6 +45,7 @@ class RootClaim {
 };
 
 // False, with a sentence, for a directory that lies where every job removes all.
-bool CheckOutsideTemporary(const Text& directory, CFileUtil& files, CBaseItem& errors);
+[[nodiscard]] bool CheckOutsideTemporary(const Text& directory, CFileUtil& files,
+                                         CBaseItem& errors);
 
 }  // namespace quillon

@@ -57,7 +57,8 @@ bool IsSameName(const Text& a, const Text& b, CFileUtil& files) {
 SourceCheck::SourceCheck(const Text& rootDirectory, const Text& objectDirectory,
                          const Text& dicomDir, CFileUtil& files, CBaseItem& errors)
     : files_(files), errors_(errors), objectDirectory_(objectDirectory), dicomDir_(dicomDir) {
-  files_.GetFileIdentity(rootDirectory, root_);
+  // A root that cannot be identified is the same as no source.
+  static_cast<void>(files_.GetFileIdentity(rootDirectory, root_));
 }
 
 bool SourceCheck::Run(const std::vector<PlannedObject>& objects) {

@@ -17,9 +17,9 @@ class SourceCheck {
   SourceCheck(const Text& rootDirectory, const Text& objectDirectory, const Text& dicomDir,
               CFileUtil& files, CBaseItem& errors);
 
-  bool Run(const std::vector<PlannedObject>& objects);
+  [[nodiscard]] bool Run(const std::vector<PlannedObject>& objects);
   // Only the rule about the file set's own place.
-  bool CheckOutside(const std::vector<PlannedObject>& objects);
+  [[nodiscard]] bool CheckOutside(const std::vector<PlannedObject>& objects);
   [[nodiscard]] std::uint64_t BytesToCopy() const { return bytesToCopy_; }
 
  private:
@@ -34,8 +34,8 @@ class SourceCheck {
     }
   };
 
-  bool CheckOne(const PlannedObject& object);
-  bool IsSecond(const Text& path, const FileFacts& facts);
+  [[nodiscard]] bool CheckOne(const PlannedObject& object);
+  [[nodiscard]] bool IsSecond(const Text& path, const FileFacts& facts);
 
   CFileUtil& files_;
   CBaseItem& errors_;

@@ -88,9 +88,9 @@ bool WriteUnfinishedMark(const Text& root, const std::vector<PlannedObject>& obj
 
 // On a full disk there is no mark, and that is no reason to keep anything.
 void MarkForRemoval(const Text& root, CFileUtil& files) {
-  WriteUnfinishedMark(root, {}, /*sourcesStay=*/true, files);
+  static_cast<void>(WriteUnfinishedMark(root, {}, /*sourcesStay=*/true, files));
   const Text dicomDir = Below(root, kDicomDirName);
-  if (IsFile(dicomDir, files)) files.DeleteFile(dicomDir);
+  if (IsFile(dicomDir, files)) static_cast<void>(files.DeleteFile(dicomDir));
 }
 
 bool RemoveUnfinishedMark(const Text& root, CFileUtil& files) {

@@ -22,12 +22,12 @@ namespace quillon {
 RootState ReadRootState(const Text& root, CFileUtil& files, std::size_t& objectCount);
 
 // False, with the file utility's sentence, when the mark does not reach the disk.
-bool WriteUnfinishedMark(const Text& root, const std::vector<PlannedObject>& objects,
-                         bool sourcesStay, CFileUtil& files);
+[[nodiscard]] bool WriteUnfinishedMark(const Text& root, const std::vector<PlannedObject>& objects,
+                                       bool sourcesStay, CFileUtil& files);
 // Before a root is emptied: its DICOMDIR goes first, and what a kill leaves of the rest is told
 // from a file set and may go.
 void MarkForRemoval(const Text& root, CFileUtil& files);
 // Also true when there is none.
-bool RemoveUnfinishedMark(const Text& root, CFileUtil& files);
+[[nodiscard]] bool RemoveUnfinishedMark(const Text& root, CFileUtil& files);
 
 }  // namespace quillon

@@ -113,7 +113,9 @@ bool CDicomDirProcessor::CopyFileSet(const Text& source, const Text& target) {
   if (!files_.ChangeDirectory(source)) return FailAs(files_);
   std::uint64_t totalBytes = 0;
   // What keeps it from being measured is for the copy to tell.
-  if (progress) files_.GetDirectorySize(totalBytes, source, kEveryFile, /*recurse=*/true);
+  if (progress) {
+    static_cast<void>(files_.GetDirectorySize(totalBytes, source, kEveryFile, /*recurse=*/true));
+  }
   const CopyReport report(files_, progress, totalBytes);
   return (files_.ChangeDirectory(source) &&
           files_.CopyDirectory(target, source, kEveryFile, /*recurse=*/true,

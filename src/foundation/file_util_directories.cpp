@@ -168,7 +168,7 @@ bool CFileUtil::DeleteAllFiles(TextView dir, bool recurse) {
   }
   if (succeeded) return ChangeDirectory(kParentDirectory);
   const Text reason = ErrorMessage();
-  ChangeDirectory(kParentDirectory);
+  static_cast<void>(ChangeDirectory(kParentDirectory));
   SetErrorMessage(reason);
   return false;
 }

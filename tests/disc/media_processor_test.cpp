@@ -32,8 +32,7 @@ class MediaProcessor : public test::WithDiscService {
   }
   // A second write finds nothing to write.
   static bool isCleared(CQuillonMediaProcessor& processor) {
-    processor.WriteToMedia();
-    return errorOf(processor) == kNoContent;
+    return !processor.WriteToMedia() && errorOf(processor) == kNoContent;
   }
 
   test::TempDir content_;

@@ -100,7 +100,7 @@ TEST(MediumLabel, SaysWhoseDataItIs) {
     EXPECT_EQ(Plain(job.builder.IheLabel()), label);
     EXPECT_EQ(readBytes(job.root / "LABEL.TXT"), labelFile(label + "\n"));
     // The next add begins another medium.
-    job.builder.AddFile(OLESTR(""));
+    EXPECT_FALSE(job.builder.AddFile(OLESTR("")));
     EXPECT_TRUE(job.builder.IheLabel().empty());
   }
 }

@@ -23,7 +23,7 @@ struct SecondJob {
     builder.includeOtherContent = false;
     fs::create_directory(dir / "in2");
     makeObjectFile(source, object(2, 1, 1, 1));
-    builder.AddFile(WideOf(source));
+    EXPECT_TRUE(builder.AddFile(WideOf(source)));
   }
   fs::path dir;
   fs::path source = dir / "in2" / "other";

@@ -183,7 +183,7 @@ TEST_F(FileFaults, WithoutMemoryNothingIsCopied) {
     files_.ClearError();
     try {
       const test::FailingNew failing(n);
-      files_.CopyFile(Wide("dst"), Wide("src"), /*append=*/false);
+      static_cast<void>(files_.CopyFile(Wide("dst"), Wide("src"), /*append=*/false));
       happened = failing.happened();
     } catch (const std::bad_alloc&) {
       happened = true;

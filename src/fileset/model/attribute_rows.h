@@ -18,8 +18,8 @@ struct AttributeRow {
 // False, with the row's sentence left in `list`, at the first attribute that cannot be read. An
 // attribute that is absent or empty reads as an empty text; one that is too long is cut.
 template <typename Node>
-bool ReadAttributes(std::span<const AttributeRow<Node>> rows, const DcElemList& dataSet, Node& node,
-                    CBaseItem& list) {
+[[nodiscard]] bool ReadAttributes(std::span<const AttributeRow<Node>> rows,
+                                  const DcElemList& dataSet, Node& node, CBaseItem& list) {
   for (const AttributeRow<Node>& row : rows) {
     Text value;
     const DcCode code = ReadElementText(dataSet, row.tag, value);

@@ -42,7 +42,7 @@ DiscOperation::~DiscOperation() {
   operations().ended.notify_all();
 }
 
-void DiscOperation::tell(std::string sentence) {
+void DiscOperation::tell(std::string_view sentence) {
   const std::lock_guard lock(operations().mutex);
   std::string& told = operations().told;
   told.append(told.empty() ? "" : " ").append(sentence);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/disc_result.h"
 
@@ -19,7 +20,7 @@ class DiscOperation {
   DiscOperation& operator=(const DiscOperation&) = delete;
 
   // What the stop has made of its disc: a sentence for the user.
-  void tell(std::string sentence);
+  void tell(std::string_view sentence);
 };
 
 // For lastDiscWork: how a write or another operation ended, and where an image was left.

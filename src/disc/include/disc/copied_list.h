@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <new>
 
 #include "foundation/base_list.h"
 
@@ -18,11 +19,14 @@ class CCopiedList : public COwningList<Item> {
     if (this == &other) return *this;
     CBaseItem::operator=(other);
     this->RemoveAll();
-    for (std::size_t i = 0; i < other.GetCount(); ++i) AddCopy(*other.At(i));
+    for (std::size_t i = 0; i < other.GetCount(); ++i) {
+      // A list that lacks an item would pass for whole.
+      if (!AddCopy(*other.At(i))) throw std::bad_alloc();
+    }
     return *this;
   }
 
-  bool AddCopy(const Item& item) {
+  [[nodiscard]] bool AddCopy(const Item& item) {
     auto copy = std::make_unique<Item>(item);
     if (copy->GetKey().empty() && !copy->SetKey(NextKey())) return false;
     if (!this->Add(copy.get())) return false;

@@ -17,7 +17,7 @@ class CCurrentDiscMedia : public CBaseItem {
   // Reads the medium in the drive that recorder is initialised for; locks the drive (by force if
   // wanted) and unlocks it whatever happens. A medium that the data format does not support is
   // success, with nothing but IsSupported read. False resets and leaves a sentence.
-  bool Query(CDiscRecorder2& recorder, CDiscFormat2Data& format, bool force);
+  [[nodiscard]] bool Query(CDiscRecorder2& recorder, CDiscFormat2Data& format, bool force);
 
   [[nodiscard]] bool IsSupported() const { return isSupported_; }
   [[nodiscard]] bool IsBlank() const { return isBlank_; }
@@ -45,17 +45,17 @@ class CCurrentDiscMedia : public CBaseItem {
 
   // The multiple of the base speed of the medium's type, rounded up; 0 for 0 and -1 for -1. "The
   // media type value is invalid." for a type that has no base speed.
-  bool GetSpeedFactor(std::int32_t sectorsPerSecond, std::int32_t& factor);
+  [[nodiscard]] bool GetSpeedFactor(std::int32_t sectorsPerSecond, std::int32_t& factor);
   // Seconds, rounded up, at the current speed, or at the fastest supported one.
-  bool EstimateRecordingTime(std::uint64_t sizeBytes, std::uint64_t& seconds);
+  [[nodiscard]] bool EstimateRecordingTime(std::uint64_t sizeBytes, std::uint64_t& seconds);
 
  private:
-  bool ReadLocked(CDiscRecorder2& recorder, CDiscFormat2Data& format);
-  bool ReadCodesAndSpeeds(CDiscFormat2Data& format);
-  bool ReadCurrentSpeedsAndSizes(CDiscFormat2Data& format);
-  bool GetEffectiveSpeed(std::int32_t& sectorsPerSecond);
-  bool StoreSpeed(std::int32_t& target, std::int32_t sectorsPerSecond);
-  bool StoreSectors(std::int32_t& target, std::int32_t sectors);
+  [[nodiscard]] bool ReadLocked(CDiscRecorder2& recorder, CDiscFormat2Data& format);
+  [[nodiscard]] bool ReadCodesAndSpeeds(CDiscFormat2Data& format);
+  [[nodiscard]] bool ReadCurrentSpeedsAndSizes(CDiscFormat2Data& format);
+  [[nodiscard]] bool GetEffectiveSpeed(std::int32_t& sectorsPerSecond);
+  [[nodiscard]] bool StoreSpeed(std::int32_t& target, std::int32_t sectorsPerSecond);
+  [[nodiscard]] bool StoreSectors(std::int32_t& target, std::int32_t sectors);
 
   bool isSupported_ = false;
   bool isBlank_ = false;

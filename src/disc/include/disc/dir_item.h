@@ -37,9 +37,9 @@ class CImapi2DirItemList : public CCopiedList<CImapi2DirItem> {
 
   // An item without a key gets its position as key. Without duplicates, an item whose key or path
   // is there already is success, and nothing is added.
-  bool Stage(const CImapi2DirItem& item);
+  [[nodiscard]] bool Stage(const CImapi2DirItem& item);
   // Compares trimmed texts exactly; found is null when there is no such item.
-  bool Find(Search search, TextView value, CImapi2DirItem*& found);
+  [[nodiscard]] bool Find(Search search, TextView value, CImapi2DirItem*& found);
   // Sum of the items' bytes.
   [[nodiscard]] std::uint64_t MeasureBytes();
 

@@ -25,17 +25,18 @@ class CDiscUnitInfo : public CImapiItem, public CKeyedItem {
   void Reset();
   // Reads the drive, and with queryMedia its medium (forceAccess: locked by force). False resets
   // and leaves a sentence.
-  bool Query(const Text& uniqueId, bool queryMedia, bool forceAccess);
+  [[nodiscard]] bool Query(const Text& uniqueId, bool queryMedia, bool forceAccess);
   // Visits the drives, which have just been enumerated, and reads the first that matches exactly,
   // with the iterator's flags. False without an error text when none matches.
-  bool Find(CDiscMaster2Iterator& drives, RecorderIdType type, const Text& identifier);
+  [[nodiscard]] bool Find(CDiscMaster2Iterator& drives, RecorderIdType type,
+                          const Text& identifier);
 
   // "%s %s (Revision: %s)" with vendor, product and revision, each trimmed. False, with a sentence,
   // when nothing at all of it is known or one of them cannot be copied.
-  bool GetDeviceName(Text& out);
+  [[nodiscard]] bool GetDeviceName(Text& out);
   // The same of the drive that a recorder is initialised for, empty when nothing is known. False
   // leaves the recorder's error text.
-  static bool ReadDeviceName(CDiscRecorder2& recorder, Text& out);
+  [[nodiscard]] static bool ReadDeviceName(CDiscRecorder2& recorder, Text& out);
   // The same for messages: "current optical disc device" when there is no device name.
   [[nodiscard]] Text DisplayName() const;
 
@@ -66,7 +67,7 @@ class CDiscUnitInfo : public CImapiItem, public CKeyedItem {
   [[nodiscard]] const CImapi2EnumList& CurrentProfiles() const { return drive_.currentProfiles; }
   [[nodiscard]] const CCurrentDiscMedia& CurrentMedia() const { return drive_.currentMedia; }
   // A copy: "Cannot copy the current physical media information." when that fails.
-  bool GetCurrentMedia(CCurrentDiscMedia& out);
+  [[nodiscard]] bool GetCurrentMedia(CCurrentDiscMedia& out);
 
  private:
   struct Drive {
@@ -88,10 +89,10 @@ class CDiscUnitInfo : public CImapiItem, public CKeyedItem {
     CCurrentDiscMedia currentMedia;
   };
 
-  bool Read(const Text& uniqueId, bool queryMedia, bool forceAccess);
-  bool ReadTexts(CDiscRecorder2& recorder);
-  bool ReadCapabilities(CDiscRecorder2& recorder, CDiscFormat2Data& format);
-  bool ReadCodes(CDiscRecorder2& recorder, CDiscFormat2Data& format);
+  [[nodiscard]] bool Read(const Text& uniqueId, bool queryMedia, bool forceAccess);
+  [[nodiscard]] bool ReadTexts(CDiscRecorder2& recorder);
+  [[nodiscard]] bool ReadCapabilities(CDiscRecorder2& recorder, CDiscFormat2Data& format);
+  [[nodiscard]] bool ReadCodes(CDiscRecorder2& recorder, CDiscFormat2Data& format);
 
   Drive drive_;
 };
@@ -101,10 +102,10 @@ class CDiscUnitInfoList : public CCopiedList<CDiscUnitInfo> {
   // All drives in the platform's order; with recordersOnly those that the data format supports. An
   // environment without disc mastering gives an empty list. False empties the list and leaves a
   // sentence.
-  bool QueryAll(bool recordersOnly, bool queryMedia, bool forceAccess);
+  [[nodiscard]] bool QueryAll(bool recordersOnly, bool queryMedia, bool forceAccess);
 
  private:
-  bool AddAll(bool recordersOnly, bool queryMedia, bool forceAccess);
+  [[nodiscard]] bool AddAll(bool recordersOnly, bool queryMedia, bool forceAccess);
 };
 
 }  // namespace quillon

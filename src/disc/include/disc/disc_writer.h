@@ -32,40 +32,40 @@ class CTarnDiscWriter : public CBaseItem {
 
   // Stages a directory; one that is staged already is not added again. includeBaseDirectory: the
   // directory itself lies at the disc's root, else its content. excluded: nothing of it is written.
-  bool AddDirectory(TextView path, bool includeBaseDirectory, bool excluded);
+  [[nodiscard]] bool AddDirectory(TextView path, bool includeBaseDirectory, bool excluded);
   [[nodiscard]] std::size_t StagedCount() const { return staged_.GetCount(); }
 
   // The drive at index in the platform's order. recordersOnly: only drives that the data format
   // supports count; queryMedia: with the medium, locked by force if forceAccess is set. Releases
   // what an earlier Write has left; the staged directories stay.
-  bool GetRecorder(CDiscUnitInfo& recorder, std::int32_t index, bool recordersOnly, bool queryMedia,
-                   bool forceAccess);
+  [[nodiscard]] bool GetRecorder(CDiscUnitInfo& recorder, std::int32_t index, bool recordersOnly,
+                                 bool queryMedia, bool forceAccess);
 
   // After most failures nothing is staged any more and all platform objects are released.
-  bool Write();
+  [[nodiscard]] bool Write();
 
  private:
-  bool PrepareRecorder(bool queryMedia);
-  bool FindRecorder(bool queryMedia, const Text& identifier);
-  bool InitializeRecorder();
-  bool EraseIfNeeded();
-  bool EraseCurrentMedia(bool fullErase, bool force);
-  bool EraseLocked(bool fullErase);
-  bool SetupDataFormat();
-  bool SetupFormat(const Text& clientName);
-  bool SetupImage(const Text& volumeName);
-  bool BuildImage(CImapiImageStream& image);
-  bool GetRootAndStaging(CFsiDirectoryItem& root);
-  bool AddStagedTrees(CFsiDirectoryItem& root, std::size_t& addedCount);
-  bool CreateStream(CImapiImageStream& image);
-  bool WriteImageStream(CImapiImageStream& image, bool force);
-  bool CheckImageFits(CImapiImageStream& image, bool force);
-  bool CheckCapacity(std::uint64_t sizeBytes);
-  bool BurnAndEject(const CImapiImageStream& image);
+  [[nodiscard]] bool PrepareRecorder(bool queryMedia);
+  [[nodiscard]] bool FindRecorder(bool queryMedia, const Text& identifier);
+  [[nodiscard]] bool InitializeRecorder();
+  [[nodiscard]] bool EraseIfNeeded();
+  [[nodiscard]] bool EraseCurrentMedia(bool fullErase, bool force);
+  [[nodiscard]] bool EraseLocked(bool fullErase);
+  [[nodiscard]] bool SetupDataFormat();
+  [[nodiscard]] bool SetupFormat(const Text& clientName);
+  [[nodiscard]] bool SetupImage(const Text& volumeName);
+  [[nodiscard]] bool BuildImage(CImapiImageStream& image);
+  [[nodiscard]] bool GetRootAndStaging(CFsiDirectoryItem& root);
+  [[nodiscard]] bool AddStagedTrees(CFsiDirectoryItem& root, std::size_t& addedCount);
+  [[nodiscard]] bool CreateStream(CImapiImageStream& image);
+  [[nodiscard]] bool WriteImageStream(CImapiImageStream& image, bool force);
+  [[nodiscard]] bool CheckImageFits(CImapiImageStream& image, bool force);
+  [[nodiscard]] bool CheckCapacity(std::uint64_t sizeBytes);
+  [[nodiscard]] bool BurnAndEject(const CImapiImageStream& image);
 
   template <typename Step>
-  bool RunStep(UINT summary, const Step& step);
-  bool CopyText(Text& out, const Text& text, UINT failure);
+  [[nodiscard]] bool RunStep(UINT summary, const Step& step);
+  [[nodiscard]] bool CopyText(Text& out, const Text& text, UINT failure);
   bool FailForDevice(UINT id);
   void ReleaseObjects();
   void ReleaseAll();

@@ -29,9 +29,9 @@ class CImapi2Enumerator : public CBaseItem, public CKeyedItem {
   void Reset();  // value -1, name "Undefined"
   // The value must be -1 or not negative; fallbackName (trimmed) serves a value that no row names.
   // False resets.
-  bool Set(std::int32_t value, TextView fallbackName);
+  [[nodiscard]] bool Set(std::int32_t value, TextView fallbackName);
   // With the decimal text of the value as the fallback name.
-  bool Set(std::int32_t value);
+  [[nodiscard]] bool Set(std::int32_t value);
   [[nodiscard]] std::int32_t Value() const { return value_; }
   void GetName(Text& out) const { GetItemText(out); }
 

@@ -39,7 +39,7 @@ class CImapiItem : public CComBase {
 
   // Makes one platform call: its HRESULT becomes the last result.
   template <typename Call>
-  bool CallObject(TextView method, const SourceLine& where, const Call& call) {
+  [[nodiscard]] bool CallObject(TextView method, const SourceLine& where, const Call& call) {
     try {
       SetErrorInfo(0, nullptr);  // an error object that is there afterwards is this call's own
       lastResult_ = call();
@@ -52,7 +52,7 @@ class CImapiItem : public CComBase {
   // A call that succeeded with a value that is not what it must be: false, with the composed text;
   // the last result stays.
   template <typename Out, typename Value>
-  bool StoreOutput(TextView method, Out& out, Value& value, const SourceLine& where) {
+  [[nodiscard]] bool StoreOutput(TextView method, Out& out, Value& value, const SourceLine& where) {
     try {
       const HRESULT hr = out.TakeTo(value);
       return SUCCEEDED(hr) || FailCall(method, where, hr);
@@ -65,11 +65,11 @@ class CImapiItem : public CComBase {
   bool FailCall(TextView method, const SourceLine& where, HRESULT hr);
   bool FailThrown(TextView method, const SourceLine& where);  // only while an exception is handled
 
-  bool CreateObject(const Creation& creation, void** object, const SourceLine& where);
+  [[nodiscard]] bool CreateObject(const Creation& creation, void** object, const SourceLine& where);
 
  private:
-  bool ComposeFailure(TextView method, const SourceLine& where, TextView prefix, HRESULT hr,
-                      IErrorInfo* info);
+  [[nodiscard]] bool ComposeFailure(TextView method, const SourceLine& where, TextView prefix,
+                                    HRESULT hr, IErrorInfo* info);
 };
 
 // A wrapper that holds one counted reference to a platform interface.
@@ -91,18 +91,19 @@ class CImapiWrapper : public CImapiItem {
 
   // call takes the Interface& and answers an HRESULT.
   template <typename Call>
-  bool Invoke(TextView method, const Call& call, const SourceLine& where = SourceLine::current()) {
+  [[nodiscard]] bool Invoke(TextView method, const Call& call,
+                            const SourceLine& where = SourceLine::current()) {
     return EnsureObject(where) && CallObject(method, where, [&] { return call(*object_); });
   }
-  bool EnsureObject(const SourceLine& where) {
+  [[nodiscard]] bool EnsureObject(const SourceLine& where) {
     return !IsEmpty() || CreateObject(creation_, object_.PutVoid(), where);
   }
 
   // Reads a property and converts it: read is a getter of the interface, or takes the Interface&
   // and the address for the platform's value.
   template <typename Read, typename Value>
-  bool GetProperty(TextView name, const Read& read, Value& value,
-                   const SourceLine& where = SourceLine::current()) {
+  [[nodiscard]] bool GetProperty(TextView name, const Read& read, Value& value,
+                                 const SourceLine& where = SourceLine::current()) {
     AutomationOut<Value> out;
     return Invoke(
                name, [&](Interface& object) { return std::invoke(read, object, out.Put()); },

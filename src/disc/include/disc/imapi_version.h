@@ -14,7 +14,7 @@ class CTarnImapiVersion : public CBaseItem {
 
   // Asks anew each time: a service may come and go while the process runs. False with None, and
   // without a sentence, when there is neither. The calling thread has initialised COM.
-  bool Detect(DiscMasteringGeneration& generation);
+  [[nodiscard]] bool Detect(DiscMasteringGeneration& generation);
 
  private:
   CTarnImapiVersion();

@@ -19,7 +19,7 @@ class CLegacyItem : public CComBase {
 
   // Runs create(void**) when nothing is held yet, then call(Interface&).
   template <typename Create, typename Call>
-  bool CallCreated(TextView methodName, const Create& create, const Call& call) {
+  [[nodiscard]] bool CallCreated(TextView methodName, const Create& create, const Call& call) {
     try {
       if (!interface_ && EnsureComInitialized()) {
         lastResult_ = create(interface_.PutVoid());
@@ -34,7 +34,7 @@ class CLegacyItem : public CComBase {
   }
   // The same for an interface that only another object hands out.
   template <typename Call>
-  bool CallHeld(TextView methodName, const Call& call) {
+  [[nodiscard]] bool CallHeld(TextView methodName, const Call& call) {
     return CallCreated(
         methodName, [](void**) { return E_NOINTERFACE; }, call);
   }

@@ -11,7 +11,7 @@ class CMediaBurnUtil : public CLegacyItem<ICDBurn> {
   CMediaBurnUtil();
 
   // False for an answer of no, without a sentence, and for a failed question, with one.
-  bool HasRecordableDrive();
+  [[nodiscard]] bool HasRecordableDrive();
 };
 
 }  // namespace quillon

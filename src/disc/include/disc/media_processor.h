@@ -31,13 +31,13 @@ class CQuillonMediaProcessor : public CBaseItem {
   bool SetVolumeName(TextView name);
   // A directory whose contents go to the root of the disc. One that is there already changes
   // nothing.
-  bool AddContent(TextView path);
+  [[nodiscard]] bool AddContent(TextView path);
 
-  bool WriteToMedia();
+  [[nodiscard]] bool WriteToMedia();
 
   // True with the answer, false when there is none. An answer of no may leave a sentence.
-  bool CDRWHasContent(bool& hasContent);
-  bool CDIsRecordable(bool& isRecordable);
+  [[nodiscard]] bool CDRWHasContent(bool& hasContent);
+  [[nodiscard]] bool CDIsRecordable(bool& isRecordable);
 
  private:
   // What the legacy service says of the first recorder and the medium in it; 0 for what was not
@@ -56,31 +56,32 @@ class CQuillonMediaProcessor : public CBaseItem {
     bool isBlank = false;
   };
 
-  bool ChooseGeneration();
+  [[nodiscard]] bool ChooseGeneration();
   void ResetContent();
   void ClearWhenAsked();
 
-  bool WriteContent();
-  bool WriteCurrent();
-  bool StageContent(CTarnDiscWriter& writer);
-  bool WriteToFirstDrive(CTarnDiscWriter& writer);
-  bool QueryCurrentMedium(CurrentMedium& medium);
+  [[nodiscard]] bool WriteContent();
+  [[nodiscard]] bool WriteCurrent();
+  [[nodiscard]] bool StageContent(CTarnDiscWriter& writer);
+  [[nodiscard]] bool WriteToFirstDrive(CTarnDiscWriter& writer);
+  [[nodiscard]] bool QueryCurrentMedium(CurrentMedium& medium);
   bool FailMediumNotUsable(TextView deviceName);
 
   // The legacy generation; legacy_path.cpp.
-  bool WriteLegacy();
-  bool RecordLegacy(CDiscMaster& master);
-  bool TakeFirstRecorder(CDiscMaster& master, CDiscRecorder& recorder);
+  [[nodiscard]] bool WriteLegacy();
+  [[nodiscard]] bool RecordLegacy(CDiscMaster& master);
+  [[nodiscard]] bool TakeFirstRecorder(CDiscMaster& master, CDiscRecorder& recorder);
   // For writing, also erases a rewritable medium that holds data.
-  bool CheckLegacyRecorder(CDiscRecorder& recorder, LegacyMedium& medium, bool forWriting);
-  bool CheckLegacyMedium(CDiscRecorder& recorder, LegacyMedium& medium);
-  bool EraseLegacyMedium(CDiscRecorder& recorder, const LegacyMedium& medium);
+  [[nodiscard]] bool CheckLegacyRecorder(CDiscRecorder& recorder, LegacyMedium& medium,
+                                         bool forWriting);
+  [[nodiscard]] bool CheckLegacyMedium(CDiscRecorder& recorder, LegacyMedium& medium);
+  [[nodiscard]] bool EraseLegacyMedium(CDiscRecorder& recorder, const LegacyMedium& medium);
   bool SetLegacyProperties(CJolietDiscMaster& joliet);
-  bool AddLegacyContent(CJolietDiscMaster& joliet);
-  bool QueryLegacyMedium(LegacyMedium& medium);
+  [[nodiscard]] bool AddLegacyContent(CJolietDiscMaster& joliet);
+  [[nodiscard]] bool QueryLegacyMedium(LegacyMedium& medium);
   bool FailAsOr(const CBaseItem& inner, UINT fallbackId);
   template <typename Scope>
-  bool EndWith(Scope& scope, bool succeeded);
+  [[nodiscard]] bool EndWith(Scope& scope, bool succeeded);
 
   Text volumeName_;
   CMediaItemList content_;

@@ -15,9 +15,9 @@ class CDiscMaster2Iterator;
 class CDiscMaster2 : public CImapiWrapper<IDiscMaster2> {
  public:
   CDiscMaster2();
-  bool GetIsSupportedEnvironment(bool& supported);
+  [[nodiscard]] bool GetIsSupportedEnvironment(bool& supported);
   // "The current iterator is already valid." when it holds an enumerator, which stays.
-  bool GetDiscDevices(CDiscMaster2Iterator& drives);
+  [[nodiscard]] bool GetDiscDevices(CDiscMaster2Iterator& drives);
 };
 
 // The unique identifiers of the drives, in the platform's order, filled by
@@ -26,10 +26,10 @@ class CDiscMaster2Iterator : public CImapiWrapper<IEnumVARIANT> {
  public:
   explicit CDiscMaster2Iterator(bool queryMedia = false, bool forceAccess = false);
 
-  bool Reset();
+  [[nodiscard]] bool Reset();
   // Keeps the next item. False at the end, then with a last result that is no failure and without
   // an error text.
-  bool Next();
+  [[nodiscard]] bool Next();
   // Empty when there is no current item or it is not a text.
   void GetCurrentUniqueId(Text& out) const { out = currentId_; }
   [[nodiscard]] bool AtFailure() const { return FAILED(GetLastResult()); }
@@ -46,42 +46,42 @@ class CDiscMaster2Iterator : public CImapiWrapper<IEnumVARIANT> {
 class CDiscRecorder2 : public CImapiWrapper<IDiscRecorder2> {
  public:
   CDiscRecorder2();
-  bool InitializeDiscRecorder(BSTR uniqueId);
-  bool InitializeDiscRecorder(const Text& uniqueId);
-  bool AcquireExclusiveAccess(bool force, BSTR clientName);
-  bool AcquireExclusiveAccess(bool force, const Text& clientName);
-  bool ReleaseExclusiveAccess();
-  bool EjectMedia();
-  bool GetActiveDiscRecorder(BSTR& uniqueId);
-  bool GetActiveDiscRecorder(Text& uniqueId);
-  bool GetVendorId(BSTR& vendor);
-  bool GetVendorId(Text& vendor);
-  bool GetProductId(BSTR& product);
-  bool GetProductId(Text& product);
-  bool GetProductRevision(BSTR& revision);
-  bool GetProductRevision(Text& revision);
-  bool GetVolumeName(BSTR& name);
-  bool GetVolumeName(Text& name);
-  bool GetVolumePathNames(std::vector<Text>& paths);
-  bool GetSupportedProfiles(std::vector<LONG>& profiles);
-  bool GetCurrentProfiles(std::vector<LONG>& profiles);
-  bool GetSupportedFeaturePages(std::vector<LONG>& pages);
-  bool GetCurrentFeaturePages(std::vector<LONG>& pages);
-  bool GetSupportedModePages(std::vector<LONG>& pages);
-  bool GetDeviceCanLoadMedia(bool& canLoad);
-  bool GetLegacyDeviceNumber(LONG& number);
+  [[nodiscard]] bool InitializeDiscRecorder(BSTR uniqueId);
+  [[nodiscard]] bool InitializeDiscRecorder(const Text& uniqueId);
+  [[nodiscard]] bool AcquireExclusiveAccess(bool force, BSTR clientName);
+  [[nodiscard]] bool AcquireExclusiveAccess(bool force, const Text& clientName);
+  [[nodiscard]] bool ReleaseExclusiveAccess();
+  [[nodiscard]] bool EjectMedia();
+  [[nodiscard]] bool GetActiveDiscRecorder(BSTR& uniqueId);
+  [[nodiscard]] bool GetActiveDiscRecorder(Text& uniqueId);
+  [[nodiscard]] bool GetVendorId(BSTR& vendor);
+  [[nodiscard]] bool GetVendorId(Text& vendor);
+  [[nodiscard]] bool GetProductId(BSTR& product);
+  [[nodiscard]] bool GetProductId(Text& product);
+  [[nodiscard]] bool GetProductRevision(BSTR& revision);
+  [[nodiscard]] bool GetProductRevision(Text& revision);
+  [[nodiscard]] bool GetVolumeName(BSTR& name);
+  [[nodiscard]] bool GetVolumeName(Text& name);
+  [[nodiscard]] bool GetVolumePathNames(std::vector<Text>& paths);
+  [[nodiscard]] bool GetSupportedProfiles(std::vector<LONG>& profiles);
+  [[nodiscard]] bool GetCurrentProfiles(std::vector<LONG>& profiles);
+  [[nodiscard]] bool GetSupportedFeaturePages(std::vector<LONG>& pages);
+  [[nodiscard]] bool GetCurrentFeaturePages(std::vector<LONG>& pages);
+  [[nodiscard]] bool GetSupportedModePages(std::vector<LONG>& pages);
+  [[nodiscard]] bool GetDeviceCanLoadMedia(bool& canLoad);
+  [[nodiscard]] bool GetLegacyDeviceNumber(LONG& number);
 };
 
 // What the data format and the erase format share.
 template <typename Format>
 class CDiscFormat2 : public CImapiWrapper<Format> {
  public:
-  bool IsRecorderSupported(const CDiscRecorder2& recorder, bool& supported);
-  bool IsCurrentMediaSupported(const CDiscRecorder2& recorder, bool& supported);
-  bool GetMediaPhysicallyBlank(bool& blank);
-  bool GetMediaHeuristicallyBlank(bool& blank);
+  [[nodiscard]] bool IsRecorderSupported(const CDiscRecorder2& recorder, bool& supported);
+  [[nodiscard]] bool IsCurrentMediaSupported(const CDiscRecorder2& recorder, bool& supported);
+  [[nodiscard]] bool GetMediaPhysicallyBlank(bool& blank);
+  [[nodiscard]] bool GetMediaHeuristicallyBlank(bool& blank);
   // Physically blank or, when not, heuristically.
-  bool GetMediaBlank(bool& blank);
+  [[nodiscard]] bool GetMediaBlank(bool& blank);
   bool SetRecorder(const CDiscRecorder2& recorder);
   bool SetClientName(BSTR name);
   bool SetClientName(const Text& name);
@@ -96,27 +96,27 @@ extern template class CDiscFormat2<IDiscFormat2Erase>;
 class CDiscFormat2Data : public CDiscFormat2<IDiscFormat2Data> {
  public:
   CDiscFormat2Data();
-  bool GetSupportedMediaTypes(std::vector<LONG>& types);
-  bool GetCurrentMediaStatus(IMAPI_FORMAT2_DATA_MEDIA_STATE& state);
-  bool GetWriteProtectStatus(IMAPI_MEDIA_WRITE_PROTECT_STATE& state);
-  bool GetCurrentPhysicalMediaType(IMAPI_MEDIA_PHYSICAL_TYPE& type);
-  bool GetFreeSectorsOnMedia(LONG& sectors);
-  bool GetTotalSectorsOnMedia(LONG& sectors);
+  [[nodiscard]] bool GetSupportedMediaTypes(std::vector<LONG>& types);
+  [[nodiscard]] bool GetCurrentMediaStatus(IMAPI_FORMAT2_DATA_MEDIA_STATE& state);
+  [[nodiscard]] bool GetWriteProtectStatus(IMAPI_MEDIA_WRITE_PROTECT_STATE& state);
+  [[nodiscard]] bool GetCurrentPhysicalMediaType(IMAPI_MEDIA_PHYSICAL_TYPE& type);
+  [[nodiscard]] bool GetFreeSectorsOnMedia(LONG& sectors);
+  [[nodiscard]] bool GetTotalSectorsOnMedia(LONG& sectors);
   // A failure after a call that succeeded (see the last result) means that the platform's array is
   // not a one-dimensional array of 32-bit integers.
-  bool GetSupportedWriteSpeeds(std::vector<LONG>& speeds);
-  bool GetRequestedWriteSpeed(LONG& speed);
-  bool GetCurrentWriteSpeed(LONG& speed);
+  [[nodiscard]] bool GetSupportedWriteSpeeds(std::vector<LONG>& speeds);
+  [[nodiscard]] bool GetRequestedWriteSpeed(LONG& speed);
+  [[nodiscard]] bool GetCurrentWriteSpeed(LONG& speed);
   bool SetWriteSpeed(LONG speed, bool pureCav);
   // Returns when the whole stream is on the disc.
-  bool Write(const CImapiWrapper<IStream>& stream);
+  [[nodiscard]] bool Write(const CImapiWrapper<IStream>& stream);
 };
 
 class CDiscFormat2Erase : public CDiscFormat2<IDiscFormat2Erase> {
  public:
   CDiscFormat2Erase();
   bool SetFullErase(bool full);
-  bool EraseMedia();  // returns when done
+  [[nodiscard]] bool EraseMedia();  // returns when done
 };
 
 // Obtained only from CFileSystemImageResult::GetImageStream.
@@ -124,28 +124,28 @@ class CImapiImageStream : public CImapiWrapper<IStream> {
  public:
   CImapiImageStream();
   // statistics must not be null; its name, when flags ask for it, is freed with CoTaskMemFree.
-  bool Stat(STATSTG* statistics, DWORD flags);
+  [[nodiscard]] bool Stat(STATSTG* statistics, DWORD flags);
 };
 
 class CFileSystemImageResult : public CImapiWrapper<IFileSystemImageResult> {
  public:
   CFileSystemImageResult();
-  bool GetImageStream(CImapiImageStream& stream);
+  [[nodiscard]] bool GetImageStream(CImapiImageStream& stream);
 };
 
 class CFsiDirectoryItem : public CImapiWrapper<IFsiDirectoryItem> {
  public:
   CFsiDirectoryItem();
-  bool AddTree(BSTR directory, bool includeBaseDirectory);
-  bool AddTree(const Text& directory, bool includeBaseDirectory);
+  [[nodiscard]] bool AddTree(BSTR directory, bool includeBaseDirectory);
+  [[nodiscard]] bool AddTree(const Text& directory, bool includeBaseDirectory);
 };
 
 class CFileSystemImage : public CImapiWrapper<IFileSystemImage> {
  public:
   CFileSystemImage();
-  bool GetRoot(CFsiDirectoryItem& root);
+  [[nodiscard]] bool GetRoot(CFsiDirectoryItem& root);
   bool SetMaxMediaBlocksFromDevice(const CDiscRecorder2& recorder);
-  bool ChooseImageDefaults(const CDiscRecorder2& recorder);
+  [[nodiscard]] bool ChooseImageDefaults(const CDiscRecorder2& recorder);
   bool SetVolumeName(BSTR name);
   bool SetVolumeName(const Text& name);
   bool SetWorkingDirectory(BSTR directory);
@@ -153,7 +153,7 @@ class CFileSystemImage : public CImapiWrapper<IFileSystemImage> {
   bool SetStrictFileSystemCompliance(bool strict);
   bool SetFileSystemsToCreate(LONG fileSystems);  // a mask of FsiFileSystems
   bool SetStageFiles(bool stage);
-  bool CreateResultImage(CFileSystemImageResult& result);
+  [[nodiscard]] bool CreateResultImage(CFileSystemImageResult& result);
 };
 
 }  // namespace quillon

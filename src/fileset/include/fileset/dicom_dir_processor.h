@@ -74,11 +74,11 @@ class CDicomDirProcessor : public CBaseItem {
   // Adding. The file is read once; it is moved when the file set is created. A file without a
   // Study, Series or SOP Instance UID is passed over, one that is in the list already changes
   // nothing: both are successes.
-  bool AddFile(TextView fileName);
+  [[nodiscard]] bool AddFile(TextView fileName);
   // Adds the files of a directory (the current one when empty) and, with allowAddHierarchyTree, of
   // those below it, in the platform's order. The first file that cannot be added ends it; those
   // before it stay.
-  bool AddDirectory(TextView directory, bool createAfterwards);
+  [[nodiscard]] bool AddDirectory(TextView directory, bool createAfterwards);
   // Empty arguments mean the settings. Takes the root directory for this job, plans the file set
   // and carries the plan out: moves every added file below root\object directory, writes DICOMDIR,
   // copies the other content and writes the label. What can be known to fail fails before anything
@@ -87,31 +87,33 @@ class CDicomDirProcessor : public CBaseItem {
   // behind them, but for one to read a report, presentation state or key object document; other
   // failures keep it. What was moved stays moved. The root stays this job's until its file set is
   // written or wiped.
-  bool CreateDicomFileSet(TextView rootDirectory, TextView objectDirectory);
+  [[nodiscard]] bool CreateDicomFileSet(TextView rootDirectory, TextView objectDirectory);
 
   // The same in steps, for a host that does something in between. AddFitFile adds only what a
   // creation takes: false, with the outcome, for what AddFile would pass over or a plan refuse
   // (true for AlreadyAdded and NamesNoObject).
-  bool AddFitFile(TextView fileName, const FitnessRules& rules, AddedFile& told);
+  [[nodiscard]] bool AddFitFile(TextView fileName, const FitnessRules& rules, AddedFile& told);
   // After a failure in copying or moving: the file concerned and the platform's reason. False when
   // there is none.
-  bool GetFailedFile(Text& path, Text& reason) const;
+  [[nodiscard]] bool GetFailedFile(Text& path, Text& reason) const;
   // Whether a file can be added by this path.
-  bool TakesPath(TextView path) { return files_.ValidatePath(path) || FailAs(files_); }
+  [[nodiscard]] bool TakesPath(TextView path) {
+    return files_.ValidatePath(path) || FailAs(files_);
+  }
   // Takes the root directory, which is made when missing; false when another job has it.
-  bool ClaimRoot();
+  [[nodiscard]] bool ClaimRoot();
   // Of the root directory; objectCount: how many objects an unfinished creation left.
   RootState GetRootState(std::size_t& objectCount);
   // Leaves the sentence about an unfinished root. Always false.
   bool FailUnfinished(std::size_t objectCount);
   // Empties the root directory, which this job has, but for an entry of the name leaveOut. Refused
   // for what is left of a creation that did not end and may be the only copies.
-  bool ClearRoot(TextView leaveOut);
+  [[nodiscard]] bool ClearRoot(TextView leaveOut);
   // Makes the plan. Refused as by CreateDicomFileSet, but for what is found in the sources.
-  bool PlanFileSet(TextView rootDirectory, TextView objectDirectory);
+  [[nodiscard]] bool PlanFileSet(TextView rootDirectory, TextView objectDirectory);
   // The same plan for a look at it alone, with no hold on the root directory, which may be missing:
   // nothing is changed. A creation plans anew.
-  bool PreviewFileSet(TextView rootDirectory, TextView objectDirectory);
+  [[nodiscard]] bool PreviewFileSet(TextView rootDirectory, TextView objectDirectory);
   // Of the plan: what it holds, the room on a disc, the files to be moved in their order, the label
   // and what that leaves out.
   [[nodiscard]] const FileSetTotals& PlannedTotals() const;
@@ -123,30 +125,30 @@ class CDicomDirProcessor : public CBaseItem {
   [[nodiscard]] std::vector<Text> LabelRemarks() const;
   // A copy that the host made of a planned file is moved in its place. False when the file has
   // changed since it was added.
-  bool HandOver(std::size_t index, TextView copy);
+  [[nodiscard]] bool HandOver(std::size_t index, TextView copy);
   // Looks at the sources and carries the plan out.
-  bool CreatePlannedFileSet();
+  [[nodiscard]] bool CreatePlannedFileSet();
 
   // True for 1 to 103 characters of A-Z 0-9 _ \ /, at most 8 levels of at most 12 characters.
-  bool ValidateFileId(TextView fileId);
+  [[nodiscard]] bool ValidateFileId(TextView fileId);
   // The configured source of the other content; empty when the value is.
-  bool GetOtherContentSourceDir(Text& directory);
+  [[nodiscard]] bool GetOtherContentSourceDir(Text& directory);
   // Composes the label, keeps it as the IHE label and writes it to LABEL.TXT in the root (UTF-16
   // little endian without a mark, a line feed at the end).
-  bool WriteLabel(CPatientList* patients, TextView rootDirectory);
+  [[nodiscard]] bool WriteLabel(CPatientList* patients, TextView rootDirectory);
   // Delivers the file set: to directCopyDirectory (its missing levels are made, files of the same
   // name replaced) with performDirectCopy, else to the disc in the first recorder. An empty source
   // directory means the root directory. With clearAfterWrite the source is deleted afterwards,
   // WHETHER OR NOT it was delivered. Refused with nothing deleted: a source that another job has or
   // whose creation did not end, a target that is the source or lies in it, or that holds the source
   // in a place where the copy would go. DICOMDIR is copied last: a copy that broke off has none.
-  bool WriteMedia(TextView sourceDirectory, bool simulate, bool fullErase, bool eject,
-                  bool clearAfterWrite);
+  [[nodiscard]] bool WriteMedia(TextView sourceDirectory, bool simulate, bool fullErase, bool eject,
+                                bool clearAfterWrite);
   // False, with a sentence, where the platform is too old to record.
-  bool CheckOperatingSystem();
+  [[nodiscard]] bool CheckOperatingSystem();
   // Of the objects added and the other content; 0 when false.
-  bool GetTotalSize(std::uint64_t& sizeBytes);
-  bool GetTotalFileCount(std::uint32_t& count);
+  [[nodiscard]] bool GetTotalSize(std::uint64_t& sizeBytes);
+  [[nodiscard]] bool GetTotalFileCount(std::uint32_t& count);
   // Empties the patient list and removes the root directory and what recording left in the
   // temporary directory. Failures to remove are not told. A root that another job has stays; what
   // is left of a creation that did not end is set aside (asideDirectory) unless `removesAll`.
@@ -201,25 +203,26 @@ class CDicomDirProcessor : public CBaseItem {
   };
 
   void EnsurePatientList();
-  bool HasPatients();
+  [[nodiscard]] bool HasPatients();
   bool SetPath(Text& setting, TextView path);
   bool SetPathInRoot(Text& setting, TextView path);
-  bool WalkDirectory(const Text& directory);
-  bool FileObject(TextView fileName, const FitnessRules* rules, AddedFile& told);
-  bool FileIntoSeries(CDicomUtil& object, TextView fileName, bool mustBeFit, AddedFile& told);
+  [[nodiscard]] bool WalkDirectory(const Text& directory);
+  [[nodiscard]] bool FileObject(TextView fileName, const FitnessRules* rules, AddedFile& told);
+  [[nodiscard]] bool FileIntoSeries(CDicomUtil& object, TextView fileName, bool mustBeFit,
+                                    AddedFile& told);
   CStudy* FindOrAddStudy(const DcElemList& dataSet, TextView fileName, ListGrowth& growth);
   CSeries* FindOrAddSeries(const DcElemList& dataSet, CStudy& study, TextView fileName,
                            ListGrowth& growth);
   std::unique_ptr<FileSetPlan> BeginPlan(TextView rootDirectory, TextView objectDirectory);
-  bool FinishPlan(std::unique_ptr<FileSetPlan> plan);
+  [[nodiscard]] bool FinishPlan(std::unique_ptr<FileSetPlan> plan);
   bool SetUnfinishedAside(const Text& root);
-  bool MeasureOtherContent(Measure what, std::uint64_t& total);
-  bool ClaimFinished(const Text& source);
-  bool CheckTarget(const Text& source, const Text& target);
-  bool CheckRoomForCopy(const Text& source, const Text& target);
-  bool CopyFileSet(const Text& source, const Text& target);
-  bool WriteDisc(const Text& source, const RecordingOptions& options);
-  bool ClearSource(const Text& source, bool succeeded);
+  [[nodiscard]] bool MeasureOtherContent(Measure what, std::uint64_t& total);
+  [[nodiscard]] bool ClaimFinished(const Text& source);
+  [[nodiscard]] bool CheckTarget(const Text& source, const Text& target);
+  [[nodiscard]] bool CheckRoomForCopy(const Text& source, const Text& target);
+  [[nodiscard]] bool CopyFileSet(const Text& source, const Text& target);
+  [[nodiscard]] bool WriteDisc(const Text& source, const RecordingOptions& options);
+  [[nodiscard]] bool ClearSource(const Text& source, bool succeeded);
 
   std::unique_ptr<CPatientList> patients_;
   CFileUtil files_;

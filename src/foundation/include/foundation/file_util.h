@@ -71,129 +71,135 @@ class CFileUtil : public CBaseItem {
   // ---- names
 
   // Fails for an empty path ("The path name is invalid.") and for one over 260 characters.
-  bool Split(TextView path, CPathInfo& parts);
+  [[nodiscard]] bool Split(TextView path, CPathInfo& parts);
   // Whether the path begins with a drive. Leaves no sentence.
-  bool HasDrive(TextView path);
+  [[nodiscard]] bool HasDrive(TextView path);
   // Fails as Split does; for a drive that is no letter; for a character that a directory, a file
   // name or an extension cannot have; for separators that are doubled (but for the two in front of
   // a network path) or mixed side by side. The sentence names the offending part.
-  bool ValidatePath(TextView path);
+  [[nodiscard]] bool ValidatePath(TextView path);
   // The same for one name that a directory was found to hold. Systems that allow separators and
   // other signs of a path in a name would have it lead to another file.
-  bool ValidateName(TextView name);
+  [[nodiscard]] bool ValidateName(TextView name);
 
   // ---- questions; a path that names nothing fails with "The path ... cannot be found."
 
-  bool PathExists(TextView path);
+  [[nodiscard]] bool PathExists(TextView path);
   // True when path is the directory or lies below it, whatever links lead there; what does not
   // exist yet lies where it would be made. No message.
-  bool LiesWithin(TextView path, TextView directory);
-  bool GetFileAttributes(TextView path, WIN32_FILE_ATTRIBUTE_DATA& data);
+  [[nodiscard]] bool LiesWithin(TextView path, TextView directory);
+  [[nodiscard]] bool GetFileAttributes(TextView path, WIN32_FILE_ATTRIBUTE_DATA& data);
   // In bytes, the low 32 bits of it. Fails for a directory and when those bits are 0: an empty file
   // is "not a valid file", and so is one of a whole multiple of 4 GiB.
-  bool GetFileSize(TextView path, std::uint32_t& sizeBytes);
+  [[nodiscard]] bool GetFileSize(TextView path, std::uint32_t& sizeBytes);
   // In bytes. Fails for a directory and, unless those are accepted, for an empty file.
-  bool GetFileSize64(TextView path, std::uint64_t& sizeBytes);
+  [[nodiscard]] bool GetFileSize64(TextView path, std::uint64_t& sizeBytes);
   // Of a file or directory, or what a link to one leads to: two names with one identity are names
   // of one file.
-  bool GetFileIdentity(TextView path, FileIdentity& identity);
+  [[nodiscard]] bool GetFileIdentity(TextView path, FileIdentity& identity);
   // What this user may still write to the file system that an existing directory lies on.
-  bool GetFreeBytes(TextView directory, std::uint64_t& bytes);
+  [[nodiscard]] bool GetFreeBytes(TextView directory, std::uint64_t& bytes);
   // Whether the name itself is a link (a reparse point), whatever it leads to. No message.
-  bool IsLink(TextView path);
+  [[nodiscard]] bool IsLink(TextView path);
 
   // Looks at a file that is to be read, or with forMoving to be moved. Fails for what is not there,
   // for a directory or an empty file ("not a valid file"), for one that cannot be opened and, with
   // forMoving, for one that its directory does not let go of ("Cannot delete the file ...").
-  bool ProbeFile(TextView path, bool forMoving, FileFacts& facts);
+  [[nodiscard]] bool ProbeFile(TextView path, bool forMoving, FileFacts& facts);
 
   // ---- directories; the reason in "Cannot ... the directory ..." is the platform's
 
-  bool GetCurrentDirectory(Text& out);
-  bool ChangeDirectory(TextView path);
+  [[nodiscard]] bool GetCurrentDirectory(Text& out);
+  [[nodiscard]] bool ChangeDirectory(TextView path);
   // Changes to, creates or removes (when empty) one directory.
-  bool DirectoryOperation(TextView path, DirectoryOp op);
+  [[nodiscard]] bool DirectoryOperation(TextView path, DirectoryOp op);
   // Creates what is missing of the path. Succeeds when nothing is.
-  bool CreateDirectoryTree(TextView path);
+  [[nodiscard]] bool CreateDirectoryTree(TextView path);
   // Deletes the files in a directory and, with recurse, empties and removes its subdirectories.
   // Links are removed, not followed. The first failure ends it.
-  bool DeleteAllFiles(TextView dir, bool recurse);
+  [[nodiscard]] bool DeleteAllFiles(TextView dir, bool recurse);
   // The same, and removes the directory itself unless it is a root. At most 259 characters.
-  bool DeleteDirectoryTree(TextView path, bool recurse);
+  [[nodiscard]] bool DeleteDirectoryTree(TextView path, bool recurse);
   // Takes a link away and leaves what it leads to. What is no link stays: "Cannot delete the file".
-  bool RemoveLink(TextView path);
+  [[nodiscard]] bool RemoveLink(TextView path);
   // Gives a directory another name on the same file system. Fails with "Cannot rename ... to ..."
   // when something has that name, also an empty directory.
-  bool RenameDirectory(TextView to, TextView from);
+  [[nodiscard]] bool RenameDirectory(TextView to, TextView from);
 
   // ---- files
 
   // Read-only files too, as the deletions above.
-  bool DeleteFile(TextView path);
+  [[nodiscard]] bool DeleteFile(TextView path);
   // Copies the bytes of one file, over dst when that exists. Fails as GetFileSize64 does for src,
   // and when both name one file. A failure can leave part of dst.
-  bool CopyFile(TextView dst, TextView src, bool append);
+  [[nodiscard]] bool CopyFile(TextView dst, TextView src, bool append);
   // Gives src the name dst in the place of a file or link of that name, whose other names and
   // target stay as they are: by renaming within a file system, else by a copy beside dst that is on
   // the disk under that name before src is deleted. A symbolic link is copied, never moved. Neither
   // file need be writable; what was moved is, unless src has other names that would become so. On
   // failure src is whole in its place, and what dst was too (or both are whole, when only deleting
   // src failed).
-  bool MoveFile(TextView dst, TextView src);
+  [[nodiscard]] bool MoveFile(TextView dst, TextView src);
   // Writes lengthBytes (at least 1) to a file that is created when missing; with append behind what
   // it holds, else in its place, also when that was read-only. On the disk when it succeeds.
-  bool WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path, bool append);
+  [[nodiscard]] bool WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path,
+                               bool append);
   // The same with the bytes of a buffer, which must hold some.
-  bool WriteBuffer(const CBuffer& buffer, TextView path, bool append);
+  [[nodiscard]] bool WriteBuffer(const CBuffer& buffer, TextView path, bool append);
 
   // ---- walks over the files that match fileSpec ("*.*" matches every name) in the current working
   // directory, which the caller set to src before, and with recurse in those below it. When nothing
   // matches they succeed, with 0, and leave "The file specification ... is invalid."; with the same
   // sentence they fail when a directory cannot be listed to its end.
 
-  bool GetDirectorySize(std::uint64_t& sizeBytes, TextView src, TextView fileSpec, bool recurse);
-  bool CountFiles(std::uint32_t& count, TextView src, TextView fileSpec, bool recurse);
+  [[nodiscard]] bool GetDirectorySize(std::uint64_t& sizeBytes, TextView src, TextView fileSpec,
+                                      bool recurse);
+  [[nodiscard]] bool CountFiles(std::uint32_t& count, TextView src, TextView fileSpec,
+                                bool recurse);
   // Makes the subdirectories it needs below dst, which exists. The first failure ends it; what was
   // copied stays. What is called leaveOut in src itself is not copied.
-  bool CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse,
-                     TextView leaveOut = {});
+  [[nodiscard]] bool CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse,
+                                   TextView leaveOut = {});
 
   // ---- the platform's temporary directory, with its trailing separator
 
   // With addSubdirectory followed by GetTempSubdirectoryName; with create made, which fails when it
   // exists.
-  bool GetTempDirectory(Text& out, bool create, bool addSubdirectory);
+  [[nodiscard]] bool GetTempDirectory(Text& out, bool create, bool addSubdirectory);
   void GetTempSubdirectoryName(Text& out) const { out = tempSubdirectoryName_; }
 
  private:
   class OpenFile;
   enum class WalkMode { Copy = 0, Delete = 1, Count = 2, Size = 3 };
 
-  bool Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse,
-            TextView leaveOut);
-  bool WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse,
-                   TextView leaveOut);
-  bool WalkDirectory(TextView name, const Text& dst, const Text& src, TextView fileSpec,
-                     WalkMode mode);
-  bool WalkFile(const Text& dst, const Text& src, WalkMode mode);
+  [[nodiscard]] bool Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode,
+                          bool recurse, TextView leaveOut);
+  [[nodiscard]] bool WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkMode mode,
+                                 bool recurse, TextView leaveOut);
+  [[nodiscard]] bool WalkDirectory(TextView name, const Text& dst, const Text& src,
+                                   TextView fileSpec, WalkMode mode);
+  [[nodiscard]] bool WalkFile(const Text& dst, const Text& src, WalkMode mode);
 
-  bool CheckDirectoryPart(TextView drive, TextView directory);
-  bool QueryAttributes(const Text& path, WIN32_FILE_ATTRIBUTE_DATA& data);
-  bool CreateMissingDirectories(TextView path);
-  bool DeleteEntry(const WIN32_FIND_DATAW& entry, bool recurse);
-  bool EmptyAndRemove(TextView parent, TextView name, bool recurse);
+  [[nodiscard]] bool CheckDirectoryPart(TextView drive, TextView directory);
+  [[nodiscard]] bool QueryAttributes(const Text& path, WIN32_FILE_ATTRIBUTE_DATA& data);
+  [[nodiscard]] bool CreateMissingDirectories(TextView path);
+  [[nodiscard]] bool DeleteEntry(const WIN32_FIND_DATAW& entry, bool recurse);
+  [[nodiscard]] bool EmptyAndRemove(TextView parent, TextView name, bool recurse);
   // Sets the working directory to one that was read before; an earlier failure keeps its sentence.
-  bool RestoreDirectory(const Text& path, bool succeeded);
+  [[nodiscard]] bool RestoreDirectory(const Text& path, bool succeeded);
   bool FailDirectoryOperation(TextView path, DirectoryOp op, DWORD code);
   // Fails with the message, and keeps the path and the platform's last error for whoever asks.
   bool FailAt(TextView path, UINT id, std::initializer_list<TextArg> args);
   bool FailAt(TextView path, DWORD code, UINT id, std::initializer_list<TextArg> args);
   void ForgetFailure();
 
-  bool CopyAndReplace(const Text& dst, const Text& src);
-  bool CopyOpened(OpenFile& to, OpenFile& from, bool append, const Text& dst, const Text& src);
-  bool CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstName, const Text& srcName);
-  bool WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes, TextView path);
+  [[nodiscard]] bool CopyAndReplace(const Text& dst, const Text& src);
+  [[nodiscard]] bool CopyOpened(OpenFile& to, OpenFile& from, bool append, const Text& dst,
+                                const Text& src);
+  [[nodiscard]] bool CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstName,
+                                const Text& srcName);
+  [[nodiscard]] bool WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes,
+                                 TextView path);
 
   bool acceptEmptyFiles_ = false;
   std::function<void(std::uint64_t bytes)> copyProgress_;

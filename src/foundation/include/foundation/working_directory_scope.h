@@ -10,13 +10,13 @@ namespace quillon {
 
 class WorkingDirectoryScope {
  public:
-  WorkingDirectoryScope() { CFileUtil().GetCurrentDirectory(path_); }
+  WorkingDirectoryScope() { static_cast<void>(CFileUtil().GetCurrentDirectory(path_)); }
   // As the platform named it, unchecked: a working directory may have a name that a path of the
   // system's own may not.
   ~WorkingDirectoryScope() {
     if (path_.empty() || TryToRestore()) return;
     reserve_.reset();
-    TryToRestore();
+    static_cast<void>(TryToRestore());
   }
   WorkingDirectoryScope(const WorkingDirectoryScope&) = delete;
   WorkingDirectoryScope& operator=(const WorkingDirectoryScope&) = delete;

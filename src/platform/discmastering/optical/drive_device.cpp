@@ -114,9 +114,9 @@ DiscResult unmountDisc(const std::string& address) {
     if (::umount2(point.c_str(), 0) == 0) continue;
     const int error = errno;
     if (error == EPERM && unmountByDesktop(address)) continue;
-    return refusal(E_IMAPI_RECORDER_LOCKED,
-                   "The disc in \"" + address + "\" is mounted at \"" + point +
-                       "\" and cannot be unmounted: " + std::strerror(error) + ".");
+    std::string sentence = "The disc in \"" + address + "\" is mounted at \"";
+    sentence.append(point).append("\" and cannot be unmounted: ").append(std::strerror(error));
+    return refusal(E_IMAPI_RECORDER_LOCKED, sentence.append("."));
   }
   return S_OK;
 }

@@ -12,6 +12,6 @@ inline constexpr std::size_t kMaxValueChars = 1024;
 // out receives the first value without surrounding white space, cut to 1,024 characters (code
 // kDcBufferTooShort then). An element that is absent (kDcNotInList) or has no value (kDcNoValue)
 // gives an empty text.
-DcCode ReadElementText(const DcElemList& dataSet, DcTag tag, Text& out);
+[[nodiscard]] DcCode ReadElementText(const DcElemList& dataSet, DcTag tag, Text& out);
 
 }  // namespace quillon

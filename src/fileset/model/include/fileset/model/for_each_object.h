@@ -8,7 +8,7 @@ namespace quillon {
 // Calls visit(const CDicomObjectProperties&) for each object until it answers false. False when a
 // call did.
 template <typename Visit>
-bool ForEachObject(const CPatientList& patients, Visit visit) {
+[[nodiscard]] bool ForEachObject(const CPatientList& patients, Visit visit) {
   for (std::size_t p = 0; p < patients.GetCount(); ++p) {
     const CStudyList& studies = patients.At(p)->Studies();
     for (std::size_t s = 0; s < studies.GetCount(); ++s) {

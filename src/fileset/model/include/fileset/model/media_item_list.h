@@ -26,7 +26,7 @@ class CMediaItemList : public COwningList<CMediaItem> {
   CMediaItemList();
 
   // Appends a copy. False, with a sentence, when memory runs out.
-  bool AddItem(const CMediaItem& item);
+  [[nodiscard]] bool AddItem(const CMediaItem& item);
   // True when an item has exactly this path, which must not be empty.
   [[nodiscard]] bool Contains(TextView path) const;
 };

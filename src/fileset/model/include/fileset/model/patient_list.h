@@ -44,7 +44,7 @@ class CPatientList : public COwningList<CPatient> {
   CPatient* FindByUniqueId(TextView uniqueId);
   // Appends a patient with the attributes of the data set, whether or not the ID is in the list.
   // uniqueId: 1 to 1,024 characters. False, with a sentence, leaves the list as it was.
-  bool AddPatient(const DcElemList* dataSet, TextView uniqueId);
+  [[nodiscard]] bool AddPatient(const DcElemList* dataSet, TextView uniqueId);
 
  private:
   KeyIndex<CPatient> byUniqueId_;

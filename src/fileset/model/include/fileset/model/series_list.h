@@ -40,7 +40,7 @@ class CSeriesList : public COwningList<CSeries> {
   CSeries* FindBySeriesInstanceUid(TextView uid);
   // Appends a series with the attributes of the data set. False, with a sentence, leaves the list
   // as it was.
-  bool AddSeries(const DcElemList* dataSet);
+  [[nodiscard]] bool AddSeries(const DcElemList* dataSet);
 
  private:
   KeyIndex<CSeries> byUid_;

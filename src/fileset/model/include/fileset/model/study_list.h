@@ -42,7 +42,7 @@ class CStudyList : public COwningList<CStudy> {
   CStudy* FindByStudyInstanceUid(TextView uid);
   // Appends a study with the attributes of the data set. False, with a sentence, leaves the list as
   // it was.
-  bool AddStudy(const DcElemList* dataSet);
+  [[nodiscard]] bool AddStudy(const DcElemList* dataSet);
 
  private:
   KeyIndex<CStudy> byUid_;
