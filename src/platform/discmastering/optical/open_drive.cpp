@@ -30,6 +30,7 @@ constexpr auto kLongestKept = 5s;  // after the first one
 // A question of another program may have to wait for a drive that spins up.
 constexpr auto kPatience = 15s;
 constexpr auto kPause = 50ms;
+constexpr auto kTrayTime = 2s;
 // What a drive without a disc, or with one that was not ready, once told is believed for so long.
 constexpr auto kEmptyFor = 200ms;
 
@@ -41,6 +42,20 @@ std::string lockPathOf(const std::string& address) {
   std::string name = address;
   std::replace(name.begin(), name.end(), '/', '-');
   return store + "/" + name + ".lock";
+}
+
+// After an ejection: whether the disc is out. A drive may take a moment to notice; one that does
+// not tell is believed to have done it.
+bool hasLetGo(const std::string& address) {
+  const Descriptor drive(::open(address.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  const auto end = std::chrono::steady_clock::now() + kTrayTime;
+  if (!drive.isOpen()) return false;
+  for (;;) {
+    const int status = ::ioctl(drive.get(), CDROM_DRIVE_STATUS, CDSL_CURRENT);
+    if (status == CDS_TRAY_OPEN || status == CDS_NO_DISC || status <= CDS_NO_INFO) return true;
+    if (std::chrono::steady_clock::now() >= end) return status == CDS_DRIVE_NOT_READY;
+    std::this_thread::sleep_for(kPause);
+  }
 }
 
 }  // namespace
@@ -286,10 +301,7 @@ DiscResult OpenDrive::openTray() {
   if (failure.text.empty()) {
     failure.text = u"The drive \"" + wideFromNative(address_) + u"\" does not open.";
   }
-  const Descriptor drive(::open(address_.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-  const int status = drive.isOpen() ? ::ioctl(drive.get(), CDROM_DRIVE_STATUS, CDSL_CURRENT) : -1;
-  const bool isOpen = status == CDS_TRAY_OPEN || status == CDS_NO_DISC;
-  return isOpen ? DiscResult() : failure;
+  return hasLetGo(address_) ? DiscResult() : failure;
 }
 
 DiscResult OpenDrive::closeTray() {
