@@ -25,10 +25,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto kKept = 1s;         // after the last question
+constexpr auto kKept = 2s;         // after the last question
 constexpr auto kLongestKept = 5s;  // after the first one
 // A question of another program may have to wait for a drive that spins up.
 constexpr auto kPatience = 15s;
+constexpr auto kOthersTime = 1s;  // of a program that merely looks
 constexpr auto kPause = 50ms;
 constexpr auto kTrayTime = 2s;
 // What a drive without a disc, or with one that was not ready, once told is believed for so long.
@@ -225,7 +226,7 @@ DiscResult OpenDrive::grabAlone(bool force) {
   if (force) result = unmountDisc(address_);
   if (!result.failed()) {
     // Others open a drive for a moment, to look what has been put into it.
-    const Clock::time_point end = Clock::now() + kKept;
+    const Clock::time_point end = Clock::now() + kOthersTime;
     while (isDeviceBusy(address_)) {
       if (Clock::now() >= end) return E_IMAPI_RECORDER_LOCKED;
       std::this_thread::sleep_for(kPause);
