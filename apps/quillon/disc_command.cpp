@@ -34,8 +34,7 @@ as images that can be mounted. Without --recorder a command means the first reco
 Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 constexpr const char* kNoRecorder =
     "There is no recorder: no drive was found, and virtual recorders are there when "
-    "QUILLON_RECORDERS "
-    "names a directory for them.";
+    "QUILLON_RECORDERS names a directory for them.";
 constexpr const char* kExitFooter = "Exit status: 0 done, 1 the job failed, 2 wrong usage.";
 
 struct Options {

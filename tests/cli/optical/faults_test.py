@@ -2,7 +2,6 @@
 unlocked, a file set that is whole, and a sentence."""
 import fcntl
 import json
-import os
 import signal
 import sys
 import threading
@@ -100,24 +99,26 @@ class Refusals(OpticalTest):
 
 class Faults(OpticalTest):
     def test_a_failing_write_fails_the_job(self):
-        cases = []  # service, media, state, fault, state afterwards
+        # Service, media, state, fault, state afterwards. A DVD+R or BD-R keeps no sign of what broke
+        # off: it holds data, and is written no more.
+        cases = []
         for at in (0, 700, 1490):
             cases += [("auto", "cd-r", "blank", f"write = {at} 3/0C/00", "damaged"),
-                      ("auto", "dvd-r", "blank", f"write = {at} 3/0C/00", None),
-                      ("auto", "dvd+r", "blank", f"write = {at} 4/09/00", None),
+                      ("auto", "dvd-r", "blank", f"write = {at} 3/0C/00", "damaged"),
+                      ("auto", "dvd+r", "blank", f"write = {at} 4/09/00", "appendable"),
                       ("auto", "dvd+rw", "formatted", f"write = {at} 3/0C/00", "blank"),
-                      ("auto", "bd-r", "blank", f"write = {at} 3/73/03", None),
+                      ("auto", "bd-r", "blank", f"write = {at} 3/73/03", "appendable"),
                       ("legacy", "cd-rw", "blank", f"write = {at} 3/0C/00", "damaged")]
         for at in (0, 700):
             cases += [("auto", "cd-r", "blank", f"pulled = {at}", "gone"),
                       ("auto", "dvd+rw", "formatted", f"pulled = {at}", "gone")]
         cases += [("auto", media, BLANK.get(media), "unplugged = 700", "lost")
                   for media in ("cd-r", "dvd+rw")]
-        cases += [("auto", "dvd+rw", "unformatted", "format = 4/31/00", None),
-                  ("auto", "bd-re", "unformatted", "format = 3/31/00", None),
+        cases += [("auto", "dvd+rw", "unformatted", "format = 4/31/00", "blank"),
+                  ("auto", "bd-re", "unformatted", "format = 3/31/00", "blank"),
                   ("auto", "cd-rw", "closed", "blank = 3/51/00", "finalised"),
-                  ("auto", "cd-r", "blank", "SEND CUE SHEET = 5/26/00", None),
-                  ("auto", "dvd-r", "blank", "RESERVE TRACK = 5/24/00", None)]
+                  ("auto", "cd-r", "blank", "SEND CUE SHEET = 5/26/00", "blank"),
+                  ("auto", "dvd-r", "blank", "RESERVE TRACK = 5/24/00", "blank")]
 
         def check(case):
             service, media, state, fault, afterwards = case
@@ -137,12 +138,8 @@ class Faults(OpticalTest):
             listed = machine.listed()
             if afterwards == "gone":
                 self.assertIsNone(listed)
-            elif afterwards:
+            else:
                 self.assertEqual(listed[1], afterwards)
-            # Never a disc that passes for a good one.
-            if media.startswith("cd-r") or media == "dvd+rw":
-                self.assertNotEqual(machine.drive.contents()[16 * SECTOR:17 * SECTOR][:6] and
-                                    listed, (media, "appendable"))
         self.each(cases, check)
 
     def test_a_closing_that_fails_fails_the_job(self):
