@@ -6,7 +6,8 @@ if(NOT WIN32)
           FILES_MATCHING PATTERN "*.1")
   # What hosts are built with: the headers, COM, and how CMake and pkg-config find them.
   install(TARGETS quillon_host EXPORT quillon LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-  install(DIRECTORY src/server/com_server/include/ src/platform/include/
+  install(DIRECTORY src/server/com_server/include/ src/platform/win32/include/
+                    src/platform/com/include/
           DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quillon
           FILES_MATCHING REGEX "/(server|platform/com|platform/win32)/.*\\.(h|inc)$"
                          REGEX "/platform/(com|win32)\\.h$")

@@ -1,5 +1,7 @@
 # One source folder is one target. Its public headers lie in <folder>/include, which only the
 # targets that link it see: an include that points upwards is not found, and does not build.
+# A folder of the Linux layers may share more with those that stand on it, but with no one above the
+# layers: headers in <folder>/internal, for those that link the target NAME_internal.
 
 add_library(quillon_options INTERFACE)
 target_compile_options(quillon_options INTERFACE
@@ -23,11 +25,13 @@ if(WIN32)
     NOMINMAX _WIN32_WINNT=0x0501 __USE_MINGW_ANSI_STDIO=1)
 endif()
 
-# quillon_folder(NAME [DIRS dir...] [DEPENDS target...])
+# quillon_folder(NAME [DIRS dir...] [DEPENDS target...] [USES target...] [REGISTERED_BY symbol])
 # Makes the static library NAME of the .cpp files in this folder (and in DIRS), found by a glob so
-# that none is forgotten.
+# that none is forgotten. What it USES is not seen by those that link it. The symbol lies in the file
+# that registers what the folder offers when a program starts; nothing refers to it, so the linker is
+# told to take it.
 function(quillon_folder name)
-  cmake_parse_arguments(ARG "" "" "DIRS;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "" "REGISTERED_BY" "DIRS;DEPENDS;USES" ${ARGN})
   set(sources)
   foreach(dir IN ITEMS . LISTS ARG_DIRS)
     file(GLOB found CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${dir}/*.cpp")
@@ -37,11 +41,23 @@ function(quillon_folder name)
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}/include"
                                        PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
-    target_link_libraries(${name} PRIVATE quillon_options PUBLIC ${ARG_DEPENDS})
+    target_link_libraries(${name} PRIVATE quillon_options ${ARG_USES} PUBLIC ${ARG_DEPENDS})
+    if(ARG_REGISTERED_BY)
+      target_link_options(${name} INTERFACE "LINKER:--undefined=${ARG_REGISTERED_BY}")
+    endif()
   else()
     add_library(${name} INTERFACE)
     target_include_directories(${name} INTERFACE "${CMAKE_CURRENT_SOURCE_DIR}/include")
     target_link_libraries(${name} INTERFACE ${ARG_DEPENDS})
+  endif()
+  set(internal "${CMAKE_CURRENT_SOURCE_DIR}/internal")
+  if(IS_DIRECTORY "${internal}")
+    add_library(${name}_internal INTERFACE)
+    target_include_directories(${name}_internal INTERFACE "${internal}")
+    target_link_libraries(${name}_internal INTERFACE ${name})
+    if(sources)
+      target_include_directories(${name} PRIVATE "${internal}")
+    endif()
   endif()
 endfunction()
 

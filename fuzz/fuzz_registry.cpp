@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "win32/registry_file.h"
+#include "registry_file.h"
 
 namespace {
 

@@ -13,9 +13,9 @@
 #include "json_output.h"
 #include "media_job.h"
 #include "medium_questions.h"
-#include "platform/disc_recorders.h"
+#include "recording/disc_recorders.h"
 #include "platform/services.h"
-#include "platform/virtual_discs.h"
+#include "recording/virtual_discs.h"
 #include "result_output.h"
 #include "terminal_text.h"
 

@@ -1,6 +1,6 @@
 #include "disc_progress_scope.h"
 
-#include "platform/disc_interruption.h"
+#include "recording/disc_interruption.h"
 #include "terminal_text.h"
 
 namespace quillon::cli {

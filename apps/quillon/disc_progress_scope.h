@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/disc_progress.h"
+#include "recording/disc_progress.h"
 #include "progress_bar.h"
 
 namespace quillon::cli {

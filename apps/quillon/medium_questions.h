@@ -7,7 +7,7 @@
 #include <string>
 
 #include "fileset/disc_room.h"
-#include "platform/disc_recorders.h"
+#include "recording/disc_recorders.h"
 
 namespace quillon::cli {
 

@@ -15,7 +15,7 @@
 #include "media_job.h"
 #include "medium_questions.h"
 #include "platform/services.h"
-#include "platform/virtual_discs.h"
+#include "recording/virtual_discs.h"
 #include "root_guard.h"
 #include "source_walk.h"
 #include "terminal_text.h"

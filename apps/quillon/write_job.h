@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "fileset/disc_room.h"
-#include "platform/disc_recorders.h"
+#include "recording/disc_recorders.h"
 #include "progress_bar.h"
 
 namespace quillon::cli {

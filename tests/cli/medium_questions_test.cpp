@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "disc_kinds.h"
-#include "platform/virtual_discs.h"
+#include "recording/virtual_discs.h"
 #include "support/temp_dir.h"
 
 namespace quillon::cli {

@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/com.h"
 #include "platform/win32.h"
 #include "support/temp_dir.h"
 
@@ -35,20 +34,6 @@ class ScopedEnvironment {
  private:
   std::string name_;
   std::optional<std::string> old_;
-};
-
-// A text argument.
-class Bstr {
- public:
-  explicit Bstr(std::u16string_view text)
-      : text_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
-  ~Bstr() { SysFreeString(text_); }
-  Bstr(const Bstr&) = delete;
-  Bstr& operator=(const Bstr&) = delete;
-  operator BSTR() const { return text_; }
-
- private:
-  BSTR text_;
 };
 
 class LayerTest : public ::testing::Test {

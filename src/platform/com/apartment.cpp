@@ -1,5 +1,5 @@
 // The threads' apartments, and the memory that COM shares.
-#include "com/apartment.h"
+#include "apartment.h"
 
 #include <cstdlib>
 

@@ -7,9 +7,8 @@
 #include <new>
 #include <vector>
 
-#include "com/apartment.h"
-#include "com/built_in_classes.h"
-#include "com/in_process_servers.h"
+#include "apartment.h"
+#include "in_process_servers.h"
 #include "platform/com/com_ptr.h"
 #include "platform/com/runtime.h"
 
@@ -24,16 +23,11 @@ struct RegisteredFactory {
   ComPtr<IUnknown> factory;
 };
 
-struct BuiltInRow {
-  CLSID clsid;
-  CreateObject create;
-};
-
 struct ClassTable {
   std::mutex mutex;
   DWORD lastCookie = 0;
   std::vector<RegisteredFactory> registered;
-  std::vector<BuiltInRow> builtIn;
+  std::vector<BuiltInClass> builtIn;
 };
 
 ClassTable& classTable() {
@@ -92,21 +86,20 @@ ComPtr<IUnknown> takeRegistered(REFCLSID clsid, DWORD context) {
 }
 
 CreateObject findBuiltIn(REFCLSID clsid) {
-  static std::once_flag once;
-  std::call_once(once, registerBuiltInClasses);
   ClassTable& table = classTable();
   const std::lock_guard lock(table.mutex);
   const auto found = std::find_if(table.builtIn.rbegin(), table.builtIn.rend(),
-                                  [&](const BuiltInRow& row) { return row.clsid == clsid; });
+                                  [&](const BuiltInClass& row) { return row.clsid == clsid; });
   return found == table.builtIn.rend() ? nullptr : found->create;
 }
 
 }  // namespace
 
-void RegisterBuiltInClass(REFCLSID clsid, CreateObject create) {
+bool RegisterBuiltInClasses(std::initializer_list<BuiltInClass> classes) {
   ClassTable& table = classTable();
   const std::lock_guard lock(table.mutex);
-  table.builtIn.push_back({clsid, create});
+  table.builtIn.insert(table.builtIn.end(), classes);
+  return true;
 }
 
 }  // namespace quillon::platform

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "com/directory_storage.h"
+#include "directory_storage.h"
 #include "platform/com/com_object.h"
 
 namespace quillon::platform {

@@ -1,12 +1,12 @@
-#include "com/directory_storage.h"
+#include "directory_storage.h"
 
 #include <cstring>
 #include <memory>
 #include <new>
 #include <vector>
 
-#include "com/storage_stat.h"
 #include "platform/com/com_object.h"
+#include "storage_stat.h"
 
 namespace quillon::platform {
 namespace {

@@ -4,9 +4,9 @@
 #include <new>
 #include <vector>
 
-#include "com/directory_storage.h"
-#include "com/storage_stat.h"
+#include "directory_storage.h"
 #include "platform/com/com_object.h"
+#include "storage_stat.h"
 
 namespace quillon::platform {
 namespace {

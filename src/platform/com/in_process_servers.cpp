@@ -1,4 +1,4 @@
-#include "com/in_process_servers.h"
+#include "in_process_servers.h"
 
 #include <dlfcn.h>
 

@@ -6,9 +6,9 @@
 
 #include <cerrno>
 
+#include "file_status.h"
 #include "platform/win32/files.h"
 #include "win32/environment.h"
-#include "win32/file_status.h"
 #include "win32/last_error.h"
 #include "win32/path_translation.h"
 

@@ -9,11 +9,11 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "file_status.h"
+#include "open_files.h"
 #include "platform/win32/files.h"
 #include "win32/environment.h"
-#include "win32/file_status.h"
 #include "win32/last_error.h"
-#include "win32/open_files.h"
 #include "win32/path_translation.h"
 
 namespace quillon::platform {

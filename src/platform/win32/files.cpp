@@ -11,13 +11,13 @@
 #include <limits>
 #include <memory>
 
+#include "file_handle.h"
+#include "file_status.h"
+#include "open_files.h"
+#include "substitutes.h"
 #include "win32/environment.h"
-#include "win32/file_handle.h"
-#include "win32/file_status.h"
 #include "win32/last_error.h"
-#include "win32/open_files.h"
 #include "win32/path_translation.h"
-#include "win32/substitutes.h"
 
 namespace quillon::platform {
 namespace {

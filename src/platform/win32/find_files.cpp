@@ -9,13 +9,13 @@
 #include <memory>
 #include <string>
 
+#include "file_handle.h"
+#include "file_status.h"
+#include "open_files.h"
 #include "platform/win32/files.h"
-#include "win32/file_handle.h"
-#include "win32/file_status.h"
+#include "substitutes.h"
 #include "win32/last_error.h"
-#include "win32/open_files.h"
 #include "win32/path_translation.h"
-#include "win32/substitutes.h"
 #include "win32/utf8.h"
 
 namespace quillon::platform {

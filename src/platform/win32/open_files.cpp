@@ -1,4 +1,4 @@
-#include "win32/open_files.h"
+#include "open_files.h"
 
 #include <unistd.h>
 

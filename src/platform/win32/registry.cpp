@@ -10,7 +10,7 @@
 #include <unordered_map>
 
 #include "platform/win32/errors.h"
-#include "win32/registry_store.h"
+#include "registry_store.h"
 
 namespace quillon::platform {
 namespace {

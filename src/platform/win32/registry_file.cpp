@@ -1,4 +1,4 @@
-#include "win32/registry_file.h"
+#include "registry_file.h"
 
 #include <algorithm>
 #include <array>

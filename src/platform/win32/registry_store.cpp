@@ -1,4 +1,4 @@
-#include "win32/registry_store.h"
+#include "registry_store.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "win32/registry_file.h"
+#include "registry_file.h"
 
 namespace quillon::platform {
 

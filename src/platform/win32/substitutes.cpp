@@ -1,4 +1,4 @@
-#include "win32/substitutes.h"
+#include "substitutes.h"
 
 #include <utility>
 
@@ -21,17 +21,6 @@ void SubstituteSleeper(std::function<void(DWORD)> sleeper) {
 
 void SubstituteVersion(DWORD major, DWORD minor, DWORD build, WORD servicePackMajor) {
   substitutes().version = {major, minor, build, servicePackMajor};
-}
-
-void SubstituteTransformLimits(std::int64_t memoryBytes, long milliseconds, unsigned long steps) {
-  substitutes().transformLimits = {memoryBytes, milliseconds, steps};
-}
-
-void SubstituteHttpLimits(long stallSeconds, long totalSeconds, std::size_t bodyBytes) {
-  HttpLimits& limits = substitutes().httpLimits;
-  limits.stallSeconds = stallSeconds;
-  limits.totalSeconds = totalSeconds;
-  limits.bodyBytes = bodyBytes;
 }
 
 void BreakListings(std::size_t afterEntries, DWORD code) {

@@ -1,5 +1,5 @@
-// What tests put in the place of the system's clock, waiting and version, of the limits of the XML
-// library, of the end of a directory and of a read (platform/testing.h).
+// What tests put in the place of the system's clock, waiting and version, of the end of a directory
+// and of a read (platform/testing.h).
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,6 @@
 #include <string>
 
 #include "platform/win32/system.h"
-#include "xml/limits.h"
 
 namespace quillon::platform {
 
@@ -35,8 +34,6 @@ struct Substitutes {
   std::function<SYSTEMTIME()> clock;
   std::function<void(DWORD)> sleeper;
   ReportedVersion version;
-  TransformLimits transformLimits;
-  HttpLimits httpLimits;
   ListingBreak listingBreak;
   ReadBreak readBreak;
 };

@@ -5,9 +5,9 @@
 #include <cerrno>
 #include <ctime>
 
+#include "file_status.h"
 #include "platform/win32/system.h"
-#include "win32/file_status.h"
-#include "win32/substitutes.h"
+#include "substitutes.h"
 
 using namespace quillon::platform;
 

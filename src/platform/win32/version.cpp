@@ -3,8 +3,8 @@
 
 #include "platform/win32/errors.h"
 #include "platform/win32/system.h"
+#include "substitutes.h"
 #include "win32/last_error.h"
-#include "win32/substitutes.h"
 
 namespace quillon::platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "xml/charset.h"
+#include "charset.h"
 
 #include <iconv.h>
 

@@ -1,4 +1,4 @@
-#include "xml/document_parser.h"
+#include "document_parser.h"
 
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
@@ -8,9 +8,9 @@
 #include <memory>
 #include <optional>
 
+#include "file_location.h"
+#include "messages.h"
 #include "win32/utf8.h"
-#include "xml/file_location.h"
-#include "xml/messages.h"
 
 namespace quillon::platform {
 namespace {

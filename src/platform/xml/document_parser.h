@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "xml/library.h"
-#include "xml/xml_failure.h"
+#include "library.h"
+#include "xml_failure.h"
 
 namespace quillon::platform {
 

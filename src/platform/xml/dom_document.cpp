@@ -1,16 +1,17 @@
-#include "xml/dom_document.h"
+#include "classes.h"
 
 #include <optional>
 #include <string>
 #include <utility>
 
+#include "com/create_object.h"
 #include "com/method_results.h"
-#include "win32/substitutes.h"
+#include "document_parser.h"
+#include "parse_error.h"
+#include "transform.h"
 #include "win32/utf8.h"
 #include "xml/document_base.h"
-#include "xml/document_parser.h"
-#include "xml/parse_error.h"
-#include "xml/transform.h"
+#include "xml_limits.h"
 
 namespace quillon::platform {
 namespace {
@@ -121,8 +122,8 @@ class DomDocument final : public DocumentBase {
       if (document_ == nullptr) return refuse(E_FAIL, u"The document is empty.");
       if (sheet.document_ == nullptr) return refuse(E_FAIL, u"The stylesheet is empty.");
       std::u16string result;
-      if (transformDocument(document_.get(), sheet.document_.get(), substitutes().transformLimits,
-                            result, transformFailure_)) {
+      if (transformDocument(document_.get(), sheet.document_.get(), transformLimits(), result,
+                            transformFailure_)) {
         return answerText(result, text);
       }
       transformFailure_.url = sheet.url_;
@@ -167,11 +168,7 @@ class DomDocument final : public DocumentBase {
 }  // namespace
 
 HRESULT createDomDocument(REFIID riid, void** object) {
-  return withoutExceptions([&] {
-    ComPtr<DomDocument> made;
-    made.Attach(new DomDocument);
-    return made->QueryInterface(riid, object);
-  });
+  return createObject<DomDocument>(riid, object);
 }
 
 }  // namespace quillon::platform

@@ -1,4 +1,4 @@
-#include "xml/file_location.h"
+#include "file_location.h"
 
 #include <fcntl.h>
 #include <libxml/uri.h>

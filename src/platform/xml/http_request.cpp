@@ -1,15 +1,16 @@
-#include "xml/http_request.h"
+#include "classes.h"
 
 #include <string>
 #include <utility>
 
+#include "charset.h"
+#include "com/create_object.h"
 #include "com/method_results.h"
+#include "http_transfer.h"
 #include "platform/com/com_object.h"
 #include "platform/xml.h"
-#include "win32/substitutes.h"
 #include "win32/utf8.h"
-#include "xml/charset.h"
-#include "xml/http_transfer.h"
+#include "xml_limits.h"
 
 namespace quillon::platform {
 namespace {
@@ -45,7 +46,7 @@ class HttpComponent final : public DispatchObject<IXMLHTTPRequest, kIidXmlHttpRe
     return withoutExceptions([&] {
       if (state_ != kOpen) return fail({E_UNEXPECTED, "No request is open."});
       response_ = {};
-      const HttpFailure failure = fetch(request_, substitutes().httpLimits, response_);
+      const HttpFailure failure = fetch(request_, httpLimits(), response_);
       state_ = FAILED(failure.result) ? kUninitialized : kComplete;
       return FAILED(failure.result) ? fail(failure) : S_OK;
     });
@@ -100,11 +101,7 @@ class HttpComponent final : public DispatchObject<IXMLHTTPRequest, kIidXmlHttpRe
 }  // namespace
 
 HRESULT createHttpRequest(REFIID riid, void** object) {
-  return withoutExceptions([&] {
-    ComPtr<HttpComponent> made;
-    made.Attach(new HttpComponent);
-    return made->QueryInterface(riid, object);
-  });
+  return createObject<HttpComponent>(riid, object);
 }
 
 }  // namespace quillon::platform

@@ -1,4 +1,4 @@
-#include "xml/http_transfer.h"
+#include "http_transfer.h"
 
 #include <curl/curl.h>
 
@@ -9,7 +9,7 @@
 #include <new>
 #include <string_view>
 
-#include "xml/messages.h"
+#include "messages.h"
 
 namespace quillon::platform {
 namespace {

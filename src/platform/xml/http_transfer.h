@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/com.h"
-#include "xml/limits.h"
+#include "xml_limits.h"
 
 namespace quillon::platform {
 

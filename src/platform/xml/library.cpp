@@ -1,4 +1,4 @@
-#include "xml/library.h"
+#include "library.h"
 
 #include <libexslt/exslt.h>
 #include <libxml/parser.h>
@@ -16,9 +16,9 @@
 #include <cstring>
 #include <mutex>
 
-#include "xml/document_parser.h"
-#include "xml/file_location.h"
-#include "xml/messages.h"
+#include "document_parser.h"
+#include "file_location.h"
+#include "messages.h"
 
 namespace quillon::platform {
 namespace {

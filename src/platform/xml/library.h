@@ -13,7 +13,7 @@
 #include <memory>
 #include <string>
 
-#include "xml/limits.h"
+#include "xml_limits.h"
 
 namespace quillon::platform {
 

@@ -1,9 +1,9 @@
-#include "xml/messages.h"
+#include "messages.h"
 
 #include <cstdlib>
 #include <optional>
 
-#include "xml/file_location.h"
+#include "file_location.h"
 
 namespace quillon::platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "xml/parse_error.h"
+#include "parse_error.h"
 
 #include <utility>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/xml.h"
-#include "xml/xml_failure.h"
+#include "xml_failure.h"
 
 namespace quillon::platform {
 

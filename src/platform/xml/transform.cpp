@@ -1,4 +1,4 @@
-#include "xml/transform.h"
+#include "transform.h"
 
 #include <libxslt/imports.h>
 #include <libxslt/security.h>
@@ -11,8 +11,8 @@
 #include <memory>
 #include <string_view>
 
+#include "messages.h"
 #include "win32/utf8.h"
-#include "xml/messages.h"
 
 namespace quillon::platform {
 namespace {

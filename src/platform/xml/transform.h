@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "xml/library.h"
-#include "xml/xml_failure.h"
+#include "library.h"
+#include "xml_failure.h"
 
 namespace quillon::platform {
 

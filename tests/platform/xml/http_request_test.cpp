@@ -182,6 +182,7 @@ TEST_F(HttpRequestTest, AServerThatFailsIsAFailureInBoundedTime) {
   constexpr long kStallSeconds = 1;
   constexpr long kTotalSeconds = 20;
   constexpr std::size_t kBodyBytes = 1000;
+  const platform::testing::XmlLimitsScope limits;
   platform::testing::SubstituteHttpLimits(kStallSeconds, kTotalSeconds, kBodyBytes);
   writeText(dir_ / "local.xml", "<secret/>");
   HttpServer server;

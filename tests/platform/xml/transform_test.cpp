@@ -189,6 +189,7 @@ TEST_F(TransformTest, OnlyRegularFilesAreReferredTo) {
 
 TEST_F(TransformTest, WhatAStylesheetReadsCountsAsItsMemory) {
   constexpr std::int64_t kMemory = std::int64_t{32} << 20;
+  const platform::testing::XmlLimitsScope limits;
   platform::testing::SubstituteTransformLimits(kMemory, 600'000, 1UL << 40);
   struct Case {
     const char* what;
@@ -342,6 +343,7 @@ TEST_F(TransformTest, AStylesheetWithoutEndIsStopped) {
   const ComPtr<IXMLDOMDocument> document = documentOfText(many + "</a>");
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
+    const platform::testing::XmlLimitsScope limits;
     platform::testing::SubstituteTransformLimits(kMemory, c.milliseconds, c.steps);
     const TransformOutcome outcome = transform(*document, *documentOfText(c.sheet));
     EXPECT_EQ(outcome.result, E_FAIL);

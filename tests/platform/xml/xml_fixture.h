@@ -7,6 +7,7 @@
 #include "layer_fixture.h"
 #include "platform/testing.h"
 #include "platform/xml.h"
+#include "platform/xml_testing.h"
 
 namespace quillon::test {
 

@@ -15,7 +15,7 @@ target_include_directories(quillon_com_server PRIVATE "${CMAKE_CURRENT_BINARY_DI
 set(exports "${CMAKE_CURRENT_SOURCE_DIR}/linux/exports.map")
 add_library(QuillonMediaRW MODULE exports.cpp)
 target_include_directories(QuillonMediaRW PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}")
-target_link_libraries(QuillonMediaRW PRIVATE quillon_options quillon_com_server)
+target_link_libraries(QuillonMediaRW PRIVATE quillon_options quillon_com_server quillon_recording)
 # It stays loaded once used: the XML libraries, which the host may share, keep functions of its own.
 target_link_options(QuillonMediaRW PRIVATE "-Wl,--version-script=${exports}" -Wl,-Bsymbolic
                                            -Wl,-z,nodelete)
@@ -28,15 +28,17 @@ set_target_properties(QuillonMediaRW PROPERTIES
 # COM for a host: what ole32 and oleaut32 are on Windows, under their plain C names, for any language.
 # The server has a copy of its own, as it has on Windows.
 set(exports "${CMAKE_CURRENT_SOURCE_DIR}/linux/host_exports.map")
-add_library(quillon_host SHARED $<TARGET_OBJECTS:quillon_platform>)
+add_library(quillon_host SHARED $<TARGET_OBJECTS:quillon_win32>
+                                $<TARGET_OBJECTS:quillon_com>)
 set_target_properties(quillon_host PROPERTIES
   LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
   LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib" LINK_DEPENDS "${exports}")
-target_link_libraries(quillon_host PRIVATE quillon_options quillon_platform)
+target_link_libraries(quillon_host PRIVATE quillon_options quillon_platform quillon_recording)
 target_link_options(quillon_host PRIVATE "-Wl,--version-script=${exports}" -Wl,-Bsymbolic
                                          -Wl,-z,nodelete)
 target_compile_features(quillon_host INTERFACE cxx_std_20)
-foreach(directory "${CMAKE_CURRENT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}/src/platform/include")
+foreach(directory "${CMAKE_CURRENT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}/src/platform/com/include"
+                  "${PROJECT_SOURCE_DIR}/src/platform/win32/include")
   target_include_directories(quillon_host INTERFACE "$<BUILD_INTERFACE:${directory}>")
 endforeach()
 target_include_directories(quillon_host INTERFACE "$<INSTALL_INTERFACE:include/quillon>")

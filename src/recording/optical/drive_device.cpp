@@ -1,0 +1,180 @@
+#include "drive_device.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <linux/cdrom.h>
+#include <mntent.h>
+#include <spawn.h>
+#include <sys/ioctl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "platform/imapi2_errors.h"
+#include "win32/utf8.h"
+#include "win32/whole_file.h"
+
+namespace quillon::platform {
+namespace {
+
+// The device's own name, where the address is a link to it ("/dev/cdrom").
+std::string deviceAt(const std::string& address) {
+  const std::unique_ptr<char, decltype(&std::free)> path(::realpath(address.c_str(), nullptr),
+                                                         &std::free);
+  return path == nullptr ? address : path.get();
+}
+
+std::u16string readAttribute(const std::string& device, const char* name) {
+  std::string text;
+  const std::string block = device.substr(device.rfind('/') + 1);
+  if (!readFile("/sys/class/block/" + block + "/device/" + name, text)) return {};
+  text.resize(text.find_last_not_of(" \n") + 1);
+  return wideFromNative(text);
+}
+
+// What the desktop has mounted for its user, only its service takes away again.
+bool unmountByDesktop(const std::string& device) {
+  std::array<std::string, 5> words{"udisksctl", "unmount", "--no-user-interaction", "-b", device};
+  std::array<char*, words.size() + 1> arguments{};
+  std::transform(words.begin(), words.end(), arguments.begin(),
+                 [](std::string& word) { return word.data(); });
+  posix_spawn_file_actions_t actions;
+  if (::posix_spawn_file_actions_init(&actions) != 0) return false;
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    ::posix_spawn_file_actions_addopen(&actions, descriptor, "/dev/null", O_RDWR, 0);
+  }
+  pid_t child = 0;
+  const int error =
+      ::posix_spawnp(&child, words[0].c_str(), &actions, nullptr, arguments.data(), environ);
+  ::posix_spawn_file_actions_destroy(&actions);
+  if (error != 0) return false;
+  int status = 0;
+  while (::waitpid(child, &status, 0) < 0) {
+    if (errno != EINTR) return false;
+  }
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+DiscResult refusal(HRESULT code, const std::string& sentence) {
+  return {code, wideFromNative(sentence)};
+}
+
+}  // namespace
+
+bool isFileAddress(const std::string& address) { return address.starts_with(kFileAddress); }
+
+DiscResult checkDevice(const std::string& address) {
+  if (isFileAddress(address)) return S_OK;
+  struct stat status {};
+  if (::stat(address.c_str(), &status) != 0) {
+    return refusal(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
+                   "There is no drive \"" + address + "\".");
+  }
+  if (!S_ISBLK(status.st_mode)) {
+    return refusal(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), "\"" + address + "\" is not a drive.");
+  }
+  if (::access(address.c_str(), R_OK | W_OK) != 0) {
+    return refusal(E_ACCESSDENIED, "This user may not use the drive \"" + address +
+                                       "\"; its group, often cdrom, may.");
+  }
+  return S_OK;
+}
+
+bool isDeviceBusy(const std::string& address) {
+  if (isFileAddress(address)) return false;
+  const Descriptor drive(::open(address.c_str(), O_RDONLY | O_EXCL | O_NONBLOCK | O_CLOEXEC));
+  return !drive.isOpen() && errno == EBUSY;
+}
+
+std::vector<std::string> mountPointsOf(const std::string& address) {
+  std::vector<std::string> points;
+  const std::string device = deviceAt(address);
+  const std::unique_ptr<FILE, int (*)(FILE*)> mounts(::setmntent("/proc/self/mounts", "re"),
+                                                     &::endmntent);
+  while (mounts != nullptr) {
+    const mntent* entry = ::getmntent(mounts.get());
+    if (entry == nullptr) break;
+    if (device == entry->mnt_fsname) points.emplace_back(entry->mnt_dir);
+  }
+  return points;
+}
+
+DiscResult unmountDisc(const std::string& address) {
+  for (const std::string& point : mountPointsOf(address)) {
+    if (::umount2(point.c_str(), 0) == 0) continue;
+    const int error = errno;
+    if (error == EPERM && unmountByDesktop(address)) continue;
+    std::string sentence = "The disc in \"" + address + "\" is mounted at \"";
+    sentence.append(point).append("\" and cannot be unmounted: ").append(std::strerror(error));
+    return refusal(E_IMAPI_RECORDER_LOCKED, sentence.append("."));
+  }
+  return S_OK;
+}
+
+DriveIdentity identityOfDevice(const std::string& address) {
+  DriveIdentity identity;
+  identity.uniqueId = identity.devicePath = wideFromNative(address);
+  identity.name = address;
+  if (isFileAddress(address)) {
+    identity.vendor = u"Quillon";
+    identity.product = u"Image File";
+    identity.revision = u"1.0";
+    identity.volumePaths = {identity.uniqueId};
+    identity.canLoad = false;
+    return identity;
+  }
+  const std::string device = deviceAt(address);
+  identity.vendor = readAttribute(device, "vendor");
+  identity.product = readAttribute(device, "model");
+  identity.revision = readAttribute(device, "rev");
+  for (const std::string& point : mountPointsOf(address)) {
+    identity.volumePaths.push_back(wideFromNative(point) + u"/");
+  }
+  if (identity.volumePaths.empty()) identity.volumePaths.push_back(identity.uniqueId);
+  return identity;
+}
+
+void readKernelFacts(const std::string& address, DriveIdentity& identity) {
+  const Descriptor drive(::open(address.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (!drive.isOpen()) return;
+  const int able = ::ioctl(drive.get(), CDROM_GET_CAPABILITY, 0);
+  if (able < 0) return;
+  const auto addIf = [&](int capability, IMAPI_MEDIA_PHYSICAL_TYPE type) {
+    if ((able & capability) != 0) identity.writableTypes.push_back(type);
+  };
+  addIf(CDC_CD_R, IMAPI_MEDIA_TYPE_CDR);
+  addIf(CDC_CD_RW, IMAPI_MEDIA_TYPE_CDRW);
+  addIf(CDC_DVD_R, IMAPI_MEDIA_TYPE_DVDDASHR);
+  addIf(CDC_DVD_RAM, IMAPI_MEDIA_TYPE_DVDRAM);
+}
+
+std::vector<std::string> drivesOfTheMachine() {
+  std::vector<std::string> devices;
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir("/dev"), &::closedir);
+  while (directory != nullptr) {
+    const dirent* entry = ::readdir(directory.get());
+    if (entry == nullptr) break;
+    const std::string_view name = entry->d_name;
+    if (name.starts_with("sr") && name.size() > 2 &&
+        std::all_of(name.begin() + 2, name.end(),
+                    [](unsigned char c) { return std::isdigit(c) != 0; })) {
+      devices.push_back("/dev/" + std::string(name));
+    }
+  }
+  std::sort(devices.begin(), devices.end(), [](const std::string& a, const std::string& b) {
+    return a.size() != b.size() ? a.size() < b.size() : a < b;
+  });
+  return devices;
+}
+
+}  // namespace quillon::platform
