@@ -37,16 +37,17 @@ std::uint64_t imageSectors(const fs::path& directory, LONG fileSystems) {
                              image.PutVoid()),
             S_OK);
   EXPECT_EQ(image->put_FileSystemsToCreate(static_cast<FsiFileSystems>(fileSystems)), S_OK);
-  EXPECT_EQ(image->put_FreeMediaBlocks(50'000'000), S_OK);
   ComPtr<IFsiDirectoryItem> root;
   EXPECT_EQ(image->get_Root(root.Put()), S_OK);
   const ScopedBstr path(WideOf(directory));
   EXPECT_EQ(root->AddTree(path.Get(), VARIANT_FALSE), S_OK);
   ComPtr<IFileSystemImageResult> result;
   EXPECT_EQ(image->CreateResultImage(result.Put()), S_OK);
-  LONG blocks = 0;
-  EXPECT_EQ(result->get_TotalBlocks(&blocks), S_OK);
-  return static_cast<std::uint64_t>(blocks);
+  ComPtr<IStream> stream;
+  EXPECT_EQ(result->get_ImageStream(stream.Put()), S_OK);
+  STATSTG stat{};
+  EXPECT_EQ(stream->Stat(&stat, STATFLAG_NONAME), S_OK);
+  return stat.cbSize.QuadPart / 2048;
 }
 
 void fill(const fs::path& directory, int files, std::uint64_t sizeBytes) {

@@ -56,8 +56,7 @@ HRESULT ImageLayout::prepare(const ImageNode& root) {
   computeIdentity();
   if (settings_.has(FsiFileSystemISO9660 | FsiFileSystemJoliet)) {
     // Joliet hangs on the descriptors of ISO 9660, which is then there with an empty root.
-    const NameRules rules =
-        settings_.effectiveIsoLevel() == 1 ? NameRules::IsoLevel1 : NameRules::IsoLevel2;
+    const NameRules rules = settings_.isoLevel() == 1 ? NameRules::IsoLevel1 : NameRules::IsoLevel2;
     isoTrees_[0].emplace(entries_, rules, settings_.has(FsiFileSystemISO9660));
   }
   if (settings_.has(FsiFileSystemJoliet)) isoTrees_[1].emplace(entries_, NameRules::Joliet, true);

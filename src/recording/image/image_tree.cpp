@@ -5,7 +5,6 @@
 
 #include "image/image_results.h"
 #include "platform/imapi2.h"
-#include "platform/win32/text.h"
 
 namespace quillon::platform {
 namespace {
@@ -13,13 +12,6 @@ namespace {
 constexpr unsigned kIsoLevels = 8;
 // What the allocation descriptors of one UDF file entry can cover.
 constexpr std::uint64_t kLargestUdfFile = 234 * ((std::uint64_t{1} << 30) - 2048);
-
-bool isAnsi(const std::u16string& name) {
-  BOOL usedDefault = FALSE;
-  WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, name.data(), static_cast<int>(name.size()),
-                      nullptr, 0, nullptr, &usedDefault);
-  return usedDefault == FALSE;
-}
 
 HRESULT checkFile(const ImageNode& file, const ImageSettings& settings) {
   const bool needsOneExtent =
@@ -33,17 +25,7 @@ HRESULT checkFile(const ImageNode& file, const ImageSettings& settings) {
 
 }  // namespace
 
-unsigned levelOf(const ImageNode& node) {
-  unsigned level = 1;
-  for (const ImageNode* up = node.parent; up != nullptr; up = up->parent) ++level;
-  return level;
-}
-
 HRESULT checkLimits(const ImageNode& node, unsigned level, const ImageSettings& settings) {
-  if (settings.usesRestrictedNames && !isAnsi(node.name)) {
-    return refuseImage(IMAPI_E_RESTRICTED_NAME_VIOLATION, u"The name is not an ANSI text",
-                       node.name);
-  }
   if (!node.isDirectory) return checkFile(node, settings);
   if (settings.isStrict && settings.has(FsiFileSystemISO9660) && level > kIsoLevels) {
     return refuseImage(IMAPI_E_ISO9660_LEVELS, u"The directory lies too deep", node.name);
@@ -62,17 +44,6 @@ std::vector<std::u16string_view> pathParts(std::u16string_view path) {
     path.remove_prefix(std::min(end + 1, path.size()));
   }
   return parts;
-}
-
-std::shared_ptr<ImageNode> findNode(const std::shared_ptr<ImageNode>& directory,
-                                    std::u16string_view path) {
-  std::shared_ptr<ImageNode> node = directory;
-  for (const std::u16string_view part : pathParts(path)) {
-    const auto found = node->children.find(part);
-    if (found == node->children.end()) return nullptr;
-    node = found->second;
-  }
-  return node;
 }
 
 std::u16string fullPathOf(const ImageNode& node) {

@@ -13,36 +13,9 @@ namespace {
 constexpr const OLECHAR* kVolumeName = u"VolumeName";
 constexpr PROPID kVolumeNameId = 2;
 
-class JolietFormat final : public ComObject<IJolietDiscMaster, IID_IJolietDiscMaster> {
+class JolietFormat final : public ComObject<Refusing<IJolietDiscMaster>, IID_IJolietDiscMaster> {
  public:
   explicit JolietFormat(std::shared_ptr<LegacySession> session) : session_(std::move(session)) {}
-
-  // What the disc in the active recorder holds.
-  HRESULT STDMETHODCALLTYPE GetTotalDataBlocks(LONG* blocks) override {
-    return answer([&]() -> DiscResult {
-      if (blocks == nullptr) return E_POINTER;
-      std::optional<std::uint32_t> room;
-      if (session_->recorder() == nullptr) return IMAPI_E_NOACTIVERECORDER;
-      DiscResult result = askRoom(room);
-      if (result.failed()) return result;
-      return room ? giveNumber(*room, blocks) : IMAPI_E_MEDIUM_NOTPRESENT;
-    });
-  }
-
-  HRESULT STDMETHODCALLTYPE GetUsedDataBlocks(LONG* blocks) override {
-    return answer([&]() -> DiscResult {
-      if (blocks == nullptr) return E_POINTER;
-      *blocks = 0;
-      if (session_->content->children.empty()) return S_OK;
-      std::shared_ptr<const ImageLayout> layout;
-      const HRESULT hr = session_->layOut(*session_->content, layout);
-      return FAILED(hr) ? hr : giveNumber(layout->sectors(), blocks);
-    });
-  }
-
-  HRESULT STDMETHODCALLTYPE GetDataBlockSize(LONG* blockBytes) override {
-    return answer([&] { return giveNumber(kSectorBytes, blockBytes); });
-  }
 
   HRESULT STDMETHODCALLTYPE AddData(IStorage* storage, LONG fileOverwrite) override {
     return answer([&]() -> DiscResult {
@@ -57,10 +30,7 @@ class JolietFormat final : public ComObject<IJolietDiscMaster, IID_IJolietDiscMa
       // The disc has its say again when it is recorded; a recorder without an answer has none here.
       std::optional<std::uint32_t> room;
       if (!askRoom(room).failed() && room && layout->sectors() > *room) return IMAPI_E_DISCFULL;
-      hr = mergeLegacyContent(added, *session_->content, fileOverwrite != 0);
-      if (FAILED(hr)) return hr;
-      session_->tell([](IDiscMasterProgressEvents& listener) { listener.NotifyAddProgress(1, 1); });
-      return S_OK;
+      return mergeLegacyContent(added, *session_->content, fileOverwrite != 0);
     });
   }
 

@@ -6,8 +6,8 @@
 
 #include "classes.h"
 #include "com/create_object.h"
+#include "com/list_enumerator.h"
 #include "image/volume_name.h"
-#include "legacy_enumerators.h"
 #include "legacy_session.h"
 #include "recorders/catalogue.h"
 #include "recorders/disc_record.h"
@@ -16,6 +16,13 @@
 
 namespace quillon::platform {
 namespace {
+
+bool giveRecorder(const ComPtr<IDiscRecorder>& element, IDiscRecorder** target) {
+  *target = ComPtr<IDiscRecorder>(element).Detach();
+  return true;
+}
+using RecorderEnumerator = ListEnumerator<IEnumDiscRecorders, IID_IEnumDiscRecorders,
+                                          ComPtr<IDiscRecorder>, IDiscRecorder*, giveRecorder>;
 
 constexpr const char* kStashFile = "/legacy.lock";
 
@@ -31,7 +38,7 @@ DiscResult takeStash(Descriptor& stash) {
   return IMAPI_E_STASHINUSE;
 }
 
-class DiscMaster final : public ComObject<IDiscMaster, IID_IDiscMaster> {
+class DiscMaster final : public ComObject<Refusing<IDiscMaster>, IID_IDiscMaster> {
  public:
   DiscMaster() : session_(std::make_shared<LegacySession>()) {}
 
@@ -43,24 +50,6 @@ class DiscMaster final : public ComObject<IDiscMaster, IID_IDiscMaster> {
       session_->clearContent();
       session_->volumeName = volumeNameOfToday();
       session_->isOpen = true;
-      return S_OK;
-    });
-  }
-
-  HRESULT STDMETHODCALLTYPE EnumDiscMasterFormats(IEnumDiscMasterFormats** enumerator) override {
-    return answer([&]() -> DiscResult {
-      if (enumerator == nullptr) return E_POINTER;
-      const auto formats = std::make_shared<const FormatEnumerator::List>(1, IID_IJolietDiscMaster);
-      *enumerator = new FormatEnumerator(formats, 0);
-      return S_OK;
-    });
-  }
-
-  HRESULT STDMETHODCALLTYPE GetActiveDiscMasterFormat(LPIID formatId) override {
-    return answer([&]() -> DiscResult {
-      if (formatId == nullptr) return E_POINTER;
-      if (!session_->hasFormat) return IMAPI_E_NOACTIVEFORMAT;
-      *formatId = IID_IJolietDiscMaster;
       return S_OK;
     });
   }
@@ -96,46 +85,12 @@ class DiscMaster final : public ComObject<IDiscMaster, IID_IDiscMaster> {
     });
   }
 
-  HRESULT STDMETHODCALLTYPE GetActiveDiscRecorder(IDiscRecorder** recorder) override {
-    return answer([&]() -> DiscResult {
-      if (recorder == nullptr) return E_POINTER;
-      *recorder = nullptr;
-      if (!session_->activeRecorder) return IMAPI_E_NOACTIVERECORDER;
-      *recorder = ComPtr<IDiscRecorder>(session_->activeRecorder).Detach();
-      return S_OK;
-    });
-  }
-
   HRESULT STDMETHODCALLTYPE SetActiveDiscRecorder(IDiscRecorder* recorder) override {
     return answer([&]() -> DiscResult {
       if (recorder == nullptr) return E_POINTER;
       if (LegacyRecorder::of(recorder) == nullptr) return E_INVALIDARG;
       session_->activeRecorder = recorder;
       return S_OK;
-    });
-  }
-
-  HRESULT STDMETHODCALLTYPE ClearFormatContent() override {
-    return answer([&]() -> DiscResult {
-      if (!session_->hasFormat) return IMAPI_E_NOACTIVEFORMAT;
-      session_->clearContent();
-      return S_OK;
-    });
-  }
-
-  HRESULT STDMETHODCALLTYPE ProgressAdvise(IDiscMasterProgressEvents* events,
-                                           UINT_PTR* cookie) override {
-    return answer([&]() -> DiscResult {
-      if (events == nullptr || cookie == nullptr) return E_POINTER;
-      *cookie = ++session_->lastCookie;
-      session_->listeners.emplace(*cookie, events);
-      return S_OK;
-    });
-  }
-
-  HRESULT STDMETHODCALLTYPE ProgressUnadvise(UINT_PTR cookie) override {
-    return answer([&]() -> DiscResult {
-      return session_->listeners.erase(cookie) == 1 ? S_OK : E_INVALIDARG;
     });
   }
 

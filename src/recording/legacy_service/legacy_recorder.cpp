@@ -63,66 +63,11 @@ DiscResult LegacyRecorder::media(MediaFacts& facts) {
   return result;
 }
 
-// The enumerator hands out recorders that know their device.
-HRESULT LegacyRecorder::Init(BYTE*, ULONG, ULONG) { return E_NOTIMPL; }
-
-HRESULT LegacyRecorder::GetRecorderGUID(BYTE* uniqueId, ULONG bufferSize,
-                                        ULONG* returnSizeRequired) {
-  return answer("IDiscRecorder::GetRecorderGUID", [&]() -> DiscResult {
-    const std::u16string& identifier = recorder_->identity().uniqueId;
-    const auto length = static_cast<ULONG>(identifier.size() * sizeof(OLECHAR));
-    if (returnSizeRequired != nullptr) *returnSizeRequired = length;
-    if (uniqueId == nullptr) return returnSizeRequired == nullptr ? E_POINTER : S_OK;
-    if (bufferSize < length) return IMAPI_S_BUFFER_TO_SMALL;
-    std::copy_n(reinterpret_cast<const BYTE*>(identifier.data()), length, uniqueId);
-    return S_OK;
-  });
-}
-
 HRESULT LegacyRecorder::GetRecorderType(LONG* typeCode) {
   return answer("IDiscRecorder::GetRecorderType", [&] {
     const bool rewrites = writes(recorder_->identity(), IMAPI_MEDIA_TYPE_CDRW);
     return giveNumber(rewrites ? RECORDER_CDRW : RECORDER_CDR, typeCode);
   });
-}
-
-HRESULT LegacyRecorder::GetDisplayNames(BSTR* vendorId, BSTR* productId, BSTR* revision) {
-  return answer("IDiscRecorder::GetDisplayNames", [&]() -> DiscResult {
-    if (vendorId == nullptr || productId == nullptr || revision == nullptr) return E_POINTER;
-    const DriveIdentity& drive = recorder_->identity();
-    *vendorId = *productId = *revision = nullptr;
-    DiscResult result = giveText(drive.vendor, vendorId);
-    if (!result.failed()) result = giveText(drive.product, productId);
-    if (!result.failed()) result = giveText(drive.revision, revision);
-    if (!result.failed()) return result;
-    for (BSTR* given : {vendorId, productId, revision}) {
-      SysFreeString(*given);
-      *given = nullptr;
-    }
-    return result;
-  });
-}
-
-HRESULT LegacyRecorder::GetBasePnPID(BSTR* basePnpId) {
-  return answer("IDiscRecorder::GetBasePnPID", [&] {
-    const DriveIdentity& drive = recorder_->identity();
-    return giveText(drive.vendor + u"_" + drive.product + u"_" + drive.revision, basePnpId);
-  });
-}
-
-HRESULT LegacyRecorder::GetPath(BSTR* path) {
-  return answer("IDiscRecorder::GetPath",
-                [&] { return giveText(recorder_->identity().devicePath, path); });
-}
-
-// There is nothing to set: recorders of the layer write as fast as the disc allows.
-HRESULT LegacyRecorder::GetRecorderProperties(IPropertyStorage** propStg) {
-  if (propStg == nullptr) return E_POINTER;
-  *propStg = nullptr;
-  return IMAPI_E_DEVICE_NOPROPERTIES;
-}
-HRESULT LegacyRecorder::SetRecorderProperties(IPropertyStorage*) {
-  return IMAPI_E_DEVICE_NOPROPERTIES;
 }
 
 HRESULT LegacyRecorder::GetRecorderState(ULONG* devStateFlags) {
@@ -153,30 +98,6 @@ HRESULT LegacyRecorder::QueryMediaType(LONG* mediaType, LONG* mediaFlags) {
     *mediaFlags = medium.flags;
     return S_OK;
   });
-}
-
-HRESULT LegacyRecorder::QueryMediaInfo(BYTE* sessions, BYTE* lastTrack, ULONG* startAddress,
-                                       ULONG* nextWritable, ULONG* freeBlocks) {
-  return answerOpened("IDiscRecorder::QueryMediaInfo", [&]() -> DiscResult {
-    if (sessions == nullptr || lastTrack == nullptr || startAddress == nullptr ||
-        nextWritable == nullptr || freeBlocks == nullptr) {
-      return E_POINTER;
-    }
-    MediaFacts facts;
-    DiscResult result = media(facts);
-    if (result.failed()) return result;
-    if (!facts.present) return IMAPI_E_MEDIUM_NOTPRESENT;
-    if (!isCd(facts)) return IMAPI_E_MEDIUM_INVALIDTYPE;
-    *sessions = *lastTrack = facts.isBlank() ? 0 : 1;
-    *startAddress = facts.previousSessionStart;
-    *nextWritable = facts.nextWritableSector;
-    *freeBlocks = facts.freeSectors;
-    return S_OK;
-  });
-}
-
-HRESULT LegacyRecorder::Eject() {
-  return answer("IDiscRecorder::Eject", [&] { return recorder_->eject(); });
 }
 
 HRESULT LegacyRecorder::Erase(BYTE fullErase) {

@@ -7,7 +7,7 @@
 
 #include "legacy_results.h"
 #include "platform/com/com_object.h"
-#include "platform/imapi.h"
+#include "platform/refusing_disc_interfaces.h"
 #include "recorders/recorder.h"
 
 namespace quillon::platform {
@@ -29,7 +29,7 @@ inline constexpr IID kOwnLegacyRecorder = {
     0x1B7C5F0E, 0x6A0D, 0x4E55, {0x8F, 0x3A, 0x52, 0xD9, 0x0C, 0x77, 0x41, 0xE2}};
 
 class LegacyRecorder final
-    : public ComObject<IDiscRecorder, IID_IDiscRecorder, kOwnLegacyRecorder> {
+    : public ComObject<Refusing<IDiscRecorder>, IID_IDiscRecorder, kOwnLegacyRecorder> {
  public:
   explicit LegacyRecorder(std::unique_ptr<Recorder> recorder) : recorder_(std::move(recorder)) {}
   // Null for an object of another make.
@@ -40,22 +40,10 @@ class LegacyRecorder final
   DiscResult media(MediaFacts& facts);
   void setBurning(bool isBurning) { isBurning_ = isBurning; }
 
-  HRESULT STDMETHODCALLTYPE Init(BYTE* uniqueId, ULONG idSize, ULONG driveNumber) override;
-  HRESULT STDMETHODCALLTYPE GetRecorderGUID(BYTE* uniqueId, ULONG bufferSize,
-                                            ULONG* returnSizeRequired) override;
   HRESULT STDMETHODCALLTYPE GetRecorderType(LONG* typeCode) override;
-  HRESULT STDMETHODCALLTYPE GetDisplayNames(BSTR* vendorId, BSTR* productId,
-                                            BSTR* revision) override;
-  HRESULT STDMETHODCALLTYPE GetBasePnPID(BSTR* basePnpId) override;
-  HRESULT STDMETHODCALLTYPE GetPath(BSTR* path) override;
-  HRESULT STDMETHODCALLTYPE GetRecorderProperties(IPropertyStorage** propStg) override;
-  HRESULT STDMETHODCALLTYPE SetRecorderProperties(IPropertyStorage* propStg) override;
   HRESULT STDMETHODCALLTYPE GetRecorderState(ULONG* devStateFlags) override;
   HRESULT STDMETHODCALLTYPE OpenExclusive() override;
   HRESULT STDMETHODCALLTYPE QueryMediaType(LONG* mediaType, LONG* mediaFlags) override;
-  HRESULT STDMETHODCALLTYPE QueryMediaInfo(BYTE* sessions, BYTE* lastTrack, ULONG* startAddress,
-                                           ULONG* nextWritable, ULONG* freeBlocks) override;
-  HRESULT STDMETHODCALLTYPE Eject() override;
   HRESULT STDMETHODCALLTYPE Erase(BYTE fullErase) override;
   HRESULT STDMETHODCALLTYPE Close() override;
 

@@ -1,7 +1,6 @@
 // What a disc master and its format share between Open and Close.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
 
@@ -18,23 +17,13 @@ struct LegacySession {
   std::shared_ptr<ImageNode> content;  // never null while open
   std::u16string volumeName;
   ComPtr<IDiscRecorder> activeRecorder;
-  std::map<UINT_PTR, ComPtr<IDiscMasterProgressEvents>> listeners;
-  UINT_PTR lastCookie = 0;
 
   void clearContent();
-  // Forgets all but the listeners.
   void close();
   [[nodiscard]] LegacyRecorder* recorder() const {
     return LegacyRecorder::of(activeRecorder.Get());
   }
   HRESULT layOut(const ImageNode& root, std::shared_ptr<const ImageLayout>& layout) const;
-
-  template <typename Notify>
-  void tell(Notify notify) const {
-    for (const auto& [cookie, listener] : listeners) notify(*listener);
-  }
-  // Whether one of the listeners wants the recording to end.
-  [[nodiscard]] bool isCancelWanted() const;
 };
 
 // How many sectors a recording on the disc may have; 0 for one that cannot be written.

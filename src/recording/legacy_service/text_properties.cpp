@@ -72,16 +72,6 @@ HRESULT TextProperties::WriteMultiple(ULONG count, const PROPSPEC* specs, const 
   }
 }
 
-HRESULT TextProperties::DeleteMultiple(ULONG count, const PROPSPEC* specs) {
-  if (specs == nullptr) return E_POINTER;
-  if (!std::all_of(specs, specs + count, isValidSpec)) return STG_E_INVALIDPARAMETER;
-  for (ULONG i = 0; i < count; ++i) {
-    const Place place = find(specs[i]);
-    if (place != properties_.end()) properties_.erase(place);
-  }
-  return S_OK;
-}
-
 HRESULT readTextProperty(IPropertyStorage& properties, std::u16string_view name,
                          std::optional<std::u16string>& text) {
   std::u16string writableName(name);

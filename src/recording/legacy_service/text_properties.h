@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/com/com_object.h"
+#include "platform/com/refusing.h"
 
 namespace quillon::platform {
 
@@ -15,7 +16,7 @@ inline constexpr IID kOwnTextProperties = {
     0x6E2D94B3, 0x0F11, 0x4C0B, {0xA9, 0x57, 0x18, 0x3C, 0x60, 0xFE, 0x2D, 0x9A}};
 
 class TextProperties final
-    : public ComObject<IPropertyStorage, IID_IPropertyStorage, kOwnTextProperties> {
+    : public ComObject<Refusing<IPropertyStorage>, IID_IPropertyStorage, kOwnTextProperties> {
  public:
   struct Property {
     PROPID id;
@@ -31,28 +32,8 @@ class TextProperties final
   // Takes VT_BSTR and VT_LPWSTR; new names get identifiers from nameFirst on.
   HRESULT STDMETHODCALLTYPE WriteMultiple(ULONG count, const PROPSPEC* specs,
                                           const PROPVARIANT* values, PROPID nameFirst) override;
-  HRESULT STDMETHODCALLTYPE DeleteMultiple(ULONG count, const PROPSPEC* specs) override;
   // What is written is there at once.
   HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return S_OK; }
-
-  HRESULT STDMETHODCALLTYPE ReadPropertyNames(ULONG, const PROPID*, LPOLESTR*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE WritePropertyNames(ULONG, const PROPID*, const LPOLESTR*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE DeletePropertyNames(ULONG, const PROPID*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Enum(IEnumSTATPROPSTG** properties) override {
-    if (properties != nullptr) *properties = nullptr;
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetTimes(const FILETIME*, const FILETIME*, const FILETIME*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetClass(REFCLSID) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Stat(STATPROPSETSTG*) override { return E_NOTIMPL; }
-
   [[nodiscard]] std::size_t size() const { return properties_.size(); }
 
  private:

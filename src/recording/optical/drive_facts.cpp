@@ -166,8 +166,6 @@ void readOverwritable(burn_drive* drive, MediaFacts& facts) {
   facts.freeSectors = facts.totalSectors - std::min(facts.totalSectors, used);
   facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_OVERWRITE_ONLY);
   if (used == 0) facts.state |= bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_BLANK);
-  facts.nextWritableSector = used;
-  facts.previousSessionLastSector = used == 0 ? 0 : used - 1;
 }
 
 void readSequential(burn_drive* drive, burn_disc_status status, int profile, MediaFacts& facts) {
@@ -180,20 +178,15 @@ void readSequential(burn_drive* drive, burn_disc_status status, int profile, Med
     return;
   }
   const std::uint32_t used = readableSectors(drive);
-  facts.previousSessionLastSector = used == 0 ? 0 : used - 1;
-  facts.nextWritableSector = used;
   facts.totalSectors = capacityOfWritten(drive, profile, facts, used);
-  int start = 0;
-  if (burn_disc_get_msc1(drive, &start) > 0) facts.previousSessionStart = sectorCount(start);
   if (status == BURN_DISC_APPENDABLE) {
     facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_APPENDABLE);
     int first = 0;
     int next = 0;
-    if (burn_disc_track_lba_nwa(drive, nullptr, 0, &first, &next) == 1) {
-      facts.nextWritableSector = sectorCount(next);
-    }
-    facts.totalSectors = std::max(facts.totalSectors, facts.nextWritableSector);
-    facts.freeSectors = std::min(free, facts.totalSectors - facts.nextWritableSector);
+    const bool isKnown = burn_disc_track_lba_nwa(drive, nullptr, 0, &first, &next) == 1;
+    const std::uint32_t nextWritable = isKnown ? sectorCount(next) : used;
+    facts.totalSectors = std::max(facts.totalSectors, nextWritable);
+    facts.freeSectors = std::min(free, facts.totalSectors - nextWritable);
     if (burn_disc_next_track_is_damaged(drive, 0) != 0) {
       facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_DAMAGED);
     }

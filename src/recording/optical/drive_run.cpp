@@ -13,6 +13,7 @@
 #include "drive_device.h"
 #include "drive_facts.h"
 #include "libburn.h"
+#include "recorders/disc_operations.h"
 #include "recorders/image_reading.h"
 #include "recorders/progress.h"
 #include "run_parts.h"
@@ -112,8 +113,8 @@ DiscResult Run::writeOver() {
 
 DiscResult Run::setUp(burn_write_opts& options, burn_disc& disc) {
   // Discs that can be overwritten have no sessions.
-  const bool isClosed = request_.closeDisc || isOverwritableProfile(profile_) ||
-                        (request_.compatibleDvd && contains(kPlayerProfiles, profile_));
+  const bool isClosed =
+      request_.closeDisc || isOverwritableProfile(profile_) || contains(kPlayerProfiles, profile_);
   burn_write_opts_set_perform_opc(&options, 0);
   burn_write_opts_set_multi(&options, isClosed ? 0 : 1);
   burn_write_opts_set_underrun_proof(&options, 1);
@@ -190,7 +191,7 @@ DiscResult Run::pump(SectorQueue& queue, std::uint64_t fed) {
       isEnding = true;
       const ProgressReporter closing(request_.progress, DiscStage::Closing, 0);
     }
-    if (request_.isCancelled() && !result.failed()) {
+    if (areOperationsStopped() && !result.failed()) {
       result = E_IMAPI_REQUEST_CANCELLED;
       queue.fail();
       burn_drive_cancel(drive_);

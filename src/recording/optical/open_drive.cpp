@@ -305,13 +305,6 @@ DiscResult OpenDrive::openTray() {
   return hasLetGo(address_) ? DiscResult() : failure;
 }
 
-DiscResult OpenDrive::closeTray() {
-  const std::lock_guard lock(burnMutex());
-  grabbed_.release(Release::Unlock);
-  assessedAt_ = Clock::now();
-  return grabbed_.grab(address_, GrabMode::AloneAndLoad);
-}
-
 void OpenDrive::describe(DriveIdentity& identity) {
   const std::u16string name =
       identity.vendor + u"\n" + identity.product + u"\n" + identity.revision;

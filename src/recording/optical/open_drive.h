@@ -48,7 +48,6 @@ class OpenDrive {
   void giveBack();
   [[nodiscard]] const GrabbedDrive& grabbed() const { return grabbed_; }
   DiscResult openTray();
-  DiscResult closeTray();
 
   [[nodiscard]] std::u16string owner() const { return lock_.owner(); }
   // Fills in what the drive tells of itself, or else what the kernel knows. Opens it the first

@@ -64,10 +64,6 @@ DiscResult OpticalDrive::openTray() {
   return result.failed() ? result : drive_.openTray();
 }
 
-DiscResult OpticalDrive::closeTray() {
-  return isFileAddress(address_) ? DiscResult() : drive_.closeTray();
-}
-
 namespace {
 
 RecorderList listDrives(std::string_view only) {

@@ -25,7 +25,6 @@ class OpticalDrive final : public Recorder {
   DiscResult burn(const WriteRequest& request) override;
   DiscResult blank(bool full, const DiscProgressCallback& progress) override;
   DiscResult openTray() override;
-  DiscResult closeTray() override;
 
  private:
   // The drive is open for what follows, also after its tray was opened.

@@ -70,16 +70,16 @@ bool isSameFile(const struct stat& a, const struct stat& b) {
 std::shared_ptr<FaultPlan> FaultPlan::of(const std::string& recorderDirectory) {
   static std::mutex mutex;
   static std::map<std::string, KnownPlan> known;
-  const std::lock_guard lock(mutex);
   const std::string path = recorderDirectory + "/" + kFaultFile;
   KnownPlan current;
-  std::string text;
-  const bool hasPlan = ::stat(path.c_str(), &current.status) == 0;
+  if (::stat(path.c_str(), &current.status) != 0) return nullptr;
+  const std::lock_guard lock(mutex);
   const auto found = known.find(path);
   if (found != known.end() && isSameFile(found->second.status, current.status)) {
     return found->second.plan;
   }
-  if (hasPlan) static_cast<void>(readFile(path, text));
+  std::string text;
+  static_cast<void>(readFile(path, text));
   current.plan = std::make_shared<FaultPlan>(text);
   known.insert_or_assign(path, current);
   return current.plan;

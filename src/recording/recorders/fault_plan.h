@@ -15,8 +15,9 @@
 //
 // Codes are hexadecimal ("0xC0AA0207"). Blank lines and lines that begin with "#" do not count. A
 // plan with a line that is not understood makes every operation fail and say so: a test with a
-// typing error must not pass. What has been answered is counted in the process, for all its handles
-// of the recorder, and starts again when the file changes.
+// typing error must not pass. A handle of the recorder looks for the file once, when it is made.
+// What has been answered is counted in the process, for all its handles of the recorder, and starts
+// again when one finds the file changed.
 #pragma once
 
 #include <cstdint>
@@ -40,7 +41,7 @@ struct SectorFault {
 
 class FaultPlan {
  public:
-  // The plan of a recorder as it now is.
+  // The plan of a recorder as it now is; null for none.
   static std::shared_ptr<FaultPlan> of(const std::string& recorderDirectory);
 
   explicit FaultPlan(std::string_view text);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "recorders/disc_operations.h"
 #include "recorders/progress.h"
 
 namespace quillon::platform {
@@ -13,7 +14,7 @@ std::size_t blockAt(std::uint64_t position, std::uint64_t total) {
 DiscResult takeBlock(const WriteRequest& request, std::vector<char>& block, std::size_t wanted) {
   std::size_t got = 0;
   while (got < wanted) {
-    if (request.isCancelled()) return E_IMAPI_REQUEST_CANCELLED;
+    if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
     ULONG read = 0;
     const HRESULT hr =
         request.image->Read(block.data() + got, static_cast<ULONG>(wanted - got), &read);

@@ -17,16 +17,10 @@ bool writesType(const DriveIdentity& drive, IMAPI_MEDIA_PHYSICAL_TYPE type) {
 // Without the rest of the media's checks, which come before.
 DiscResult checkRoom(const MediaFacts& media, const WriteRequest& request) {
   std::uint32_t room = media.freeSectors;
-  if (!media.isBlank() && request.isTestRun && media.isErasable) {
-    room = media.totalSectors;  // what it will be erased for, when the run is no test
-  } else if (!media.isBlank()) {
+  if (!media.isBlank()) {
     // A session behind another one would need an image that was laid out for that place.
-    if (!media.isOverwritable) {
-      return request.overwrite ? E_IMAPI_DF2DATA_INVALID_MEDIA_STATE
-                               : E_IMAPI_DF2DATA_MEDIA_NOT_BLANK;
-    }
-    if (!request.overwrite) return E_IMAPI_DF2DATA_MEDIA_NOT_BLANK;
-    room = media.totalSectors;
+    if (!request.isTestRun || !media.isErasable) return E_IMAPI_DF2DATA_MEDIA_NOT_BLANK;
+    room = media.totalSectors;  // what it will be erased for, when the run is no test
   }
   return request.sectors > room ? E_IMAPI_DF2DATA_STREAM_TOO_LARGE_FOR_CURRENT_MEDIA : S_OK;
 }
@@ -79,10 +73,6 @@ bool isValidClientName(std::u16string_view name) {
            return (unit >= u'0' && unit <= u'9') || (unit >= u'A' && unit <= u'Z') ||
                   (unit >= u'a' && unit <= u'z') || kMarks.find(unit) != kMarks.npos;
          });
-}
-
-bool WriteRequest::isCancelled() const {
-  return (cancel != nullptr && *cancel) || areOperationsStopped();
 }
 
 DiscResult Recorder::enter(std::string_view) { return S_OK; }
@@ -152,12 +142,6 @@ DiscResult Recorder::eject() {
   if (!result.failed()) result = openTray();
   noteWork(result);
   return result;
-}
-
-DiscResult Recorder::load() {
-  RecorderHold hold(*this);
-  DiscResult result = isHeld() ? DiscResult() : hold.acquire(kOwnClientName);
-  return result.failed() ? result : closeTray();
 }
 
 ProgressReporter::ProgressReporter(const DiscProgressCallback& callback, DiscStage stage,

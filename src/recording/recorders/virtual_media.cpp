@@ -56,10 +56,6 @@ MediaFacts factsOf(const DiscRecord& record) {
   facts.isHeuristicallyBlank = record.isBlank();
   facts.totalSectors = record.capacitySectors;
   facts.freeSectors = freeSectors(record);
-  if (!record.isBlank()) {
-    facts.nextWritableSector = facts.totalSectors - facts.freeSectors;
-    facts.previousSessionLastSector = record.usedSectors == 0 ? 0 : record.usedSectors - 1;
-  }
   facts.writeSpeeds = type.writeSpeeds;
   return facts;
 }

@@ -66,19 +66,21 @@ DriveIdentity identityOf(const std::string& directory) {
 
 DiscState stateAfterWrite(const DiscType& type, const WriteRequest& request) {
   if (type.rewriting == Rewriting::InPlace) return DiscState::Appendable;
-  const bool isClosed = request.closeDisc || (type.isClosedForPlayers && request.compatibleDvd);
+  const bool isClosed = request.closeDisc || type.isClosedForPlayers;
   return isClosed ? DiscState::Finalised : DiscState::Appendable;
 }
 
 }  // namespace
 
 VirtualRecorder::VirtualRecorder(std::string directory)
-    : directory_(std::move(directory)), lock_(directory_ + "/" + kLockFile) {
+    : directory_(std::move(directory)),
+      lock_(directory_ + "/" + kLockFile),
+      faults_(FaultPlan::of(directory_)) {
   identity_ = identityOf(directory_);
 }
 
 DiscResult VirtualRecorder::enter(std::string_view operation) {
-  return FaultPlan::of(directory_)->enter(operation);
+  return faults_ == nullptr ? DiscResult() : faults_->enter(operation);
 }
 
 DiscResult VirtualRecorder::lock(bool, std::u16string_view clientName) {
@@ -103,7 +105,7 @@ DiscResult VirtualRecorder::record(std::optional<DiscRecord>& record) {
 
 DiscResult VirtualRecorder::media(MediaFacts& facts) {
   facts = MediaFacts{};
-  DiscResult result = FaultPlan::of(directory_)->askReady();
+  DiscResult result = faults_ == nullptr ? DiscResult() : faults_->askReady();
   if (result.failed()) return result;
   std::optional<DiscRecord> disc;
   result = record(disc);
@@ -141,7 +143,8 @@ DiscResult VirtualRecorder::burnDisc(DiscRecord record, const WriteRequest& requ
   if (request.isTestRun) return testRun(request);
   std::vector<char> block(kRunBlockBytes);
   const std::uint64_t total = request.sectors * kSectorBytes;
-  DiscRun run(directory_ + "/" + kImageFile, FaultPlan::of(directory_)->writeFault());
+  DiscRun run(directory_ + "/" + kImageFile,
+              faults_ == nullptr ? std::nullopt : faults_->writeFault());
   std::size_t bytes = blockAt(0, total);
   DiscResult result = run.open();
   if (!result.failed()) result = run.reserve(total);
@@ -187,7 +190,8 @@ DiscResult VirtualRecorder::giveUp(DiscRecord record, const DiscRun& run, DiscRe
 
 DiscResult VirtualRecorder::blankDisc(DiscRecord record, bool full,
                                       const DiscProgressCallback& callback) {
-  DiscRun run(directory_ + "/" + kImageFile, FaultPlan::of(directory_)->eraseFault());
+  DiscRun run(directory_ + "/" + kImageFile,
+              faults_ == nullptr ? std::nullopt : faults_->eraseFault());
   DiscResult result = run.open();
   if (result.failed()) return result;
   record.state = DiscState::Erasing;
@@ -221,8 +225,5 @@ DiscResult VirtualRecorder::openTray() {
   noteEjected(leftAt);
   return result;
 }
-
-// Nobody has put a disc in.
-DiscResult VirtualRecorder::closeTray() { return S_OK; }
 
 }  // namespace quillon::platform

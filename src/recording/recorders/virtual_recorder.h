@@ -1,6 +1,7 @@
 // A recorder that is a directory (disc_record.h says which files it has).
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "recorders/disc_record.h"
@@ -10,6 +11,7 @@
 namespace quillon::platform {
 
 class DiscRun;
+class FaultPlan;
 
 class VirtualRecorder final : public Recorder {
  public:
@@ -31,7 +33,6 @@ class VirtualRecorder final : public Recorder {
   DiscResult burn(const WriteRequest& request) override;
   DiscResult blank(bool full, const DiscProgressCallback& progress) override;
   DiscResult openTray() override;
-  DiscResult closeTray() override;
 
  private:
   DiscResult burnDisc(DiscRecord record, const WriteRequest& request);
@@ -41,6 +42,7 @@ class VirtualRecorder final : public Recorder {
 
   std::string directory_;
   RecorderLock lock_;
+  std::shared_ptr<FaultPlan> faults_;  // null for a recorder that behaves
 };
 
 // What a record says, as the interfaces put it.

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/com/com_object.h"
+#include "platform/refusing_disc_interfaces.h"
 #include "recorder_access.h"
 #include "recorders/com_answers.h"
 #include "recorders/progress.h"
@@ -24,7 +25,7 @@ struct FormatFacts {
 };
 
 template <typename Interface, const IID& kInterfaceId, const FormatFacts& kFacts>
-class DiscFormat : public DispatchObject<Interface, IID_IDiscFormat2, kInterfaceId> {
+class DiscFormat : public DispatchObject<Refusing<Interface>, IID_IDiscFormat2, kInterfaceId> {
  public:
   HRESULT STDMETHODCALLTYPE IsRecorderSupported(IDiscRecorder2* recorder,
                                                 VARIANT_BOOL* value) override {
@@ -70,11 +71,6 @@ class DiscFormat : public DispatchObject<Interface, IID_IDiscFormat2, kInterface
       return result;
     });
   }
-  HRESULT STDMETHODCALLTYPE get_Recorder(IDiscRecorder2** value) override {
-    if (value == nullptr) return E_POINTER;
-    *value = ComPtr<IDiscRecorder2>(recorder_).Detach();
-    return S_OK;
-  }
   HRESULT STDMETHODCALLTYPE
   get_CurrentPhysicalMediaType(IMAPI_MEDIA_PHYSICAL_TYPE* value) override {
     return answerMedia("get_CurrentPhysicalMediaType", [&](Recorder&, const MediaFacts& facts) {
@@ -88,9 +84,6 @@ class DiscFormat : public DispatchObject<Interface, IID_IDiscFormat2, kInterface
       clientName_ = name;
       return S_OK;
     });
-  }
-  HRESULT STDMETHODCALLTYPE get_ClientName(BSTR* value) override {
-    return answering(kInterfaceId, kFacts.source, [&] { return giveText(clientName_, value); });
   }
 
  protected:

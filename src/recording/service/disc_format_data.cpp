@@ -43,39 +43,6 @@ LONG speedFor(LONG requested, const std::vector<LONG>& speeds) {
 
 class DiscFormat2Data final : public DiscFormat<IDiscFormat2Data, IID_IDiscFormat2Data, kFacts> {
  public:
-  // Settings that change nothing here: drives of the layer always protect against running empty,
-  // and an image comes as its maker made it.
-  HRESULT STDMETHODCALLTYPE put_BufferUnderrunFreeDisabled(VARIANT_BOOL value) override {
-    return put(isUnderrunFreeDisabled_, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_BufferUnderrunFreeDisabled(VARIANT_BOOL* value) override {
-    return get(isUnderrunFreeDisabled_, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_PostgapAlreadyInImage(VARIANT_BOOL value) override {
-    return put(hasPostgap_, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_PostgapAlreadyInImage(VARIANT_BOOL* value) override {
-    return get(hasPostgap_, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_ForceMediaToBeClosed(VARIANT_BOOL value) override {
-    return put(isClosing_, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_ForceMediaToBeClosed(VARIANT_BOOL* value) override {
-    return get(isClosing_, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_DisableConsumerDvdCompatibilityMode(VARIANT_BOOL value) override {
-    return put(isPlayerIgnored_, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_DisableConsumerDvdCompatibilityMode(VARIANT_BOOL* value) override {
-    return get(isPlayerIgnored_, value);
-  }
-  HRESULT STDMETHODCALLTYPE put_ForceOverwrite(VARIANT_BOOL value) override {
-    return put(isOverwriting_, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_ForceOverwrite(VARIANT_BOOL* value) override {
-    return get(isOverwriting_, value);
-  }
-
   HRESULT STDMETHODCALLTYPE get_CurrentMediaStatus(IMAPI_FORMAT2_DATA_MEDIA_STATE* value) override {
     return answerMedia("get_CurrentMediaStatus", [&](Recorder&, const MediaFacts& facts) {
       return giveNumber(facts.state, value);
@@ -92,64 +59,27 @@ class DiscFormat2Data final : public DiscFormat<IDiscFormat2Data, IID_IDiscForma
                          [](const MediaFacts& facts) { return facts.totalSectors; });
   }
   HRESULT STDMETHODCALLTYPE get_FreeSectorsOnMedia(LONG* value) override {
-    return answerSectors("get_FreeSectorsOnMedia", value, [this](const MediaFacts& facts) {
-      return isOverwriting_ && facts.isOverwritable ? facts.totalSectors : facts.freeSectors;
-    });
+    return answerSectors("get_FreeSectorsOnMedia", value,
+                         [](const MediaFacts& facts) { return facts.freeSectors; });
   }
-  HRESULT STDMETHODCALLTYPE get_NextWritableAddress(LONG* value) override {
-    return answerSectors("get_NextWritableAddress", value, [this](const MediaFacts& facts) {
-      return isOverwriting_ && facts.isOverwritable ? 0 : facts.nextWritableSector;
-    });
-  }
-  HRESULT STDMETHODCALLTYPE get_StartAddressOfPreviousSession(LONG* value) override {
-    return answerSectors("get_StartAddressOfPreviousSession", value,
-                         [](const MediaFacts& facts) { return facts.previousSessionStart; });
-  }
-  HRESULT STDMETHODCALLTYPE get_LastWrittenAddressOfPreviousSession(LONG* value) override {
-    return answerSectors("get_LastWrittenAddressOfPreviousSession", value,
-                         [](const MediaFacts& facts) { return facts.previousSessionLastSector; });
-  }
-
   HRESULT STDMETHODCALLTYPE get_RequestedWriteSpeed(LONG* value) override {
     return answer("get_RequestedWriteSpeed",
                   [&](Recorder&) { return giveNumber(requestedSpeed_, value); });
-  }
-  HRESULT STDMETHODCALLTYPE get_RequestedRotationTypeIsPureCAV(VARIANT_BOOL* value) override {
-    return answer("get_RequestedRotationTypeIsPureCAV",
-                  [&](Recorder&) { return giveBool(isPureCavRequested_, value); });
   }
   HRESULT STDMETHODCALLTYPE get_CurrentWriteSpeed(LONG* value) override {
     return answerWritable("get_CurrentWriteSpeed", [&](const MediaFacts& facts) {
       return giveNumber(speedFor(requestedSpeed_, facts.writeSpeeds), value);
     });
   }
-  HRESULT STDMETHODCALLTYPE get_CurrentRotationTypeIsPureCAV(VARIANT_BOOL* value) override {
-    return answerWritable("get_CurrentRotationTypeIsPureCAV",
-                          [&](const MediaFacts&) { return giveBool(false, value); });
-  }
   HRESULT STDMETHODCALLTYPE get_SupportedWriteSpeeds(SAFEARRAY** value) override {
     return answerWritable("get_SupportedWriteSpeeds", [&](const MediaFacts& facts) {
       return giveNumbers(facts.writeSpeeds, VT_UI4, value);
     });
   }
-  HRESULT STDMETHODCALLTYPE get_SupportedWriteSpeedDescriptors(SAFEARRAY** value) override {
-    if (value != nullptr) *value = nullptr;
-    return E_NOTIMPL;
-  }
-  // One image makes one session: there is nothing to go on with.
-  HRESULT STDMETHODCALLTYPE get_MultisessionInterfaces(SAFEARRAY** value) override {
-    return answer("get_MultisessionInterfaces",
-                  [&](Recorder&) { return giveNumbers({}, VT_DISPATCH, value); });
-  }
   HRESULT STDMETHODCALLTYPE SetWriteSpeed(LONG requested, VARIANT_BOOL isPureCav) override;
 
   HRESULT STDMETHODCALLTYPE Write(IStream* data) override {
     return answer("Write", [&](Recorder& drive) { return write(drive, data); });
-  }
-  HRESULT STDMETHODCALLTYPE CancelWrite() override {
-    if (!isWriting_) return E_IMAPI_DF2DATA_WRITE_NOT_IN_PROGRESS;
-    isCancelled_ = true;
-    return S_OK;
   }
 
  protected:
@@ -158,13 +88,6 @@ class DiscFormat2Data final : public DiscFormat<IDiscFormat2Data, IID_IDiscForma
   }
 
  private:
-  HRESULT put(bool& setting, VARIANT_BOOL value) {
-    if (isWriting_) return E_IMAPI_DF2DATA_WRITE_IN_PROGRESS;
-    setting = value != VARIANT_FALSE;
-    return S_OK;
-  }
-  static HRESULT get(bool setting, VARIANT_BOOL* value) { return giveBool(setting, value).code; }
-
   // Questions that only a disc that the device could write answers.
   template <typename Body>
   HRESULT answerWritable(std::string_view operation, Body body) {
@@ -181,25 +104,18 @@ class DiscFormat2Data final : public DiscFormat<IDiscFormat2Data, IID_IDiscForma
 
   DiscResult write(Recorder& drive, IStream* data);
 
-  bool isUnderrunFreeDisabled_ = false;
-  bool hasPostgap_ = false;
-  bool isClosing_ = false;
-  bool isPlayerIgnored_ = false;
-  bool isOverwriting_ = false;
-  bool isPureCavRequested_ = false;
   LONG requestedSpeed_ = -1;
   std::atomic<bool> isWriting_ = false;
-  std::atomic<bool> isCancelled_ = false;
 };
 
 HRESULT STDMETHODCALLTYPE DiscFormat2Data::SetWriteSpeed(LONG requested, VARIANT_BOOL isPureCav) {
   return answerWritable("SetWriteSpeed", [&](const MediaFacts& facts) -> DiscResult {
     if (requested < -1 || requested == 0) return E_INVALIDARG;
     requestedSpeed_ = requested;
-    isPureCavRequested_ = isPureCav != VARIANT_FALSE;
     const bool isAdjusted = requested != -1 && speedFor(requested, facts.writeSpeeds) != requested;
     // No drive of the layer turns at one speed throughout.
-    if (isPureCavRequested_) return isAdjusted ? S_IMAPI_BOTHADJUSTED : S_IMAPI_ROTATIONADJUSTED;
+    if (isPureCav != VARIANT_FALSE)
+      return isAdjusted ? S_IMAPI_BOTHADJUSTED : S_IMAPI_ROTATIONADJUSTED;
     return isAdjusted ? S_IMAPI_SPEEDADJUSTED : S_OK;
   });
 }
@@ -209,7 +125,6 @@ DiscResult DiscFormat2Data::write(Recorder& drive, IStream* data) {
   if (clientName_.empty()) return E_IMAPI_DF2DATA_CLIENT_NAME_IS_NOT_VALID;
   const Busy busy(isWriting_);
   if (!busy.isMine()) return E_IMAPI_DF2DATA_WRITE_IN_PROGRESS;
-  isCancelled_ = false;
   STATSTG stat{};
   const HRESULT hr = data->Stat(&stat, STATFLAG_NONAME);
   if (FAILED(hr)) return hr;
@@ -220,12 +135,8 @@ DiscResult DiscFormat2Data::write(Recorder& drive, IStream* data) {
   request.clientName = clientName_;
   request.image = data;
   request.sectors = stat.cbSize.QuadPart / kSectorBytes;
-  request.closeDisc = isClosing_;
-  request.compatibleDvd = !isPlayerIgnored_;
-  request.overwrite = isOverwriting_;
   request.sectorsPerSecond = requestedSpeed_;
   request.progress = discProgressCallback();
-  request.cancel = &isCancelled_;
   return drive.write(request);
 }
 

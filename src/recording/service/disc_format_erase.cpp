@@ -27,9 +27,6 @@ class DiscFormat2Erase final : public DiscFormat<IDiscFormat2Erase, IID_IDiscFor
     isFull_ = value != VARIANT_FALSE;
     return S_OK;
   }
-  HRESULT STDMETHODCALLTYPE get_FullErase(VARIANT_BOOL* value) override {
-    return giveBool(isFull_, value).code;
-  }
   HRESULT STDMETHODCALLTYPE EraseMedia() override {
     return answer("EraseMedia", [&](Recorder& drive) -> DiscResult {
       if (clientName_.empty()) return E_IMAPI_ERASE_CLIENT_NAME_IS_NOT_VALID;

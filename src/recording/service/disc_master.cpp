@@ -6,7 +6,7 @@
 #include "classes.h"
 #include "com/list_enumerator.h"
 #include "com/method_results.h"
-#include "platform/imapi2.h"
+#include "platform/refusing_disc_interfaces.h"
 #include "recorders/catalogue.h"
 #include "recorders/com_answers.h"
 
@@ -25,7 +25,7 @@ bool giveIdentifier(const std::u16string& identifier, VARIANT* target) {
 using IdentifierEnumerator =
     ListEnumerator<IEnumVARIANT, IID_IEnumVARIANT, std::u16string, VARIANT, giveIdentifier>;
 
-class DiscMaster2 final : public DispatchObject<IDiscMaster2, IID_IDiscMaster2> {
+class DiscMaster2 final : public DispatchObject<Refusing<IDiscMaster2>, IID_IDiscMaster2> {
  public:
   HRESULT STDMETHODCALLTYPE get__NewEnum(IEnumVARIANT** enumerator) override {
     return answer([&]() -> DiscResult {
@@ -35,22 +35,6 @@ class DiscMaster2 final : public DispatchObject<IDiscMaster2, IID_IDiscMaster2> 
       DiscResult result = list(*found);
       if (!result.failed()) *enumerator = new IdentifierEnumerator(std::move(found), 0);
       return result;
-    });
-  }
-  HRESULT STDMETHODCALLTYPE get_Item(LONG index, BSTR* value) override {
-    return answer([&]() -> DiscResult {
-      Identifiers found;
-      DiscResult result = list(found);
-      if (result.failed()) return result;
-      if (index < 0 || static_cast<std::size_t>(index) >= found.size()) return DISP_E_BADINDEX;
-      return giveText(found[static_cast<std::size_t>(index)], value);
-    });
-  }
-  HRESULT STDMETHODCALLTYPE get_Count(LONG* value) override {
-    return answer([&] {
-      Identifiers found;
-      DiscResult result = list(found);
-      return result.failed() ? result : giveNumber(found.size(), value);
     });
   }
   HRESULT STDMETHODCALLTYPE get_IsSupportedEnvironment(VARIANT_BOOL* value) override {

@@ -3,6 +3,7 @@
 
 #include "classes.h"
 #include "platform/com/com_object.h"
+#include "platform/refusing_disc_interfaces.h"
 #include "recorder_access.h"
 #include "recorders/catalogue.h"
 #include "recorders/com_answers.h"
@@ -17,15 +18,12 @@ constexpr IID kOwnRecorder = {
     0x8C6E0E0D, 0x2A5B, 0x4B0E, {0x9D, 0x34, 0x61, 0x7A, 0xF2, 0x0B, 0x5C, 0x11}};
 
 class DiscRecorder2 final
-    : public DispatchObject<IDiscRecorder2, IID_IDiscRecorder2, kOwnRecorder> {
+    : public DispatchObject<Refusing<IDiscRecorder2>, IID_IDiscRecorder2, kOwnRecorder> {
  public:
   [[nodiscard]] Recorder* recorder() const { return recorder_.get(); }
 
   HRESULT STDMETHODCALLTYPE EjectMedia() override {
     return answer("EjectMedia", [](Recorder& recorder) { return recorder.eject(); });
-  }
-  HRESULT STDMETHODCALLTYPE CloseTray() override {
-    return answer("CloseTray", [](Recorder& recorder) { return recorder.load(); });
   }
   HRESULT STDMETHODCALLTYPE AcquireExclusiveAccess(VARIANT_BOOL force, BSTR clientName) override {
     return answer("AcquireExclusiveAccess", [&](Recorder& recorder) {
@@ -35,10 +33,6 @@ class DiscRecorder2 final
   HRESULT STDMETHODCALLTYPE ReleaseExclusiveAccess() override {
     return answer("ReleaseExclusiveAccess", [](Recorder& recorder) { return recorder.release(); });
   }
-  // Nothing watches a recorder of the layer for a change of its disc.
-  HRESULT STDMETHODCALLTYPE DisableMcn() override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE EnableMcn() override { return S_OK; }
-
   HRESULT STDMETHODCALLTYPE InitializeDiscRecorder(BSTR uniqueId) override {
     return answering(IID_IDiscRecorder2, kSource, [&]() -> DiscResult {
       if (SysStringLen(uniqueId) == 0) return E_INVALIDARG;
@@ -94,10 +88,6 @@ class DiscRecorder2 final
   }
   HRESULT STDMETHODCALLTYPE get_CurrentProfiles(SAFEARRAY** value) override {
     return current("get_CurrentProfiles", &CurrentPages::profiles, value);
-  }
-  HRESULT STDMETHODCALLTYPE get_ExclusiveAccessOwner(BSTR* value) override {
-    return answer("get_ExclusiveAccessOwner",
-                  [&](Recorder& recorder) { return giveText(recorder.owner(), value); });
   }
 
  private:

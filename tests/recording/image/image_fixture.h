@@ -17,12 +17,6 @@
 
 namespace quillon::test {
 
-inline std::string takeText(BSTR text) {
-  const std::string narrowed = narrow(std::u16string_view(text, SysStringLen(text)));
-  SysFreeString(text);
-  return narrowed;
-}
-
 constexpr HRESULT fsi(unsigned code) { return static_cast<HRESULT>(0xC0AAB100U + code); }
 
 class ImageTest : public LayerTest {

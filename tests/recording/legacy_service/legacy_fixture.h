@@ -7,36 +7,6 @@
 
 namespace quillon::test {
 
-// Counts what it is told and asks for the recording to end when told so.
-class Listener final : public ComObject<IDiscMasterProgressEvents, IID_IDiscMasterProgressEvents> {
- public:
-  bool wantsCancel = false;
-  std::string heard;  // one letter a call, repeated ones once
-  HRESULT burnStatus = E_UNEXPECTED;
-
-  HRESULT STDMETHODCALLTYPE QueryCancel(BYTE* cancel) override {
-    *cancel = wantsCancel ? 1 : 0;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE NotifyPnPActivity() override { return hear('N'); }
-  HRESULT STDMETHODCALLTYPE NotifyAddProgress(LONG, LONG) override { return hear('a'); }
-  HRESULT STDMETHODCALLTYPE NotifyBlockProgress(LONG, LONG) override { return hear('b'); }
-  HRESULT STDMETHODCALLTYPE NotifyTrackProgress(LONG, LONG) override { return hear('t'); }
-  HRESULT STDMETHODCALLTYPE NotifyPreparingBurn(LONG) override { return hear('p'); }
-  HRESULT STDMETHODCALLTYPE NotifyClosingDisc(LONG) override { return hear('c'); }
-  HRESULT STDMETHODCALLTYPE NotifyBurnComplete(HRESULT status) override {
-    burnStatus = status;
-    return hear('!');
-  }
-  HRESULT STDMETHODCALLTYPE NotifyEraseComplete(HRESULT) override { return hear('e'); }
-
- private:
-  HRESULT hear(char call) {
-    if (heard.empty() || heard.back() != call) heard += call;
-    return S_OK;
-  }
-};
-
 class LegacyTest : public RecorderTest {
  protected:
   LegacyTest() {
@@ -62,13 +32,21 @@ class LegacyTest : public RecorderTest {
     EXPECT_EQ(recorders->Next(1, recorder.Put(), &fetched), S_OK);
     return recorder;
   }
+  // A format starts with nothing in it.
+  void chooseFormat() {
+    ASSERT_EQ(master_->SetActiveDiscMasterFormat(IID_IJolietDiscMaster, joliet_.PutVoid()), S_OK);
+  }
+  static void takeDiscOut() {
+    std::string leftAt;
+    EXPECT_EQ(platform::ejectVirtualDisc("one", leftAt).code, S_OK);
+  }
   // As far as the point where content can be added.
   void prepare() {
     ASSERT_EQ(master_->Open(), S_OK);
     recorder_ = firstRecorder();
     ASSERT_TRUE(recorder_);
     ASSERT_EQ(master_->SetActiveDiscRecorder(recorder_.Get()), S_OK);
-    ASSERT_EQ(master_->SetActiveDiscMasterFormat(IID_IJolietDiscMaster, joliet_.PutVoid()), S_OK);
+    chooseFormat();
   }
   void prepareWithContent() {
     writeText(dir_ / "tree/FILE", "content");

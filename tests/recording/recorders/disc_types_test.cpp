@@ -28,22 +28,21 @@ struct TypeCase {
   LONG stateWhenWritten;
   LONG freeWhenWritten;  // of 20000 sectors, with 600 written
   HRESULT secondWrite;
-  HRESULT secondWriteWithForce;
   HRESULT erase;
 };
 
 // clang-format off
 constexpr TypeCase kTypes[] = {
-    {"cd-r",       2, 0x09,   359849,  3600, kBlank, kAppendable, 8000, kNotBlank, kBadState, kNotErasable},
-    {"cd-rw",      3, 0x0A,   359849,  1800, kBlank, kAppendable, 8000, kNotBlank, kBadState, S_OK},
-    {"dvd-r",      9, 0x11,  2298496, 10820, kBlank, kFinalised,     0, kBadState, kBadState, kNotErasable},
-    {"dvd-rw",    10, 0x14,  2298496,  4057, kBlank, kFinalised | kEraseRequired, 0, kNotBlank, kBadState, S_OK},
-    {"dvd+r",      6, 0x1B,  2295104, 10820, kBlank, kFinalised,     0, kBadState, kBadState, kNotErasable},
-    {"dvd+rw",     7, 0x1A,  2295104,  5410, kBlank | kOverwritable, kOverwritable, 19400, kNotBlank, S_OK, S_OK},
-    {"dvd+r-dl",   8, 0x2B,  4173824,  5410, kBlank, kFinalised,     0, kBadState, kBadState, kNotErasable},
-    {"dvd+rw-dl", 13, 0x2A,  4173824,  2705, kBlank | kOverwritable, kOverwritable, 19400, kNotBlank, S_OK, S_OK},
-    {"bd-r",      18, 0x41, 12219392, 13170, kBlank, kAppendable, 19368, kNotBlank, kBadState, kNotErasable},
-    {"bd-re",     19, 0x43, 11826176,  4390, kBlank | kOverwritable, kOverwritable, 19400, kNotBlank, S_OK, S_OK},
+    {"cd-r",       2, 0x09,   359849,  3600, kBlank, kAppendable, 8000, kNotBlank, kNotErasable},
+    {"cd-rw",      3, 0x0A,   359849,  1800, kBlank, kAppendable, 8000, kNotBlank, S_OK},
+    {"dvd-r",      9, 0x11,  2298496, 10820, kBlank, kFinalised,     0, kBadState, kNotErasable},
+    {"dvd-rw",    10, 0x14,  2298496,  4057, kBlank, kFinalised | kEraseRequired, 0, kNotBlank, S_OK},
+    {"dvd+r",      6, 0x1B,  2295104, 10820, kBlank, kFinalised,     0, kBadState, kNotErasable},
+    {"dvd+rw",     7, 0x1A,  2295104,  5410, kBlank | kOverwritable, kOverwritable, 19400, kNotBlank, S_OK},
+    {"dvd+r-dl",   8, 0x2B,  4173824,  5410, kBlank, kFinalised,     0, kBadState, kNotErasable},
+    {"dvd+rw-dl", 13, 0x2A,  4173824,  2705, kBlank | kOverwritable, kOverwritable, 19400, kNotBlank, S_OK},
+    {"bd-r",      18, 0x41, 12219392, 13170, kBlank, kAppendable, 19368, kNotBlank, kNotErasable},
+    {"bd-re",     19, 0x43, 11826176,  4390, kBlank | kOverwritable, kOverwritable, 19400, kNotBlank, S_OK},
 };
 // clang-format on
 
@@ -94,10 +93,6 @@ TEST_F(DiscTypes, TakeWhatFitsAndAreWrittenAgainOnlyAsTheirKindAllows) {
 
     EXPECT_EQ(client.write(20, 2), c.secondWrite);
     expectContents(patternBytes(600, 1));
-    EXPECT_EQ(client.data->put_ForceOverwrite(VARIANT_TRUE), S_OK);
-    EXPECT_EQ(client.write(20, 2), c.secondWriteWithForce);
-    expectContents(c.secondWriteWithForce == S_OK ? patternBytes(20, 2) : patternBytes(600, 1));
-    EXPECT_EQ(client.data->put_ForceOverwrite(VARIANT_FALSE), S_OK);
     EXPECT_EQ(client.eraseDisc(false), c.erase);
     if (c.erase != S_OK) {
       EXPECT_EQ(client.eraseDisc(true), c.erase);
@@ -219,21 +214,6 @@ TEST_F(DiscTypes, WithoutADiscThereIsNothingToUse) {
   writeText(file("disc.txt"),
             "media=cd-r\nstate=appendable\ncapacity=99\nused=40\nleaving as=X.iso");
   EXPECT_EQ(client.write(1), E_IMAPI_RECORDER_MEDIA_NO_MEDIA);
-}
-
-TEST_F(DiscTypes, ClosingADiscEndsItsUse) {
-  ASSERT_NO_FATAL_FAILURE(insertBlank("cd-r", 500));
-  Client client;
-  EXPECT_EQ(client.data->put_ForceMediaToBeClosed(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(client.write(10), S_OK);
-  EXPECT_EQ(client.status(), kFinalised);
-  EXPECT_FALSE(client.isUsable());
-
-  ASSERT_NO_FATAL_FAILURE(insertBlank("dvd-r", 500));
-  EXPECT_EQ(client.data->put_ForceMediaToBeClosed(VARIANT_FALSE), S_OK);
-  EXPECT_EQ(client.data->put_DisableConsumerDvdCompatibilityMode(VARIANT_TRUE), S_OK);
-  EXPECT_EQ(client.write(10), S_OK);
-  EXPECT_EQ(client.status(), kAppendable);
 }
 
 TEST_F(DiscTypes, SpeedsAreAdjustedToWhatTheDiscHas) {

@@ -58,8 +58,8 @@ TEST_F(Faults, AnswerInThePlaceOfTheNamedOperation) {
   ASSERT_NO_FATAL_FAILURE(insertBlank("cd-r", 500));
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.plan);
-    const Client client;
     plan(c.plan);
+    const Client client;
     for (const HRESULT answer : c.answers) EXPECT_EQ(c.operation(client), answer);
     std::filesystem::remove(file("faults.txt"));
   }
@@ -67,14 +67,17 @@ TEST_F(Faults, AnswerInThePlaceOfTheNamedOperation) {
 
 TEST_F(Faults, APlanThatIsNotUnderstoodFailsEverything) {
   const Client client;
+  BSTR identifier = nullptr;
+  ASSERT_EQ(client.recorder->get_ActiveDiscRecorder(&identifier), S_OK);
   for (const char* bad : {"\nready-after\n", "\nready-after x", "\nanswer Write 5\n",
                           "\nanswer Write 0xC0AA0301 twice", "\nwrite-pulled-at 3 0x80004005",
                           "\nwrite-fails-at\n", "\nexplode\n"}) {
     SCOPED_TRACE(bad);
     plan(bad);
-    EXPECT_EQ(client.recorder->EjectMedia(), E_INVALIDARG);
+    EXPECT_EQ(client.recorder->InitializeDiscRecorder(identifier), E_INVALIDARG);
     EXPECT_EQ(errorDescription(), "Line 2 of the recorder's fault plan is not understood.");
   }
+  SysFreeString(identifier);
 }
 
 TEST_F(Faults, InTheMiddleOfWritingLeaveADamagedDisc) {
@@ -137,7 +140,7 @@ TEST_F(Faults, InTheMiddleOfErasingLeaveADamagedDisc) {
     Client client;
     ASSERT_EQ(client.write(2000), S_OK);
     plan(c.plan);
-    EXPECT_EQ(client.eraseDisc(c.full), c.result);
+    EXPECT_EQ(Client().eraseDisc(c.full), c.result);
     EXPECT_EQ(discStatus().state, c.state);
     std::filesystem::remove(file("faults.txt"));
     if (discStatus().state == "damaged") {
@@ -179,20 +182,16 @@ TEST_F(Faults, OfTheStreamCostTheDiscOnlyOnceWritingHasBegun) {
   }
 }
 
-TEST_F(Faults, CancellingEndsTheWriteWithADamagedDisc) {
+TEST_F(Faults, AWriteWithinAWriteIsRefused) {
   ASSERT_NO_FATAL_FAILURE(insertBlank("cd-r", 3000));
   const Client client;
-  EXPECT_EQ(client.data->CancelWrite(), E_IMAPI_DF2DATA_WRITE_NOT_IN_PROGRESS);
   ComPtr<PatternStream> stream;
   stream.Attach(new PatternStream(3000));
-  HRESULT nested = S_OK;
   stream->onRead = [&](std::uint64_t) {
-    nested = client.writeStream(*stream);
-    return client.data->CancelWrite();
+    EXPECT_EQ(client.writeStream(*stream), E_IMAPI_DF2DATA_WRITE_IN_PROGRESS);
+    return S_OK;
   };
-  EXPECT_EQ(client.writeStream(*stream), E_IMAPI_REQUEST_CANCELLED);
-  EXPECT_EQ(nested, E_IMAPI_DF2DATA_WRITE_IN_PROGRESS);
-  EXPECT_EQ(client.status(), kDamaged);
+  EXPECT_EQ(client.writeStream(*stream), S_OK);
 }
 
 TEST_F(Faults, AFullFileSystemIsSaidToBeTheReason) {

@@ -57,10 +57,12 @@ Client::Client(std::u16string_view name)
       data(create<IDiscFormat2Data>(CLSID_MsftDiscFormat2Data, IID_IDiscFormat2Data)),
       erase(create<IDiscFormat2Erase>(CLSID_MsftDiscFormat2Erase, IID_IDiscFormat2Erase)) {
   const auto master = create<IDiscMaster2>(CLSID_MsftDiscMaster2, IID_IDiscMaster2);
-  BSTR identifier = nullptr;
-  EXPECT_EQ(master->get_Item(0, &identifier), S_OK);
-  EXPECT_EQ(recorder->InitializeDiscRecorder(identifier), S_OK);
-  SysFreeString(identifier);
+  ComPtr<IEnumVARIANT> recorders;
+  VARIANT identifier{};
+  EXPECT_EQ(master->get__NewEnum(recorders.Put()), S_OK);
+  EXPECT_EQ(recorders->Next(1, &identifier, nullptr), S_OK);
+  EXPECT_EQ(recorder->InitializeDiscRecorder(identifier.bstrVal), S_OK);
+  VariantClear(&identifier);
   const Bstr clientName(name);
   EXPECT_EQ(data->put_Recorder(recorder.Get()), S_OK);
   EXPECT_EQ(data->put_ClientName(clientName), S_OK);

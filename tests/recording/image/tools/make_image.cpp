@@ -2,7 +2,7 @@
 // 64 KiB or BYTES, for the programs that judge images. Prints nothing on success, else the call and
 // its result.
 //
-//   make_image [--systems MASK] [--strict] [--level N] [--volume NAME] [--piece BYTES]
+//   make_image [--systems MASK] [--strict] [--volume NAME] [--piece BYTES]
 //              [--leave-out FROM TO] OUTPUT [DIR...]
 //
 // --leave-out neither reads nor writes the bytes from FROM to TO, both whole MiB: the hole that a
@@ -49,7 +49,6 @@ void require(HRESULT hr, const char* call) {
 struct Options {
   int systems = 7;
   bool strict = false;
-  int level = 0;
   // Large ones make ext4 of recent kernels several times slower.
   std::size_t pieceBytes = 1U << 16;
   long long leaveOutFrom = 0;
@@ -70,8 +69,6 @@ Options parse(int count, char** values) {
       options.leaveOutTo = std::atoll(values[++i]);
     } else if (value == "--systems" && i + 1 < count) {
       options.systems = std::atoi(values[++i]);
-    } else if (value == "--level" && i + 1 < count) {
-      options.level = std::atoi(values[++i]);
     } else if (value == "--piece" && i + 1 < count) {
       options.pieceBytes = static_cast<std::size_t>(std::atoi(values[++i]));
     } else if (value == "--volume" && i + 1 < count) {
@@ -119,9 +116,6 @@ int main(int count, char** values) {
           "put_StrictFileSystemCompliance");
   require(image->put_FileSystemsToCreate(static_cast<FsiFileSystems>(options.systems)),
           "put_FileSystemsToCreate");
-  if (options.level != 0) {
-    require(image->put_ISO9660InterchangeLevel(options.level), "put_ISO9660InterchangeLevel");
-  }
   require(image->put_VolumeName(Wide(options.volume)), "put_VolumeName");
   ComPtr<IFsiDirectoryItem> root;
   require(image->get_Root(root.Put()), "get_Root");

@@ -142,20 +142,6 @@ struct IJolietDiscMaster : public IUnknown {
   virtual HRESULT STDMETHODCALLTYPE SetJolietProperties(IPropertyStorage* propStg) = 0;
 };
 
-inline constexpr IID IID_IDiscMasterProgressEvents = {
-    0xEC9E51C1, 0x4E5D, 0x11D3, {0x91, 0x44, 0x00, 0x10, 0x4B, 0xA1, 0x1C, 0x5E}};
-struct IDiscMasterProgressEvents : public IUnknown {
-  virtual HRESULT STDMETHODCALLTYPE QueryCancel(BYTE* cancel) = 0;
-  virtual HRESULT STDMETHODCALLTYPE NotifyPnPActivity() = 0;
-  virtual HRESULT STDMETHODCALLTYPE NotifyAddProgress(LONG completedSteps, LONG totalSteps) = 0;
-  virtual HRESULT STDMETHODCALLTYPE NotifyBlockProgress(LONG completed, LONG total) = 0;
-  virtual HRESULT STDMETHODCALLTYPE NotifyTrackProgress(LONG currentTrack, LONG totalTracks) = 0;
-  virtual HRESULT STDMETHODCALLTYPE NotifyPreparingBurn(LONG estimatedSeconds) = 0;
-  virtual HRESULT STDMETHODCALLTYPE NotifyClosingDisc(LONG estimatedSeconds) = 0;
-  virtual HRESULT STDMETHODCALLTYPE NotifyBurnComplete(HRESULT status) = 0;
-  virtual HRESULT STDMETHODCALLTYPE NotifyEraseComplete(HRESULT status) = 0;
-};
-
 #ifndef _WIN32
 inline constexpr CLSID CLSID_CDBurn = {
     0xFBEB8A05, 0xBEEE, 0x4442, {0x80, 0x4E, 0x40, 0x9D, 0x6C, 0x45, 0x15, 0xE9}};

@@ -47,30 +47,19 @@ struct ImageNode {
 struct ImageSettings {
   std::uint32_t fileSystems = 7;  // bits of FsiFileSystems
   bool isStrict = false;
-  bool usesRestrictedNames = false;
-  LONG isoLevel = 0;  // 0: the one that fits isStrict
   std::u16string volumeName;
 
   [[nodiscard]] bool has(unsigned fileSystem) const { return (fileSystems & fileSystem) != 0; }
-  [[nodiscard]] LONG effectiveIsoLevel() const {
-    if (isoLevel != 0) return isoLevel;
-    return isStrict ? 1 : 2;
-  }
+  [[nodiscard]] int isoLevel() const { return isStrict ? 1 : 2; }
 };
 
-// The root counts as the first level.
-unsigned levelOf(const ImageNode& node);
-
 // What the settings allow in the part of the tree below node, which lies (or will lie) at that
-// level: levels of directories, sizes and names.
+// level, the root's being 1: levels of directories, and sizes.
 HRESULT checkLimits(const ImageNode& node, unsigned level, const ImageSettings& settings);
 
 // Names of the parts, between separators of either kind; empty for a path that names the directory
 // itself.
 std::vector<std::u16string_view> pathParts(std::u16string_view path);
-// The entry that a path below directory names, or null.
-std::shared_ptr<ImageNode> findNode(const std::shared_ptr<ImageNode>& directory,
-                                    std::u16string_view path);
 // From the root, each name after a backslash; "\" for the root.
 std::u16string fullPathOf(const ImageNode& node);
 

@@ -6,7 +6,6 @@
 // that need the disc answer E_IMAPI_RECORDER_LOCKED while another client has the device.
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -46,15 +45,12 @@ struct MediaFacts {
   DWORD state = 0;         // bits of IMAPI_FORMAT2_DATA_MEDIA_STATE
   DWORD writeProtect = 0;  // bits of IMAPI_MEDIA_WRITE_PROTECT_STATE
   bool isErasable = false;
-  // Can be written again in place. Such a disc is overwritten only on request.
+  // Can be written again in place. Such a disc is erased before that.
   bool isOverwritable = false;
   bool isPhysicallyBlank = false;
   bool isHeuristicallyBlank = false;  // holds no file system, although sectors may be written
   std::uint32_t totalSectors = 0;
   std::uint32_t freeSectors = 0;  // for the next write without overwriting
-  std::uint32_t nextWritableSector = 0;
-  std::uint32_t previousSessionStart = 0;
-  std::uint32_t previousSessionLastSector = 0;
   std::vector<LONG> writeSpeeds;  // sectors per second, fastest first
 
   [[nodiscard]] bool isBlank() const { return isPhysicallyBlank || isHeuristicallyBlank; }
@@ -72,8 +68,7 @@ struct CurrentPages {
 // Whether the device writes discs of the type at all, whatever their state.
 bool isWritableType(const DriveIdentity& drive, const MediaFacts& media);
 // Whether the data format can use the disc: one that is in the device, whole, not protected, of a
-// type that the device writes, and either blank, appendable, or made blank or overwritten on
-// request.
+// type that the device writes, and either blank, appendable, or made blank on request.
 bool isUsableForData(const DriveIdentity& drive, const MediaFacts& media);
 // Whether the erase format can use it: any erasable one, damaged and blank ones included.
 bool isUsableForErase(const DriveIdentity& drive, const MediaFacts& media);
@@ -84,17 +79,11 @@ struct WriteRequest {
   std::u16string clientName = kOwnClientName;  // takes exclusive access when nobody holds it
   IStream* image = nullptr;                    // read from its start; sectors * 2048 bytes
   std::uint64_t sectors = 0;
-  bool closeDisc = false;     // no further session can follow
-  bool compatibleDvd = true;  // closes write-once DVDs, so that players read them
-  bool overwrite = false;     // allows a disc that can be overwritten to be
+  bool closeDisc = false;  // no further session can follow
   // All but the writing; the disc stays as it is. An erasable one need not be blank.
   bool isTestRun = false;
-  LONG sectorsPerSecond = -1;                 // -1: as fast as the disc allows
-  DiscProgressCallback progress;              // may be empty
-  const std::atomic<bool>* cancel = nullptr;  // set from another thread; may be null
-
-  // By that, or because the process ends.
-  [[nodiscard]] bool isCancelled() const;
+  LONG sectorsPerSecond = -1;     // -1: as fast as the disc allows
+  DiscProgressCallback progress;  // may be empty
 };
 
 // Why a disc cannot take a write: no disc, protected, not supported, not blank, too small. S_OK
@@ -142,7 +131,6 @@ class Recorder {
   DiscResult write(const WriteRequest& request);
   DiscResult erase(bool full, std::u16string_view clientName, const DiscProgressCallback& progress);
   DiscResult eject();
-  DiscResult load();
 
  protected:
   Recorder() = default;
@@ -156,7 +144,6 @@ class Recorder {
   virtual DiscResult burn(const WriteRequest& request) = 0;
   virtual DiscResult blank(bool full, const DiscProgressCallback& progress) = 0;
   virtual DiscResult openTray() = 0;
-  virtual DiscResult closeTray() = 0;
 
   DriveIdentity identity_;
 
