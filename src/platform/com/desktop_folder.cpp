@@ -8,6 +8,7 @@
 
 #include "directory_storage.h"
 #include "platform/com/com_object.h"
+#include "platform/com/refusing.h"
 
 namespace quillon::platform {
 namespace {
@@ -56,7 +57,7 @@ std::u16string pathOf(const ITEMIDLIST* items) {
   return isAbsolute(path) ? path : std::u16string();
 }
 
-class DesktopFolder final : public ComObject<IShellFolder, IID_IShellFolder> {
+class DesktopFolder final : public ComObject<Refusing<IShellFolder>, IID_IShellFolder> {
  public:
   HRESULT STDMETHODCALLTYPE ParseDisplayName(HWND, IBindCtx*, LPWSTR name, ULONG* eaten,
                                              ITEMIDLIST** items, ULONG* attributes) override {
@@ -86,35 +87,6 @@ class DesktopFolder final : public ComObject<IShellFolder, IID_IShellFolder> {
     if (found == INVALID_FILE_ATTRIBUTES) return storageResult(GetLastError());
     if (riid != IID_IStorage || (found & FILE_ATTRIBUTE_DIRECTORY) == 0) return E_NOINTERFACE;
     return openDirectoryStorage(std::move(path), reinterpret_cast<IStorage**>(object));
-  }
-
-  HRESULT STDMETHODCALLTYPE EnumObjects(HWND, DWORD, IEnumIDList**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE BindToObject(const ITEMIDLIST*, IBindCtx*, REFIID,
-                                         void** object) override {
-    if (object != nullptr) *object = nullptr;
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE CompareIDs(LPARAM, const ITEMIDLIST*, const ITEMIDLIST*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE CreateViewObject(HWND, REFIID, void** object) override {
-    if (object != nullptr) *object = nullptr;
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE GetAttributesOf(UINT, const ITEMIDLIST**, ULONG*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE GetUIObjectOf(HWND, UINT, const ITEMIDLIST**, REFIID, UINT*,
-                                          void** object) override {
-    if (object != nullptr) *object = nullptr;
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE GetDisplayNameOf(const ITEMIDLIST*, DWORD, STRRET*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE SetNameOf(HWND, const ITEMIDLIST*, LPCWSTR, DWORD,
-                                      ITEMIDLIST**) override {
-    return E_NOTIMPL;
   }
 };
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/com/com_object.h"
+#include "platform/com/refusing.h"
 #include "storage_stat.h"
 
 namespace quillon::platform {
@@ -50,17 +51,16 @@ HRESULT listElements(const std::u16string& path, Elements& elements) {
   return code == ERROR_NO_MORE_FILES ? S_OK : storageResult(code);
 }
 
-class ElementEnumerator final : public ComObject<IEnumSTATSTG, IID_IEnumSTATSTG> {
+class ElementEnumerator final : public ComObject<Refusing<IEnumSTATSTG>, IID_IEnumSTATSTG> {
  public:
-  ElementEnumerator(std::shared_ptr<const Elements> elements, std::size_t next)
-      : elements_(std::move(elements)), next_(next) {}
+  explicit ElementEnumerator(Elements elements) : elements_(std::move(elements)) {}
 
   HRESULT STDMETHODCALLTYPE Next(ULONG count, STATSTG* items, ULONG* fetched) override {
     if (fetched != nullptr) *fetched = 0;
     if (items == nullptr || (fetched == nullptr && count != 1)) return STG_E_INVALIDPOINTER;
     ULONG done = 0;
-    for (; done < count && next_ < elements_->size(); ++done, ++next_) {
-      const Element& element = (*elements_)[next_];
+    for (; done < count && next_ < elements_.size(); ++done, ++next_) {
+      const Element& element = elements_[next_];
       items[done] = element.stat;
       items[done].pwcsName = taskMemoryText(element.name);
       if (items[done].pwcsName == nullptr) {
@@ -72,27 +72,13 @@ class ElementEnumerator final : public ComObject<IEnumSTATSTG, IID_IEnumSTATSTG>
     if (fetched != nullptr) *fetched = done;
     return done == count ? S_OK : S_FALSE;
   }
-  HRESULT STDMETHODCALLTYPE Skip(ULONG count) override {
-    const std::size_t left = elements_->size() - next_;
-    next_ += count < left ? count : left;
-    return count <= left ? S_OK : S_FALSE;
-  }
-  HRESULT STDMETHODCALLTYPE Reset() override {
-    next_ = 0;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE Clone(IEnumSTATSTG** copy) override {
-    if (copy == nullptr) return STG_E_INVALIDPOINTER;
-    *copy = new (std::nothrow) ElementEnumerator(elements_, next_);
-    return *copy == nullptr ? E_OUTOFMEMORY : S_OK;
-  }
 
  private:
-  std::shared_ptr<const Elements> elements_;
-  std::size_t next_;
+  Elements elements_;
+  std::size_t next_ = 0;
 };
 
-class DirectoryStorage final : public ComObject<IStorage, IID_IStorage> {
+class DirectoryStorage final : public ComObject<Refusing<IStorage>, IID_IStorage> {
  public:
   explicit DirectoryStorage(std::u16string path) : path_(std::move(path)) {}
 
@@ -118,9 +104,9 @@ class DirectoryStorage final : public ComObject<IStorage, IID_IStorage> {
     if (elements == nullptr) return STG_E_INVALIDPOINTER;
     *elements = nullptr;
     try {
-      auto list = std::make_shared<Elements>();
-      if (const HRESULT hr = listElements(path_, *list); FAILED(hr)) return hr;
-      *elements = new ElementEnumerator(std::move(list), 0);
+      Elements list;
+      if (const HRESULT hr = listElements(path_, list); FAILED(hr)) return hr;
+      *elements = new ElementEnumerator(std::move(list));
       return S_OK;
     } catch (const std::bad_alloc&) {
       return E_OUTOFMEMORY;
@@ -129,36 +115,6 @@ class DirectoryStorage final : public ComObject<IStorage, IID_IStorage> {
   HRESULT STDMETHODCALLTYPE Stat(STATSTG* stat, DWORD flag) override {
     return statOfPath(path_, flag, stat);
   }
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return S_OK; }
-
-  HRESULT STDMETHODCALLTYPE CreateStream(const OLECHAR*, DWORD, DWORD, DWORD,
-                                         IStream** stream) override {
-    if (stream != nullptr) *stream = nullptr;
-    return STG_E_ACCESSDENIED;
-  }
-  HRESULT STDMETHODCALLTYPE CreateStorage(const OLECHAR*, DWORD, DWORD, DWORD,
-                                          IStorage** storage) override {
-    if (storage != nullptr) *storage = nullptr;
-    return STG_E_ACCESSDENIED;
-  }
-  HRESULT STDMETHODCALLTYPE CopyTo(DWORD, const IID*, LPOLESTR*, IStorage*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE MoveElementTo(const OLECHAR*, IStorage*, const OLECHAR*,
-                                          DWORD) override {
-    return STG_E_ACCESSDENIED;
-  }
-  HRESULT STDMETHODCALLTYPE DestroyElement(const OLECHAR*) override { return STG_E_ACCESSDENIED; }
-  HRESULT STDMETHODCALLTYPE RenameElement(const OLECHAR*, const OLECHAR*) override {
-    return STG_E_ACCESSDENIED;
-  }
-  HRESULT STDMETHODCALLTYPE SetElementTimes(const OLECHAR*, const FILETIME*, const FILETIME*,
-                                            const FILETIME*) override {
-    return STG_E_ACCESSDENIED;
-  }
-  HRESULT STDMETHODCALLTYPE SetClass(REFCLSID) override { return STG_E_ACCESSDENIED; }
-  HRESULT STDMETHODCALLTYPE SetStateBits(DWORD, DWORD) override { return STG_E_ACCESSDENIED; }
 
  private:
   HRESULT find(const OLECHAR* name, DWORD mode, DWORD type, std::u16string& path) const {

@@ -1,22 +1,18 @@
 // The read-only stream over one file.
-#include <algorithm>
 #include <limits>
 #include <new>
-#include <vector>
 
 #include "directory_storage.h"
 #include "platform/com/com_object.h"
+#include "platform/com/refusing.h"
 #include "storage_stat.h"
 
 namespace quillon::platform {
 namespace {
 
-constexpr ULONG kCopyBlockBytes = 65536;
-
-class FileStream final : public ComObject<IStream, IID_IStream, IID_ISequentialStream> {
+class FileStream final : public ComObject<Refusing<IStream>, IID_IStream, IID_ISequentialStream> {
  public:
-  FileStream(std::u16string path, std::uint64_t position)
-      : path_(std::move(path)), position_(position) {}
+  explicit FileStream(std::u16string path) : path_(std::move(path)) {}
 
   HRESULT STDMETHODCALLTYPE Read(void* buffer, ULONG length, ULONG* read) override {
     if (read != nullptr) *read = 0;
@@ -59,38 +55,8 @@ class FileStream final : public ComObject<IStream, IID_IStream, IID_ISequentialS
     return S_OK;
   }
 
-  HRESULT STDMETHODCALLTYPE CopyTo(IStream* target, ULARGE_INTEGER length, ULARGE_INTEGER* read,
-                                   ULARGE_INTEGER* written) override {
-    std::uint64_t in = 0;
-    std::uint64_t out = 0;
-    const HRESULT hr = copyTo(target, length.QuadPart, in, out);
-    if (read != nullptr) read->QuadPart = in;
-    if (written != nullptr) written->QuadPart = out;
-    return hr;
-  }
-
   HRESULT STDMETHODCALLTYPE Stat(STATSTG* stat, DWORD flag) override {
     return statOfPath(path_, flag, stat);
-  }
-
-  HRESULT STDMETHODCALLTYPE Clone(IStream** copy) override {
-    if (copy == nullptr) return STG_E_INVALIDPOINTER;
-    *copy = new (std::nothrow) FileStream(path_, position_);
-    return *copy == nullptr ? E_OUTOFMEMORY : S_OK;
-  }
-
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE Write(const void*, ULONG, ULONG* written) override {
-    if (written != nullptr) *written = 0;
-    return STG_E_ACCESSDENIED;
-  }
-  HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) override { return STG_E_ACCESSDENIED; }
-  HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return STG_E_INVALIDFUNCTION;
-  }
-  HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return STG_E_INVALIDFUNCTION;
   }
 
  private:
@@ -115,35 +81,15 @@ class FileStream final : public ComObject<IStream, IID_IStream, IID_ISequentialS
     file_ = INVALID_HANDLE_VALUE;
   }
 
-  HRESULT copyTo(IStream* target, std::uint64_t length, std::uint64_t& in, std::uint64_t& out) {
-    if (target == nullptr) return STG_E_INVALIDPOINTER;
-    std::vector<std::uint8_t> block(kCopyBlockBytes);
-    while (in < length) {
-      const auto wanted = static_cast<ULONG>(std::min<std::uint64_t>(block.size(), length - in));
-      ULONG got = 0;
-      const HRESULT hr = Read(block.data(), wanted, &got);
-      if (FAILED(hr)) return hr;
-      in += got;
-      ULONG put = 0;
-      if (got > 0) {
-        const HRESULT wrote = target->Write(block.data(), got, &put);
-        out += put;
-        if (FAILED(wrote)) return wrote;
-      }
-      if (got < wanted) break;
-    }
-    return S_OK;
-  }
-
   std::u16string path_;
-  std::uint64_t position_;
+  std::uint64_t position_ = 0;
   HANDLE file_ = INVALID_HANDLE_VALUE;
 };
 
 }  // namespace
 
 HRESULT openFileStream(std::u16string path, IStream** stream) {
-  *stream = new (std::nothrow) FileStream(std::move(path), 0);
+  *stream = new (std::nothrow) FileStream(std::move(path));
   return *stream == nullptr ? E_OUTOFMEMORY : S_OK;
 }
 

@@ -293,7 +293,3 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH wide, int wide
   if (usedDefaultChar != nullptr) *usedDefaultChar = fallback.used ? TRUE : FALSE;
   return deliver<char>(text, bytes, byteCount);
 }
-
-int WINAPI lstrlenW(LPCWSTR text) {
-  return text == nullptr ? 0 : static_cast<int>(std::char_traits<char16_t>::length(text));
-}

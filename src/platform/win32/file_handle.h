@@ -22,7 +22,6 @@ struct FileHandle : HandleBase {
   // What the handle was opened for; the descriptor may be able to do more.
   bool mayRead = false;
   bool mayWrite = false;
-  bool mayResize = false;  // appending is writing, but does not resize
   // Directory of a file that this handle made and whose name may not be on the disk yet.
   std::string unsyncedDirectory;
 };

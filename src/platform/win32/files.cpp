@@ -147,7 +147,6 @@ HANDLE openFile(const NativePath& path, DWORD access, DWORD share, DWORD disposi
   if (!opened.existed) file.get_deleter().made = path.c_str();
   file->mayRead = isReading(access);
   file->mayWrite = isWriting(access);
-  file->mayResize = (access & GENERIC_WRITE) != 0;
   const DWORD code = admit(*file, opened, path, access, share, disposition, flags);
   if (code != ERROR_SUCCESS) return refuse(code);
   if ((flags & FILE_FLAG_SEQUENTIAL_SCAN) != 0) {
@@ -298,37 +297,6 @@ BOOL WINAPI SetFilePointerEx(HANDLE handle, LARGE_INTEGER distance, PLARGE_INTEG
   const std::int64_t position = seek(handle, distance.QuadPart, method);
   if (position < 0) return FALSE;
   if (newPosition != nullptr) newPosition->QuadPart = position;
-  return TRUE;
-}
-
-DWORD WINAPI SetFilePointer(HANDLE handle, LONG distance, PLONG distanceHigh, DWORD method) {
-  std::int64_t whole = distance;
-  if (distanceHigh != nullptr) {
-    whole = static_cast<std::int64_t>(
-        (static_cast<std::uint64_t>(static_cast<DWORD>(*distanceHigh)) << 32) |
-        static_cast<DWORD>(distance));
-  }
-  const std::int64_t before = distanceHigh == nullptr ? seek(handle, 0, FILE_CURRENT) : 0;
-  const std::int64_t position = before < 0 ? -1 : seek(handle, whole, method);
-  if (position < 0) return INVALID_SET_FILE_POINTER;
-  if (distanceHigh == nullptr && position > std::numeric_limits<DWORD>::max()) {
-    seek(handle, before, FILE_BEGIN);
-    SetLastError(ERROR_INVALID_PARAMETER);
-    return INVALID_SET_FILE_POINTER;
-  }
-  if (distanceHigh != nullptr) *distanceHigh = static_cast<LONG>(position >> 32);
-  const DWORD low = static_cast<DWORD>(position & 0xFFFFFFFF);
-  // The low half of a good position can look like a failure; the last error tells them apart.
-  if (low == INVALID_SET_FILE_POINTER) SetLastError(ERROR_SUCCESS);
-  return low;
-}
-
-BOOL WINAPI SetEndOfFile(HANDLE handle) {
-  const FileHandle* file = fileOf(handle);
-  if (file == nullptr) return FALSE;
-  if (!file->mayResize) return failWith(ERROR_ACCESS_DENIED);
-  const off_t position = ::lseek(file->descriptor, 0, SEEK_CUR);
-  if (position < 0 || ::ftruncate(file->descriptor, position) != 0) return failWithErrno(errno);
   return TRUE;
 }
 

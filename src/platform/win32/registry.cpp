@@ -224,16 +224,6 @@ LSTATUS WINAPI RegSetValueExW(HKEY handle, LPCWSTR valueName, DWORD, DWORD type,
   });
 }
 
-LSTATUS WINAPI RegDeleteValueW(HKEY handle, LPCWSTR valueName) {
-  const std::lock_guard lock(registry().mutex);
-  return changeKey(handle, KEY_SET_VALUE, [valueName](RegistryKey& key) {
-    const auto found = key.values.find(nameOf(valueName));
-    if (found == key.values.end()) return status(ERROR_FILE_NOT_FOUND);
-    key.values.erase(found);
-    return LSTATUS{0};
-  });
-}
-
 LSTATUS WINAPI RegDeleteKeyW(HKEY handle, LPCWSTR subKey) {
   if (subKey == nullptr || subKey[0] == 0) return status(ERROR_INVALID_PARAMETER);
   const std::lock_guard lock(registry().mutex);

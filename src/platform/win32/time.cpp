@@ -1,5 +1,4 @@
 // Time and waiting.
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -37,13 +36,3 @@ void WINAPI GetLocalTime(LPSYSTEMTIME time) {
            static_cast<WORD>(local.tm_hour),        static_cast<WORD>(local.tm_min),
            static_cast<WORD>(local.tm_sec),         static_cast<WORD>(now.tv_nsec / 1'000'000)};
 }
-
-void WINAPI GetSystemTimeAsFileTime(FILETIME* time) {
-  timespec now{};
-  ::clock_gettime(CLOCK_REALTIME, &now);
-  *time = fileTimeOf(now);
-}
-
-DWORD WINAPI GetCurrentProcessId() { return static_cast<DWORD>(::getpid()); }
-
-DWORD WINAPI GetCurrentThreadId() { return static_cast<DWORD>(::syscall(SYS_gettid)); }

@@ -76,7 +76,6 @@ std::uint32_t ImageLayout::addEntry(const ImageNode& node, std::uint32_t parent)
   entry.name = node.name;
   entry.parent = parent;
   entry.isDirectory = node.isDirectory;
-  entry.isHidden = node.isHidden;
   entry.modified = node.modified;
   entry.size = node.size;
   entry.source = node.source;

@@ -70,11 +70,6 @@ HRESULT ImageStream::readFileData(const Segment& segment, std::uint64_t offset,
   return data == 0 ? S_OK : source_.read(entry, offset, buffer, data);
 }
 
-HRESULT ImageStream::Write(const void*, ULONG, ULONG* written) {
-  if (written != nullptr) *written = 0;
-  return STG_E_ACCESSDENIED;
-}
-
 HRESULT ImageStream::Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* newPosition) {
   std::int64_t base = 0;
   switch (origin) {
@@ -98,32 +93,6 @@ HRESULT ImageStream::Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* newP
   return S_OK;
 }
 
-HRESULT ImageStream::CopyTo(IStream* target, ULARGE_INTEGER length, ULARGE_INTEGER* read,
-                            ULARGE_INTEGER* written) {
-  if (target == nullptr) return E_POINTER;
-  constexpr std::uint32_t kPieceBytes = 1U << 20;
-  return withinMemory([&] {
-    std::uint64_t copied = 0;
-    ImageBytes piece(
-        static_cast<std::size_t>(std::min<std::uint64_t>(kPieceBytes, length.QuadPart)));
-    HRESULT hr = S_OK;
-    while (copied < length.QuadPart) {
-      const auto wanted =
-          static_cast<ULONG>(std::min<std::uint64_t>(piece.size(), length.QuadPart - copied));
-      ULONG got = 0;
-      hr = Read(piece.data(), wanted, &got);
-      if (FAILED(hr) || got == 0) break;
-      ULONG put = 0;
-      hr = target->Write(piece.data(), got, &put);
-      copied += put;
-      if (FAILED(hr) || put < got) break;
-    }
-    if (read != nullptr) read->QuadPart = copied;
-    if (written != nullptr) written->QuadPart = copied;
-    return hr;
-  });
-}
-
 HRESULT ImageStream::Stat(STATSTG* stat, DWORD) {
   if (stat == nullptr) return E_POINTER;
   *stat = STATSTG{};  // the stream has no name, with either flag
@@ -131,17 +100,6 @@ HRESULT ImageStream::Stat(STATSTG* stat, DWORD) {
   stat->cbSize.QuadPart = layout_->sizeBytes();
   stat->grfMode = STGM_READ;
   return S_OK;
-}
-
-HRESULT ImageStream::Clone(IStream** copy) {
-  if (copy == nullptr) return E_POINTER;
-  *copy = nullptr;
-  return withinMemory([&] {
-    auto* made = new ImageStream(layout_);
-    made->position_ = position_;
-    *copy = made;
-    return S_OK;
-  });
 }
 
 }  // namespace quillon::platform

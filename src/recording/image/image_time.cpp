@@ -1,7 +1,6 @@
 #include "image/image_time.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <ctime>
 
@@ -10,8 +9,6 @@
 namespace quillon::platform {
 namespace {
 
-constexpr std::int64_t kSecondsPerDay = 86'400;
-constexpr double kDaysFrom1899To1970 = 25'569;
 constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
 
 std::tm brokenDown(const ImageTime& time) {
@@ -61,26 +58,6 @@ ImageTime imageTimeNow() {
 std::int64_t unixSecondsOf(const ImageTime& time) {
   std::tm asIfUtc = brokenDown(time);
   return ::timegm(&asIfUtc) - std::int64_t{time.offsetMinutes} * 60;
-}
-
-DATE dateOf(std::int64_t unixSeconds) {
-  const std::int64_t local =
-      unixSeconds + std::int64_t{imageTimeOf(unixSeconds).offsetMinutes} * 60;
-  return static_cast<double>(local) / static_cast<double>(kSecondsPerDay) + kDaysFrom1899To1970;
-}
-
-bool unixSecondsOfDate(DATE date, std::int64_t& unixSeconds) {
-  constexpr DATE kYear1900 = 2;
-  constexpr DATE kYear2155 = 93'503;  // the last year that a directory record can hold
-  if (!(date >= kYear1900 && date < kYear2155)) return false;
-  const auto local = static_cast<std::int64_t>(
-      std::llround((date - kDaysFrom1899To1970) * static_cast<double>(kSecondsPerDay)));
-  const std::time_t asIfUtc = local;
-  std::tm fields{};
-  ::gmtime_r(&asIfUtc, &fields);
-  fields.tm_isdst = -1;
-  unixSeconds = ::mktime(&fields);
-  return true;
 }
 
 std::int64_t unixSecondsOfFileTime(const FILETIME& time) { return timeSpecOfFileTime(time).tv_sec; }

@@ -13,7 +13,6 @@ constexpr std::uint32_t kMostDirectories = 65'535;  // a parent's number has 16 
 // A file that is larger lies in several sections, each a whole number of sectors.
 constexpr std::uint64_t kLargestSection = 0xFFFF'F800;
 
-constexpr unsigned kHiddenFlag = 0x01;
 constexpr unsigned kDirectoryFlag = 0x02;
 constexpr unsigned kMoreSectionsFlag = 0x80;
 
@@ -155,8 +154,7 @@ std::uint32_t IsoTree::sizeInSectors(const Directory& directory) const {
 void IsoTree::putDirectoryRecord(FieldWriter& out, const Directory& directory,
                                  std::string_view name) const {
   const LayoutEntry& entry = entries_[directory.entry];
-  const unsigned hidden = entry.isHidden ? kHiddenFlag : 0;
-  putRecord(out, {directory.sector, directory.sectors * kImageSectorBytes, kDirectoryFlag | hidden},
+  putRecord(out, {directory.sector, directory.sectors * kImageSectorBytes, kDirectoryFlag},
             entry.modified, name);
 }
 
@@ -174,7 +172,7 @@ void IsoTree::putRecords(FieldWriter& out, std::uint32_t index) const {
     const auto bytes = static_cast<std::uint32_t>(std::min(left, kLargestSection));
     left -= bytes;
     makeRoom(out, recordBytes(name.size()));
-    const unsigned flags = (entry.isHidden ? kHiddenFlag : 0) | (left > 0 ? kMoreSectionsFlag : 0);
+    const unsigned flags = left > 0 ? kMoreSectionsFlag : 0;
     putRecord(out, {sector, bytes, flags}, entry.modified, name);
     sector += static_cast<std::uint32_t>(sectorsFor(bytes));
   } while (left > 0);

@@ -16,7 +16,6 @@ constexpr std::uint64_t kLargestExtent = (std::uint64_t{1} << 30) - kImageSector
 constexpr std::size_t kShortAddressBytes = 8;
 constexpr std::uint64_t kFirstUniqueId = 16;  // the ones below are reserved; the root has 0
 
-constexpr unsigned kHiddenFlag = 0x01;
 constexpr unsigned kDirectoryFlag = 0x02;
 constexpr unsigned kParentFlag = 0x08;
 
@@ -71,11 +70,10 @@ void UdfTree::putIdentifier(ImageBytes& bytes, std::size_t listStart, std::uint3
                             std::uint32_t target, bool isParent) const {
   const LayoutEntry& entry = entries_[target];
   const std::string name = isParent ? std::string() : names_[target];
-  const unsigned hidden = entry.isHidden && !isParent ? kHiddenFlag : 0;
   const std::size_t start = bytes.size();
   FieldWriter out(bytes);
   out.zeros(kUdfTagBytes).le16(1);  // version of the file
-  out.u8(hidden | (entry.isDirectory ? kDirectoryFlag : 0) | (isParent ? kParentFlag : 0));
+  out.u8((entry.isDirectory ? kDirectoryFlag : 0) | (isParent ? kParentFlag : 0));
   out.u8(static_cast<unsigned>(name.size()));
   putUdfLongAddress(out, kImageSectorBytes, blocks_[target]);
   out.le16(0).text(name);

@@ -63,11 +63,9 @@ TEST_F(ImageStreamTest, EveryPositionAndPieceGivesTheSameBytes) {
   ASSERT_EQ(whole.size(), stat.cbSize.QuadPart);
   ASSERT_EQ(whole.size() % (16 * 2'048), 0U);
 
-  ComPtr<IStream> copy;
   ASSERT_EQ(stream->Seek(at(0), STREAM_SEEK_SET, nullptr), S_OK);
-  ASSERT_EQ(stream->Clone(copy.Put()), S_OK);
   std::string odd;
-  ASSERT_EQ(readAll(*copy.Get(), odd, 3'001), S_OK);
+  ASSERT_EQ(readAll(*stream.Get(), odd, 3'001), S_OK);
   EXPECT_TRUE(odd == whole);
 
   for (std::size_t end = whole.size(), step = 0; end > 0; end -= std::min<std::size_t>(end, step)) {

@@ -56,9 +56,6 @@ class ImageLayout {
     return std::uint64_t{sectors_} * kImageSectorBytes;
   }
   [[nodiscard]] const LayoutEntry& entry(std::uint32_t index) const { return entries_[index]; }
-  // A number made of the names, sizes and times; the same for the same tree and clock.
-  [[nodiscard]] std::uint64_t identity() const { return identity_; }
-
   // The segment that holds the sector, else the next one; the end when only zeros follow.
   [[nodiscard]] std::size_t segmentAt(std::uint32_t sector) const;
   [[nodiscard]] std::size_t segmentCount() const { return segments_.size(); }
@@ -84,6 +81,7 @@ class ImageLayout {
 
   ImageSettings settings_;
   ImageTime made_;
+  // A number made of the names, sizes and times; the same for the same tree and clock.
   std::uint64_t identity_ = 0;
   std::vector<LayoutEntry> entries_;
   std::optional<IsoTree> isoTrees_[2];

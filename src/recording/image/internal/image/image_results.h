@@ -11,17 +11,11 @@ namespace quillon::platform {
 inline constexpr HRESULT IMAPI_E_INVALID_PARAM = resultOf(0xC0AAB101);
 inline constexpr HRESULT IMAPI_E_NO_OUTPUT = resultOf(0xC0AAB103);
 inline constexpr HRESULT IMAPI_E_INVALID_VOLUME_NAME = resultOf(0xC0AAB104);
-inline constexpr HRESULT IMAPI_E_INVALID_DATE = resultOf(0xC0AAB105);
 inline constexpr HRESULT IMAPI_E_NOT_FILE = resultOf(0xC0AAB108);
 inline constexpr HRESULT IMAPI_E_NOT_DIR = resultOf(0xC0AAB109);
-inline constexpr HRESULT IMAPI_E_DIR_NOT_EMPTY = resultOf(0xC0AAB10A);
-inline constexpr HRESULT IMAPI_E_NOT_IN_FILE_SYSTEM = resultOf(0xC0AAB10B);
 inline constexpr HRESULT IMAPI_E_INVALID_PATH = resultOf(0xC0AAB110);
-inline constexpr HRESULT IMAPI_E_RESTRICTED_NAME_VIOLATION = resultOf(0xC0AAB111);
 inline constexpr HRESULT IMAPI_E_DUP_NAME = resultOf(0xC0AAB112);
 inline constexpr HRESULT IMAPI_E_NO_UNIQUE_NAME = resultOf(0xC0AAB113);
-inline constexpr HRESULT IMAPI_E_ITEM_NOT_FOUND = resultOf(0xC0AAB118);
-inline constexpr HRESULT IMAPI_E_DIR_NOT_FOUND = resultOf(0xC0AAB11A);
 inline constexpr HRESULT IMAPI_E_IMAGE_SIZE_LIMIT = resultOf(0xC0AAB120);
 inline constexpr HRESULT IMAPI_E_IMAGE_TOO_BIG = resultOf(0xC0AAB121);
 inline constexpr HRESULT IMAPI_E_DATA_STREAM_INCONSISTENCY = resultOf(0xC0AAB128);

@@ -5,31 +5,19 @@
 #include "image/image_layout.h"
 #include "image/image_source.h"
 #include "platform/com/com_object.h"
+#include "platform/com/refusing.h"
 
 namespace quillon::platform {
 
-class ImageStream final : public ComObject<IStream, IID_ISequentialStream, IID_IStream> {
+class ImageStream final : public ComObject<Refusing<IStream>, IID_ISequentialStream, IID_IStream> {
  public:
   explicit ImageStream(std::shared_ptr<const ImageLayout> layout) : layout_(std::move(layout)) {}
 
   // Gives fewer bytes only at the end. A failure gives none and leaves the position.
   HRESULT STDMETHODCALLTYPE Read(void* buffer, ULONG length, ULONG* read) override;
-  HRESULT STDMETHODCALLTYPE Write(const void* buffer, ULONG length, ULONG* written) override;
   HRESULT STDMETHODCALLTYPE Seek(LARGE_INTEGER move, DWORD origin,
                                  ULARGE_INTEGER* newPosition) override;
-  HRESULT STDMETHODCALLTYPE SetSize(ULARGE_INTEGER) override { return STG_E_ACCESSDENIED; }
-  HRESULT STDMETHODCALLTYPE CopyTo(IStream* target, ULARGE_INTEGER length, ULARGE_INTEGER* read,
-                                   ULARGE_INTEGER* written) override;
-  HRESULT STDMETHODCALLTYPE Commit(DWORD) override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE Revert() override { return S_OK; }
-  HRESULT STDMETHODCALLTYPE LockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return STG_E_INVALIDFUNCTION;
-  }
-  HRESULT STDMETHODCALLTYPE UnlockRegion(ULARGE_INTEGER, ULARGE_INTEGER, DWORD) override {
-    return STG_E_INVALIDFUNCTION;
-  }
   HRESULT STDMETHODCALLTYPE Stat(STATSTG* stat, DWORD flag) override;
-  HRESULT STDMETHODCALLTYPE Clone(IStream** copy) override;
 
  private:
   HRESULT readPiece(std::uint8_t* buffer, std::uint32_t length, std::uint32_t& done);

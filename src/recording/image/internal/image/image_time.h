@@ -26,9 +26,6 @@ ImageTime imageTimeOf(std::int64_t unixSeconds);
 ImageTime imageTimeNow();
 std::int64_t unixSecondsOf(const ImageTime& time);
 
-DATE dateOf(std::int64_t unixSeconds);
-// False for a date that no file can have.
-bool unixSecondsOfDate(DATE date, std::int64_t& unixSeconds);
 std::int64_t unixSecondsOfFileTime(const FILETIME& time);
 timespec timeSpecOfFileTime(const FILETIME& time);
 

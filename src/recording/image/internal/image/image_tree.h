@@ -33,7 +33,6 @@ struct ImageNode {
 
   std::u16string name;  // empty for the root
   bool isDirectory = false;
-  bool isHidden = false;
   std::int64_t created = 0;  // the times in seconds since 1970
   std::int64_t accessed = 0;
   std::int64_t modified = 0;

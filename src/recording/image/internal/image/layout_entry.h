@@ -15,7 +15,6 @@ struct LayoutEntry {
   std::u16string name;
   std::uint32_t parent = 0;
   bool isDirectory = false;
-  bool isHidden = false;
   std::int64_t modified = 0;
   std::uint64_t size = 0;
   FileSource source;

@@ -14,7 +14,6 @@
 
 inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(std::intptr_t{-1});
 inline constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
-inline constexpr DWORD INVALID_SET_FILE_POINTER = 0xFFFFFFFF;
 
 inline constexpr DWORD FILE_ATTRIBUTE_READONLY = 0x1;
 inline constexpr DWORD FILE_ATTRIBUTE_HIDDEN = 0x2;
@@ -115,10 +114,8 @@ BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD length, LPDWORD written
                       LPOVERLAPPED overlapped);
 // Waits until the file's bytes, and the name of a file made through this handle, are on the disk.
 BOOL WINAPI FlushFileBuffers(HANDLE file);
-DWORD WINAPI SetFilePointer(HANDLE file, LONG distance, PLONG distanceHigh, DWORD method);
 BOOL WINAPI SetFilePointerEx(HANDLE file, LARGE_INTEGER distance, PLARGE_INTEGER newPosition,
                              DWORD method);
-BOOL WINAPI SetEndOfFile(HANDLE file);
 BOOL WINAPI GetFileSizeEx(HANDLE file, PLARGE_INTEGER size);
 // Volume and index together identify what is open, under whatever name it was opened.
 BOOL WINAPI GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information);

@@ -6,9 +6,6 @@
 void WINAPI Sleep(DWORD milliseconds);
 void WINAPI GetLocalTime(LPSYSTEMTIME time);
 // UTC, in units of 100 ns since 1601.
-void WINAPI GetSystemTimeAsFileTime(FILETIME* time);
-DWORD WINAPI GetCurrentProcessId();
-DWORD WINAPI GetCurrentThreadId();
 
 inline constexpr LCID LOCALE_USER_DEFAULT = 0x0400;
 inline constexpr LCID LOCALE_SYSTEM_DEFAULT = 0x0800;

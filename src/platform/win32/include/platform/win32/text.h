@@ -62,5 +62,3 @@ HLOCAL WINAPI LocalFree(HLOCAL memory);
 // Texts lie in blocks of 16 numbers: where another one of the block exists, a missing one is the
 // empty text, which is no failure.
 int WINAPI LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, int bufferUnits);
-
-int WINAPI lstrlenW(LPCWSTR text);  // 0 for null
