@@ -45,6 +45,7 @@ sources() { git ls-files 'src/*.h' 'src/*.cpp' 'apps/*.h' 'apps/*.cpp' 'tests/*.
 
 format() { sources | grep -v '/tables/' | xargs clang-format --dry-run --Werror; }
 dictionary() { python3 scripts/make_dictionary.py --check; }
+layers() { python3 scripts/check_layers.py; }
 build() { cmake --preset "$1" >/dev/null && cmake --build --preset "$1"; }
 release() { build release && ctest --preset release -j "$(nproc)"; }
 windows() { build windows-x86; }
@@ -58,7 +59,7 @@ on_windows() {
 }
 sanitizers() { build asan && ctest --preset asan -L unit -j "$(nproc)"; }
 # Files of the Windows build or of one without libburn are not in this build's list of commands.
-tidied() { sources | grep -E '^(src|apps)/.*\.cpp$' | grep -v -e '/tables/' -e '/windows/' -e '/no_optical/'; }
+tidied() { sources | grep -E '^(src|apps)/.*\.cpp$' | grep -v -e '/tables/' -e '/windows/'; }
 # Without the analyzer, which takes most of the time.
 tidy() {
   tidied | xargs -P "$(nproc)" -n 1 clang-tidy -p build/release --quiet '--checks=-clang-analyzer-*' 2>/dev/null
@@ -91,6 +92,7 @@ packages=--test
 step "packages" ./scripts/setup.sh "$packages"
 step "format" format
 step "dictionary table" dictionary
+step "layers" layers
 step "release build and tests" release
 step "windows-x86 build" windows
 if [ "$quick" -eq 1 ]; then

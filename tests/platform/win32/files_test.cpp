@@ -53,7 +53,7 @@ TEST_F(Files, PositionsAndEndsAreWindows) {
   EXPECT_EQ(size.QuadPart, 10);
   EXPECT_TRUE(FlushFileBuffers(file));
   EXPECT_TRUE(CloseHandle(file));
-  EXPECT_EQ(contentOf("f"), "012");
+  EXPECT_EQ(contentOf("f"), "0123456789");
 }
 
 TEST_F(Files, AppendingAccessWritesAtTheEnd) {
