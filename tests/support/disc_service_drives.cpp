@@ -32,7 +32,7 @@ SAFEARRAY* textArray(const std::vector<Text>& texts) {
 
 namespace {
 
-class Drives final : public Booked<ComObject<IEnumVARIANT, IID_IEnumVARIANT>> {
+class Drives final : public Booked<ComObject<Refusing<IEnumVARIANT>, IID_IEnumVARIANT>> {
  public:
   explicit Drives(FakeDiscService& service) : Booked(service, "IEnumVARIANT") {}
 
@@ -45,32 +45,28 @@ class Drives final : public Booked<ComObject<IEnumVARIANT, IID_IEnumVARIANT>> {
       return item->vt == VT_BSTR ? putText(id, &item->bstrVal) : S_OK;
     });
   }
-  HRESULT STDMETHODCALLTYPE Skip(ULONG) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Reset() override {
     return Run("Reset", [&] { return next_ = 0, S_OK; });
   }
-  HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT**) override { return E_NOTIMPL; }
 
  private:
   std::size_t next_ = 0;
 };
 
-class Master final : public Booked<DispatchObject<IDiscMaster2, IID_IDiscMaster2>> {
+class Master final : public Booked<DispatchObject<Refusing<IDiscMaster2>, IID_IDiscMaster2>> {
  public:
   explicit Master(FakeDiscService& service) : Booked(service, "IDiscMaster2") {}
 
   HRESULT STDMETHODCALLTYPE get__NewEnum(IEnumVARIANT** out) override {
     return Run("get__NewEnum", [&] { return put(out, new Drives(service_)); });
   }
-  HRESULT STDMETHODCALLTYPE get_Item(LONG, BSTR*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_Count(LONG*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_IsSupportedEnvironment(VARIANT_BOOL* out) override {
     return Run("get_IsSupportedEnvironment",
                [&] { return putFlag(out, service_.isSupportedEnvironment); });
   }
 };
 
-class Recorder final : public Booked<DispatchObject<IDiscRecorder2, IID_IDiscRecorder2>> {
+class Recorder final : public Booked<DispatchObject<Refusing<IDiscRecorder2>, IID_IDiscRecorder2>> {
  public:
   explicit Recorder(FakeDiscService& service) : Booked(service, "IDiscRecorder2") {}
 
@@ -146,10 +142,6 @@ class Recorder final : public Booked<DispatchObject<IDiscRecorder2, IID_IDiscRec
   HRESULT STDMETHODCALLTYPE get_SupportedModePages(SAFEARRAY** out) override {
     return Numbers("get_SupportedModePages", &FakeDrive::modePages, out);
   }
-  HRESULT STDMETHODCALLTYPE CloseTray() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE DisableMcn() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE EnableMcn() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_ExclusiveAccessOwner(BSTR*) override { return E_NOTIMPL; }
 
  private:
   template <typename Work>
@@ -168,9 +160,9 @@ class Recorder final : public Booked<DispatchObject<IDiscRecorder2, IID_IDiscRec
 
 // What both formats do. Most of it asks for the recorder that was set.
 template <typename Interface, const IID& kId>
-class Format : public Booked<DispatchObject<Interface, IID_IDiscFormat2, kId>> {
+class Format : public Booked<DispatchObject<Refusing<Interface>, IID_IDiscFormat2, kId>> {
  public:
-  using Booked<DispatchObject<Interface, IID_IDiscFormat2, kId>>::Booked;
+  using Booked<DispatchObject<Refusing<Interface>, IID_IDiscFormat2, kId>>::Booked;
 
   HRESULT STDMETHODCALLTYPE IsRecorderSupported(IDiscRecorder2* recorder,
                                                 VARIANT_BOOL* out) override {
@@ -207,8 +199,6 @@ class Format : public Booked<DispatchObject<Interface, IID_IDiscFormat2, kId>> {
   HRESULT STDMETHODCALLTYPE put_ClientName(BSTR name) override {
     return this->Run("put_ClientName", [&] { return this->service_.formatClient = name, S_OK; });
   }
-  HRESULT STDMETHODCALLTYPE get_Recorder(IDiscRecorder2**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_ClientName(BSTR*) override { return E_NOTIMPL; }
 
  protected:
   [[nodiscard]] virtual bool SupportsDrive(const FakeDrive& drive) const = 0;
@@ -287,40 +277,6 @@ class DataFormat final : public Format<IDiscFormat2Data, IID_IDiscFormat2Data> {
       return S_OK;
     });
   }
-  HRESULT STDMETHODCALLTYPE put_BufferUnderrunFreeDisabled(VARIANT_BOOL) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE get_BufferUnderrunFreeDisabled(VARIANT_BOOL*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE put_PostgapAlreadyInImage(VARIANT_BOOL) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_PostgapAlreadyInImage(VARIANT_BOOL*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_NextWritableAddress(LONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_StartAddressOfPreviousSession(LONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_LastWrittenAddressOfPreviousSession(LONG*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE put_ForceMediaToBeClosed(VARIANT_BOOL) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_ForceMediaToBeClosed(VARIANT_BOOL*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE put_DisableConsumerDvdCompatibilityMode(VARIANT_BOOL) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE get_DisableConsumerDvdCompatibilityMode(VARIANT_BOOL*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE get_RequestedRotationTypeIsPureCAV(VARIANT_BOOL*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE get_CurrentRotationTypeIsPureCAV(VARIANT_BOOL*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE get_SupportedWriteSpeedDescriptors(SAFEARRAY**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE put_ForceOverwrite(VARIANT_BOOL) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_ForceOverwrite(VARIANT_BOOL*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_MultisessionInterfaces(SAFEARRAY**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE CancelWrite() override { return E_NOTIMPL; }
 
  protected:
   [[nodiscard]] bool SupportsDrive(const FakeDrive& drive) const override {
@@ -343,10 +299,6 @@ class EraseFormat final : public Format<IDiscFormat2Erase, IID_IDiscFormat2Erase
       disc.isPhysicallyBlank = disc.isHeuristicallyBlank = true;
       return S_OK;
     });
-  }
-  HRESULT STDMETHODCALLTYPE get_FullErase(VARIANT_BOOL*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_CurrentPhysicalMediaType(IMAPI_MEDIA_PHYSICAL_TYPE*) override {
-    return E_NOTIMPL;
   }
 
  protected:

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/com/com_object.h"
+#include "platform/refusing_disc_interfaces.h"
 #include "support/disc_service.h"
 
 namespace quillon::test {

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/com/com_object.h"
+#include "platform/refusing_disc_interfaces.h"
 #include "support/stub_storages.h"
 #ifdef _WIN32
 #include "support/legacy_service_desktop.h"
@@ -78,7 +79,7 @@ class Properties final
   Text name_;
 };
 
-class Joliet final : public Counted<IJolietDiscMaster, IID_IJolietDiscMaster> {
+class Joliet final : public Counted<Refusing<IJolietDiscMaster>, IID_IJolietDiscMaster> {
  public:
   using Counted::Counted;
 
@@ -98,12 +99,9 @@ class Joliet final : public Counted<IJolietDiscMaster, IID_IJolietDiscMaster> {
     service_.volumeName = static_cast<Properties*>(properties)->name();
     return S_OK;
   }
-  HRESULT STDMETHODCALLTYPE GetTotalDataBlocks(LONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetUsedDataBlocks(LONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetDataBlockSize(LONG*) override { return E_NOTIMPL; }
 };
 
-class Recorder final : public Counted<IDiscRecorder, IID_IDiscRecorder> {
+class Recorder final : public Counted<Refusing<IDiscRecorder>, IID_IDiscRecorder> {
  public:
   using Counted::Counted;
 
@@ -138,20 +136,9 @@ class Recorder final : public Counted<IDiscRecorder, IID_IDiscRecorder> {
     service_.isRecorderOpen = false;
     return service_.call("CloseRecorder");
   }
-  HRESULT STDMETHODCALLTYPE Init(BYTE*, ULONG, ULONG) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetRecorderGUID(BYTE*, ULONG, ULONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetDisplayNames(BSTR*, BSTR*, BSTR*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetBasePnPID(BSTR*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetPath(BSTR*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetRecorderProperties(IPropertyStorage**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE SetRecorderProperties(IPropertyStorage*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE QueryMediaInfo(BYTE*, BYTE*, ULONG*, ULONG*, ULONG*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Eject() override { return E_NOTIMPL; }
 };
 
-class Recorders final : public Counted<IEnumDiscRecorders, IID_IEnumDiscRecorders> {
+class Recorders final : public Counted<Refusing<IEnumDiscRecorders>, IID_IEnumDiscRecorders> {
  public:
   using Counted::Counted;
 
@@ -164,15 +151,12 @@ class Recorders final : public Counted<IEnumDiscRecorders, IID_IEnumDiscRecorder
     *fetched = 1;
     return S_OK;
   }
-  HRESULT STDMETHODCALLTYPE Skip(ULONG) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Reset() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Clone(IEnumDiscRecorders**) override { return E_NOTIMPL; }
 
  private:
   int given_ = 0;
 };
 
-class Master final : public Counted<IDiscMaster, IID_IDiscMaster> {
+class Master final : public Counted<Refusing<IDiscMaster>, IID_IDiscMaster> {
  public:
   using Counted::Counted;
 
@@ -205,19 +189,9 @@ class Master final : public Counted<IDiscMaster, IID_IDiscMaster> {
     service_.isMasterOpen = false;
     return service_.call("CloseMaster");
   }
-  HRESULT STDMETHODCALLTYPE EnumDiscMasterFormats(IEnumDiscMasterFormats**) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE GetActiveDiscMasterFormat(LPIID) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetActiveDiscRecorder(IDiscRecorder**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE ClearFormatContent() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE ProgressAdvise(IDiscMasterProgressEvents*, UINT_PTR*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE ProgressUnadvise(UINT_PTR) override { return E_NOTIMPL; }
 };
 
-class Burner final : public Counted<ICDBurn, IID_ICDBurn> {
+class Burner final : public Counted<Refusing<ICDBurn>, IID_ICDBurn> {
  public:
   using Counted::Counted;
 
@@ -225,8 +199,6 @@ class Burner final : public Counted<ICDBurn, IID_ICDBurn> {
     *has = service_.hasRecordableDrive ? TRUE : FALSE;
     return service_.call("HasRecordableDrive");
   }
-  HRESULT STDMETHODCALLTYPE GetRecorderDriveLetter(LPWSTR, UINT) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Burn(HWND) override { return E_NOTIMPL; }
 };
 
 template <typename Class>
