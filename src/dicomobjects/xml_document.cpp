@@ -4,7 +4,7 @@
 #include <array>
 
 #include "foundation/http_util.h"
-#include "foundation/scoped_bstr.h"
+#include "foundation/com_values.h"
 
 namespace quillon {
 
@@ -18,8 +18,6 @@ bool IsUrl(TextView location) {
   return std::ranges::any_of(kUrlPrefixes,
                              [&](TextView prefix) { return location.starts_with(prefix); });
 }
-
-VARIANT_BOOL ToVariantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 }  // namespace
 

@@ -2,7 +2,6 @@
 
 #include <new>
 
-#include "automation.h"
 #include "tables/imapi_results.h"
 
 namespace quillon {
@@ -17,9 +16,9 @@ std::vector<Text> ReasonsOf(const CBaseItem& item, HRESULT hr, IErrorInfo* info)
     return {item.LoadMessage(*message)};
   }
   std::vector<Text> reasons;
-  OwnedBstr description;
+  ScopedBstr description;
   if (info != nullptr && SUCCEEDED(info->GetDescription(description.Put()))) {
-    reasons.emplace_back(ViewOf(description.Get()));
+    reasons.emplace_back(description.View());
   }
   reasons.push_back(SystemText(static_cast<DWORD>(hr)));
   return reasons;
@@ -27,12 +26,12 @@ std::vector<Text> ReasonsOf(const CBaseItem& item, HRESULT hr, IErrorInfo* info)
 
 }  // namespace
 
-bool CImapiItem::ComposeFailure(TextView method, const SourceLine& where, TextView prefix,
-                                HRESULT hr, IErrorInfo* info) {
+bool CImapiItem::ComposeFailure(TextView method, int line, TextView prefix, HRESULT hr,
+                                IErrorInfo* info) {
   Text separator;
   GetSeparator(separator);
   Text message = FormatText(OLESTR("File: %s%s"), {kSourceFile, separator}) + separator;
-  if (where.line() > 0) message += FormatText(OLESTR("Line: %d%s"), {where.line(), separator});
+  if (line > 0) message += FormatText(OLESTR("Line: %d%s"), {line, separator});
   if (!method.empty()) message += FormatText(OLESTR("Method: %s%s"), {method, separator});
   message += separator;
   if (!prefix.empty()) ((message += prefix) += separator) += separator;
@@ -43,15 +42,15 @@ bool CImapiItem::ComposeFailure(TextView method, const SourceLine& where, TextVi
   return false;
 }
 
-bool CImapiItem::FailCall(TextView method, const SourceLine& where, HRESULT hr) {
+bool CImapiItem::FailCall(const OperationName& name, HRESULT hr) {
   ComPtr<IErrorInfo> info;
   GetErrorInfo(0, info.Put());
   Text prefix;
-  FormatClassMessage(prefix, kMsgMethodFailed, ClassName(), method);
-  return ComposeFailure(method, where, prefix, hr, info.Get());
+  FormatClassMessage(prefix, kMsgMethodFailed, ClassName(), name.text);
+  return ComposeFailure(name.text, name.line, prefix, hr, info.Get());
 }
 
-bool CImapiItem::FailThrown(TextView method, const SourceLine& where) {
+bool CImapiItem::FailThrown(const OperationName& name) {
   ComPtr<IErrorInfo> info;
   try {
     throw;
@@ -64,11 +63,11 @@ bool CImapiItem::FailThrown(TextView method, const SourceLine& where) {
     lastResult_ = E_UNEXPECTED;
   }
   Text prefix;
-  FormatClassMessage(prefix, kMsgMethodThrew, ClassName(), method);
-  return ComposeFailure(method, where, prefix, lastResult_, info.Get());
+  FormatClassMessage(prefix, kMsgMethodThrew, ClassName(), name.text);
+  return ComposeFailure(name.text, name.line, prefix, lastResult_, info.Get());
 }
 
-bool CImapiItem::CreateObject(const Creation& creation, void** object, const SourceLine& where) {
+bool CImapiItem::CreateObject(const Creation& creation, void** object, int line) {
   constexpr TextView kMethod = OLESTR("Create");
   *object = nullptr;
   SetErrorInfo(0, nullptr);
@@ -83,7 +82,7 @@ bool CImapiItem::CreateObject(const Creation& creation, void** object, const Sou
   GetErrorInfo(0, info.Put());
   Text prefix;
   FormatClassMessage(prefix, creation.message, ClassName(), kMethod);
-  return ComposeFailure(kMethod, where, prefix, lastResult_, info.Get());
+  return ComposeFailure(kMethod, line, prefix, lastResult_, info.Get());
 }
 
 }  // namespace quillon

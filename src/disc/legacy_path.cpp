@@ -1,8 +1,8 @@
 // The media processor over the legacy disc-mastering service: the write, the check of the recorder
 // before it, and the query behind the two questions.
-#include "com_library.h"
 #include "disc/media_burn_util.h"
 #include "disc/media_processor.h"
+#include "foundation/com_values.h"
 #include "foundation/file_util.h"
 #include "legacy_wrappers.h"
 
@@ -44,20 +44,6 @@ struct TaskMemory {
   LPITEMIDLIST items = nullptr;
 };
 
-struct TextVariant {
-  explicit TextVariant(TextView text) {
-    VariantInit(&value);
-    value.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
-    if (value.bstrVal == nullptr) throw _com_error(E_OUTOFMEMORY);
-    value.vt = VT_BSTR;
-  }
-  ~TextVariant() { VariantClear(&value); }
-  TextVariant(const TextVariant&) = delete;
-  TextVariant& operator=(const TextVariant&) = delete;
-
-  VARIANT value{};
-};
-
 }  // namespace
 
 bool CQuillonMediaProcessor::FailAsOr(const CBaseItem& inner, UINT fallbackId) {
@@ -74,7 +60,7 @@ bool CQuillonMediaProcessor::EndWith(Scope& scope, bool succeeded) {
 
 bool CQuillonMediaProcessor::WriteLegacy() {
   ComLibrary com;
-  if (!com.Initialize()) {
+  if (!com.IsInitialized()) {
     ClearWhenAsked();
     return Fail(kMsgCannotInitializeCom);
   }
@@ -138,8 +124,8 @@ bool CQuillonMediaProcessor::EraseLegacyMedium(CDiscRecorder& recorder,
 
 bool CQuillonMediaProcessor::SetLegacyProperties(CJolietDiscMaster& joliet) {
   try {
-    const TextVariant name(volumeName_);
-    return joliet.SetJolietProperty(OLESTR("VolumeName"), name.value) || FailAs(joliet);
+    const ScopedVariant name(volumeName_);
+    return joliet.SetJolietProperty(OLESTR("VolumeName"), name.Get()) || FailAs(joliet);
   } catch (...) {
     return FailAsThrown(*this, kMsgSetPropertiesThrew);
   }
@@ -173,7 +159,7 @@ bool CQuillonMediaProcessor::AddLegacyContent(CJolietDiscMaster& joliet) {
 bool CQuillonMediaProcessor::QueryLegacyMedium(LegacyMedium& medium) {
   medium = {};
   ComLibrary com;
-  if (!com.Initialize()) return Fail(kMsgCannotInitializeCom);
+  if (!com.IsInitialized()) return Fail(kMsgCannotInitializeCom);
   CMediaBurnUtil burner;
   if (!burner.HasRecordableDrive()) return FailAsOr(burner, kMsgNoRecordableDrive);
   CDiscMaster master;

@@ -1,8 +1,8 @@
 #include "disc/media_processor.h"
 
-#include "com_library.h"
 #include "disc/disc_writer.h"
 #include "foundation/com_base.h"
+#include "foundation/com_values.h"
 #include "foundation/file_util.h"
 #include "platform/imapi.h"
 
@@ -81,7 +81,7 @@ bool CQuillonMediaProcessor::WriteCurrent() {
   writer.SetEjectAfterWrite(ejectAfterWrite_);
   writer.SetPerformFullErase(performFullErase_);
   if (!StageContent(writer)) return false;
-  if (!com.Initialize()) return Fail(kMsgCannotInitializeCom);
+  if (!com.IsInitialized()) return Fail(kMsgCannotInitializeCom);
   return WriteToFirstDrive(writer);
 }
 

@@ -41,21 +41,13 @@ Text JoinException(const CBaseItem& item, const _com_error& error, TextView pref
 
 }  // namespace
 
-CComBase::CComBase() {
-  lastResult_ = CoInitialize(nullptr);
-  comInitialized_ = SUCCEEDED(lastResult_);
-}
-
-CComBase::~CComBase() {
-  if (comInitialized_) CoUninitialize();
-}
+CComBase::CComBase() { lastResult_ = com_.Result(); }
 
 bool CComBase::EnsureComInitialized() {
-  if (!comInitialized_) {
-    lastResult_ = CoInitialize(nullptr);
-    comInitialized_ = SUCCEEDED(lastResult_);
-  }
-  return comInitialized_;
+  if (com_.IsInitialized()) return true;
+  com_.Retry();
+  lastResult_ = com_.Result();
+  return com_.IsInitialized();
 }
 
 bool CComBase::CheckResult(HRESULT hr, UINT id, TextView className, TextView methodName) {

@@ -1,7 +1,7 @@
 #include "foundation/http_util.h"
 
 #include "foundation/com_base.h"
-#include "foundation/scoped_bstr.h"
+#include "foundation/com_values.h"
 #include "platform/xml.h"
 
 namespace quillon {

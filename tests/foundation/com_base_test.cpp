@@ -19,7 +19,7 @@ constexpr DWORD kCodeWithoutText = 0x2FFFFFFF;
 
 class Wrapper : public CComBase {
  public:
-  [[nodiscard]] bool IsInitialized() const { return comInitialized_; }
+  [[nodiscard]] bool IsInitialized() const { return com_.IsInitialized(); }
 };
 
 const std::string kDenied = systemSentence(ERROR_ACCESS_DENIED, "Access is denied.");

@@ -7,7 +7,7 @@
 
 #include "dicom/dict.h"
 #include "foundation/com_base.h"
-#include "foundation/scoped_bstr.h"
+#include "foundation/com_values.h"
 #include "platform/xml.h"
 #include "server/media_object/media_rw.h"
 #include "support/com_class.h"

@@ -2,15 +2,14 @@
 
 #include "disc/media_processor.h"
 #include "foundation/com_base.h"
+#include "foundation/com_values.h"
 
 namespace quillon {
 
 namespace {
 
-VARIANT_BOOL ToVariantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
-
 // A host passes a BSTR, or any text that ends in a zero; null is an empty text.
-TextView ViewOf(BSTR text) { return {text, TextLength(text)}; }
+TextView UpToZero(BSTR text) { return {text, TextLength(text)}; }
 
 }  // namespace
 
@@ -59,7 +58,7 @@ HRESULT CQuillonMediaRW::PutText(bool (CDicomDirProcessor::*setter)(TextView), B
                                  UINT message) {
   result_ = S_OK;
   try {
-    (builder_.*setter)(ViewOf(newVal));
+    (builder_.*setter)(UpToZero(newVal));
     return S_OK;
   } catch (...) {
     return FailWith(E_OUTOFMEMORY, message);
@@ -70,7 +69,7 @@ HRESULT CQuillonMediaRW::PutCheckedText(bool (CDicomDirProcessor::*setter)(TextV
                                         UINT message, UINT refusal) {
   result_ = S_FALSE;
   try {
-    if (!(builder_.*setter)(ViewOf(newVal))) return FailWith(S_FALSE, refusal);
+    if (!(builder_.*setter)(UpToZero(newVal))) return FailWith(S_FALSE, refusal);
     result_ = S_OK;
     return S_OK;
   } catch (...) {
@@ -225,12 +224,12 @@ HRESULT CQuillonMediaRW::Add(Operation operation, VARIANT_BOOL* pbResult, UINT m
 }
 
 HRESULT CQuillonMediaRW::AddFile(BSTR bstrFilename, VARIANT_BOOL* pbResult) {
-  return Add([&] { return builder_.AddFile(ViewOf(bstrFilename)); }, pbResult, kMsgCannotAddFile);
+  return Add([&] { return builder_.AddFile(UpToZero(bstrFilename)); }, pbResult, kMsgCannotAddFile);
 }
 
 HRESULT CQuillonMediaRW::AddDirectory(BSTR bstrDirectory, VARIANT_BOOL* pbResult) {
   return Add(
-      [&] { return builder_.AddDirectory(ViewOf(bstrDirectory), /*createAfterwards=*/false); },
+      [&] { return builder_.AddDirectory(UpToZero(bstrDirectory), /*createAfterwards=*/false); },
       pbResult, kMsgCannotAddDirectory);
 }
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "com_test_tools.h"
-#include "foundation/scoped_bstr.h"
+#include "foundation/com_values.h"
 #include "platform/com.h"
 #include "support/object_maker.h"
 #include "support/temp_dir.h"

@@ -4,31 +4,28 @@
 // Nothing is thrown out of a wrapper.
 #pragma once
 
+#include <concepts>
 #include <functional>
 
+#include "disc/automation.h"
 #include "foundation/com_base.h"
 #include "platform/imapi2.h"
 
 namespace quillon {
 
-// Takes what the platform hands out as a Value (automation.h).
-template <typename Value>
-class AutomationOut;
+// The name of an operation, with the line that gives it, as std::source_location has it, which
+// Clang 14 lacks.
+struct OperationName {
+  OperationName(const OLECHAR* name, int lineOfName = __builtin_LINE())
+      : text(name), line(lineOfName) {}
+
+  TextView text;
+  int line;
+};
 
 class CImapiItem : public CComBase {
  protected:
   explicit CImapiItem(TextView className) { SetClassName(className); }
-
-  // The line that calls current(), as std::source_location has it, which Clang 14 lacks.
-  class SourceLine {
-   public:
-    static constexpr SourceLine current(int line = __builtin_LINE()) { return SourceLine(line); }
-    [[nodiscard]] int line() const { return line_; }
-
-   private:
-    explicit constexpr SourceLine(int line) : line_(line) {}
-    int line_;
-  };
 
   // What a wrapper is made of, and what is said when it cannot be made.
   struct Creation {
@@ -39,43 +36,52 @@ class CImapiItem : public CComBase {
 
   // Makes one platform call: its HRESULT becomes the last result.
   template <typename Call>
-  [[nodiscard]] bool CallObject(TextView method, const SourceLine& where, const Call& call) {
+  [[nodiscard]] bool CallObject(const OperationName& name, const Call& call) {
     try {
       SetErrorInfo(0, nullptr);  // an error object that is there afterwards is this call's own
       lastResult_ = call();
-      return SUCCEEDED(lastResult_) || FailCall(method, where, lastResult_);
+      return SUCCEEDED(lastResult_) || FailCall(name, lastResult_);
     } catch (...) {
-      return FailThrown(method, where);
+      return FailThrown(name);
     }
   }
 
   // A call that succeeded with a value that is not what it must be: false, with the composed text;
   // the last result stays.
   template <typename Out, typename Value>
-  [[nodiscard]] bool StoreOutput(TextView method, Out& out, Value& value, const SourceLine& where) {
+  [[nodiscard]] bool StoreOutput(const OperationName& name, Out& out, Value& value) {
     try {
       const HRESULT hr = out.TakeTo(value);
-      return SUCCEEDED(hr) || FailCall(method, where, hr);
+      return SUCCEEDED(hr) || FailCall(name, hr);
     } catch (...) {
-      return FailThrown(method, where);
+      return FailThrown(name);
     }
   }
 
   // Answer false, with the composed text.
-  bool FailCall(TextView method, const SourceLine& where, HRESULT hr);
-  bool FailThrown(TextView method, const SourceLine& where);  // only while an exception is handled
+  bool FailCall(const OperationName& name, HRESULT hr);
+  bool FailThrown(const OperationName& name);  // only while an exception is handled
 
-  [[nodiscard]] bool CreateObject(const Creation& creation, void** object, const SourceLine& where);
+  [[nodiscard]] bool CreateObject(const Creation& creation, void** object, int line);
+
+  // What a text operation ends with: the operation's default message serves when it fails without
+  // a message of its own.
+  [[nodiscard]] bool DoneOr(UINT defaultMessage, bool isDone) {
+    if (!isDone && ErrorMessage().empty()) SetErrorMessage(defaultMessage);
+    return isDone;
+  }
 
  private:
-  [[nodiscard]] bool ComposeFailure(TextView method, const SourceLine& where, TextView prefix,
-                                    HRESULT hr, IErrorInfo* info);
+  [[nodiscard]] bool ComposeFailure(TextView method, int line, TextView prefix, HRESULT hr,
+                                    IErrorInfo* info);
 };
 
 // A wrapper that holds one counted reference to a platform interface.
 template <typename Interface>
 class CImapiWrapper : public CImapiItem {
  public:
+  using Held = Interface;
+
   // Null until the first operation, or the operation that hands the object out, has filled it.
   [[nodiscard]] Interface* Get() const { return object_.Get(); }
   [[nodiscard]] bool IsEmpty() const { return object_ == nullptr; }
@@ -89,26 +95,51 @@ class CImapiWrapper : public CImapiItem {
   CImapiWrapper(TextView className, const Creation& creation)
       : CImapiItem(className), creation_(creation) {}
 
-  // call takes the Interface& and answers an HRESULT.
-  template <typename Call>
-  [[nodiscard]] bool Invoke(TextView method, const Call& call,
-                            const SourceLine& where = SourceLine::current()) {
-    return EnsureObject(where) && CallObject(method, where, [&] { return call(*object_); });
-  }
-  [[nodiscard]] bool EnsureObject(const SourceLine& where) {
-    return !IsEmpty() || CreateObject(creation_, object_.PutVoid(), where);
+  [[nodiscard]] bool EnsureObject(int line = __builtin_LINE()) {
+    return !IsEmpty() || CreateObject(creation_, object_.PutVoid(), line);
   }
 
-  // Reads a property and converts it: read is a getter of the interface, or takes the Interface&
-  // and the address for the platform's value.
-  template <typename Read, typename Value>
-  [[nodiscard]] bool GetProperty(TextView name, const Read& read, Value& value,
-                                 const SourceLine& where = SourceLine::current()) {
+  // Each takes a method of the interface, or what is called with the Interface& in its place, and
+  // the arguments that go in: a bool becomes a VARIANT_BOOL, a wrapper what it holds.
+  template <typename Method, typename... In>
+  [[nodiscard]] bool Call(const OperationName& name, const Method& method, const In&... in) {
+    return EnsureObject(name.line) &&
+           CallObject(name, [&] { return std::invoke(method, *object_, AutomationIn(in)...); });
+  }
+  // For a method whose last parameter goes out. Nothing is stored unless it succeeds.
+  template <typename Method, typename Value, typename... In>
+  [[nodiscard]] bool Take(const OperationName& name, const Method& method, Value& value,
+                          const In&... in) {
     AutomationOut<Value> out;
-    return Invoke(
-               name, [&](Interface& object) { return std::invoke(read, object, out.Put()); },
-               where) &&
-           StoreOutput(name, out, value, where);
+    const auto call = [&](Interface& object, const auto&... args) {
+      return std::invoke(method, object, args..., out.Put());
+    };
+    return Call(name, call, in...) && StoreOutput(name, out, value);
+  }
+  // For a method that takes a text, or hands one out, in both forms.
+  template <typename Method>
+  [[nodiscard]] bool PassText(const OperationName& name, const Method& method, UINT,
+                              const BSTR& text) {
+    return Call(name, method, text);
+  }
+  template <typename Method>
+  [[nodiscard]] bool PassText(const OperationName& name, const Method& method, UINT defaultMessage,
+                              const Text& text) {
+    ClearError();
+    ScopedBstr bstr;
+    return DoneOr(defaultMessage, bstr.Assign(text) && Call(name, method, bstr.Get()));
+  }
+  template <typename Method>
+  [[nodiscard]] bool TakeText(const OperationName& name, const Method& method, UINT, BSTR& text) {
+    return Take(name, method, text);
+  }
+  template <typename Method>
+  [[nodiscard]] bool TakeText(const OperationName& name, const Method& method, UINT defaultMessage,
+                              Text& text) {
+    ClearError();
+    ScopedBstr bstr;
+    return DoneOr(defaultMessage,
+                  Take(name, method, *bstr.Put()) && AssignText(text, bstr.View(), 0));
   }
 
  private:

@@ -3,14 +3,13 @@
 #pragma once
 
 #include "foundation/base_item.h"
-#include "platform/com.h"
+#include "foundation/com_values.h"
 
 namespace quillon {
 
 class CComBase : public CBaseItem {
  public:
   CComBase();
-  ~CComBase() override;
   CComBase(const CComBase&) = delete;
   CComBase& operator=(const CComBase&) = delete;
 
@@ -48,8 +47,8 @@ class CComBase : public CBaseItem {
   }
 
   HRESULT lastResult_ = S_OK;
-  bool comInitialized_ = false;
   bool createdHere_ = false;
+  ComLibrary com_;
 };
 
 // For the handler that ends an operation, within its catch block: leaves the text of a thrown COM

@@ -1,73 +1,14 @@
-// What the wrappers pass to and take from automation interfaces: counted texts, booleans, arrays of
-// variants.
+// What the wrappers pass to the platform's interfaces and take from them: booleans, texts, arrays
+// of variants, objects.
 #pragma once
 
+#include <concepts>
 #include <limits>
-#include <utility>
 #include <vector>
 
-#include "disc/imapi_item.h"
+#include "foundation/com_values.h"
 
 namespace quillon {
-
-class OwnedBstr {
- public:
-  OwnedBstr() = default;
-  // Null when memory runs out.
-  explicit OwnedBstr(TextView text)
-      : bstr_(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
-  ~OwnedBstr() { SysFreeString(bstr_); }
-  OwnedBstr(const OwnedBstr&) = delete;
-  OwnedBstr& operator=(const OwnedBstr&) = delete;
-
-  [[nodiscard]] BSTR Get() const { return bstr_; }
-  [[nodiscard]] BSTR* Put() { return &bstr_; }
-  [[nodiscard]] BSTR Detach() { return std::exchange(bstr_, nullptr); }
-
- private:
-  BSTR bstr_ = nullptr;
-};
-
-// A null text is the empty one.
-inline TextView ViewOf(BSTR bstr) {
-  return bstr == nullptr ? TextView() : TextView(bstr, SysStringLen(bstr));
-}
-
-// The form of an operation that takes the system's own text: converts it, and sets the operation's
-// default message when it fails without a message of its own.
-template <typename Call>
-[[nodiscard]] bool PassText(CBaseItem& item, TextView text, UINT defaultMessage, const Call& call) {
-  item.ClearError();
-  const OwnedBstr bstr(text);
-  if (bstr.Get() != nullptr && call(bstr.Get())) return true;
-  if (item.ErrorMessage().empty()) item.SetErrorMessage(defaultMessage);
-  return false;
-}
-
-// The same for an operation that hands a text out.
-template <typename Call>
-[[nodiscard]] bool TakeText(CBaseItem& item, Text& text, UINT defaultMessage, const Call& call) {
-  item.ClearError();
-  OwnedBstr bstr;
-  if (call(*bstr.Put()) && AssignText(text, ViewOf(bstr.Get()), 0)) return true;
-  if (item.ErrorMessage().empty()) item.SetErrorMessage(defaultMessage);
-  return false;
-}
-
-class OwnedVariant {
- public:
-  OwnedVariant() { VariantInit(&value_); }
-  ~OwnedVariant() { VariantClear(&value_); }
-  OwnedVariant(const OwnedVariant&) = delete;
-  OwnedVariant& operator=(const OwnedVariant&) = delete;
-
-  [[nodiscard]] VARIANT* Put() { return &value_; }
-  [[nodiscard]] VARTYPE Type() const { return V_VT(&value_); }
-  [[nodiscard]] const VARIANT& Get() const { return value_; }
-
- private:
-  VARIANT value_;
-};
 
 class OwnedArray {
  public:
@@ -101,7 +42,7 @@ HRESULT OwnedArray::ForEach(const Take& take) const {
   HRESULT hr = SafeArrayGetLBound(array_, 1, &first);
   if (SUCCEEDED(hr)) hr = SafeArrayGetUBound(array_, 1, &last);
   for (LONG index = first; SUCCEEDED(hr) && index <= last; ++index) {
-    OwnedVariant element;
+    ScopedVariant element;
     hr = SafeArrayGetElement(array_, &index, element.Put());
     if (SUCCEEDED(hr)) hr = take(element.Get());
   }
@@ -145,7 +86,7 @@ class AutomationOut<BSTR> {
   }
 
  private:
-  OwnedBstr bstr_;
+  ScopedBstr bstr_;
 };
 
 template <>
@@ -192,18 +133,31 @@ class AutomationOut<std::vector<Text>> {
 };
 
 // An object becomes that of the wrapper that is to hold it; none is a failure.
-template <typename Interface>
-class AutomationOut<CImapiWrapper<Interface>> {
+template <typename Wrapper>
+requires requires { typename Wrapper::Held; }
+class AutomationOut<Wrapper> {
  public:
-  [[nodiscard]] Interface** Put() { return object_.Put(); }
-  HRESULT TakeTo(CImapiWrapper<Interface>& out) {
+  [[nodiscard]] typename Wrapper::Held** Put() { return object_.Put(); }
+  HRESULT TakeTo(Wrapper& out) {
     if (!object_) return E_POINTER;
     out.Attach(object_.Detach());
     return S_OK;
   }
 
  private:
-  ComPtr<Interface> object_;
+  ComPtr<typename Wrapper::Held> object_;
 };
+
+// The way in.
+template <typename Value>
+auto AutomationIn(const Value& value) {
+  if constexpr (std::same_as<Value, bool>) {
+    return ToVariantBool(value);
+  } else if constexpr (requires { typename Value::Held; }) {
+    return value.Get();
+  } else {
+    return value;
+  }
+}
 
 }  // namespace quillon
