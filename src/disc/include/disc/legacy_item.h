@@ -3,6 +3,8 @@
 // "<class>::<method> failed for this reason:  " and the reason.
 #pragma once
 
+#include <functional>
+
 #include "foundation/com_base.h"
 
 namespace quillon {
@@ -10,36 +12,52 @@ namespace quillon {
 template <typename Interface>
 class CLegacyItem : public CComBase {
  public:
+  using Held = Interface;
+
   [[nodiscard]] Interface* Get() const { return interface_.Get(); }
   // Where a call stores its result; what was held is released first.
   [[nodiscard]] Interface** Put() { return interface_.Put(); }
 
  protected:
-  explicit CLegacyItem(TextView className) { SetClassName(className); }
+  // Without a class identifier for an interface that only another object hands out.
+  explicit CLegacyItem(TextView className, const CLSID* clsid = nullptr, const IID* iid = nullptr)
+      : clsid_(clsid), iid_(iid) {
+    SetClassName(className);
+  }
 
-  // Runs create(void**) when nothing is held yet, then call(Interface&).
-  template <typename Create, typename Call>
-  [[nodiscard]] bool CallCreated(TextView methodName, const Create& create, const Call& call) {
+  // Takes a method of the interface, or what is called with the Interface& in its place.
+  template <typename Method, typename... Args>
+  [[nodiscard]] bool Call(TextView name, const Method& method, const Args&... args) {
     try {
-      if (!interface_ && EnsureComInitialized()) {
-        lastResult_ = create(interface_.PutVoid());
-        createdHere_ = interface_.Get() != nullptr;
-      }
+      if (!interface_ && EnsureComInitialized()) lastResult_ = Create();
       if (!interface_) return Fail(kMsgLegacyInterfaceMissing);
-      lastResult_ = call(*interface_);
-      return CheckResult(lastResult_, kMsgLegacyMethodFailed, ClassName(), methodName);
+      lastResult_ = std::invoke(method, *interface_, args...);
+      return CheckResult(lastResult_, kMsgLegacyMethodFailed, ClassName(), name);
     } catch (const _com_error& error) {
-      return ProcessError(error, kMsgLegacyMethodThrew, ClassName(), methodName);
+      return ProcessError(error, kMsgLegacyMethodThrew, ClassName(), name);
     }
   }
-  // The same for an interface that only another object hands out.
-  template <typename Call>
-  [[nodiscard]] bool CallHeld(TextView methodName, const Call& call) {
-    return CallCreated(
-        methodName, [](void**) { return E_NOINTERFACE; }, call);
+  // The same with what another wrapper holds, which is an invalid argument when that is empty.
+  template <typename Method, typename Item, typename... Args>
+  [[nodiscard]] bool CallWith(TextView name, const Method& method, const Item& item,
+                              const Args&... args) {
+    if (item.Get() == nullptr) {
+      return ReportFailure(E_INVALIDARG, kMsgLegacyMethodFailed, ClassName(), name);
+    }
+    return Call(name, method, item.Get(), args...);
   }
 
  private:
+  HRESULT Create() {
+    if (clsid_ == nullptr) return E_NOINTERFACE;
+    const HRESULT hr = CoCreateInstance(
+        *clsid_, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, *iid_, interface_.PutVoid());
+    createdHere_ = interface_.Get() != nullptr;
+    return hr;
+  }
+
+  const CLSID* clsid_;
+  const IID* iid_;
   ComPtr<Interface> interface_;
 };
 
