@@ -2,11 +2,6 @@
 
 #include <new>
 
-#include "disc_facts.h"
-#include "exclusive_access.h"
-#include "failed_query.h"
-#include "ready_wait.h"
-
 namespace quillon {
 namespace {
 

@@ -7,12 +7,6 @@ namespace {
 
 constexpr TextView kEveryFile = OLESTR("*.*");
 
-Text Trimmed(TextView text) {
-  Text trimmed(text);
-  TrimText(trimmed);
-  return trimmed;
-}
-
 // What follows "the directory" in messages: a blank and the path when there is one, and the stop.
 Text EndOfSentence(const Text& path) {
   return path.empty() ? Text(OLESTR(".")) : OLESTR(" ") + path + OLESTR(".");
@@ -26,7 +20,7 @@ CImapi2DirItem::CImapi2DirItem(bool includeBaseDirectory, bool excluded)
 }
 
 bool CImapi2DirItem::SetPath(TextView path) {
-  Text trimmed = Trimmed(path);
+  Text trimmed(TrimmedView(path));
   if (trimmed.empty()) return Fail(kMsgStagedDirectoryInvalid, {EndOfSentence(trimmed)});
   path_ = std::move(trimmed);
   return true;
@@ -64,10 +58,11 @@ bool CImapi2DirItemList::Stage(const CImapi2DirItem& item) {
 bool CImapi2DirItemList::Find(Search search, TextView value, CImapi2DirItem*& found) {
   found = nullptr;
   if (search != Search::ByKey && search != Search::ByPath) return Fail(kMsgItemSearchInvalid);
-  const Text wanted = Trimmed(value);
+  const TextView wanted = TrimmedView(value);
   for (std::size_t i = 0; i < GetCount() && found == nullptr; ++i) {
     CImapi2DirItem* const item = At(i);
-    if (Trimmed(search == Search::ByKey ? item->GetKey() : item->Path()) == wanted) found = item;
+    const Text& text = search == Search::ByKey ? item->GetKey() : item->Path();
+    if (TrimmedView(text) == wanted) found = item;
   }
   return true;
 }

@@ -3,7 +3,6 @@
 #include <limits>
 
 #include "disc/disc_unit_info.h"
-#include "ready_wait.h"
 
 namespace quillon {
 namespace {

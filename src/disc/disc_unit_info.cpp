@@ -2,21 +2,13 @@
 
 #include <new>
 
-#include "failed_query.h"
-#include "ready_wait.h"
-
 namespace quillon {
 namespace {
-
-Text Trimmed(Text text) {
-  TrimText(text);
-  return text;
-}
 
 // Empty when nothing is known.
 Text ComposeDeviceName(const CBaseItem& item, const Text& vendor, const Text& product,
                        const Text& revision) {
-  const Text parts[] = {Trimmed(vendor), Trimmed(product), Trimmed(revision)};
+  const TextView parts[] = {TrimmedView(vendor), TrimmedView(product), TrimmedView(revision)};
   if (parts[0].empty() && parts[1].empty() && parts[2].empty()) return {};
   return FormatText(item.LoadMessage(kMsgDeviceName), {parts[0], parts[1], parts[2]});
 }
@@ -165,7 +157,7 @@ bool CDiscUnitInfoList::AddAll(bool recordersOnly, bool queryMedia, bool forceAc
     if (uniqueId.empty()) return Fail(kMsgUniqueIdInvalid);
     CDiscUnitInfo unit;
     if (!unit.Query(uniqueId, queryMedia, forceAccess)) {
-      return unit.ErrorMessage().empty() ? Fail(kMsgCannotQueryGivenRecorder) : FailAs(unit);
+      return FailAs(unit, kMsgCannotQueryGivenRecorder);
     }
     if (recordersOnly && !unit.IsDataFormatSupported()) continue;
     if (!AddCopy(unit)) return Fail(kMsgCannotAddRecorderProperties);

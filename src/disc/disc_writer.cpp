@@ -2,10 +2,6 @@
 
 #include <array>
 
-#include "disc_facts.h"
-#include "disc_writer_step.h"
-#include "ready_wait.h"
-
 namespace quillon {
 namespace {
 
@@ -63,7 +59,7 @@ bool CTarnDiscWriter::GetRecorder(CDiscUnitInfo& recorder, std::int32_t index, b
   if (index < 0) return Fail(kMsgRecorderIndexInvalid);
   CDiscUnitInfoList drives;
   if (!drives.QueryAll(recordersOnly, queryMedia, forceAccess)) {
-    return drives.ErrorMessage().empty() ? Fail(kMsgCannotQueryRecorders) : FailAs(drives);
+    return FailAs(drives, kMsgCannotQueryRecorders);
   }
   if (drives.GetCount() == 0) return Fail(kMsgNoRecordableDrive);
   const CDiscUnitInfo* const drive = drives.At(static_cast<std::size_t>(index));

@@ -1,10 +1,6 @@
 // The steps of CTarnDiscWriter::Write once the drive is known: erasing, setting up the formats,
 // building the image, writing it.
 #include "disc/disc_writer.h"
-#include "disc_facts.h"
-#include "disc_writer_step.h"
-#include "exclusive_access.h"
-#include "ready_wait.h"
 
 namespace quillon {
 

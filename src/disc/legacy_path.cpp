@@ -46,10 +46,6 @@ struct TaskMemory {
 
 }  // namespace
 
-bool CQuillonMediaProcessor::FailAsOr(const CBaseItem& inner, UINT fallbackId) {
-  return inner.ErrorMessage().empty() ? Fail(fallbackId) : FailAs(inner);
-}
-
 // The end of a sequence: closing is always tried, and its failure does not hide an earlier one.
 template <typename Scope>
 bool CQuillonMediaProcessor::EndWith(Scope& scope, bool succeeded) {
@@ -74,7 +70,7 @@ bool CQuillonMediaProcessor::WriteLegacy() {
 
 bool CQuillonMediaProcessor::TakeFirstRecorder(CDiscMaster& master, CDiscRecorder& recorder) {
   CDiscRecorderIterator recorders(master);
-  return recorders.Next(recorder) || FailAsOr(recorders, kMsgNoRecordableDrive);
+  return recorders.Next(recorder) || FailAs(recorders, kMsgNoRecordableDrive);
 }
 
 bool CQuillonMediaProcessor::RecordLegacy(CDiscMaster& master) {
@@ -161,7 +157,7 @@ bool CQuillonMediaProcessor::QueryLegacyMedium(LegacyMedium& medium) {
   ComLibrary com;
   if (!com.IsInitialized()) return Fail(kMsgCannotInitializeCom);
   CMediaBurnUtil burner;
-  if (!burner.HasRecordableDrive()) return FailAsOr(burner, kMsgNoRecordableDrive);
+  if (!burner.HasRecordableDrive()) return FailAs(burner, kMsgNoRecordableDrive);
   CDiscMaster master;
   if (!master.Open()) return FailAs(master);
   ClosingScope scope(master);

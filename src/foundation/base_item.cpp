@@ -1,7 +1,6 @@
 #include "foundation/base_item.h"
 
 #include "foundation/own_module.h"
-#include "text_trim.h"
 
 namespace quillon {
 namespace {

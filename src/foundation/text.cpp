@@ -4,8 +4,6 @@
 #include <new>
 #include <string>
 
-#include "text_trim.h"
-
 namespace quillon {
 namespace {
 

@@ -44,7 +44,9 @@ class CCopiedList : public COwningList<Item> {
 class CKeyedItem {
  public:
   [[nodiscard]] const Text& GetKey() const { return key_; }
-  bool SetKey(TextView key) { return AssignText(key_, key, 0); }  // false: memory ran out
+  [[nodiscard]] bool SetKey(TextView key) {
+    return AssignText(key_, key, 0);
+  }  // false: memory ran out
 
  private:
   Text key_;

@@ -9,6 +9,17 @@
 
 namespace quillon {
 
+// How a query ends that fails: its object is reset and keeps the sentence of what failed, or the
+// fallback when nothing has left one. Always false.
+template <typename Item>
+bool ResetAfterFailure(Item& item, UINT fallback) {
+  const Text reason = item.ErrorMessage();
+  item.Reset();
+  if (reason.empty()) return item.Fail(fallback);
+  item.CBaseItem::SetErrorMessage(reason);
+  return false;
+}
+
 class CCurrentDiscMedia : public CBaseItem {
  public:
   CCurrentDiscMedia();
@@ -33,15 +44,15 @@ class CCurrentDiscMedia : public CBaseItem {
   [[nodiscard]] std::int32_t FreeSectors() const { return freeSectors_; }
   [[nodiscard]] std::int32_t TotalSectors() const { return totalSectors_; }
 
-  bool SetPhysicalType(std::int32_t type);
+  [[nodiscard]] bool SetPhysicalType(std::int32_t type);
   // -1 (the fastest) or not negative: "The write speed value is invalid.".
-  bool SetRequestedWriteSpeed(std::int32_t sectorsPerSecond);
-  bool SetCurrentWriteSpeed(std::int32_t sectorsPerSecond);
+  [[nodiscard]] bool SetRequestedWriteSpeed(std::int32_t sectorsPerSecond);
+  [[nodiscard]] bool SetCurrentWriteSpeed(std::int32_t sectorsPerSecond);
   // Not negative: "The number of sectors value is invalid.".
-  bool SetFreeSectors(std::int32_t sectors);
-  bool SetTotalSectors(std::int32_t sectors);
+  [[nodiscard]] bool SetFreeSectors(std::int32_t sectors);
+  [[nodiscard]] bool SetTotalSectors(std::int32_t sectors);
   // Replaces the supported speeds; false for a speed that is negative or has no factor.
-  bool SetSupportedWriteSpeeds(std::span<const LONG> sectorsPerSecond);
+  [[nodiscard]] bool SetSupportedWriteSpeeds(std::span<const LONG> sectorsPerSecond);
 
   // The multiple of the base speed of the medium's type, rounded up; 0 for 0 and -1 for -1. "The
   // media type value is invalid." for a type that has no base speed.

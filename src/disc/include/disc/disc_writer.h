@@ -19,14 +19,14 @@ class CTarnDiscWriter : public CBaseItem {
   void SetEjectAfterWrite(bool eject) { ejectAfterWrite_ = eject; }      // default true
   void SetPerformFullErase(bool full) { performFullErase_ = full; }      // default true
   void SetStrictCompliance(bool strict) { strictCompliance_ = strict; }  // default true
-  bool SetVolumeName(TextView name);                                     // default "Quillon"
+  [[nodiscard]] bool SetVolumeName(TextView name);                       // default "Quillon"
   // Copies the files into workingDirectory (the platform's choice when empty) before writing.
   void SetStageFiles(bool stage, TextView workingDirectory);
   // Sectors per second; -1, the default, is the fastest.
   void SetRequestedWriteSpeed(LONG speed) { requestedWriteSpeed_ = speed; }
 
   // Chooses the drive of the next Write. An empty identifier is refused.
-  bool SetRecorderUniqueId(TextView uniqueId);
+  [[nodiscard]] bool SetRecorderUniqueId(TextView uniqueId);
   // By any of the types of RecorderIdType; both are checked by Write.
   void SetRecorderIdentifier(TextView identifier, std::int32_t type);
 
@@ -63,8 +63,17 @@ class CTarnDiscWriter : public CBaseItem {
   [[nodiscard]] bool CheckCapacity(std::uint64_t sizeBytes);
   [[nodiscard]] bool BurnAndEject(const CImapiImageStream& image);
 
+  // How every step ends: it answers false with the writer's error text set, or without one: then
+  // the summary message, with the device's name, stands for it. A failed step leaves nothing staged
+  // and no object held.
   template <typename Step>
-  [[nodiscard]] bool RunStep(UINT summary, const Step& step);
+  [[nodiscard]] bool RunStep(UINT summary, const Step& step) {
+    ClearError();
+    if (step()) return true;
+    if (ErrorMessage().empty()) FailForDevice(summary);
+    ReleaseAll();
+    return false;
+  }
   [[nodiscard]] bool CopyText(Text& out, const Text& text, UINT failure);
   bool FailForDevice(UINT id);
   void ReleaseObjects();

@@ -10,6 +10,7 @@
 #include "disc/automation.h"
 #include "foundation/com_base.h"
 #include "platform/imapi2.h"
+#include "platform/imapi2_errors.h"
 
 namespace quillon {
 
@@ -75,6 +76,22 @@ class CImapiItem : public CComBase {
   [[nodiscard]] bool ComposeFailure(TextView method, int line, TextView prefix, HRESULT hr,
                                     IErrorInfo* info);
 };
+
+// A drive that has just taken a disc refuses calls until it has looked at it: such a call is made
+// again, at most ten times, five seconds apart. call makes one call through the wrapper; false
+// leaves the wrapper's error text.
+template <typename Call>
+[[nodiscard]] bool CallUntilReady(const CImapiItem& wrapper, const Call& call) {
+  constexpr int kReadyCalls = 10;
+  constexpr DWORD kReadyWaitMs = 5000;
+  bool done = false;
+  for (int calls = 0; calls < kReadyCalls; ++calls) {
+    done = call();
+    if (wrapper.GetLastResult() != E_IMAPI_RECORDER_MEDIA_BECOMING_READY) break;
+    Sleep(kReadyWaitMs);
+  }
+  return done;
+}
 
 // A wrapper that holds one counted reference to a platform interface.
 template <typename Interface>

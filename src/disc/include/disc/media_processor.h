@@ -28,7 +28,7 @@ class CQuillonMediaProcessor : public CBaseItem {
   // A test run without writing; only the legacy generation knows it.
   void SetSimulate(bool simulate) { simulate_ = simulate; }
   // At most 32 characters; refused without a sentence otherwise.
-  bool SetVolumeName(TextView name);
+  [[nodiscard]] bool SetVolumeName(TextView name);
   // A directory whose contents go to the root of the disc. One that is there already changes
   // nothing.
   [[nodiscard]] bool AddContent(TextView path);
@@ -76,10 +76,9 @@ class CQuillonMediaProcessor : public CBaseItem {
                                          bool forWriting);
   [[nodiscard]] bool CheckLegacyMedium(CDiscRecorder& recorder, LegacyMedium& medium);
   [[nodiscard]] bool EraseLegacyMedium(CDiscRecorder& recorder, const LegacyMedium& medium);
-  bool SetLegacyProperties(CJolietDiscMaster& joliet);
+  [[nodiscard]] bool SetLegacyProperties(CJolietDiscMaster& joliet);
   [[nodiscard]] bool AddLegacyContent(CJolietDiscMaster& joliet);
   [[nodiscard]] bool QueryLegacyMedium(LegacyMedium& medium);
-  bool FailAsOr(const CBaseItem& inner, UINT fallbackId);
   template <typename Scope>
   [[nodiscard]] bool EndWith(Scope& scope, bool succeeded);
 

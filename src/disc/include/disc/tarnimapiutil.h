@@ -2,7 +2,7 @@
 // operation names itself and the platform's method, and answers true on success; false leaves the
 // composed text (imapi_item.h), which tells the operation's line in this file, and the platform's
 // HRESULT as the last result. A positive HRESULT is success. What comes out is untouched on
-// failure. Speeds are sectors per second, a sector has 2048 bytes.
+// failure. Speeds are sectors per second, a sector has kSectorBytes.
 //
 // A text goes in and comes out as the system's own or as a BSTR; one that comes out as a BSTR is
 // freed by the caller.
@@ -18,6 +18,11 @@ template <typename Type>
 concept AnyText = std::same_as<Type, Text> || std::same_as<Type, BSTR>;
 
 using Numbers = std::vector<LONG>;
+
+inline constexpr std::uint64_t kSectorBytes = 2048;
+
+// The name under which drives are locked.
+inline constexpr const OLECHAR* kClientName = OLESTR("Quillon");
 
 // The unique identifiers of the drives, in the platform's order, filled by
 // CDiscMaster2::GetDiscDevices. The two flags say how a drive that is found here is read.
@@ -117,6 +122,24 @@ class CDiscRecorder2 : public CImapiWrapper<IDiscRecorder2> {
     return Take(OLESTR("GetLegacyDeviceNumber"), &Held::get_LegacyDeviceNumber, number);
   }
 };
+
+// Locks a drive around some work, which answers false with owner's error text set; it is unlocked
+// whatever the outcome is. A drive that cannot be unlocked is a failure too, whose text serves only
+// when the work has left none.
+template <typename Work>
+[[nodiscard]] bool WithExclusiveAccess(CBaseItem& owner, CDiscRecorder2& recorder, bool force,
+                                       const Text& clientName, const Work& work) {
+  if (!recorder.AcquireExclusiveAccess(force, clientName)) return owner.FailAs(recorder);
+  bool done = false;
+  try {
+    done = work();
+  } catch (...) {  // out of memory: the drive would stay locked
+    static_cast<void>(recorder.ReleaseExclusiveAccess());
+    throw;
+  }
+  if (recorder.ReleaseExclusiveAccess()) return done;
+  return owner.ErrorMessage().empty() ? owner.FailAs(recorder) : false;
+}
 
 // What the data format and the erase format share.
 template <typename Format>

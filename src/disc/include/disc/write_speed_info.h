@@ -11,11 +11,11 @@ class CWriteSpeedInfo : public CBaseItem, public CKeyedItem {
  public:
   CWriteSpeedInfo();
   // Sectors per second, not negative: "The given write speed value is invalid.".
-  bool SetWriteSpeed(std::int32_t sectorsPerSecond);
+  [[nodiscard]] bool SetWriteSpeed(std::int32_t sectorsPerSecond);
   [[nodiscard]] std::int32_t WriteSpeed() const { return writeSpeed_; }
   // The multiple of the medium's base speed, -1 or not negative: "The given write factor value is
   // invalid.".
-  bool SetWriteFactor(std::int32_t factor);
+  [[nodiscard]] bool SetWriteFactor(std::int32_t factor);
   [[nodiscard]] std::int32_t WriteFactor() const { return writeFactor_; }
 
  private:

@@ -56,6 +56,10 @@ class CBaseItem {
     SetErrorMessage(inner.ErrorMessage());
     return false;
   }
+  // The fallback serves when the other object has left none.
+  bool FailAs(const CBaseItem& inner, UINT fallbackId) {
+    return inner.ErrorMessage().empty() ? Fail(fallbackId) : FailAs(inner);
+  }
 
   // The first 1,024 characters of a message; empty when the table has no such message.
   [[nodiscard]] Text LoadMessage(UINT id) const;

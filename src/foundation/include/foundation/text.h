@@ -19,6 +19,17 @@ using TextView = std::basic_string_view<OLECHAR>;
 bool AssignText(Text& dst, TextView src, bool allowEmpty, std::size_t maxLen);
 bool AssignText(Text& dst, TextView src, std::size_t maxLen);
 
+// Space, tab, line feed, vertical tab, form feed, carriage return.
+constexpr bool IsWhiteSpace(OLECHAR unit) {
+  return unit == OLESTR(' ') || (unit >= OLESTR('\t') && unit <= OLESTR('\r'));
+}
+
+constexpr TextView TrimmedView(TextView text) {
+  while (!text.empty() && IsWhiteSpace(text.back())) text.remove_suffix(1);
+  while (!text.empty() && IsWhiteSpace(text.front())) text.remove_prefix(1);
+  return text;
+}
+
 // Removes white space at both ends. False only when memory runs out.
 bool TrimText(Text& text);
 
