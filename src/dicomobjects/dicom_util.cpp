@@ -10,6 +10,7 @@
 #include "dicom/elem_sq.h"
 #include "dicom/parse_fields.h"
 #include "elem_value.h"
+#include "foundation/file_handle.h"
 #include "header_xml.h"
 #include "platform/services.h"
 #include "platform/win32.h"
@@ -60,22 +61,15 @@ bool IsNative(DcUid transferSyntax) {
          transferSyntax == DcUid::DeflatedExplicitLittleEndian;
 }
 
-class FileHandle {
+class SourceFile : public FileHandle {
  public:
-  explicit FileHandle(const Text& path)
-      : handle_(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                            FILE_ATTRIBUTE_NORMAL, nullptr)) {}
-  ~FileHandle() {
-    if (IsOpen()) CloseHandle(handle_);
-  }
-  FileHandle(const FileHandle&) = delete;
-  FileHandle& operator=(const FileHandle&) = delete;
-
-  [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+  explicit SourceFile(const Text& path)
+      : FileHandle(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                               FILE_ATTRIBUTE_NORMAL, nullptr)) {}
 
   bool Size(std::uint64_t& sizeBytes) const {
     LARGE_INTEGER size{};
-    if (!GetFileSizeEx(handle_, &size)) return false;
+    if (!GetFileSizeEx(Get(), &size)) return false;
     sizeBytes = static_cast<std::uint64_t>(size.QuadPart);
     return true;
   }
@@ -83,23 +77,20 @@ class FileHandle {
   bool Seek(std::uint64_t offset) const {
     LARGE_INTEGER distance{};
     distance.QuadPart = static_cast<LONGLONG>(offset);
-    return SetFilePointerEx(handle_, distance, nullptr, FILE_BEGIN) != FALSE;
+    return SetFilePointerEx(Get(), distance, nullptr, FILE_BEGIN) != FALSE;
   }
 
   bool ReadAll(std::uint8_t* bytes, std::uint32_t lengthBytes) const {
     std::uint32_t done = 0;
     while (done < lengthBytes) {
       DWORD got = 0;
-      if (!::ReadFile(handle_, bytes + done, lengthBytes - done, &got, nullptr) || got == 0) {
+      if (!::ReadFile(Get(), bytes + done, lengthBytes - done, &got, nullptr) || got == 0) {
         return false;
       }
       done += got;
     }
     return true;
   }
-
- private:
-  HANDLE handle_;
 };
 
 // The item header at `offset`: false when none stands there.
@@ -275,7 +266,7 @@ bool CDicomUtil::CopySequence(DcTag tag, CDicomUtil& target) {
 
 bool CDicomUtil::ReadUNCToBuffer(TextView path, std::uint64_t offset, std::uint32_t lengthBytes,
                                  CBuffer& buffer) {
-  const FileHandle file{Text(path)};
+  const SourceFile file{Text(path)};
   std::uint64_t sizeBytes = 0;
   if (!file.IsOpen() || !file.Size(sizeBytes) || offset > sizeBytes || !file.Seek(offset)) {
     return false;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "foundation/http_util.h"
 #include "foundation/com_values.h"
+#include "foundation/http_util.h"
 
 namespace quillon {
 
@@ -43,7 +43,7 @@ bool CXmlDocument::Create() {
   if (created_) return true;
   asynchronous_ = false;
   SetClassName(OLESTR("CXmlDocument"));
-  EnsureComInitialized();
+  static_cast<void>(EnsureComInitialized());  // creating the document fails without it
   try {
     lastResult_ = CoCreateInstance(kClsidDomDocument, nullptr, CLSCTX_SERVER, IID_IXMLDOMDocument,
                                    document_.PutVoid());

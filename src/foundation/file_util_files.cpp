@@ -4,33 +4,12 @@
 #include <new>
 
 #include "file_identity.h"
+#include "foundation/file_handle.h"
 #include "foundation/file_util.h"
 #include "path_parts.h"
 #include "read_only.h"
 
 namespace quillon {
-
-// One open file, closed at the end of its scope.
-class CFileUtil::OpenFile {
- public:
-  explicit OpenFile(HANDLE handle) : handle_(handle) {}
-  ~OpenFile() { Close(); }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-
-  [[nodiscard]] bool IsOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
-  [[nodiscard]] HANDLE Get() const { return handle_; }
-  // False when the platform reports that what was written is lost; closed all the same.
-  bool Close() {
-    if (!IsOpen()) return true;
-    const HANDLE closing = handle_;
-    handle_ = INVALID_HANDLE_VALUE;
-    return CloseHandle(closing) != FALSE;
-  }
-
- private:
-  HANDLE handle_;
-};
 
 namespace {
 
@@ -101,16 +80,16 @@ bool CFileUtil::CopyFile(TextView dst, TextView src, bool append) {
   if (!GetFileSize64(src, sizeBytes)) return false;
   const Text fromName(src);
   const Text toName(dst);
-  OpenFile from(OpenToRead(fromName));
+  FileHandle from(OpenToRead(fromName));
   if (!from.IsOpen()) return FailAt(src, kMsgCannotOpenFile, {src});
   // Opening dst empties it; while src is open without sharing, that fails for another name of src.
-  OpenFile to(OpenToWrite(toName, CREATE_ALWAYS));
+  FileHandle to(OpenToWrite(toName, CREATE_ALWAYS));
   if (!to.IsOpen()) return FailAt(dst, kMsgCannotOpenFile, {dst});
   return CopyOpened(to, from, append, toName, fromName);
 }
 
 // Closes both, so that the copy is whole when this succeeds.
-bool CFileUtil::CopyOpened(OpenFile& to, OpenFile& from, bool append, const Text& dst,
+bool CFileUtil::CopyOpened(FileHandle& to, FileHandle& from, bool append, const Text& dst,
                            const Text& src) {
   if (!CopyStream(to.Get(), from.Get(), append, dst, src)) return false;
   if (!to.Close()) return FailAt(dst, kMsgCannotCloseFile, {dst});
@@ -165,7 +144,7 @@ bool CFileUtil::MoveFile(TextView dst, TextView src) {
 // The copy gets a name of its own first: what is written through a name that exists would change
 // every other name of that file, and what a link leads to.
 bool CFileUtil::CopyAndReplace(const Text& dst, const Text& src) {
-  OpenFile from(OpenToRead(src));
+  FileHandle from(OpenToRead(src));
   FileIdentity source;
   if (!from.IsOpen() || !ReadIdentity(from.Get(), source)) {
     return FailAt(src, kMsgCannotOpenFile, {src});
@@ -175,14 +154,14 @@ bool CFileUtil::CopyAndReplace(const Text& dst, const Text& src) {
     return FailAt(dst, ERROR_SHARING_VIOLATION, kMsgCannotOpenFile, {dst});
   }
   Text copy;
-  OpenFile to(OpenBeside(dst, copy));
+  FileHandle to(OpenBeside(dst, copy));
   if (!to.IsOpen()) return FailAt(dst, kMsgCannotOpenFile, {dst});
   bool done = CopyOpened(to, from, /*append=*/false, dst, src);
   if (done && !Rename(dst, copy, MOVEFILE_WRITE_THROUGH)) {
     done = FailAt(dst, kMsgCannotOpenFile, {dst});
   }
   if (done) return true;
-  to.Close();
+  static_cast<void>(to.Close());  // the failure is told already
   DeleteFileW(copy.c_str());
   return false;
 }
@@ -202,7 +181,7 @@ bool CFileUtil::WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, T
   if (!(append ? open() : DespiteReadOnly(name, ClearReadOnlyOfSoleName, open))) {
     return FailAt(path, kMsgCannotOpenFile, {path});
   }
-  OpenFile file(opened);
+  FileHandle file(opened);
   if (append && !SeekToEnd(file.Get())) return FailAt(path, kMsgCannotAppendTo, {path});
   if (!WriteChunks(file.Get(), data, lengthBytes, path)) return false;
   return file.Close() || FailAt(path, kMsgCannotCloseFile, {path});

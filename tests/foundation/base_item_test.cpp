@@ -181,7 +181,7 @@ TEST(BaseList, KeepsOrderAndRefusesNull) {
   int alive = 0;
   EXPECT_FALSE(list.Add(nullptr));
   EXPECT_EQ(list.GetCount(), 0u);
-  for (std::uint32_t value : {21, 11, 22, 12}) list.Add(new Counted(value, &alive));
+  for (std::uint32_t value : {21, 11, 22, 12}) EXPECT_TRUE(list.Add(new Counted(value, &alive)));
   EXPECT_EQ(list.GetAt(4), nullptr);
 
   const auto byUnits = [](const CBaseItem& a, const CBaseItem& b) {
@@ -213,12 +213,12 @@ TEST(BaseList, DestroysItemsOnlyWhenItOwnsThem) {
   Counted item(1, &alive);
   {
     CBaseList forgets;
-    forgets.Add(&item);
+    EXPECT_TRUE(forgets.Add(&item));
     forgets.RemoveAll();
     EXPECT_EQ(forgets.GetCount(), 0u);
-    forgets.Add(&item);
+    EXPECT_TRUE(forgets.Add(&item));
     COwningList<Counted> owns;
-    owns.Add(new Counted(2, &alive));
+    EXPECT_TRUE(owns.Add(new Counted(2, &alive)));
     EXPECT_EQ(alive, 2);
   }
   EXPECT_EQ(alive, 1);

@@ -8,7 +8,7 @@ namespace quillon {
 
 // Names are compared without case. The first names an operation, those after it its parameters.
 // What has no identifier gets DISPID_UNKNOWN, and the call answers DISP_E_UNKNOWNNAME.
-HRESULT FindDispatchIds(REFIID riid, LPOLESTR* names, UINT count, DISPID* ids);
+[[nodiscard]] HRESULT FindDispatchIds(REFIID riid, LPOLESTR* names, UINT count, DISPID* ids);
 
 // Calls the operation on object. Arguments are converted to the parameters' types; the out
 // parameter may be left away, or be given by reference (to its own type or to a VARIANT) and is
@@ -18,8 +18,8 @@ HRESULT FindDispatchIds(REFIID riid, LPOLESTR* names, UINT count, DISPID* ids);
 // with exception filled in. DISP_E_UNKNOWNINTERFACE, DISP_E_MEMBERNOTFOUND, DISP_E_BADPARAMCOUNT,
 // DISP_E_PARAMNOTOPTIONAL, DISP_E_PARAMNOTFOUND, DISP_E_TYPEMISMATCH, DISP_E_OVERFLOW: nothing was
 // called; badArgument names the place in params->rgvarg where there is one.
-HRESULT InvokeOperation(IQuillonMediaRW& object, DISPID id, REFIID riid, WORD flags,
-                        DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
-                        UINT* badArgument);
+[[nodiscard]] HRESULT InvokeOperation(IQuillonMediaRW& object, DISPID id, REFIID riid, WORD flags,
+                                      DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
+                                      UINT* badArgument);
 
 }  // namespace quillon

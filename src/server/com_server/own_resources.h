@@ -17,6 +17,6 @@ std::string_view RegistrarScriptText(RegistrarScript script);
 [[nodiscard]] HRESULT UnregisterOwnTypeLibrary();
 // How many type descriptions the object has (0 or 1), and the one of the interface.
 UINT OwnTypeInfoCount();
-HRESULT GetOwnTypeInfo(LCID lcid, ITypeInfo** info);
+[[nodiscard]] HRESULT GetOwnTypeInfo(LCID lcid, ITypeInfo** info);
 
 }  // namespace quillon

@@ -26,7 +26,7 @@ class CBaseList : public CBaseItem {
   virtual void RemoveLast();
 
   // At the end. False for null.
-  bool Add(CBaseItem* item);
+  [[nodiscard]] bool Add(CBaseItem* item);
   [[nodiscard]] std::size_t GetCount() const { return items_.size(); }
   [[nodiscard]] CBaseItem* GetAt(std::size_t index) const;  // null past the end
   // Ascending by compare (less than). With stable equal items keep their order. Without a

@@ -15,10 +15,10 @@ class CBuffer {
   // Both answer 0 on success, unlike every other operation of the system.
   // A new block of undefined contents. 1, and nothing changed, when the buffer already holds data
   // or memory ran out.
-  int Allocate(std::uint32_t sizeBytes);
+  [[nodiscard]] int Allocate(std::uint32_t sizeBytes);
   // Refers to a block, and frees it when it owns it. 1, and nothing changed, when the buffer
   // already holds data. With owns, data was made by new[].
-  int Attach(std::uint8_t* data, std::uint32_t sizeBytes, bool owns);
+  [[nodiscard]] int Attach(std::uint8_t* data, std::uint32_t sizeBytes, bool owns);
   [[nodiscard]] std::uint8_t* GetData() const { return data_; }
   [[nodiscard]] std::uint32_t GetSize() const { return sizeBytes_; }
   [[nodiscard]] bool IsEmpty() const { return data_ == nullptr && sizeBytes_ == 0; }

@@ -14,11 +14,11 @@ class CComBase : public CBaseItem {
   CComBase& operator=(const CComBase&) = delete;
 
   // Tries the initialisation again when that of the constructor failed. Whether there is one now.
-  bool EnsureComInitialized();
+  [[nodiscard]] bool EnsureComInitialized();
   // True, and no sentence, for a success code. Else the sentence is the message of that id (with
   // the two names) followed by the reason: the table's text for the low 16 bits of hr, else the
   // platform's text for the thread's last error, else "The operation failed.".
-  bool CheckResult(HRESULT hr, UINT id, TextView className, TextView methodName);
+  [[nodiscard]] bool CheckResult(HRESULT hr, UINT id, TextView className, TextView methodName);
   // For an argument refused before any call: the same message followed by the platform's text of hr
   // itself (or, when that says nothing, of the last error). Always false.
   bool ReportFailure(HRESULT hr, UINT id, TextView className, TextView methodName);
@@ -37,7 +37,8 @@ class CComBase : public CBaseItem {
   // with failedId; a COM exception that the call throws is reported with threwId. Methods check
   // their own arguments first.
   template <typename Call>
-  bool CallPlatform(UINT failedId, UINT threwId, TextView methodName, const Call& call) {
+  [[nodiscard]] bool CallPlatform(UINT failedId, UINT threwId, TextView methodName,
+                                  const Call& call) {
     try {
       lastResult_ = call();
       return CheckResult(lastResult_, failedId, ClassName(), methodName);

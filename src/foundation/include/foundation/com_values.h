@@ -16,6 +16,10 @@ inline TextView ViewOf(BSTR text) {
   return text == nullptr ? TextView() : TextView(text, SysStringLen(text));
 }
 
+// Of a text that a host passes, a BSTR or any text that ends in a zero. A null text is the empty
+// one.
+inline TextView UpToZero(const OLECHAR* text) { return {text, TextLength(text)}; }
+
 class ScopedBstr {
  public:
   ScopedBstr() = default;
@@ -48,9 +52,11 @@ class ScopedBstr {
 class ScopedVariant {
  public:
   ScopedVariant() { VariantInit(&value_); }
-  // Throws std::bad_alloc when there is no memory.
+  // Throws _com_error, as the platform's own variant does, when there is no memory.
   explicit ScopedVariant(TextView text) : ScopedVariant() {
-    V_BSTR(&value_) = ScopedBstr(text).Detach();
+    ScopedBstr bstr;
+    if (!bstr.Assign(text)) throw _com_error(E_OUTOFMEMORY);
+    V_BSTR(&value_) = bstr.Detach();
     V_VT(&value_) = VT_BSTR;
   }
   ~ScopedVariant() { VariantClear(&value_); }

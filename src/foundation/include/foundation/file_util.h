@@ -49,6 +49,8 @@ struct FileFacts {
   bool isEmptyFile = false;  // the look failed for nothing but that
 };
 
+class FileHandle;
+
 class CFileUtil : public CBaseItem {
  public:
   CFileUtil();
@@ -169,7 +171,6 @@ class CFileUtil : public CBaseItem {
   void GetTempSubdirectoryName(Text& out) const { out = tempSubdirectoryName_; }
 
  private:
-  class OpenFile;
   enum class WalkMode { Copy = 0, Delete = 1, Count = 2, Size = 3 };
 
   [[nodiscard]] bool Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode,
@@ -194,7 +195,7 @@ class CFileUtil : public CBaseItem {
   void ForgetFailure();
 
   [[nodiscard]] bool CopyAndReplace(const Text& dst, const Text& src);
-  [[nodiscard]] bool CopyOpened(OpenFile& to, OpenFile& from, bool append, const Text& dst,
+  [[nodiscard]] bool CopyOpened(FileHandle& to, FileHandle& from, bool append, const Text& dst,
                                 const Text& src);
   [[nodiscard]] bool CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstName,
                                 const Text& srcName);

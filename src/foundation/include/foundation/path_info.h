@@ -10,7 +10,7 @@ class CPathInfo : public CBaseItem {
   CPathInfo();
   // Drive ("C:" or empty), directory (up to and with the last separator), file name, extension
   // (with its dot). False, with a sentence, for an empty path or one over 260 characters.
-  bool Split(TextView path);
+  [[nodiscard]] bool Split(TextView path);
 
   [[nodiscard]] const Text& Drive() const { return drive_; }
   [[nodiscard]] const Text& Directory() const { return directory_; }

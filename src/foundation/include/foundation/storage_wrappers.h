@@ -15,13 +15,13 @@ class CPropertyStorage : public CComBase {
   // Where a call stores its result; what was held is released first.
   [[nodiscard]] IPropertyStorage** Put() { return storage_.Put(); }
 
-  bool Commit(DWORD commitFlags);
+  [[nodiscard]] bool Commit(DWORD commitFlags);
   // Both arrays hold count entries; named properties get numbers from firstNamedId on.
-  bool WriteMultiple(ULONG count, const PROPSPEC* specifications, const PROPVARIANT* values,
-                     PROPID firstNamedId);
+  [[nodiscard]] bool WriteMultiple(ULONG count, const PROPSPEC* specifications,
+                                   const PROPVARIANT* values, PROPID firstNamedId);
   // Copies a simple value; target owns the copy and is freed with PropVariantClear. False for
   // arrays, references, decimals and the like, with target empty.
-  bool CopyValue(PROPVARIANT& target, const VARIANT& source);
+  [[nodiscard]] bool CopyValue(PROPVARIANT& target, const VARIANT& source);
 
  private:
   ComPtr<IPropertyStorage> storage_;
@@ -46,10 +46,11 @@ class CShellFolder : public CComBase {
   [[nodiscard]] IShellFolder** Put() { return folder_.Put(); }
 
   // The caller frees *items with CoTaskMemFree. eaten and attributes may be null.
-  bool ParseDisplayName(HWND owner, IBindCtx* context, const OLECHAR* name, ULONG* eaten,
-                        LPITEMIDLIST* items, ULONG* attributes);
-  bool BindToStorage(LPCITEMIDLIST items, IBindCtx* context, REFIID riid, void** object);
-  bool BindToStorage(LPCITEMIDLIST items, IBindCtx* context, CStorage& storage);
+  [[nodiscard]] bool ParseDisplayName(HWND owner, IBindCtx* context, const OLECHAR* name,
+                                      ULONG* eaten, LPITEMIDLIST* items, ULONG* attributes);
+  [[nodiscard]] bool BindToStorage(LPCITEMIDLIST items, IBindCtx* context, REFIID riid,
+                                   void** object);
+  [[nodiscard]] bool BindToStorage(LPCITEMIDLIST items, IBindCtx* context, CStorage& storage);
 
  private:
   ComPtr<IShellFolder> folder_;

@@ -16,8 +16,8 @@ using TextView = std::basic_string_view<OLECHAR>;
 
 // Refuses (false, dst unchanged) an empty src when allowEmpty is false, and one longer than
 // maxLen units when maxLen is not 0.
-bool AssignText(Text& dst, TextView src, bool allowEmpty, std::size_t maxLen);
-bool AssignText(Text& dst, TextView src, std::size_t maxLen);
+[[nodiscard]] bool AssignText(Text& dst, TextView src, bool allowEmpty, std::size_t maxLen);
+[[nodiscard]] bool AssignText(Text& dst, TextView src, std::size_t maxLen);
 
 // Space, tab, line feed, vertical tab, form feed, carriage return.
 constexpr bool IsWhiteSpace(OLECHAR unit) {
@@ -40,7 +40,7 @@ bool TextEquals(const OLECHAR* a, const OLECHAR* b);
 std::size_t TextLength(const OLECHAR* text);
 
 // Converts into at most outLen bytes with the terminator. Answers out, or null on failure.
-char* WideToNarrow(char* out, const OLECHAR* wide, int outLen, UINT codePage);
+[[nodiscard]] char* WideToNarrow(char* out, const OLECHAR* wide, int outLen, UINT codePage);
 
 // The same without a buffer of fixed size; what the code page cannot hold becomes its default
 // character. DICOM values use CP_ACP, file names FileSystemCodePage().
