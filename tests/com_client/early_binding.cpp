@@ -1,45 +1,11 @@
+#include <array>
 #include <cstdlib>
+#include <tuple>
 
 #include "binding.h"
 
 namespace quillon::client {
 namespace {
-
-// The types of parameters: how they are read from the script and put into a VARIANT to be shown.
-class TextArgument {
- public:
-  explicit TextArgument(const Token& token) : text_(bstrOf(token.text)) {}
-  ~TextArgument() { SysFreeString(text_); }
-  TextArgument(const TextArgument&) = delete;
-  TextArgument& operator=(const TextArgument&) = delete;
-  [[nodiscard]] BSTR Get() const { return text_; }
-
- private:
-  BSTR text_;
-};
-
-class FlagArgument {
- public:
-  explicit FlagArgument(const Token& token)
-      : flag_(token.text == "true"    ? VARIANT_TRUE
-              : token.text == "false" ? VARIANT_FALSE
-                                      : static_cast<VARIANT_BOOL>(std::atoi(token.text.c_str()))) {}
-  [[nodiscard]] VARIANT_BOOL Get() const { return flag_; }
-
- private:
-  VARIANT_BOOL flag_;
-};
-
-template <typename Type>
-struct ArgumentOf;
-template <>
-struct ArgumentOf<BSTR> {
-  using Reader = TextArgument;
-};
-template <>
-struct ArgumentOf<VARIANT_BOOL> {
-  using Reader = FlagArgument;
-};
 
 void store(VARIANT& out, BSTR text) {
   out.vt = VT_BSTR;
@@ -62,58 +28,91 @@ void store(VARIANT& out, ULONGLONG number) {
   out.ullVal = number;
 }
 
+// What a parameter is called with: a value that is read from the script, or room for one that comes
+// out.
 template <typename Type>
-using In = typename ArgumentOf<Type>::Reader;
+class Parameter;
+template <>
+class Parameter<BSTR> {
+ public:
+  static constexpr bool kIsOut = false;
+  explicit Parameter(const Token* token) : text_(bstrOf(token->text)) {}
+  ~Parameter() { SysFreeString(text_); }
+  Parameter(const Parameter&) = delete;
+  Parameter& operator=(const Parameter&) = delete;
+  BSTR Get() { return text_; }
 
-// Calls with a variable for the out value and shows what is in it then.
-template <typename Type, typename Call>
-Answer answered(const Variables& variables, Call call) {
-  Type out{};
-  Answer answer{call(&out), {}};
-  Value value;
-  store(value.Get(), out);
-  answer.value = shownValue(value.Get(), variables);
+ private:
+  BSTR text_;
+};
+template <>
+class Parameter<VARIANT_BOOL> {
+ public:
+  static constexpr bool kIsOut = false;
+  explicit Parameter(const Token* token) : text_(token->text) {}
+  VARIANT_BOOL Get() {
+    if (text_ == "true") return VARIANT_TRUE;
+    return text_ == "false" ? VARIANT_FALSE : static_cast<VARIANT_BOOL>(std::atoi(text_.c_str()));
+  }
+
+ private:
+  std::string text_;
+};
+template <typename Type>
+class Parameter<Type*> {
+ public:
+  static constexpr bool kIsOut = true;
+  explicit Parameter(const Token*) {}
+  Type* Get() { return &value_; }
+  [[nodiscard]] std::string Shown(const Variables& variables) const {
+    Value value;
+    store(value.Get(), value_);
+    return shownValue(value.Get(), variables);
+  }
+
+ private:
+  Type value_{};
+};
+
+template <typename... Types>
+std::optional<Answer> callMethod(IQuillonMediaRW& object,
+                                 HRESULT (STDMETHODCALLTYPE IQuillonMediaRW::*method)(Types...),
+                                 const std::vector<Token>& arguments, const Variables& variables) {
+  constexpr std::size_t kInCount = (std::size_t{0} + ... + (Parameter<Types>::kIsOut ? 0 : 1));
+  if (arguments.size() != kInCount) return std::nullopt;
+  constexpr std::array<bool, sizeof...(Types)> kAreOut{Parameter<Types>::kIsOut...};
+  std::array<const Token*, sizeof...(Types)> given{};
+  for (std::size_t i = 0, next = 0; i < given.size(); ++i) {
+    if (!kAreOut[i]) given[i] = &arguments[next++];
+  }
+  auto parameters = std::make_from_tuple<std::tuple<Parameter<Types>...>>(given);
+  const auto call = [&](auto&... parameter) { return (object.*method)(parameter.Get()...); };
+  Answer answer{std::apply(call, parameters), "empty"};
+  const auto show = [&](const auto& parameter) {
+    if constexpr (requires { parameter.Shown(variables); }) {
+      answer.value = parameter.Shown(variables);
+    }
+  };
+  std::apply([&](const auto&... parameter) { (show(parameter), ...); }, parameters);
   return answer;
+}
+
+std::optional<Answer> callNamed(IQuillonMediaRW& object, const std::string& wanted,
+                                const std::vector<Token>& arguments, const Variables& variables) {
+#define QUILLON_METHOD(method, parameters, passed) \
+  if (wanted == #method) return callMethod(object, &IQuillonMediaRW::method, arguments, variables);
+#include "server/com_server/operations.inc"
+  return std::nullopt;
 }
 
 }  // namespace
 
 std::optional<Answer> callEarly(IQuillonMediaRW& object, Kind kind, const Token& name,
                                 const std::vector<Token>& arguments, const Variables& variables) {
-  const std::string& text = name.text;
-  const std::size_t count = arguments.size();
-#define QUILLON_GET(id, operation, type, help)                                                \
-  if (kind == Kind::Get && text == #operation && count == 0) {                                \
-    return answered<type>(variables, [&](type* out) { return object.get_##operation(out); }); \
-  }
-#define QUILLON_PUT(id, operation, type, help)                               \
-  if (kind == Kind::Put && text == #operation && count == 1) {               \
-    return Answer{object.put_##operation(In<type>(arguments[0]).Get()), {}}; \
-  }
-#define QUILLON_CALL(id, operation, help)                       \
-  if (kind == Kind::Call && text == #operation && count == 0) { \
-    return Answer{object.operation(), "empty"};                 \
-  }
-#define QUILLON_CALL_OUT(id, operation, outType, outName, help)                               \
-  if (kind == Kind::Call && text == #operation && count == 0) {                               \
-    return answered<outType>(variables, [&](outType* out) { return object.operation(out); }); \
-  }
-#define QUILLON_CALL_IN_OUT(id, operation, inType, inName, outType, outName, help) \
-  if (kind == Kind::Call && text == #operation && count == 1) {                    \
-    return answered<outType>(variables, [&](outType* out) {                        \
-      return object.operation(In<inType>(arguments[0]).Get(), out);                \
-    });                                                                            \
-  }
-#define QUILLON_CALL_IN_IN_OUT(id, operation, inType1, inName1, inType2, inName2, outType,      \
-                               outName, help)                                                   \
-  if (kind == Kind::Call && text == #operation && count == 2) {                                 \
-    return answered<outType>(variables, [&](outType* out) {                                     \
-      return object.operation(In<inType1>(arguments[0]).Get(), In<inType2>(arguments[1]).Get(), \
-                              out);                                                             \
-    });                                                                                         \
-  }
-#include "server/com_server/operations.inc"
-  return std::nullopt;
+  const char* const prefix = kind == Kind::Get ? "get_" : kind == Kind::Put ? "put_" : "";
+  std::optional<Answer> answer = callNamed(object, prefix + name.text, arguments, variables);
+  if (answer && kind == Kind::Put) answer->value.clear();
+  return answer;
 }
 
 std::string operationTable() {

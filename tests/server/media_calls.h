@@ -41,6 +41,22 @@ using PutString = HRESULT (CQuillonMediaRW::*)(BSTR);
 using GetBool = HRESULT (CQuillonMediaRW::*)(VARIANT_BOOL*);
 using PutBool = HRESULT (CQuillonMediaRW::*)(VARIANT_BOOL);
 
+struct TextProperty {
+  GetString get;
+  PutString put;
+};
+#define QUILLON_TEXT_PROPERTY(name)                            \
+  inline constexpr TextProperty k##name {                      \
+    &CQuillonMediaRW::get_##name, &CQuillonMediaRW::put_##name \
+  }
+QUILLON_TEXT_PROPERTY(VolumeName);
+QUILLON_TEXT_PROPERTY(DicomRootDirectory);
+QUILLON_TEXT_PROPERTY(DicomObjectDirectory);
+QUILLON_TEXT_PROPERTY(OtherContentDirectory);
+QUILLON_TEXT_PROPERTY(DirectCopyDirectory);
+QUILLON_TEXT_PROPERTY(UniquePatientId);
+#undef QUILLON_TEXT_PROPERTY
+
 inline std::string textOf(CQuillonMediaRW& media, GetString get) {
   Bstr value;
   EXPECT_EQ((media.*get)(value.out()), S_OK);

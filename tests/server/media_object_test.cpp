@@ -60,52 +60,38 @@ TEST(MediaObject, TextSettingsKeepTheOldValueWhenTheNewOneIsRefused) {
   const std::string directorySet = ":*?\"<>|";
   const struct {
     const char* what;
-    GetString get;
-    PutString put;
+    TextProperty property;
     std::string value;
     std::string expected;  // what the getter reads afterwards
     std::string sentence;
     HRESULT result;
   } cases[] = {
-      {"volume of 32", &CQuillonMediaRW::get_VolumeName, &CQuillonMediaRW::put_VolumeName,
-       std::string(32, 'V'), std::string(32, 'V'), "", S_OK},
-      {"volume of 33", &CQuillonMediaRW::get_VolumeName, &CQuillonMediaRW::put_VolumeName,
-       std::string(33, 'V'), "", "", S_OK},
-      {"object directory", &CQuillonMediaRW::get_DicomObjectDirectory,
-       &CQuillonMediaRW::put_DicomObjectDirectory, "IMAGES", "IMAGES", "", S_OK},
-      {"object directory with a drive", &CQuillonMediaRW::get_DicomObjectDirectory,
-       &CQuillonMediaRW::put_DicomObjectDirectory, "D:\\OBJ", "DICOMOBJ", "", S_OK},
-      {"empty object directory", &CQuillonMediaRW::get_DicomObjectDirectory,
-       &CQuillonMediaRW::put_DicomObjectDirectory, "", "DICOMOBJ", "The path name is invalid.",
+      {"volume of 32", kVolumeName, std::string(32, 'V'), std::string(32, 'V'), "", S_OK},
+      {"volume of 33", kVolumeName, std::string(33, 'V'), "", "", S_OK},
+      {"object directory", kDicomObjectDirectory, "IMAGES", "IMAGES", "", S_OK},
+      {"object directory with a drive", kDicomObjectDirectory, "D:\\OBJ", "DICOMOBJ", "", S_OK},
+      {"empty object directory", kDicomObjectDirectory, "", "DICOMOBJ", "The path name is invalid.",
        S_OK},
-      {"object directory of a bad name", &CQuillonMediaRW::get_DicomObjectDirectory,
-       &CQuillonMediaRW::put_DicomObjectDirectory, "A*\\B", "DICOMOBJ",
+      {"object directory of a bad name", kDicomObjectDirectory, "A*\\B", "DICOMOBJ",
        "The directory name A*\\ " + listed + directorySet, S_OK},
-      {"content directory with a drive", &CQuillonMediaRW::get_OtherContentDirectory,
-       &CQuillonMediaRW::put_OtherContentDirectory, "C:VIEW", "QUILLON", "", S_OK},
-      {"content directory", &CQuillonMediaRW::get_OtherContentDirectory,
-       &CQuillonMediaRW::put_OtherContentDirectory, "VIEW\\ER", "VIEW\\ER", "", S_OK},
-      {"root", &CQuillonMediaRW::get_DicomRootDirectory, &CQuillonMediaRW::put_DicomRootDirectory,
-       "/set/it", "/set/it", "", S_OK},
-      {"direct copy", &CQuillonMediaRW::get_DirectCopyDirectory,
-       &CQuillonMediaRW::put_DirectCopyDirectory, "E:\\OUT", "E:\\OUT", "", S_OK},
-      {"bad direct copy", &CQuillonMediaRW::get_DirectCopyDirectory,
-       &CQuillonMediaRW::put_DirectCopyDirectory, "1:\\OUT", "C:\\",
+      {"content directory with a drive", kOtherContentDirectory, "C:VIEW", "QUILLON", "", S_OK},
+      {"content directory", kOtherContentDirectory, "VIEW\\ER", "VIEW\\ER", "", S_OK},
+      {"root", kDicomRootDirectory, "/set/it", "/set/it", "", S_OK},
+      {"direct copy", kDirectCopyDirectory, "E:\\OUT", "E:\\OUT", "", S_OK},
+      {"bad direct copy", kDirectCopyDirectory, "1:\\OUT", "C:\\",
        "The direct copy directory is invalid.", S_FALSE},
-      {"empty direct copy", &CQuillonMediaRW::get_DirectCopyDirectory,
-       &CQuillonMediaRW::put_DirectCopyDirectory, "", "C:\\",
+      {"empty direct copy", kDirectCopyDirectory, "", "C:\\",
        "The direct copy directory is invalid.", S_FALSE},
-      {"unique ID", &CQuillonMediaRW::get_UniquePatientId, &CQuillonMediaRW::put_UniquePatientId,
-       "DOE^JOHN|12345", "DOE^JOHN|12345", "", S_OK},
+      {"unique ID", kUniquePatientId, "DOE^JOHN|12345", "DOE^JOHN|12345", "", S_OK},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     CQuillonMediaRW media;
-    EXPECT_EQ((media.*c.put)(Bstr(c.value).get()), c.result);
+    EXPECT_EQ((media.*c.property.put)(Bstr(c.value).get()), c.result);
     EXPECT_EQ(resultOf(media), c.result);
     EXPECT_EQ(errorOf(media), c.sentence);
-    EXPECT_EQ(textOf(media, c.get), c.expected);
-    EXPECT_EQ((media.*c.get)(nullptr), S_FALSE);
+    EXPECT_EQ(textOf(media, c.property.get), c.expected);
+    EXPECT_EQ((media.*c.property.get)(nullptr), S_FALSE);
     EXPECT_EQ(resultOf(media), kInvalidArgument);
   }
 }

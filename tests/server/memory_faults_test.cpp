@@ -50,32 +50,29 @@ struct Job {
 
 TEST(MediaObject, ATextThatFindsNoMemoryIsToldByResult) {
   const struct {
-    GetString get;
-    PutString put;  // null for one that cannot be put
+    TextProperty property;  // without put for one that cannot be put
     std::string value;
     std::string getting, putting;
   } cases[] = {
-      {&CQuillonMediaRW::get_IheLabel, nullptr, "", "Cannot retrieve the IHE Label.", ""},
-      {&CQuillonMediaRW::get_ErrMessageText, nullptr, "", "Cannot retrieve the error message text.",
+      {{&CQuillonMediaRW::get_IheLabel, nullptr}, "", "Cannot retrieve the IHE Label.", ""},
+      {{&CQuillonMediaRW::get_ErrMessageText, nullptr},
+       "",
+       "Cannot retrieve the error message text.",
        ""},
-      {&CQuillonMediaRW::get_VolumeName, &CQuillonMediaRW::put_VolumeName,
-       "A VOLUME NAME OF 29 LETTERS", "Cannot retrieve the volume name.",
+      {kVolumeName, "A VOLUME NAME OF 29 LETTERS", "Cannot retrieve the volume name.",
        "Cannot set the volume name."},
-      {&CQuillonMediaRW::get_DicomRootDirectory, &CQuillonMediaRW::put_DicomRootDirectory,
+      {kDicomRootDirectory,
        "/a/root/directory/that/is/longer/than/the/one/before/it/in/the/temporary/directory/x",
        "Cannot retrieve the DICOM root directory.", "Cannot set the DICOM root directory."},
-      {&CQuillonMediaRW::get_DicomObjectDirectory, &CQuillonMediaRW::put_DicomObjectDirectory,
-       "OBJECTS\\ELSEWHERE\\BELOW", "Cannot retrieve the DICOM object directory.",
-       "Cannot set the DICOM object directory."},
-      {&CQuillonMediaRW::get_OtherContentDirectory, &CQuillonMediaRW::put_OtherContentDirectory,
-       "VIEWER\\ELSEWHERE\\BELOW", "Cannot retrieve the DICOM processing directory.",
+      {kDicomObjectDirectory, "OBJECTS\\ELSEWHERE\\BELOW",
+       "Cannot retrieve the DICOM object directory.", "Cannot set the DICOM object directory."},
+      {kOtherContentDirectory, "VIEWER\\ELSEWHERE\\BELOW",
+       "Cannot retrieve the DICOM processing directory.",
        "Cannot set the DICOM processing directory."},
-      {&CQuillonMediaRW::get_DirectCopyDirectory, &CQuillonMediaRW::put_DirectCopyDirectory,
-       "E:\\A\\COPY\\ELSEWHERE", "Cannot retrieve the direct copy directory.",
+      {kDirectCopyDirectory, "E:\\A\\COPY\\ELSEWHERE", "Cannot retrieve the direct copy directory.",
        "Cannot set the direct copy directory."},
-      {&CQuillonMediaRW::get_UniquePatientId, &CQuillonMediaRW::put_UniquePatientId,
-       "A PATIENT WITH A RATHER LONG KEY", "Cannot retrieve the unique patient ID.",
-       "Cannot set the unique patient ID."},
+      {kUniquePatientId, "A PATIENT WITH A RATHER LONG KEY",
+       "Cannot retrieve the unique patient ID.", "Cannot set the unique patient ID."},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.getting);
@@ -83,26 +80,26 @@ TEST(MediaObject, ATextThatFindsNoMemoryIsToldByResult) {
     VARIANT_BOOL done = 0;
     EXPECT_EQ(job.media.CreateDicomFileSet(&done), S_OK);        // makes a label
     EXPECT_EQ(job.media.put_DicomRootDirectory(nullptr), S_OK);  // leaves a sentence
-    if (c.put != nullptr) {
-      const std::string before = textOf(job.media, c.get);
+    if (c.property.put != nullptr) {
+      const std::string before = textOf(job.media, c.property.get);
       const Bstr value(c.value);
       HRESULT answer = S_OK;
       {
         const FailingNew failing(1);
-        answer = (job.media.*c.put)(value.get());
+        answer = (job.media.*c.property.put)(value.get());
       }
       EXPECT_EQ(answer, S_FALSE);
       EXPECT_EQ(resultOf(job.media), kOutOfMemory);
       EXPECT_EQ(errorOf(job.media), c.putting);
-      EXPECT_EQ(textOf(job.media, c.get), before);
-      EXPECT_EQ((job.media.*c.put)(value.get()), S_OK);
-      EXPECT_EQ(textOf(job.media, c.get), c.value);
+      EXPECT_EQ(textOf(job.media, c.property.get), before);
+      EXPECT_EQ((job.media.*c.property.put)(value.get()), S_OK);
+      EXPECT_EQ(textOf(job.media, c.property.get), c.value);
     }
     Bstr out;
     HRESULT answer = S_OK;
     {
       const FailingNew failing(1);
-      answer = (job.media.*c.get)(out.out());
+      answer = (job.media.*c.property.get)(out.out());
     }
     EXPECT_EQ(answer, S_FALSE);
     EXPECT_TRUE(out.isNull());

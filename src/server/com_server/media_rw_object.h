@@ -32,20 +32,8 @@ class MediaRWObject final : public IQuillonMediaRW {
                                    DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception,
                                    UINT* badArgument) override;
 
-#define QUILLON_GET(id, name, type, help) \
-  HRESULT STDMETHODCALLTYPE get_##name(type* pVal) override { return media_.get_##name(pVal); }
-#define QUILLON_PUT(id, name, type, help) \
-  HRESULT STDMETHODCALLTYPE put_##name(type newVal) override { return media_.put_##name(newVal); }
-#define QUILLON_CALL(id, name, help) \
-  HRESULT STDMETHODCALLTYPE name() override { return media_.name(); }
-#define QUILLON_CALL_OUT(id, name, outType, out, help) \
-  HRESULT STDMETHODCALLTYPE name(outType* out) override { return media_.name(out); }
-#define QUILLON_CALL_IN_OUT(id, name, inType, in, outType, out, help) \
-  HRESULT STDMETHODCALLTYPE name(inType in, outType* out) override { return media_.name(in, out); }
-#define QUILLON_CALL_IN_IN_OUT(id, name, inType1, in1, inType2, in2, outType, out, help) \
-  HRESULT STDMETHODCALLTYPE name(inType1 in1, inType2 in2, outType* out) override {      \
-    return media_.name(in1, in2, out);                                                   \
-  }
+#define QUILLON_METHOD(method, parameters, arguments) \
+  HRESULT STDMETHODCALLTYPE method parameters override { return media_.method arguments; }
 #include "server/com_server/operations.inc"
 
  private:

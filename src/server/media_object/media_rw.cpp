@@ -6,13 +6,6 @@
 
 namespace quillon {
 
-namespace {
-
-// A host passes a BSTR, or any text that ends in a zero; null is an empty text.
-TextView UpToZero(BSTR text) { return {text, TextLength(text)}; }
-
-}  // namespace
-
 CQuillonMediaRW::CQuillonMediaRW() { SetClassName(OLESTR("CQuillonMediaRW")); }
 
 HRESULT CQuillonMediaRW::RefuseArguments() { return FailWith(E_INVALIDARG, kMsgArgumentsInvalid); }
@@ -55,147 +48,40 @@ HRESULT CQuillonMediaRW::GetText(const Text& text, BSTR* pVal, UINT message) {
 }
 
 HRESULT CQuillonMediaRW::PutText(bool (CDicomDirProcessor::*setter)(TextView), BSTR newVal,
-                                 UINT message) {
+                                 UINT message, UINT refusal) {
   result_ = S_OK;
   try {
-    (builder_.*setter)(UpToZero(newVal));
-    return S_OK;
+    const bool isTaken = (builder_.*setter)(UpToZero(newVal));
+    return isTaken || refusal == 0 ? S_OK : FailWith(S_FALSE, refusal);
   } catch (...) {
     return FailWith(E_OUTOFMEMORY, message);
   }
 }
 
-HRESULT CQuillonMediaRW::PutCheckedText(bool (CDicomDirProcessor::*setter)(TextView), BSTR newVal,
-                                        UINT message, UINT refusal) {
-  result_ = S_FALSE;
-  try {
-    if (!(builder_.*setter)(UpToZero(newVal))) return FailWith(S_FALSE, refusal);
-    result_ = S_OK;
-    return S_OK;
-  } catch (...) {
-    return FailWith(E_OUTOFMEMORY, message);
+// The properties that are an option or a text of the builder.
+#define QUILLON_FLAG(id, name, option, help)                 \
+  HRESULT CQuillonMediaRW::get_##name(VARIANT_BOOL* pVal) {  \
+    return GetFlag(builder_.option, pVal);                   \
+  }                                                          \
+  HRESULT CQuillonMediaRW::put_##name(VARIANT_BOOL newVal) { \
+    return PutFlag(builder_.option, newVal);                 \
   }
-}
+#define QUILLON_TEXT(id, name, refusal, getHelp, putHelp)                                 \
+  HRESULT CQuillonMediaRW::get_##name(BSTR* pVal) {                                       \
+    return GetText(builder_.name(), pVal, kMsgCannotGet##name);                           \
+  }                                                                                       \
+  HRESULT CQuillonMediaRW::put_##name(BSTR newVal) {                                      \
+    return PutText(&CDicomDirProcessor::Set##name, newVal, kMsgCannotSet##name, refusal); \
+  }
+#define QUILLON_GET(...)
+#define QUILLON_CALL(...)
+#define QUILLON_CALL_OUT(...)
+#define QUILLON_CALL_IN_OUT(...)
+#define QUILLON_CALL_IN_IN_OUT(...)
+#include "server/com_server/operations.inc"
 
 HRESULT CQuillonMediaRW::get_IheLabel(BSTR* pVal) {
   return GetText(builder_.IheLabel(), pVal, kMsgCannotGetIheLabel);
-}
-
-HRESULT CQuillonMediaRW::get_AllowAddHierarchyTree(VARIANT_BOOL* pVal) {
-  return GetFlag(builder_.allowAddHierarchyTree, pVal);
-}
-
-HRESULT CQuillonMediaRW::put_AllowAddHierarchyTree(VARIANT_BOOL newVal) {
-  return PutFlag(builder_.allowAddHierarchyTree, newVal);
-}
-
-HRESULT CQuillonMediaRW::get_UseHierarchyForDicomObjects(VARIANT_BOOL* pVal) {
-  return GetFlag(builder_.useHierarchyForDicomObjects, pVal);
-}
-
-HRESULT CQuillonMediaRW::put_UseHierarchyForDicomObjects(VARIANT_BOOL newVal) {
-  return PutFlag(builder_.useHierarchyForDicomObjects, newVal);
-}
-
-HRESULT CQuillonMediaRW::get_ClearAfterWrite(VARIANT_BOOL* pVal) {
-  return GetFlag(builder_.clearAfterWrite, pVal);
-}
-
-HRESULT CQuillonMediaRW::put_ClearAfterWrite(VARIANT_BOOL newVal) {
-  return PutFlag(builder_.clearAfterWrite, newVal);
-}
-
-HRESULT CQuillonMediaRW::get_PerformFullErase(VARIANT_BOOL* pVal) {
-  return GetFlag(builder_.performFullErase, pVal);
-}
-
-HRESULT CQuillonMediaRW::put_PerformFullErase(VARIANT_BOOL newVal) {
-  return PutFlag(builder_.performFullErase, newVal);
-}
-
-HRESULT CQuillonMediaRW::get_SimulateCreation(VARIANT_BOOL* pVal) {
-  return GetFlag(builder_.simulateCreation, pVal);
-}
-
-HRESULT CQuillonMediaRW::put_SimulateCreation(VARIANT_BOOL newVal) {
-  return PutFlag(builder_.simulateCreation, newVal);
-}
-
-HRESULT CQuillonMediaRW::get_EjectMediumAfterCreation(VARIANT_BOOL* pVal) {
-  return GetFlag(builder_.ejectMediumAfterCreation, pVal);
-}
-
-HRESULT CQuillonMediaRW::put_EjectMediumAfterCreation(VARIANT_BOOL newVal) {
-  return PutFlag(builder_.ejectMediumAfterCreation, newVal);
-}
-
-HRESULT CQuillonMediaRW::get_IncludeOtherContent(VARIANT_BOOL* pVal) {
-  return GetFlag(builder_.includeOtherContent, pVal);
-}
-
-HRESULT CQuillonMediaRW::put_IncludeOtherContent(VARIANT_BOOL newVal) {
-  return PutFlag(builder_.includeOtherContent, newVal);
-}
-
-HRESULT CQuillonMediaRW::get_PerformDirectCopy(VARIANT_BOOL* pVal) {
-  return GetFlag(builder_.performDirectCopy, pVal);
-}
-
-HRESULT CQuillonMediaRW::put_PerformDirectCopy(VARIANT_BOOL newVal) {
-  return PutFlag(builder_.performDirectCopy, newVal);
-}
-
-HRESULT CQuillonMediaRW::get_VolumeName(BSTR* pVal) {
-  return GetText(builder_.VolumeName(), pVal, kMsgCannotGetVolumeName);
-}
-
-HRESULT CQuillonMediaRW::put_VolumeName(BSTR newVal) {
-  return PutText(&CDicomDirProcessor::SetVolumeName, newVal, kMsgCannotSetVolumeName);
-}
-
-HRESULT CQuillonMediaRW::get_DicomRootDirectory(BSTR* pVal) {
-  return GetText(builder_.DicomRootDirectory(), pVal, kMsgCannotGetDicomRootDirectory);
-}
-
-HRESULT CQuillonMediaRW::put_DicomRootDirectory(BSTR newVal) {
-  return PutText(&CDicomDirProcessor::SetDicomRootDirectory, newVal,
-                 kMsgCannotSetDicomRootDirectory);
-}
-
-HRESULT CQuillonMediaRW::get_DicomObjectDirectory(BSTR* pVal) {
-  return GetText(builder_.DicomObjectDirectory(), pVal, kMsgCannotGetDicomObjectDirectory);
-}
-
-HRESULT CQuillonMediaRW::put_DicomObjectDirectory(BSTR newVal) {
-  return PutText(&CDicomDirProcessor::SetDicomObjectDirectory, newVal,
-                 kMsgCannotSetDicomObjectDirectory);
-}
-
-HRESULT CQuillonMediaRW::get_OtherContentDirectory(BSTR* pVal) {
-  return GetText(builder_.OtherContentDirectory(), pVal, kMsgCannotGetOtherContentDirectory);
-}
-
-HRESULT CQuillonMediaRW::put_OtherContentDirectory(BSTR newVal) {
-  return PutText(&CDicomDirProcessor::SetOtherContentDirectory, newVal,
-                 kMsgCannotSetOtherContentDirectory);
-}
-
-HRESULT CQuillonMediaRW::get_DirectCopyDirectory(BSTR* pVal) {
-  return GetText(builder_.DirectCopyDirectory(), pVal, kMsgCannotGetDirectCopyDirectory);
-}
-
-HRESULT CQuillonMediaRW::put_DirectCopyDirectory(BSTR newVal) {
-  return PutCheckedText(&CDicomDirProcessor::SetDirectCopyDirectory, newVal,
-                        kMsgCannotSetDirectCopyDirectory, kMsgDirectCopyDirectoryInvalid);
-}
-
-HRESULT CQuillonMediaRW::get_UniquePatientId(BSTR* pVal) {
-  return GetText(builder_.UniquePatientId(), pVal, kMsgCannotGetUniquePatientId);
-}
-
-HRESULT CQuillonMediaRW::put_UniquePatientId(BSTR newVal) {
-  return PutCheckedText(&CDicomDirProcessor::SetUniquePatientId, newVal,
-                        kMsgCannotSetUniquePatientId, kMsgUniquePatientIdInvalid);
 }
 
 HRESULT CQuillonMediaRW::get_ErrMessageText(BSTR* pVal) {

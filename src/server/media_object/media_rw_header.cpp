@@ -4,6 +4,7 @@
 #include "dicom/dict.h"
 #include "dicomobjects/dicom_util.h"
 #include "dicomobjects/xml_document.h"
+#include "foundation/com_values.h"
 #include "server/media_object/media_rw.h"
 
 namespace quillon {
@@ -95,8 +96,8 @@ bool CQuillonMediaRW::RenderHeader(TextView fileName, TextView stylesheetLocatio
 
 HRESULT CQuillonMediaRW::LoadHeaderTextFromFile(BSTR bstrFilename, BSTR bstrStylesheetLocation,
                                                 BSTR* pbstrHeaderText) {
-  const TextView fileName(bstrFilename, TextLength(bstrFilename));
-  const TextView location(bstrStylesheetLocation, TextLength(bstrStylesheetLocation));
+  const TextView fileName = UpToZero(bstrFilename);
+  const TextView location = UpToZero(bstrStylesheetLocation);
   if (fileName.empty() || location.empty() || pbstrHeaderText == nullptr) {
     return FailWith(result_, kMsgArgumentsInvalid);
   }

@@ -6,74 +6,40 @@
 #include <vector>
 
 #include "com_test_tools.h"
+#include "platform/com/com_object.h"
 
 namespace quillon::test {
 namespace {
 
 // Notes which method was called, with what, and answers as it is told.
-class RecordingMedia final : public IQuillonMediaRW {
- public:
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
-  ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
-  ULONG STDMETHODCALLTYPE Release() override { return 1; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
+class RecordingMedia final : public DispatchObject<IQuillonMediaRW, IID_IQuillonMediaRW> {
+  // Takes the arguments of the call of that name.
+  [[nodiscard]] auto Noting(const char* name) {
+    return [this, name](auto... passed) {
+      called = name;
+      (Take(passed), ...);
+      return answer;
+    };
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                   UINT*) override {
-    return E_NOTIMPL;
+  void Take(BSTR text) { arguments.push_back(text == nullptr ? "null" : narrow(text)); }
+  void Take(VARIANT_BOOL flag) { arguments.push_back(std::to_string(flag)); }
+  void Take(BSTR* text) const {
+    if (text != nullptr && writesOut) *text = SysAllocString(OLESTR("out"));
+  }
+  template <typename Number>
+  void Take(Number* number) const {
+    if (number != nullptr && writesOut) *number = static_cast<Number>(-1);
   }
 
-#define QUILLON_GET(id, name, type, help) \
-  HRESULT STDMETHODCALLTYPE get_##name(type* pVal) override { return Out("get_" #name, pVal); }
-#define QUILLON_PUT(id, name, type, help) \
-  HRESULT STDMETHODCALLTYPE put_##name(type newVal) override { return In("put_" #name, newVal); }
-#define QUILLON_CALL(id, name, help) \
-  HRESULT STDMETHODCALLTYPE name() override { return Note(#name); }
-#define QUILLON_CALL_OUT(id, name, outType, out, help) \
-  HRESULT STDMETHODCALLTYPE name(outType* out) override { return Out(#name, out); }
-#define QUILLON_CALL_IN_OUT(id, name, inType, in, outType, out, help) \
-  HRESULT STDMETHODCALLTYPE name(inType in, outType* out) override {  \
-    In(#name, in);                                                    \
-    return Out(#name, out);                                           \
-  }
-#define QUILLON_CALL_IN_IN_OUT(id, name, inType1, in1, inType2, in2, outType, out, help) \
-  HRESULT STDMETHODCALLTYPE name(inType1 in1, inType2 in2, outType* out) override {      \
-    In(#name, in1);                                                                      \
-    In(#name, in2);                                                                      \
-    return Out(#name, out);                                                              \
-  }
+ public:
+#define QUILLON_METHOD(method, parameters, passed) \
+  HRESULT STDMETHODCALLTYPE method parameters override { return Noting(#method) passed; }
 #include "server/com_server/operations.inc"
 
   std::string called;
   std::vector<std::string> arguments;
   HRESULT answer = S_OK;
   bool writesOut = true;
-
- private:
-  HRESULT Note(const char* name) {
-    called = name;
-    return answer;
-  }
-  HRESULT In(const char* name, BSTR text) {
-    arguments.push_back(text == nullptr ? "null" : narrow(text));
-    return Note(name);
-  }
-  HRESULT In(const char* name, VARIANT_BOOL flag) {
-    arguments.push_back(std::to_string(flag));
-    return Note(name);
-  }
-  HRESULT Out(const char* name, BSTR* text) {
-    if (text != nullptr && writesOut) *text = SysAllocString(OLESTR("out"));
-    return Note(name);
-  }
-  template <typename Number>
-  HRESULT Out(const char* name, Number* number) {
-    if (number != nullptr && writesOut) *number = static_cast<Number>(-1);
-    return Note(name);
-  }
 };
 
 // What hosts were built with: names, kinds (get, put, call) and identifiers in interface order.

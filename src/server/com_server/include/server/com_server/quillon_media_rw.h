@@ -51,17 +51,8 @@ inline constexpr const OLECHAR* kVersionedProgId = OLESTR("QuillonMediaRW.Quillo
 inline constexpr const OLECHAR* kProgId = OLESTR("QuillonMediaRW.QuillonMediaRW");
 
 struct IQuillonMediaRW : public IDispatch {
-#define QUILLON_GET(id, name, type, help) \
-  virtual HRESULT STDMETHODCALLTYPE get_##name(type* pVal) = 0;
-#define QUILLON_PUT(id, name, type, help) \
-  virtual HRESULT STDMETHODCALLTYPE put_##name(type newVal) = 0;
-#define QUILLON_CALL(id, name, help) virtual HRESULT STDMETHODCALLTYPE name() = 0;
-#define QUILLON_CALL_OUT(id, name, outType, out, help) \
-  virtual HRESULT STDMETHODCALLTYPE name(outType* out) = 0;
-#define QUILLON_CALL_IN_OUT(id, name, inType, in, outType, out, help) \
-  virtual HRESULT STDMETHODCALLTYPE name(inType in, outType* out) = 0;
-#define QUILLON_CALL_IN_IN_OUT(id, name, inType1, in1, inType2, in2, outType, out, help) \
-  virtual HRESULT STDMETHODCALLTYPE name(inType1 in1, inType2 in2, outType* out) = 0;
+#define QUILLON_METHOD(method, parameters, arguments) \
+  virtual HRESULT STDMETHODCALLTYPE method parameters = 0;
 #include "server/com_server/operations.inc"
 };
 
