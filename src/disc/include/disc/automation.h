@@ -10,45 +10,6 @@
 
 namespace quillon {
 
-class OwnedArray {
- public:
-  OwnedArray() = default;
-  ~OwnedArray() {
-    if (array_ != nullptr) SafeArrayDestroy(array_);
-  }
-  OwnedArray(const OwnedArray&) = delete;
-  OwnedArray& operator=(const OwnedArray&) = delete;
-
-  [[nodiscard]] SAFEARRAY** Put() { return &array_; }
-  // Calls take(const VARIANT&), which answers an HRESULT, for each element. No array is an empty
-  // one; DISP_E_TYPEMISMATCH for anything but a one-dimensional array of variants.
-  template <typename Take>
-  HRESULT ForEach(const Take& take) const;
-
- private:
-  SAFEARRAY* array_ = nullptr;
-};
-
-template <typename Take>
-HRESULT OwnedArray::ForEach(const Take& take) const {
-  if (array_ == nullptr) return S_OK;
-  VARTYPE type = VT_EMPTY;
-  if (SafeArrayGetDim(array_) != 1 || FAILED(SafeArrayGetVartype(array_, &type)) ||
-      type != VT_VARIANT) {
-    return DISP_E_TYPEMISMATCH;
-  }
-  LONG first = 0;
-  LONG last = -1;
-  HRESULT hr = SafeArrayGetLBound(array_, 1, &first);
-  if (SUCCEEDED(hr)) hr = SafeArrayGetUBound(array_, 1, &last);
-  for (LONG index = first; SUCCEEDED(hr) && index <= last; ++index) {
-    ScopedVariant element;
-    hr = SafeArrayGetElement(array_, &index, element.Put());
-    if (SUCCEEDED(hr)) hr = take(element.Get());
-  }
-  return hr;
-}
-
 // Numbers and enumerations are handed out as they are.
 template <typename Value>
 class AutomationOut {
@@ -89,47 +50,63 @@ class AutomationOut<BSTR> {
   ScopedBstr bstr_;
 };
 
-template <>
-class AutomationOut<std::vector<LONG>> {
+// An element of an array, which must be of this type.
+inline HRESULT ReadElement(const VARIANT& element, LONG& number) {
+  const bool isSigned = V_VT(&element) == VT_I4 || V_VT(&element) == VT_INT;
+  const bool isUnsigned = V_VT(&element) == VT_UI4 || V_VT(&element) == VT_UINT;
+  if (!isSigned && !isUnsigned) return DISP_E_TYPEMISMATCH;
+  if (isUnsigned && V_UI4(&element) > static_cast<ULONG>(std::numeric_limits<LONG>::max())) {
+    return DISP_E_OVERFLOW;
+  }
+  number = V_I4(&element);
+  return S_OK;
+}
+inline HRESULT ReadElement(const VARIANT& element, Text& text) {
+  if (V_VT(&element) != VT_BSTR) return DISP_E_TYPEMISMATCH;
+  text = ViewOf(V_BSTR(&element));
+  return S_OK;
+}
+
+// No array is an empty one; DISP_E_TYPEMISMATCH for anything but a one-dimensional array of
+// variants.
+template <typename Element>
+class AutomationOut<std::vector<Element>> {
  public:
-  [[nodiscard]] SAFEARRAY** Put() { return array_.Put(); }
-  HRESULT TakeTo(std::vector<LONG>& out) const {
-    std::vector<LONG> numbers;
-    const HRESULT hr = array_.ForEach([&numbers](const VARIANT& element) {
-      const bool isSigned = V_VT(&element) == VT_I4 || V_VT(&element) == VT_INT;
-      const bool isUnsigned = V_VT(&element) == VT_UI4 || V_VT(&element) == VT_UINT;
-      if (!isSigned && !isUnsigned) return DISP_E_TYPEMISMATCH;
-      if (isUnsigned && V_UI4(&element) > static_cast<ULONG>(std::numeric_limits<LONG>::max())) {
-        return DISP_E_OVERFLOW;
-      }
-      numbers.push_back(V_I4(&element));
-      return S_OK;
-    });
-    if (SUCCEEDED(hr)) out = std::move(numbers);
+  AutomationOut() = default;
+  ~AutomationOut() {
+    if (array_ != nullptr) SafeArrayDestroy(array_);
+  }
+  AutomationOut(const AutomationOut&) = delete;
+  AutomationOut& operator=(const AutomationOut&) = delete;
+
+  [[nodiscard]] SAFEARRAY** Put() { return &array_; }
+  HRESULT TakeTo(std::vector<Element>& out) const {
+    std::vector<Element> elements;
+    const HRESULT hr = array_ == nullptr ? S_OK : Read(elements);
+    if (SUCCEEDED(hr)) out = std::move(elements);
     return hr;
   }
 
  private:
-  OwnedArray array_;
-};
-
-template <>
-class AutomationOut<std::vector<Text>> {
- public:
-  [[nodiscard]] SAFEARRAY** Put() { return array_.Put(); }
-  HRESULT TakeTo(std::vector<Text>& out) const {
-    std::vector<Text> texts;
-    const HRESULT hr = array_.ForEach([&texts](const VARIANT& element) {
-      if (V_VT(&element) != VT_BSTR) return DISP_E_TYPEMISMATCH;
-      texts.emplace_back(ViewOf(V_BSTR(&element)));
-      return S_OK;
-    });
-    if (SUCCEEDED(hr)) out = std::move(texts);
+  HRESULT Read(std::vector<Element>& elements) const {
+    VARTYPE type = VT_EMPTY;
+    if (SafeArrayGetDim(array_) != 1 || FAILED(SafeArrayGetVartype(array_, &type)) ||
+        type != VT_VARIANT) {
+      return DISP_E_TYPEMISMATCH;
+    }
+    LONG first = 0;
+    LONG last = -1;
+    HRESULT hr = SafeArrayGetLBound(array_, 1, &first);
+    if (SUCCEEDED(hr)) hr = SafeArrayGetUBound(array_, 1, &last);
+    for (LONG index = first; SUCCEEDED(hr) && index <= last; ++index) {
+      ScopedVariant element;
+      hr = SafeArrayGetElement(array_, &index, element.Put());
+      if (SUCCEEDED(hr)) hr = ReadElement(element.Get(), elements.emplace_back());
+    }
     return hr;
   }
 
- private:
-  OwnedArray array_;
+  SAFEARRAY* array_ = nullptr;
 };
 
 // An object becomes that of the wrapper that is to hold it; none is a failure.
