@@ -6,7 +6,7 @@
 #include <iterator>
 #include <utility>
 
-#include "foundation/scoped_bstr.h"
+#include "foundation/com_values.h"
 #include "foundation/text.h"
 #include "patient_key.h"
 #include "platform/services.h"
@@ -20,8 +20,6 @@ Text wide(std::string_view text) { return WidenText(text, FileSystemCodePage());
 std::string narrow(TextView text) { return NarrowText(text, FileSystemCodePage()); }
 
 std::string narrow(const ScopedBstr& text) { return narrow(text.View()); }
-
-VARIANT_BOOL variantBool(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 template <typename Getter>
 std::string read(CQuillonMediaRW& object, Getter getter) {
@@ -52,12 +50,6 @@ MediaJob::MediaJob() {
   if (!object_.Builder().HasPracticeSetting()) object_.Builder().currentPractice = true;
 }
 
-MediaJob::ComScope::ComScope() : isInitialized(SUCCEEDED(CoInitialize(nullptr))) {}
-
-MediaJob::ComScope::~ComScope() {
-  if (isInitialized) CoUninitialize();
-}
-
 // A put answers S_OK even when the value was refused, which shows in the value alone.
 bool MediaJob::setRoot(std::string_view path) {
   const ScopedBstr text(wide(path));
@@ -72,11 +64,11 @@ bool MediaJob::setObjectDirectory(std::string_view path) {
 }
 
 void MediaJob::setHierarchy(bool enabled) {
-  object_.put_UseHierarchyForDicomObjects(variantBool(enabled));
+  object_.put_UseHierarchyForDicomObjects(ToVariantBool(enabled));
 }
 
 void MediaJob::setOtherContent(bool enabled) {
-  object_.put_IncludeOtherContent(variantBool(enabled));
+  object_.put_IncludeOtherContent(ToVariantBool(enabled));
 }
 
 std::string MediaJob::root() { return read(object_, &CQuillonMediaRW::get_DicomRootDirectory); }
@@ -180,9 +172,9 @@ bool MediaJob::setTarget(std::string_view path) {
 }
 
 void MediaJob::setRecording(bool simulate, bool fullErase, bool eject) {
-  object_.put_SimulateCreation(variantBool(simulate));
-  object_.put_PerformFullErase(variantBool(fullErase));
-  object_.put_EjectMediumAfterCreation(variantBool(eject));
+  object_.put_SimulateCreation(ToVariantBool(simulate));
+  object_.put_PerformFullErase(ToVariantBool(fullErase));
+  object_.put_EjectMediumAfterCreation(ToVariantBool(eject));
 }
 
 bool MediaJob::write() {

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/com_values.h"
 #include "server/media_object/media_rw.h"
 
 namespace quillon::cli {
@@ -94,16 +95,7 @@ class MediaJob {
 
  private:
   // Initialises COM on the thread, as the host of an object does.
-  struct ComScope {
-    ComScope();
-    ~ComScope();
-    ComScope(const ComScope&) = delete;
-    ComScope& operator=(const ComScope&) = delete;
-
-    bool isInitialized;
-  };
-
-  ComScope com_;  // outlives the object
+  ComLibrary com_;  // outlives the object
   CQuillonMediaRW object_;
 };
 

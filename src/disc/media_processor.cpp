@@ -10,7 +10,6 @@ namespace quillon {
 namespace {
 
 constexpr const OLECHAR* kDefaultVolumeName = OLESTR("Quillon");
-constexpr std::size_t kMaxVolumeNameChars = 32;
 
 // The first drive that records, with its medium, taken from other programs if need be.
 bool GetFirstRecorder(CTarnDiscWriter& writer, CDiscUnitInfo& drive) {

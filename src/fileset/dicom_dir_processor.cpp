@@ -1,5 +1,6 @@
 #include "fileset/dicom_dir_processor.h"
 
+#include "disc/media_processor.h"
 #include "file_id_rules.h"
 #include "file_set_creation.h"
 #include "file_set_plan.h"
@@ -14,7 +15,6 @@ namespace quillon {
 
 namespace {
 
-constexpr std::size_t kMaxVolumeNameChars = 32;
 constexpr const OLECHAR* kCurrentPracticeValue = OLESTR("CurrentPractice");
 
 }  // namespace

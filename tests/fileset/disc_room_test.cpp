@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "builder_job.h"
-#include "foundation/scoped_bstr.h"
+#include "foundation/com_values.h"
 #include "platform/com.h"
 #include "platform/imapi2.h"
 

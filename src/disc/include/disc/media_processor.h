@@ -9,6 +9,8 @@
 
 namespace quillon {
 
+inline constexpr std::size_t kMaxVolumeNameChars = 32;
+
 class CDiscMaster;
 class CDiscRecorder;
 class CJolietDiscMaster;
@@ -27,7 +29,7 @@ class CQuillonMediaProcessor : public CBaseItem {
   void SetPerformFullErase(bool fullErase) { performFullErase_ = fullErase; }
   // A test run without writing; only the legacy generation knows it.
   void SetSimulate(bool simulate) { simulate_ = simulate; }
-  // At most 32 characters; refused without a sentence otherwise.
+  // At most kMaxVolumeNameChars; refused without a sentence otherwise.
   [[nodiscard]] bool SetVolumeName(TextView name);
   // A directory whose contents go to the root of the disc. One that is there already changes
   // nothing.

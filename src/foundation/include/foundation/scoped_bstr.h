@@ -1,3 +1,0 @@
-#pragma once
-
-#include "foundation/com_values.h"
