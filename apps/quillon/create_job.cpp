@@ -132,7 +132,7 @@ class CreateJob {
     if (state == RootState::Unfinished) {
       result_.remarks.push_back("quillon wipe --root " + result_.root +
                                 " sets them aside; with --force it removes them.");
-      return fail(job_.unfinishedText());
+      return fail(job_.errorText());
     }
     if (!options_.isReplacing) {
       return fail("The root directory " + result_.root +
@@ -249,31 +249,31 @@ class CreateJob {
     if (!(options_.isDryRun ? job_.preview() : job_.plan())) {
       return fail(inUsersWords(job_.errorText()));
     }
-    const DiscRoom room = job_.plannedRoom();
+    const PlannedFileSet& planned = job_.planned();
     if (options_.refuseSize) {
-      if (auto reason = options_.refuseSize(room)) return fail(*reason);
+      if (auto reason = options_.refuseSize(planned.room)) return fail(*reason);
     }
-    const FileSetTotals totals = job_.plannedTotals();
-    if (options_.isDryRun) tellOfDryRun(room, totals.bytesOnDisk);
-    result_.patients = totals.patients;
-    result_.studies = totals.studies;
-    result_.series = totals.series;
-    result_.objects = totals.objects;
-    result_.bytes = totals.bytes;
-    for (const std::string& line : job_.labelRemarks()) {
-      result_.remarks.push_back("The label leaves out \"" + line + "\": it is not a date.");
+    if (options_.isDryRun) tellOfDryRun(planned);
+    result_.patients = planned.patients;
+    result_.studies = planned.studies;
+    result_.series = planned.series;
+    result_.objects = planned.objects.size();
+    result_.bytes = planned.bytes;
+    for (const Text& line : planned.labelRemarks) {
+      result_.remarks.push_back("The label leaves out \"" + narrow(line) + "\": it is not a date.");
     }
     return true;
   }
 
-  void tellOfDryRun(const DiscRoom& room, std::uint64_t bytesOnDisk) {
-    result_.label = job_.plannedLabel();
-    result_.discSectors = room.MostSectors();
+  void tellOfDryRun(const PlannedFileSet& planned) {
+    result_.label = narrow(planned.label);
+    result_.discSectors = planned.room.MostSectors();
     const auto free = freeBytesAt(result_.root);
-    if (!free || *free >= bytesOnDisk || options_.isMoving || options_.mayLink) return;
+    if (!free || *free >= planned.bytesOnDisk || options_.isMoving || options_.mayLink) return;
     // Whether they share their blocks with the sources is found out by trying.
     result_.remarks.push_back("The file system of " + result_.root + " has " + roomText(*free) +
-                              " free, and copies of the files take " + neededText(bytesOnDisk) +
+                              " free, and copies of the files take " +
+                              neededText(planned.bytesOnDisk) +
                               " where they cannot share that with them.");
   }
 
@@ -285,12 +285,11 @@ class CreateJob {
   }
 
   bool copySources(Staging& staging) {
-    const std::size_t count = job_.plannedCount();
+    const std::vector<PlannedObject>& objects = job_.planned().objects;
     progress_.begin("Copying", result_.bytes, ProgressUnit::Bytes);
     staging.setProgress([this](std::uint64_t bytes) { progress_.advance(copiedBytes_ + bytes); });
-    for (std::size_t i = 0; i < count; ++i) {
-      const std::uint64_t size = job_.plannedSize(i);
-      const std::string source = job_.plannedSource(i);
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+      const std::string source = narrow(objects[i].source);
       const SourceFile& file = files_.at(source);
       if (!isMoved(file)) {
         std::string copy;
@@ -301,7 +300,7 @@ class CreateJob {
         }
         if (!job_.handOver(i, copy)) return fail(replaced(job_.errorText(), source, file.path));
       }
-      progress_.advance(copiedBytes_ += size);
+      progress_.advance(copiedBytes_ += objects[i].sizeBytes);
     }
     return true;
   }

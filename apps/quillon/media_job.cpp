@@ -17,9 +17,7 @@ namespace {
 
 Text wide(std::string_view text) { return WidenText(text, FileSystemCodePage()); }
 
-std::string narrow(TextView text) { return NarrowText(text, FileSystemCodePage()); }
-
-std::string narrow(const ScopedBstr& text) { return narrow(text.View()); }
+std::string narrow(const ScopedBstr& text) { return cli::narrow(text.View()); }
 
 template <typename Getter>
 std::string read(CQuillonMediaRW& object, Getter getter) {
@@ -86,18 +84,6 @@ std::string MediaJob::errorText() {
 
 bool MediaJob::claimRoot() { return object_.Builder().ClaimRoot(); }
 
-RootState MediaJob::rootState() {
-  std::size_t objectCount = 0;
-  return object_.Builder().GetRootState(objectCount);
-}
-
-std::string MediaJob::unfinishedText() {
-  std::size_t objectCount = 0;
-  object_.Builder().GetRootState(objectCount);
-  object_.Builder().FailUnfinished(objectCount);
-  return errorText();
-}
-
 bool MediaJob::clearRoot(std::string_view leaveOut) {
   return object_.Builder().ClearRoot(wide(leaveOut));
 }
@@ -127,30 +113,8 @@ bool MediaJob::plan() { return object_.Builder().PlanFileSet({}, {}); }
 
 bool MediaJob::preview() { return object_.Builder().PreviewFileSet({}, {}); }
 
-DiscRoom MediaJob::plannedRoom() { return object_.Builder().PlannedRoom(); }
-
-std::string MediaJob::plannedLabel() { return narrow(object_.Builder().PlannedLabel()); }
-
-std::uint64_t MediaJob::plannedSize(std::size_t index) {
-  return object_.Builder().PlannedSize(index);
-}
-
-FileSetTotals MediaJob::plannedTotals() { return object_.Builder().PlannedTotals(); }
-
-std::size_t MediaJob::plannedCount() { return object_.Builder().PlannedCount(); }
-
-std::string MediaJob::plannedSource(std::size_t index) {
-  return narrow(object_.Builder().PlannedSource(index));
-}
-
 bool MediaJob::handOver(std::size_t index, std::string_view copy) {
   return object_.Builder().HandOver(index, wide(copy));
-}
-
-std::vector<std::string> MediaJob::labelRemarks() {
-  std::vector<std::string> lines;
-  for (const Text& line : object_.Builder().LabelRemarks()) lines.push_back(narrow(line));
-  return lines;
 }
 
 bool MediaJob::createPlanned() { return object_.Builder().CreatePlannedFileSet(); }
@@ -219,6 +183,8 @@ void MediaJob::wipe(bool removesAll, std::string& asideDirectory) {
   object_.Builder().Wipe(removesAll, aside);
   asideDirectory = narrow(aside);
 }
+
+std::string narrow(TextView text) { return NarrowText(text, FileSystemCodePage()); }
 
 std::string labelOfFileSet(const std::string& root) {
   std::ifstream file(root + "/LABEL.TXT", std::ios::binary);

@@ -37,9 +37,8 @@ class MediaJob {
   // Takes the root directory for this job, which makes it when it is missing. False when another
   // has it.
   bool claimRoot();
-  [[nodiscard]] RootState rootState();
-  // The sentence about a root directory that holds what is left of another job.
-  [[nodiscard]] std::string unfinishedText();
+  // Of the root directory; of an unfinished one errorText tells.
+  [[nodiscard]] RootState rootState() { return object_.Builder().GetRootState(); }
   // Empties the root directory, but for an entry of this name.
   bool clearRoot(std::string_view leaveOut);
 
@@ -55,15 +54,8 @@ class MediaJob {
   bool plan();
   // The same for a look at it alone: nothing is changed then either, and the root is not taken.
   bool preview();
-  [[nodiscard]] FileSetTotals plannedTotals();
-  [[nodiscard]] DiscRoom plannedRoom();
-  [[nodiscard]] std::string plannedLabel();
-  [[nodiscard]] std::size_t plannedCount();
-  [[nodiscard]] std::string plannedSource(std::size_t index);
-  [[nodiscard]] std::uint64_t plannedSize(std::size_t index);
+  [[nodiscard]] const PlannedFileSet& planned() { return object_.Builder().Planned(); }
   bool handOver(std::size_t index, std::string_view copy);
-  // Lines that the label leaves out.
-  [[nodiscard]] std::vector<std::string> labelRemarks();
   bool createPlanned();
 
   // Told how far a creation or a copy to a directory is; empty for nobody.
@@ -98,6 +90,9 @@ class MediaJob {
   ComLibrary com_;  // outlives the object
   CQuillonMediaRW object_;
 };
+
+// A text of the object's in the program's code page.
+std::string narrow(TextView text);
 
 // What the label of a finished file set says; empty when it has none.
 std::string labelOfFileSet(const std::string& root);

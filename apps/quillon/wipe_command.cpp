@@ -70,7 +70,7 @@ std::optional<std::string> wipe(const CommandOptions& options, std::string& root
   if (hadTemporary && !isThere(temporary)) removed.push_back(temporary);
   if (rootEntry(root) == RootEntry::Missing) return std::nullopt;
   return job.rootState() == RootState::Unfinished
-             ? job.unfinishedText()
+             ? job.errorText()
              : "The root directory " + root + " cannot be wiped.";
 }
 

@@ -195,7 +195,7 @@ bool Delivery::takeFileSet() {
 
 bool Delivery::checkState() {
   const RootState state = job_.rootState();
-  if (state == RootState::Unfinished) return fail(job_.unfinishedText());
+  if (state == RootState::Unfinished) return fail(job_.errorText());
   if (state == RootState::UnfinishedCopies) {
     return fail("The file set in " + result_.root +
                 " is not complete: the job that made or removed it did not finish. quillon wipe "

@@ -33,13 +33,19 @@ bool CDicomObjectList::AddObject(TextView path) {
   return Enter(std::move(item));
 }
 
-bool CDicomObjectList::AddObject(CDicomUtil& util, bool instanceUidOptional) {
+CDicomObjectProperties* CDicomObjectList::AddObject(CDicomUtil& util, bool instanceUidOptional) {
   std::unique_ptr<CDicomObjectProperties> item(new (std::nothrow) CDicomObjectProperties());
-  if (item == nullptr) return Fail(kMsgNoStorageForImage);
+  if (item == nullptr) {
+    Fail(kMsgNoStorageForImage);
+    return nullptr;
+  }
   CDicomObjectProcessor processor;
   processor.SetInstanceUidOptional(instanceUidOptional);
-  if (!processor.ReadProperties(util, *item)) return FailAs(processor);
-  return Enter(std::move(item));
+  if (!processor.ReadProperties(util, *item)) {
+    FailAs(processor);
+    return nullptr;
+  }
+  return Enter(std::move(item)) ? At(GetCount() - 1) : nullptr;
 }
 
 bool CDicomObjectList::Enter(std::unique_ptr<CDicomObjectProperties> properties) {

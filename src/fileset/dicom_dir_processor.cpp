@@ -3,11 +3,14 @@
 #include "disc/media_processor.h"
 #include "file_id_rules.h"
 #include "file_set_creation.h"
+#include "file_set_delivery.h"
 #include "file_set_plan.h"
 #include "fileset/model/for_each_object.h"
 #include "foundation/working_directory_scope.h"
 #include "media_creation_key.h"
 #include "medium_label.h"
+#include "object_adding.h"
+#include "other_content.h"
 #include "root_claim.h"
 #include "unfinished_mark.h"
 
@@ -20,14 +23,14 @@ constexpr const OLECHAR* kCurrentPracticeValue = OLESTR("CurrentPractice");
 }  // namespace
 
 CDicomDirProcessor::CDicomDirProcessor()
-    : claim_(std::make_unique<RootClaim>()),
+    : patients_(std::make_unique<CPatientList>()),
+      claim_(std::make_unique<RootClaim>()),
       objectDirectory_(OLESTR("DICOMOBJ")),
       otherContentDirectory_(OLESTR("QUILLON")),
       directCopyDirectory_(OLESTR("C:\\")) {
   SetClassName(OLESTR("CDicomDirProcessor"));
   // Files come as their makers left them: what they say is described as it is, not refused or cut.
   dcSetValueChecking(false);
-  EnsurePatientList();
   static_cast<void>(
       files_.GetTempDirectory(rootDirectory_, /*create=*/false, /*addSubdirectory=*/false));
   rootDirectory_ += OLESTR("DICOM");
@@ -38,10 +41,6 @@ CDicomDirProcessor::CDicomDirProcessor()
 }
 
 CDicomDirProcessor::~CDicomDirProcessor() = default;
-
-void CDicomDirProcessor::EnsurePatientList() {
-  if (patients_ == nullptr) patients_ = std::make_unique<CPatientList>();
-}
 
 void CDicomDirProcessor::DiscardPatientList() {
   plan_.reset();
@@ -112,11 +111,154 @@ bool CDicomDirProcessor::WriteLabel(CPatientList* patients, TextView rootDirecto
   return WriteLabelFile(iheLabel_, rootDirectory, files_, *this);
 }
 
+CPatientList& CDicomDirProcessor::ListForAdding() {
+  plan_.reset();
+  if (patients_ == nullptr) patients_ = std::make_unique<CPatientList>();
+  return *patients_;
+}
+
+bool CDicomDirProcessor::AddFile(TextView fileName) {
+  ClearIheLabel();
+  return TakesPath(fileName) &&
+         ObjectAdding(ListForAdding(), uniquePatientId_, files_, *this).AddFile(fileName);
+}
+
+bool CDicomDirProcessor::AddFitFile(TextView fileName, const FitnessRules& rules, AddedFile& told) {
+  ClearIheLabel();
+  told = AddedFile{};
+  return TakesPath(fileName) &&
+         ObjectAdding(ListForAdding(), {}, files_, *this).AddFitFile(fileName, rules, told);
+}
+
+bool CDicomDirProcessor::AddDirectory(TextView directory, bool createAfterwards) {
+  ClearIheLabel();
+  Text start(directory);
+  if (start.empty() && !files_.GetCurrentDirectory(start)) return FailAs(files_);
+  if (!TakesPath(start)) return false;
+  ObjectAdding adding(ListForAdding(), uniquePatientId_, files_, *this);
+  if (!adding.AddDirectory(start, allowAddHierarchyTree)) return false;
+  return !createAfterwards || CreateDicomFileSet({}, {});
+}
+
+bool CDicomDirProcessor::ClaimRoot() {
+  const WorkingDirectoryScope workingDirectory;
+  return claim_->TakeMaking(rootDirectory_, files_, *this);
+}
+
+RootState CDicomDirProcessor::GetRootState() {
+  std::size_t objectCount = 0;
+  const RootState state = ReadRootState(rootDirectory_, files_, objectCount);
+  if (state == RootState::Unfinished) FailUnfinished(rootDirectory_, objectCount, *this);
+  return state;
+}
+
+bool CDicomDirProcessor::ClearRoot(TextView leaveOut) {
+  const WorkingDirectoryScope workingDirectory;
+  return EmptyRoot(rootDirectory_, leaveOut, files_, *this);
+}
+
+std::unique_ptr<FileSetPlan> CDicomDirProcessor::BeginPlan(TextView rootDirectory,
+                                                           TextView objectDirectory) {
+  plan_.reset();
+  if (!HasPatients()) return nullptr;
+  FileSetPlaces places{rootDirectory_, objectDirectory_, otherContentDirectory_};
+  if (!rootDirectory.empty()) places.rootDirectory = rootDirectory;
+  if (!objectDirectory.empty()) places.objectDirectory = objectDirectory;
+  auto plan = std::make_unique<FileSetPlan>(*patients_, files_, *this, places);
+  if (plan->CheckDirectories()) return plan;
+  FailAs(*plan);
+  return nullptr;
+}
+
+bool CDicomDirProcessor::FinishPlan(std::unique_ptr<FileSetPlan> plan) {
+  if (plan->Make()) {
+    plan_ = std::move(plan);
+    return true;
+  }
+  const bool keepsPatients = plan->KeepsPatients();
+  FailAs(*plan);
+  plan.reset();
+  if (!keepsPatients) patients_->RemoveAll();
+  claim_->Release();
+  return false;
+}
+
+bool CDicomDirProcessor::PlanFileSet(TextView rootDirectory, TextView objectDirectory) {
+  const WorkingDirectoryScope workingDirectory;
+  auto plan = BeginPlan(rootDirectory, objectDirectory);
+  isPreview_ = false;
+  return plan != nullptr && claim_->TakeForCreation(plan->Places().rootDirectory, files_, *this) &&
+         FinishPlan(std::move(plan));
+}
+
+bool CDicomDirProcessor::PreviewFileSet(TextView rootDirectory, TextView objectDirectory) {
+  const WorkingDirectoryScope workingDirectory;
+  auto plan = BeginPlan(rootDirectory, objectDirectory);
+  isPreview_ = true;
+  return plan != nullptr && FinishPlan(std::move(plan));
+}
+
+const PlannedFileSet& CDicomDirProcessor::Planned() const { return plan_->Planned(); }
+
+bool CDicomDirProcessor::HandOver(std::size_t index, TextView copy) {
+  return plan_->HandOver(index, copy) || FailAs(*plan_);
+}
+
+bool CDicomDirProcessor::CreateDicomFileSet(TextView rootDirectory, TextView objectDirectory) {
+  return PlanFileSet(rootDirectory, objectDirectory) && CreatePlannedFileSet();
+}
+
+bool CDicomDirProcessor::CreatePlannedFileSet() {
+  if (isPreview_) {
+    const FileSetPlaces places = plan_->Places();
+    if (!PlanFileSet(places.rootDirectory, places.objectDirectory)) return false;
+  }
+  const WorkingDirectoryScope workingDirectory;
+  const std::unique_ptr<FileSetPlan> plan = std::move(plan_);
+  if (!plan->CheckSources()) {
+    FailAs(*plan);
+    if (!plan->KeepsPatients()) patients_->RemoveAll();
+    claim_->Release();
+    return false;
+  }
+  claim_->KeepDirectory();
+  FileSetCreation creation(*plan, files_, progress);
+  const bool isCreated = creation.Run();
+  if (creation.HasLabel()) iheLabel_ = plan->Planned().label;
+  if (isCreated) {
+    // A source of other content that cannot be found out is no failure; the sentence tells why.
+    if (!plan->Content().Remark().empty()) SetErrorMessage(plan->Content().Remark());
+  } else {
+    FailAs(creation);
+    claim_->Release();
+  }
+  if (isCreated || !creation.KeepsPatients()) patients_->RemoveAll();
+  return isCreated;
+}
+
+bool CDicomDirProcessor::CheckOperatingSystem() { return quillon::CheckOperatingSystem(*this); }
+
+bool CDicomDirProcessor::WriteMedia(TextView sourceDirectory, bool simulate, bool fullErase,
+                                    bool eject, bool clearSource) {
+  const DeliveryOptions options{simulate,    fullErase,         eject,
+                                clearSource, performDirectCopy, directCopyDirectory_,
+                                volumeName_, currentPractice,   progress};
+  return FileSetDelivery(options, *claim_, files_, *this)
+      .Run(sourceDirectory.empty() ? TextView(rootDirectory_) : sourceDirectory);
+}
+
+bool CDicomDirProcessor::GetOtherContentSourceDir(Text& directory) {
+  OtherContent content(files_, currentPractice);
+  bool isMissing = false;
+  return content.ReadSourceDirectory(directory, isMissing) || FailAs(content);
+}
+
 bool CDicomDirProcessor::GetTotalSize(std::uint64_t& sizeBytes) {
   sizeBytes = 0;
   if (!HasPatients()) return false;
   std::uint64_t total = 0;
-  if (includeOtherContent && !MeasureOtherContent(Measure::Bytes, total)) return false;
+  OtherContent content(files_, currentPractice);
+  if (includeOtherContent && !content.GetSize(total)) return FailAs(content);
   static_cast<void>(ForEachObject(*patients_, [&total](const CDicomObjectProperties& object) {
     total += object.FileSize();
     return true;
@@ -128,13 +270,14 @@ bool CDicomDirProcessor::GetTotalSize(std::uint64_t& sizeBytes) {
 bool CDicomDirProcessor::GetTotalFileCount(std::uint32_t& count) {
   count = 0;
   if (!HasPatients()) return false;
-  std::uint64_t total = 0;
-  if (includeOtherContent && !MeasureOtherContent(Measure::Files, total)) return false;
+  std::uint32_t total = 0;
+  OtherContent content(files_, currentPractice);
+  if (includeOtherContent && !content.CountFiles(total)) return FailAs(content);
   static_cast<void>(ForEachObject(*patients_, [&total](const CDicomObjectProperties&) {
     ++total;
     return true;
   }));
-  count = static_cast<std::uint32_t>(total);
+  count = total;
   return true;
 }
 
@@ -149,6 +292,11 @@ void CDicomDirProcessor::Wipe(bool removesAll, Text& asideDirectory) {
   ClearIheLabel();
   plan_.reset();
   if (patients_ != nullptr) patients_->RemoveAll();
+  RemoveRoot(removesAll, asideDirectory);
+  RemoveTemporaryFiles();
+}
+
+void CDicomDirProcessor::RemoveRoot(bool removesAll, Text& asideDirectory) {
   // No message is told here, and the one that the host may still read stays.
   CBaseItem unheard;
   if (files_.PathExists(rootDirectory_) && claim_->TakeExisting(rootDirectory_, files_, unheard)) {
@@ -156,13 +304,16 @@ void CDicomDirProcessor::Wipe(bool removesAll, Text& asideDirectory) {
     const bool isKept =
         !removesAll && ReadRootState(rootDirectory_, files_, objectCount) == RootState::Unfinished;
     if (isKept) {
-      claim_->SetAside(files_, asideDirectory);
+      static_cast<void>(claim_->SetAside(files_, asideDirectory));
     } else {
       MarkForRemoval(rootDirectory_, files_);
       static_cast<void>(files_.DeleteDirectoryTree(rootDirectory_, /*recurse=*/true));
     }
   }
   claim_->Release();
+}
+
+void CDicomDirProcessor::RemoveTemporaryFiles() {
   const Text temporary = RootClaim::TemporaryJobDirectory(files_);
   if (temporary.empty() || !files_.PathExists(temporary)) return;
   // A link was not made by any job, and what it leads to is somebody's.

@@ -21,7 +21,7 @@ bool FileSetCreation::Run() {
   // The mark stands before anything changes and goes when everything is done: whatever happens in
   // between, the root tells that it is not a finished file set.
   const Text& root = plan_.RootDirectory();
-  if (!WriteUnfinishedMark(root, plan_.Objects(), plan_.Settings().sourcesStay, files_)) {
+  if (!WriteUnfinishedMark(root, plan_.Planned().objects, plan_.Options().sourcesStay, files_)) {
     return FailAs(files_);
   }
   const bool isDone = PrepareRoot() && MoveObjects() && WriteDicomDir() &&
@@ -53,16 +53,17 @@ bool FileSetCreation::CheckWritable() {
   const HANDLE file =
       CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
-    return Fail(kMsgCannotOpenFile, {plan_.RootDirectory() + plan_.Objects().front().fileId});
+    return Fail(kMsgCannotOpenFile,
+                {plan_.RootDirectory() + plan_.Planned().objects.front().fileId});
   }
   CloseHandle(file);
   return files_.DeleteFile(probe) || FailAs(files_);
 }
 
 bool FileSetCreation::MoveObjects() {
-  CopyReport report(files_, progress_, plan_.Totals().bytes);
+  CopyReport report(files_, progress_, plan_.Planned().bytes);
   std::uint64_t doneBytes = 0;
-  for (const PlannedObject& object : plan_.Objects()) {
+  for (const PlannedObject& object : plan_.Planned().objects) {
     const Text path = plan_.RootDirectory() + object.fileId;
     if (!files_.MoveFile(path, object.source)) {
       FailAs(files_);
@@ -83,7 +84,7 @@ bool FileSetCreation::WriteDicomDir() {
 
 bool FileSetCreation::WriteLabel() {
   hasLabel_ = true;
-  return WriteLabelFile(plan_.Label(), plan_.RootDirectory(), files_, *this);
+  return WriteLabelFile(plan_.Planned().label, plan_.RootDirectory(), files_, *this);
 }
 
 }  // namespace quillon

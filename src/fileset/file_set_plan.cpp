@@ -12,6 +12,7 @@
 #include "platform/services.h"
 #include "record_keys.h"
 #include "source_check.h"
+#include "unfinished_mark.h"
 
 namespace quillon {
 
@@ -64,13 +65,15 @@ bool IsDirectoryThere(const Text& path, CFileUtil& files) {
 
 }  // namespace
 
-FileSetPlan::FileSetPlan(CPatientList& patients, CFileUtil& files, FileSetSettings settings)
+FileSetPlan::FileSetPlan(CPatientList& patients, CFileUtil& files, const FileSetOptions& options,
+                         const FileSetPlaces& places)
     : patients_(patients),
       files_(files),
-      settings_(std::move(settings)),
-      root_(settings_.rootDirectory),
-      objectDirectory_(settings_.objectDirectory),
-      content_(files, settings_.followsCurrentPractice) {
+      options_(options),
+      places_(places),
+      root_(places.rootDirectory),
+      objectDirectory_(places.objectDirectory),
+      content_(files, options.currentPractice) {
   SetClassName(OLESTR("CDicomDirProcessor"));
 }
 
@@ -80,13 +83,14 @@ bool FileSetPlan::Make() {
   if (!CheckOldEntries() || !BeginDicomDir()) return false;
   if (!AddPatients()) return false;
   keepsPatients_ = false;
-  if (settings_.includesOtherContent &&
-      !content_.Plan(settings_.rootDirectory, settings_.otherContentDirectory)) {
+  if (options_.includeOtherContent &&
+      !content_.Plan(places_.rootDirectory, places_.otherContentDirectory)) {
     return FailAs(content_);
   }
   if (!CheckContentPlaces() || !ComposeLabel()) return false;
   keepsPatients_ = true;
-  return !settings_.needsRoomForCopies || CheckRoom(totals_.bytesOnDisk);
+  planned_.room = RoomOnDisc();
+  return !options_.needsRoomForCopies || CheckRoom(planned_.bytesOnDisk);
 }
 
 bool FileSetPlan::CheckDirectories() {
@@ -131,12 +135,11 @@ bool FileSetPlan::BeginDicomDir() {
 }
 
 bool FileSetPlan::AddPatients() {
-  objects_.clear();
-  totals_ = FileSetTotals{};
+  planned_ = PlannedFileSet{};
   for (std::size_t p = 0; p < patients_.GetCount(); ++p) {
     CPatient& patient = *patients_.At(p);
     at_.patient = &patient;
-    ++totals_.patients;
+    ++planned_.patients;
     DcDirRec* record = Attach(*dicomDir_, MakePatientRecord(patient));
     if (record == nullptr) return false;
     if (!AddStudies(patient, *record, DirectoryBelow({}, kPatientPrefix, p + 1))) return false;
@@ -150,7 +153,7 @@ bool FileSetPlan::AddStudies(CPatient& patient, DcDirRec& patientRecord,
   for (std::size_t s = 0; s < studies.GetCount(); ++s) {
     CStudy& study = *studies.At(s);
     at_.study = &study;
-    ++totals_.studies;
+    ++planned_.studies;
     DcDirRec* record = Attach(patientRecord, MakeStudyRecord(study));
     if (record == nullptr) return false;
     if (!AddSeries(study, *record, DirectoryBelow(patientDirectory, kStudyPrefix, s + 1))) {
@@ -165,9 +168,10 @@ bool FileSetPlan::AddSeries(CStudy& study, DcDirRec& studyRecord, TextView study
   for (std::size_t e = 0; e < list.GetCount(); ++e) {
     CSeries& series = *list.At(e);
     at_.series = &series;
-    ++totals_.series;
-    at_.directory =
-        settings_.useHierarchy ? DirectoryBelow(studyDirectory, kSeriesPrefix, e + 1) : Text();
+    ++planned_.series;
+    at_.directory = options_.useHierarchyForDicomObjects
+                        ? DirectoryBelow(studyDirectory, kSeriesPrefix, e + 1)
+                        : Text();
     DcDirRec* record = Attach(studyRecord, MakeSeriesRecord(series));
     if (record == nullptr || !AddObjects(series, *record)) return false;
   }
@@ -178,7 +182,7 @@ bool FileSetPlan::AddObjects(CSeries& series, DcDirRec& seriesRecord) {
   const CDicomObjectList& images = series.Images();
   for (std::size_t i = 0; i < images.GetCount(); ++i) {
     keepsPatients_ = false;
-    if (i == 0 && settings_.useHierarchy && !AddDirectory()) return false;
+    if (i == 0 && options_.useHierarchyForDicomObjects && !AddDirectory()) return false;
     if (!AddObject(*images.At(i), seriesRecord)) return false;
   }
   return true;
@@ -208,18 +212,18 @@ bool FileSetPlan::AddObject(const CDicomObjectProperties& object, DcDirRec& seri
                 {fileId, at_.series->SeriesInstanceUid(), at_.study->StudyInstanceUid(),
                  at_.patient->UniqueId(), object.FileName()});
   }
-  objects_.push_back({object.FileName(), std::move(fileId), facts.stamp, facts.stamp.sizeBytes});
-  ++totals_.objects;
-  totals_.bytes += facts.stamp.sizeBytes;
-  totals_.bytesOnDisk += RoundedToBlocks(facts.stamp.sizeBytes);
+  planned_.objects.push_back(
+      {object.FileName(), std::move(fileId), facts.stamp, facts.stamp.sizeBytes});
+  planned_.bytes += facts.stamp.sizeBytes;
+  planned_.bytesOnDisk += RoundedToBlocks(facts.stamp.sizeBytes);
   return true;
 }
 
 bool FileSetPlan::NameNextObject(Text& fileId, Text& path) {
   fileId = objectDirectory_;
   fileId += at_.directory;
-  fileId +=
-      NumberedName(kObjectPrefix, static_cast<std::int64_t>(objects_.size()) + 1, kObjectDigits);
+  fileId += NumberedName(kObjectPrefix, static_cast<std::int64_t>(planned_.objects.size()) + 1,
+                         kObjectDigits);
   if (!CheckFileId(fileId, files_, *this)) return false;
   path = root_;
   return JoinPath(path, fileId, *this);
@@ -261,19 +265,19 @@ bool FileSetPlan::CheckContentPlaces() {
 }
 
 bool FileSetPlan::ComposeLabel() {
-  MediumLabel label(settings_.followsCurrentPractice);
+  MediumLabel label(options_.currentPractice);
   if (!label.Compose(patients_)) return FailAs(label);
-  label_ = label.GetText();
-  labelRemarks_ = label.LeftOut();
+  planned_.label = label.GetText();
+  planned_.labelRemarks = label.LeftOut();
   return true;
 }
 
 bool FileSetPlan::CheckSources() {
   keepsPatients_ = true;
   SourceCheck check(root_, ObjectDirectory(), dicomDirPath_, files_, *this);
-  if (!check.CheckOutside(objects_)) return false;
+  if (!check.CheckOutside(planned_.objects)) return false;
   keepsPatients_ = false;
-  if (!check.Run(objects_)) return false;
+  if (!check.Run(planned_.objects)) return false;
   keepsPatients_ = true;
   return CheckRoom(check.BytesToCopy());
 }
@@ -286,17 +290,17 @@ bool FileSetPlan::CheckRoom(std::uint64_t bytesToCopy) {
       bytesToCopy + content_.BytesOnDisk() + CountRecords() * kBytesPerRecord + kBytesForLabel;
   return needed <= freeBytes ||
          Fail(kMsgNotEnoughRoom,
-              {settings_.rootDirectory, NumberText(static_cast<long long>(freeBytes)),
+              {places_.rootDirectory, NumberText(static_cast<long long>(freeBytes)),
                NumberText(static_cast<long long>(needed))});
 }
 
-DiscRoom FileSetPlan::Room() const {
+DiscRoom FileSetPlan::RoomOnDisc() const {
   DiscRoom room = content_.Room();
-  for (const PlannedObject& object : objects_) room.AddFile(object.sizeBytes);
+  for (const PlannedObject& object : planned_.objects) room.AddFile(object.sizeBytes);
   const std::uint64_t records = CountRecords();
-  room.AddFile(records * kLeastBytesPerRecord + totals_.objects * kLeastBytesPerReference,
+  room.AddFile(records * kLeastBytesPerRecord + planned_.objects.size() * kLeastBytesPerReference,
                (records + 1) * kBytesPerRecord);
-  room.AddFile((label_.size() + 1) * sizeof(char16_t));
+  room.AddFile((planned_.label.size() + 1) * sizeof(char16_t));
   std::set<TextView> directories;
   for (const Text& directory : directories_) {
     for (std::size_t end = directory.find(OLESTR('\\'), root_.size()); end != Text::npos;
@@ -308,11 +312,11 @@ DiscRoom FileSetPlan::Room() const {
 }
 
 std::uint64_t FileSetPlan::CountRecords() const {
-  return totals_.objects + totals_.series + totals_.studies + totals_.patients;
+  return planned_.objects.size() + planned_.series + planned_.studies + planned_.patients;
 }
 
 bool FileSetPlan::HandOver(std::size_t index, TextView copy) {
-  PlannedObject& object = objects_[index];
+  PlannedObject& object = planned_.objects[index];
   WIN32_FILE_ATTRIBUTE_DATA data{};
   if (!files_.GetFileAttributes(object.source, data)) return FailAs(files_);
   if (object.stamp && !(StampOf(data) == *object.stamp)) {

@@ -5,13 +5,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
-#include <unordered_map>
 #include <vector>
 
 #include "dicom/dir_dicom_dir.h"
 #include "fileset/dicom_dir_processor.h"
-#include "fileset/disc_room.h"
 #include "fileset/model/patient_list.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
@@ -21,36 +18,18 @@ namespace quillon {
 
 struct DicomFileFacts;
 
-inline constexpr const OLECHAR* kDicomDirName = OLESTR("DICOMDIR");
-// See unfinished_mark.h.
-inline constexpr const OLECHAR* kUnfinishedMarkName = OLESTR("UNFINISHED.TXT");
-
-struct PlannedObject {
-  Text source;  // the file that is moved
-  Text fileId;  // its name in the set, below the root
-  // Of the file as it was when it was read; none when another file stands in for it.
-  std::optional<FileStamp> stamp;
-  std::uint64_t sizeBytes = 0;
-};
-
-// How the builder's settings shape a file set.
-struct FileSetSettings {
+// Where it goes: the root directory, and the two below it.
+struct FileSetPlaces {
   Text rootDirectory;
   Text objectDirectory;
-  bool useHierarchy = false;
-  bool includesOtherContent = false;
   Text otherContentDirectory;
-  bool followsCurrentPractice = false;
-  // The objects come as copies that the host makes on the root's file system: they need room, and
-  // their loss is none.
-  bool sourcesStay = false;
-  bool needsRoomForCopies = false;
 };
 
 class FileSetPlan : public CBaseItem {
  public:
   // patients: at least one. Both outlive this object.
-  FileSetPlan(CPatientList& patients, CFileUtil& files, FileSetSettings settings);
+  FileSetPlan(CPatientList& patients, CFileUtil& files, const FileSetOptions& options,
+              const FileSetPlaces& places);
 
   // Whether the names of the root and the object directory can be used. False, with a sentence.
   [[nodiscard]] bool CheckDirectories();
@@ -67,24 +46,18 @@ class FileSetPlan : public CBaseItem {
   // After a failure: whether the patients are to stay for another attempt.
   [[nodiscard]] bool KeepsPatients() const { return keepsPatients_; }
 
-  [[nodiscard]] const FileSetSettings& Settings() const { return settings_; }
+  [[nodiscard]] const FileSetOptions& Options() const { return options_; }
+  [[nodiscard]] const FileSetPlaces& Places() const { return places_; }
+  [[nodiscard]] const PlannedFileSet& Planned() const { return planned_; }
   // With a separator at its end.
   [[nodiscard]] const Text& RootDirectory() const { return root_; }
   [[nodiscard]] const Text& ObjectDirectory() const { return directories_.front(); }
   [[nodiscard]] const Text& DicomDirPath() const { return dicomDirPath_; }
-  [[nodiscard]] const std::vector<PlannedObject>& Objects() const { return objects_; }
   // Directories for objects, each with the separator at its end: the object directory, then those
   // below it in the order of their first object.
   [[nodiscard]] const std::vector<Text>& Directories() const { return directories_; }
   [[nodiscard]] DcDirDicomDir& DicomDir() { return *dicomDir_; }
   [[nodiscard]] OtherContent& Content() { return content_; }
-  [[nodiscard]] const Text& Label() const { return label_; }
-  [[nodiscard]] const FileSetTotals& Totals() const { return totals_; }
-  // What it takes on a disc: the DICOMDIR with the shortest records that there can be at the least,
-  // and with records as for CheckRoom at the most.
-  [[nodiscard]] DiscRoom Room() const;
-  // What the label leaves out: dates that are none. Empty unless current practice is followed.
-  [[nodiscard]] const std::vector<Text>& LabelRemarks() const { return labelRemarks_; }
 
  private:
   // Where the walk over the patients stands.
@@ -96,6 +69,9 @@ class FileSetPlan : public CBaseItem {
   };
 
   [[nodiscard]] bool CheckRoom(std::uint64_t bytesToCopy);
+  // What it takes on a disc: the DICOMDIR with the shortest records that there can be at the least,
+  // and with records as for CheckRoom at the most.
+  [[nodiscard]] DiscRoom RoomOnDisc() const;
   [[nodiscard]] std::uint64_t CountRecords() const;
   [[nodiscard]] bool BeginDicomDir();
   [[nodiscard]] bool CheckOldEntries();
@@ -116,20 +92,18 @@ class FileSetPlan : public CBaseItem {
 
   CPatientList& patients_;
   CFileUtil& files_;
-  FileSetSettings settings_;
+  FileSetOptions options_;
+  FileSetPlaces places_;
   Text root_;
   Text objectDirectory_;
   Text dicomDirPath_;
   bool keepsPatients_ = true;
   bool hasOldObjects_ = false;  // the object directory was there before
   Position at_;
-  std::vector<PlannedObject> objects_;
+  PlannedFileSet planned_;
   std::vector<Text> directories_;
   std::unique_ptr<DcDirDicomDir> dicomDir_;
   OtherContent content_;
-  Text label_;
-  std::vector<Text> labelRemarks_;
-  FileSetTotals totals_;
 };
 
 }  // namespace quillon

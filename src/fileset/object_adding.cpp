@@ -1,10 +1,8 @@
-// Adding files and directories: how one DICOM file finds its place in the patient list. A file is
-// read here and never again: what its directory record and the checks of a creation need is kept.
+#include "object_adding.h"
+
 #include "dicomobjects/dicom_file_facts.h"
 #include "dicomobjects/dicom_util.h"
 #include "dicomobjects/documents.h"
-#include "file_set_plan.h"
-#include "fileset/dicom_dir_processor.h"
 #include "fileset/model/element_text.h"
 #include "foundation/find_handle.h"
 #include "path_join.h"
@@ -12,26 +10,6 @@
 #include "record_keys.h"
 
 namespace quillon {
-
-// Takes back what a list gained, unless it is kept. What hangs below the new item goes with it, so
-// only the topmost list that grew counts.
-class ListGrowth {
- public:
-  ListGrowth() = default;
-  ~ListGrowth() {
-    if (grown_ != nullptr) grown_->RemoveLast();
-  }
-  ListGrowth(const ListGrowth&) = delete;
-  ListGrowth& operator=(const ListGrowth&) = delete;
-
-  void Note(CBaseList& list) {
-    if (grown_ == nullptr) grown_ = &list;
-  }
-  void Keep() { grown_ = nullptr; }
-
- private:
-  CBaseList* grown_ = nullptr;
-};
 
 namespace {
 
@@ -112,56 +90,59 @@ AddOutcome JudgeFitness(const CDicomUtil& file) {
 
 }  // namespace
 
-bool CDicomDirProcessor::AddFile(TextView fileName) {
-  ClearIheLabel();
-  if (!files_.ValidatePath(fileName)) return FailAs(files_);
-  EnsurePatientList();
+// Takes back what a list gained, unless it is kept. What hangs below the new item goes with it, so
+// only the topmost list that grew counts.
+class ObjectAdding::ListGrowth {
+ public:
+  ListGrowth() = default;
+  ~ListGrowth() {
+    if (grown_ != nullptr) grown_->RemoveLast();
+  }
+  ListGrowth(const ListGrowth&) = delete;
+  ListGrowth& operator=(const ListGrowth&) = delete;
+
+  // Answers what the list was given; null when it did not grow.
+  template <typename Item>
+  Item* Note(CBaseList& list, Item* added) {
+    if (added != nullptr && grown_ == nullptr) grown_ = &list;
+    return added;
+  }
+  void Keep() { grown_ = nullptr; }
+
+ private:
+  CBaseList* grown_ = nullptr;
+};
+
+bool ObjectAdding::AddFile(TextView fileName) {
   AddedFile told;
-  return FileObject(fileName, nullptr, told);
+  return ReadAndFile(fileName, nullptr, told);
 }
 
-bool CDicomDirProcessor::AddFitFile(TextView fileName, const FitnessRules& rules, AddedFile& told) {
-  ClearIheLabel();
-  told = AddedFile{};
-  told.outcome = AddOutcome::Refused;
-  if (!files_.ValidatePath(fileName)) return FailAs(files_);
-  EnsurePatientList();
-  return FileObject(fileName, &rules, told);
+bool ObjectAdding::AddFitFile(TextView fileName, const FitnessRules& rules, AddedFile& told) {
+  return ReadAndFile(fileName, &rules, told);
 }
 
-bool CDicomDirProcessor::AddDirectory(TextView directory, bool createAfterwards) {
-  ClearIheLabel();
-  Text start(directory);
-  if (start.empty() && !files_.GetCurrentDirectory(start)) return FailAs(files_);
-  if (!files_.ValidatePath(start)) return FailAs(files_);
-  EnsurePatientList();
-  if (!WalkDirectory(start)) return false;
-  return !createAfterwards || CreateDicomFileSet({}, {});
-}
-
-bool CDicomDirProcessor::WalkDirectory(const Text& directory) {
+bool ObjectAdding::AddDirectory(const Text& directory, bool isRecursive) {
   if (directory.size() > kMaxPathChars) {
-    return Fail(kMsgPathNameTooLong, {directory, kMaxPathCharsText});
+    return errors_.Fail(kMsgPathNameTooLong, {directory, kMaxPathCharsText});
   }
   Text pattern(directory);
-  if (!JoinBelow(pattern, OLESTR("*.*"), *this)) return false;
+  if (!JoinBelow(pattern, OLESTR("*.*"), errors_)) return false;
   FindHandle found(pattern);
-  if (!found.IsOpen()) return Fail(kMsgSearchPatternInvalid, {pattern});
+  if (!found.IsOpen()) return errors_.Fail(kMsgSearchPatternInvalid, {pattern});
   do {
     const WIN32_FIND_DATAW& entry = found.Entry();
-    if (IsDotEntry(entry) || (IsDirectory(entry) && !allowAddHierarchyTree)) continue;
-    if (!files_.ValidateName(entry.cFileName)) return FailAs(files_);
+    if (IsDotEntry(entry) || (IsDirectory(entry) && !isRecursive)) continue;
+    if (!files_.ValidateName(entry.cFileName)) return errors_.FailAs(files_);
     Text path(directory);
-    if (!JoinBelow(path, entry.cFileName, *this)) return false;
-    AddedFile told;
-    if (!(IsDirectory(entry) ? WalkDirectory(path) : FileObject(path, nullptr, told))) return false;
+    if (!JoinBelow(path, entry.cFileName, errors_)) return false;
+    if (!(IsDirectory(entry) ? AddDirectory(path, isRecursive) : AddFile(path))) return false;
   } while (found.Next());
   // A share that went away in the middle has more files than were seen.
-  return !found.EndedEarly() || Fail(kMsgSearchPatternInvalid, {pattern});
+  return !found.EndedEarly() || errors_.Fail(kMsgSearchPatternInvalid, {pattern});
 }
 
-bool CDicomDirProcessor::FileObject(TextView fileName, const FitnessRules* rules, AddedFile& told) {
-  plan_.reset();
+bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, AddedFile& told) {
   const bool mustBeFit = rules != nullptr;
   CDicomUtil object;
   const bool isRead = IsNarrowable(fileName) && object.ReadFile(fileName, /*deferPixelData=*/true);
@@ -171,7 +152,7 @@ bool CDicomDirProcessor::FileObject(TextView fileName, const FitnessRules* rules
     told.outcome = AddOutcome::Refused;
   }
   if (!isRead || object.LostElements()) {
-    return Fail(kMsgCannotReadDicomInformation, {fileName});
+    return errors_.Fail(kMsgCannotReadDicomInformation, {fileName});
   }
   object.SettleUnknownVrs();
   const DcElemList& dataSet = *object.GetElementList();
@@ -183,40 +164,43 @@ bool CDicomDirProcessor::FileObject(TextView fileName, const FitnessRules* rules
     told.outcome = isDeflated ? AddOutcome::Deflated : AddOutcome::NamesNoObject;
     return !mustBeFit || !isDeflated;
   }
+  told.isPixelDataCut = object.IsPixelDataCut();
   if (mustBeFit) {
     Text name;
     Text id;
     // What cannot be read of them fails the patient's own reading below.
     static_cast<void>(ReadElementText(dataSet, kPatientName, name));
     static_cast<void>(ReadElementText(dataSet, kPatientId, id));
-    uniquePatientId_ = rules->patientKey(name, id);
+    patientId_ = rules->patientKey(name, id);
+    if (rules->refusesCutFiles && told.isPixelDataCut) {
+      told.outcome = AddOutcome::PixelDataCut;
+      return false;
+    }
   }
-  told.isPixelDataCut = object.IsPixelDataCut();
-  if (mustBeFit && rules->refusesCutFiles && told.isPixelDataCut) {
-    told.outcome = AddOutcome::PixelDataCut;
-    return false;
-  }
-  return FileIntoSeries(object, fileName, mustBeFit, told);
+  return FileObject(object, fileName, mustBeFit, told);
 }
 
-bool CDicomDirProcessor::FileIntoSeries(CDicomUtil& object, TextView fileName, bool mustBeFit,
-                                        AddedFile& told) {
+bool ObjectAdding::FileObject(CDicomUtil& object, TextView fileName, bool mustBeFit,
+                              AddedFile& told) {
   const DcElemList& dataSet = *object.GetElementList();
   // What the lists gain on the way goes again when the object cannot be added after all: a patient
   // without an object would be named on the medium.
   ListGrowth growth;
-  CStudy* study = FindOrAddStudy(dataSet, fileName, growth);
+  CStudy* const study = StudyOf(dataSet, fileName, growth);
   if (study == nullptr) return false;
-  CSeries* series = FindOrAddSeries(dataSet, *study, fileName, growth);
+  CSeries* const series = SeriesOf(dataSet, *study, fileName, growth);
   if (series == nullptr) return false;
 
   const Text& seriesUid = series->SeriesInstanceUid();
   const Text& studyUid = study->StudyInstanceUid();
   Text uid;
   if (!ReadKey(dataSet, kSopInstanceUid, uid)) {
-    return Fail(kMsgImageSopInstanceUidMissing, {fileName, seriesUid, studyUid, uniquePatientId_});
+    return errors_.Fail(kMsgImageSopInstanceUidMissing,
+                        {fileName, seriesUid, studyUid, patientId_});
   }
-  if (const UINT message = CheckMakerUid(uid); message != 0) return Fail(message, {fileName});
+  if (const UINT message = CheckMakerUid(uid); message != 0) {
+    return errors_.Fail(message, {fileName});
+  }
   CDicomObjectList& images = series->Images();
   if (const CDicomObjectProperties* first = images.FindBySopInstanceUid(uid); first != nullptr) {
     told.outcome = AddOutcome::AlreadyAdded;
@@ -224,15 +208,14 @@ bool CDicomDirProcessor::FileIntoSeries(CDicomUtil& object, TextView fileName, b
     return true;
   }
   // Lenient: a file set may hold objects that lack what an image viewer would want.
-  const bool isAppended = images.AddObject(object, /*instanceUidOptional=*/true);
-  if (isAppended) growth.Note(images);
-  CDicomObjectProperties* added = isAppended ? images.FindBySopInstanceUid(uid) : nullptr;
-  if (added == nullptr) {
-    return Fail(kMsgCannotAddImage, {uid, seriesUid, studyUid, uniquePatientId_, fileName});
+  CDicomObjectProperties* const added =
+      growth.Note(images, images.AddObject(object, /*instanceUidOptional=*/true));
+  if (added == nullptr || added->InstanceUid() != uid) {
+    return errors_.Fail(kMsgCannotAddImage, {uid, seriesUid, studyUid, patientId_, fileName});
   }
   auto facts = FactsOf(object, *added);
   if (mustBeFit && !facts->documentProblem.empty()) {
-    SetErrorMessage(facts->documentProblem);
+    errors_.SetErrorMessage(facts->documentProblem);
     return false;
   }
   added->SetFacts(std::move(facts));
@@ -241,47 +224,37 @@ bool CDicomDirProcessor::FileIntoSeries(CDicomUtil& object, TextView fileName, b
   return true;
 }
 
-CStudy* CDicomDirProcessor::FindOrAddStudy(const DcElemList& dataSet, TextView fileName,
-                                           ListGrowth& growth) {
-  CPatient* patient = patients_->FindByUniqueId(uniquePatientId_);
-  if (patient == nullptr && patients_->AddPatient(&dataSet, uniquePatientId_)) {
-    growth.Note(*patients_);
-    patient = patients_->FindByUniqueId(uniquePatientId_);
-  }
+CStudy* ObjectAdding::StudyOf(const DcElemList& dataSet, TextView fileName, ListGrowth& growth) {
+  CPatient* patient = patients_.Find(patientId_);
+  if (patient == nullptr) patient = growth.Note(patients_, patients_.Add(&dataSet, patientId_));
   if (patient == nullptr) {
-    Fail(kMsgCannotAddPatient, {fileName, uniquePatientId_});
+    errors_.Fail(kMsgCannotAddPatient, {fileName, patientId_});
     return nullptr;
   }
   Text uid;
   if (!ReadKey(dataSet, kStudyInstanceUid, uid)) {
-    Fail(kMsgCannotReadStudy, {uniquePatientId_, fileName});
+    errors_.Fail(kMsgCannotReadStudy, {patientId_, fileName});
     return nullptr;
   }
   CStudyList& studies = patient->Studies();
-  CStudy* study = studies.FindByStudyInstanceUid(uid);
-  if (study == nullptr && studies.AddStudy(&dataSet)) {
-    growth.Note(studies);
-    study = studies.FindByStudyInstanceUid(uid);
-  }
-  if (study == nullptr) Fail(kMsgCannotAddStudy, {uid, uniquePatientId_, fileName});
+  CStudy* study = studies.Find(uid);
+  if (study == nullptr) study = growth.Note(studies, studies.Add(&dataSet));
+  if (study == nullptr) errors_.Fail(kMsgCannotAddStudy, {uid, patientId_, fileName});
   return study;
 }
 
-CSeries* CDicomDirProcessor::FindOrAddSeries(const DcElemList& dataSet, CStudy& study,
-                                             TextView fileName, ListGrowth& growth) {
+CSeries* ObjectAdding::SeriesOf(const DcElemList& dataSet, CStudy& study, TextView fileName,
+                                ListGrowth& growth) {
   const Text& studyUid = study.StudyInstanceUid();
   Text uid;
   if (!ReadKey(dataSet, kSeriesInstanceUid, uid)) {
-    Fail(kMsgCannotReadSeries, {studyUid, uniquePatientId_, fileName});
+    errors_.Fail(kMsgCannotReadSeries, {studyUid, patientId_, fileName});
     return nullptr;
   }
   CSeriesList& list = study.Series();
-  CSeries* series = list.FindBySeriesInstanceUid(uid);
-  if (series == nullptr && list.AddSeries(&dataSet)) {
-    growth.Note(list);
-    series = list.FindBySeriesInstanceUid(uid);
-  }
-  if (series == nullptr) Fail(kMsgCannotAddSeries, {uid, studyUid, uniquePatientId_, fileName});
+  CSeries* series = list.Find(uid);
+  if (series == nullptr) series = growth.Note(list, list.Add(&dataSet));
+  if (series == nullptr) errors_.Fail(kMsgCannotAddSeries, {uid, studyUid, patientId_, fileName});
   return series;
 }
 

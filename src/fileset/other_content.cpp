@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "fileset/dicom_dir_processor.h"
 #include "foundation/find_handle.h"
 #include "foundation/working_directory_scope.h"
 #include "media_creation_key.h"
@@ -14,6 +13,7 @@ namespace {
 
 constexpr const OLECHAR* kValueName = OLESTR("OtherContentSourceDir");
 constexpr const OLECHAR* kEveryFile = OLESTR("*.*");
+
 }  // namespace
 
 OtherContent::OtherContent(CFileUtil& files, bool acceptsEmptyFiles)
@@ -130,26 +130,28 @@ bool OtherContent::Copy() {
   return isCopied || FailAs(files_);
 }
 
-bool CDicomDirProcessor::MeasureOtherContent(Measure what, std::uint64_t& total) {
+template <typename Total>
+bool OtherContent::Measure(bool (CFileUtil::*measure)(Total&, TextView, TextView, bool),
+                           Total& total) {
   total = 0;
-  Text source;
   bool isMissing = false;
-  OtherContent configured(files_, currentPractice);
   // A workstation on which nothing was configured has nothing to count either.
-  if (!configured.ReadSourceDirectory(source, isMissing)) return isMissing || FailAs(configured);
-  if (source.empty() || !files_.PathExists(source)) return true;
-
+  if (!ReadSourceDirectory(source_, isMissing)) return isMissing;
+  if (source_.empty() || !files_.PathExists(source_)) return true;
   const WorkingDirectoryScope workingDirectory;
-  source = AbsolutePath(source);
-  if (!files_.ChangeDirectory(source)) return FailAs(files_);
-  files_.SetAcceptEmptyFiles(currentPractice);
-  if (what == Measure::Bytes) {
-    return files_.GetDirectorySize(total, source, kEveryFile, /*recurse=*/true) || FailAs(files_);
-  }
-  std::uint32_t count = 0;
-  if (!files_.CountFiles(count, source, kEveryFile, /*recurse=*/true)) return FailAs(files_);
-  total = count;
-  return true;
+  source_ = AbsolutePath(source_);
+  files_.SetAcceptEmptyFiles(acceptsEmptyFiles_);
+  return (files_.ChangeDirectory(source_) &&
+          (files_.*measure)(total, source_, kEveryFile, /*recurse=*/true)) ||
+         FailAs(files_);
+}
+
+bool OtherContent::GetSize(std::uint64_t& sizeBytes) {
+  return Measure(&CFileUtil::GetDirectorySize, sizeBytes);
+}
+
+bool OtherContent::CountFiles(std::uint32_t& count) {
+  return Measure(&CFileUtil::CountFiles, count);
 }
 
 }  // namespace quillon

@@ -42,10 +42,17 @@ class OtherContent : public CBaseItem {
   // Why there is none, when the configuration cannot be read; else empty.
   [[nodiscard]] const Text& Remark() const { return remark_; }
 
+  // Of all files below the configured source; 0 when there is none. False, with a sentence.
+  [[nodiscard]] bool GetSize(std::uint64_t& sizeBytes);
+  [[nodiscard]] bool CountFiles(std::uint32_t& count);
+
   // Changes the working directory. The first failure ends it; what was copied stays.
   [[nodiscard]] bool Copy();
 
  private:
+  template <typename Total>
+  [[nodiscard]] bool Measure(bool (CFileUtil::*measure)(Total&, TextView, TextView, bool),
+                             Total& total);
   [[nodiscard]] bool PlanDirectory(const Text& source, const Text& destination,
                                    std::vector<FileIdentity>& above);
   [[nodiscard]] bool PlanFile(const Text& source, const Text& destination);

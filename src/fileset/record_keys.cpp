@@ -1,7 +1,7 @@
 #include "record_keys.h"
 
 #include <array>
-#include <span>
+#include <functional>
 #include <string>
 
 namespace quillon {
@@ -19,35 +19,15 @@ constexpr const char* kFirstRelationshipPath = "0040a730,SQ,1:0040a010,CS";
 constexpr TextView kHasConceptModifier = OLESTR("HAS CONCEPT MOD");
 constexpr TextView kVerified = OLESTR("VERIFIED");
 
-// One key: its tag and what gives its text.
-template <typename Node>
+// A key of a document: its tag and what gives its text. Those of the model's nodes are the
+// attributes that they have read.
+template <typename Document>
 struct KeyRow {
   DcTag tag;
-  const Text& (Node::*text)() const;
+  const Text& (Document::*field)() const;
 };
 
 // clang-format off
-constexpr std::array kPatientKeys{
-    KeyRow<CPatient>{0x00100010, &CPatient::Name},
-    KeyRow<CPatient>{0x00100020, &CPatient::PatientId},
-    KeyRow<CPatient>{0x00100030, &CPatient::BirthDate},
-    KeyRow<CPatient>{0x00100040, &CPatient::Sex},
-    KeyRow<CPatient>{0x00101010, &CPatient::Age},
-};
-constexpr std::array kStudyKeys{
-    KeyRow<CStudy>{0x00080020, &CStudy::StudyDate},
-    KeyRow<CStudy>{0x00080030, &CStudy::StudyTime},
-    KeyRow<CStudy>{0x00080050, &CStudy::AccessionNumber},
-    KeyRow<CStudy>{0x00081030, &CStudy::Description},
-    KeyRow<CStudy>{0x0020000D, &CStudy::StudyInstanceUid},
-    KeyRow<CStudy>{0x00200010, &CStudy::StudyId},
-};
-constexpr std::array kSeriesKeys{
-    KeyRow<CSeries>{0x00080021, &CSeries::SeriesDate},
-    KeyRow<CSeries>{0x00080060, &CSeries::Modality},
-    KeyRow<CSeries>{0x0020000E, &CSeries::SeriesInstanceUid},
-    KeyRow<CSeries>{0x00200011, &CSeries::SeriesNumber},
-};
 constexpr std::array kReportKeys{
     KeyRow<CStructuredReport>{0x00080023, &CStructuredReport::ContentDate},
     KeyRow<CStructuredReport>{0x00080033, &CStructuredReport::ContentTime},
@@ -74,18 +54,18 @@ void AddKey(DcDirRec& record, DcTag tag, const Text& text) {
   record.addKey(tag, NarrowText(text, CP_ACP).c_str());
 }
 
-template <typename Node>
-std::unique_ptr<DcDirRec> MakeRecord(DcDirRecType type, std::span<const KeyRow<Node>> rows,
-                                     const Node& node) {
+template <typename Rows, typename Node>
+std::unique_ptr<DcDirRec> MakeRecord(DcDirRecType type, const Rows& rows, const Node& node) {
   auto record = std::make_unique<DcDirRec>(type);
-  for (const KeyRow<Node>& row : rows) AddKey(*record, row.tag, (node.*row.text)());
+  for (const auto& row : rows) AddKey(*record, row.tag, std::invoke(row.field, node));
   return record;
 }
 
-template <typename Node>
-std::unique_ptr<DcDirRec> MakeObjectRecord(DcDirRecType type, std::span<const KeyRow<Node>> rows,
-                                           const Node& node, const CDicomObjectProperties& object) {
-  auto record = MakeRecord(type, rows, node);
+template <typename Rows, typename Document>
+std::unique_ptr<DcDirRec> MakeDocumentRecord(DcDirRecType type, const Rows& rows,
+                                             const Document& document,
+                                             const CDicomObjectProperties& object) {
+  auto record = MakeRecord(type, rows, document);
   AddKey(*record, kSopInstanceUid, object.InstanceUid());
   return record;
 }
@@ -110,15 +90,15 @@ void CopyConcept(DcDirRec& record, CDicomUtil& file) {
 }  // namespace
 
 std::unique_ptr<DcDirRec> MakePatientRecord(const CPatient& patient) {
-  return MakeRecord<CPatient>(DcDirRecType::Patient, kPatientKeys, patient);
+  return MakeRecord(DcDirRecType::Patient, CPatient::Attributes(), patient);
 }
 
 std::unique_ptr<DcDirRec> MakeStudyRecord(const CStudy& study) {
-  return MakeRecord<CStudy>(DcDirRecType::Study, kStudyKeys, study);
+  return MakeRecord(DcDirRecType::Study, CStudy::Attributes(), study);
 }
 
 std::unique_ptr<DcDirRec> MakeSeriesRecord(const CSeries& series) {
-  return MakeRecord<CSeries>(DcDirRecType::Series, kSeriesKeys, series);
+  return MakeRecord(DcDirRecType::Series, CSeries::Attributes(), series);
 }
 
 std::unique_ptr<DcDirRec> MakeImageRecord(const CDicomObjectProperties& object) {
@@ -130,8 +110,7 @@ std::unique_ptr<DcDirRec> MakeImageRecord(const CDicomObjectProperties& object) 
 
 std::unique_ptr<DcDirRec> MakeReportRecord(const CDicomObjectProperties& object,
                                            const CStructuredReport& report, CDicomUtil& file) {
-  auto record =
-      MakeObjectRecord<CStructuredReport>(DcDirRecType::SrDocument, kReportKeys, report, object);
+  auto record = MakeDocumentRecord(DcDirRecType::SrDocument, kReportKeys, report, object);
   if (report.VerificationFlag() == kVerified) {
     AddKey(*record, kVerificationDateTime, report.VerificationDateTime());
   }
@@ -142,8 +121,8 @@ std::unique_ptr<DcDirRec> MakeReportRecord(const CDicomObjectProperties& object,
 std::unique_ptr<DcDirRec> MakePresentationRecord(const CDicomObjectProperties& object,
                                                  const CPresentation& presentation,
                                                  CDicomUtil& file) {
-  auto record = MakeObjectRecord<CPresentation>(DcDirRecType::Presentation, kPresentationKeys,
-                                                presentation, object);
+  auto record =
+      MakeDocumentRecord(DcDirRecType::Presentation, kPresentationKeys, presentation, object);
   CopySequence(*record, kReferencedSeriesSequence, file);
   return record;
 }
@@ -151,8 +130,7 @@ std::unique_ptr<DcDirRec> MakePresentationRecord(const CDicomObjectProperties& o
 std::unique_ptr<DcDirRec> MakeKeyObjectRecord(const CDicomObjectProperties& object,
                                               const CKeyObjectDocument& document,
                                               CDicomUtil& file) {
-  auto record = MakeObjectRecord<CKeyObjectDocument>(DcDirRecType::KeyObjectDoc, kKeyObjectKeys,
-                                                     document, object);
+  auto record = MakeDocumentRecord(DcDirRecType::KeyObjectDoc, kKeyObjectKeys, document, object);
   CopyConcept(*record, file);
   return record;
 }

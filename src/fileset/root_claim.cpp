@@ -1,6 +1,9 @@
 #include "root_claim.h"
 
+#include "foundation/find_handle.h"
+#include "foundation/working_directory_scope.h"
 #include "path_join.h"
+#include "unfinished_mark.h"
 
 namespace quillon {
 
@@ -75,6 +78,30 @@ bool RootClaim::TakeExisting(const Text& root, CFileUtil& files, CBaseItem& erro
   return TakeMaking(root, files, errors);
 }
 
+bool RootClaim::TakeForCreation(const Text& root, CFileUtil& files, CBaseItem& errors) {
+  if (!TakeMaking(root, files, errors)) return false;
+  std::size_t objectCount = 0;
+  if (ReadRootState(root, files, objectCount) != RootState::Unfinished) return true;
+  Text asideDirectory;
+  return SetAside(files, asideDirectory) ? TakeMaking(root, files, errors)
+                                         : FailUnfinished(root, objectCount, errors);
+}
+
+// Half a file set is nobody's to deliver, nor to clear away.
+bool RootClaim::TakeFinished(const Text& root, CFileUtil& files, CBaseItem& errors) {
+  if (root.size() > kMaxPathChars) return errors.Fail(kMsgDicomRootPathInvalid);
+  const WorkingDirectoryScope workingDirectory;
+  if (!TakeExisting(root, files, errors)) return false;
+  std::size_t objectCount = 0;
+  const RootState state = ReadRootState(root, files, objectCount);
+  if (state == RootState::Unfinished || state == RootState::UnfinishedCopies) {
+    Release();
+    return FailUnfinished(root, objectCount, errors);
+  }
+  // What a job left that ended before its first object must not ride along.
+  return RemoveUnfinishedMark(root, files) || errors.FailAs(files);
+}
+
 void RootClaim::Release() {
   lock_.Release();
   if (madeFrom_ != 0) {
@@ -98,6 +125,34 @@ bool RootClaim::SetAside(CFileUtil& files, Text& asideDirectory) {
     return true;
   }
   return false;
+}
+
+bool FailUnfinished(const Text& root, std::size_t objectCount, CBaseItem& errors) {
+  return errors.Fail(kMsgRootUnfinished, {root, NumberText(static_cast<long long>(objectCount))});
+}
+
+bool EmptyRoot(const Text& root, TextView leaveOut, CFileUtil& files, CBaseItem& errors) {
+  std::size_t objectCount = 0;
+  if (ReadRootState(root, files, objectCount) == RootState::Unfinished) {
+    return FailUnfinished(root, objectCount, errors);
+  }
+  const Text directory = AbsolutePath(root);
+  MarkForRemoval(directory, files);
+  Text pattern = directory;
+  if (!JoinBelow(pattern, OLESTR("*.*"), errors)) return false;
+  FindHandle found(pattern);
+  if (!found.IsOpen()) return true;
+  do {
+    const WIN32_FIND_DATAW& entry = found.Entry();
+    if (IsDotEntry(entry) || leaveOut == entry.cFileName) continue;
+    Text path = directory;
+    if (!JoinBelow(path, entry.cFileName, errors)) return false;
+    const bool isRemoved = IsLink(entry)        ? files.RemoveLink(path)
+                           : IsDirectory(entry) ? files.DeleteDirectoryTree(path, true)
+                                                : files.DeleteFile(path);
+    if (!isRemoved) return errors.FailAs(files);
+  } while (found.Next());
+  return !found.EndedEarly() || errors.Fail(kMsgSearchPatternInvalid, {pattern});
 }
 
 }  // namespace quillon

@@ -20,8 +20,13 @@ class RootClaim {
   // already. Lets go of another that was held. False, with a sentence: it cannot be made, lies in
   // the directory that every job removes, or another job has it.
   [[nodiscard]] bool TakeMaking(const Text& root, CFileUtil& files, CBaseItem& errors);
-  // The same for a directory that is there; true, and nothing taken, when there is none.
+  // The same for a creation: what one that did not end left there is set aside first, so that it is
+  // neither replaced by this job's objects nor rides along with them.
+  [[nodiscard]] bool TakeForCreation(const Text& root, CFileUtil& files, CBaseItem& errors);
+  // For a directory that is there; true, and nothing taken, when there is none.
   [[nodiscard]] bool TakeExisting(const Text& root, CFileUtil& files, CBaseItem& errors);
+  // The same for a delivery: refused where a creation did not end.
+  [[nodiscard]] bool TakeFinished(const Text& root, CFileUtil& files, CBaseItem& errors);
   // Levels that TakeMaking made and that are still empty go away again, unless they were kept.
   void Release();
   void KeepDirectory() { madeFrom_ = 0; }
@@ -29,7 +34,7 @@ class RootClaim {
   // Renames the held directory to "<root>.unfinished-<n>", asideDirectory, and lets go of it.
   // False, with the directory as it was, when it cannot be renamed (it is the root of a file
   // system, say).
-  bool SetAside(CFileUtil& files, Text& asideDirectory);
+  [[nodiscard]] bool SetAside(CFileUtil& files, Text& asideDirectory);
 
   // Where every recording job may leave files and every wipe removes all: the platform's temporary
   // directory followed by the temporary subdirectory's name. Empty when there is none.
@@ -43,6 +48,14 @@ class RootClaim {
   Text directory_;            // absolute, without a separator at its end
   std::size_t madeFrom_ = 0;  // length of the part of it that was there before; 0 for all
 };
+
+// Leaves the sentence about a root with objects of a creation that did not end. Always false.
+bool FailUnfinished(const Text& root, std::size_t objectCount, CBaseItem& errors);
+
+// Empties a directory but for an entry of the name leaveOut. False, with a sentence, when it holds
+// what may be the only copies, or at the first entry that cannot be removed.
+[[nodiscard]] bool EmptyRoot(const Text& root, TextView leaveOut, CFileUtil& files,
+                             CBaseItem& errors);
 
 // False, with a sentence, for a directory that lies where every job removes all.
 [[nodiscard]] bool CheckOutsideTemporary(const Text& directory, CFileUtil& files,

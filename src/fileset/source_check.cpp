@@ -3,6 +3,7 @@
 #include <set>
 
 #include "foundation/find_handle.h"
+#include "other_content.h"
 #include "path_join.h"
 
 namespace quillon {

@@ -1,9 +1,10 @@
 // What can be known of the sources before the first of them is moved.
 #pragma once
 
+#include <unordered_map>
 #include <vector>
 
-#include "file_set_plan.h"
+#include "fileset/planned_file_set.h"
 #include "foundation/file_util.h"
 
 namespace quillon {

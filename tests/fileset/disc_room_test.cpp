@@ -110,7 +110,7 @@ TEST(DiscRoom, OfAPlanIsThatOfTheFileSetMadeOfIt) {
     job.builder.includeOtherContent = true;
     for (int i = 1; i <= 30; ++i) job.add(std::to_string(i), object(1, 1 + i % 3, i, i));
     ASSERT_TRUE(job.builder.PlanFileSet({}, {})) << job.sentence();
-    const DiscRoom planned = job.builder.PlannedRoom();
+    const DiscRoom planned = job.builder.Planned().room;
     ASSERT_TRUE(job.builder.CreatePlannedFileSet()) << job.sentence();
     DiscRoom made;
     addTree(made, job.root);
@@ -131,7 +131,7 @@ TEST(Preview, PlansAsACreationDoesAndChangesNothing) {
   job.add("b", object(1, 1, 1, 2));
   const std::vector<std::string> before = filesBelow(job.dir.path());
   ASSERT_TRUE(job.builder.PreviewFileSet({}, {})) << job.sentence();
-  const Text label = job.builder.PlannedLabel();
+  const Text label = job.builder.Planned().label;
   EXPECT_EQ(filesBelow(job.dir.path()), before);
   EXPECT_FALSE(fs::exists(job.dir / "new"));
   ASSERT_TRUE(job.builder.CreatePlannedFileSet()) << job.sentence();

@@ -166,11 +166,11 @@ TEST(MediumLabel, RefusesWhatItCannotBeWrittenFromOrTo) {
   EXPECT_EQ(job.sentence(), "There is no patient information to process.");
   DcElemList dataSet;
   dataSet.add(std::make_unique<DcElem>(DcTag{0x00100010}, "DOE^JOHN"));
-  ASSERT_TRUE(patients.AddPatient(&dataSet, OLESTR("P")));
+  ASSERT_TRUE(patients.Add(&dataSet, OLESTR("P")));
   EXPECT_FALSE(job.builder.WriteLabel(&patients, WideOf(job.in)));
   EXPECT_EQ(job.sentence(), "There are no studies for the patient.");
   dataSet.add(std::make_unique<DcElem>(DcTag{0x0020000D}, "2.999.1"));
-  ASSERT_TRUE(patients.At(0)->Studies().AddStudy(&dataSet));
+  ASSERT_TRUE(patients.At(0)->Studies().Add(&dataSet));
   const std::string longRoot =
       job.in.string() + "/" + std::string(255 - job.in.string().size(), 'A');
   EXPECT_FALSE(job.builder.WriteLabel(&patients, WideOf(longRoot)));

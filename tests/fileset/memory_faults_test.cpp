@@ -39,21 +39,20 @@ TEST(FileSetModel, WithoutMemoryNothingIsAdded) {
   };
   using Sentences = std::set<std::string>;
   EXPECT_EQ(sentences([] { return std::make_unique<CPatientList>(); },
-                      [&](CPatientList& list) { return list.AddPatient(&dataSet, key); },
-                      [&](CPatientList& list) { return list.FindByUniqueId(key) != nullptr; }),
+                      [&](CPatientList& list) { return list.Add(&dataSet, key) != nullptr; },
+                      [&](CPatientList& list) { return list.Find(key) != nullptr; }),
             (Sentences{"", "Cannot allocate storage for new patient information.",
                        "Cannot set the new patient unique ID.", "The patient name is invalid."}));
-  EXPECT_EQ(sentences([] { return std::make_unique<CStudyList>(); },
-                      [&](CStudyList& list) { return list.AddStudy(&dataSet); },
-                      [](CStudyList& list) {
-                        return list.FindByStudyInstanceUid(OLESTR("2.999.1.2.3.4.5.6")) != nullptr;
-                      }),
-            (Sentences{"", "Cannot allocate storage for new study information.",
-                       "The study instance UID is invalid."}));
+  EXPECT_EQ(
+      sentences([] { return std::make_unique<CStudyList>(); },
+                [&](CStudyList& list) { return list.Add(&dataSet) != nullptr; },
+                [](CStudyList& list) { return list.Find(OLESTR("2.999.1.2.3.4.5.6")) != nullptr; }),
+      (Sentences{"", "Cannot allocate storage for new study information.",
+                 "The study instance UID is invalid."}));
   EXPECT_EQ(sentences([] { return std::make_unique<CSeriesList>(); },
-                      [&](CSeriesList& list) { return list.AddSeries(&dataSet); },
+                      [&](CSeriesList& list) { return list.Add(&dataSet) != nullptr; },
                       [](CSeriesList& list) {
-                        return list.FindBySeriesInstanceUid(OLESTR("2.999.1.2.3.4.5.7")) != nullptr;
+                        return list.Find(OLESTR("2.999.1.2.3.4.5.7")) != nullptr;
                       }),
             (Sentences{"", "Cannot allocate storage for new series information.",
                        "The series instance UID is invalid."}));
@@ -69,8 +68,8 @@ TEST(MediumLabel, WithoutMemoryIsWholeOrMissing) {
   BuilderJob job;
   CPatientList patients;
   const DcElemList dataSet = dataSetOf({{0x00100010, "DOE^JOHN"}, {0x0020000D, "2.999.1"}});
-  ASSERT_TRUE(patients.AddPatient(&dataSet, OLESTR("P")));
-  ASSERT_TRUE(patients.At(0)->Studies().AddStudy(&dataSet));
+  ASSERT_TRUE(patients.Add(&dataSet, OLESTR("P")));
+  ASSERT_TRUE(patients.At(0)->Studies().Add(&dataSet));
   Bytes label;
   std::set<Bytes> labels;
   const auto outcomes = withEachAllocationFailing([&](long n, bool& happened) {

@@ -33,10 +33,10 @@ TEST(FileSetModel, APatientIsRefusedForWhatItsUniqueIdIs) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     CPatientList patients;
-    EXPECT_EQ(patients.AddPatient(c.hasDataSet ? &dataSet : nullptr, c.uniqueId), c.accepted);
+    EXPECT_EQ(patients.Add(c.hasDataSet ? &dataSet : nullptr, c.uniqueId) != nullptr, c.accepted);
     EXPECT_EQ(Plain(patients.ErrorMessage()), c.sentence);
     EXPECT_EQ(patients.GetCount(), c.accepted ? 1U : 0U);
-    EXPECT_EQ(patients.FindByUniqueId(c.uniqueId) != nullptr, c.accepted);
+    EXPECT_EQ(patients.Find(c.uniqueId) != nullptr, c.accepted);
   }
 }
 
@@ -44,30 +44,30 @@ TEST(FileSetModel, KeysAreFoundExactlyAndTheFirstOfEqualOnesWins) {
   CPatientList patients;
   const DcElemList first = dataSetOf({{0x00100010, "FIRST"}, {0x00100020, " ID1 "}});
   const DcElemList second = dataSetOf({{0x00100010, "SECOND"}});
-  ASSERT_TRUE(patients.AddPatient(&first, OLESTR("KEY")));
-  ASSERT_TRUE(patients.AddPatient(&second, OLESTR("KEY")));
-  ASSERT_TRUE(patients.AddPatient(&second, OLESTR("KEY2")));
+  ASSERT_TRUE(patients.Add(&first, OLESTR("KEY")));
+  ASSERT_TRUE(patients.Add(&second, OLESTR("KEY")));
+  ASSERT_TRUE(patients.Add(&second, OLESTR("KEY2")));
   EXPECT_EQ(patients.GetCount(), 3U);
-  ASSERT_NE(patients.FindByUniqueId(OLESTR("KEY")), nullptr);
-  EXPECT_EQ(patients.FindByUniqueId(OLESTR("KEY"))->Name(), OLESTR("FIRST"));
-  EXPECT_EQ(patients.FindByUniqueId(OLESTR("KEY"))->PatientId(), OLESTR("ID1"));
-  EXPECT_EQ(patients.FindByUniqueId(OLESTR("key")), nullptr);
-  EXPECT_EQ(patients.FindByUniqueId(OLESTR("KE")), nullptr);
-  EXPECT_EQ(patients.FindByUniqueId(OLESTR("")), nullptr);
+  ASSERT_NE(patients.Find(OLESTR("KEY")), nullptr);
+  EXPECT_EQ(patients.Find(OLESTR("KEY"))->Name(), OLESTR("FIRST"));
+  EXPECT_EQ(patients.Find(OLESTR("KEY"))->PatientId(), OLESTR("ID1"));
+  EXPECT_EQ(patients.Find(OLESTR("key")), nullptr);
+  EXPECT_EQ(patients.Find(OLESTR("KE")), nullptr);
+  EXPECT_EQ(patients.Find(OLESTR("")), nullptr);
   EXPECT_EQ(Plain(patients.ErrorMessage()), "The given patient unique ID is invalid.");
 
   patients.RemoveAll();
-  EXPECT_EQ(patients.FindByUniqueId(OLESTR("KEY")), nullptr);
-  ASSERT_TRUE(patients.AddPatient(&second, OLESTR("KEY")));
-  EXPECT_EQ(patients.FindByUniqueId(OLESTR("KEY"))->Name(), OLESTR("SECOND"));
+  EXPECT_EQ(patients.Find(OLESTR("KEY")), nullptr);
+  ASSERT_TRUE(patients.Add(&second, OLESTR("KEY")));
+  EXPECT_EQ(patients.Find(OLESTR("KEY"))->Name(), OLESTR("SECOND"));
 
   CStudyList studies;
-  EXPECT_EQ(studies.FindByStudyInstanceUid(OLESTR("")), nullptr);
+  EXPECT_EQ(studies.Find(OLESTR("")), nullptr);
   EXPECT_EQ(Plain(studies.ErrorMessage()), "The given study instance UID is invalid.");
-  EXPECT_FALSE(studies.AddStudy(nullptr));
+  EXPECT_FALSE(studies.Add(nullptr));
   EXPECT_EQ(Plain(studies.ErrorMessage()), "The element list is invalid.");
   CSeriesList series;
-  EXPECT_EQ(series.FindBySeriesInstanceUid(OLESTR("")), nullptr);
+  EXPECT_EQ(series.Find(OLESTR("")), nullptr);
   EXPECT_EQ(Plain(series.ErrorMessage()), "The given series instance UID is invalid.");
 }
 
@@ -80,11 +80,11 @@ TEST(FileSetModel, AStudyTakesItsTextsFromTheDataSet) {
                                      {0x0020000D, "2.999.2"},
                                      {0x00200010, "7"}});
   CStudyList studies;
-  ASSERT_TRUE(studies.AddStudy(&empty));
-  ASSERT_TRUE(studies.AddStudy(&full));
+  ASSERT_TRUE(studies.Add(&empty));
+  ASSERT_TRUE(studies.Add(&full));
   EXPECT_EQ(studies.At(0)->StudyId(), OLESTR("1"));
   EXPECT_EQ(studies.At(0)->StudyDate(), OLESTR(""));
-  const CStudy* study = studies.FindByStudyInstanceUid(OLESTR("2.999.2"));
+  const CStudy* study = studies.Find(OLESTR("2.999.2"));
   ASSERT_NE(study, nullptr);
   EXPECT_EQ(study->StudyId(), OLESTR("7"));
   EXPECT_EQ(study->StudyDate(), OLESTR("20090305"));
@@ -98,17 +98,17 @@ TEST(FileSetModel, EachAttributeThatCannotBeReadHasItsSentence) {
   const auto patient = [](CBaseItem*& told, const DcElemList& dataSet) {
     static CPatientList list;
     told = &list;
-    return list.AddPatient(&dataSet, OLESTR("P")) || list.GetCount() != 0;
+    return list.Add(&dataSet, OLESTR("P")) != nullptr || list.GetCount() != 0;
   };
   const auto study = [](CBaseItem*& told, const DcElemList& dataSet) {
     static CStudyList list;
     told = &list;
-    return list.AddStudy(&dataSet) || list.GetCount() != 0;
+    return list.Add(&dataSet) != nullptr || list.GetCount() != 0;
   };
   const auto series = [](CBaseItem*& told, const DcElemList& dataSet) {
     static CSeriesList list;
     told = &list;
-    return list.AddSeries(&dataSet) || list.GetCount() != 0;
+    return list.Add(&dataSet) != nullptr || list.GetCount() != 0;
   };
   const struct {
     std::uint32_t tag;

@@ -12,4 +12,12 @@ DcCode ReadElementText(const DcElemList& dataSet, DcTag tag, Text& out) {
   return code;
 }
 
+bool TakeElementText(const DcElemList& dataSet, DcTag tag, Text& out) {
+  Text value;
+  const DcCode code = ReadElementText(dataSet, tag, value);
+  const bool isRead =
+      code == kDcOk || code == kDcNotInList || code == kDcNoValue || code == kDcBufferTooShort;
+  return isRead && AssignText(out, value, kMaxValueChars);
+}
+
 }  // namespace quillon

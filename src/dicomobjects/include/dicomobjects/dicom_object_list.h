@@ -21,8 +21,8 @@ class CDicomObjectList : public COwningList<CDicomObjectProperties> {
   // Reads one file and appends its properties. False, with a sentence, and the list is as before.
   bool AddObject(TextView path);
   // The same from a file that util has loaded already: nothing is read again. instanceUidOptional
-  // as in CDicomObjectProcessor.
-  bool AddObject(CDicomUtil& util, bool instanceUidOptional);
+  // as in CDicomObjectProcessor. Answers the object, null on failure.
+  [[nodiscard]] CDicomObjectProperties* AddObject(CDicomUtil& util, bool instanceUidOptional);
   // First object whose full SOP Instance UID or instance key equals uid; null when there is none,
   // with a sentence when uid is empty.
   CDicomObjectProperties* FindByInstanceUid(TextView uid);

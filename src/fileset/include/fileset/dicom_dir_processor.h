@@ -6,18 +6,15 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <vector>
 
-#include "fileset/disc_room.h"
 #include "fileset/model/patient_list.h"
+#include "fileset/planned_file_set.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
 
 namespace quillon {
 
-class CDicomUtil;
 class FileSetPlan;
-class ListGrowth;
 class RootClaim;
 
 // What became of a file that was to be added.
@@ -54,17 +51,21 @@ enum class RootState {
   UnfinishedCopies,  // the same, but their sources stayed
 };
 
-// What is in a file set that is planned.
-struct FileSetTotals {
-  std::size_t patients = 0;
-  std::size_t studies = 0;
-  std::size_t series = 0;
-  std::size_t objects = 0;
-  std::uint64_t bytes = 0;
-  std::uint64_t bytesOnDisk = 0;  // the same in whole blocks
+// How a file set is made.
+struct FileSetOptions {
+  bool useHierarchyForDicomObjects = false;
+  bool includeOtherContent = true;
+  // Where the description of the medium is at odds with what the field does today, follow the
+  // field: dates that are none are left out of the label, and empty files of the other content are
+  // copied. By default as the registry says, else off.
+  bool currentPractice = false;
+  // The objects are handed over as copies (see HandOver), so that their loss is none, and need room
+  // on the root's file system.
+  bool sourcesStay = false;
+  bool needsRoomForCopies = false;
 };
 
-class CDicomDirProcessor : public CBaseItem {
+class CDicomDirProcessor : public CBaseItem, public FileSetOptions {
  public:
   // Switches the toolkit's value checking off for the process: values of files are taken as they
   // are.
@@ -102,10 +103,8 @@ class CDicomDirProcessor : public CBaseItem {
   }
   // Takes the root directory, which is made when missing; false when another job has it.
   [[nodiscard]] bool ClaimRoot();
-  // Of the root directory; objectCount: how many objects an unfinished creation left.
-  RootState GetRootState(std::size_t& objectCount);
-  // Leaves the sentence about an unfinished root. Always false.
-  bool FailUnfinished(std::size_t objectCount);
+  // Of the root directory; of an unfinished one the sentence is left.
+  [[nodiscard]] RootState GetRootState();
   // Empties the root directory, which this job has, but for an entry of the name leaveOut. Refused
   // for what is left of a creation that did not end and may be the only copies.
   [[nodiscard]] bool ClearRoot(TextView leaveOut);
@@ -114,15 +113,8 @@ class CDicomDirProcessor : public CBaseItem {
   // The same plan for a look at it alone, with no hold on the root directory, which may be missing:
   // nothing is changed. A creation plans anew.
   [[nodiscard]] bool PreviewFileSet(TextView rootDirectory, TextView objectDirectory);
-  // Of the plan: what it holds, the room on a disc, the files to be moved in their order, the label
-  // and what that leaves out.
-  [[nodiscard]] const FileSetTotals& PlannedTotals() const;
-  [[nodiscard]] DiscRoom PlannedRoom() const;
-  [[nodiscard]] const Text& PlannedLabel() const;
-  [[nodiscard]] std::size_t PlannedCount() const;
-  [[nodiscard]] const Text& PlannedSource(std::size_t index) const;
-  [[nodiscard]] std::uint64_t PlannedSize(std::size_t index) const;
-  [[nodiscard]] std::vector<Text> LabelRemarks() const;
+  // After one of the two.
+  [[nodiscard]] const PlannedFileSet& Planned() const;
   // A copy that the host made of a planned file is moved in its place. False when the file has
   // changed since it was added.
   [[nodiscard]] bool HandOver(std::size_t index, TextView copy);
@@ -174,55 +166,27 @@ class CDicomDirProcessor : public CBaseItem {
   void ClearIheLabel() { iheLabel_.clear(); }
 
   bool allowAddHierarchyTree = true;
-  bool useHierarchyForDicomObjects = false;
   bool clearAfterWrite = true;
   bool performFullErase = false;
   bool simulateCreation = false;
   bool ejectMediumAfterCreation = true;
-  bool includeOtherContent = true;
   bool performDirectCopy = false;
-  // Where the description of the medium is at odds with what the field does today, follow the
-  // field: dates that are none are left out of the label, and empty files of the other content are
-  // copied. By default as the registry says, else off.
-  bool currentPractice = false;
   // Told how far a creation, or a delivery to a directory, is with the bytes of all its files:
   // often while it copies, on the thread that does. It must not throw.
   std::function<void(std::uint64_t doneBytes, std::uint64_t totalBytes)> progress;
-  [[nodiscard]] bool HasPracticeSetting() const { return hasPracticeSetting_; }  // in the registry
-  // The objects are handed over as copies (see HandOver), and need room on the root's file system.
-  bool sourcesStay = false;
-  bool needsRoomForCopies = false;
+  // In the registry.
+  [[nodiscard]] bool HasPracticeSetting() const { return hasPracticeSetting_; }
 
  private:
-  enum class Measure { Files, Bytes };
-  struct RecordingOptions {
-    bool simulate;
-    bool fullErase;
-    bool eject;
-    bool clearAfterWrite;
-  };
-
-  void EnsurePatientList();
+  [[nodiscard]] CPatientList& ListForAdding();
   [[nodiscard]] bool HasPatients();
-  bool SetPath(Text& setting, TextView path);
-  bool SetPathInRoot(Text& setting, TextView path);
-  [[nodiscard]] bool WalkDirectory(const Text& directory);
-  [[nodiscard]] bool FileObject(TextView fileName, const FitnessRules* rules, AddedFile& told);
-  [[nodiscard]] bool FileIntoSeries(CDicomUtil& object, TextView fileName, bool mustBeFit,
-                                    AddedFile& told);
-  CStudy* FindOrAddStudy(const DcElemList& dataSet, TextView fileName, ListGrowth& growth);
-  CSeries* FindOrAddSeries(const DcElemList& dataSet, CStudy& study, TextView fileName,
-                           ListGrowth& growth);
-  std::unique_ptr<FileSetPlan> BeginPlan(TextView rootDirectory, TextView objectDirectory);
+  [[nodiscard]] bool SetPath(Text& setting, TextView path);
+  [[nodiscard]] bool SetPathInRoot(Text& setting, TextView path);
+  [[nodiscard]] std::unique_ptr<FileSetPlan> BeginPlan(TextView rootDirectory,
+                                                       TextView objectDirectory);
   [[nodiscard]] bool FinishPlan(std::unique_ptr<FileSetPlan> plan);
-  bool SetUnfinishedAside(const Text& root);
-  [[nodiscard]] bool MeasureOtherContent(Measure what, std::uint64_t& total);
-  [[nodiscard]] bool ClaimFinished(const Text& source);
-  [[nodiscard]] bool CheckTarget(const Text& source, const Text& target);
-  [[nodiscard]] bool CheckRoomForCopy(const Text& source, const Text& target);
-  [[nodiscard]] bool CopyFileSet(const Text& source, const Text& target);
-  [[nodiscard]] bool WriteDisc(const Text& source, const RecordingOptions& options);
-  [[nodiscard]] bool ClearSource(const Text& source, bool succeeded);
+  void RemoveRoot(bool removesAll, Text& asideDirectory);
+  void RemoveTemporaryFiles();
 
   std::unique_ptr<CPatientList> patients_;
   CFileUtil files_;

@@ -13,5 +13,8 @@ inline constexpr std::size_t kMaxValueChars = 1024;
 // kDcBufferTooShort then). An element that is absent (kDcNotInList) or has no value (kDcNoValue)
 // gives an empty text.
 [[nodiscard]] DcCode ReadElementText(const DcElemList& dataSet, DcTag tag, Text& out);
+// The same where absent, empty and cut texts will do. False, and out unchanged, when the element
+// cannot be read.
+[[nodiscard]] bool TakeElementText(const DcElemList& dataSet, DcTag tag, Text& out);
 
 }  // namespace quillon

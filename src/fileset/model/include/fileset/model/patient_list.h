@@ -10,6 +10,8 @@ namespace quillon {
 class CPatient : public CBaseItem {
  public:
   CPatient();
+  static std::span<const AttributeRow<CPatient>> Attributes();
+  [[nodiscard]] const Text& Key() const { return uniqueId_; }
 
   [[nodiscard]] const Text& Age() const { return age_; }
   [[nodiscard]] const Text& BirthDate() const { return birthDate_; }
@@ -32,22 +34,12 @@ class CPatient : public CBaseItem {
   CStudyList studies_;
 };
 
-class CPatientList : public COwningList<CPatient> {
+class CPatientList : public NodeList<CPatient> {
  public:
   CPatientList();
-  // Releases the whole tree.
-  void RemoveAll() override;
-  void RemoveLast() override;
 
-  // The first patient with exactly this unique ID; null when there is none, with a sentence when
-  // the ID is empty.
-  CPatient* FindByUniqueId(TextView uniqueId);
-  // Appends a patient with the attributes of the data set, whether or not the ID is in the list.
-  // uniqueId: 1 to 1,024 characters. False, with a sentence, leaves the list as it was.
-  [[nodiscard]] bool AddPatient(const DcElemList* dataSet, TextView uniqueId);
-
- private:
-  KeyIndex<CPatient> byUniqueId_;
+  // As NodeList's; uniqueId: 1 to 1,024 characters.
+  [[nodiscard]] CPatient* Add(const DcElemList* dataSet, TextView uniqueId);
 };
 
 }  // namespace quillon

@@ -1,16 +1,16 @@
 // The series of one study, keyed by Series Instance UID.
 #pragma once
 
-#include "dicom/elem_list.h"
 #include "dicomobjects/dicom_object_list.h"
-#include "fileset/model/key_index.h"
-#include "foundation/base_list.h"
+#include "fileset/model/node_list.h"
 
 namespace quillon {
 
 class CSeries : public CBaseItem {
  public:
   CSeries();
+  static std::span<const AttributeRow<CSeries>> Attributes();
+  [[nodiscard]] const Text& Key() const { return seriesInstanceUid_; }
 
   [[nodiscard]] const Text& SeriesDate() const { return seriesDate_; }
   [[nodiscard]] const Text& SeriesInstanceUid() const { return seriesInstanceUid_; }
@@ -20,8 +20,6 @@ class CSeries : public CBaseItem {
   [[nodiscard]] const CDicomObjectList& Images() const { return images_; }
 
  private:
-  friend class CSeriesList;
-
   Text seriesDate_;
   Text seriesInstanceUid_;
   Text modality_;
@@ -29,21 +27,9 @@ class CSeries : public CBaseItem {
   CDicomObjectList images_;
 };
 
-class CSeriesList : public COwningList<CSeries> {
+class CSeriesList : public NodeList<CSeries> {
  public:
   CSeriesList();
-  void RemoveAll() override;
-  void RemoveLast() override;
-
-  // The first series with exactly this UID; null when there is none, with a sentence when the UID
-  // is empty.
-  CSeries* FindBySeriesInstanceUid(TextView uid);
-  // Appends a series with the attributes of the data set. False, with a sentence, leaves the list
-  // as it was.
-  [[nodiscard]] bool AddSeries(const DcElemList* dataSet);
-
- private:
-  KeyIndex<CSeries> byUid_;
 };
 
 }  // namespace quillon

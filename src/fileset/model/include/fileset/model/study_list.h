@@ -8,6 +8,8 @@ namespace quillon {
 class CStudy : public CBaseItem {
  public:
   CStudy();
+  static std::span<const AttributeRow<CStudy>> Attributes();
+  [[nodiscard]] const Text& Key() const { return studyInstanceUid_; }
 
   [[nodiscard]] const Text& AccessionNumber() const { return accessionNumber_; }
   [[nodiscard]] const Text& StudyDate() const { return studyDate_; }
@@ -20,8 +22,6 @@ class CStudy : public CBaseItem {
   [[nodiscard]] const CSeriesList& Series() const { return series_; }
 
  private:
-  friend class CStudyList;
-
   Text accessionNumber_;
   Text studyDate_;
   Text description_;
@@ -31,21 +31,9 @@ class CStudy : public CBaseItem {
   CSeriesList series_;
 };
 
-class CStudyList : public COwningList<CStudy> {
+class CStudyList : public NodeList<CStudy> {
  public:
   CStudyList();
-  void RemoveAll() override;
-  void RemoveLast() override;
-
-  // The first study with exactly this UID; null when there is none, with a sentence when the UID is
-  // empty.
-  CStudy* FindByStudyInstanceUid(TextView uid);
-  // Appends a study with the attributes of the data set. False, with a sentence, leaves the list as
-  // it was.
-  [[nodiscard]] bool AddStudy(const DcElemList* dataSet);
-
- private:
-  KeyIndex<CStudy> byUid_;
 };
 
 }  // namespace quillon
