@@ -1,9 +1,8 @@
-#include "create_command.h"
-
 #include <memory>
 #include <string>
 #include <utility>
 
+#include "commands.h"
 #include "create_job.h"
 #include "media_job.h"
 #include "result_output.h"
@@ -34,25 +33,20 @@ struct CommandOptions {
 };
 
 int runCreate(CommandOptions& options) {
-  if (!sendToolkitLog(options.logFile)) {
-    return finish({}, "The log file " + options.logFile + " cannot be written.", {});
-  }
+  if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
   options.job.showsProgress = !options.isQuiet;
   MediaJob mediaJob;
   const CreateResult result = createFileSet(options.job, mediaJob);
   std::string output =
-      options.isJson ? jsonObject(jsonMembers(result), result.error) : plainText(result);
-  return finish(Output::of(options.isJson, std::move(output)), result.error, result.remarks);
+      options.isJson ? jsonObject(jsonMembers(result), result.outcome) : plainText(result);
+  return finish(Output::of(options.isJson, std::move(output)), result.outcome, result.remarks);
 }
 
 }  // namespace
 
 void addCreateOptions(CLI::App& command, CreateOptions& job) {
   command.add_option("PATH", job.sources, "Files and directories to add")->required();
-  command
-      .add_option("--root", job.root,
-                  "Directory of the file set (default: DICOM in the temporary directory)")
-      ->type_name("DIR");
+  addRootOption(command, job.root);
   command.add_flag("--replace", job.isReplacing, "Wipe a root directory that holds something");
   command
       .add_option("--object-dir", job.objectDirectory,
@@ -77,9 +71,29 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
   command.add_flag("--strict", job.isStrict, "Refuse files that end before their pixel data does");
 }
 
+void addRootOption(CLI::App& command, std::optional<std::string>& root) {
+  command
+      .add_option("--root", root,
+                  "Directory of the file set (default: DICOM in the temporary directory)")
+      ->type_name("DIR");
+}
+
 void addDryRunOption(CLI::App& command, bool& isDryRun) {
   command.add_flag("--dry-run", isDryRun,
                    "Look at everything, tell what would be done, and change nothing");
+}
+
+void addJsonOption(CLI::App& command, bool& isJson) {
+  command.add_flag("--json", isJson, "Print the result as one JSON object");
+}
+
+void addQuietOption(CLI::App& command, bool& isQuiet) {
+  command.add_flag("--quiet", isQuiet, "Show no progress");
+}
+
+void addLogOption(CLI::App& command, std::string& logFile) {
+  command.add_option("--log", logFile, "Append the toolkit's log lines to a file")
+      ->type_name("FILE");
 }
 
 void addCreateCommand(CLI::App& program, int& exitStatus) {
@@ -89,10 +103,9 @@ void addCreateCommand(CLI::App& program, int& exitStatus) {
       "Collects DICOM files and lays them out as a DICOM file set with DICOMDIR and label");
   addCreateOptions(*command, options->job);
   addDryRunOption(*command, options->job.isDryRun);
-  command->add_flag("--json", options->isJson, "Print the result as one JSON object");
-  command->add_flag("--quiet", options->isQuiet, "Show no progress");
-  command->add_option("--log", options->logFile, "Append the toolkit's log lines to a file")
-      ->type_name("FILE");
+  addJsonOption(*command, options->isJson);
+  addQuietOption(*command, options->isQuiet);
+  addLogOption(*command, options->logFile);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runCreate(*options); });
 }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <filesystem>
 #include <unordered_map>
@@ -14,7 +15,6 @@
 #include "medium_questions.h"
 #include "progress_bar.h"
 #include "root_guard.h"
-#include "source_reasons.h"
 #include "source_walk.h"
 #include "staging.h"
 #include "terminal_text.h"
@@ -25,6 +25,24 @@ namespace {
 
 constexpr const char* kCut = "the file ends before its pixel data does.";
 constexpr const char* kNothingToAdd = "There is no DICOM file to add to the file set.";
+
+// The files that are left out for what they are, and whether that ends the job.
+enum class Ending { Never, OfNamed, Always };
+struct Unfit {
+  AddOutcome outcome;
+  Ending ending;
+  const char* reason;
+};
+// clang-format off
+constexpr std::array kUnfit{
+    Unfit{AddOutcome::NamesNoObject,      Ending::Never,   "it names no study, series or instance."},
+    Unfit{AddOutcome::OtherDirectory,     Ending::Never,   "it is the directory of another file set."},
+    Unfit{AddOutcome::NotDicom,           Ending::OfNamed, "it is not a DICOM file: \"DICM\" does not stand after a preamble of 128 bytes."},
+    Unfit{AddOutcome::IncompleteMetaInfo, Ending::Always,  "its file meta information is incomplete."},
+    Unfit{AddOutcome::Deflated,           Ending::Always,  "its data set is deflated, and such files cannot be read."},
+    Unfit{AddOutcome::PixelDataCut,       Ending::Always,  kCut},
+};
+// clang-format on
 
 std::string replaced(std::string text, const std::string& what, const std::string& with) {
   for (std::size_t at = text.find(what); !what.empty() && at != std::string::npos;
@@ -54,35 +72,30 @@ class CreateJob {
       if (collect(staging) && plan(staging) && !options_.isDryRun && layOut(staging)) create();
     }
     progress_.clear();
-    if (result_.error) forgetTotals();
+    if (result_.outcome.failed()) forgetTotals();
     return std::move(result_);
   }
 
  private:
-  bool fail(std::string sentence) {
-    result_.error = std::move(sentence);
-    return false;
+  // Steps answer whether the job goes on.
+  bool passes(Outcome step) {
+    result_.outcome = std::move(step);
+    return !result_.outcome.failed();
   }
+  bool fail(std::string sentence) { return passes(std::move(sentence)); }
 
   bool applySettings() {
     if (options_.root) {
       if (options_.root->empty()) return fail("The root directory has no name.");
-      if (!job_.setRoot(absoluteRoot(*options_.root))) return fail(job_.errorText());
+      if (!passes(job_.setRoot(absoluteRoot(*options_.root)))) return false;
     }
     result_.root = job_.root();
     job_.setHierarchy(options_.hasHierarchy);
     job_.setOtherContent(options_.hasOtherContent);
-    return !options_.objectDirectory || applyObjectDirectory(*options_.objectDirectory);
-  }
-
-  bool applyObjectDirectory(std::string name) {
-    for (char& c : name) {
-      if (c == '/') c = '\\';
-    }
-    const std::string before = job_.errorText();
-    if (job_.setObjectDirectory(name)) return true;
-    const std::string after = job_.errorText();
-    return fail(after != before ? after : "The object directory " + name + " is invalid.");
+    if (!options_.objectDirectory) return true;
+    std::string name = *options_.objectDirectory;
+    std::replace(name.begin(), name.end(), '/', '\\');
+    return passes(job_.setObjectDirectory(name));
   }
 
   // What takeRoot would refuse, but for a root that another job has.
@@ -100,8 +113,7 @@ class CreateJob {
       case RootEntry::Empty:
         break;
     }
-    const auto reason = reasonNotToFill(result_.root);
-    return !reason || fail(*reason);
+    return passes(mayFill(result_.root));
   }
 
   bool failAtRoot(RootEntry entry) {
@@ -117,7 +129,7 @@ class CreateJob {
     Staging::removeAbandoned(stagingParent_, removed);
     const RootEntry before = rootEntry(result_.root);
     if (before == RootEntry::NotDirectory) return failAtRoot(before);
-    if (!job_.claimRoot()) return fail(job_.errorText());
+    if (!passes(job_.claimRoot())) return false;
     if (before == RootEntry::Missing) {
       // Patients' images are nobody else's while they are worked on.
       isRootMade_ = ::chmod(result_.root.c_str(), 0700) == 0;
@@ -128,8 +140,7 @@ class CreateJob {
   }
 
   bool mayReplace() {
-    const RootState state = job_.rootState();
-    if (state == RootState::Unfinished) {
+    if (job_.rootState() == RootState::Unfinished) {
       result_.remarks.push_back("quillon wipe --root " + result_.root +
                                 " sets them aside; with --force it removes them.");
       return fail(job_.errorText());
@@ -140,9 +151,8 @@ class CreateJob {
     }
     std::vector<std::string> sources;
     for (const std::string& source : options_.sources) sources.push_back(absolutePath(source));
-    if (auto reason = reasonNotToWipe(result_.root, sources)) return fail(*reason);
-    isWiping_ = true;
-    return true;
+    isWiping_ = passes(mayWipe(result_.root, sources));
+    return isWiping_;
   }
 
   // Answers whether the job goes on.
@@ -185,56 +195,40 @@ class CreateJob {
     return options_.isMoving && !file.isLink;
   }
 
-  // A reason when the system takes no such path, so that the file can be added as a copy only.
-  std::optional<std::string> reasonForOtherName(const std::string& path) {
+  // Fails when the system takes no such path, so that the file can be added as a copy only.
+  Outcome canBeMoved(const std::string& path) {
     // The system takes a backslash for a separator of directories.
     if (path.find('\\') != std::string::npos) return "a path with a backslash cannot be moved.";
-    if (job_.takesPath(path)) return std::nullopt;
-    return job_.errorText();
+    return job_.takesPath(path);
   }
 
   bool add(const SourceFile& file, Staging& staging) {
     std::string path = absolutePath(file.path);
-    if (const auto unfit = reasonForOtherName(path)) {
-      if (isMoved(file)) return leaveOut(file.path, *unfit, true);
-      std::string reason;
-      if (!staging.nameIn(absolutePath(file.path), path, reason)) {
-        return fail("Cannot add " + file.path + ": " + reason);
-      }
+    if (const Outcome named = canBeMoved(path); named.failed()) {
+      if (isMoved(file)) return leaveOut(file.path, named.text(), true);
+      const Outcome renamed = staging.nameIn(absolutePath(file.path), path);
+      if (renamed.failed()) return fail("Cannot add " + file.path + ": " + renamed.text());
     }
-    std::string firstFile;
-    bool isPixelDataCut = false;
-    switch (
-        job_.addFile(path, {options_.patientKey, options_.isStrict}, firstFile, isPixelDataCut)) {
+    const Added added = job_.addFile(path, {options_.patientKey, options_.isStrict});
+    switch (added.outcome) {
       case AddOutcome::Added:
-        if (isPixelDataCut) result_.remarks.push_back(file.path + ": " + kCut);
+        if (added.isPixelDataCut) result_.remarks.push_back(file.path + ": " + kCut);
         files_.emplace(std::move(path), file);
         return true;
       case AddOutcome::AlreadyAdded:
-        return leaveOutSecond(file, firstFile);
-      case AddOutcome::NamesNoObject:
-        return leaveOut(file.path, "it names no study, series or instance.", false);
-      case AddOutcome::OtherDirectory:
-        return leaveOut(file.path, "it is the directory of another file set.", false);
-      case AddOutcome::NotDicom:
-        return leaveOut(file.path,
-                        "it is not a DICOM file: \"DICM\" does not stand after a preamble of 128 "
-                        "bytes.",
-                        file.isNamed);
-      case AddOutcome::IncompleteMetaInfo:
-        return leaveOut(file.path, "its file meta information is incomplete.", true);
-      case AddOutcome::Deflated:
-        return leaveOut(file.path, "its data set is deflated, and such files cannot be read.",
-                        true);
-      case AddOutcome::PixelDataCut:
-        return leaveOut(file.path, kCut, true);
+        return leaveOutSecond(file, added.firstFile);
       case AddOutcome::Refused:
+        if (const Outcome read = canBeRead(file.path); read.failed()) {
+          return leaveOutUnreadable(file.path, read.text(), true);
+        }
+        return leaveOut(file.path, replaced(job_.errorText(), path, file.path), true);
+      default:
         break;
     }
-    if (const auto reason = reasonNotToRead(file.path)) {
-      return leaveOutUnreadable(file.path, *reason, true);
-    }
-    return leaveOut(file.path, replaced(job_.errorText(), path, file.path), true);
+    const auto unfit = std::ranges::find(kUnfit, added.outcome, &Unfit::outcome);
+    return leaveOut(
+        file.path, unfit->reason,
+        unfit->ending == Ending::Always || (unfit->ending == Ending::OfNamed && file.isNamed));
   }
 
   bool leaveOutSecond(const SourceFile& file, const std::string& firstFile) {
@@ -246,13 +240,10 @@ class CreateJob {
 
   bool plan(Staging& staging) {
     if (!options_.isMoving) job_.setCopies(!options_.isDryRun && staging.needsRoom());
-    if (!(options_.isDryRun ? job_.preview() : job_.plan())) {
-      return fail(inUsersWords(job_.errorText()));
-    }
+    const Outcome made = options_.isDryRun ? job_.preview() : job_.plan();
+    if (made.failed()) return fail(inUsersWords(made.text()));
     const PlannedFileSet& planned = job_.planned();
-    if (options_.refuseSize) {
-      if (auto reason = options_.refuseSize(planned.room)) return fail(*reason);
-    }
+    if (options_.askSize && !passes(options_.askSize(planned.room))) return false;
     if (options_.isDryRun) tellOfDryRun(planned);
     result_.patients = planned.patients;
     result_.studies = planned.studies;
@@ -280,7 +271,7 @@ class CreateJob {
   // The old file set goes away only when everything for the new one is there.
   bool layOut(Staging& staging) {
     if (!copySources(staging)) return false;
-    return !isWiping_ || job_.clearRoot(staging.name()) ||
+    return !isWiping_ || !job_.clearRoot(staging.name()).failed() ||
            fail("The root directory " + result_.root + " cannot be wiped.");
   }
 
@@ -293,12 +284,11 @@ class CreateJob {
       const SourceFile& file = files_.at(source);
       if (!isMoved(file)) {
         std::string copy;
-        std::string reason;
         // Nothing that follows can be copied either when the disk is full.
-        if (!staging.copyIn(source, copy, reason)) {
-          return fail("Cannot add " + file.path + ": " + reason);
-        }
-        if (!job_.handOver(i, copy)) return fail(replaced(job_.errorText(), source, file.path));
+        const Outcome copied = staging.copyIn(source, copy);
+        if (copied.failed()) return fail("Cannot add " + file.path + ": " + copied.text());
+        const Outcome taken = job_.handOver(i, copy);
+        if (taken.failed()) return fail(replaced(taken.text(), source, file.path));
       }
       progress_.advance(copiedBytes_ += objects[i].sizeBytes);
     }
@@ -309,16 +299,16 @@ class CreateJob {
     progress_.begin("Creating the file set", result_.bytes, ProgressUnit::Bytes);
     job_.setProgress([this](std::uint64_t done, std::uint64_t) { progress_.advance(done); });
     isCreating_ = true;
-    const bool isCreated = job_.createPlanned();
+    const Outcome created = job_.createPlanned();
     isCreating_ = false;
     job_.setProgress({});
-    if (isCreated) {
+    if (!created.failed()) {
       if (isRootMade_) ::chmod(result_.root.c_str(), usualDirectoryMode());
       result_.label = job_.label();
       if (result_.label.empty()) result_.remarks.push_back(job_.errorText());
       return;
     }
-    fail(inUsersWords(job_.errorText()));
+    fail(inUsersWords(created.text()));
     if (const std::string file = job_.failedFile(); !file.empty()) result_.remarks.push_back(file);
     if (rootEntry(result_.root) == RootEntry::NotEmpty) result_.remarks.push_back(whereFilesAre());
   }

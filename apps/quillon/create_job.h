@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "fileset/disc_room.h"
+#include "outcome.h"
 
 namespace quillon::cli {
 
@@ -32,9 +33,9 @@ struct CreateOptions {
   // Everything is looked at and nothing changed.
   bool isDryRun = false;
   bool showsProgress = true;
-  // Asked when it is known what the file set takes, before anything is copied or moved: a sentence
-  // ends the job. May be empty.
-  std::function<std::optional<std::string>(const DiscRoom& room)> refuseSize;
+  // Asked when it is known what the file set takes, before anything is copied or moved. May be
+  // empty.
+  std::function<Outcome(const DiscRoom& room)> askSize;
 };
 
 struct PassedOver {
@@ -54,7 +55,7 @@ struct CreateResult {
   std::uint64_t discSectors = 0;  // that a disc needs, at the most; told of a dry run
   std::string label;
   std::vector<PassedOver> passedOver;
-  std::optional<std::string> error;  // the sentence of a job that failed
+  Outcome outcome;
   std::vector<std::string> remarks;  // what the user should know beside it
 };
 

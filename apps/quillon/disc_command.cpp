@@ -1,5 +1,3 @@
-#include "disc_command.h"
-
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -7,14 +5,13 @@
 #include <utility>
 #include <vector>
 
+#include "commands.h"
 #include "disc_progress_scope.h"
-#include "foundation/text.h"
 #include "interrupt_guard.h"
 #include "json_output.h"
 #include "media_job.h"
 #include "medium_questions.h"
 #include "recording/disc_recorders.h"
-#include "platform/services.h"
 #include "recording/virtual_discs.h"
 #include "result_output.h"
 #include "terminal_text.h"
@@ -45,39 +42,31 @@ struct Options {
   bool isQuiet = false;
 };
 
-std::optional<std::string> errorOf(const platform::DiscResult& result) {
-  if (!result.failed()) return std::nullopt;
+Outcome outcomeOf(const platform::DiscResult& result) {
+  if (!result.failed()) return {};
   if (result.text.empty()) return "The operation failed.";
-  return NarrowText(result.text, FileSystemCodePage());
-}
-
-std::string member(const char* name, const std::string& json) {
-  return "\"" + std::string(name) + "\":" + json + ",";
-}
-std::string jsonBool(bool value) { return value ? "true" : "false"; }
-std::string jsonTextOrNull(const std::string& text) {
-  return text.empty() ? "null" : jsonString(text);
+  return narrow(result.text);
 }
 
 // Of a command that has nothing to tell but how it ended.
-int finishBare(const Options& options, const std::optional<std::string>& error) {
-  return finish(Output::asItIs(options.isJson ? jsonObject("", error) : ""), error, {});
+int finishBare(const Options& options, const Outcome& outcome) {
+  return finish(Output::asItIs(options.isJson ? jsonObject("", outcome) : ""), outcome, {});
 }
 
 // Members of an object, the last one without a comma.
 std::string jsonOf(const DiscRecorderStatus& status) {
-  std::string out = member("name", jsonString(status.name));
-  out += member("device", jsonString(status.device));
-  out += member("virtual", jsonBool(status.isVirtual));
-  out += member("used_by", jsonTextOrNull(status.client));
-  out += member("problem", jsonTextOrNull(status.problem));
+  std::string out = jsonMember("name", jsonString(status.name));
+  out += jsonMember("device", jsonString(status.device));
+  out += jsonMember("virtual", jsonBool(status.isVirtual));
+  out += jsonMember("used_by", jsonTextOrNull(status.client));
+  out += jsonMember("problem", jsonTextOrNull(status.problem));
   out += "\"disc\":";
   if (!status.hasDisc) return out + "null";
-  out += "{" + member("media", jsonString(status.media));
-  out += member("state", jsonString(status.state));
-  out += member("protected", jsonBool(status.isProtected));
-  out += member("capacity", std::to_string(status.capacitySectors));
-  out += member("free", std::to_string(status.freeSectors));
+  out += "{" + jsonMember("media", jsonString(status.media));
+  out += jsonMember("state", jsonString(status.state));
+  out += jsonMember("protected", jsonBool(status.isProtected));
+  out += jsonMember("capacity", std::to_string(status.capacitySectors));
+  out += jsonMember("free", std::to_string(status.freeSectors));
   return out + "\"image\":" + jsonTextOrNull(status.image) + "}";
 }
 
@@ -97,7 +86,7 @@ std::string textOf(const DiscRecorderStatus& status) {
 
 int runList(const Options& options) {
   std::vector<DiscRecorderStatus> recorders;
-  const std::optional<std::string> error = errorOf(platform::listDiscRecorders(recorders));
+  const Outcome outcome = outcomeOf(platform::listDiscRecorders(recorders));
   std::string out;
   const char* separator = "";
   for (const DiscRecorderStatus& status : recorders) {
@@ -107,11 +96,11 @@ int runList(const Options& options) {
   }
   std::vector<std::string> remarks;
   if (options.isJson) {
-    out = jsonObject("\"recorders\":[" + out + "],", error);
-  } else if (!error && recorders.empty()) {
+    out = jsonObject("\"recorders\":[" + out + "],", outcome);
+  } else if (!outcome.failed() && recorders.empty()) {
     remarks.push_back(kNoRecorder);
   }
-  return finish(Output::of(options.isJson, std::move(out)), error, remarks);
+  return finish(Output::of(options.isJson, std::move(out)), outcome, remarks);
 }
 
 // What the media object says of the disc.
@@ -132,7 +121,7 @@ Answers askObject(const DiscRecorderStatus& status) {
   answers.reason.resize(answers.reason.find_last_not_of('\n') + 1);
   if (answers.reason.empty()) return answers;
   // The object has one sentence for a missing disc, a full one and a pressed one.
-  if (auto reason = reasonNotToRecord(status)) answers.reason = std::move(*reason);
+  if (const Outcome fit = mayRecord(status); fit.failed()) answers.reason = fit.text();
   return answers;
 }
 
@@ -141,16 +130,15 @@ std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
 int runStatus(const Options& options) {
   platform::chooseDiscRecorder(options.recorder);
   DiscRecorderStatus status;
-  const std::optional<std::string> error =
-      errorOf(platform::describeDiscRecorder(options.recorder, status));
-  if (error) return finishBare(options, error);
+  const Outcome outcome = outcomeOf(platform::describeDiscRecorder(options.recorder, status));
+  if (outcome.failed()) return finishBare(options, outcome);
   const Answers answers = askObject(status);
   std::string out;
   if (options.isJson) {
     out = jsonOf(status) + ",";
-    out += member("holds_data", answers.holdsData ? jsonBool(*answers.holdsData) : "null");
-    out += member("recordable", answers.holdsData ? jsonBool(answers.isRecordable) : "null");
-    out = jsonObject(out + member("reason", jsonTextOrNull(answers.reason)), error);
+    out += jsonMember("holds_data", answers.holdsData ? jsonBool(*answers.holdsData) : "null");
+    out += jsonMember("recordable", answers.holdsData ? jsonBool(answers.isRecordable) : "null");
+    out = jsonObject(out + jsonMember("reason", jsonTextOrNull(answers.reason)), outcome);
   } else {
     out = textOf(status);
     out += "Rewritable disc that holds data: " +
@@ -159,14 +147,15 @@ int runStatus(const Options& options) {
         "Recordable: " + (answers.holdsData ? yesOrNo(answers.isRecordable) : "not known") + "\n";
     if (!answers.reason.empty()) out += "  " + answers.reason + "\n";
   }
-  return finish(Output::of(options.isJson, std::move(out)), error, {});
+  return finish(Output::of(options.isJson, std::move(out)), outcome, {});
 }
 
 // The recorder that is meant without a name: a disc in one that the service does not offer would
 // help nobody.
-std::optional<std::string> findRecorderForDisc(std::string& name) {
+Outcome findRecorderForDisc(std::string& name) {
   std::vector<DiscRecorderStatus> recorders;
-  if (auto error = errorOf(platform::listDiscRecorders(recorders))) return error;
+  Outcome listed = outcomeOf(platform::listDiscRecorders(recorders));
+  if (listed.failed()) return listed;
   std::erase_if(recorders, [](const DiscRecorderStatus& status) { return !status.isVirtual; });
   if (recorders.empty()) {
     return "The service has no virtual recorders: --recorder names one, and QUILLON_RECORDERS the "
@@ -174,66 +163,70 @@ std::optional<std::string> findRecorderForDisc(std::string& name) {
   }
   const auto writing = std::ranges::find_if(recorders, &DiscRecorderStatus::writes);
   name = (writing == recorders.end() ? recorders.begin() : writing)->name;
-  return std::nullopt;
+  return {};
+}
+
+Outcome insertDisc(const Options& options, platform::VirtualRecorderStatus& status) {
+  std::string recorder = options.recorder;
+  if (recorder.empty()) {
+    if (Outcome found = findRecorderForDisc(recorder); found.failed()) return found;
+  }
+  const platform::DiscResult result = platform::insertVirtualDisc(recorder, options.disc);
+  if (result.code == HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS)) {
+    std::string sentence = outcomeOf(result).text();
+    sentence.pop_back();
+    return sentence + "; quillon disc eject takes it out.";
+  }
+  if (result.failed()) return outcomeOf(result);
+  return outcomeOf(platform::virtualRecorderStatus(recorder, status));
 }
 
 int runInsert(const Options& options) {
-  std::optional<std::string> error;
-  std::string recorder = options.recorder;
-  if (recorder.empty()) error = findRecorderForDisc(recorder);
-  if (!error) {
-    const platform::DiscResult result = platform::insertVirtualDisc(recorder, options.disc);
-    error = errorOf(result);
-    if (result.code == HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS)) {
-      error->pop_back();
-      *error += "; quillon disc eject takes it out.";
-    }
-  }
   platform::VirtualRecorderStatus status;
-  if (!error) error = errorOf(platform::virtualRecorderStatus(recorder, status));
+  const Outcome outcome = insertDisc(options, status);
   std::string out;
   if (options.isJson) {
-    if (!error) {
-      out = member("recorder", jsonString(status.name)) +
-            member("media", jsonString(status.media)) + member("state", jsonString(status.state)) +
-            member("capacity", std::to_string(status.capacitySectors));
+    if (!outcome.failed()) {
+      out = jsonMember("recorder", jsonString(status.name)) +
+            jsonMember("media", jsonString(status.media)) +
+            jsonMember("state", jsonString(status.state)) +
+            jsonMember("capacity", std::to_string(status.capacitySectors));
     }
-    out = jsonObject(out, error);
-  } else if (!error) {
+    out = jsonObject(out, outcome);
+  } else if (!outcome.failed()) {
     out = "Inserted into " + status.name + ": " + status.media + ", " + status.state + ", " +
           std::to_string(status.capacitySectors) + " sectors\n";
   }
-  return finish(Output::of(options.isJson, std::move(out)), error, {});
+  return finish(Output::of(options.isJson, std::move(out)), outcome, {});
 }
 
 int runEject(const Options& options) {
   std::string image;
   bool hadDisc = false;
   platform::chooseDiscRecorder(options.recorder);
-  const std::optional<std::string> error =
-      errorOf(platform::ejectDisc(options.recorder, image, hadDisc));
+  const Outcome outcome = outcomeOf(platform::ejectDisc(options.recorder, image, hadDisc));
   std::string out;
   if (options.isJson) {
-    out = jsonObject(member("image", jsonTextOrNull(image)), error);
+    out = jsonObject(jsonMember("image", jsonTextOrNull(image)), outcome);
   } else if (!image.empty()) {
     out = "Image:     " + image + "\n";
-  } else if (!error) {
+  } else if (!outcome.failed()) {
     out = hadDisc ? "The disc is out.\n" : "There was no disc to take out.\n";
   }
-  return finish(Output::of(options.isJson, std::move(out)), error, {});
+  return finish(Output::of(options.isJson, std::move(out)), outcome, {});
 }
 
 int runErase(const Options& options) {
-  std::optional<std::string> error;
+  Outcome outcome;
   {
     ProgressBar bar(!options.isQuiet);
     const DiscProgressScope progress(bar);
     const InterruptGuard guard([&progress] { sayBelowProgress(endDiscWork(progress)); },
                                kPatienceWithDrive);
     platform::chooseDiscRecorder(options.recorder);
-    error = errorOf(platform::eraseDisc(options.recorder, options.isFull));
+    outcome = outcomeOf(platform::eraseDisc(options.recorder, options.isFull));
   }
-  return finishBare(options, error);
+  return finishBare(options, outcome);
 }
 
 using Run = int (*)(const Options&);
@@ -241,7 +234,7 @@ using Run = int (*)(const Options&);
 CLI::App* addVerb(CLI::App& disc, const char* name, const char* description, Run run,
                   const std::shared_ptr<Options>& options, int& exitStatus) {
   CLI::App* verb = disc.add_subcommand(name, description);
-  verb->add_flag("--json", options->isJson, "Print the result as one JSON object");
+  addJsonOption(*verb, options->isJson);
   verb->footer(kExitFooter);
   verb->callback([options, run, &exitStatus] { exitStatus = run(*options); });
   return verb;
@@ -294,7 +287,7 @@ void addDiscCommand(CLI::App& program, int& exitStatus) {
   addRecorderOption(*erase, *options);
   erase->add_flag("--full", options->isFull,
                   "Overwrite all of the disc, not only where its contents begin");
-  erase->add_flag("--quiet", options->isQuiet, "Show no progress");
+  addQuietOption(*erase, options->isQuiet);
 }
 
 }  // namespace quillon::cli

@@ -1,18 +1,17 @@
-#include "header_command.h"
-
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "commands.h"
 #include "foundation/file_util.h"
 #include "foundation/text.h"
 #include "media_job.h"
 #include "platform/services.h"
 #include "result_output.h"
-#include "stylesheets.h"
 #include "toolkit_log.h"
 
 namespace quillon::cli {
@@ -28,9 +27,11 @@ that ship with the program; a file of that name is meant by ./text. It may read 
 
 Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 
+constexpr const char* kForReaders = "text";  // the one that writes for a terminal
+
 struct HeaderOptions {
   std::string file;
-  std::string stylesheet = "text";
+  std::string stylesheet = kForReaders;
   bool isXml = false;
   std::string logFile;
 };
@@ -63,20 +64,28 @@ class NamedFile {
   int handle_ = -1;
 };
 
+// Where it lies as seen from the program, in the build tree as after an installation.
+std::string shippedStylesheet(const std::string& name) {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  const std::filesystem::path directory =
+      (program.parent_path() / QUILLON_STYLESHEETS_FROM_PROGRAM).lexically_normal();
+  return (directory / (name + ".xsl")).string();
+}
+
 int runHeader(const HeaderOptions& options) {
-  if (!sendToolkitLog(options.logFile)) {
-    return finish({}, "The log file " + options.logFile + " cannot be written.", {});
-  }
-  const std::string location =
-      options.isXml ? xmlStylesheetLocation() : stylesheetLocation(options.stylesheet);
+  if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
+  const std::string& given = options.stylesheet;
+  const bool isForReaders = !options.isXml && given == kForReaders;
+  const std::string location = options.isXml                     ? shippedStylesheet("xml")
+                               : isForReaders || given == "html" ? shippedStylesheet(given)
+                                                                 : given;
   const NamedFile file(options.file);
   MediaJob job;
   std::string text;
-  if (!job.loadHeader(file.name(), location, text)) {
-    return finish({}, file.inWordsOfUser(job.errorText()), {});
-  }
-  const bool isForReaders = !options.isXml && isTextStylesheet(options.stylesheet);
-  return finish(isForReaders ? Output::forReaders(text) : Output::asItIs(text), std::nullopt, {});
+  const Outcome loaded = job.loadHeader(file.name(), location, text);
+  if (loaded.failed()) return finish({}, file.inWordsOfUser(loaded.text()), {});
+  return finish(isForReaders ? Output::forReaders(text) : Output::asItIs(text), {}, {});
 }
 
 }  // namespace
@@ -93,8 +102,7 @@ void addHeaderCommand(CLI::App& program, int& exitStatus) {
           ->type_name("LOCATION");
   command->add_flag("--xml", options->isXml, "Print the XML that stylesheets are given")
       ->excludes(stylesheet);
-  command->add_option("--log", options->logFile, "Append the toolkit's log lines to a file")
-      ->type_name("FILE");
+  addLogOption(*command, options->logFile);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runHeader(*options); });
 }

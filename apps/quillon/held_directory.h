@@ -16,7 +16,7 @@ class HeldDirectory {
   HeldDirectory& operator=(const HeldDirectory&) = delete;
 
   // Makes "<parent>/<prefix><process>-XXXXXX", for this user alone. False with errno.
-  bool make(const std::string& parent, const std::string& prefix);
+  [[nodiscard]] bool make(const std::string& parent, const std::string& prefix);
   // Empty before make.
   [[nodiscard]] const std::string& path() const { return path_; }
 
@@ -32,7 +32,7 @@ class HeldDirectory {
 
  private:
   static std::vector<std::string> named(const std::string& parent, const std::string& prefix);
-  bool take(const std::string& path);
+  [[nodiscard]] bool take(const std::string& path);
 
   std::string path_;
   int lock_ = -1;

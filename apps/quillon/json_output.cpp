@@ -57,4 +57,14 @@ std::string jsonString(std::string_view text) {
   return out + "\"";
 }
 
+std::string jsonTextOrNull(std::string_view text) {
+  return text.empty() ? "null" : jsonString(text);
+}
+
+std::string jsonBool(bool value) { return value ? "true" : "false"; }
+
+std::string jsonMember(const char* name, const std::string& json) {
+  return "\"" + std::string(name) + "\":" + json + ",";
+}
+
 }  // namespace quillon::cli

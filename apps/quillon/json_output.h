@@ -8,5 +8,10 @@ namespace quillon::cli {
 
 // With the quotation marks. Bytes that are not UTF-8 become U+FFFD.
 std::string jsonString(std::string_view text);
+// null for an empty one.
+std::string jsonTextOrNull(std::string_view text);
+std::string jsonBool(bool value);
+// A member of an object with the comma behind it.
+std::string jsonMember(const char* name, const std::string& json);
 
 }  // namespace quillon::cli

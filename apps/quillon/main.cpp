@@ -6,15 +6,9 @@
 #include <sstream>
 #include <string>
 
-#include "create_command.h"
-#include "disc_command.h"
-#include "header_command.h"
-#include "publish_command.h"
-#include "register_command.h"
+#include "commands.h"
 #include "terminal_text.h"
 #include "toolkit_log.h"
-#include "wipe_command.h"
-#include "write_command.h"
 
 namespace {
 
@@ -34,7 +28,7 @@ void refuseEmptyValues(int argc, char** argv) {
 
 int run(int argc, char** argv) {
   // Commands with --log set it anew.
-  quillon::cli::sendToolkitLog("");
+  static_cast<void>(quillon::cli::sendToolkitLog(""));
   CLI::App program("Makes DICOM interchange media: a file set with DICOMDIR and label", "quillon");
   program.set_version_flag("--version", "quillon " QUILLON_VERSION);
   program.require_subcommand(1);

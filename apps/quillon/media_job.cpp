@@ -45,28 +45,23 @@ std::string withNativeSeparators(std::string sentence, const std::string& direct
 // A host that says nothing gets what the description says; this one follows the field, unless the
 // workstation is set up otherwise.
 MediaJob::MediaJob() {
-  if (!object_.Builder().HasPracticeSetting()) object_.Builder().currentPractice = true;
+  if (!builder().HasPracticeSetting()) builder().currentPractice = true;
 }
 
 // A put answers S_OK even when the value was refused, which shows in the value alone.
-bool MediaJob::setRoot(std::string_view path) {
+Outcome MediaJob::setRoot(std::string_view path) {
   const ScopedBstr text(wide(path));
   object_.put_DicomRootDirectory(text.Get());
-  return root() == path;
+  return outcomeOf(root() == path);
 }
 
-bool MediaJob::setObjectDirectory(std::string_view path) {
+Outcome MediaJob::setObjectDirectory(std::string_view path) {
+  const std::string before = errorText();
   const ScopedBstr text(wide(path));
   object_.put_DicomObjectDirectory(text.Get());
-  return read(object_, &CQuillonMediaRW::get_DicomObjectDirectory) == path;
-}
-
-void MediaJob::setHierarchy(bool enabled) {
-  object_.put_UseHierarchyForDicomObjects(ToVariantBool(enabled));
-}
-
-void MediaJob::setOtherContent(bool enabled) {
-  object_.put_IncludeOtherContent(ToVariantBool(enabled));
+  if (read(object_, &CQuillonMediaRW::get_DicomObjectDirectory) == path) return {};
+  if (std::string after = errorText(); after != before) return after;
+  return "The object directory " + std::string(path) + " is invalid.";
 }
 
 std::string MediaJob::root() { return read(object_, &CQuillonMediaRW::get_DicomRootDirectory); }
@@ -82,69 +77,57 @@ std::string MediaJob::errorText() {
   return sentence;
 }
 
-bool MediaJob::claimRoot() { return object_.Builder().ClaimRoot(); }
-
-bool MediaJob::clearRoot(std::string_view leaveOut) {
-  return object_.Builder().ClearRoot(wide(leaveOut));
+Outcome MediaJob::clearRoot(std::string_view leaveOut) {
+  return outcomeOf(builder().ClearRoot(wide(leaveOut)));
 }
 
-bool MediaJob::takesPath(std::string_view path) { return object_.Builder().TakesPath(wide(path)); }
+Outcome MediaJob::takesPath(std::string_view path) {
+  return outcomeOf(builder().TakesPath(wide(path)));
+}
 
-AddOutcome MediaJob::addFile(std::string_view path, const AddRules& rules, std::string& firstFile,
-                             bool& isPixelDataCut) {
+Added MediaJob::addFile(std::string_view path, const AddRules& rules) {
   FitnessRules fitness;
   fitness.refusesCutFiles = rules.refusesCutFiles;
   fitness.patientKey = [&rules](TextView name, TextView id) {
     return rules.patientKey ? wide(*rules.patientKey) : patientKey(name, id);
   };
   AddedFile told;
-  static_cast<void>(object_.Builder().AddFitFile(wide(path), fitness, told));  // told says it
-  firstFile = narrow(told.firstFile);
-  isPixelDataCut = told.isPixelDataCut;
-  return told.outcome;
+  static_cast<void>(builder().AddFitFile(wide(path), fitness, told));  // told says it
+  return {told.outcome, narrow(told.firstFile), told.isPixelDataCut};
 }
 
 void MediaJob::setCopies(bool needRoom) {
-  object_.Builder().sourcesStay = true;
-  object_.Builder().needsRoomForCopies = needRoom;
+  builder().sourcesStay = true;
+  builder().needsRoomForCopies = needRoom;
 }
 
-bool MediaJob::plan() { return object_.Builder().PlanFileSet({}, {}); }
-
-bool MediaJob::preview() { return object_.Builder().PreviewFileSet({}, {}); }
-
-bool MediaJob::handOver(std::size_t index, std::string_view copy) {
-  return object_.Builder().HandOver(index, wide(copy));
+Outcome MediaJob::handOver(std::size_t index, std::string_view copy) {
+  return outcomeOf(builder().HandOver(index, wide(copy)));
 }
 
-bool MediaJob::createPlanned() { return object_.Builder().CreatePlannedFileSet(); }
-
-void MediaJob::setProgress(std::function<void(std::uint64_t, std::uint64_t)> progress) {
-  object_.Builder().progress = std::move(progress);
-}
-
-bool MediaJob::setVolume(std::string_view name) {
+Outcome MediaJob::setVolume(const std::string& name) {
   const ScopedBstr text(wide(name));
   object_.put_VolumeName(text.Get());
-  return read(object_, &CQuillonMediaRW::get_VolumeName) == name;
+  if (read(object_, &CQuillonMediaRW::get_VolumeName) == name) return {};
+  return "The volume name " + name + " has more than 32 characters.";
 }
 
-bool MediaJob::setTarget(std::string_view path) {
+Outcome MediaJob::setTarget(std::string_view path) {
   const ScopedBstr text(wide(path));
-  object_.put_PerformDirectCopy(VARIANT_TRUE);
-  return object_.put_DirectCopyDirectory(text.Get()) == S_OK;
+  builder().performDirectCopy = true;
+  return outcomeOf(object_.put_DirectCopyDirectory(text.Get()) == S_OK);
 }
 
 void MediaJob::setRecording(bool simulate, bool fullErase, bool eject) {
-  object_.put_SimulateCreation(ToVariantBool(simulate));
-  object_.put_PerformFullErase(ToVariantBool(fullErase));
-  object_.put_EjectMediumAfterCreation(ToVariantBool(eject));
+  builder().simulateCreation = simulate;
+  builder().performFullErase = fullErase;
+  builder().ejectMediumAfterCreation = eject;
 }
 
-bool MediaJob::write() {
-  object_.put_ClearAfterWrite(VARIANT_FALSE);
+Outcome MediaJob::write() {
+  builder().clearAfterWrite = false;
   VARIANT_BOOL isWritten = VARIANT_FALSE;
-  return object_.Write(&isWritten) == S_OK && isWritten == VARIANT_TRUE;
+  return outcomeOf(object_.Write(&isWritten) == S_OK && isWritten == VARIANT_TRUE);
 }
 
 std::optional<bool> MediaJob::holdsRewritableData() {
@@ -159,28 +142,29 @@ bool MediaJob::isRecordable() {
   return isRecordable == VARIANT_TRUE;
 }
 
-bool MediaJob::loadHeader(std::string_view file, std::string_view stylesheet, std::string& text) {
+Outcome MediaJob::loadHeader(std::string_view file, std::string_view stylesheet,
+                             std::string& text) {
   const ScopedBstr fileName(wide(file));
   const ScopedBstr location(wide(stylesheet));
   ScopedBstr header;
   if (object_.LoadHeaderTextFromFile(fileName.Get(), location.Get(), header.Put()) != S_OK ||
       header.Get() == nullptr) {
-    return false;
+    return errorText();
   }
   text = narrow(header);
-  return true;
+  return {};
 }
 
 std::string MediaJob::failedFile() {
   Text path;
   Text reason;
-  if (!object_.Builder().GetFailedFile(path, reason)) return {};
+  if (!builder().GetFailedFile(path, reason)) return {};
   return narrow(path) + ": " + narrow(reason);
 }
 
 void MediaJob::wipe(bool removesAll, std::string& asideDirectory) {
   Text aside;
-  object_.Builder().Wipe(removesAll, aside);
+  builder().Wipe(removesAll, aside);
   asideDirectory = narrow(aside);
 }
 

@@ -7,9 +7,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 #include "foundation/com_values.h"
+#include "outcome.h"
 #include "server/media_object/media_rw.h"
 
 namespace quillon::cli {
@@ -19,56 +20,65 @@ struct AddRules {
   bool refusesCutFiles = false;
 };
 
+struct Added {
+  AddOutcome outcome = AddOutcome::Refused;
+  std::string firstFile;        // of AlreadyAdded: the file that holds the object
+  bool isPixelDataCut = false;  // the file ends before its pixel data does
+};
+
+// What fails fails with the object's sentence unless something else is said.
 class MediaJob {
  public:
   MediaJob();
 
-  // False when the object refused the path; errorText tells why.
-  bool setRoot(std::string_view path);
-  bool setObjectDirectory(std::string_view path);
-  void setHierarchy(bool enabled);
-  void setOtherContent(bool enabled);
+  Outcome setRoot(std::string_view path);
+  Outcome setObjectDirectory(std::string_view path);
+  void setHierarchy(bool enabled) { builder().useHierarchyForDicomObjects = enabled; }
+  void setOtherContent(bool enabled) { builder().includeOtherContent = enabled; }
 
   [[nodiscard]] std::string root();
   [[nodiscard]] std::string label();
   // The object's last sentence.
   [[nodiscard]] std::string errorText();
 
-  // Takes the root directory for this job, which makes it when it is missing. False when another
+  // Takes the root directory for this job, which makes it when it is missing. Fails when another
   // has it.
-  bool claimRoot();
+  Outcome claimRoot() { return outcomeOf(builder().ClaimRoot()); }
   // Of the root directory; of an unfinished one errorText tells.
-  [[nodiscard]] RootState rootState() { return object_.Builder().GetRootState(); }
+  [[nodiscard]] RootState rootState() { return builder().GetRootState(); }
   // Empties the root directory, but for an entry of this name.
-  bool clearRoot(std::string_view leaveOut);
+  Outcome clearRoot(std::string_view leaveOut);
 
-  // Whether the object takes files by this path; errorText tells why not.
-  bool takesPath(std::string_view path);
+  // Whether the object takes files by this path.
+  Outcome takesPath(std::string_view path);
   // Adds a file that a file set can take. AddOutcome::Refused: errorText tells why.
-  AddOutcome addFile(std::string_view path, const AddRules& rules, std::string& firstFile,
-                     bool& isPixelDataCut);
+  Added addFile(std::string_view path, const AddRules& rules);
 
   // The objects will come as copies: handOver gives one for each planned file.
   void setCopies(bool needRoom);
-  // False when the file set cannot be created; nothing has been changed.
-  bool plan();
+  // When it fails, the file set cannot be created, and nothing has been changed.
+  Outcome plan() { return outcomeOf(builder().PlanFileSet({}, {})); }
   // The same for a look at it alone: nothing is changed then either, and the root is not taken.
-  bool preview();
-  [[nodiscard]] const PlannedFileSet& planned() { return object_.Builder().Planned(); }
-  bool handOver(std::size_t index, std::string_view copy);
-  bool createPlanned();
+  Outcome preview() { return outcomeOf(builder().PreviewFileSet({}, {})); }
+  [[nodiscard]] const PlannedFileSet& planned() { return builder().Planned(); }
+  Outcome handOver(std::size_t index, std::string_view copy);
+  Outcome createPlanned() { return outcomeOf(builder().CreatePlannedFileSet()); }
 
   // Told how far a creation or a copy to a directory is; empty for nobody.
-  void setProgress(std::function<void(std::uint64_t doneBytes, std::uint64_t totalBytes)> progress);
+  void setProgress(
+      std::function<void(std::uint64_t doneBytes, std::uint64_t totalBytes)> progress) {
+    builder().progress = std::move(progress);
+  }
 
-  // False for a name that is too long.
-  bool setVolume(std::string_view name);
-  // The set goes to this directory instead of a disc. False when the object refused the path;
-  // errorText tells why.
-  bool setTarget(std::string_view path);
+  // Fails for a name that is too long.
+  Outcome setVolume(const std::string& name);
+  // The set goes to this directory instead of a disc.
+  Outcome setTarget(std::string_view path);
   void setRecording(bool simulate, bool fullErase, bool eject);
+  // Whether discs are written with UDF, and never for a test alone.
+  [[nodiscard]] bool hasCurrentDiscService() { return builder().HasCurrentDiscService(); }
   // Leaves the file set in its place, whatever happens.
-  bool write();
+  Outcome write();
   // After a failure: the file that could not be read or written and the system's reason, if there
   // is one.
   [[nodiscard]] std::string failedFile();
@@ -79,7 +89,7 @@ class MediaJob {
   [[nodiscard]] bool isRecordable();
 
   // The header of a DICOM file through the stylesheet at a path or URL.
-  bool loadHeader(std::string_view file, std::string_view stylesheet, std::string& text);
+  Outcome loadHeader(std::string_view file, std::string_view stylesheet, std::string& text);
 
   // Removes the root directory and the temporary directory of earlier jobs. What is left of a
   // creation that did not end is set aside (asideDirectory) unless removesAll.
@@ -87,6 +97,9 @@ class MediaJob {
 
  private:
   // Initialises COM on the thread, as the host of an object does.
+  [[nodiscard]] CDicomDirProcessor& builder() { return object_.Builder(); }
+  Outcome outcomeOf(bool isDone) { return isDone ? Outcome() : Outcome(errorText()); }
+
   ComLibrary com_;  // outlives the object
   CQuillonMediaRW object_;
 };

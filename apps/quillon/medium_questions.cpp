@@ -66,7 +66,7 @@ fs::path existingPart(const std::string& directory) {
 
 }  // namespace
 
-std::optional<std::string> reasonNotToRecord(const DiscRecorderStatus& recorder) {
+Outcome mayRecord(const DiscRecorderStatus& recorder) {
   if (!recorder.client.empty()) {
     return "The recorder " + recorder.name + " is in use by " + recorder.client +
            ": wait until that has ended.";
@@ -78,12 +78,11 @@ std::optional<std::string> reasonNotToRecord(const DiscRecorderStatus& recorder)
   }
   if (!recorder.hasDisc) return "There is no disc in " + recorder.name + kPutBlankIn;
   if (recorder.usableSectors == 0) return reasonAgainstDisc(recorder);
-  return std::nullopt;
+  return {};
 }
 
-std::optional<std::string> reasonNotToFit(const DiscRecorderStatus& recorder,
-                                          std::uint64_t neededSectors) {
-  if (neededSectors <= recorder.usableSectors) return std::nullopt;
+Outcome mayFit(const DiscRecorderStatus& recorder, std::uint64_t neededSectors) {
+  if (neededSectors <= recorder.usableSectors) return {};
   std::string advice = "put fewer studies on it.";
   for (const std::string_view kind : kindsThatHold(neededSectors)) {
     if (!writesKind(recorder, kind)) continue;
@@ -95,7 +94,7 @@ std::optional<std::string> reasonNotToFit(const DiscRecorderStatus& recorder,
          roomText(recorder.usableSectors * kDiscSectorBytes) + ": " + advice;
 }
 
-std::optional<std::string> reasonNotToFill(const std::string& directory) {
+Outcome mayFill(const std::string& directory) {
   const fs::path there = existingPart(directory);
   const std::string what = there == fs::path(directory)
                                ? "The directory " + directory + " cannot be written: "
@@ -105,7 +104,7 @@ std::optional<std::string> reasonNotToFill(const std::string& directory) {
   if (!error && fs::exists(status) && !fs::is_directory(status)) {
     return what + there.string() + " is not a directory.";
   }
-  if (::faccessat(AT_FDCWD, there.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return std::nullopt;
+  if (::faccessat(AT_FDCWD, there.c_str(), W_OK | X_OK, AT_EACCESS) == 0) return {};
   if (errno == EROFS) return what + "its file system is read-only.";
   if (errno == EACCES) return what + "this user may not write to " + there.string() + ".";
   return what + std::strerror(errno) + ".";
@@ -119,10 +118,9 @@ std::optional<std::uint64_t> freeBytesAt(const std::string& directory) {
   return std::uint64_t{status.f_bavail} * status.f_frsize;
 }
 
-std::optional<std::string> reasonNotToHold(const std::string& directory,
-                                           std::uint64_t neededBytes) {
+Outcome mayHold(const std::string& directory, std::uint64_t neededBytes) {
   const auto free = freeBytesAt(directory);
-  if (!free || neededBytes <= *free) return std::nullopt;
+  if (!free || neededBytes <= *free) return {};
   return "The file set needs " + neededText(neededBytes) + " and the file system of " + directory +
          " has " + roomText(*free) + " free: make room there, or copy fewer studies.";
 }

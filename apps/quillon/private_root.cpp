@@ -35,15 +35,14 @@ bool holdsFile(const fs::path& directory) {
 
 }  // namespace
 
-bool PrivateRoot::make(bool isMoving, std::string& sentence) {
+Outcome PrivateRoot::make(bool isMoving) {
   const std::string parent = temporaryDirectory();
   if (!parent.empty() && directory_.make(parent, kPrefix) &&
       (!isMoving || mark(fs::path(directory_.path()) / kMoved))) {
-    return true;
+    return {};
   }
-  sentence = "A root directory cannot be made in the temporary directory " + parent + ": " +
-             std::strerror(errno) + ".";
-  return false;
+  return "A root directory cannot be made in the temporary directory " + parent + ": " +
+         std::strerror(errno) + ".";
 }
 
 std::string PrivateRoot::root() const { return directory_.path() + "/" + kRootName; }

@@ -11,13 +11,14 @@
 #include <vector>
 
 #include "held_directory.h"
+#include "outcome.h"
 
 namespace quillon::cli {
 
 class PrivateRoot {
  public:
-  // isMoving: the job moves the user's files into the root. False with a sentence.
-  bool make(bool isMoving, std::string& sentence);
+  // isMoving: the job moves the user's files into the root.
+  Outcome make(bool isMoving);
   [[nodiscard]] std::string root() const;
   // Such a root, for a look at what would be: it is not there.
   static std::string exampleOfRoot();

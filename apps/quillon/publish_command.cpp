@@ -1,16 +1,13 @@
-#include "publish_command.h"
-
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <utility>
 
-#include "create_command.h"
+#include "commands.h"
 #include "media_job.h"
 #include "private_root.h"
 #include "result_output.h"
 #include "toolkit_log.h"
-#include "write_command.h"
 
 namespace quillon::cli {
 
@@ -65,19 +62,17 @@ int publish(CommandOptions& options, std::vector<std::string> remarks,
   CreateResult created;
   MediaJob job;
   Delivery delivery(options.write, job, std::move(keepRoot));
-  if (auto reason = delivery.refuse(options.create.sources)) {
-    created.error = std::move(reason);
+  if (Outcome asked = delivery.ask(options.create.sources); asked.failed()) {
+    created.outcome = std::move(asked);
     created.isDryRun = options.create.isDryRun;
     created.root = delivery.result().root;
   } else {
-    options.create.refuseSize = [&delivery](const DiscRoom& room) {
-      return delivery.refuseSize(room);
-    };
+    options.create.askSize = [&delivery](const DiscRoom& room) { return delivery.askSize(room); };
     created = createFileSet(options.create, job);
   }
-  if (created.error || options.create.isDryRun) {
+  if (created.outcome.failed() || options.create.isDryRun) {
     written = delivery.result();
-    written.error.reset();
+    written.outcome = {};
   } else {
     written = delivery.run();
     if (options.create.mayLink && written.isKept && !giveOwnBytes(written.root)) {
@@ -86,22 +81,20 @@ int publish(CommandOptions& options, std::vector<std::string> remarks,
     }
   }
   if (options.hasExampleRoot) created.root.clear();
-  const auto& error = created.error ? created.error : written.error;
+  const Outcome& outcome = created.outcome.failed() ? created.outcome : written.outcome;
   std::string output = options.isJson ? jsonMembers(created) : plainText(created);
   if (options.isJson) {
-    output = jsonObject(output + jsonMembers(written), error);
-  } else if (!created.error) {
+    output = jsonObject(output + jsonMembers(written), outcome);
+  } else if (!created.outcome.failed()) {
     output += plainText(written);
   }
   remarks.insert(remarks.end(), created.remarks.begin(), created.remarks.end());
   remarks.insert(remarks.end(), written.remarks.begin(), written.remarks.end());
-  return finish(Output::of(options.isJson, std::move(output)), error, remarks);
+  return finish(Output::of(options.isJson, std::move(output)), outcome, remarks);
 }
 
 int runPublish(CommandOptions& options) {
-  if (!sendToolkitLog(options.logFile)) {
-    return finish({}, "The log file " + options.logFile + " cannot be written.", {});
-  }
+  if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
   options.create.showsProgress = options.write.showsProgress = !options.isQuiet;
   options.create.mayLink = !options.write.isKeeping && !options.write.isSimulating;
   options.write.isDryRun = options.create.isDryRun;
@@ -115,8 +108,9 @@ int runPublish(CommandOptions& options) {
   } else if (!options.create.root) {
     std::vector<std::string> removed;
     remarks = PrivateRoot::removeAbandoned(removed);
-    std::string sentence;
-    if (!own.make(options.create.isMoving, sentence)) return finish({}, sentence, {});
+    if (const Outcome made = own.make(options.create.isMoving); made.failed()) {
+      return finish({}, made, {});
+    }
     options.create.root = own.root();
   }
   options.write.root = options.create.root;
@@ -135,10 +129,9 @@ void addPublishCommand(CLI::App& program, int& exitStatus) {
   addCreateOptions(*command, options->create);
   addWriteOptions(*command, options->write);
   addDryRunOption(*command, options->create.isDryRun);
-  command->add_flag("--json", options->isJson, "Print the result as one JSON object");
-  command->add_flag("--quiet", options->isQuiet, "Show no progress");
-  command->add_option("--log", options->logFile, "Append the toolkit's log lines to a file")
-      ->type_name("FILE");
+  addJsonOption(*command, options->isJson);
+  addQuietOption(*command, options->isQuiet);
+  addLogOption(*command, options->logFile);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runPublish(*options); });
 }

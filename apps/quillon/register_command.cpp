@@ -1,5 +1,3 @@
-#include "register_command.h"
-
 #include <dlfcn.h>
 
 #include <array>
@@ -9,9 +7,10 @@
 #include <string>
 #include <system_error>
 
+#include "commands.h"
 #include "foundation/text.h"
 #include "platform/services.h"
-#include "terminal_text.h"
+#include "result_output.h"
 
 namespace quillon::cli {
 
@@ -19,8 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kExitDone = 0;
-constexpr int kExitFailed = 1;
 constexpr const char* kLibrary = "libQuillonMediaRW.so";
 
 constexpr const char* kFooter =
@@ -63,26 +60,22 @@ std::string systemText(HRESULT hr) {
   return code.data();
 }
 
-int fail(const std::string& sentence) {
-  say(sentence);
-  return kExitFailed;
-}
-
 // Lets the library register itself: it knows its classes, and its path goes into the registry.
-int runExport(const Verb& verb, const std::string& given) {
+Outcome runExport(const Verb& verb, const std::string& given) {
   std::error_code error;
   const fs::path library = given.empty() ? ownLibrary() : fs::absolute(given, error);
   if (library.empty()) {
-    return fail(std::string("Cannot ") + verb.name + ": there is no " + kLibrary +
-                " beside the program.");
+    return std::string("Cannot ") + verb.name + ": there is no " + kLibrary +
+           " beside the program.";
   }
   const std::string what = std::string("Cannot ") + verb.name + " " + library.string() + ": ";
   void* const module = ::dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (module == nullptr) return fail(what + ::dlerror() + ".");
+  if (module == nullptr) return what + ::dlerror() + ".";
   const auto run = reinterpret_cast<HRESULT (*)()>(::dlsym(module, verb.exportName));
-  if (run == nullptr) return fail(what + "it is not a COM server.");
+  if (run == nullptr) return what + "it is not a COM server.";
   const HRESULT hr = run();
-  return FAILED(hr) ? fail(what + systemText(hr)) : kExitDone;
+  if (FAILED(hr)) return what + systemText(hr);
+  return {};
 }
 
 void addCommand(CLI::App& program, const Verb& verb, int& exitStatus) {
@@ -90,7 +83,8 @@ void addCommand(CLI::App& program, const Verb& verb, int& exitStatus) {
   command->footer(kFooter);
   const auto library = std::make_shared<std::string>();
   command->add_option("LIBRARY", *library, "The server (default: the one beside the program)");
-  command->callback([&verb, library, &exitStatus] { exitStatus = runExport(verb, *library); });
+  command->callback(
+      [&verb, library, &exitStatus] { exitStatus = finish({}, runExport(verb, *library), {}); });
 }
 
 }  // namespace

@@ -23,17 +23,11 @@ std::string indented(const std::string& text, const char* indent) {
   return out;
 }
 
-std::string member(const char* name, const std::string& json) {
-  return std::string("\"") + name + "\":" + json + ",";
-}
-
 // A line end in a name must not begin a line of its own.
 std::string singleLine(std::string text) {
   std::replace(text.begin(), text.end(), '\n', ' ');
   return text;
 }
-
-std::string jsonBool(bool value) { return value ? "true" : "false"; }
 
 // What a dry run tells beside.
 
@@ -52,7 +46,7 @@ std::string dryRunMembers(std::uint64_t sectors) {
       kinds += (kinds.empty() ? "" : ",") + jsonString(kind);
     }
   }
-  return "\"dry_run\":true," + member("disc_sectors", std::to_string(sectors)) + "\"fits\":[" +
+  return "\"dry_run\":true," + jsonMember("disc_sectors", std::to_string(sectors)) + "\"fits\":[" +
          kinds + "],";
 }
 
@@ -64,10 +58,6 @@ std::string targetText(const WriteResult& result) {
   return text + ", an image: " + result.image;
 }
 
-std::string jsonTextOrNull(const std::string& text) {
-  return text.empty() ? "null" : jsonString(text);
-}
-
 }  // namespace
 
 Output Output::forReaders(std::string_view text) { return Output(forTerminal(text)); }
@@ -75,8 +65,8 @@ Output Output::asItIs(std::string bytes) { return Output(std::move(bytes)); }
 
 std::string plainText(const CreateResult& result) {
   std::string out;
-  if (!result.error && result.isDryRun) out += kDryRunLine;
-  if (!result.error) {
+  if (!result.outcome.failed() && result.isDryRun) out += kDryRunLine;
+  if (!result.outcome.failed()) {
     if (!result.root.empty()) out += "Root:      " + result.root + "\n";
     out += "Patients:  " + std::to_string(result.patients) + "\n";
     out += "Studies:   " + std::to_string(result.studies) + "\n";
@@ -96,7 +86,7 @@ std::string plainText(const CreateResult& result) {
 }
 
 std::string plainText(const WriteResult& result) {
-  if (result.error) return {};
+  if (result.outcome.failed()) return {};
   std::string out;
   if (result.found) {
     out += kDryRunLine;
@@ -115,13 +105,13 @@ std::string plainText(const WriteResult& result) {
 
 std::string jsonMembers(const CreateResult& result) {
   const auto number = [](auto value) { return std::to_string(value); };
-  std::string out = member("root", jsonTextOrNull(result.root));
-  out += member("patients", number(result.patients));
-  out += member("studies", number(result.studies));
-  out += member("series", number(result.series));
-  out += member("objects", number(result.objects));
-  out += member("bytes", number(result.bytes));
-  out += member("label", jsonString(result.label));
+  std::string out = jsonMember("root", jsonTextOrNull(result.root));
+  out += jsonMember("patients", number(result.patients));
+  out += jsonMember("studies", number(result.studies));
+  out += jsonMember("series", number(result.series));
+  out += jsonMember("objects", number(result.objects));
+  out += jsonMember("bytes", number(result.bytes));
+  out += jsonMember("label", jsonString(result.label));
   out += "\"passed_over\":[";
   const char* separator = "";
   for (const PassedOver& one : result.passedOver) {
@@ -134,34 +124,35 @@ std::string jsonMembers(const CreateResult& result) {
 }
 
 std::string jsonMembers(const FoundSet& found) {
-  return member("files", std::to_string(found.files)) +
-         member("bytes", std::to_string(found.bytes)) + member("label", jsonString(found.label)) +
-         dryRunMembers(found.discSectors);
+  return jsonMember("files", std::to_string(found.files)) +
+         jsonMember("bytes", std::to_string(found.bytes)) +
+         jsonMember("label", jsonString(found.label)) + dryRunMembers(found.discSectors);
 }
 
 std::string jsonMembers(const WriteResult& result) {
   return (result.found ? jsonMembers(*result.found) : "") +
-         member("to", result.target ? jsonString(*result.target) : std::string("null")) +
-         member("recorder", jsonTextOrNull(result.recorder)) +
-         member("image", jsonTextOrNull(result.image)) +
-         member("volume", jsonString(result.volume)) +
-         member("simulated", jsonBool(result.isSimulated)) +
-         member("written", jsonBool(result.isWritten)) + member("kept", jsonBool(result.isKept));
+         jsonMember("to", result.target ? jsonString(*result.target) : std::string("null")) +
+         jsonMember("recorder", jsonTextOrNull(result.recorder)) +
+         jsonMember("image", jsonTextOrNull(result.image)) +
+         jsonMember("volume", jsonString(result.volume)) +
+         jsonMember("simulated", jsonBool(result.isSimulated)) +
+         jsonMember("written", jsonBool(result.isWritten)) +
+         jsonMember("kept", jsonBool(result.isKept));
 }
 
-std::string jsonObject(const std::string& members, const std::optional<std::string>& error) {
-  return "{" + members + "\"error\":" + (error ? jsonString(*error) : std::string("null")) + "}\n";
+std::string jsonObject(const std::string& members, const Outcome& outcome) {
+  return "{" + members + "\"error\":" + (outcome.failed() ? jsonString(outcome.text()) : "null") +
+         "}\n";
 }
 
-int finish(const Output& output, const std::optional<std::string>& error,
-           const std::vector<std::string>& remarks) {
+int finish(const Output& output, const Outcome& outcome, const std::vector<std::string>& remarks) {
   std::fwrite(output.bytes().data(), 1, output.bytes().size(), stdout);
   // What has failed is the last word, also where both go to one file.
   std::fflush(stdout);
-  if (error) {
+  if (outcome.failed()) {
     // Reasons that come from a drive end in empty lines.
-    const std::string sentence = error->substr(0, error->find_last_not_of('\n') + 1);
-    say(sentence);
+    const std::string sentence = outcome.text();
+    say(sentence.substr(0, sentence.find_last_not_of('\n') + 1));
   }
   for (const std::string& remark : remarks) {
     say(singleLine(remark));
@@ -171,7 +162,7 @@ int finish(const Output& output, const std::optional<std::string>& error,
     say("The result cannot be written.");
     return kExitFailed;
   }
-  return error ? kExitFailed : kExitDone;
+  return outcome.failed() ? kExitFailed : kExitDone;
 }
 
 }  // namespace quillon::cli

@@ -1,7 +1,6 @@
 // What the commands print: results on standard output, sentences on standard error.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -40,11 +39,10 @@ std::string jsonMembers(const CreateResult& result);
 std::string jsonMembers(const FoundSet& found);
 // Without the root, which a creation has named already.
 std::string jsonMembers(const WriteResult& result);
-// The members and the error, as a line.
-std::string jsonObject(const std::string& members, const std::optional<std::string>& error);
+// The members and the error of the outcome, as a line.
+std::string jsonObject(const std::string& members, const Outcome& outcome);
 
 // Writes all of it and answers the exit status of the program.
-int finish(const Output& output, const std::optional<std::string>& error,
-           const std::vector<std::string>& remarks);
+int finish(const Output& output, const Outcome& outcome, const std::vector<std::string>& remarks);
 
 }  // namespace quillon::cli

@@ -61,8 +61,7 @@ bool liesWithin(const std::string& path, const std::string& directory) {
   return outerEnd == outer.end();
 }
 
-std::optional<std::string> reasonNotToWipe(const std::string& root,
-                                           const std::vector<std::string>& sources) {
+Outcome mayWipe(const std::string& root, const std::vector<std::string>& sources) {
   const auto refused = [&root](const std::string& why) {
     return "The directory " + root + " is not wiped: " + why;
   };
@@ -86,7 +85,7 @@ std::optional<std::string> reasonNotToWipe(const std::string& root,
       return refused(why);
     }
   }
-  return std::nullopt;
+  return {};
 }
 
 }  // namespace quillon::cli

@@ -1,9 +1,10 @@
 // Decides whether a root directory may be used, and whether it may be wiped.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
+
+#include "outcome.h"
 
 namespace quillon::cli {
 
@@ -11,11 +12,9 @@ enum class RootEntry { Missing, Empty, NotEmpty, NotDirectory, Unreadable };
 RootEntry rootEntry(const std::string& root);
 
 // Both with symbolic links resolved. A path lies within itself.
-bool liesWithin(const std::string& path, const std::string& directory);
+[[nodiscard]] bool liesWithin(const std::string& path, const std::string& directory);
 
-// A sentence why wiping the root would take more than an old file set with it; none when it may be
-// wiped. All paths are absolute.
-std::optional<std::string> reasonNotToWipe(const std::string& root,
-                                           const std::vector<std::string>& sources);
+// Fails when wiping the root would take more than an old file set with it. All paths are absolute.
+Outcome mayWipe(const std::string& root, const std::vector<std::string>& sources);
 
 }  // namespace quillon::cli

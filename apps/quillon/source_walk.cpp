@@ -1,7 +1,9 @@
 #include "source_walk.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -155,6 +157,22 @@ SourceList walkSources(const std::vector<std::string>& arguments,
   Walk walk(options);
   for (const std::string& argument : arguments) walk.argument(argument);
   return walk.take();
+}
+
+Outcome canBeRead(const std::string& path) {
+  // Without waiting: a named pipe has no writer that would let the call return.
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (file < 0) return systemReason("it cannot be opened");
+  struct stat status {};
+  Outcome outcome;
+  char byte = 0;
+  if (fstat(file, &status) == 0 && !S_ISREG(status.st_mode)) {
+    outcome = "it is not a regular file.";
+  } else if (::pread(file, &byte, 1, 0) < 0) {
+    outcome = systemReason("it cannot be read");
+  }
+  ::close(file);
+  return outcome;
 }
 
 std::string absolutePath(std::string_view path) {

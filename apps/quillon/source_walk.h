@@ -1,10 +1,11 @@
 // Finds the files that the user's arguments stand for.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "outcome.h"
 
 namespace quillon::cli {
 
@@ -38,6 +39,9 @@ struct SourceList {
 // symbolic links to directories only those are that were given as arguments, so that no walk can
 // go round in circles.
 SourceList walkSources(const std::vector<std::string>& arguments, const SourceWalkOptions& options);
+
+// Whether a file can be opened and read; else the system's reason, which goes on after "PATH: ".
+Outcome canBeRead(const std::string& path);
 
 // Against the current directory; "." and ".." stay as they are.
 std::string absolutePath(std::string_view path);

@@ -85,13 +85,11 @@ void Staging::removeAbandoned(const std::string& parent, std::vector<std::string
   });
 }
 
-bool Staging::makeDirectory(std::string& reason) {
+Outcome Staging::makeDirectory() {
   const std::lock_guard lock(mutex_);
-  if (isRemoved_) return false;
-  if (!directory_.path().empty() || directory_.make(parent_, kPrefix)) return true;
-  reason =
-      "a directory for copies cannot be made in " + parent_ + ": " + std::strerror(errno) + ".";
-  return false;
+  if (isRemoved_) return "";
+  if (!directory_.path().empty() || directory_.make(parent_, kPrefix)) return {};
+  return "a directory for copies cannot be made in " + parent_ + ": " + std::strerror(errno) + ".";
 }
 
 std::string Staging::name() const { return fs::path(directory_.path()).filename().string(); }
@@ -102,17 +100,15 @@ std::string Staging::nextName() {
   return directory_.path() + name;
 }
 
-bool Staging::nameIn(const std::string& source, std::string& name, std::string& reason) {
-  if (!makeDirectory(reason)) return false;
+Outcome Staging::nameIn(const std::string& source, std::string& name) {
+  if (Outcome made = makeDirectory(); made.failed()) return made;
   name = nextName();
-  if (::symlink(source.c_str(), name.c_str()) == 0) return true;
-  reason = std::string("it cannot be given a shorter name: ") + std::strerror(errno) + ".";
-  return false;
+  if (::symlink(source.c_str(), name.c_str()) == 0) return {};
+  return std::string("it cannot be given a shorter name: ") + std::strerror(errno) + ".";
 }
 
 bool Staging::needsRoom() {
-  std::string reason;
-  if (mayLink_ || !makeDirectory(reason)) return false;
+  if (mayLink_ || makeDirectory().failed()) return false;
   const std::string a = nextName();
   const std::string b = nextName();
   const FileHandle from(::open(a.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
@@ -124,31 +120,28 @@ bool Staging::needsRoom() {
   return !canClone;
 }
 
-bool Staging::copyIn(const std::string& source, std::string& copy, std::string& reason) {
-  if (!makeDirectory(reason)) return false;
+Outcome Staging::copyIn(const std::string& source, std::string& copy) {
+  if (Outcome made = makeDirectory(); made.failed()) return made;
   copy = nextName();
   if (mayLink_ &&
       ::linkat(AT_FDCWD, source.c_str(), AT_FDCWD, copy.c_str(), AT_SYMLINK_FOLLOW) == 0) {
-    return true;
+    return {};
   }
   // Without waiting: what was a file may have become a pipe.
   const FileHandle from(::open(source.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status {};
   if (from.get() < 0 || fstat(from.get(), &status) != 0) {
-    reason = std::string("it cannot be opened: ") + std::strerror(errno) + ".";
-    return false;
+    return std::string("it cannot be opened: ") + std::strerror(errno) + ".";
   }
-  if (!S_ISREG(status.st_mode)) {
-    reason = "it is not a regular file.";
-    return false;
-  }
+  if (!S_ISREG(status.st_mode)) return "it is not a regular file.";
   FileHandle to(::open(copy.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   if (to.get() < 0 || !copyFile(from.get(), to.get()) || !to.close()) {
-    reason = "it cannot be copied to " + directory_.path() + ": " + std::strerror(errno) + ".";
+    std::string why = "it cannot be copied to " + directory_.path() + ": ";
+    why.append(std::strerror(errno)).append(".");
     ::unlink(copy.c_str());
-    return false;
+    return why;
   }
-  return true;
+  return {};
 }
 
 bool Staging::copyFile(int source, int copy) {

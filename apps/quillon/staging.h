@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "held_directory.h"
+#include "outcome.h"
 
 namespace quillon::cli {
 
@@ -31,8 +32,8 @@ class Staging {
   Staging& operator=(const Staging&) = delete;
 
   // Shares the blocks with the source where the file system can (later writes to either do not
-  // reach the other), and copies the bytes otherwise. False with a reason that ends in ".".
-  bool copyIn(const std::string& source, std::string& copy, std::string& reason);
+  // reach the other), and copies the bytes otherwise. Fails with what goes on after "PATH: ".
+  Outcome copyIn(const std::string& source, std::string& copy);
 
   // Told how many bytes of the file that is being copied are done, often.
   void setProgress(std::function<void(std::uint64_t bytes)> progress) {
@@ -40,23 +41,23 @@ class Staging {
   }
 
   // A second name, short and plain, for a file whose own the system cannot take: a symbolic link.
-  bool nameIn(const std::string& source, std::string& name, std::string& reason);
+  Outcome nameIn(const std::string& source, std::string& name);
 
   // Of the directory with the copies, without its parent's; empty before it is made.
   [[nodiscard]] std::string name() const;
 
   // Whether copies need room of their own. Tries it.
-  bool needsRoom();
+  [[nodiscard]] bool needsRoom();
 
   // Removes the directory with what is still in it. Nothing can be staged afterwards. May be called
   // from another thread, also while a file is copied.
   void remove();
 
  private:
-  bool makeDirectory(std::string& reason);
+  Outcome makeDirectory();
   std::string nextName();
-  bool copyFile(int source, int copy);
-  bool copyByReading(int source, int copy, std::uint64_t done);
+  [[nodiscard]] bool copyFile(int source, int copy);
+  [[nodiscard]] bool copyByReading(int source, int copy, std::uint64_t done);
   void report(std::uint64_t bytes) const {
     if (progress_) progress_(bytes);
   }

@@ -1,9 +1,8 @@
-#include "wipe_command.h"
-
 #include <filesystem>
 #include <memory>
 #include <vector>
 
+#include "commands.h"
 #include "json_output.h"
 #include "media_job.h"
 #include "private_root.h"
@@ -35,22 +34,23 @@ bool isThere(const std::string& path) {
   return !path.empty() && std::filesystem::exists(path, error);
 }
 
-// A sentence when there is something left, or nothing was done.
+// Fails when there is something left, or nothing was done.
 // `removed`: what was there and no longer is.
-std::optional<std::string> wipe(const CommandOptions& options, std::string& root,
-                                std::vector<std::string>& remarks,
-                                std::vector<std::string>& removed) {
+Outcome wipe(const CommandOptions& options, std::string& root, std::vector<std::string>& remarks,
+             std::vector<std::string>& removed) {
   MediaJob job;
   if (options.root && options.root->empty()) return "The root directory has no name.";
-  if (options.root && !job.setRoot(absoluteRoot(*options.root))) return job.errorText();
+  if (options.root) {
+    if (Outcome set = job.setRoot(absoluteRoot(*options.root)); set.failed()) return set;
+  }
   root = job.root();
   Staging::removeAbandoned(Staging::parentFor(root), removed);
   if (!options.root) remarks = PrivateRoot::removeAbandoned(removed);
   const RootEntry before = rootEntry(root);
   if (before == RootEntry::NotDirectory) return "The root " + root + " is not a directory.";
   if (before != RootEntry::Missing) {
-    if (auto reason = reasonNotToWipe(root, {})) return reason;
-    if (!job.claimRoot()) return job.errorText();
+    if (Outcome allowed = mayWipe(root, {}); allowed.failed()) return allowed;
+    if (Outcome claimed = job.claimRoot(); claimed.failed()) return claimed;
   }
   if (rootEntry(root) == RootEntry::NotEmpty && !options.isForced &&
       job.rootState() == RootState::Free) {
@@ -68,7 +68,7 @@ std::optional<std::string> wipe(const CommandOptions& options, std::string& root
     removed.push_back(root);
   }
   if (hadTemporary && !isThere(temporary)) removed.push_back(temporary);
-  if (rootEntry(root) == RootEntry::Missing) return std::nullopt;
+  if (rootEntry(root) == RootEntry::Missing) return {};
   return job.rootState() == RootState::Unfinished
              ? job.errorText()
              : "The root directory " + root + " cannot be wiped.";
@@ -78,15 +78,16 @@ int runWipe(const CommandOptions& options) {
   std::string root;
   std::vector<std::string> remarks;
   std::vector<std::string> removed;
-  const std::optional<std::string> error = wipe(options, root, remarks, removed);
+  const Outcome outcome = wipe(options, root, remarks, removed);
   std::string output;
   if (options.isJson) {
-    output = jsonObject("\"root\":" + jsonString(root) + ",", error);
+    output = jsonObject("\"root\":" + jsonString(root) + ",", outcome);
   } else {
     for (const std::string& path : removed) output += "Removed:   " + path + "\n";
-    if (!error && removed.empty() && remarks.empty()) output = "There is nothing to remove.\n";
+    if (!outcome.failed() && removed.empty() && remarks.empty())
+      output = "There is nothing to remove.\n";
   }
-  return finish(Output::of(options.isJson, std::move(output)), error, remarks);
+  return finish(Output::of(options.isJson, std::move(output)), outcome, remarks);
 }
 
 }  // namespace
@@ -94,13 +95,10 @@ int runWipe(const CommandOptions& options) {
 void addWipeCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<CommandOptions>();
   CLI::App* command = program.add_subcommand("wipe", "Removes all that a job left behind");
-  command
-      ->add_option("--root", options->root,
-                   "Directory of the file set (default: DICOM in the temporary directory)")
-      ->type_name("DIR");
+  addRootOption(*command, options->root);
   command->add_flag("--force", options->isForced,
                     "Also wipe what is no file set, or an unfinished one");
-  command->add_flag("--json", options->isJson, "Print the result as one JSON object");
+  addJsonOption(*command, options->isJson);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runWipe(*options); });
 }

@@ -1,8 +1,6 @@
-#include "write_command.h"
-
 #include <memory>
 
-#include "create_command.h"
+#include "commands.h"
 #include "json_output.h"
 #include "media_job.h"
 #include "result_output.h"
@@ -39,9 +37,9 @@ int runWrite(CommandOptions& options) {
   const WriteResult result = Delivery(options.job, mediaJob).run();
   std::string output =
       options.isJson ? jsonObject("\"root\":" + jsonString(result.root) + "," + jsonMembers(result),
-                                  result.error)
+                                  result.outcome)
                      : plainText(result);
-  return finish(Output::of(options.isJson, std::move(output)), result.error, result.remarks);
+  return finish(Output::of(options.isJson, std::move(output)), result.outcome, result.remarks);
 }
 
 }  // namespace
@@ -82,14 +80,11 @@ void addWriteCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<CommandOptions>();
   CLI::App* command = program.add_subcommand(
       "write", "Writes a file set to the disc in a recorder, or copies it to a directory");
-  command
-      ->add_option("--root", options->job.root,
-                   "Directory of the file set (default: DICOM in the temporary directory)")
-      ->type_name("DIR");
+  addRootOption(*command, options->job.root);
   addWriteOptions(*command, options->job);
   addDryRunOption(*command, options->job.isDryRun);
-  command->add_flag("--json", options->isJson, "Print the result as one JSON object");
-  command->add_flag("--quiet", options->isQuiet, "Show no progress");
+  addJsonOption(*command, options->isJson);
+  addQuietOption(*command, options->isQuiet);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runWrite(*options); });
 }

@@ -7,14 +7,11 @@
 #include <utility>
 
 #include "create_job.h"
-#include "disc/imapi_version.h"
 #include "disc_kinds.h"
 #include "disc_progress_scope.h"
-#include "foundation/text.h"
 #include "interrupt_guard.h"
 #include "media_job.h"
 #include "medium_questions.h"
-#include "platform/services.h"
 #include "recording/virtual_discs.h"
 #include "root_guard.h"
 #include "source_walk.h"
@@ -32,12 +29,6 @@ constexpr std::chrono::seconds kPatienceWithFiles{30};
 constexpr int kMostQuestions = 30;
 constexpr std::chrono::seconds kReadyWait{1};
 
-DiscMasteringGeneration discGeneration() {
-  auto generation = DiscMasteringGeneration::None;
-  static_cast<void>(CTarnImapiVersion::Instance().Detect(generation));  // None says it
-  return generation;
-}
-
 }  // namespace
 
 Delivery::Delivery(const WriteOptions& options, MediaJob& job, std::function<void()> keepRoot)
@@ -46,27 +37,26 @@ Delivery::Delivery(const WriteOptions& options, MediaJob& job, std::function<voi
       keepRoot_(std::move(keepRoot)),
       progress_(options.showsProgress) {}
 
-std::optional<std::string> Delivery::refuse(const std::vector<std::string>& sources) {
+Outcome Delivery::ask(const std::vector<std::string>& sources) {
   isAsked_ = true;
-  if (checkSettings(sources)) askMedium();
-  return result_.error;
+  static_cast<void>(checkSettings(sources) && askMedium());
+  return result_.outcome;
 }
 
-std::optional<std::string> Delivery::refuseSize(const DiscRoom& room) {
+Outcome Delivery::askSize(const DiscRoom& room) {
   if (!result_.target) {
-    const bool hasUdf = discGeneration() == DiscMasteringGeneration::Current;
-    return reasonNotToFit(recorder_, room.LeastSectors(hasUdf));
+    return mayFit(recorder_, room.LeastSectors(job_.hasCurrentDiscService()));
   }
   // What is in the way gives back room that is not known here.
   const RootEntry target = rootEntry(*result_.target);
-  if (target != RootEntry::Missing && target != RootEntry::Empty) return std::nullopt;
-  return reasonNotToHold(*result_.target, room.Bytes());
+  if (target != RootEntry::Missing && target != RootEntry::Empty) return {};
+  return mayHold(*result_.target, room.Bytes());
 }
 
 WriteResult Delivery::run() {
   const bool isReady = isAsked_ ? takeFileSet()
                                 : checkSettings({}) && takeFileSet() && askMedium() &&
-                                      passes(refuseSize(roomOfDirectory(result_.root)));
+                                      passes(askSize(roomOfDirectory(result_.root)));
   if (isReady && options_.isDryRun) {
     lookAtSet();
   } else if (isReady && makeRoom()) {
@@ -74,11 +64,6 @@ WriteResult Delivery::run() {
   }
   result_.isKept = rootEntry(result_.root) == RootEntry::NotEmpty;
   return std::move(result_);
-}
-
-bool Delivery::fail(std::string sentence) {
-  result_.error = std::move(sentence);
-  return false;
 }
 
 // After a test run the set is still the only one.
@@ -89,19 +74,17 @@ bool Delivery::checkSettings(const std::vector<std::string>& sources) {
 }
 
 bool Delivery::applySettings() {
-  if (options_.root && !job_.setRoot(absoluteRoot(*options_.root))) return fail(job_.errorText());
+  if (options_.root && !passes(job_.setRoot(absoluteRoot(*options_.root)))) return false;
   if (options_.root && options_.root->empty()) return fail("The root directory has no name.");
   result_.root = job_.root();
   result_.isSimulated = options_.isSimulating;
   result_.isDryRun = options_.isDryRun;
   result_.volume = options_.volume.value_or("Quillon");
-  if (options_.volume && !job_.setVolume(*options_.volume)) {
-    return fail("The volume name " + *options_.volume + " has more than 32 characters.");
-  }
+  if (options_.volume && !passes(job_.setVolume(*options_.volume))) return false;
   job_.setRecording(options_.isSimulating, options_.hasFullErase, options_.isEjecting);
   if (!options_.target) return true;
   result_.target = absoluteRoot(*options_.target);
-  return job_.setTarget(*result_.target) || fail(job_.errorText());
+  return passes(job_.setTarget(*result_.target));
 }
 
 bool Delivery::checkTarget(const std::vector<std::string>& sources) {
@@ -143,7 +126,7 @@ bool Delivery::checkTarget(const std::vector<std::string>& sources) {
 // The current service would write in earnest.
 bool Delivery::checkTestRun() {
   if (!options_.isSimulating || options_.target) return true;
-  return discGeneration() != DiscMasteringGeneration::Current ||
+  return !job_.hasCurrentDiscService() ||
          fail("The disc-mastering service cannot make a test run: it would write the disc.");
 }
 
@@ -152,12 +135,12 @@ bool Delivery::checkWipe(const std::vector<std::string>& sources) {
   std::vector<std::string> absolute;
   absolute.reserve(sources.size());
   for (const std::string& source : sources) absolute.push_back(absolutePath(source));
-  const auto reason = reasonNotToWipe(result_.root, absolute);
-  return !reason || fail(*reason + " With --keep it is written and stays.");
+  const Outcome wiped = mayWipe(result_.root, absolute);
+  return !wiped.failed() || fail(wiped.text() + " With --keep it is written and stays.");
 }
 
 bool Delivery::askMedium() {
-  return result_.target ? passes(reasonNotToFill(*result_.target)) : askRecorder();
+  return result_.target ? passes(mayFill(*result_.target)) : askRecorder();
 }
 
 // Once, because a drive takes its time to answer. The job has no other recorder then. Chosen before
@@ -168,7 +151,7 @@ bool Delivery::askRecorder() {
   for (int asked = 1;; ++asked) {
     const platform::DiscResult answer =
         platform::describeDiscRecorder(options_.recorder, recorder_);
-    if (answer.failed()) return fail(NarrowText(answer.text, FileSystemCodePage()));
+    if (answer.failed()) return fail(narrow(answer.text));
     if (!recorder_.isBecomingReady || asked == kMostQuestions) break;
     progress_.advance(0);
     std::this_thread::sleep_for(kReadyWait);
@@ -177,7 +160,7 @@ bool Delivery::askRecorder() {
   platform::chooseDiscRecorder(recorder_.name);
   result_.recorder = recorder_.name;
   result_.isVirtual = recorder_.isVirtual;
-  if (!passes(reasonNotToRecord(recorder_))) return false;
+  if (!passes(mayRecord(recorder_))) return false;
   if (options_.isDryRun && recorder_.freeSectors < recorder_.usableSectors) {
     result_.remarks.push_back("The " + discName(recorder_.media) + " in " + recorder_.name +
                               " holds data, which would be erased.");
@@ -187,10 +170,8 @@ bool Delivery::askRecorder() {
 
 // Also keeps a directory that holds something else from being written, and wiped.
 bool Delivery::takeFileSet() {
-  if (!options_.isDryRun && rootEntry(result_.root) != RootEntry::Missing && !job_.claimRoot()) {
-    return fail(job_.errorText());
-  }
-  return checkState();
+  const bool isTaken = !options_.isDryRun && rootEntry(result_.root) != RootEntry::Missing;
+  return (!isTaken || passes(job_.claimRoot())) && checkState();
 }
 
 bool Delivery::checkState() {
@@ -239,17 +220,17 @@ void Delivery::deliver() {
     progress_.advance(done);
   });
   isDelivering_ = true;
-  result_.isWritten = job_.write();
+  const Outcome written = job_.write();
   isDelivering_ = false;
   job_.setProgress({});
   progress_.clear();
+  result_.isWritten = passes(written);
   if (!result_.isWritten) return tellFailure();
   if (!result_.isSimulated) findImage();
   if (!staysWhenWritten()) wipe();
 }
 
 void Delivery::tellFailure() {
-  fail(job_.errorText());
   if (const std::string file = job_.failedFile(); result_.target && !file.empty()) {
     result_.remarks.push_back(file);
   }

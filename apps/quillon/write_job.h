@@ -6,9 +6,11 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "fileset/disc_room.h"
+#include "outcome.h"
 #include "recording/disc_recorders.h"
 #include "progress_bar.h"
 
@@ -52,7 +54,7 @@ struct WriteResult {
   std::optional<FoundSet> found;  // of a dry run that did not fail
   bool isWritten = false;
   bool isKept = false;  // the file set is still in its root
-  std::optional<std::string> error;
+  Outcome outcome;
   std::vector<std::string> remarks;
 };
 
@@ -62,13 +64,13 @@ class Delivery {
   // is about to be ended by a signal and the user is told that the file set stays; it may be empty.
   Delivery(const WriteOptions& options, MediaJob& job, std::function<void()> keepRoot = {});
 
-  // Why such a delivery of files from these sources cannot be, as far as that is known before there
-  // is a file set: a sentence. Asks the recorder, once, which is then the one of this process.
-  std::optional<std::string> refuse(const std::vector<std::string>& sources);
+  // Whether there can be such a delivery of files from these sources, as far as that is known
+  // before there is a file set. Asks the recorder, once, which is then the one of this process.
+  Outcome ask(const std::vector<std::string>& sources);
   // The same once it is known how much it is.
-  std::optional<std::string> refuseSize(const DiscRoom& room);
+  Outcome askSize(const DiscRoom& room);
 
-  // Without `refuse` before, that and the size are asked about here. The file set stays when it
+  // Without `ask` before, that and the size are asked about here. The file set stays when it
   // could not be written, when that is wanted and after a test run; otherwise it is wiped at the
   // end. In a dry run it is looked at only.
   WriteResult run();
@@ -76,19 +78,23 @@ class Delivery {
   [[nodiscard]] const WriteResult& result() const { return result_; }
 
  private:
-  bool fail(std::string sentence);
-  bool passes(const std::optional<std::string>& reason) { return !reason || fail(*reason); }
+  // Steps answer whether the job goes on.
+  bool passes(Outcome step) {
+    result_.outcome = std::move(step);
+    return !result_.outcome.failed();
+  }
+  bool fail(std::string sentence) { return passes(std::move(sentence)); }
   [[nodiscard]] bool staysWhenWritten() const;
-  bool checkSettings(const std::vector<std::string>& sources);
-  bool applySettings();
-  bool checkTarget(const std::vector<std::string>& sources);
-  bool checkTestRun();
-  bool checkWipe(const std::vector<std::string>& sources);
-  bool askMedium();
-  bool askRecorder();
-  bool takeFileSet();
-  bool checkState();
-  bool makeRoom();
+  [[nodiscard]] bool checkSettings(const std::vector<std::string>& sources);
+  [[nodiscard]] bool applySettings();
+  [[nodiscard]] bool checkTarget(const std::vector<std::string>& sources);
+  [[nodiscard]] bool checkTestRun();
+  [[nodiscard]] bool checkWipe(const std::vector<std::string>& sources);
+  [[nodiscard]] bool askMedium();
+  [[nodiscard]] bool askRecorder();
+  [[nodiscard]] bool takeFileSet();
+  [[nodiscard]] bool checkState();
+  [[nodiscard]] bool makeRoom();
   void lookAtSet();
   void deliver();
   void tellFailure();

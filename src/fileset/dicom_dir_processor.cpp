@@ -1,6 +1,6 @@
 #include "fileset/dicom_dir_processor.h"
 
-#include "disc/media_processor.h"
+#include "disc/imapi_version.h"
 #include "file_id_rules.h"
 #include "file_set_creation.h"
 #include "file_set_delivery.h"
@@ -245,6 +245,12 @@ bool CDicomDirProcessor::WriteMedia(TextView sourceDirectory, bool simulate, boo
                                 volumeName_, currentPractice,   progress};
   return FileSetDelivery(options, *claim_, files_, *this)
       .Run(sourceDirectory.empty() ? TextView(rootDirectory_) : sourceDirectory);
+}
+
+bool CDicomDirProcessor::HasCurrentDiscService() {
+  auto generation = DiscMasteringGeneration::None;
+  static_cast<void>(CTarnImapiVersion::Instance().Detect(generation));  // None says it
+  return generation == DiscMasteringGeneration::Current;
 }
 
 bool CDicomDirProcessor::GetOtherContentSourceDir(Text& directory) {

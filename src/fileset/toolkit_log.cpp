@@ -8,19 +8,22 @@
 
 namespace quillon {
 
-void SendToolkitLogAsConfigured() {
+void SendToolkitLogTo(const std::string& file) {
   DcLog* const log = dcTheLog();
   if (log == nullptr) return;
+  for (int i = 0; i < kDcLogLevels; ++i) {
+    const auto level = static_cast<DcLogLevel>(i);
+    log->setFile(level, file);
+    log->enable(level, !file.empty());
+  }
+}
+
+void SendToolkitLogAsConfigured() {
   Text file;
   MediaCreationKey key;
   if (key.Open()) static_cast<void>(key.ReadText(OLESTR("ToolkitLogFile"), file));
   // The working directory of later is that of the host, or of a copy under way.
-  const std::string name = file.empty() ? "" : NarrowText(AbsolutePath(file), FileSystemCodePage());
-  for (int i = 0; i < kDcLogLevels; ++i) {
-    const auto level = static_cast<DcLogLevel>(i);
-    log->setFile(level, name);
-    log->enable(level, !name.empty());
-  }
+  SendToolkitLogTo(file.empty() ? "" : NarrowText(AbsolutePath(file), FileSystemCodePage()));
 }
 
 }  // namespace quillon

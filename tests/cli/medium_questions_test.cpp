@@ -68,13 +68,13 @@ TEST(MediumQuestions, EachDiscThatIsNotWrittenHasItsSentence) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.recorder.media + ", " + c.recorder.state + ": " + c.sentence);
-    EXPECT_EQ(reasonNotToRecord(c.recorder).value_or(""), c.sentence);
+    EXPECT_EQ(mayRecord(c.recorder).text(), c.sentence);
   }
 }
 
 TEST(MediumQuestions, AFileSetThatDoesNotFitIsToldByHowMuch) {
   const auto needs = [](std::uint64_t sectors) {
-    return reasonNotToFit(holding("cd-r", "blank"), sectors).value_or("");
+    return mayFit(holding("cd-r", "blank"), sectors).text();
   };
   EXPECT_EQ(needs(359849), "");
   EXPECT_EQ(needs(359850),

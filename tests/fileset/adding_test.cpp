@@ -160,7 +160,7 @@ TEST(AddingFiles, AnObjectIsAddedOnceAndFilesItselfUnderItsKeys) {
   }
   EXPECT_EQ(job.count(), 4);
   // Patients are told apart by the job's unique ID alone.
-  job.builder.SetUniquePatientId(OLESTR("doe^john 12345"));
+  EXPECT_TRUE(job.builder.SetUniquePatientId(OLESTR("doe^john 12345")));
   job.add("c", {});
   EXPECT_TRUE(job.added);
   EXPECT_EQ(job.count(), 5);
@@ -195,7 +195,7 @@ TEST(AddingFiles, LaterFilesOfTheSameKeysChangeNothing) {
 
 TEST(AddingFiles, WithoutAUniquePatientIdNothingIsAdded) {
   BuilderJob job;
-  job.builder.SetUniquePatientId(OLESTR(""));
+  EXPECT_TRUE(job.builder.SetUniquePatientId(OLESTR("")));
   const fs::path file = job.add("a", {});
   EXPECT_FALSE(job.added);
   EXPECT_EQ(job.sentence(), "Cannot add the patient information from " + file.string() +

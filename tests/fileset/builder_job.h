@@ -1,6 +1,8 @@
 // A file set builder over a directory of the test's own, and the words its sentences come in.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <string>
@@ -69,8 +71,8 @@ class CreationDay {
 struct BuilderJob {
   BuilderJob() : registry(dir.path()), root(dir / "root"), in(dir / "in") {
     fs::create_directory(in);
-    builder.SetDicomRootDirectory(WideOf(root));
-    builder.SetUniquePatientId(OLESTR("DOE^JOHN 12345"));
+    EXPECT_TRUE(builder.SetDicomRootDirectory(WideOf(root)));
+    EXPECT_TRUE(builder.SetUniquePatientId(OLESTR("DOE^JOHN 12345")));
     builder.includeOtherContent = false;
   }
 

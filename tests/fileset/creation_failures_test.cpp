@@ -40,14 +40,16 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
   const std::vector<std::string> all{"a", "b"};
   const Case cases[] = {
       {"lower-case object directory",
-       [](BuilderJob& job) { job.builder.SetDicomObjectDirectory(OLESTR("dicomobj")); },
+       [](BuilderJob& job) {
+         EXPECT_TRUE(job.builder.SetDicomObjectDirectory(OLESTR("dicomobj")));
+       },
        "The File ID dicomobj\\ does not conform to the DICOM standard because it may only be "
        "comprised of these characters:  ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_\\/",
        true,
        {},
        all},
       {"object directory of nothing",
-       [](BuilderJob& job) { job.builder.SetDicomObjectDirectory(OLESTR("\\")); },
+       [](BuilderJob& job) { EXPECT_TRUE(job.builder.SetDicomObjectDirectory(OLESTR("\\"))); },
        "The File ID does not conform to the DICOM standard because it is empty or null.",
        true,
        {},
@@ -93,7 +95,7 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
        all},
       {"source comes up twice",
        [](BuilderJob& job) {
-         job.builder.SetUniquePatientId(OLESTR("ROE^JANE 2"));
+         EXPECT_TRUE(job.builder.SetUniquePatientId(OLESTR("ROE^JANE 2")));
          ASSERT_TRUE(job.builder.AddFile(WideOf(job.in / "b")));
        },
        "The path {b} cannot be found.",
@@ -119,7 +121,7 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
       {"File ID too deep",
        [](BuilderJob& job) {
          job.builder.useHierarchyForDicomObjects = true;
-         job.builder.SetDicomObjectDirectory(OLESTR("A\\B\\C\\D\\E"));
+         EXPECT_TRUE(job.builder.SetDicomObjectDirectory(OLESTR("A\\B\\C\\D\\E")));
        },
        "The File ID A\\B\\C\\D\\E\\P0000001\\S0000001\\E0000001\\QLN00001 does not conform to the "
        "DICOM standard because the directory hierarchy exceeds 8 levels.",
@@ -127,7 +129,9 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
        {},
        all},
       {"level of eleven characters",
-       [](BuilderJob& job) { job.builder.SetDicomObjectDirectory(OLESTR("DICOMOBJECT")); },
+       [](BuilderJob& job) {
+         EXPECT_TRUE(job.builder.SetDicomObjectDirectory(OLESTR("DICOMOBJECT")));
+       },
        "Cannot set the image file reference to DICOMOBJECT\\QLN00001 for the series " +
            seriesUidOf({}) + " in study " + studyUidOf({}) +
            " for the patient DOE^JOHN 12345 from the file {a}.",
@@ -176,7 +180,7 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
       {"other content where the objects lie",
        [](BuilderJob& job) {
          job.builder.includeOtherContent = true;
-         job.builder.SetOtherContentDirectory(OLESTR("DICOMOBJ"));
+         EXPECT_TRUE(job.builder.SetOtherContentDirectory(OLESTR("DICOMOBJ")));
          writeText(job.dir / "viewer/QLN00001", "x");
          job.registry.setOtherContent(job.dir / "viewer");
        },
@@ -207,7 +211,8 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
       {"root of almost 260 characters",
        [](BuilderJob& job) {
          const std::string start = job.root.string() + "/";
-         job.builder.SetDicomRootDirectory(WideOf(start + std::string(253 - start.size(), 'R')));
+         EXPECT_TRUE(job.builder.SetDicomRootDirectory(
+             WideOf(start + std::string(253 - start.size(), 'R'))));
        },
        "The current path name {long}\\ plus the new path component DICOMDIR is longer than 260 "
        "characters.",
@@ -257,7 +262,7 @@ TEST(FileSetCreation, NeverOverwritesAFileThatIsStillToBeMoved) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     BuilderJob job;
-    job.builder.SetDicomRootDirectory(WideOf(job.dir.path().string() + c.root));
+    EXPECT_TRUE(job.builder.SetDicomRootDirectory(WideOf(job.dir.path().string() + c.root)));
     job.add("a", object(1, 1, 1, 1));
     const fs::path file = job.root / c.name;
     fs::create_directories(file.parent_path());

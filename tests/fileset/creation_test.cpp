@@ -84,10 +84,10 @@ TEST(FileSetCreation, MovesTheFilesAndDescribesThem) {
 TEST(FileSetCreation, NamesTheHierarchyByCountersOfEachLevel) {
   BuilderJob job;
   job.builder.useHierarchyForDicomObjects = true;
-  job.builder.SetDicomObjectDirectory(OLESTR("/IMG/SET/"));
+  EXPECT_TRUE(job.builder.SetDicomObjectDirectory(OLESTR("/IMG/SET/")));
   int made = 0;
   const auto add = [&](const Text& patient, int study, int series, int instance) {
-    job.builder.SetUniquePatientId(patient);
+    EXPECT_TRUE(job.builder.SetUniquePatientId(patient));
     job.add(std::to_string(++made), object(1, study, series, instance));
   };
   // The order of the model, not of the adding, gives the numbers.

@@ -126,7 +126,7 @@ TEST(DiscRoom, OfAPlanIsThatOfTheFileSetMadeOfIt) {
 
 TEST(Preview, PlansAsACreationDoesAndChangesNothing) {
   BuilderJob job;
-  job.builder.SetDicomRootDirectory(WideOf(job.dir / "new" / "root"));
+  EXPECT_TRUE(job.builder.SetDicomRootDirectory(WideOf(job.dir / "new" / "root")));
   job.add("a", object(1, 1, 1, 1));
   job.add("b", object(1, 1, 1, 2));
   const std::vector<std::string> before = filesBelow(job.dir.path());
@@ -143,8 +143,8 @@ TEST(Preview, TakesNoHoldOnTheRoot) {
   job.add("a", object(1, 1, 1, 1));
   ASSERT_TRUE(job.create()) << job.sentence();
   CDicomDirProcessor other;
-  other.SetDicomRootDirectory(WideOf(job.root));
-  other.SetUniquePatientId(OLESTR("ROE^JANE 2"));
+  EXPECT_TRUE(other.SetDicomRootDirectory(WideOf(job.root)));
+  EXPECT_TRUE(other.SetUniquePatientId(OLESTR("ROE^JANE 2")));
   other.includeOtherContent = false;
   ASSERT_TRUE(other.AddFile(WideOf(job.make("b", object(2, 1, 1, 1)))));
   EXPECT_TRUE(other.PreviewFileSet({}, {})) << Plain(other.ErrorMessage());

@@ -16,7 +16,7 @@ class WriteFlow : public ::testing::Test {
  protected:
   WriteFlow() {
     fillRoot();
-    job_.builder.SetDirectCopyDirectory(WideOf(target_));
+    EXPECT_TRUE(job_.builder.SetDirectCopyDirectory(WideOf(target_)));
   }
 
   void fillRoot() const {

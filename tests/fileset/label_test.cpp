@@ -85,7 +85,7 @@ TEST(MediumLabel, SaysWhoseDataItIs) {
       {"two patients",
        [](BuilderJob& job) {
          job.add("a", example());
-         job.builder.SetUniquePatientId(OLESTR("OTHER"));
+         EXPECT_TRUE(job.builder.SetUniquePatientId(OLESTR("OTHER")));
          job.add("b", example());
        },
        "Multiple Patients\n"},

@@ -44,8 +44,8 @@ TEST(OtherContent, OfARelativeRootLandsBelowIt) {
   ContentJob job;
   const fs::path before = fs::current_path();
   fs::current_path(job.dir.path());
-  job.builder.SetDicomRootDirectory(OLESTR("root"));
-  job.builder.SetOtherContentDirectory(OLESTR("\\VIEW\\ER"));
+  EXPECT_TRUE(job.builder.SetDicomRootDirectory(OLESTR("root")));
+  EXPECT_TRUE(job.builder.SetOtherContentDirectory(OLESTR("\\VIEW\\ER")));
   EXPECT_TRUE(job.create()) << job.sentence();
   fs::current_path(before);
   EXPECT_TRUE(fs::exists(job.root / "VIEW/ER/VIEWER.EXE"));
@@ -130,7 +130,7 @@ TEST(OtherContent, EmptyFilesAreCopiedAsTheFieldHasThem) {
   ASSERT_TRUE(job.create()) << job.sentence();
   EXPECT_TRUE(fs::exists(job.root / "QUILLON/data/zero"));
   job.builder.performDirectCopy = true;
-  job.builder.SetDirectCopyDirectory(WideOf(job.dir / "out"));
+  EXPECT_TRUE(job.builder.SetDirectCopyDirectory(WideOf(job.dir / "out")));
   EXPECT_TRUE(job.builder.WriteMedia({}, false, false, false, false)) << job.sentence();
   EXPECT_TRUE(fs::exists(job.dir / "out/QUILLON/data/zero"));
 }
@@ -219,7 +219,7 @@ TEST(Wiping, LeavesWhatIsNotAJobsOwn) {
   EXPECT_TRUE(fs::exists(temporary / "QUILLON/work/file"));
 
   // And no file set is made where the next wipe would take it.
-  job.builder.SetDicomRootDirectory(WideOf(temporary / "QUILLON/set"));
+  EXPECT_TRUE(job.builder.SetDicomRootDirectory(WideOf(temporary / "QUILLON/set")));
   job.add("a", {});
   EXPECT_FALSE(job.create());
   EXPECT_EQ(job.sentence(), "The directory " + (temporary / "QUILLON/set").string() + " lies in " +

@@ -18,8 +18,8 @@ std::string inUse(const fs::path& root) {
 // A second builder for the root of a job, with one object of its own.
 struct SecondJob {
   explicit SecondJob(BuilderJob& first) : dir(first.dir.path()) {
-    builder.SetDicomRootDirectory(WideOf(first.root));
-    builder.SetUniquePatientId(OLESTR("ROE^JANE 2"));
+    EXPECT_TRUE(builder.SetDicomRootDirectory(WideOf(first.root)));
+    EXPECT_TRUE(builder.SetUniquePatientId(OLESTR("ROE^JANE 2")));
     builder.includeOtherContent = false;
     fs::create_directory(dir / "in2");
     makeObjectFile(source, object(2, 1, 1, 1));
@@ -41,7 +41,7 @@ TEST(RootDirectory, IsOneJobsUntilItsFileSetIsDelivered) {
       {"delivered",
        [](BuilderJob& job) {
          job.builder.performDirectCopy = true;
-         job.builder.SetDirectCopyDirectory(WideOf(job.dir / "out"));
+         EXPECT_TRUE(job.builder.SetDirectCopyDirectory(WideOf(job.dir / "out")));
          ASSERT_TRUE(job.builder.WriteMedia({}, false, false, false, false)) << job.sentence();
        },
        true},
@@ -49,7 +49,7 @@ TEST(RootDirectory, IsOneJobsUntilItsFileSetIsDelivered) {
        [](BuilderJob& job) {
          job.builder.performDirectCopy = true;
          writeText(job.dir / "file", "x");
-         job.builder.SetDirectCopyDirectory(WideOf(job.dir / "file"));
+         EXPECT_TRUE(job.builder.SetDirectCopyDirectory(WideOf(job.dir / "file")));
          ASSERT_FALSE(job.builder.WriteMedia({}, false, false, false, false));
        },
        false},
@@ -76,7 +76,7 @@ TEST(RootDirectory, IsOneJobsUntilItsFileSetIsDelivered) {
 
 TEST(RootDirectory, GoesAwayAgainWhenNothingWasCreatedInIt) {
   BuilderJob job;
-  job.builder.SetDicomRootDirectory(WideOf(job.dir / "new" / "root"));
+  EXPECT_TRUE(job.builder.SetDicomRootDirectory(WideOf(job.dir / "new" / "root")));
   job.add("a", object(1, 1, 1, 1));
   fs::remove(job.in / "a");
   EXPECT_FALSE(job.create());
@@ -111,7 +111,7 @@ TEST(UnfinishedFileSet, IsNobodysToDestroy) {
       {"a delivery, with the set cleared afterwards",
        [](SecondJob& job) {
          job.builder.performDirectCopy = true;
-         job.builder.SetDirectCopyDirectory(WideOf(job.dir / "out"));
+         EXPECT_TRUE(job.builder.SetDirectCopyDirectory(WideOf(job.dir / "out")));
          return job.builder.WriteMedia({}, false, false, false, true);
        },
        false, false},

@@ -138,6 +138,9 @@ class CDicomDirProcessor : public CBaseItem, public FileSetOptions {
                                 bool clearAfterWrite);
   // False, with a sentence, where the platform is too old to record.
   [[nodiscard]] bool CheckOperatingSystem();
+  // Whether discs are written through the current disc-mastering service: with UDF, and never for a
+  // test alone.
+  [[nodiscard]] static bool HasCurrentDiscService();
   // Of the objects added and the other content; 0 when false.
   [[nodiscard]] bool GetTotalSize(std::uint64_t& sizeBytes);
   [[nodiscard]] bool GetTotalFileCount(std::uint32_t& count);
@@ -150,12 +153,12 @@ class CDicomDirProcessor : public CBaseItem, public FileSetOptions {
   void DiscardPatientList();
 
   // Settings. The setters of texts refuse (false) what the media object's documentation says.
-  bool SetVolumeName(TextView name);
-  bool SetDicomRootDirectory(TextView path);
-  bool SetDicomObjectDirectory(TextView path);
-  bool SetOtherContentDirectory(TextView path);
-  bool SetDirectCopyDirectory(TextView path);
-  bool SetUniquePatientId(TextView id);
+  [[nodiscard]] bool SetVolumeName(TextView name);
+  [[nodiscard]] bool SetDicomRootDirectory(TextView path);
+  [[nodiscard]] bool SetDicomObjectDirectory(TextView path);
+  [[nodiscard]] bool SetOtherContentDirectory(TextView path);
+  [[nodiscard]] bool SetDirectCopyDirectory(TextView path);
+  [[nodiscard]] bool SetUniquePatientId(TextView id);
   [[nodiscard]] const Text& VolumeName() const { return volumeName_; }
   [[nodiscard]] const Text& DicomRootDirectory() const { return rootDirectory_; }
   [[nodiscard]] const Text& DicomObjectDirectory() const { return objectDirectory_; }

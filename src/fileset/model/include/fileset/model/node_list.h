@@ -90,7 +90,7 @@ class NodeList : public COwningList<Node> {
   }
 
  private:
-  bool ReadAttributes(const DcElemList& dataSet, Node& node) {
+  [[nodiscard]] bool ReadAttributes(const DcElemList& dataSet, Node& node) {
     for (const AttributeRow<Node>& row : Node::Attributes()) {
       Text& field = node.*row.field;
       if (!TakeElementText(dataSet, row.tag, field)) return this->Fail(row.message);
