@@ -2,12 +2,11 @@
 
 #include <algorithm>
 
+#include "fileset/disc_room.h"
+
 namespace quillon::cli {
 
 namespace {
-
-constexpr std::uint64_t kSectorBytes = 2048;
-constexpr std::uint64_t kMegabyte = std::uint64_t{1} << 20;
 
 std::string megabytes(std::uint64_t count) { return std::to_string(count) + " MB"; }
 
@@ -57,7 +56,8 @@ std::string textOfKindsThatHold(std::uint64_t sectors) {
   const DiscKind* before = nullptr;
   const auto endGroup = [&] {
     if (before == nullptr) return;
-    text += " (" + megabytes((before->sectors * kSectorBytes + kMegabyte / 2) / kMegabyte) + ")";
+    text +=
+        " (" + megabytes((before->sectors * kDiscSectorBytes + kMegabyte / 2) / kMegabyte) + ")";
   };
   for (const DiscKind& kind : discKinds()) {
     if (kind.sectors == 0 || kind.sectors < sectors) continue;

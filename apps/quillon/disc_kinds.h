@@ -25,7 +25,9 @@ std::vector<std::string_view> kindsThatHold(std::uint64_t sectors);
 // The same for people: "CD-R, CD-RW (703 MB); DVD-R ...". Empty when there is none.
 std::string textOfKindsThatHold(std::uint64_t sectors);
 
-// Whole megabytes (of 1,048,576 bytes): of what something needs, and of what there is.
+inline constexpr std::uint64_t kMegabyte = std::uint64_t{1} << 20;
+
+// Whole megabytes: of what something needs, and of what there is.
 std::string neededText(std::uint64_t bytes);  // rounded up
 std::string roomText(std::uint64_t bytes);    // rounded down
 

@@ -1,13 +1,12 @@
 #include "disc_progress_scope.h"
 
+#include "fileset/disc_room.h"
 #include "recording/disc_interruption.h"
 #include "terminal_text.h"
 
 namespace quillon::cli {
 
 namespace {
-
-constexpr std::uint64_t kSectorBytes = 2048;
 
 const char* activityOf(platform::DiscStage stage) {
   switch (stage) {
@@ -41,10 +40,10 @@ void DiscProgressScope::show(const platform::DiscProgress& progress) {
   hasBegun_ = true;
   if (stage_ != progress.stage) {
     stage_ = progress.stage;
-    bar_.begin(activityOf(progress.stage), progress.sectorsTotal * kSectorBytes,
+    bar_.begin(activityOf(progress.stage), progress.sectorsTotal * kDiscSectorBytes,
                ProgressUnit::Bytes);
   }
-  bar_.advance(progress.sectorsDone * kSectorBytes);
+  bar_.advance(progress.sectorsDone * kDiscSectorBytes);
 }
 
 }  // namespace quillon::cli

@@ -1,8 +1,9 @@
 #include "json_output.h"
 
+#include <cstdint>
 #include <cstdio>
 
-#include "utf8_sequence.h"
+#include "terminal_text.h"
 
 namespace quillon::cli {
 

@@ -8,7 +8,6 @@
 
 #include "foundation/com_values.h"
 #include "foundation/text.h"
-#include "patient_key.h"
 #include "platform/services.h"
 
 namespace quillon::cli {
@@ -166,6 +165,13 @@ void MediaJob::wipe(bool removesAll, std::string& asideDirectory) {
   Text aside;
   builder().Wipe(removesAll, aside);
   asideDirectory = narrow(aside);
+}
+
+Text patientKey(TextView name, TextView id) {
+  // DOE^JOHN and DOE^JOHN^^ are the same name: trailing separators of empty components say nothing.
+  Text key(name.substr(0, name.find_last_not_of(OLESTR("^= ")) + 1));
+  // A backslash separates values in the file and therefore occurs in neither of the two.
+  return key.append(OLESTR("\\")).append(id);
 }
 
 std::string narrow(TextView text) { return NarrowText(text, FileSystemCodePage()); }

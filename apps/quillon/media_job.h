@@ -104,6 +104,10 @@ class MediaJob {
   CQuillonMediaRW object_;
 };
 
+// Which patient a file belongs to when the user does not say, from the patient name and the patient
+// ID in it: files with the same key are one patient's.
+Text patientKey(TextView name, TextView id);
+
 // A text of the object's in the program's code page.
 std::string narrow(TextView text);
 

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstdio>
 
+#include "disc_kinds.h"
+
 namespace quillon::cli {
 
 namespace {
@@ -16,7 +18,6 @@ constexpr std::chrono::milliseconds kRedrawEvery{100};
 constexpr std::size_t kMostCells = 30;
 constexpr std::size_t kLeastCells = 8;
 constexpr std::size_t kUsualColumns = 80;
-constexpr std::uint64_t kMegabyte = std::uint64_t{1} << 20;
 
 std::string speedText(double bytesPerSecond) {
   char text[32];

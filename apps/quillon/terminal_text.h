@@ -2,6 +2,7 @@
 // terminal obeys characters that are not to be seen.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,10 @@ namespace quillon::cli {
 // and characters that set a direction become U+FFFD. Other bytes that are no UTF-8 stay: names of
 // files may have them.
 std::string forTerminal(std::string_view utf8);
+
+// The bytes of the well-formed UTF-8 sequence at the beginning of a text that is not empty; 0 when
+// the first byte begins none.
+std::size_t utf8SequenceBytes(std::string_view text);
 
 // Writes "quillon: ", the sentence and a line end to standard error: all that the program says
 // there goes this way. A line end within the sentence stays.

@@ -5,7 +5,7 @@
 #include <limits>
 #include <type_traits>
 
-#include "instance_uid.h"
+#include "dicomobjects/instance_uid.h"
 #include "value_text.h"
 
 namespace quillon {

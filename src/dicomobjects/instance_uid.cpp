@@ -1,4 +1,4 @@
-#include "instance_uid.h"
+#include "dicomobjects/instance_uid.h"
 
 #include "value_text.h"
 
@@ -6,21 +6,20 @@ namespace quillon {
 
 namespace {
 
-constexpr TextView kMakerRoot = OLESTR("1.2.840.987654.99.");
 constexpr OLECHAR kComponentEnd = OLESTR('.');
 
 }  // namespace
 
 bool ParseInstanceUidText(TextView uid, bool acceptShort, InstanceUidParts& parts) {
   parts = {};
-  const std::size_t rootAt = uid.find(kMakerRoot);
+  const std::size_t rootAt = uid.find(kMakerUidRoot);
   if (rootAt == TextView::npos) {
-    if (uid.size() <= kMakerRoot.size() && !acceptShort) return false;
+    if (uid.size() <= kMakerUidRoot.size() && !acceptShort) return false;
     parts.key = uid;
     return true;
   }
   if (rootAt != 0) return false;
-  const TextView rest = uid.substr(kMakerRoot.size());
+  const TextView rest = uid.substr(kMakerUidRoot.size());
   const std::size_t lastDot = rest.rfind(kComponentEnd);
   if (lastDot == TextView::npos || lastDot == 0 || lastDot + 1 == rest.size()) return false;
   parts.key = rest.substr(0, lastDot);

@@ -27,7 +27,6 @@ class CopyReport {
   void SetDone(std::uint64_t doneBytes) {
     if (callback_) Report(doneBytes);
   }
-  [[nodiscard]] std::uint64_t Done() const { return doneBytes_; }
 
  private:
   void Report(std::uint64_t doneBytes) {

@@ -5,12 +5,6 @@
 
 namespace quillon {
 
-namespace {
-
-constexpr const OLECHAR* kProbeName = OLESTR("QLN.TMP");
-
-}  // namespace
-
 FileSetCreation::FileSetCreation(FileSetPlan& plan, CFileUtil& files,
                                  const CopyReport::Callback& progress)
     : plan_(plan), files_(files), progress_(progress) {
@@ -49,7 +43,7 @@ bool FileSetCreation::PrepareRoot() {
 
 // Before the first object is moved, so that a directory that takes no file leaves all in place.
 bool FileSetCreation::CheckWritable() {
-  const Text probe = plan_.ObjectDirectory() + kProbeName;
+  const Text probe = plan_.ObjectDirectory() + kObjectPrefix + OLESTR(".TMP");
   const HANDLE file =
       CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) {

@@ -19,7 +19,6 @@ namespace quillon {
 namespace {
 
 // Names that are given in the file set, and the digits that their counters have at least.
-constexpr const OLECHAR* kObjectPrefix = OLESTR("QLN");
 constexpr std::size_t kObjectDigits = 5;
 constexpr const OLECHAR* kPatientPrefix = OLESTR("P");
 constexpr const OLECHAR* kStudyPrefix = OLESTR("S");

@@ -18,6 +18,9 @@ namespace quillon {
 
 struct DicomFileFacts;
 
+// Begins the name of each object; a counter follows.
+inline constexpr const OLECHAR* kObjectPrefix = OLESTR("QLN");
+
 // Where it goes: the root directory, and the two below it.
 struct FileSetPlaces {
   Text rootDirectory;

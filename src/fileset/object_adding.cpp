@@ -3,6 +3,7 @@
 #include "dicomobjects/dicom_file_facts.h"
 #include "dicomobjects/dicom_util.h"
 #include "dicomobjects/documents.h"
+#include "dicomobjects/instance_uid.h"
 #include "fileset/model/element_text.h"
 #include "foundation/find_handle.h"
 #include "path_join.h"
@@ -19,9 +20,6 @@ constexpr DcTag kPatientId = 0x00100020;
 constexpr DcTag kStudyInstanceUid = 0x0020000D;
 constexpr DcTag kSeriesInstanceUid = 0x0020000E;
 
-// The maker's systems name the frames of a split image by this root, a key, "." and the frame.
-constexpr TextView kMakerRoot = OLESTR("1.2.840.987654.99.");
-
 // False when the element cannot be read or has no value.
 bool ReadKey(const DcElemList& dataSet, DcTag tag, Text& key) {
   return ReadElementText(dataSet, tag, key) == kDcOk && !key.empty();
@@ -29,8 +27,8 @@ bool ReadKey(const DcElemList& dataSet, DcTag tag, Text& key) {
 
 // 0, or the message that says what is wrong with a UID of the maker's form.
 UINT CheckMakerUid(TextView uid) {
-  if (uid.size() <= kMakerRoot.size() || uid.substr(0, kMakerRoot.size()) != kMakerRoot) return 0;
-  const TextView rest = uid.substr(kMakerRoot.size());
+  if (!uid.starts_with(kMakerUidRoot) || uid.size() == kMakerUidRoot.size()) return 0;
+  const TextView rest = uid.substr(kMakerUidRoot.size());
   const std::size_t lastDot = rest.rfind(OLESTR('.'));
   if (lastDot == 0) return kMsgImageInstanceUidInvalid;
   if (lastDot == rest.size() - 1) return kMsgInstanceUidInvalid;

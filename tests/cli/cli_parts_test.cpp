@@ -5,7 +5,7 @@
 
 #include "held_directory.h"
 #include "json_output.h"
-#include "patient_key.h"
+#include "media_job.h"
 #include "root_guard.h"
 #include "staging.h"
 #include "support/temp_dir.h"

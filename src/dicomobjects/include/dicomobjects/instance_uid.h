@@ -11,6 +11,8 @@
 
 namespace quillon {
 
+inline constexpr TextView kMakerUidRoot = OLESTR("1.2.840.987654.99.");
+
 struct InstanceUidParts {
   TextView key;  // within the UID
   std::uint32_t frameIndex = 0;
