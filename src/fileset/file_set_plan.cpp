@@ -136,49 +136,44 @@ bool FileSetPlan::BeginDicomDir() {
 bool FileSetPlan::AddPatients() {
   planned_ = PlannedFileSet{};
   for (std::size_t p = 0; p < patients_.GetCount(); ++p) {
-    CPatient& patient = *patients_.At(p);
-    at_.patient = &patient;
+    at_.patient = patients_.At(p);
     ++planned_.patients;
-    DcDirRec* record = Attach(*dicomDir_, MakePatientRecord(patient));
-    if (record == nullptr) return false;
-    if (!AddStudies(patient, *record, DirectoryBelow({}, kPatientPrefix, p + 1))) return false;
+    DcDirRec* const record = Attach(*dicomDir_, MakePatientRecord(*at_.patient));
+    const Text directory = DirectoryBelow({}, kPatientPrefix, p + 1);
+    if (record == nullptr || !AddStudies(*record, directory)) return false;
   }
   return true;
 }
 
-bool FileSetPlan::AddStudies(CPatient& patient, DcDirRec& patientRecord,
-                             TextView patientDirectory) {
-  CStudyList& studies = patient.Studies();
+bool FileSetPlan::AddStudies(DcDirRec& patientRecord, TextView patientDirectory) {
+  const CStudyList& studies = at_.patient->Studies();
   for (std::size_t s = 0; s < studies.GetCount(); ++s) {
-    CStudy& study = *studies.At(s);
-    at_.study = &study;
+    at_.study = studies.At(s);
     ++planned_.studies;
-    DcDirRec* record = Attach(patientRecord, MakeStudyRecord(study));
-    if (record == nullptr) return false;
-    if (!AddSeries(study, *record, DirectoryBelow(patientDirectory, kStudyPrefix, s + 1))) {
-      return false;
-    }
+    DcDirRec* const record = Attach(patientRecord, MakeStudyRecord(*at_.study));
+    const Text directory = DirectoryBelow(patientDirectory, kStudyPrefix, s + 1);
+    if (record == nullptr || !AddSeries(*record, directory)) return false;
   }
   return true;
 }
 
-bool FileSetPlan::AddSeries(CStudy& study, DcDirRec& studyRecord, TextView studyDirectory) {
-  CSeriesList& list = study.Series();
+bool FileSetPlan::AddSeries(DcDirRec& studyRecord, TextView studyDirectory) {
+  const CSeriesList& list = at_.study->Series();
   for (std::size_t e = 0; e < list.GetCount(); ++e) {
-    CSeries& series = *list.At(e);
-    at_.series = &series;
+    at_.series = list.At(e);
     ++planned_.series;
-    at_.directory = options_.useHierarchyForDicomObjects
-                        ? DirectoryBelow(studyDirectory, kSeriesPrefix, e + 1)
-                        : Text();
-    DcDirRec* record = Attach(studyRecord, MakeSeriesRecord(series));
-    if (record == nullptr || !AddObjects(series, *record)) return false;
+    at_.directory.clear();
+    if (options_.useHierarchyForDicomObjects) {
+      at_.directory = DirectoryBelow(studyDirectory, kSeriesPrefix, e + 1);
+    }
+    DcDirRec* const record = Attach(studyRecord, MakeSeriesRecord(*at_.series));
+    if (record == nullptr || !AddObjects(*record)) return false;
   }
   return true;
 }
 
-bool FileSetPlan::AddObjects(CSeries& series, DcDirRec& seriesRecord) {
-  const CDicomObjectList& images = series.Images();
+bool FileSetPlan::AddObjects(DcDirRec& seriesRecord) {
+  const CDicomObjectList& images = at_.series->Images();
   for (std::size_t i = 0; i < images.GetCount(); ++i) {
     keepsPatients_ = false;
     if (i == 0 && options_.useHierarchyForDicomObjects && !AddDirectory()) return false;

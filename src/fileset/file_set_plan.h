@@ -79,10 +79,9 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] bool BeginDicomDir();
   [[nodiscard]] bool CheckOldEntries();
   [[nodiscard]] bool AddPatients();
-  [[nodiscard]] bool AddStudies(CPatient& patient, DcDirRec& patientRecord,
-                                TextView patientDirectory);
-  [[nodiscard]] bool AddSeries(CStudy& study, DcDirRec& studyRecord, TextView studyDirectory);
-  [[nodiscard]] bool AddObjects(CSeries& series, DcDirRec& seriesRecord);
+  [[nodiscard]] bool AddStudies(DcDirRec& patientRecord, TextView patientDirectory);
+  [[nodiscard]] bool AddSeries(DcDirRec& studyRecord, TextView studyDirectory);
+  [[nodiscard]] bool AddObjects(DcDirRec& seriesRecord);
   [[nodiscard]] bool AddObject(const CDicomObjectProperties& object, DcDirRec& seriesRecord);
   [[nodiscard]] bool AddDirectory();
   [[nodiscard]] bool NameNextObject(Text& fileId, Text& path);

@@ -2,7 +2,6 @@
 
 #include "dicomobjects/dicom_file_facts.h"
 #include "dicomobjects/dicom_util.h"
-#include "dicomobjects/documents.h"
 #include "dicomobjects/instance_uid.h"
 #include "fileset/model/element_text.h"
 #include "foundation/find_handle.h"
@@ -35,19 +34,6 @@ UINT CheckMakerUid(TextView uid) {
   return 0;
 }
 
-// Reads what the record of a document needs, or why it cannot have one.
-template <typename Document>
-void TakeDocument(CDicomUtil& file, const CDicomObjectProperties& object, DicomFileFacts& facts,
-                  std::unique_ptr<DcDirRec> (*make)(const CDicomObjectProperties&, const Document&,
-                                                    CDicomUtil&)) {
-  Document document;
-  if (document.ReadFromDicom(file)) {
-    facts.document = make(object, document, file);
-  } else {
-    facts.documentProblem = document.ErrorMessage();
-  }
-}
-
 std::shared_ptr<const DicomFileFacts> FactsOf(CDicomUtil& file,
                                               const CDicomObjectProperties& object) {
   auto facts = std::make_shared<DicomFileFacts>();
@@ -58,14 +44,7 @@ std::shared_ptr<const DicomFileFacts> FactsOf(CDicomUtil& file,
   facts->transferSyntaxUid = metaInfo.transferSyntaxUid;
   facts->transferSyntax = metaInfo.transferSyntax;
   facts->stamp = {reading.sizeBytes, reading.lastWriteTime};
-  const Text& modality = object.Modality();
-  if (modality == OLESTR("SR")) {
-    TakeDocument<CStructuredReport>(file, object, *facts, &MakeReportRecord);
-  } else if (modality == OLESTR("PR")) {
-    TakeDocument<CPresentation>(file, object, *facts, &MakePresentationRecord);
-  } else if (modality == OLESTR("KO")) {
-    TakeDocument<CKeyObjectDocument>(file, object, *facts, &MakeKeyObjectRecord);
-  }
+  facts->document = MakeDocumentRecord(object, file, facts->documentProblem);
   return facts;
 }
 

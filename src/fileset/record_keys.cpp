@@ -4,6 +4,8 @@
 #include <functional>
 #include <string>
 
+#include "dicomobjects/documents.h"
+
 namespace quillon {
 
 namespace {
@@ -61,10 +63,15 @@ std::unique_ptr<DcDirRec> MakeRecord(DcDirRecType type, const Rows& rows, const 
   return record;
 }
 
+// Null, with the reader's sentence, for a document that lacks something.
 template <typename Rows, typename Document>
-std::unique_ptr<DcDirRec> MakeDocumentRecord(DcDirRecType type, const Rows& rows,
-                                             const Document& document,
-                                             const CDicomObjectProperties& object) {
+std::unique_ptr<DcDirRec> ReadRecord(DcDirRecType type, const Rows& rows,
+                                     const CDicomObjectProperties& object, CDicomUtil& file,
+                                     Document& document, Text& problem) {
+  if (!document.ReadFromDicom(file)) {
+    problem = document.ErrorMessage();
+    return nullptr;
+  }
   auto record = MakeRecord(type, rows, document);
   AddKey(*record, kSopInstanceUid, object.InstanceUid());
   return record;
@@ -108,30 +115,28 @@ std::unique_ptr<DcDirRec> MakeImageRecord(const CDicomObjectProperties& object) 
   return record;
 }
 
-std::unique_ptr<DcDirRec> MakeReportRecord(const CDicomObjectProperties& object,
-                                           const CStructuredReport& report, CDicomUtil& file) {
-  auto record = MakeDocumentRecord(DcDirRecType::SrDocument, kReportKeys, report, object);
-  if (report.VerificationFlag() == kVerified) {
-    AddKey(*record, kVerificationDateTime, report.VerificationDateTime());
+std::unique_ptr<DcDirRec> MakeDocumentRecord(const CDicomObjectProperties& object, CDicomUtil& file,
+                                             Text& problem) {
+  const Text& modality = object.Modality();
+  std::unique_ptr<DcDirRec> record;
+  if (modality == OLESTR("SR")) {
+    CStructuredReport report;
+    record = ReadRecord(DcDirRecType::SrDocument, kReportKeys, object, file, report, problem);
+    if (record != nullptr && report.VerificationFlag() == kVerified) {
+      AddKey(*record, kVerificationDateTime, report.VerificationDateTime());
+    }
+    if (record != nullptr) CopyConcept(*record, file);
+  } else if (modality == OLESTR("PR")) {
+    CPresentation state;
+    record =
+        ReadRecord(DcDirRecType::Presentation, kPresentationKeys, object, file, state, problem);
+    if (record != nullptr) CopySequence(*record, kReferencedSeriesSequence, file);
+  } else if (modality == OLESTR("KO")) {
+    CKeyObjectDocument document;
+    record =
+        ReadRecord(DcDirRecType::KeyObjectDoc, kKeyObjectKeys, object, file, document, problem);
+    if (record != nullptr) CopyConcept(*record, file);
   }
-  CopyConcept(*record, file);
-  return record;
-}
-
-std::unique_ptr<DcDirRec> MakePresentationRecord(const CDicomObjectProperties& object,
-                                                 const CPresentation& presentation,
-                                                 CDicomUtil& file) {
-  auto record =
-      MakeDocumentRecord(DcDirRecType::Presentation, kPresentationKeys, presentation, object);
-  CopySequence(*record, kReferencedSeriesSequence, file);
-  return record;
-}
-
-std::unique_ptr<DcDirRec> MakeKeyObjectRecord(const CDicomObjectProperties& object,
-                                              const CKeyObjectDocument& document,
-                                              CDicomUtil& file) {
-  auto record = MakeDocumentRecord(DcDirRecType::KeyObjectDoc, kKeyObjectKeys, document, object);
-  CopyConcept(*record, file);
   return record;
 }
 

@@ -6,7 +6,6 @@
 
 #include "dicom/dir_rec.h"
 #include "dicomobjects/dicom_util.h"
-#include "dicomobjects/documents.h"
 #include "fileset/model/patient_list.h"
 
 namespace quillon {
@@ -15,13 +14,10 @@ std::unique_ptr<DcDirRec> MakePatientRecord(const CPatient& patient);
 std::unique_ptr<DcDirRec> MakeStudyRecord(const CStudy& study);
 std::unique_ptr<DcDirRec> MakeSeriesRecord(const CSeries& series);
 std::unique_ptr<DcDirRec> MakeImageRecord(const CDicomObjectProperties& object);
-// The three kinds of document: attributes from the reader, sequences copied from the loaded file.
-std::unique_ptr<DcDirRec> MakeReportRecord(const CDicomObjectProperties& object,
-                                           const CStructuredReport& report, CDicomUtil& file);
-std::unique_ptr<DcDirRec> MakePresentationRecord(const CDicomObjectProperties& object,
-                                                 const CPresentation& presentation,
-                                                 CDicomUtil& file);
-std::unique_ptr<DcDirRec> MakeKeyObjectRecord(const CDicomObjectProperties& object,
-                                              const CKeyObjectDocument& document, CDicomUtil& file);
+// Of a report, presentation state or key object document, from the loaded file. Null for an object
+// of another modality, and, with the sentence of what it lacks as the problem, for one that has no
+// record.
+std::unique_ptr<DcDirRec> MakeDocumentRecord(const CDicomObjectProperties& object, CDicomUtil& file,
+                                             Text& problem);
 
 }  // namespace quillon

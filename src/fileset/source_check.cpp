@@ -74,7 +74,6 @@ bool SourceCheck::Run(const std::vector<PlannedObject>& objects) {
 
 bool SourceCheck::CheckOutside(const std::vector<PlannedObject>& objects) {
   const Text inside = ComparablePath(objectDirectory_);
-  const Text directory = ComparablePath(dicomDir_);
   // Empty, at no cost, for the usual new root.
   FileIdentities existing;
   AddIdentity(dicomDir_, files_, existing);
@@ -82,7 +81,7 @@ bool SourceCheck::CheckOutside(const std::vector<PlannedObject>& objects) {
   for (const PlannedObject& object : objects) {
     const Text path = ComparablePath(object.source);
     FileIdentity identity;
-    if (IsAtOrBelow(path, inside) || path == directory ||
+    if (IsAtOrBelow(path, inside) ||
         (!existing.empty() && files_.GetFileIdentity(object.source, identity) &&
          existing.contains(identity))) {
       return errors_.Fail(kMsgSourceInsideFileSet, {object.source});
