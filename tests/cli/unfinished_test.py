@@ -20,7 +20,7 @@ class Unfinished(jobs.JobTest):
         super().setUp()
         self.files = objects(1, FILES)
         self.other = self.dir / "other"
-        self.others = self.put(self.other, objects(2, 2))
+        self.put(self.other, objects(2, 2))
 
     def begin(self):
         """An unfinished set; answers what its root holds."""
@@ -97,34 +97,6 @@ class Unfinished(jobs.JobTest):
         before = self.fail_in_the_middle(f"cat /dev/zero > {filler} 2> {self.dir}/stderr")
         filler.unlink()
         self.check_failed(before)
-
-    def test_a_host_does_not_write_them(self):
-        left = self.begin()
-        host = self.host()
-        host.put(DicomRootDirectory=self.root, PerformDirectCopy=True,
-                 DirectCopyDirectory=self.target)
-        answer = host.call("Write")
-        self.assertEqual(answer.result, "0x00000001")
-        self.assertRegex(answer.sentence, f"^{unfinished(self.root)}$")
-        self.assertEqual((contents(self.root), contents(self.target)), (left, {}))
-
-    def test_a_host_sets_them_aside(self):
-        for operation in ("Wipe", "CreateDicomFileSet"):
-            with self.subTest(operation):
-                self.remove_all(*asides(self.root))
-                left = self.begin()
-                host = self.host()
-                host.put(DicomRootDirectory=self.root, UniquePatientId="2",
-                         AllowAddHierarchyTree=True)
-                self.assertTrue(host.call("AddDirectory", self.other).succeeded())
-                answer = host.call(operation)
-                self.assertTrue(answer.succeeded(), answer.sentence)
-                self.assert_set_aside(left)
-                if operation == "CreateDicomFileSet":
-                    self.assert_whole(self.root, self.others)
-                else:
-                    self.assertFalse(self.root.exists())
-                host.kill()
 
 
 class NoFileSet(jobs.JobTest):

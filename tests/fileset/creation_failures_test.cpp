@@ -147,16 +147,6 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
        true,
        {},
        {"a", "b", "pr"}},
-      {"other content that cannot be copied",
-       [](BuilderJob& job) {
-         job.builder.includeOtherContent = true;
-         writeText(job.dir / "viewer/empty", "");
-         job.registry.setOtherContent(job.dir / "viewer");
-       },
-       "The path {viewer}\\empty does not refer to a valid file.",
-       false,
-       {},
-       all},
       {"other content with a link that leads nowhere",
        [](BuilderJob& job) {
          job.builder.includeOtherContent = true;
@@ -185,20 +175,6 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
          job.registry.setOtherContent(job.dir / "viewer");
        },
        "The destination filename is invalid.",
-       false,
-       {},
-       all},
-      {"a birth date that is none",
-       [](BuilderJob& job) {
-         fs::remove(job.in / "b");
-         fs::remove(job.in / "a");
-         job.builder.DiscardPatientList();
-         ObjectDescription d = object(1, 1, 1, 1);
-         d.patientBirthDate = "1950 1 2";
-         job.add("a", d);
-         job.add("b", object(1, 1, 1, 2));
-       },
-       "Cannot retrieve the date.",
        false,
        {},
        all},
