@@ -27,7 +27,7 @@ void addWriteOptions(CLI::App& command, WriteOptions& job);
 void addRootOption(CLI::App& command, std::optional<std::string>& root);
 void addDryRunOption(CLI::App& command, bool& isDryRun);
 void addJsonOption(CLI::App& command, bool& isJson);
-void addQuietOption(CLI::App& command, bool& isQuiet);
+void addQuietOption(CLI::App& command, bool& showsProgress);
 void addLogOption(CLI::App& command, std::string& logFile);
 
 }  // namespace quillon::cli

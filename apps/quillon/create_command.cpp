@@ -28,13 +28,11 @@ Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 struct CommandOptions {
   CreateOptions job;
   bool isJson = false;
-  bool isQuiet = false;
   std::string logFile;
 };
 
 int runCreate(CommandOptions& options) {
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
-  options.job.showsProgress = !options.isQuiet;
   MediaJob mediaJob;
   const CreateResult result = createFileSet(options.job, mediaJob);
   std::string output =
@@ -87,8 +85,9 @@ void addJsonOption(CLI::App& command, bool& isJson) {
   command.add_flag("--json", isJson, "Print the result as one JSON object");
 }
 
-void addQuietOption(CLI::App& command, bool& isQuiet) {
-  command.add_flag("--quiet", isQuiet, "Show no progress");
+void addQuietOption(CLI::App& command, bool& showsProgress) {
+  command.add_flag_callback(
+      "--quiet", [&showsProgress] { showsProgress = false; }, "Show no progress");
 }
 
 void addLogOption(CLI::App& command, std::string& logFile) {
@@ -104,7 +103,7 @@ void addCreateCommand(CLI::App& program, int& exitStatus) {
   addCreateOptions(*command, options->job);
   addDryRunOption(*command, options->job.isDryRun);
   addJsonOption(*command, options->isJson);
-  addQuietOption(*command, options->isQuiet);
+  addQuietOption(*command, options->job.showsProgress);
   addLogOption(*command, options->logFile);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runCreate(*options); });

@@ -39,7 +39,7 @@ struct Options {
   platform::DiscToInsert disc;
   bool isFull = false;
   bool isJson = false;
-  bool isQuiet = false;
+  bool showsProgress = true;
 };
 
 Outcome outcomeOf(const platform::DiscResult& result) {
@@ -219,7 +219,7 @@ int runEject(const Options& options) {
 int runErase(const Options& options) {
   Outcome outcome;
   {
-    ProgressBar bar(!options.isQuiet);
+    ProgressBar bar(options.showsProgress);
     const DiscProgressScope progress(bar);
     const InterruptGuard guard([&progress] { sayBelowProgress(endDiscWork(progress)); },
                                kPatienceWithDrive);
@@ -287,7 +287,7 @@ void addDiscCommand(CLI::App& program, int& exitStatus) {
   addRecorderOption(*erase, *options);
   erase->add_flag("--full", options->isFull,
                   "Overwrite all of the disc, not only where its contents begin");
-  addQuietOption(*erase, options->isQuiet);
+  addQuietOption(*erase, options->showsProgress);
 }
 
 }  // namespace quillon::cli

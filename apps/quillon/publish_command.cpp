@@ -33,7 +33,6 @@ struct CommandOptions {
   CreateOptions create;
   WriteOptions write;
   bool isJson = false;
-  bool isQuiet = false;
   bool hasExampleRoot = false;  // nobody's, for a look
   std::string logFile;
 };
@@ -95,7 +94,7 @@ int publish(CommandOptions& options, std::vector<std::string> remarks,
 
 int runPublish(CommandOptions& options) {
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
-  options.create.showsProgress = options.write.showsProgress = !options.isQuiet;
+  options.write.showsProgress = options.create.showsProgress;
   options.create.mayLink = !options.write.isKeeping && !options.write.isSimulating;
   options.write.isDryRun = options.create.isDryRun;
   WriteResult written;
@@ -130,7 +129,7 @@ void addPublishCommand(CLI::App& program, int& exitStatus) {
   addWriteOptions(*command, options->write);
   addDryRunOption(*command, options->create.isDryRun);
   addJsonOption(*command, options->isJson);
-  addQuietOption(*command, options->isQuiet);
+  addQuietOption(*command, options->create.showsProgress);
   addLogOption(*command, options->logFile);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runPublish(*options); });

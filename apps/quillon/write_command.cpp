@@ -28,11 +28,9 @@ Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 struct CommandOptions {
   WriteOptions job;
   bool isJson = false;
-  bool isQuiet = false;
 };
 
 int runWrite(CommandOptions& options) {
-  options.job.showsProgress = !options.isQuiet;
   MediaJob mediaJob;
   const WriteResult result = Delivery(options.job, mediaJob).run();
   std::string output =
@@ -84,7 +82,7 @@ void addWriteCommand(CLI::App& program, int& exitStatus) {
   addWriteOptions(*command, options->job);
   addDryRunOption(*command, options->job.isDryRun);
   addJsonOption(*command, options->isJson);
-  addQuietOption(*command, options->isQuiet);
+  addQuietOption(*command, options->job.showsProgress);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runWrite(*options); });
 }
