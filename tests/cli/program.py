@@ -119,16 +119,19 @@ class ProgramTest(unittest.TestCase):
                               stderr=subprocess.PIPE, timeout=timeout, preexec_fn=preexec_fn,
                               stdin=subprocess.DEVNULL)
 
-    def create(self, *arguments, status=0, **how):
-        """Runs `create --json` and answers its object; `status` is the expected exit status."""
-        run = self.run_program("create", "--json", *arguments, **how)
+    def command(self, name, *arguments, status=0, **how):
+        """Runs a command with --json and answers its object; `status` is the expected exit status."""
+        run = self.run_program(name, "--json", *arguments, **how)
         self.assertEqual(run.returncode, status, (run.stdout, run.stderr))
         result = json.loads(run.stdout.decode())
-        self.assertEqual(result["error"] is None, status == 0)
+        self.assertEqual(result["error"] is None, status == 0, result)
         if status:
-            self.assertIn(result["error"], run.stderr.decode(errors="replace"))
+            self.assertIn(result["error"].rstrip("\n"), run.stderr.decode(errors="replace"))
         self.assertEqual(self.staging_leftovers(), [])
         return result
+
+    def create(self, *arguments, **how):
+        return self.command("create", *arguments, **how)
 
     def create_set(self, *arguments, **how):
         return self.create("--root", self.root, *arguments, **how)

@@ -25,17 +25,6 @@ class WriteTest(program.ProgramTest):
         self.create_set(self.source)
         return contents(self.root)
 
-    def command(self, name, *arguments, status=0, **how):
-        """Runs the command with --json and answers its object."""
-        run = self.run_program(name, "--json", *arguments, **how)
-        self.assertEqual(run.returncode, status, (run.stdout, run.stderr))
-        result = json.loads(run.stdout.decode())
-        self.assertEqual(result["error"] is None, status == 0, result)
-        if status:
-            self.assertIn(result["error"], run.stderr.decode(errors="replace"))
-        self.assertEqual(self.staging_leftovers(), [])
-        return result
-
     def write_set(self, *arguments, **how):
         return self.command("write", "--root", self.root, *arguments, **how)
 
