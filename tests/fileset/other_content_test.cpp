@@ -168,8 +168,13 @@ TEST(Totals, CountTheObjectsAndTheOtherContent) {
     EXPECT_EQ(job.sentence(), "");
   }
 
+  Text configured;
+  job.registry.setOtherContent(job.source);
+  EXPECT_TRUE(job.builder.GetOtherContentSourceDir(configured));
+  EXPECT_EQ(configured, WideOf(job.source));
   // With a value that is no text there is no telling.
   job.registry.setNumber("OtherContentSourceDir", 1);
+  EXPECT_FALSE(job.builder.GetOtherContentSourceDir(configured));
   EXPECT_FALSE(job.builder.GetTotalSize(size));
   EXPECT_EQ(job.sentence(), kNoValue);
   EXPECT_EQ(size, 0U);
