@@ -61,12 +61,16 @@ function(quillon_folder name)
   endif()
 endfunction()
 
-# quillon_test(NAME LABEL label DEPENDS target... [NOT_ON_WINDOWS file...])
-# Makes a GoogleTest program of the .cpp files in this folder that links only what it is given. Files
-# that need the layer's substitutes or Linux programs are left out of the Windows build.
+# quillon_test(NAME LABEL label [DIRS dir...] DEPENDS target... [NOT_ON_WINDOWS file...])
+# Makes a GoogleTest program of the .cpp files in this folder, or in DIRS, that links only what it is
+# given. Files that need the layer's substitutes or Linux programs are left out of the Windows build.
 function(quillon_test name)
-  cmake_parse_arguments(ARG "" "LABEL" "DEPENDS;NOT_ON_WINDOWS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  cmake_parse_arguments(ARG "" "LABEL" "DIRS;DEPENDS;NOT_ON_WINDOWS" ${ARGN})
+  set(patterns "*.cpp")
+  if(ARG_DIRS)
+    list(TRANSFORM ARG_DIRS APPEND "/*.cpp" OUTPUT_VARIABLE patterns)
+  endif()
+  file(GLOB sources CONFIGURE_DEPENDS ${patterns})
   if(WIN32)
     list(TRANSFORM ARG_NOT_ON_WINDOWS PREPEND "${CMAKE_CURRENT_SOURCE_DIR}/")
     list(REMOVE_ITEM sources ${ARG_NOT_ON_WINDOWS})

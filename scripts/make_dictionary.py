@@ -50,7 +50,7 @@ extern const std::array<DcTag, kElementCount> kElementTags;
 }}  // namespace quillon
 """
 
-BODY_BEGIN = """{made_by}#include "tables/element_table.h"
+BODY_BEGIN = """{made_by}#include "element_table.h"
 
 namespace quillon {{
 namespace {{

@@ -71,7 +71,7 @@ analyzer() {
 every_kill() { QUILLON_DEEP_TESTS=1 ctest --preset release -R '^cli_(kill|two_jobs|unfinished)$' --timeout 7200; }
 valgrind_tests() {
   local test
-  for test in dicom dicomobjects fileset; do
+  for test in dicom_elements dicom_reading dicomdir dicomobjects fileset; do
     # The tests' own operator new must not be taken for the library's.
     valgrind --quiet --error-exitcode=1 --soname-synonyms=somalloc=nouserintercepts \
       "build/release/bin/${test}_test" --gtest_brief=1 || return 1

@@ -1,5 +1,5 @@
 // Made by scripts/make_dictionary.py from data_elements.tsv: change that file instead.
-#include "tables/element_table.h"
+#include "element_table.h"
 
 namespace quillon {
 namespace {

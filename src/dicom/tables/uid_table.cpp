@@ -1,4 +1,4 @@
-#include "tables/uid_table.h"
+#include "uid_table.h"
 
 namespace quillon {
 namespace {

@@ -1,0 +1,103 @@
+// Writes one directory record behind the bytes of a DICOMDIR.
+#include "dir_rec_encode.h"
+
+#include "dicom/byte_order.h"
+#include "dicom/dir_rec.h"
+#include "dicom/elem_sq.h"
+#include "dicom/element_form.h"
+#include "dicom/log.h"
+#include "dir_element_bytes.h"
+#include "record_types.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kFunction = "DcDirRec::frame";
+
+// Bytes that stay in another file cannot be keys: their length would stand in the record without
+// them.
+bool staysInFile(const DcElemList& list);
+
+bool staysInFile(const DcElem& element) {
+  for (const DcElemValueBuf& segment : element.segments()) {
+    if (segment.storage() == DcElemValueBuf::Storage::File) return true;
+  }
+  const auto* sequence = element.isSequence() ? dynamic_cast<const DcElemSq*>(&element) : nullptr;
+  for (std::size_t i = 0; sequence != nullptr && i < sequence->itemCount(); ++i) {
+    if (staysInFile(*sequence->item(i))) return true;
+  }
+  return false;
+}
+
+bool staysInFile(const DcElemList& list) {
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if (staysInFile(*list.at(i))) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+DcCode DcDirRec::frame(std::vector<std::uint8_t>& file) {
+  std::size_t mrdrLinkAt = 0;
+  return frameItem(file, mrdrLinkAt);
+}
+
+DcCode DcDirRec::frameItem(std::vector<std::uint8_t>& file, std::size_t& mrdrLinkAt) {
+  const std::size_t itemAt = file.size();
+  const bool isMrdr = type_ == DcDirRecType::Mrdr;
+  offsetInFile_ = static_cast<std::uint32_t>(itemAt);
+  mrdrLinkAt = 0;
+  if (type_ == DcDirRecType::Unknown) {
+    dcLog(DcLogLevel::Warning, kFunction, "Record of type UNKNOWN framed at offset %d (0x%06x)",
+          static_cast<int>(offsetInFile_), offsetInFile_);
+  }
+  if (isMrdr && fileIdParts_.empty()) {
+    dcLog(DcLogLevel::Error, kFunction, "MRDR at offset %d (0x%06x) - missing Referenced File ID",
+          static_cast<int>(offsetInFile_), offsetInFile_);
+  }
+
+  DcDirElementBytes elements(file);
+  const std::size_t lengthAt = elements.itemHeader();
+  elements.ul(0x00041400, nextOffset_);
+  elements.us(0x00041410, inUseFlag_);
+  elements.ul(0x00041420, lowerOffset_);
+  elements.text(0x00041430, "CS", dirTypeRow(type_).name);
+  if (!privateRecordUid_.empty()) elements.text(0x00041432, "UI", privateRecordUid_);
+  if (!fileIdParts_.empty()) {
+    if (mrdr_ != nullptr) {
+      mrdrLinkAt = elements.ul(0x00041504, mrdr_->offsetInFile_);
+    } else {
+      elements.parts(0x00041500, "CS", fileIdParts_);
+    }
+    if (isMrdr) {
+      elements.ul(0x00041600, referenceCount_);
+    } else {
+      elements.text(0x00041510, "UI", refSopClassUid_);
+      elements.text(0x00041511, "UI", refSopInstanceUid_);
+      elements.text(0x00041512, "UI", refTransferSyntaxUid_);
+    }
+  }
+  if (elements.code() != kDcOk) return elements.code();
+
+  // The keys are encoded once, at their place: the estimate is never below what they take.
+  removeGroup(0x0004);
+  if (staysInFile(*this)) {
+    dcLog(DcLogLevel::Error, kFunction, "Offset - %d (0x%06x), key with its value in a file",
+          static_cast<int>(offsetInFile_), offsetInFile_);
+    return kDcNotAccepted;
+  }
+  const std::size_t keysAt = file.size();
+  std::uint32_t keyBytes = 0;
+  if (size() != 0) {
+    file.resize(keysAt + static_cast<std::size_t>(encodedLengthEstimate()));
+    const DcCode rc = frame(&file[keysAt], keyBytes, DcUid::ExplicitLittleEndian);
+    if (rc != kDcOk) return rc;
+    file.resize(keysAt + keyBytes);
+  }
+  storeLe32(&file[lengthAt], static_cast<std::uint32_t>(file.size() - itemAt - kItemHeaderBytes));
+  return kDcOk;
+}
+
+}  // namespace quillon

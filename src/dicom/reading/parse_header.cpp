@@ -1,0 +1,86 @@
+#include "dicom/parse_header.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "dicom/dict.h"
+#include "dicom/vr_table.h"
+
+namespace quillon {
+namespace {
+
+// The VRs that can stand in a file. None when the two characters name no such VR.
+DcVr vrFromCode(const std::uint8_t* code) {
+  const DcVr vr = vrByCode(code[0], code[1]);
+  return vrRow(vr).pseudo ? DcVr::None : vr;
+}
+
+// VRs that were made after the table. They, and every one still to come, have the long header.
+constexpr std::array<std::string_view, 7> kYoungerVrs{"OD", "OL", "OV", "SV", "UC", "UR", "UV"};
+
+bool isYoungerVr(const std::uint8_t* code, bool isKnownTag) {
+  const char text[] = {static_cast<char>(code[0]), static_cast<char>(code[1])};
+  if (isKnownTag) {
+    return std::ranges::find(kYoungerVrs, std::string_view(text, 2)) != kYoungerVrs.end();
+  }
+  return isVrLetter(code[0]) && isVrLetter(code[1]);
+}
+
+// Group 0000 is implicit and groups 0002 and 0004 are explicit, both little endian, in whatever
+// data set they stand. In a big endian data set their bytes can also be those of a group like
+// 0400; the dictionary tells the two apart.
+void applyGroupForm(const std::uint8_t* bytes, ElemInfo& info) {
+  const bool big = (info.flags & kParseBig) != 0;
+  const unsigned kept = info.flags & kParseOpenEnd;
+  if (info.tag >> 16 == 0) {
+    info.tag = loadTag(bytes, false);
+    info.flags = kParseImplicitLittleForm | kept;
+    return;
+  }
+  const std::uint16_t group = big ? loadLe16(bytes) : dcGroup(info.tag);
+  if (group != 0x0002 && group != 0x0004) return;
+  if (big && theDictionary().getElemDef(info.tag, nullptr) == kDcOk) return;
+  info.tag = loadTag(bytes, false);
+  info.flags = kParseExplicitLittleForm | kept;
+}
+
+}  // namespace
+
+unsigned parseFormOf(DcUid transferSyntax) {
+  if (transferSyntax == DcUid::ImplicitLittleEndian) return kParseImplicitLittleForm;
+  if (transferSyntax == DcUid::ExplicitBigEndian) return kParseExplicitBigForm;
+  return kParseExplicitLittleForm;
+}
+
+bool utilGetElemInfo(const std::uint8_t* bytes, std::size_t available, unsigned flags,
+                     ElemInfo& info) {
+  if (available < kShortHeaderBytes) return false;
+  info.flags = flags;
+  info.tag = loadTag(bytes, (flags & kParseBig) != 0);
+  info.isVrFromDictionary = false;
+  applyGroupForm(bytes, info);
+  const bool big = (info.flags & kParseBig) != 0;
+
+  if ((info.flags & kParseExplicit) == 0) {
+    info.vr = DcVr::None;
+    info.headerBytes = kShortHeaderBytes;
+    info.valueLength = load32(bytes + 4, big);
+    return true;
+  }
+  info.vr = vrFromCode(bytes + 4);
+  bool isLong = hasLongHeader(info.vr);
+  if (info.vr == DcVr::None) {
+    std::int32_t vm = 0;
+    info.isVrFromDictionary = theDictionary().getElemVrVm(info.tag, info.vr, vm) == kDcOk;
+    isLong = isYoungerVr(bytes + 4, info.isVrFromDictionary) ||
+             (info.isVrFromDictionary && hasLongHeader(info.vr));
+    if (!info.isVrFromDictionary) info.vr = DcVr::UN;
+  }
+  if (isLong && available < kLongHeaderBytes) return false;
+  info.headerBytes = isLong ? kLongHeaderBytes : kShortHeaderBytes;
+  info.valueLength = isLong ? load32(bytes + 8, big) : load16(bytes + 6, big);
+  return true;
+}
+
+}  // namespace quillon
