@@ -1,11 +1,14 @@
 #include "elem_value.h"
 
 #include <algorithm>
-#include <bit>
 #include <span>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
+#include "dicom/byte_order.h"
+#include "dicom/text_scan.h"
+#include "dicom/vr_table.h"
 #include "dicomobjects/dicom_util.h"
 #include "foundation/buffer.h"
 #include "platform/services.h"
@@ -40,7 +43,7 @@ bool ReadNumbers(DcElem& element, bool asArray, std::size_t maxEntries, DicomVal
 
 bool OneText(DcElem& element, int index, Text& text) {
   if (const auto stored = element.stringValue(index)) {
-    text = WidenValue(TrimValue(*stored));
+    text = WidenValue(trimmed(*stored));
     return true;
   }
   char number[kNumberTextBytes] = {};
@@ -95,37 +98,17 @@ bool SegmentBytes(const DcElemValueBuf& segment, CBuffer& loaded,
   return true;
 }
 
-void AppendUnits(std::span<const std::uint8_t> bytes, bool, std::vector<std::uint8_t>& units) {
-  units.insert(units.end(), bytes.begin(), bytes.end());
-}
-
-void AppendUnits(std::span<const std::uint8_t> bytes, bool bigEndian,
-                 std::vector<std::uint16_t>& units) {
-  const std::size_t high = bigEndian ? 0 : 1;
-  units.reserve(units.size() + bytes.size() / 2);
-  for (std::size_t at = 0; at + 1 < bytes.size(); at += 2) {
-    units.push_back(static_cast<std::uint16_t>(bytes[at + high] << 8 | bytes[at + 1 - high]));
-  }
-}
-
-void AppendUnits(std::span<const std::uint8_t> bytes, bool bigEndian, std::vector<float>& units) {
-  units.reserve(units.size() + bytes.size() / 4);
-  for (std::size_t at = 0; at + 3 < bytes.size(); at += 4) {
-    std::uint32_t bits = 0;
-    for (std::size_t i = 0; i < 4; ++i) {
-      bits = bits << 8 | bytes[at + (bigEndian ? i : 3 - i)];
-    }
-    units.push_back(std::bit_cast<float>(bits));
-  }
-}
-
 template <typename Unit>
 bool BulkUnits(const DcElem& element, std::vector<Unit>& units) {
   for (const DcElemValueBuf& segment : element.segments()) {
     CBuffer loaded;
     std::span<const std::uint8_t> bytes;
     if (!SegmentBytes(segment, loaded, bytes)) return false;
-    AppendUnits(bytes, segment.transferSyntax() == DcUid::ExplicitBigEndian, units);
+    const bool isBig = segment.transferSyntax() == DcUid::ExplicitBigEndian;
+    units.reserve(units.size() + bytes.size() / sizeof(Unit));
+    for (; bytes.size() >= sizeof(Unit); bytes = bytes.subspan(sizeof(Unit))) {
+      units.push_back(isBig ? loadBe<Unit>(bytes.data()) : loadLe<Unit>(bytes.data()));
+    }
   }
   return true;
 }
@@ -148,7 +131,7 @@ bool ReadLongText(const DcElem& element, DicomValue& value) {
   std::vector<std::uint8_t> bytes;
   if (!BulkUnits(element, bytes)) return false;
   if (bytes.empty()) return true;
-  value = WidenValue(TrimValue({reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
+  value = WidenValue(trimmed({reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
   return true;
 }
 
@@ -163,43 +146,25 @@ DcVr ReadableVr(const DcElem& element, std::uint16_t bitsAllocated) {
 bool ReadElementValue(DcElem& element, DcVr vr, bool asArray, DicomValue& value,
                       std::size_t maxEntries) {
   value = std::monostate{};
-  switch (vr) {
-    case DcVr::OB:
-    case DcVr::UN:
-    case DcVr::Xx:
-      return ReadBulk<std::uint8_t>(element, value);
-    case DcVr::OW:
-      return ReadBulk<std::uint16_t>(element, value);
-    case DcVr::OF:
-      return ReadBulk<float>(element, value);
-    case DcVr::UT:
-      return ReadLongText(element, value);
-    default:
-      break;
+  const VrRow& row = vrRow(vr);
+  if (row.storage == DcStorage::Segments) {
+    if (vr == DcVr::UT) return ReadLongText(element, value);
+    if (row.sizeClass == DcSizeClass::Words) return ReadBulk<std::uint16_t>(element, value);
+    if (row.sizeClass == DcSizeClass::Floats) return ReadBulk<float>(element, value);
+    return ReadBulk<std::uint8_t>(element, value);
   }
   if (element.valueCount() == 0) return true;
-  switch (vr) {
-    case DcVr::FL:
-      return ReadNumbers<float>(element, asArray, maxEntries, value);
-    case DcVr::FD:
-      return ReadNumbers<double>(element, asArray, maxEntries, value);
-    case DcVr::SL:
-      return ReadNumbers<std::int32_t>(element, asArray, maxEntries, value);
-    case DcVr::SS:
-      return ReadNumbers<std::int16_t>(element, asArray, maxEntries, value);
-    case DcVr::UL:
-      return ReadNumbers<std::uint32_t>(element, asArray, maxEntries, value);
-    case DcVr::US:
-      return ReadNumbers<std::uint16_t>(element, asArray, maxEntries, value);
-    case DcVr::XS:
-      // A single one is text; several, such as a lookup table descriptor, come as 16-bit entries.
-      if (asArray && element.valueCount() > 1) {
-        return ReadNumbers<std::int16_t>(element, asArray, maxEntries, value);
+  // A single one that may be signed or not is text; several, such as a lookup table descriptor,
+  // come as 16-bit entries.
+  const bool isText = row.isPseudo() && !(vr == DcVr::XS && asArray && element.valueCount() > 1);
+  return visitStorage(row.storage, [&]<typename Stored>(Stored) {
+    if constexpr (std::is_arithmetic_v<Stored>) {
+      if (!isText && row.number != DcNumber::Tag) {
+        return ReadNumbers<Stored>(element, asArray, maxEntries, value);
       }
-      return ReadTexts(element, asArray, maxEntries, value);
-    default:
-      return ReadTexts(element, asArray, maxEntries, value);
-  }
+    }
+    return ReadTexts(element, asArray, maxEntries, value);
+  });
 }
 
 }  // namespace quillon

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "dicom/dict.h"
+#include "dicom/vr_table.h"
 #include "dicomobjects/xml_text.h"
 #include "elem_value.h"
 
@@ -32,22 +33,6 @@ constexpr std::array kMetaRows{
     MetaRow{0x0016, DcVr::AE}, MetaRow{0x0100, DcVr::UI}, MetaRow{0x0102, DcVr::OB},
 };
 
-// VRs of which an element holds one run of bytes, however many entries that makes.
-bool IsBinary(DcVr vr) {
-  switch (vr) {
-    case DcVr::UN:
-    case DcVr::OB:
-    case DcVr::OW:
-    case DcVr::OX:
-    case DcVr::XL:
-    case DcVr::XS:
-    case DcVr::Xx:
-      return true;
-    default:
-      return false;
-  }
-}
-
 std::string Decimal(std::size_t number) { return std::to_string(number); }
 
 template <typename Held>
@@ -72,12 +57,6 @@ bool IsArray(const DicomValue& value) {
 bool IsEmpty(const DicomValue& value) {
   const auto* text = std::get_if<Text>(&value);
   return text != nullptr ? text->empty() : std::holds_alternative<std::monostate>(value);
-}
-
-bool HoldsBytesOrWords(const DicomValue& value) {
-  return std::holds_alternative<std::vector<std::uint8_t>>(value) ||
-         std::holds_alternative<std::vector<std::uint16_t>>(value) ||
-         std::holds_alternative<std::vector<std::int16_t>>(value);
 }
 
 Text EntryText(const DicomValue& array, std::size_t index) {
@@ -125,20 +104,10 @@ std::uint16_t HeaderXml::BitsAllocated() {
 
 std::string HeaderXml::VrText(const DcElem& element) {
   const DcVr vr = element.resolvedVr();
-  switch (vr) {
-    case DcVr::OX:
-      if (BitsAllocated() == 0) return "OB/OW";
-      return ReadableVr(element, BitsAllocated()) == DcVr::OW ? "OW" : "OB";
-    case DcVr::XL:
-      return "UL";
-    case DcVr::XS:
-      return "US";
-    default:
-      break;
-  }
-  std::string code;
-  if (vr == DcVr::Xx || theDictionary().getVr(vr, &code) != kDcOk) return "UN";
-  return code;
+  if (vr == DcVr::OX && BitsAllocated() == 0) return "OB/OW";
+  const std::string_view code =
+      vrCodeAsWritten(vr == DcVr::OX ? ReadableVr(element, BitsAllocated()) : vr);
+  return std::string(code.empty() ? "UN" : code);
 }
 
 void HeaderXml::OpenTag(DcTag tag, std::string_view vr, std::string_view vm) {
@@ -279,7 +248,8 @@ bool HeaderXml::DumpElement(DcElem& element, int depth) {
 bool HeaderXml::PutElement(const DcElem& element, const DicomValue& value, std::size_t valueCount) {
   const DcVr vr = element.resolvedVr();
   const bool isArray = IsArray(value);
-  if (isArray && IsBinary(vr) && !HoldsBytesOrWords(value)) return false;
+  // Bytes and words are all that the VRs without a settled form come as.
+  if (isArray && vr == DcVr::XL) return false;
   const std::size_t vm =
       isArray ? std::min<std::size_t>(EntryCount(value), maxValues_) : valueCount;
   OpenTag(element.tag(), vr == DcVr::OX && !isArray ? std::string("OB/OW") : VrText(element),

@@ -7,18 +7,9 @@ namespace quillon {
 
 namespace {
 
-constexpr unsigned char kFirstNoSpace = 14;
 constexpr unsigned kFirstNoAscii = 0x80;
 
-bool IsSpace(char c) { return c == ' ' || static_cast<unsigned char>(c) < kFirstNoSpace; }
-
 }  // namespace
-
-std::string_view TrimValue(std::string_view text) {
-  while (!text.empty() && IsSpace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsSpace(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 Text WidenValue(std::string_view text) {
   Text wide(text.size(), OLECHAR{});

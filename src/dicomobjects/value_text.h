@@ -8,10 +8,6 @@
 
 namespace quillon {
 
-// Without the white space (spaces and bytes below 14, the padding zero of UIDs among them) at both
-// ends.
-std::string_view TrimValue(std::string_view text);
-
 // An element's bytes in the ANSI code page, of which ASCII is the part that nearly all values keep
 // to: those are widened without asking the platform.
 Text WidenValue(std::string_view text);

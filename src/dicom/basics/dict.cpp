@@ -180,7 +180,7 @@ DcCode DcDict::getVr(DcVr vr, std::string* code) const {
   code->clear();
   if (static_cast<std::size_t>(vr) >= kVrTable.size()) return refuseVr("DcDict::getVr", vr);
   const VrRow& row = vrRow(vr);
-  if (row.pseudo) return kDcNotFound;
+  if (row.isPseudo()) return kDcNotFound;
   code->assign(row.code);
   return kDcOk;
 }

@@ -1,10 +1,10 @@
 // Values on their way into an element: conversion to what its VR stores, and the checks of text.
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdlib>
 #include <limits>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 #include "dicom/convert.h"
@@ -17,6 +17,7 @@
 #include "dicom/text_to_number.h"
 #include "dicom/vr_table.h"
 #include "elem_verify.h"
+#include "number_text.h"
 
 namespace quillon {
 namespace {
@@ -28,23 +29,23 @@ constexpr char kEscape = 27;
 constexpr char kSeparator = '\\';
 // Values are counted and numbered in an int.
 constexpr std::size_t kMaxValues = std::numeric_limits<int>::max();
-// As many significant digits as "%g" prints.
-constexpr int kPrintedDigits = 6;
-
-// One value, however many backslashes it holds.
-bool isOneText(DcVr vr) { return vr == DcVr::LT || vr == DcVr::ST; }
-
-// An ESC begins (and ends) text in another character set, whose second bytes may look like "\".
-bool escapesSeparator(DcVr vr) {
-  return vr == DcVr::CS || vr == DcVr::LO || vr == DcVr::PN || vr == DcVr::SH;
-}
-
 bool isControl(char c) { return static_cast<unsigned char>(c) < 32; }
 
-bool isLine(DcVr vr) { return vr == DcVr::LO || vr == DcVr::SH; }
+bool isLine(const VrRow& row) {
+  return row.textRule == DcTextRule::LO || row.textRule == DcTextRule::SH;
+}
 
-bool acceptsText(DcVr vr) {
-  return vr != DcVr::XL && vrStorage(vr) != DcStorage::None && vrStorage(vr) != DcStorage::Segments;
+// Which VRs take a number of type T: what would not fit another's digits is refused by it.
+template <typename T>
+bool accepts(const VrRow& row) {
+  if (row.textRule == DcTextRule::None) return false;
+  if constexpr (std::is_integral_v<T>) {
+    return row.number == DcNumber::Integer || row.number == DcNumber::Real ||
+           (row.number == DcNumber::Tag && sizeof(T) == sizeof(DcTag));
+  } else {
+    return row.number == DcNumber::Real &&
+           (std::is_same_v<T, double> || row.storage != DcStorage::Double);
+  }
 }
 
 // Length of the first value of text that may hold several.
@@ -55,18 +56,6 @@ std::size_t firstPieceChars(std::string_view text, bool escapes) {
     if (text[i] == kSeparator && !escaped) return i;
   }
   return text.size();
-}
-
-template <typename T>
-std::string_view print(std::array<char, 32>& buffer, T value) {
-  std::to_chars_result result{};
-  if constexpr (std::is_floating_point_v<T>) {
-    result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                           std::chars_format::general, kPrintedDigits);
-  } else {
-    result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  }
-  return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
 }
 
 template <typename T>
@@ -96,9 +85,8 @@ DcCode tooManyValues(const DcElem& element) {
 }  // namespace
 
 DcCode DcElem::refuse(const char* function, const char* type) const {
-  const VrRow& row = vrRow(resolvedVr());
   dcLog(DcLogLevel::Error, function, "Element (%04x,%04x) VR=%s, does not accept %s", group(),
-        element(), row.pseudo ? "" : row.code, type);
+        element(), vrRow(resolvedVr()).shownCode(), type);
   return kDcNotAccepted;
 }
 
@@ -139,16 +127,16 @@ DcCode DcElem::addValue(const char* text, int index) {
 
 DcCode DcElem::addText(std::string_view text, int index) {
   text = text.substr(0, text.find('\0'));
-  const DcVr vr = resolvedVr();
-  if (isOneText(vr) || text.find(kSeparator) == std::string_view::npos) {
+  const VrRow& row = vrRow(resolvedVr());
+  if (row.split == DcSplit::Whole || text.find(kSeparator) == std::string_view::npos) {
     return addValueStrg(text, index);
   }
   text = trimmed(text);
   if (text.ends_with(kSeparator)) text.remove_suffix(1);
-  const bool escapes = escapesSeparator(vr);
+  const bool escapes = row.split == DcSplit::Escapes;
   const bool isBounded = vmLimit_ != 0 && dcValueChecking();
   DcTextValues* values = nullptr;
-  if (vrStorage(vr) == DcStorage::Text && index == kAppend && !isBounded) {
+  if (row.storage == DcStorage::String && index == kAppend && !isBounded) {
     values = std::get_if<DcTextValues>(&values_);
     if (values == nullptr) values = &values_.emplace<DcTextValues>();
     // What is kept is never longer than what was given.
@@ -172,18 +160,19 @@ DcCode DcElem::addText(std::string_view text, int index) {
 // What the VR demands of one value, and what becomes of one that does not meet it.
 DcCode DcElem::addValueStrg(std::string_view text, int index) {
   const DcVr vr = resolvedVr();
-  if (!acceptsText(vr)) return refuse(kAddValueStrg, "string");
-  if (!isOneText(vr)) text = trimmedLeft(text);
+  const VrRow& row = vrRow(vr);
+  if (row.textRule == DcTextRule::None) return refuse(kAddValueStrg, "string");
+  const bool isText = row.storage == DcStorage::String;
+  if (!isText || row.split != DcSplit::Whole) text = trimmedLeft(text);
   text = trimmedRight(text);
-  const bool isText = vrStorage(vr) == DcStorage::Text;
   if (text.empty()) {
     // A number cannot be empty; that there is none is all that can be kept.
     return isText ? store(std::string_view(), index) : kDcOk;
   }
-  if (!isText) return addNumberText(vr, text, index);
+  DcCode code = dcVerifyText(tag_, row.textRule, text);
+  if (!isText) return addNumberText(row, text, code, index);
 
-  DcCode code = checkText(vr, text);
-  if (isLine(vr) && code == kDcIllegalCharacter) code = kDcOk;
+  if (isLine(row) && code == kDcIllegalCharacter) code = kDcOk;
   const bool isTooLong = maxValueBytes_ != 0 && text.size() > maxValueBytes_;
   if (hook_.convert == nullptr) {
     if (code != kDcOk) return code;
@@ -197,47 +186,9 @@ DcCode DcElem::addValueStrg(std::string_view text, int index) {
     std::string replacement;
     code = askHook(vr, text, replacement);
     // A value ends at its first zero byte.
-    return code == kDcOk ? storeText(vr, replacement.c_str(), index) : code;
+    return code == kDcOk ? storeText(row, replacement.c_str(), index) : code;
   }
-  return storeText(vr, text, index);
-}
-
-// What the VR demands of text that is stored as text.
-DcCode DcElem::checkText(DcVr vr, std::string_view text) const {
-  switch (vr) {
-    case DcVr::AE:
-      return dcVerifyText(tag_, DcTextRule::AE, text);
-    case DcVr::CS:
-      return dcVerifyText(tag_, DcTextRule::CS, text);
-    case DcVr::DS:
-      return dcVerifyText(tag_, DcTextRule::DS, text);
-    case DcVr::IS:
-      return dcVerifyText(tag_, DcTextRule::IS, text);
-    case DcVr::LO:
-      return dcVerifyText(tag_, DcTextRule::LO, text);
-    case DcVr::SH:
-      return dcVerifyText(tag_, DcTextRule::SH, text);
-    case DcVr::UI:
-      return dcVerifyText(tag_, DcTextRule::UI, text);
-    case DcVr::AS: {
-      DcElemValueAS age;
-      return utilStrgToValue(tag_, text, &age);
-    }
-    case DcVr::DA: {
-      DcElemValueDA date;
-      return utilStrgToValue(tag_, text, &date);
-    }
-    case DcVr::DT: {
-      DcElemValueDT dateTime;
-      return utilStrgToValue(tag_, text, &dateTime);
-    }
-    case DcVr::TM: {
-      DcElemValueTM time;
-      return utilStrgToValue(tag_, text, &time);
-    }
-    default:  // LT and ST hold what they like, and so does a name
-      return kDcOk;
-  }
+  return storeText(row, text, index);
 }
 
 DcCode DcElem::askHook(DcVr vr, std::string_view text, std::string& replacement) {
@@ -251,8 +202,8 @@ DcCode DcElem::askHook(DcVr vr, std::string_view text, std::string& replacement)
   return kDcOk;
 }
 
-DcCode DcElem::storeText(DcVr vr, std::string_view text, int index) {
-  if (!isLine(vr) || std::ranges::none_of(text, isControl) ||
+DcCode DcElem::storeText(const VrRow& row, std::string_view text, int index) {
+  if (!isLine(row) || std::ranges::none_of(text, isControl) ||
       text.find(kEscape) != std::string_view::npos) {
     return store(text, index);
   }
@@ -263,112 +214,59 @@ DcCode DcElem::storeText(DcVr vr, std::string_view text, int index) {
   return store(std::string_view(shown), index);
 }
 
-// Text for a VR that stores numbers.
-DcCode DcElem::addNumberText(DcVr vr, std::string_view text, int index) {
-  DcElemValueAT tag;
-  const bool isReal = vr == DcVr::FL || vr == DcVr::FD;
-  DcCode code = vr == DcVr::AT ? utilStrgToValue(tag_, text, &tag)
-                : isReal       ? dcVerifyText(tag_, DcTextRule::FX, text)
-                               : dcVerifyText(tag_, DcTextRule::IS, text);
+// Text for a VR that stores numbers; code: what its check said.
+DcCode DcElem::addNumberText(const VrRow& row, std::string_view text, DcCode code, int index) {
   std::string replacement;
   if (code != kDcOk) {
     if (hook_.convert == nullptr) return code;
-    const DcCode asked = askHook(vr, text, replacement);
+    const DcCode asked = askHook(row.vr, text, replacement);
     if (asked != kDcOk) return asked;
     // A tag is not stored as text, so that one which is still none cannot be taken as it is.
-    if (vr == DcVr::AT) {
-      if (replacement == text) return code;
-      code = utilStrgToValue(tag_, replacement, &tag);
-      if (code != kDcOk) return code;
-    }
+    if (row.number == DcNumber::Tag && replacement == text) return code;
     text = replacement;
   }
-  switch (vr) {
-    case DcVr::AT:
-      return store<std::uint32_t>(dcTag(tag.group, tag.element), index);
-    case DcVr::FL:
-    case DcVr::FD:
-      return addValue(textToDouble(text), index);
-    case DcVr::UL:
-    case DcVr::US:
-      return addValue(textToUint32(text), index);
-    case DcVr::XS: {
-      const std::int32_t value = textToInt32(text);
-      return value > 0 ? addValue(static_cast<std::uint16_t>(value), index)
-                       : addValue(static_cast<std::int16_t>(value), index);
-    }
-    default:
-      return addValue(textToInt32(text), index);
+  if (row.number == DcNumber::Tag) {
+    DcElemValueAT tag;
+    code = utilStrgToValue(tag_, text, &tag);
+    return code == kDcOk ? store(dcTag(tag.group, tag.element), index) : code;
   }
+  return visitStorage(row.storage, [&]<typename Stored>(Stored) {
+    if constexpr (std::is_floating_point_v<Stored>) {
+      return store(static_cast<Stored>(textToDouble(text)), index);
+    } else if constexpr (std::is_unsigned_v<Stored>) {
+      return store(static_cast<Stored>(textToUint32(text)), index);
+    } else if constexpr (std::is_integral_v<Stored>) {
+      return store(static_cast<Stored>(textToInt32(text)), index);
+    } else {
+      return kDcNotAccepted;
+    }
+  });
 }
 
 template <typename T>
-DcCode DcElem::addInteger(T value, int index, bool acceptsAt, const char* type) {
-  switch (resolvedVr()) {
-    case DcVr::DS:
-    case DcVr::IS: {
-      std::array<char, 32> buffer{};
-      return addValueStrg(print(buffer, value), index);
+DcCode DcElem::addNumber(T value, int index, const char* type) {
+  const VrRow& row = vrRow(resolvedVr());
+  if (!accepts<T>(row)) return refuse(kAddValue, type);
+  return visitStorage(row.storage, [&]<typename Stored>(Stored) {
+    if constexpr (std::is_arithmetic_v<Stored>) {
+      return store(static_cast<Stored>(value), index);
+    } else {
+      NumberText buffer;
+      return addValueStrg(printNumber(buffer, value), index);
     }
-    case DcVr::FL:
-      return store(static_cast<float>(value), index);
-    case DcVr::FD:
-      return store(static_cast<double>(value), index);
-    case DcVr::SL:
-      return store(static_cast<std::int32_t>(value), index);
-    case DcVr::SS:
-    case DcVr::XS:
-      return store(static_cast<std::int16_t>(value), index);
-    case DcVr::US:
-      return store(static_cast<std::uint16_t>(value), index);
-    case DcVr::AT:
-      if (!acceptsAt) return refuse(kAddValue, type);
-      [[fallthrough]];
-    case DcVr::UL:
-      return store(static_cast<std::uint32_t>(value), index);
-    default:
-      return refuse(kAddValue, type);
-  }
+  });
 }
 
-DcCode DcElem::addValue(std::int16_t value, int index) {
-  return addInteger(value, index, false, "short");
-}
+DcCode DcElem::addValue(std::int16_t value, int index) { return addNumber(value, index, "short"); }
 DcCode DcElem::addValue(std::uint16_t value, int index) {
-  return addInteger(value, index, false, "unsigned short");
+  return addNumber(value, index, "unsigned short");
 }
-DcCode DcElem::addValue(std::int32_t value, int index) {
-  return addInteger(value, index, true, "long");
-}
+DcCode DcElem::addValue(std::int32_t value, int index) { return addNumber(value, index, "long"); }
 DcCode DcElem::addValue(std::uint32_t value, int index) {
-  return addInteger(value, index, true, "unsigned long");
+  return addNumber(value, index, "unsigned long");
 }
-
-DcCode DcElem::addValue(float value, int index) {
-  std::array<char, 32> buffer{};
-  switch (resolvedVr()) {
-    case DcVr::DS:
-      return addValueStrg(print(buffer, value), index);
-    case DcVr::FL:
-      return store(value, index);
-    default:
-      return refuse(kAddValue, "float");
-  }
-}
-
-DcCode DcElem::addValue(double value, int index) {
-  std::array<char, 32> buffer{};
-  switch (resolvedVr()) {
-    case DcVr::DS:
-      return addValueStrg(print(buffer, value), index);
-    case DcVr::FL:
-      return store(static_cast<float>(value), index);
-    case DcVr::FD:
-      return store(value, index);
-    default:
-      return refuse(kAddValue, "double float");
-  }
-}
+DcCode DcElem::addValue(float value, int index) { return addNumber(value, index, "float"); }
+DcCode DcElem::addValue(double value, int index) { return addNumber(value, index, "double float"); }
 
 DcCode DcElem::addValue(DcUid uid, int index) {
   if (resolvedVr() != DcVr::UI) return refuse(kAddValue, "DICT_UID");
@@ -378,7 +276,7 @@ DcCode DcElem::addValue(DcUid uid, int index) {
 }
 
 DcCode DcElem::addValue(const void* bytes, std::uint32_t lengthBytes, DcUid transferSyntax) {
-  if (vrStorage(resolvedVr()) != DcStorage::Segments) return refuse(kAddValue, "raw buffers");
+  if (!isBulkVr(resolvedVr())) return refuse(kAddValue, "raw buffers");
   if (bytes == nullptr || lengthBytes == 0) return kDcNotAccepted;
   if (const DcCode code = checkTransferSyntax(transferSyntax); code != kDcOk) return code;
   try {
@@ -394,8 +292,8 @@ DcCode DcElem::addValue(const void* bytes, std::uint32_t lengthBytes, DcUid tran
 
 DcCode DcElem::addValue(const char* fileName, std::uint64_t offsetInFile, std::uint32_t lengthBytes,
                         DcUid transferSyntax) {
-  const DcVr vr = resolvedVr();
-  if (vr != DcVr::OB && vr != DcVr::OW && vr != DcVr::OX) return refuse(kAddValue, "raw buffers");
+  const DcVr vr = vrRow(resolvedVr()).writtenAs;
+  if (vr != DcVr::OB && vr != DcVr::OW) return refuse(kAddValue, "raw buffers");
   if (fileName == nullptr) return kDcOk;
   DcFile file;
   if (!file.open(fileName, DcFile::Mode::Read)) {

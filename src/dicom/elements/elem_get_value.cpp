@@ -1,9 +1,7 @@
 // Values on their way out of an element.
 #include <algorithm>
-#include <array>
-#include <cstdio>
-#include <cstring>
 #include <string_view>
+#include <type_traits>
 
 #include "dicom/convert.h"
 #include "dicom/dict.h"
@@ -12,28 +10,29 @@
 #include "dicom/text_scan.h"
 #include "dicom/text_to_number.h"
 #include "dicom/vr_table.h"
+#include "number_text.h"
 
 namespace quillon {
 namespace {
 
 constexpr const char* kGetValue = "DcElem::getValue";
 
-constexpr bool isShortInteger(DcVr vr) {
-  return vr == DcVr::SS || vr == DcVr::XS || vr == DcVr::US;
-}
-constexpr bool isLongInteger(DcVr vr) { return vr == DcVr::SL || vr == DcVr::XL || vr == DcVr::UL; }
-
-// Which VRs can be read as a number of type T.
+// Which VRs can be read as a number of type T: those whose values it holds.
 template <typename T>
-constexpr bool isReadableAs(DcVr vr) {
-  if (vr == DcVr::IS || isShortInteger(vr)) return true;
-  if constexpr (std::is_floating_point_v<T>) {
-    return isLongInteger(vr) || vr == DcVr::DS || vr == DcVr::FL || vr == DcVr::FD;
-  } else if constexpr (sizeof(T) == sizeof(std::int32_t)) {
-    return isLongInteger(vr) || vr == DcVr::AT;
-  } else {
-    return false;
+constexpr bool isReadableAs(const VrRow& row) {
+  constexpr bool isReal = std::is_floating_point_v<T>;
+  constexpr bool isLong = sizeof(T) >= sizeof(std::int32_t);
+  switch (row.number) {
+    case DcNumber::Integer:
+      return isLong || (row.storage != DcStorage::Int32 && row.storage != DcStorage::UInt32);
+    case DcNumber::Real:
+      return isReal;
+    case DcNumber::Tag:
+      return isLong && !isReal;
+    case DcNumber::None:
+      break;
   }
+  return false;
 }
 
 template <typename T>
@@ -48,29 +47,9 @@ T numberOf(std::string_view text) {
 }
 
 DcCode refuseReading(const DcElem& element, const char* type) {
-  const VrRow& row = vrRow(element.resolvedVr());
   dcLog(DcLogLevel::Error, kGetValue, "Element (%04x,%04x) VR=%s, cannot get value as %s",
-        element.group(), element.element(), row.pseudo ? "" : row.code, type);
+        element.group(), element.element(), vrRow(element.resolvedVr()).shownCode(), type);
   return kDcNotReadable;
-}
-
-std::string_view printReal(std::array<char, 32>& buffer, double value) {
-  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                    std::chars_format::general, 6);
-  return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
-}
-
-std::string_view printTag(std::array<char, 32>& buffer, DcTag tag) {
-  const int length =
-      std::snprintf(buffer.data(), buffer.size(), "(%04x,%04x)",
-                    static_cast<unsigned>(dcGroup(tag)), static_cast<unsigned>(dcElement(tag)));
-  return {buffer.data(), static_cast<std::size_t>(length)};
-}
-
-template <typename T>
-std::string_view printInteger(std::array<char, 32>& buffer, T value) {
-  const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
 }
 
 }  // namespace
@@ -96,7 +75,7 @@ void DcElem::moveIterator(int index) {
 
 template <typename T>
 DcCode DcElem::getNumber(T& value, int index, const char* type) {
-  if (!isReadableAs<T>(resolvedVr())) return refuseReading(*this, type);
+  if (!isReadableAs<T>(vrRow(resolvedVr()))) return refuseReading(*this, type);
   std::size_t position = 0;
   const DcCode code = locate(index, position);
   if (code != kDcOk) return code;
@@ -121,28 +100,26 @@ DcCode DcElem::getValue(char* buffer, std::size_t bufferBytes, int index) {
     dcLog(DcLogLevel::Error, kGetValue, "Null argument passed");
     return kDcNullArgument;
   }
-  const DcStorage storage = vrStorage(resolvedVr());
-  if (storage == DcStorage::None || storage == DcStorage::Segments) {
+  const VrRow& row = vrRow(resolvedVr());
+  if (row.storage == DcStorage::None || row.storage == DcStorage::Segments) {
     return refuseReading(*this, "string");
   }
   std::size_t position = 0;
   DcCode code = locate(index, position);
   if (code != kDcOk) return code;
 
-  std::array<char, 32> printed{};
-  const bool isTag = resolvedVr() == DcVr::AT;
+  NumberText printed;
   const std::string_view text = std::visit(
-      [&printed, position, isTag](const auto& values) -> std::string_view {
+      [&](const auto& values) -> std::string_view {
         using Stored = std::decay_t<decltype(values)>;
         if constexpr (std::is_same_v<Stored, std::monostate>) {
           return {};
         } else if constexpr (std::is_same_v<Stored, DcTextValues>) {
           return values[position];
-        } else if constexpr (std::is_floating_point_v<typename Stored::value_type>) {
-          return printReal(printed, static_cast<double>(values[position]));
         } else {
-          if (isTag) return printTag(printed, static_cast<DcTag>(values[position]));
-          return printInteger(printed, values[position]);
+          if (row.number == DcNumber::Tag)
+            return printTag(printed, static_cast<DcTag>(values[position]));
+          return printNumber(printed, values[position]);
         }
       },
       values_);
@@ -209,7 +186,7 @@ DcCode DcElem::getValue(DcUid& uid, int index) {
 }
 
 DcCode DcElem::getValue(DcElemValueBuf& segment, int index) {
-  if (vrStorage(resolvedVr()) != DcStorage::Segments) return refuseReading(*this, "raw buffer");
+  if (!isBulkVr(resolvedVr())) return refuseReading(*this, "raw buffer");
   std::size_t position = 0;
   const DcCode code = locate(index, position);
   if (code != kDcOk) return code;

@@ -39,17 +39,29 @@ constexpr Characters kLine = without(range(32, 255), '\\');
 enum class TooLong { CheckTheFirst, Warn, Refuse };
 
 struct Rule {
-  const char* function;
-  std::size_t maxChars;
-  TooLong tooLong;
-  bool escapeSkips;
-  bool emptyIsFine;
-  const Characters* allowed;
+  const char* function = nullptr;
+  std::size_t maxChars = 0;
+  TooLong tooLong = TooLong::Refuse;
+  bool escapeSkips = false;
+  bool emptyIsFine = false;
+  const Characters* allowed = nullptr;
+  // In place of all that: the form of the value.
+  DcCode (*convert)(DcTag tag, std::string_view text) = nullptr;
 };
+
+template <typename Value>
+constexpr Rule form() {
+  return {.convert = [](DcTag tag, std::string_view text) {
+    Value value;
+    return utilStrgToValue(tag, text, &value);
+  }};
+}
 
 // In the order of DcTextRule.
 // clang-format off
-constexpr std::array<Rule, 8> kRules{{
+constexpr std::array<Rule, static_cast<std::size_t>(DcTextRule::TM) + 1> kRules{{
+    {},  // None
+    {},  // Any
     {"DcElem::verifyValueAE", 16,  TooLong::CheckTheFirst, false, false, &kPrintable},
     {"DcElem::verifyValueCS", 16,  TooLong::CheckTheFirst, true,  true,  &kCode},
     {"DcElem::verifyValueDS", 16,  TooLong::Warn,          false, false, &kDecimal},
@@ -58,6 +70,11 @@ constexpr std::array<Rule, 8> kRules{{
     {"DcElem::verifyValueLO", 64,  TooLong::CheckTheFirst, true,  false, &kLine},
     {"DcElem::verifyValueSH", 16,  TooLong::CheckTheFirst, true,  false, &kLine},
     {"DcElem::verifyValueUI", 128, TooLong::Refuse,        false, false, &kUid},
+    form<DcElemValueAS>(),
+    form<DcElemValueAT>(),
+    form<DcElemValueDA>(),
+    form<DcElemValueDT>(),
+    form<DcElemValueTM>(),
 }};
 // clang-format on
 
@@ -72,8 +89,9 @@ DcCode verify(DcTag tag, DcTextRule which, const char* text) {
 }  // namespace
 
 DcCode dcVerifyText(DcTag tag, DcTextRule which, std::string_view text) {
-  if (!dcValueChecking()) return kDcOk;
   const Rule& rule = kRules[static_cast<std::size_t>(which)];
+  if (rule.convert != nullptr) return rule.convert(tag, text);
+  if (!dcValueChecking() || rule.allowed == nullptr) return kDcOk;
   text = trimmed(text);
   if (text.empty()) return rule.emptyIsFine ? kDcOk : kDcNoValue;
   if (rule.escapeSkips && text.find(kEscape) != std::string_view::npos) return kDcOk;

@@ -1,6 +1,5 @@
 // Encodes one element: tag, VR (explicit forms), length, value.
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -42,33 +41,30 @@ std::uint32_t frameText(const DcTextValues& values, char pad, std::uint8_t* to) 
 
 template <class T>
 std::uint32_t frameNumbers(const std::vector<T>& values, bool big, std::uint8_t* to) {
-  using Bits = std::conditional_t<sizeof(T) == 2, std::uint16_t,
-                                  std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
-  const std::uint8_t* start = to;
-  for (const T value : values) {
-    const Bits bits = std::bit_cast<Bits>(value);
-    big ? storeBe(to, bits) : storeLe(to, bits);
-    to += sizeof(T);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    std::uint8_t* at = to + i * sizeof(T);
+    big ? storeBe(at, values[i]) : storeLe(at, values[i]);
   }
-  return static_cast<std::uint32_t>(to - start);
+  return static_cast<std::uint32_t>(values.size() * sizeof(T));
 }
 
-std::uint32_t frameTags(const std::vector<std::uint32_t>& tags, bool big, std::uint8_t* to) {
-  const std::uint8_t* start = to;
-  for (const DcTag tag : tags) {
-    storeTag(to, tag, big);
-    to += sizeof(DcTag);
-  }
-  return static_cast<std::uint32_t>(to - start);
+std::uint32_t frameTags(const std::vector<DcTag>& tags, bool big, std::uint8_t* to) {
+  for (std::size_t i = 0; i < tags.size(); ++i) storeTag(to + i * sizeof(DcTag), tags[i], big);
+  return static_cast<std::uint32_t>(tags.size() * sizeof(DcTag));
 }
 
 // Bytes that change their order together. Where OX is written as OB its bytes are a stream to
 // every reader; in the implicit form they are words.
-std::size_t swapUnit(DcVr vr, DcUid syntax) {
-  if (vr == DcVr::OF) return sizeof(float);
-  if (vr == DcVr::OW) return sizeof(std::uint16_t);
-  if (vr == DcVr::OX && syntax == DcUid::ImplicitLittleEndian) return sizeof(std::uint16_t);
-  return 1;
+std::size_t swapUnit(const VrRow& row, DcUid syntax) {
+  const bool isImplicit = syntax == DcUid::ImplicitLittleEndian;
+  switch (isImplicit ? row.sizeClass : vrRow(row.writtenAs).sizeClass) {
+    case DcSizeClass::Floats:
+      return sizeof(float);
+    case DcSizeClass::Words:
+      return sizeof(std::uint16_t);
+    default:
+      return 1;
+  }
 }
 
 void copySwapped(const std::uint8_t* from, std::size_t length, std::size_t unit, std::uint8_t* to) {
@@ -104,7 +100,8 @@ struct Framed {
   std::uint32_t length = 0;
 };
 
-DcCode frameValueOX(const DcElem& elem, DcVr vr, DcUid syntax, std::uint8_t* to, Framed& framed) {
+DcCode frameValueOX(const DcElem& elem, const VrRow& row, DcUid syntax, std::uint8_t* to,
+                    Framed& framed) {
   const Segments sum = measure(elem.segments());
   if (sum.isMixed()) {
     dcLog(DcLogLevel::Error, "DcElem::frameValueOX",
@@ -115,7 +112,7 @@ DcCode frameValueOX(const DcElem& elem, DcVr vr, DcUid syntax, std::uint8_t* to,
   if (elem.segments().empty()) return kDcOk;
   if (sum.inMemory + sum.inFiles >= kUndefinedLength - 1) return kDcNotAccepted;
   const std::uint8_t* start = to;
-  const std::size_t unit = swapUnit(vr, syntax);
+  const std::size_t unit = swapUnit(row, syntax);
   for (const DcElemValueBuf& segment : elem.segments()) {
     if (segment.storage() == DcElemValueBuf::Storage::File || segment.lengthBytes() == 0) continue;
     if (unit > 1 && isBigEndian(segment.transferSyntax()) != isBigEndian(syntax)) {
@@ -129,7 +126,7 @@ DcCode frameValueOX(const DcElem& elem, DcVr vr, DcUid syntax, std::uint8_t* to,
   const bool isEncapsulated = elem.tag() == kPixelDataTag && !isUncompressed(syntax);
   // Some sources have values of odd length, which no file may have.
   if (sum.inMemory % 2 != 0 && !isEncapsulated) {
-    *to++ = vr == DcVr::UT ? ' ' : 0;
+    *to++ = static_cast<std::uint8_t>(row.pad);
     ++framed.length;
   }
   if (isEncapsulated) {
@@ -146,8 +143,8 @@ DcCode frameValueOX(const DcElem& elem, DcVr vr, DcUid syntax, std::uint8_t* to,
 
 // The values that are no raw segments; `values` is the element's own storage.
 template <class Values>
-DcCode frameValueNonOX(const DcElem& elem, const Values& values, DcVr vr, DcSizeClass sizeClass,
-                       bool big, std::uint8_t* to, Framed& framed) {
+DcCode frameValueNonOX(const DcElem& elem, const Values& values, const VrRow& row,
+                       DcSizeClass sizeClass, bool big, std::uint8_t* to, Framed& framed) {
   const bool isEmpty = std::holds_alternative<std::monostate>(values);
   if (!isEmpty && sizeClass == DcSizeClass::NoScalar) {
     dcLog(DcLogLevel::Error, "DcElem::frameValueNonOX", "Element (%04x,%04x) - Invalid VR size",
@@ -160,9 +157,10 @@ DcCode frameValueNonOX(const DcElem& elem, const Values& values, DcVr vr, DcSize
         if constexpr (std::is_same_v<List, std::monostate>) {
           return 0;
         } else if constexpr (std::is_same_v<List, DcTextValues>) {
-          return frameText(list, vr == DcVr::UI ? '\0' : ' ', to);
+          return frameText(list, row.pad, to);
         } else if constexpr (std::is_same_v<List, std::vector<std::uint32_t>>) {
-          return vr == DcVr::AT ? frameTags(list, big, to) : frameNumbers(list, big, to);
+          return row.number == DcNumber::Tag ? frameTags(list, big, to)
+                                             : frameNumbers(list, big, to);
         } else {
           return frameNumbers(list, big, to);
         }
@@ -234,9 +232,10 @@ DcCode DcElem::frame(std::uint8_t* buffer, std::uint32_t& lengthOut, DcUid trans
   to += lengthFieldBytes;
 
   Framed framed;
+  const VrRow& row = vrRow(vr);
   const DcCode valueCode = isBulkVr(vr)
-                               ? frameValueOX(*this, vr, syntax, to, framed)
-                               : frameValueNonOX(*this, values_, vr, sizeClass_, big, to, framed);
+                               ? frameValueOX(*this, row, syntax, to, framed)
+                               : frameValueNonOX(*this, values_, row, sizeClass_, big, to, framed);
   if (valueCode != kDcOk) return valueCode;
   const DcCode lengthCode = frameValueLen(*this, lengthField, lengthFieldBytes, framed.length, big);
   if (lengthCode != kDcOk) return lengthCode;

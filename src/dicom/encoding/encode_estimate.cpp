@@ -1,6 +1,5 @@
 // Upper bounds of encoded sizes, from which callers allocate.
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -9,42 +8,13 @@
 #include "dicom/elem_list.h"
 #include "dicom/elem_sq.h"
 #include "dicom/element_form.h"
+#include "dicom/vr_table.h"
 
 namespace quillon {
 namespace {
 
 // The largest header of an element, which the estimates assume for every element.
 constexpr std::uint64_t kElementHeaderBytes = 12;
-
-struct FixedSize {
-  DcVr vr;
-  std::uint64_t bytesPerValue;
-};
-
-// clang-format off
-// VRs whose values are counted, not measured.
-constexpr std::array kFixedSizes{
-    FixedSize{DcVr::AS,   4},
-    FixedSize{DcVr::AT,  12},
-    FixedSize{DcVr::DA,  22},
-    FixedSize{DcVr::DT,  26},
-    FixedSize{DcVr::FD,   8},
-    FixedSize{DcVr::FL,   4},
-    FixedSize{DcVr::PN, 324},
-    FixedSize{DcVr::SL,   4},
-    FixedSize{DcVr::SS,   2},
-    FixedSize{DcVr::TM,  34},
-    FixedSize{DcVr::UL,   4},
-    FixedSize{DcVr::US,   2},
-    FixedSize{DcVr::XL,   4},
-    FixedSize{DcVr::XS,   2},
-};
-// clang-format on
-
-std::uint64_t fixedSizeOf(DcVr vr) {
-  const auto* row = std::ranges::find(kFixedSizes, vr, &FixedSize::vr);
-  return row != kFixedSizes.end() ? row->bytesPerValue : 0;
-}
 
 std::uint64_t textSize(const DcTextValues& values) {
   std::uint64_t sum = 0;
@@ -66,7 +36,8 @@ std::uint64_t DcElem::encodedValueLengthEstimate() const {
     }
     return sum + sum % 2;
   }
-  const std::uint64_t fixed = fixedSizeOf(resolvedVr()) * static_cast<std::uint64_t>(valueCount());
+  const std::uint64_t fixed =
+      vrRow(resolvedVr()).estimateBytes * static_cast<std::uint64_t>(valueCount());
   const auto* texts = std::get_if<DcTextValues>(&values_);
   if (texts == nullptr) return fixed;
   if (fixed == 0) return textSize(*texts);

@@ -13,7 +13,7 @@ namespace {
 // The VRs that can stand in a file. None when the two characters name no such VR.
 DcVr vrFromCode(const std::uint8_t* code) {
   const DcVr vr = vrByCode(code[0], code[1]);
-  return vrRow(vr).pseudo ? DcVr::None : vr;
+  return vrRow(vr).isPseudo() ? DcVr::None : vr;
 }
 
 // VRs that were made after the table. They, and every one still to come, have the long header.

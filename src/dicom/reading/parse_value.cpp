@@ -1,6 +1,5 @@
 // The encoded value of one element, and of a sequence handed over on its own.
 #include <algorithm>
-#include <bit>
 #include <cstdlib>
 #include <memory>
 #include <new>
@@ -20,29 +19,18 @@ namespace quillon {
 namespace {
 
 template <class T>
-using BitsOf = std::conditional_t<sizeof(T) == 2, std::uint16_t,
-                                  std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>;
-
-template <class T>
-T loadValue(const std::uint8_t* bytes, bool bigEndian) {
-  using Bits = BitsOf<T>;
-  const Bits bits = bigEndian ? loadBe<Bits>(bytes) : loadLe<Bits>(bytes);
-  return std::bit_cast<T>(bits);
-}
-
-template <class T>
 std::vector<T> loadValues(const std::uint8_t* bytes, std::size_t count, bool bigEndian) {
   std::vector<T> values(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    values[i] = loadValue<T>(bytes + i * sizeof(T), bigEndian);
+  for (std::size_t i = 0; i < count; ++i, bytes += sizeof(T)) {
+    values[i] = bigEndian ? loadBe<T>(bytes) : loadLe<T>(bytes);
   }
   return values;
 }
 
 // The group stands first in either byte order.
-std::vector<std::uint32_t> loadTags(const std::uint8_t* bytes, std::size_t count, bool bigEndian) {
-  std::vector<std::uint32_t> tags(count);
-  for (std::size_t i = 0; i < count; ++i) tags[i] = loadTag(bytes + i * 4, bigEndian);
+std::vector<DcTag> loadTags(const std::uint8_t* bytes, std::size_t count, bool bigEndian) {
+  std::vector<DcTag> tags(count);
+  for (std::size_t i = 0; i < count; ++i) tags[i] = loadTag(bytes + i * sizeof(DcTag), bigEndian);
   return tags;
 }
 
@@ -58,8 +46,8 @@ DcCode DcElem::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
                         DcUid transferSyntax) try {
   clearValues();
   if (buffer == nullptr || lengthBytes == 0) return kDcOk;
-  const DcVr vr = resolvedVr();
-  if (isBulkVr(vr)) {
+  const VrRow& row = vrRow(resolvedVr());
+  if (row.storage == DcStorage::Segments) {
     segments_.push_back(DcElemValueBuf::copyOf(buffer, lengthBytes, transferSyntax));
     return kDcOk;
   }
@@ -86,30 +74,10 @@ DcCode DcElem::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
     count = limit;
   }
   if (count == 0) return kDcOk;
-  switch (vr) {
-    case DcVr::AT:
-      values_ = loadTags(buffer, count, big);
-      break;
-    case DcVr::UL:
-      values_ = loadValues<std::uint32_t>(buffer, count, big);
-      break;
-    case DcVr::US:
-      values_ = loadValues<std::uint16_t>(buffer, count, big);
-      break;
-    case DcVr::SS:
-    case DcVr::XS:
-      values_ = loadValues<std::int16_t>(buffer, count, big);
-      break;
-    case DcVr::FL:
-      values_ = loadValues<float>(buffer, count, big);
-      break;
-    case DcVr::FD:
-      values_ = loadValues<double>(buffer, count, big);
-      break;
-    default:  // SL, XL
-      values_ = loadValues<std::int32_t>(buffer, count, big);
-      break;
-  }
+  visitStorage(row.storage, [&]<typename Stored>(Stored) {
+    if constexpr (std::is_arithmetic_v<Stored>) values_ = loadValues<Stored>(buffer, count, big);
+  });
+  if (row.number == DcNumber::Tag) values_ = loadTags(buffer, count, big);
   return kDcOk;
 } catch (const std::bad_alloc&) {
   return outOfMemory("DcElem::parseVal", lengthBytes);

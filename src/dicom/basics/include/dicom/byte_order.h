@@ -6,12 +6,15 @@
 #include <concepts>
 #include <cstdint>
 #include <cstring>
+#include <tuple>
 
 namespace quillon {
 
 template <std::unsigned_integral T>
 constexpr T swapBytes(T value) {
-  if constexpr (sizeof(T) == 2) {
+  if constexpr (sizeof(T) == 1) {
+    return value;
+  } else if constexpr (sizeof(T) == 2) {
     return static_cast<T>((value << 8) | (value >> 8));
   } else if constexpr (sizeof(T) == 4) {
     return static_cast<T>(((value & 0x000000FFU) << 24) | ((value & 0x0000FF00U) << 8) |
@@ -23,30 +26,40 @@ constexpr T swapBytes(T value) {
   }
 }
 
-template <std::unsigned_integral T>
+// The unsigned integer with as many bytes.
+template <typename T>
+using BitsOf =
+    std::tuple_element_t<std::bit_width(sizeof(T)) - 1,
+                         std::tuple<std::uint8_t, std::uint16_t, std::uint32_t, std::uint64_t>>;
+
+template <typename T>
+T loadIn(std::endian order, const void* from) {
+  BitsOf<T> bits;
+  std::memcpy(&bits, from, sizeof bits);
+  return std::bit_cast<T>(std::endian::native == order ? bits : swapBytes(bits));
+}
+template <typename T>
+void storeIn(std::endian order, void* to, T value) {
+  auto bits = std::bit_cast<BitsOf<T>>(value);
+  if (std::endian::native != order) bits = swapBytes(bits);
+  std::memcpy(to, &bits, sizeof bits);
+}
+
+template <typename T>
 T loadLe(const void* from) {
-  T value;
-  std::memcpy(&value, from, sizeof value);
-  return std::endian::native == std::endian::little ? value : swapBytes(value);
+  return loadIn<T>(std::endian::little, from);
 }
-
-template <std::unsigned_integral T>
+template <typename T>
 T loadBe(const void* from) {
-  T value;
-  std::memcpy(&value, from, sizeof value);
-  return std::endian::native == std::endian::big ? value : swapBytes(value);
+  return loadIn<T>(std::endian::big, from);
 }
-
-template <std::unsigned_integral T>
+template <typename T>
 void storeLe(void* to, T value) {
-  if constexpr (std::endian::native == std::endian::big) value = swapBytes(value);
-  std::memcpy(to, &value, sizeof value);
+  storeIn(std::endian::little, to, value);
 }
-
-template <std::unsigned_integral T>
+template <typename T>
 void storeBe(void* to, T value) {
-  if constexpr (std::endian::native == std::endian::little) value = swapBytes(value);
-  std::memcpy(to, &value, sizeof value);
+  storeIn(std::endian::big, to, value);
 }
 
 inline std::uint16_t loadLe16(const void* from) { return loadLe<std::uint16_t>(from); }

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <variant>
 
 #include "dicom/types.h"
 
@@ -13,7 +14,7 @@ namespace quillon {
 // What one stored value is.
 enum class DcStorage : std::uint8_t {
   None,  // no value array: sequences, items, invalid VRs
-  Text,  // std::string
+  String,
   Int16,
   UInt16,
   Int32,
@@ -23,58 +24,116 @@ enum class DcStorage : std::uint8_t {
   Segments,  // DcElemValueBuf
 };
 
+// What a value is to those who add or read it as a number; a tag is one of 32 bits only.
+enum class DcNumber : std::uint8_t { None, Integer, Real, Tag };
+
+// What text must be to become a value. FX is the rule of text that becomes an FL or FD value.
+enum class DcTextRule : std::uint8_t {
+  None,  // neither text nor a number becomes a value
+  Any,
+  AE,
+  CS,
+  DS,
+  FX,
+  IS,
+  LO,
+  SH,
+  UI,
+  AS,
+  AT,
+  DA,
+  DT,
+  TM
+};
+
+// How text falls into values at its backslashes.
+enum class DcSplit : std::uint8_t {
+  Whole,    // one value, however many it holds
+  Split,    // at each
+  Escapes,  // not between two ESC: text in another character set, whose second bytes may look so
+};
+
 struct VrRow {
   DcVr vr;
   char code[3];    // two characters; empty: no such row in the dictionary
-  bool pseudo;     // never stands in a file: its code is not answered by getVr
   bool hasLimits;  // size class and maximum length are defined
   DcSizeClass sizeClass;
-  std::uint32_t maxBytes;  // of one value; 0: no limit
+  std::uint32_t maxBytes;       // of one value; 0: no limit
+  std::uint32_t estimateBytes;  // of one encoded value; 0: it is measured
   DcStorage storage;
+  DcVr writtenAs;  // None: it cannot be written
+  DcNumber number;
+  DcTextRule textRule;
+  DcSplit split;
+  char pad;  // makes the length of a value even
+
+  // Never stands in a file: its code is not answered by getVr.
+  [[nodiscard]] constexpr bool isPseudo() const { return writtenAs != vr || vr == DcVr::None; }
+  // The characters for a message.
+  [[nodiscard]] constexpr const char* shownCode() const { return isPseudo() ? "" : code; }
 };
 
 // Indexed by the VR itself. XX has no code of its own.
-// clang-format off
-inline constexpr std::array<VrRow, 36> kVrTable{{
-    //  vr         code  pseudo limits size class              max    storage
-    {DcVr::None, "",   true,  false, DcSizeClass::NoScalar, 0,     DcStorage::None},
-    {DcVr::AE,   "AE", false, true,  DcSizeClass::Bytes,    16,    DcStorage::Text},
-    {DcVr::AS,   "AS", false, true,  DcSizeClass::Bytes,    4,     DcStorage::Text},
-    {DcVr::AT,   "AT", false, true,  DcSizeClass::Integers, 4,     DcStorage::UInt32},
-    {DcVr::CS,   "CS", false, true,  DcSizeClass::Bytes,    16,    DcStorage::Text},
-    {DcVr::DA,   "DA", false, true,  DcSizeClass::Bytes,    22,    DcStorage::Text},
-    {DcVr::DS,   "DS", false, true,  DcSizeClass::Bytes,    16,    DcStorage::Text},
-    {DcVr::DT,   "DT", false, true,  DcSizeClass::Bytes,    26,    DcStorage::Text},
-    {DcVr::FL,   "FL", false, true,  DcSizeClass::Floats,   4,     DcStorage::Float},
-    {DcVr::FD,   "FD", false, true,  DcSizeClass::Doubles,  8,     DcStorage::Double},
-    {DcVr::IS,   "IS", false, true,  DcSizeClass::Bytes,    12,    DcStorage::Text},
-    {DcVr::LO,   "LO", false, true,  DcSizeClass::Bytes,    64,    DcStorage::Text},
-    {DcVr::LT,   "LT", false, true,  DcSizeClass::Bytes,    10240, DcStorage::Text},
-    {DcVr::OB,   "OB", false, true,  DcSizeClass::Bytes,    0,     DcStorage::Segments},
-    {DcVr::OF,   "OF", false, true,  DcSizeClass::Floats,   0,     DcStorage::Segments},
-    {DcVr::OW,   "OW", false, true,  DcSizeClass::Words,    0,     DcStorage::Segments},
-    {DcVr::PN,   "PN", false, true,  DcSizeClass::Bytes,    324,   DcStorage::Text},
-    {DcVr::SH,   "SH", false, true,  DcSizeClass::Bytes,    16,    DcStorage::Text},
-    {DcVr::SL,   "SL", false, true,  DcSizeClass::Integers, 4,     DcStorage::Int32},
-    {DcVr::SQ,   "SQ", false, true,  DcSizeClass::NoScalar, 0,     DcStorage::None},
-    {DcVr::SS,   "SS", false, true,  DcSizeClass::Words,    2,     DcStorage::Int16},
-    {DcVr::ST,   "ST", false, true,  DcSizeClass::Bytes,    1024,  DcStorage::Text},
-    {DcVr::TM,   "TM", false, true,  DcSizeClass::Bytes,    34,    DcStorage::Text},
-    {DcVr::UI,   "UI", false, true,  DcSizeClass::Bytes,    128,   DcStorage::Text},
-    {DcVr::UL,   "UL", false, true,  DcSizeClass::Integers, 4,     DcStorage::UInt32},
-    {DcVr::UN,   "UN", false, true,  DcSizeClass::Bytes,    0,     DcStorage::Segments},
-    {DcVr::US,   "US", false, true,  DcSizeClass::Words,    2,     DcStorage::UInt16},
-    {DcVr::UT,   "UT", false, true,  DcSizeClass::Bytes,    0,     DcStorage::Segments},
-    {DcVr::OX,   "OX", true,  true,  DcSizeClass::Words,    0,     DcStorage::Segments},
-    {DcVr::XL,   "XL", true,  true,  DcSizeClass::Integers, 4,     DcStorage::Int32},
-    {DcVr::XS,   "XS", true,  true,  DcSizeClass::Words,    2,     DcStorage::Int16},
-    {DcVr::RT,   "RT", true,  true,  DcSizeClass::NoScalar, 0,     DcStorage::None},
-    {DcVr::IM,   "IM", true,  false, DcSizeClass::NoScalar, 0,     DcStorage::None},
-    {DcVr::EX,   "EX", true,  false, DcSizeClass::NoScalar, 0,     DcStorage::None},
-    {DcVr::SI,   "SI", true,  true,  DcSizeClass::NoScalar, 0,     DcStorage::None},
-    {DcVr::Xx,   "",   true,  true,  DcSizeClass::Bytes,    0,     DcStorage::Segments},
-}};
-// clang-format on
+inline constexpr std::array<VrRow, 36> kVrTable = [] {
+  using V = DcVr;
+  using R = DcTextRule;
+  using enum DcSizeClass;
+  using enum DcSplit;
+  constexpr auto NoArray = DcStorage::None;
+  constexpr auto String = DcStorage::String;
+  constexpr auto Int16 = DcStorage::Int16;
+  constexpr auto UInt16 = DcStorage::UInt16;
+  constexpr auto Int32 = DcStorage::Int32;
+  constexpr auto UInt32 = DcStorage::UInt32;
+  constexpr auto Float = DcStorage::Float;
+  constexpr auto Double = DcStorage::Double;
+  constexpr auto Bulk = DcStorage::Segments;
+  constexpr auto NoNumber = DcNumber::None;
+  constexpr auto Integer = DcNumber::Integer;
+  constexpr auto Real = DcNumber::Real;
+  constexpr auto Tag = DcNumber::Tag;
+  // clang-format off
+  return std::array<VrRow, 36>{{
+    //vr       code  limit  unit      max    est. storage  written  number    rule     text     pad
+    {V::None, "",   false, NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
+    {V::AE,   "AE", true,  Bytes,    16,    0,   String,  V::AE,   NoNumber, R::AE,   Split,   ' '},
+    {V::AS,   "AS", true,  Bytes,    4,     4,   String,  V::AS,   NoNumber, R::AS,   Split,   ' '},
+    {V::AT,   "AT", true,  Integers, 4,     12,  UInt32,  V::AT,   Tag,      R::AT,   Split,   ' '},
+    {V::CS,   "CS", true,  Bytes,    16,    0,   String,  V::CS,   NoNumber, R::CS,   Escapes, ' '},
+    {V::DA,   "DA", true,  Bytes,    22,    22,  String,  V::DA,   NoNumber, R::DA,   Split,   ' '},
+    {V::DS,   "DS", true,  Bytes,    16,    0,   String,  V::DS,   Real,     R::DS,   Split,   ' '},
+    {V::DT,   "DT", true,  Bytes,    26,    26,  String,  V::DT,   NoNumber, R::DT,   Split,   ' '},
+    {V::FL,   "FL", true,  Floats,   4,     4,   Float,   V::FL,   Real,     R::FX,   Split,   ' '},
+    {V::FD,   "FD", true,  Doubles,  8,     8,   Double,  V::FD,   Real,     R::FX,   Split,   ' '},
+    {V::IS,   "IS", true,  Bytes,    12,    0,   String,  V::IS,   Integer,  R::IS,   Split,   ' '},
+    {V::LO,   "LO", true,  Bytes,    64,    0,   String,  V::LO,   NoNumber, R::LO,   Escapes, ' '},
+    {V::LT,   "LT", true,  Bytes,    10240, 0,   String,  V::LT,   NoNumber, R::Any,  Whole,   ' '},
+    {V::OB,   "OB", true,  Bytes,    0,     0,   Bulk,    V::OB,   NoNumber, R::None, Whole,   0},
+    {V::OF,   "OF", true,  Floats,   0,     0,   Bulk,    V::OF,   NoNumber, R::None, Whole,   0},
+    {V::OW,   "OW", true,  Words,    0,     0,   Bulk,    V::OW,   NoNumber, R::None, Whole,   0},
+    {V::PN,   "PN", true,  Bytes,    324,   324, String,  V::PN,   NoNumber, R::Any,  Escapes, ' '},
+    {V::SH,   "SH", true,  Bytes,    16,    0,   String,  V::SH,   NoNumber, R::SH,   Escapes, ' '},
+    {V::SL,   "SL", true,  Integers, 4,     4,   Int32,   V::SL,   Integer,  R::IS,   Split,   ' '},
+    {V::SQ,   "SQ", true,  NoScalar, 0,     0,   NoArray, V::SQ,   NoNumber, R::None, Whole,   ' '},
+    {V::SS,   "SS", true,  Words,    2,     2,   Int16,   V::SS,   Integer,  R::IS,   Split,   ' '},
+    {V::ST,   "ST", true,  Bytes,    1024,  0,   String,  V::ST,   NoNumber, R::Any,  Whole,   ' '},
+    {V::TM,   "TM", true,  Bytes,    34,    34,  String,  V::TM,   NoNumber, R::TM,   Split,   ' '},
+    {V::UI,   "UI", true,  Bytes,    128,   0,   String,  V::UI,   NoNumber, R::UI,   Split,   0},
+    {V::UL,   "UL", true,  Integers, 4,     4,   UInt32,  V::UL,   Integer,  R::IS,   Split,   ' '},
+    {V::UN,   "UN", true,  Bytes,    0,     0,   Bulk,    V::UN,   NoNumber, R::None, Whole,   0},
+    {V::US,   "US", true,  Words,    2,     2,   UInt16,  V::US,   Integer,  R::IS,   Split,   ' '},
+    {V::UT,   "UT", true,  Bytes,    0,     0,   Bulk,    V::UT,   NoNumber, R::None, Whole,   ' '},
+    {V::OX,   "OX", true,  Words,    0,     0,   Bulk,    V::OB,   NoNumber, R::None, Whole,   0},
+    {V::XL,   "XL", true,  Integers, 4,     4,   Int32,   V::UL,   Integer,  R::None, Whole,   ' '},
+    {V::XS,   "XS", true,  Words,    2,     2,   Int16,   V::US,   Integer,  R::IS,   Split,   ' '},
+    {V::RT,   "RT", true,  NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
+    {V::IM,   "IM", false, NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
+    {V::EX,   "EX", false, NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
+    {V::SI,   "SI", true,  NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
+    {V::Xx,   "",   true,  Bytes,    0,     0,   Bulk,    V::UN,   NoNumber, R::None, Whole,   0},
+  }};
+  // clang-format on
+}();
 
 constexpr bool vrTableIsIndexedByVr() {
   for (std::size_t i = 0; i < kVrTable.size(); ++i) {
@@ -91,26 +150,38 @@ constexpr const VrRow& vrRow(DcVr vr) {
 }
 constexpr DcStorage vrStorage(DcVr vr) { return vrRow(vr).storage; }
 
-// Two characters of a VR as they are written: the pseudo VRs as what stands for them (OX as OB,
-// XL as UL, XS as US, 35 as UN); empty for a VR that cannot be written.
-constexpr std::string_view vrCodeAsWritten(DcVr vr) {
-  switch (vr) {
-    case DcVr::OX:
-      return "OB";
-    case DcVr::XL:
-      return "UL";
-    case DcVr::XS:
-      return "US";
-    case DcVr::Xx:
-      return "UN";
-    default:
-      return vrRow(vr).pseudo ? std::string_view() : std::string_view(vrRow(vr).code);
-  }
-}
+// Two characters of a VR as they are written; empty for a VR that cannot be written.
+constexpr std::string_view vrCodeAsWritten(DcVr vr) { return vrRow(vrRow(vr).writtenAs).code; }
 // VRs whose value is raw segments.
 constexpr bool isBulkVr(DcVr vr) { return vrStorage(vr) == DcStorage::Segments; }
 // VRs whose explicit form has the 4-byte length behind two reserved bytes.
 constexpr bool hasLongHeader(DcVr vr) { return isBulkVr(vr) || vr == DcVr::SQ; }
+
+// Answers visit(T{}) with the type that a storage holds: a number, std::string_view for text,
+// std::monostate where there is no value array. The only switch over what elements store.
+template <typename Visit>
+constexpr auto visitStorage(DcStorage storage, const Visit& visit) {
+  switch (storage) {
+    case DcStorage::String:
+      return visit(std::string_view());
+    case DcStorage::Int16:
+      return visit(std::int16_t{});
+    case DcStorage::UInt16:
+      return visit(std::uint16_t{});
+    case DcStorage::Int32:
+      return visit(std::int32_t{});
+    case DcStorage::UInt32:
+      return visit(std::uint32_t{});
+    case DcStorage::Float:
+      return visit(float{});
+    case DcStorage::Double:
+      return visit(double{});
+    case DcStorage::None:
+    case DcStorage::Segments:
+      break;
+  }
+  return visit(std::monostate());
+}
 
 // VRs by their two characters, from the first to the last letter of each.
 inline constexpr std::size_t kVrCodeLetters = 26;

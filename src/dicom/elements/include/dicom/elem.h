@@ -17,6 +17,8 @@
 
 namespace quillon {
 
+struct VrRow;
+
 // Offers a replacement for a string that failed its check or is too long. Answers 0 to store
 // *replacement (or the input when *hasReplacement stays false), anything else to refuse it.
 struct DcStringHook {
@@ -170,12 +172,11 @@ class DcElem {
 
   // One value of text that was split already.
   DcCode addValueStrg(std::string_view text, int index);
-  DcCode addNumberText(DcVr vr, std::string_view text, int index);
-  DcCode checkText(DcVr vr, std::string_view text) const;
+  DcCode addNumberText(const VrRow& row, std::string_view text, DcCode code, int index);
   DcCode askHook(DcVr vr, std::string_view text, std::string& replacement);
-  DcCode storeText(DcVr vr, std::string_view text, int index);
+  DcCode storeText(const VrRow& row, std::string_view text, int index);
   template <typename T>
-  DcCode addInteger(T value, int index, bool acceptsAt, const char* type);
+  DcCode addNumber(T value, int index, const char* type);
   // Held is the alternative of Values that holds values of T.
   template <typename Held, typename T>
   DcCode storeIn(T value, int index);
