@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Makes the table of data elements from its tab-separated source.
+"""Makes the table of data elements, and the names of those that the code uses, from its source.
 
 Source:  src/dicom/tables/data_elements.tsv (group, element, VR, VM, keyword, attribute name)
-Results: src/dicom/tables/element_table.h and element_table.cpp
+Results: src/dicom/tables/element_table.h and element_table.cpp; dicom/tags.h, which names what some
+         source file says as tags::kKeyword
 
 The same source always gives the same bytes. With --check nothing is written: the exit status is 1
 when making the table again would change a file.
@@ -13,8 +14,10 @@ import pathlib
 import re
 import sys
 
-TABLES = pathlib.Path(__file__).resolve().parent.parent / "src" / "dicom" / "tables"
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+TABLES = ROOT / "src" / "dicom" / "tables"
 SOURCE = TABLES / "data_elements.tsv"
+TAGS = ROOT / "src" / "dicom" / "basics" / "include" / "dicom" / "tags.h"
 MADE_BY = "// Made by scripts/make_dictionary.py from data_elements.tsv: change that file instead.\n"
 
 VRS = frozenset(
@@ -95,6 +98,18 @@ static_assert(tagsAscend(), "rows ascend by tag, without doubles");
 }}  // namespace quillon
 """
 
+TAGS_HEADER = """// The data elements that the code names, by their keywords in the dictionary.
+{made_by}#pragma once
+
+#include "dicom/types.h"
+
+namespace quillon::tags {{
+
+{names}
+
+}}  // namespace quillon::tags
+"""
+
 
 def read_rows(source):
     """Answers (tag, vr, vm, keyword) of each line; ends the program at a line that is not one."""
@@ -122,18 +137,40 @@ def read_rows(source):
     return rows
 
 
+def used_names():
+    """The names that follow tags:: in the sources."""
+    return {
+        name
+        for folder in ("apps", "bench", "fuzz", "src", "tests")
+        for path in (ROOT / folder).rglob("*")
+        if path.suffix in (".cpp", ".h")
+        for name in re.findall(r"\btags::(k[A-Z]\w*)", path.read_text(encoding="utf-8"))
+    }
+
+
+def make_tags(rows):
+    """Answers dicom/tags.h; ends the program at a name that is no keyword."""
+    used = used_names()
+    tags = {f"k{keyword[0].upper()}{keyword[1:]}": tag for tag, _, _, keyword in rows}
+    if used - tags.keys():
+        sys.exit("no such keyword: " + ", ".join(sorted(used - tags.keys())))
+    lines = [f"inline constexpr DcTag {name} = 0x{tags[name]:08X};" for name in tags if name in used]
+    return TAGS_HEADER.format(made_by=MADE_BY, names="\n".join(lines))
+
+
 def make(rows):
-    """Answers the two files as {name: text}."""
+    """Answers the files as {path: text}."""
     used = sorted({vr for _, vr, _, _ in rows})
     names = "".join(f"constexpr std::uint8_t {vr} = vr(DcVr::{vr});\n" for vr in used)
     lines = "\n".join(
         f'    {{0x{tag:08X}, {vr}, {vm}, "{keyword}"}},' for tag, vr, vm, keyword in rows
     )
     return {
-        "element_table.h": HEADER.format(made_by=MADE_BY, count=len(rows)),
-        "element_table.cpp": BODY_BEGIN.format(made_by=MADE_BY)
+        TABLES / "element_table.h": HEADER.format(made_by=MADE_BY, count=len(rows)),
+        TABLES / "element_table.cpp": BODY_BEGIN.format(made_by=MADE_BY)
         + names
         + BODY_ROWS.format(rows=lines),
+        TAGS: make_tags(rows),
     }
 
 
@@ -143,11 +180,10 @@ def main():
     options = parser.parse_args()
 
     stale = []
-    for name, text in make(read_rows(SOURCE)).items():
-        path = TABLES / name
+    for path, text in make(read_rows(SOURCE)).items():
         if path.exists() and path.read_text(encoding="utf-8") == text:
             continue
-        stale.append(name)
+        stale.append(path.name)
         if not options.check:
             path.write_text(text, encoding="utf-8", newline="\n")
     if options.check and stale:

@@ -5,6 +5,7 @@
 #include <limits>
 #include <type_traits>
 
+#include "dicom/tags.h"
 #include "dicomobjects/instance_uid.h"
 #include "value_text.h"
 
@@ -16,26 +17,27 @@ constexpr TextView kMakerCrClass = OLESTR("1.2.392.876543.9125.1.1.2");
 constexpr std::array<TextView, 3> kUncompressed{
     OLESTR("1.2.840.10008.1.2.1"), OLESTR("1.2.840.10008.1.2"), OLESTR("1.2.840.10008.1.2.2")};
 constexpr std::size_t kMaxUidChars = 1024;
+constexpr unsigned kFirstOverlayGroup = 0x6000;
 constexpr unsigned kOverlayGroups = 16;  // 6000, 6002 ... 601E
 constexpr unsigned kMaskBits = std::numeric_limits<std::uint16_t>::digits;
 
 // False when the element is absent or has no value that could be a text; an empty text is one.
-bool ReadText(CDicomUtil& util, std::string_view tagPath, Text& text) {
+bool ReadText(CDicomUtil& util, DcTag tag, Text& text) {
   DicomValue value;
   text.clear();
-  return util.GetValue(tagPath, value, /*asArray=*/false) && DicomValueToText(value, text);
+  return util.GetValue(tag, value, /*asArray=*/false) && DicomValueToText(value, text);
 }
 
 // The same, but an element without a value counts as missing.
-bool ReadFilledText(CDicomUtil& util, std::string_view tagPath, Text& text) {
-  return ReadText(util, tagPath, text) && !text.empty();
+bool ReadFilledText(CDicomUtil& util, DcTag tag, Text& text) {
+  return ReadText(util, tag, text) && !text.empty();
 }
 
 // Values that may be signed or not come as text; a negative one keeps its bits.
-bool ReadUint16(CDicomUtil& util, std::string_view tagPath, std::uint16_t& number) {
+bool ReadUint16(CDicomUtil& util, DcTag tag, std::uint16_t& number) {
   DicomValue value;
   number = 0;
-  if (!util.GetValue(tagPath, value, /*asArray=*/false)) return false;
+  if (!util.GetValue(tag, value, /*asArray=*/false)) return false;
   return std::visit(
       [&number](const auto& held) {
         using Held = std::decay_t<decltype(held)>;
@@ -55,7 +57,7 @@ bool ReadUint16(CDicomUtil& util, std::string_view tagPath, std::uint16_t& numbe
 void ReadNumberOfFrames(CDicomUtil& util, CDicomImageProperties& image) {
   Text frames;
   image.numberOfFrames = 1;
-  if (ReadFilledText(util, "00280008,IS", frames)) {
+  if (ReadFilledText(util, tags::kNumberOfFrames, frames)) {
     image.numberOfFrames = static_cast<std::uint32_t>(std::max(LeadingNumber(frames), 0));
   }
 }
@@ -114,7 +116,7 @@ bool CDicomObjectProcessor::ReadFileIdentity(CDicomUtil& util, CDicomObjectPrope
 
 bool CDicomObjectProcessor::ReadSopClass(CDicomUtil& util, CDicomObjectProperties& properties) {
   Text uid;
-  if (ReadFilledText(util, "00080016,UI", uid)) {
+  if (ReadFilledText(util, tags::kSopClassUid, uid)) {
     properties.SetSopClassUid(uid);
     return true;
   }
@@ -123,7 +125,7 @@ bool CDicomObjectProcessor::ReadSopClass(CDicomUtil& util, CDicomObjectPropertie
 
 bool CDicomObjectProcessor::ReadModality(CDicomUtil& util, CDicomObjectProperties& properties) {
   Text modality;
-  if (ReadFilledText(util, "00080060,CS", modality)) {
+  if (ReadFilledText(util, tags::kModality, modality)) {
     properties.SetModality(modality);
     return true;
   }
@@ -134,7 +136,7 @@ bool CDicomObjectProcessor::ReadModality(CDicomUtil& util, CDicomObjectPropertie
 bool CDicomObjectProcessor::ReadInstanceNumber(CDicomUtil& util,
                                                CDicomObjectProperties& properties) {
   Text number;
-  const bool found = ReadText(util, "00200013,IS", number);
+  const bool found = ReadText(util, tags::kInstanceNumber, number);
   if (!found && instanceUidOptional_) return true;
   CDicomImageProperties* image = found ? properties.Image() : nullptr;
   if (image != nullptr && image->SetInstanceNumber(number)) return true;
@@ -156,28 +158,31 @@ bool CDicomObjectProcessor::ReadImage(CDicomUtil& util, CDicomObjectProperties& 
   return true;
 }
 
-bool CDicomObjectProcessor::ReadNumber(CDicomUtil& util, std::string_view tagPath, UINT message,
+bool CDicomObjectProcessor::ReadNumber(CDicomUtil& util, DcTag tag, UINT message,
                                        std::uint16_t& number) {
-  return ReadUint16(util, tagPath, number) || instanceUidOptional_ || Fail(message);
+  return ReadUint16(util, tag, number) || instanceUidOptional_ || Fail(message);
 }
 
 bool CDicomObjectProcessor::ReadPixelDescription(CDicomUtil& util, CDicomImageProperties& image) {
-  if (!ReadNumber(util, "00280100,US", kMsgBitsAllocatedInvalid, image.bitsAllocated)) return false;
-  image.hasPixelPaddingValue = ReadUint16(util, "00280120,US", image.pixelPaddingValue);
-  return ReadNumber(util, "00280010,US", kMsgRowsInvalid, image.rows) &&
-         ReadNumber(util, "00280011,US", kMsgColumnsInvalid, image.columns) &&
-         ReadNumber(util, "00280101,US", kMsgBitsStoredInvalid, image.bitsStored) &&
+  if (!ReadNumber(util, tags::kBitsAllocated, kMsgBitsAllocatedInvalid, image.bitsAllocated))
+    return false;
+  image.hasPixelPaddingValue = ReadUint16(util, tags::kPixelPaddingValue, image.pixelPaddingValue);
+  return ReadNumber(util, tags::kRows, kMsgRowsInvalid, image.rows) &&
+         ReadNumber(util, tags::kColumns, kMsgColumnsInvalid, image.columns) &&
+         ReadNumber(util, tags::kBitsStored, kMsgBitsStoredInvalid, image.bitsStored) &&
          ReadPhotometricInterpretation(util, image) &&
-         ReadNumber(util, "00280103,US", kMsgPixelRepresentationInvalid,
+         ReadNumber(util, tags::kPixelRepresentation, kMsgPixelRepresentationInvalid,
                     image.pixelRepresentation) &&
-         ReadNumber(util, "00280002,US", kMsgSamplesPerPixelInvalid, image.samplesPerPixel) &&
+         ReadNumber(util, tags::kSamplesPerPixel, kMsgSamplesPerPixelInvalid,
+                    image.samplesPerPixel) &&
          ReadPlanarConfiguration(util, image);
 }
 
 bool CDicomObjectProcessor::ReadPhotometricInterpretation(CDicomUtil& util,
                                                           CDicomImageProperties& image) {
   Text text;
-  if (ReadFilledText(util, "00280004,CS", text) && image.SetPhotometricInterpretation(text)) {
+  if (ReadFilledText(util, tags::kPhotometricInterpretation, text) &&
+      image.SetPhotometricInterpretation(text)) {
     return true;
   }
   return instanceUidOptional_ || Fail(kMsgPhotometricInterpretationInvalid);
@@ -186,7 +191,7 @@ bool CDicomObjectProcessor::ReadPhotometricInterpretation(CDicomUtil& util,
 bool CDicomObjectProcessor::ReadPlanarConfiguration(CDicomUtil& util,
                                                     CDicomImageProperties& image) {
   if (image.samplesPerPixel <= 1) return true;
-  ReadUint16(util, "00280006,US", image.planarConfiguration);
+  ReadUint16(util, tags::kPlanarConfiguration, image.planarConfiguration);
   Text text = image.PhotometricInterpretation();
   text.append(1, OLESTR('/')).append(NumberText(image.planarConfiguration));
   return image.SetPhotometricInterpretation(text) || instanceUidOptional_ ||
@@ -197,7 +202,7 @@ bool CDicomObjectProcessor::ParseInstanceUid(CDicomUtil& util, CDicomObjectPrope
   CDicomImageProperties* image = properties.Image();
   if (image == nullptr) return FailAs(properties);
   Text uid;
-  if (!ReadFilledText(util, "00080018,UI", uid)) {
+  if (!ReadFilledText(util, tags::kSopInstanceUid, uid)) {
     if (!instanceUidOptional_) return Fail(kMsgInstanceUidInvalid);
     properties.ClearInstance();
     image->isMakerInstanceUid = false;
@@ -222,14 +227,11 @@ bool CDicomObjectProcessor::ParseInstanceUid(CDicomUtil& util, CDicomObjectPrope
 
 bool CDicomObjectProcessor::ComputeOverlayMask(CDicomUtil& util, std::uint16_t& mask) {
   std::uint32_t sum = 0;
-  std::array<char, 12> path{"60000102,US"};
   for (unsigned i = 0; i < kOverlayGroups; ++i) {
-    // The group's last two digits: 00 to 1e.
-    path[2] = i < 8 ? '0' : '1';
-    path[3] = "02468ace"[i % 8];
+    const auto group = static_cast<std::uint16_t>(kFirstOverlayGroup + 2 * i);
     std::uint16_t position = 0;
-    if (ReadUint16(util, {path.data(), path.size() - 1}, position) && position > 0 &&
-        position < kMaskBits) {
+    if (ReadUint16(util, dcTag(group, dcElement(tags::kOverlayBitPosition)), position) &&
+        position > 0 && position < kMaskBits) {
       sum += 1U << position;
     }
   }

@@ -9,6 +9,7 @@
 #include "dicom/dict.h"
 #include "dicom/elem_sq.h"
 #include "dicom/parse_fields.h"
+#include "dicom/tags.h"
 #include "elem_value.h"
 #include "foundation/file_handle.h"
 #include "header_xml.h"
@@ -21,17 +22,7 @@ namespace quillon {
 
 namespace {
 
-constexpr DcTag kMetaInfoVersion = dcTag(0x0002, 0x0001);
-constexpr DcTag kMetaSopClass = dcTag(0x0002, 0x0002);
-constexpr DcTag kMetaSopInstance = dcTag(0x0002, 0x0003);
-constexpr DcTag kMetaTransferSyntax = dcTag(0x0002, 0x0010);
-constexpr DcTag kMetaImplementationClass = dcTag(0x0002, 0x0012);
-constexpr DcTag kMetaImplementationVersion = dcTag(0x0002, 0x0013);
-constexpr DcTag kMetaSourceAeTitle = dcTag(0x0002, 0x0016);
-constexpr DcTag kMetaPrivateCreator = dcTag(0x0002, 0x0100);
-constexpr DcTag kBitsAllocated = dcTag(0x0028, 0x0100);
-constexpr DcTag kPixelData = dcTag(0x7FE0, 0x0010);
-constexpr std::uint16_t kMetaGroup = 0x0002;
+constexpr std::uint16_t kMetaGroup = dcGroup(tags::kTransferSyntaxUid);
 
 // Tag (and VR) and length of the Pixel Data element stand before its value.
 constexpr std::uint64_t kImplicitHeaderBytes = 8;
@@ -45,6 +36,12 @@ constexpr std::array<std::uint8_t, 4> kItemTag{0xFE, 0xFF, 0x00, 0xE0};
 const DcElemSq* AsSequence(const DcElem* element) {
   if (element == nullptr || !element->isSequence()) return nullptr;
   return dynamic_cast<const DcElemSq*>(element);
+}
+
+const DcElemList* ItemOf(const DcElemList& list, DcTag tag, std::uint32_t itemFromOne) {
+  const DcElemSq* sequence = AsSequence(list.find(tag));
+  if (sequence == nullptr || itemFromOne > sequence->itemCount()) return nullptr;
+  return sequence->item(itemFromOne - 1);
 }
 
 // What the file says stands before what its dictionary id says: newer classes have no id.
@@ -150,7 +147,7 @@ bool CDicomUtil::Load(TextView path, bool deferPixelData) {
   Text taken(path);
   if (deferPixelData && offset > 0 && lengthBytes > 0) {
     // The segment is put in its place directly: adding it as a value would open the file again.
-    auto placeholder = std::make_unique<DcElem>(kPixelData);
+    auto placeholder = std::make_unique<DcElem>(tags::kPixelData);
     placeholder->segments().push_back(
         DcElemValueBuf::inFile(fileName, offset, lengthBytes, metaInfo_.transferSyntax));
     elements->add(std::move(placeholder));
@@ -198,44 +195,53 @@ bool CDicomUtil::GetValue(std::string_view tagPath, DicomValue& value, bool asAr
   TagPathCursor path(tagPath);
   TagPathStep step;
   while (list != nullptr && path.Next(step)) {
-    if (step.itemFromOne == 0) {
-      if (dcGroup(step.tag) == kMetaGroup && list == list_) return GetMetaValue(step.tag, value);
-      DcElem* element = list->find(step.tag);
-      if (element == nullptr) return false;
-      return element->isSequence() || ReadElementValue(*element, ValueVr(*element), asArray, value);
-    }
-    const DcElemSq* sequence = AsSequence(list->find(step.tag));
-    if (sequence == nullptr || step.itemFromOne > sequence->itemCount()) return false;
-    list = sequence->item(step.itemFromOne - 1);
+    if (step.itemFromOne == 0) return ReadFrom(*list, step.tag, value, asArray);
+    list = ItemOf(*list, step.tag, step.itemFromOne);
   }
   return false;
+}
+
+bool CDicomUtil::GetValue(const TagPlace& place, DicomValue& value, bool asArray) {
+  value = std::monostate{};
+  const DcElemList* list = list_;
+  if (list != nullptr && place.sequence != 0) {
+    list = ItemOf(*list, place.sequence, place.itemFromOne);
+  }
+  return list != nullptr && ReadFrom(*list, place.tag, value, asArray);
+}
+
+bool CDicomUtil::ReadFrom(const DcElemList& list, DcTag tag, DicomValue& value, bool asArray) {
+  if (dcGroup(tag) == kMetaGroup && &list == list_) return GetMetaValue(tag, value);
+  DcElem* element = list.find(tag);
+  if (element == nullptr) return false;
+  return element->isSequence() || ReadElementValue(*element, ValueVr(*element), asArray, value);
 }
 
 bool CDicomUtil::GetMetaValue(DcTag tag, DicomValue& value) const {
   Text text;
   switch (tag) {
-    case kMetaInfoVersion:
+    case tags::kFileMetaInformationVersion:
       value = metaInfo_.version;
       return true;
-    case kMetaSopClass:
+    case tags::kMediaStorageSopClassUid:
       GetSopClassUid(text);
       break;
-    case kMetaSopInstance:
+    case tags::kMediaStorageSopInstanceUid:
       GetSopInstanceUid(text);
       break;
-    case kMetaTransferSyntax:
+    case tags::kTransferSyntaxUid:
       GetTransferSyntaxUid(text);
       break;
-    case kMetaImplementationClass:
+    case tags::kImplementationClassUid:
       GetImplementationClassUid(text);
       break;
-    case kMetaImplementationVersion:
+    case tags::kImplementationVersionName:
       GetImplementationVersionName(text);
       break;
-    case kMetaSourceAeTitle:
+    case tags::kSourceApplicationEntityTitle:
       GetSourceAeTitle(text);
       break;
-    case kMetaPrivateCreator:
+    case tags::kPrivateInformationCreatorUid:
       GetPrivateCreatorUid(text);
       break;
     default:
@@ -247,7 +253,7 @@ bool CDicomUtil::GetMetaValue(DcTag tag, DicomValue& value) const {
 
 DcVr CDicomUtil::ValueVr(const DcElem& element) const {
   std::uint16_t bitsAllocated = 0;
-  if (element.resolvedVr() == DcVr::OX) list_->getValue(kBitsAllocated, bitsAllocated);
+  if (element.resolvedVr() == DcVr::OX) list_->getValue(tags::kBitsAllocated, bitsAllocated);
   return ReadableVr(element, bitsAllocated);
 }
 
@@ -311,13 +317,13 @@ void CDicomUtil::GetPrivateCreatorUid(Text& out) const {
 }
 
 bool CDicomUtil::HasNoPixelData() const {
-  return !pixelDataDeferred_ && (list_ == nullptr || !list_->contains(kPixelData));
+  return !pixelDataDeferred_ && (list_ == nullptr || !list_->contains(tags::kPixelData));
 }
 
 bool CDicomUtil::GetPixelDataLength(std::uint32_t& lengthBytes) const {
   lengthBytes = pixelDataLength_;
   if (pixelDataDeferred_) return true;
-  const DcElem* element = list_ == nullptr ? nullptr : list_->find(kPixelData);
+  const DcElem* element = list_ == nullptr ? nullptr : list_->find(tags::kPixelData);
   if (element == nullptr) return false;
   for (const DcElemValueBuf& segment : element->segments()) lengthBytes += segment.lengthBytes();
   return true;
@@ -334,7 +340,7 @@ bool CDicomUtil::LocatePixelData(std::uint64_t& offset, std::uint32_t& lengthByt
   if (GetDeferredPixelData(offset, lengthBytes)) return true;
   if (filePath_.empty() || HasNoPixelData()) return false;
   std::array<DcFieldRequest, 2> requests;
-  requests[0].tag = kPixelData;
+  requests[0].tag = tags::kPixelData;
   requests[1].tag = kLastFieldRequest;
   const std::string fileName = NarrowText(filePath_, FileSystemCodePage());
   if (libParseFields(fileName.c_str(), requests.data(), /*readPixelLength=*/false) != kDcOk ||

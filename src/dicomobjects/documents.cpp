@@ -9,6 +9,7 @@
 
 #include "dicom/convert.h"
 #include "dicom/elem_sq.h"
+#include "dicom/tags.h"
 #include "value_text.h"
 
 namespace quillon {
@@ -17,14 +18,12 @@ namespace {
 
 constexpr std::size_t kMaxTextChars = 1024;
 constexpr TextView kVerified = OLESTR("VERIFIED");
-constexpr DcTag kVerificationDateTime = dcTag(0x0040, 0xA030);
-constexpr DcTag kVerifyingObserverSequence = dcTag(0x0040, 0xA073);
 
 // Microseconds since 1970; one without an offset from UTC counts as it stands. What is no date and
 // time is before all others.
 std::int64_t PointInTime(const std::string& text) {
   DcElemValueDT value;
-  if (utilStrgToValue(kVerificationDateTime, text, &value) != kDcOk) {
+  if (utilStrgToValue(tags::kVerificationDateTime, text, &value) != kDcOk) {
     return std::numeric_limits<std::int64_t>::min();
   }
   const auto microseconds = [](const DcElemValueTM& time) {
@@ -39,24 +38,26 @@ std::int64_t PointInTime(const std::string& text) {
 }
 
 // Where a verified report says when: reports as the standard has them say it once for each
-// observer, and the last of them counts. The path of the report's own when none does.
-std::string VerificationPath(const CDicomUtil& util, std::string_view own) {
+// observer, and the last of them counts. The report's own place when none does.
+TagPlace VerificationPlace(const CDicomUtil& util) {
+  constexpr DcTag own = tags::kVerificationDateTime;
   const DcElemList* list = util.GetElementList();
-  if (list == nullptr || list->contains(kVerificationDateTime)) return std::string(own);
-  const auto* observers = dynamic_cast<const DcElemSq*>(list->find(kVerifyingObserverSequence));
-  std::size_t latestFromOne = 0;
+  if (list == nullptr || list->contains(tags::kVerificationDateTime)) return own;
+  const auto* observers =
+      dynamic_cast<const DcElemSq*>(list->find(tags::kVerifyingObserverSequence));
+  std::uint32_t latestFromOne = 0;
   std::int64_t latest = 0;
   for (std::size_t i = 0; observers != nullptr && i < observers->itemCount(); ++i) {
-    const DcElem* element = observers->item(i)->find(kVerificationDateTime);
+    const DcElem* element = observers->item(i)->find(tags::kVerificationDateTime);
     if (element == nullptr) continue;
     const auto text = element->stringValue(0);
     const std::int64_t when = PointInTime(std::string(text.value_or("")));
     if (latestFromOne != 0 && when <= latest) continue;
-    latestFromOne = i + 1;
+    latestFromOne = static_cast<std::uint32_t>(i) + 1;
     latest = when;
   }
-  if (latestFromOne == 0) return std::string(own);
-  return "0040a073,SQ," + std::to_string(latestFromOne) + ":" + std::string(own);
+  if (latestFromOne == 0) return own;
+  return {tags::kVerifyingObserverSequence, latestFromOne, own};
 }
 
 }  // namespace
@@ -67,9 +68,12 @@ bool CDicomDocument::ReadTagValue(CDicomUtil& util, std::string_view tagPath, Te
   out.clear();
   if (tagPath.empty()) return Fail(messages_.tagInvalid);
   DicomValue value;
-  if (!util.GetValue(tagPath, value, /*asArray=*/false)) {
-    return Fail(messages_.notFound, {WidenValue(tagPath)});
-  }
+  return Take(util.GetValue(tagPath, value, /*asArray=*/false), value, tagPath, out);
+}
+
+bool CDicomDocument::Take(bool isFound, const DicomValue& value, std::string_view tagPath,
+                          Text& out) {
+  if (!isFound) return Fail(messages_.notFound, {WidenValue(tagPath)});
   DicomValueToText(value, out);
   if (valuesRequired_ && out.empty()) return Fail(messages_.noValue, {WidenValue(tagPath)});
   return true;
@@ -79,9 +83,11 @@ bool CDicomDocument::ReadTagValue(CDicomUtil& util, std::string_view tagPath, Te
 // before.
 bool CDicomDocument::ReadAttribute(CDicomUtil& util, DocumentAttribute& attribute) {
   attribute.value.clear();
-  Text value;
-  if (!ReadTagValue(util, attribute.tagPath, value)) return false;
-  Store(attribute, value.empty() ? attribute.emptyMeans : TextView(value));
+  DicomValue value;
+  Text text;
+  const bool isFound = util.GetValue(attribute.place, value, /*asArray=*/false);
+  if (!Take(isFound, value, attribute.place.Path(), text)) return false;
+  Store(attribute, text.empty() ? attribute.emptyMeans : TextView(text));
   return true;
 }
 
@@ -132,8 +138,7 @@ CStructuredReport::CStructuredReport()
 bool CStructuredReport::ReadVerificationDateTime(CDicomUtil& util) {
   verificationDateTime_.value.clear();
   if (verificationFlag_.value != kVerified) return true;
-  const std::string path = VerificationPath(util, verificationDateTime_.tagPath);
-  DocumentAttribute found{path, verificationDateTime_.storeMessage};
+  DocumentAttribute found{VerificationPlace(util), verificationDateTime_.storeMessage};
   const bool isRead = ReadAttribute(util, found);
   verificationDateTime_.value = std::move(found.value);
   return isRead;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "dicom/dict.h"
+#include "dicom/tags.h"
 #include "dicom/vr_table.h"
 #include "dicomobjects/xml_text.h"
 #include "elem_value.h"
@@ -15,22 +16,16 @@ namespace quillon {
 
 namespace {
 
-constexpr std::uint16_t kMetaGroup = 0x0002;
-constexpr DcTag kMetaInfoVersion = dcTag(kMetaGroup, 0x0001);
-constexpr DcTag kMetaPrivateInformation = dcTag(kMetaGroup, 0x0102);
-constexpr DcTag kPixelDataGroupLength = dcTag(0x7FE0, 0x0000);
-constexpr DcTag kPixelData = dcTag(0x7FE0, 0x0010);
+constexpr DcTag kPixelDataGroupLength = dcTag(dcGroup(tags::kPixelData), 0);
 constexpr std::string_view kEndTag = "</tag>\n";
 
 // The group as it is written before a data set that does not hold it itself.
-struct MetaRow {
-  std::uint16_t element;
-  DcVr vr;
-};
-constexpr std::array kMetaRows{
-    MetaRow{0x0001, DcVr::OB}, MetaRow{0x0002, DcVr::UI}, MetaRow{0x0003, DcVr::UI},
-    MetaRow{0x0010, DcVr::UI}, MetaRow{0x0012, DcVr::UI}, MetaRow{0x0013, DcVr::SH},
-    MetaRow{0x0016, DcVr::AE}, MetaRow{0x0100, DcVr::UI}, MetaRow{0x0102, DcVr::OB},
+constexpr std::array kMetaTags{
+    tags::kFileMetaInformationVersion,   tags::kMediaStorageSopClassUid,
+    tags::kMediaStorageSopInstanceUid,   tags::kTransferSyntaxUid,
+    tags::kImplementationClassUid,       tags::kImplementationVersionName,
+    tags::kSourceApplicationEntityTitle, tags::kPrivateInformationCreatorUid,
+    tags::kPrivateInformation,
 };
 
 std::string Decimal(std::size_t number) { return std::to_string(number); }
@@ -95,7 +90,7 @@ void HeaderXml::Put(std::string_view ascii) { out_.append(ascii.begin(), ascii.e
 std::uint16_t HeaderXml::BitsAllocated() {
   if (!bitsAllocated_) {
     DicomValue value;
-    util_.GetValue("00280100,US", value, /*asArray=*/false);
+    util_.GetValue(tags::kBitsAllocated, value, /*asArray=*/false);
     const auto* bits = std::get_if<std::uint16_t>(&value);
     bitsAllocated_ = bits == nullptr ? std::uint16_t{0} : *bits;
   }
@@ -132,14 +127,15 @@ void HeaderXml::OpenTag(DcTag tag, std::string_view vr, std::string_view vm) {
 bool HeaderXml::DumpElementList(const DcElemList& list, int depth) {
   if (depth == 0) {
     Put("<?xml version=\"1.0\" ?>\n<data-set>\n");
-    const bool hasMetaGroup = list.size() > 0 && list.at(0)->tag() == kMetaInfoVersion;
+    const bool hasMetaGroup =
+        list.size() > 0 && list.at(0)->tag() == tags::kFileMetaInformationVersion;
     if (!hasMetaGroup && !DumpMetaGroup()) return false;
   }
   bool hasGroupLength = false;
   for (std::size_t i = 0; i < list.size(); ++i) {
     DcElem& element = *list.at(i);
     hasGroupLength = hasGroupLength || element.tag() == kPixelDataGroupLength;
-    if (element.tag() == kPixelData && !includePixelData_) {
+    if (element.tag() == tags::kPixelData && !includePixelData_) {
       DumpPixelDataNotLoaded(element, hasGroupLength);
     } else if (!DumpElement(element, depth)) {
       return false;
@@ -152,9 +148,9 @@ bool HeaderXml::DumpElementList(const DcElemList& list, int depth) {
 // The values come from the meta information that was read; an element without one is empty.
 bool HeaderXml::DumpMetaGroup() {
   const std::vector<std::uint8_t>& privateInformation = util_.GetMetaInfo().privateInformation;
-  for (const MetaRow& row : kMetaRows) {
-    DcElem element(dcTag(kMetaGroup, row.element), row.vr);
-    if (element.tag() == kMetaPrivateInformation && !privateInformation.empty()) {
+  for (const DcTag tag : kMetaTags) {
+    DcElem element(tag);
+    if (tag == tags::kPrivateInformation && !privateInformation.empty()) {
       element.addValue(privateInformation.data(),
                        static_cast<std::uint32_t>(privateInformation.size()),
                        DcUid::ExplicitLittleEndian);
@@ -196,12 +192,9 @@ bool HeaderXml::DumpSequence(const DcElem& element, int depth) {
 
 // What the tag path of the element would find, without looking for it.
 bool HeaderXml::ReadValue(DcElem& element, int depth, DicomValue& value) {
-  if (depth == 0 && element.group() == kMetaGroup) {
-    std::array<char, 12> path{"00020000,UI"};
-    for (std::size_t i = 0; i < 4; ++i) {
-      path[4 + i] = "0123456789abcdef"[element.element() >> (12 - 4 * i) & 0xF];
-    }
-    if (util_.GetValue({path.data(), path.size() - 1}, value, /*asArray=*/false)) return true;
+  if (depth == 0 && element.group() == dcGroup(kMetaTags[0]) &&
+      util_.GetValue(element.tag(), value, /*asArray=*/false)) {
+    return true;
   }
   // Only OX has a choice that depends on the image.
   const std::uint16_t bits = element.resolvedVr() == DcVr::OX ? BitsAllocated() : std::uint16_t{0};
@@ -215,7 +208,7 @@ bool HeaderXml::PutContent(const DcElem& element, const DicomValue& value) {
     if (!DicomValueToText(value, text)) return false;
     EscapeXmlText(text);
     // The stored number of the version: its first byte is zero and does not show in it.
-    if (element.tag() == kMetaInfoVersion) Put("0\\");
+    if (element.tag() == tags::kFileMetaInformationVersion) Put("0\\");
     out_ += text;
     return true;
   }

@@ -1,6 +1,11 @@
 #include "tag_path.h"
 
+#include <array>
 #include <charconv>
+#include <cstdio>
+
+#include "dicom/dict.h"
+#include "dicomobjects/dicom_util.h"
 
 namespace quillon {
 
@@ -26,6 +31,19 @@ bool IsVrText(std::string_view text) {
 }
 
 }  // namespace
+
+std::string TagPlace::Path() const {
+  std::string vr;
+  static_cast<void>(theDictionary().getVr(tag, &vr));
+  std::array<char, 48> path{};
+  if (sequence == 0) {
+    std::snprintf(path.data(), path.size(), "%08x,%s", static_cast<unsigned>(tag), vr.c_str());
+  } else {
+    std::snprintf(path.data(), path.size(), "%08x,SQ,%u:%08x,%s", static_cast<unsigned>(sequence),
+                  static_cast<unsigned>(itemFromOne), static_cast<unsigned>(tag), vr.c_str());
+  }
+  return path.data();
+}
 
 bool TagPathCursor::Next(TagPathStep& step) {
   if (rest_.size() <= kTagDigits || rest_[kTagDigits] != ',') return false;

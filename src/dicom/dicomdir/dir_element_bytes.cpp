@@ -4,9 +4,11 @@
 #include <cstring>
 
 #include "dicom/byte_order.h"
+#include "dicom/dict.h"
 #include "dicom/element_form.h"
 #include "dicom/log.h"
-#include "dicom/parse_header.h"
+#include "dicom/tags.h"
+#include "dicom/vr_table.h"
 
 namespace quillon {
 
@@ -14,6 +16,13 @@ namespace {
 
 constexpr std::size_t kLongestShortForm = 0xFFFE;  // the length field counts the pad byte too
 constexpr std::size_t kVrBytes = 2;
+
+const VrRow& rowOf(DcTag tag) {
+  DcVr vr = DcVr::None;
+  std::int32_t vm = 0;
+  static_cast<void>(theDictionary().getElemVrVm(tag, vr, vm));  // groups 0002 and 0004 are known
+  return vrRow(vr);
+}
 
 }  // namespace
 
@@ -23,23 +32,23 @@ std::uint8_t* DcDirElementBytes::grow(std::size_t bytes) {
   return &file_[at];
 }
 
-std::uint8_t* DcDirElementBytes::shortForm(DcTag tag, const char* vr, std::size_t valueBytes) {
+std::uint8_t* DcDirElementBytes::shortForm(DcTag tag, std::size_t valueBytes) {
   std::uint8_t* header = grow(kShortHeaderBytes + valueBytes);
   storeTag(header, tag, false);
-  std::memcpy(header + sizeof(DcTag), vr, kVrBytes);
+  std::memcpy(header + sizeof(DcTag), rowOf(tag).code, kVrBytes);
   storeLe16(header + sizeof(DcTag) + kVrBytes, static_cast<std::uint16_t>(valueBytes));
   return header + kShortHeaderBytes;
 }
 
-std::uint8_t* DcDirElementBytes::longForm(DcTag tag, const char* vr, std::size_t valueBytes) {
+std::uint8_t* DcDirElementBytes::longForm(DcTag tag, std::size_t valueBytes) {
   std::uint8_t* header = grow(kLongHeaderBytes + valueBytes);
   storeTag(header, tag, false);
-  std::memcpy(header + sizeof(DcTag), vr, kVrBytes);
+  std::memcpy(header + sizeof(DcTag), rowOf(tag).code, kVrBytes);
   storeLe32(header + kShortHeaderBytes, static_cast<std::uint32_t>(valueBytes));
   return header + kLongHeaderBytes;
 }
 
-void DcDirElementBytes::text(DcTag tag, const char* vr, std::string_view value) {
+void DcDirElementBytes::text(DcTag tag, std::string_view value) {
   if (value.size() > kLongestShortForm) {
     dcLog(DcLogLevel::Error, "DcDirRec::frame",
           "Element (%04x,%04x) - Value Length 0x%x is too large for Explicit Transfer Syntax",
@@ -48,41 +57,40 @@ void DcDirElementBytes::text(DcTag tag, const char* vr, std::string_view value) 
     value = {};
   }
   const bool isOdd = value.size() % 2 != 0;
-  std::uint8_t* to = shortForm(tag, vr, value.size() + (isOdd ? 1 : 0));
+  std::uint8_t* to = shortForm(tag, value.size() + (isOdd ? 1 : 0));
   std::copy(value.begin(), value.end(), to);
-  const bool isUid = vr[0] == 'U';
-  if (isOdd) to[value.size()] = isUid ? 0 : ' ';
+  if (isOdd) to[value.size()] = static_cast<std::uint8_t>(rowOf(tag).pad);
 }
 
-void DcDirElementBytes::parts(DcTag tag, const char* vr, const std::vector<std::string>& values) {
+void DcDirElementBytes::parts(DcTag tag, const std::vector<std::string>& values) {
   std::string joined;
   for (std::size_t i = 0; i < values.size(); ++i) {
     if (i > 0) joined += '\\';
     joined += values[i];
   }
-  text(tag, vr, joined);
+  text(tag, joined);
 }
 
 std::size_t DcDirElementBytes::ul(DcTag tag, std::uint32_t value) {
-  storeLe32(shortForm(tag, "UL", sizeof value), value);
+  storeLe32(shortForm(tag, sizeof value), value);
   return file_.size() - sizeof value;
 }
 
 void DcDirElementBytes::us(DcTag tag, std::uint16_t value) {
-  storeLe16(shortForm(tag, "US", sizeof value), value);
+  storeLe16(shortForm(tag, sizeof value), value);
 }
 
 void DcDirElementBytes::ob(DcTag tag, const std::uint8_t* bytes, std::size_t lengthBytes) {
-  std::copy(bytes, bytes + lengthBytes, longForm(tag, "OB", lengthBytes + lengthBytes % 2));
+  std::copy(bytes, bytes + lengthBytes, longForm(tag, lengthBytes + lengthBytes % 2));
 }
 
 std::size_t DcDirElementBytes::itemHeader() {
-  storeTag(grow(kShortHeaderBytes), kItemTag, false);
+  storeTag(grow(kShortHeaderBytes), tags::kItem, false);
   return file_.size() - sizeof(std::uint32_t);
 }
 
 std::size_t DcDirElementBytes::sequenceHeader(DcTag tag) {
-  longForm(tag, "SQ", 0);
+  longForm(tag, 0);
   return file_.size() - sizeof(std::uint32_t);
 }
 

@@ -1,5 +1,5 @@
 // Appends single elements of groups 0002 and 0004 in Explicit VR Little Endian to a file that is
-// being laid out.
+// being laid out. The VR is the dictionary's.
 #pragma once
 
 #include <cstddef>
@@ -16,9 +16,8 @@ class DcDirElementBytes {
  public:
   explicit DcDirElementBytes(std::vector<std::uint8_t>& file) : file_(file) {}
 
-  // A value of odd length is padded: UI with a zero byte, every other VR with a space.
-  void text(DcTag tag, const char* vr, std::string_view value);
-  void parts(DcTag tag, const char* vr, const std::vector<std::string>& values);  // joined by "\"
+  void text(DcTag tag, std::string_view value);
+  void parts(DcTag tag, const std::vector<std::string>& values);  // joined by "\"
   // Answers where the value stands, for an offset that is known only later.
   std::size_t ul(DcTag tag, std::uint32_t value);
   void us(DcTag tag, std::uint16_t value);
@@ -34,8 +33,8 @@ class DcDirElementBytes {
  private:
   // Each appends zeros in one step, valid until the next; the forms answer where the value goes.
   std::uint8_t* grow(std::size_t bytes);
-  std::uint8_t* shortForm(DcTag tag, const char* vr, std::size_t valueBytes);
-  std::uint8_t* longForm(DcTag tag, const char* vr, std::size_t valueBytes);
+  std::uint8_t* shortForm(DcTag tag, std::size_t valueBytes);
+  std::uint8_t* longForm(DcTag tag, std::size_t valueBytes);
 
   std::vector<std::uint8_t>& file_;
   DcCode code_ = kDcOk;

@@ -9,6 +9,7 @@
 #include "dicom/log.h"
 #include "dicom/parse_header.h"
 #include "dicom/read_file.h"
+#include "dicom/tags.h"
 #include "dicom/vr_table.h"
 #include "dir_rec_parse.h"
 #include "platform/win32.h"
@@ -19,8 +20,6 @@ namespace quillon {
 namespace {
 
 constexpr const char* kFunction = "DcDirDicomDir::read";
-constexpr DcTag kDirectoryRecordSequence = 0x00041220;
-constexpr DcTag kRecordTypeTag = 0x00041430;
 
 DcTag tagAt(const std::uint8_t* bytes) { return loadTag(bytes, false); }
 
@@ -143,7 +142,7 @@ DcCode DcDirReader::walkHeader(std::uint32_t headerAt, std::uint32_t& headerEnds
   std::uint32_t at = headerAt;
   while (fileBytes_ - at >= kShortHeaderBytes) {
     const DcTag tag = tagAt(&file_[at]);
-    if (dcGroup(tag) != 0x0004 || tag == kDirectoryRecordSequence) break;
+    if (dcGroup(tag) != 0x0004 || tag == tags::kDirectoryRecordSequence) break;
     std::uint32_t elementBytes = 0;
     const DcCode rc = headerElement(at, elementBytes);
     if (rc != kDcOk) return rc;
@@ -151,7 +150,7 @@ DcCode DcDirReader::walkHeader(std::uint32_t headerAt, std::uint32_t& headerEnds
   }
   headerEndsAt = at;
   const std::uint32_t remaining = fileBytes_ - at;
-  if (remaining >= kLongHeaderBytes && tagAt(&file_[at]) == kDirectoryRecordSequence) {
+  if (remaining >= kLongHeaderBytes && tagAt(&file_[at]) == tags::kDirectoryRecordSequence) {
     const std::uint32_t itemBytes = remaining - static_cast<std::uint32_t>(kLongHeaderBytes);
     sequenceAt_ = fileBytes_ - itemBytes;
     // All ones, the undefined length, is cut to the file's end like any other that is too large.
@@ -171,17 +170,18 @@ DcCode DcDirReader::readHeader(std::uint32_t headerAt, std::uint32_t& firstRecor
     if (rc == kDcOk && header.lostElements()) rc = kDcNoMemory;
     if (rc != kDcOk) return rc;
   }
-  if (const auto text = dirTextOf(header, 0x00041130)) dir_.fileSetId = *text;
-  if (const DcElem* descriptor = header.find(0x00041141)) {
+  if (const auto text = dirTextOf(header, tags::kFileSetId)) dir_.fileSetId = *text;
+  if (const DcElem* descriptor = header.find(tags::kFileSetDescriptorFileId)) {
     for (int i = 0; i < descriptor->valueCount(); ++i) {
       if (const auto part = descriptor->stringValue(i)) {
         dir_.descriptorFileIdParts.emplace_back(*part);
       }
     }
   }
-  if (const auto text = dirTextOf(header, 0x00041142)) dir_.descriptorCharacterSet = *text;
-  header.getValue(0x00041212, dir_.consistencyFlag);
-  if (header.getValue(0x00041200, firstRecordAt) != kDcOk) {
+  if (const auto text = dirTextOf(header, tags::kSpecificCharacterSetOfFileSetDescriptorFile))
+    dir_.descriptorCharacterSet = *text;
+  header.getValue(tags::kFileSetConsistencyFlag, dir_.consistencyFlag);
+  if (header.getValue(tags::kFirstRootEntityRecordOffset, firstRecordAt) != kDcOk) {
     dcLog(DcLogLevel::Error, kFunction,
           "Missing or invalid T_0004_1200_firstRootEntityRecordOffset");
     return kDcInvalidDicomDir;
@@ -236,7 +236,7 @@ bool DcDirReader::claim(std::uint32_t offset, std::uint32_t endAt) {
 
 DcCode DcDirReader::readUnreachedMrdrs() {
   std::uint32_t at = sequenceAt_;
-  while (sequenceEndsAt_ - at >= kShortHeaderBytes && tagAt(&file_[at]) == kItemTag) {
+  while (sequenceEndsAt_ - at >= kShortHeaderBytes && tagAt(&file_[at]) == tags::kItem) {
     const auto known = placed_.find(at);
     if (known != placed_.end()) {
       at = std::min(known->second.endAt, sequenceEndsAt_);
@@ -249,7 +249,7 @@ DcCode DcDirReader::readUnreachedMrdrs() {
     DcElemList item;
     rc = item.parse(&file_[extent.valueAt], extent.valueBytes, DcUid::ExplicitLittleEndian);
     if (rc == kDcNoMemory || item.lostElements()) return kDcNoMemory;
-    const auto typeName = dirTextOf(item, kRecordTypeTag);
+    const auto typeName = dirTextOf(item, tags::kRecordType);
     if (typeName == dirTypeRow(DcDirRecType::Mrdr).name) {
       DcDirRec* mrdr = nullptr;
       rc = readRecord(dir_, at, mrdr);

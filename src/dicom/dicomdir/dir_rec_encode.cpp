@@ -6,6 +6,7 @@
 #include "dicom/elem_sq.h"
 #include "dicom/element_form.h"
 #include "dicom/log.h"
+#include "dicom/tags.h"
 #include "dir_element_bytes.h"
 #include "record_types.h"
 
@@ -60,23 +61,23 @@ DcCode DcDirRec::frameItem(std::vector<std::uint8_t>& file, std::size_t& mrdrLin
 
   DcDirElementBytes elements(file);
   const std::size_t lengthAt = elements.itemHeader();
-  elements.ul(0x00041400, nextOffset_);
-  elements.us(0x00041410, inUseFlag_);
-  elements.ul(0x00041420, lowerOffset_);
-  elements.text(0x00041430, "CS", dirTypeRow(type_).name);
-  if (!privateRecordUid_.empty()) elements.text(0x00041432, "UI", privateRecordUid_);
+  elements.ul(tags::kOffsetOfTheNextDirectoryRecord, nextOffset_);
+  elements.us(tags::kRecordInUseFlag, inUseFlag_);
+  elements.ul(tags::kOffsetOfReferencedLowerLevelDirectoryEntity, lowerOffset_);
+  elements.text(tags::kRecordType, dirTypeRow(type_).name);
+  if (!privateRecordUid_.empty()) elements.text(tags::kPrivateRecordUid, privateRecordUid_);
   if (!fileIdParts_.empty()) {
     if (mrdr_ != nullptr) {
-      mrdrLinkAt = elements.ul(0x00041504, mrdr_->offsetInFile_);
+      mrdrLinkAt = elements.ul(tags::kMrdrDirectoryRecordOffset, mrdr_->offsetInFile_);
     } else {
-      elements.parts(0x00041500, "CS", fileIdParts_);
+      elements.parts(tags::kReferencedFileId, fileIdParts_);
     }
     if (isMrdr) {
-      elements.ul(0x00041600, referenceCount_);
+      elements.ul(tags::kNumberOfReferences, referenceCount_);
     } else {
-      elements.text(0x00041510, "UI", refSopClassUid_);
-      elements.text(0x00041511, "UI", refSopInstanceUid_);
-      elements.text(0x00041512, "UI", refTransferSyntaxUid_);
+      elements.text(tags::kReferencedFileClassUid, refSopClassUid_);
+      elements.text(tags::kReferencedFileInstanceUid, refSopInstanceUid_);
+      elements.text(tags::kReferencedFileXferSynUid, refTransferSyntaxUid_);
     }
   }
   if (elements.code() != kDcOk) return elements.code();

@@ -2,13 +2,16 @@
 #include "dir_rec_parse.h"
 
 #include <string>
+#include <utility>
 
+#include "dicom/dict.h"
 #include "dicom/dir_dicom_dir.h"
 #include "dicom/dir_rec.h"
 #include "dicom/element_form.h"
 #include "dicom/log.h"
 #include "dicom/parse_header.h"
 #include "dicom/read_file.h"
+#include "dicom/tags.h"
 
 namespace quillon {
 
@@ -16,26 +19,17 @@ namespace {
 
 constexpr const char* kFunction = "DcDirRec::parse";
 
-constexpr DcTag kNextRecordOffset = 0x00041400;
-constexpr DcTag kRecordInUseFlag = 0x00041410;
-constexpr DcTag kLowerLevelOffset = 0x00041420;
-constexpr DcTag kRecordType = 0x00041430;
-constexpr DcTag kPrivateRecordUid = 0x00041432;
-constexpr DcTag kReferencedFileId = 0x00041500;
-constexpr DcTag kMrdrOffset = 0x00041504;
-constexpr DcTag kReferencedSopClassUid = 0x00041510;
-constexpr DcTag kReferencedSopInstanceUid = 0x00041511;
-constexpr DcTag kReferencedTransferSyntaxUid = 0x00041512;
-
 // What the lists of items have while values are not checked.
 DcCode acceptText(void*, DcTag, DcVr, const char*, std::string*, bool*) { return kDcOk; }
 
 // Offsets print as the signed numbers that the messages have always shown.
 int shown(std::uint32_t offset) { return static_cast<int>(offset); }
 
-DcCode missing(std::uint32_t offset, const char* element) {
+DcCode missing(std::uint32_t offset, DcTag tag) {
+  std::string name;
+  static_cast<void>(theDictionary().getDesc(tag, &name));
   dcLog(DcLogLevel::Error, kFunction, "Offset - %d (0x%06x), %s missing or invalid", shown(offset),
-        offset, element);
+        offset, name.c_str());
   return kDcInvalidDicomDir;
 }
 
@@ -61,7 +55,7 @@ DcCode dirMeasureItem(const std::uint8_t* file, std::uint32_t fileBytes, std::ui
   }
   const std::uint8_t* item = file + offsetInFile;
   if (fileBytes - offsetInFile < kItemHeaderBytes ||
-      loadItemTag(item, kParseExplicitLittleForm) != kItemTag) {
+      loadItemTag(item, kParseExplicitLittleForm) != tags::kItem) {
     dcLog(DcLogLevel::Error, kFunction, "Offset - %d (0x%06x), Sequence Item missing",
           shown(offsetInFile), offsetInFile);
     return kDcInvalidDicomDir;
@@ -102,23 +96,23 @@ DcCode DcDirRec::parseItem(const std::uint8_t* value, std::uint32_t valueBytes,
   if (rc != kDcOk) return rc;
 
   offsetInFile_ = offsetInFile;
-  nextOffset_ = offsetOf(*this, kNextRecordOffset);
-  lowerOffset_ = offsetOf(*this, kLowerLevelOffset);
-  if (getValue(kRecordInUseFlag, inUseFlag_) != kDcOk) {
-    return missing(offsetInFile, "T_0004_1410_recordInUseFlag");
+  nextOffset_ = offsetOf(*this, tags::kOffsetOfTheNextDirectoryRecord);
+  lowerOffset_ = offsetOf(*this, tags::kOffsetOfReferencedLowerLevelDirectoryEntity);
+  if (getValue(tags::kRecordInUseFlag, inUseFlag_) != kDcOk) {
+    return missing(offsetInFile, tags::kRecordInUseFlag);
   }
-  const auto typeName = dirTextOf(*this, kRecordType);
-  if (!typeName) return missing(offsetInFile, "T_0004_1430_recordType");
+  const auto typeName = dirTextOf(*this, tags::kRecordType);
+  if (!typeName) return missing(offsetInFile, tags::kRecordType);
   type_ = dirGetType(*typeName);
   if (type_ == DcDirRecType::Unknown) {
     dcLog(DcLogLevel::Error, kFunction, "Offset - %d (0x%06x), invalid Record Type - '%s'",
           shown(offsetInFile), offsetInFile, typeName->data());
     return kDcInvalidDicomDir;
   }
-  const auto privateUid = dirTextOf(*this, kPrivateRecordUid);
+  const auto privateUid = dirTextOf(*this, tags::kPrivateRecordUid);
   privateRecordUid_ = privateUid.value_or("");
   if (type_ == DcDirRecType::Private && !privateUid) {
-    return missing(offsetInFile, "T_0004_1432_privateRecordUid");
+    return missing(offsetInFile, tags::kPrivateRecordUid);
   }
   rc = parseReference(offsetInFile);
   if (rc == kDcOk) removeGroup(0x0004);
@@ -126,8 +120,8 @@ DcCode DcDirRec::parseItem(const std::uint8_t* value, std::uint32_t valueBytes,
 }
 
 DcCode DcDirRec::parseReference(std::uint32_t offsetInFile) {
-  const DcElem* fileIdElement = find(kReferencedFileId);
-  mrdrOffset_ = fileIdElement == nullptr ? offsetOf(*this, kMrdrOffset) : 0;
+  const DcElem* fileIdElement = find(tags::kReferencedFileId);
+  mrdrOffset_ = fileIdElement == nullptr ? offsetOf(*this, tags::kMrdrDirectoryRecordOffset) : 0;
   if (fileIdElement == nullptr && mrdrOffset_ == 0) return kDcOk;
 
   Reference reference;
@@ -160,22 +154,16 @@ DcCode DcDirRec::parseReference(std::uint32_t offsetInFile) {
 
   // A record that reaches its file through an MRDR, and the MRDR itself, need not repeat the UIDs.
   const bool required = fileIdElement != nullptr && type_ != DcDirRecType::Mrdr;
-  const struct {
-    DcTag tag;
-    const char* name;
-    std::string& target;
-  } uids[] = {
-      {kReferencedSopClassUid, "T_0004_1510_referencedFileClassUid", reference.sopClassUid},
-      {kReferencedSopInstanceUid, "T_0004_1511_referencedFileInstanceUid",
-       reference.sopInstanceUid},
-      {kReferencedTransferSyntaxUid, "T_0004_1512_referencedFileXferSynUid",
-       reference.transferSyntaxUid},
+  const std::pair<DcTag, std::string&> uids[] = {
+      {tags::kReferencedFileClassUid, reference.sopClassUid},
+      {tags::kReferencedFileInstanceUid, reference.sopInstanceUid},
+      {tags::kReferencedFileXferSynUid, reference.transferSyntaxUid},
   };
-  for (const auto& uid : uids) {
-    if (const auto text = dirTextOf(*this, uid.tag)) {
-      uid.target = *text;
+  for (const auto& [tag, target] : uids) {
+    if (const auto text = dirTextOf(*this, tag)) {
+      target = *text;
     } else if (required) {
-      return missing(offsetInFile, uid.name);
+      return missing(offsetInFile, tag);
     }
   }
   setReference(std::move(reference));

@@ -7,6 +7,7 @@
 #include "dicom/dir_dicom_dir.h"
 #include "dicom/file.h"
 #include "dicom/log.h"
+#include "dicom/tags.h"
 #include "dir_element_bytes.h"
 #include "dir_rec_encode.h"
 
@@ -35,25 +36,28 @@ void DcDirWriter::appendMetaInformation() {
   for (const char c : {'D', 'I', 'C', 'M'}) bytes_.push_back(static_cast<std::uint8_t>(c));
   DcDirElementBytes elements(bytes_);
   const std::size_t groupAt = bytes_.size();
-  const std::size_t groupLengthAt = elements.ul(0x00020000, 0);
+  const std::size_t groupLengthAt = elements.ul(dcTag(dcGroup(tags::kTransferSyntaxUid), 0), 0);
   const std::uint8_t version[] = {static_cast<std::uint8_t>(meta.version >> 8),
                                   static_cast<std::uint8_t>(meta.version & 0xFF)};
-  elements.ob(0x00020001, version, sizeof version);
+  elements.ob(tags::kFileMetaInformationVersion, version, sizeof version);
   elements.text(
-      0x00020002, "UI",
+      tags::kMediaStorageSopClassUid,
       uidText(meta.sopClass == DcUid::None ? DcUid::MediaStorageDirectory : meta.sopClass));
-  elements.text(0x00020003, "UI", meta.sopInstanceUid);
-  elements.text(0x00020010, "UI", uidText(DcUid::ExplicitLittleEndian));
-  elements.text(0x00020012, "UI",
-                meta.implementationClassUid.empty() ? DcFileMetaInfo().implementationClassUid
-                                                    : meta.implementationClassUid);
+  elements.text(tags::kMediaStorageSopInstanceUid, meta.sopInstanceUid);
+  elements.text(tags::kTransferSyntaxUid, uidText(DcUid::ExplicitLittleEndian));
+  elements.text(tags::kImplementationClassUid, meta.implementationClassUid.empty()
+                                                   ? DcFileMetaInfo().implementationClassUid
+                                                   : meta.implementationClassUid);
   if (!meta.implementationVersionName.empty()) {
-    elements.text(0x00020013, "SH", meta.implementationVersionName);
+    elements.text(tags::kImplementationVersionName, meta.implementationVersionName);
   }
-  if (!meta.sourceAeTitle.empty()) elements.text(0x00020016, "AE", meta.sourceAeTitle);
-  if (!meta.privateCreatorUid.empty()) elements.text(0x00020100, "UI", meta.privateCreatorUid);
+  if (!meta.sourceAeTitle.empty())
+    elements.text(tags::kSourceApplicationEntityTitle, meta.sourceAeTitle);
+  if (!meta.privateCreatorUid.empty())
+    elements.text(tags::kPrivateInformationCreatorUid, meta.privateCreatorUid);
   if (!meta.privateInformation.empty()) {
-    elements.ob(0x00020102, meta.privateInformation.data(), meta.privateInformation.size());
+    elements.ob(tags::kPrivateInformation, meta.privateInformation.data(),
+                meta.privateInformation.size());
   }
   storeLe32(&bytes_[groupLengthAt],
             static_cast<std::uint32_t>(bytes_.size() - groupAt - kGroupLengthElementBytes));
@@ -62,16 +66,16 @@ void DcDirWriter::appendMetaInformation() {
 DcCode DcDirWriter::appendHeader() {
   appendMetaInformation();
   DcDirElementBytes elements(bytes_);
-  elements.text(0x00041130, "CS", dir_.fileSetId);
+  elements.text(tags::kFileSetId, dir_.fileSetId);
   if (!dir_.descriptorFileIdParts.empty()) {
-    elements.parts(0x00041141, "CS", dir_.descriptorFileIdParts);
+    elements.parts(tags::kFileSetDescriptorFileId, dir_.descriptorFileIdParts);
   }
   if (!dir_.descriptorCharacterSet.empty()) {
-    elements.text(0x00041142, "CS", dir_.descriptorCharacterSet);
+    elements.text(tags::kSpecificCharacterSetOfFileSetDescriptorFile, dir_.descriptorCharacterSet);
   }
-  firstOffsetAt_ = elements.ul(0x00041200, 0);
-  lastOffsetAt_ = elements.ul(0x00041202, 0);
-  elements.us(0x00041212, dir_.consistencyFlag);
+  firstOffsetAt_ = elements.ul(tags::kFirstRootEntityRecordOffset, 0);
+  lastOffsetAt_ = elements.ul(tags::kOffsetOfTheLastDirectoryRecordOfTheRootDirectoryEnt, 0);
+  elements.us(tags::kFileSetConsistencyFlag, dir_.consistencyFlag);
   if (elements.code() != kDcOk) return elements.code();
 
   // Elements that a caller gave to the DICOMDIR itself follow the header's own.
@@ -85,7 +89,7 @@ DcCode DcDirWriter::appendHeader() {
     if (rc != kDcOk) return rc;
     bytes_.resize(keysAt + keyBytes);
   }
-  sequenceLengthAt_ = DcDirElementBytes(bytes_).sequenceHeader(0x00041220);
+  sequenceLengthAt_ = DcDirElementBytes(bytes_).sequenceHeader(tags::kDirectoryRecordSequence);
   return kDcOk;
 }
 

@@ -11,6 +11,7 @@
 #include "dicom/elem.h"
 #include "dicom/element_form.h"
 #include "dicom/log.h"
+#include "dicom/tags.h"
 #include "dicom/vr_table.h"
 
 namespace quillon {
@@ -123,7 +124,7 @@ DcCode frameValueOX(const DcElem& elem, const VrRow& row, DcUid syntax, std::uin
     to += segment.lengthBytes();
   }
   framed.length = static_cast<std::uint32_t>(sum.inMemory + sum.inFiles);
-  const bool isEncapsulated = elem.tag() == kPixelDataTag && !isUncompressed(syntax);
+  const bool isEncapsulated = elem.tag() == tags::kPixelData && !isUncompressed(syntax);
   // Some sources have values of odd length, which no file may have.
   if (sum.inMemory % 2 != 0 && !isEncapsulated) {
     *to++ = static_cast<std::uint8_t>(row.pad);
@@ -132,7 +133,7 @@ DcCode frameValueOX(const DcElem& elem, const VrRow& row, DcUid syntax, std::uin
   if (isEncapsulated) {
     framed.length = kUndefinedLength;
     if (sum.hasMemory) {
-      storeTag(to, kSequenceDelimitation, false);
+      storeTag(to, tags::kSequenceDelimitationItem, false);
       storeLe32(to + sizeof(DcTag), 0);
       to += kDelimiterBytes;
     }

@@ -8,6 +8,7 @@
 #include "dicom/elem_list.h"
 #include "dicom/elem_sq.h"
 #include "dicom/element_form.h"
+#include "dicom/tags.h"
 #include "dicom/vr_table.h"
 
 namespace quillon {
@@ -30,7 +31,7 @@ std::uint64_t textSize(const DcTextValues& values) {
 std::uint64_t DcElem::encodedValueLengthEstimate() const {
   if (!segments_.empty()) {
     // Room for the delimitation item of encapsulated pixel data.
-    std::uint64_t sum = tag_ == kPixelDataTag ? kDelimiterBytes : 0;
+    std::uint64_t sum = tag_ == tags::kPixelData ? kDelimiterBytes : 0;
     for (const DcElemValueBuf& segment : segments_) {
       if (segment.storage() == DcElemValueBuf::Storage::Memory) sum += segment.lengthBytes();
     }

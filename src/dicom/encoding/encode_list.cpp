@@ -8,20 +8,19 @@
 #include "dicom/elem_sq.h"
 #include "dicom/element_form.h"
 #include "dicom/log.h"
+#include "dicom/tags.h"
 
 namespace quillon {
 namespace {
 
-constexpr DcTag kBitsAllocated = 0x00280100;
-constexpr DcTag kWaveformBitsAllocated = 0x54001004;
 constexpr DcTag kWaveformValues[] = {
-    0x54000110,  // Channel Minimum Value
-    0x54000112,  // Channel Maximum Value
-    0x5400100A,  // Waveform Padding Value
-    0x54001010,  // Waveform Data
+    tags::kChannelMinimumValue,
+    tags::kChannelMaximumValue,
+    tags::kWaveformPaddingValue,
+    tags::kWaveformData,
 };
 constexpr std::uint16_t kBitsOfByte = 8;
-constexpr std::uint16_t kPixelGroup = 0x7FE0;
+constexpr std::uint16_t kPixelGroup = dcGroup(tags::kPixelData);
 // Bytes of the Pixel Data element beside its value.
 constexpr std::uint32_t kPixelHeaderImplicit = 8;
 constexpr std::uint32_t kPixelHeaderExplicit = 12;
@@ -38,7 +37,7 @@ DcVr bytesOrWords(std::uint16_t bits, DcUid transferSyntax) {
 
 void resolveWaveform(const DcElemList& list, DcUid transferSyntax) {
   std::uint16_t bits = 0;
-  if (list.getValue(kWaveformBitsAllocated, bits) != kDcOk) return;
+  if (list.getValue(tags::kWaveformBitsAllocated, bits) != kDcOk) return;
   for (const DcTag tag : kWaveformValues) {
     if (DcElem* elem = list.find(tag)) elem->setVr(bytesOrWords(bits, transferSyntax));
   }
@@ -46,11 +45,11 @@ void resolveWaveform(const DcElemList& list, DcUid transferSyntax) {
 
 // Answers the length of the pixel data's first segment, with its padding.
 std::uint32_t resolvePixelData(const DcElemList& list, DcUid transferSyntax) {
-  DcElem* pixelData = list.find(kPixelDataTag);
+  DcElem* pixelData = list.find(tags::kPixelData);
   if (pixelData == nullptr) return 0;
   if (pixelData->resolvedVr() == DcVr::OX) {
     std::uint16_t bits = 0;
-    list.getValue(kBitsAllocated, bits);
+    list.getValue(tags::kBitsAllocated, bits);
     pixelData->setVr(bytesOrWords(bits, transferSyntax));
   }
   if (pixelData->segments().empty()) return 0;
@@ -136,7 +135,7 @@ DcCode DcElemList::frame(std::uint8_t* buffer, std::uint32_t& lengthOut, DcUid t
   }
   resolveWaveform(*this, transferSyntax);
   const std::uint32_t pixelDataLength = resolvePixelData(*this, transferSyntax);
-  OpenGroup group(pixelDataLength, contains(kPixelDataTag), transferSyntax);
+  OpenGroup group(pixelDataLength, contains(tags::kPixelData), transferSyntax);
   for (const std::unique_ptr<DcElem>& elem : elements_) {
     const DcUid syntax = syntaxOfGroup(elem->group(), transferSyntax);
     std::uint8_t* at = buffer + lengthOut;
@@ -165,7 +164,7 @@ DcCode DcElemSqItem::frame(std::uint8_t* buffer, std::uint32_t& lengthOut, DcUid
     return kDcNotAccepted;
   }
   const bool big = isBigEndian(transferSyntax);
-  storeTag(buffer, kItemTag, big);
+  storeTag(buffer, tags::kItem, big);
   store32(buffer + sizeof(DcTag), 0, big);
   std::uint32_t contents = 0;
   const DcCode code = DcElemList::frame(buffer + kItemHeaderBytes, contents, transferSyntax);

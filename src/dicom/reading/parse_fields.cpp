@@ -8,6 +8,7 @@
 #include "dicom/file_meta_info.h"
 #include "dicom/log.h"
 #include "dicom/parse_header.h"
+#include "dicom/tags.h"
 #include "parse_meta.h"
 #include "parse_walk.h"
 #include "parse_window.h"
@@ -43,7 +44,7 @@ class FieldWalk {
       while (cursor_ != end_ && cursor_->tag < info.tag) ++cursor_;
       if (cursor_ == end_) return kDcOk;
       DcFieldRequest* wanted = cursor_->tag == info.tag ? cursor_ : nullptr;
-      if (wanted != nullptr && info.tag == kPixelDataTag && !readPixelLength_) {
+      if (wanted != nullptr && info.tag == tags::kPixelData && !readPixelLength_) {
         wanted->status = DcFieldStatus::PixelDataNotRead;
         wanted->offsetInFile = position;
         return kDcOk;
@@ -121,11 +122,11 @@ class FieldWalk {
       }
       const DcTag tag = loadItemTag(bytes, form);
       const std::uint32_t length = loadItemLength(bytes, form);
-      if (tag == kSequenceDelimitation && length == 0) {
+      if (tag == tags::kSequenceDelimitationItem && length == 0) {
         position = isOpenEnd ? position + kShortHeaderBytes : to;
         return kDcOk;
       }
-      if (tag != kItemTag) return fail(kWalk, Fault::Data, position);
+      if (tag != tags::kItem) return fail(kWalk, Fault::Data, position);
       position += kShortHeaderBytes;
       const bool isOpenItem = length == kUndefinedLength;
       const std::uint64_t itemEnd = isOpenItem ? to : position + length;
@@ -147,11 +148,12 @@ class FieldWalk {
         return fail(kWalk, Fault::Tag, position);
       }
       const DcTag itemTag = loadItemTag(bytes, form);
-      if (itemTag == kItemDelimitation && loadItemLength(bytes, form) == 0) {
+      if (itemTag == tags::kItemDelimitationItem && loadItemLength(bytes, form) == 0) {
         position = isOpenEnd ? position + kShortHeaderBytes : to;
         return kDcOk;
       }
-      if (isOpenEnd && (itemTag == kItemTag || itemTag == kSequenceDelimitation)) return kDcOk;
+      if (isOpenEnd && (itemTag == tags::kItem || itemTag == tags::kSequenceDelimitationItem))
+        return kDcOk;
       ElemInfo info;
       if (!utilGetElemInfo(bytes, available, form, info)) {
         return fail(kWalk, Fault::ValueLength, position);
@@ -166,7 +168,7 @@ class FieldWalk {
 
   // The pixel data of an icon image is not the pixel data that a request means.
   [[nodiscard]] DcFieldRequest* openRequest(DcTag tag) const {
-    if (tag == kPixelDataTag) return nullptr;
+    if (tag == tags::kPixelData) return nullptr;
     DcFieldRequest* found = std::lower_bound(
         cursor_, end_, tag,
         [](const DcFieldRequest& request, DcTag wanted) { return request.tag < wanted; });

@@ -2,24 +2,25 @@
 // sets name neither, and in a compressed object an icon that is not compressed carries the
 // object's syntax.
 #include <cstdint>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include "dicom/byte_order.h"
+#include "dicom/dict.h"
 #include "dicom/elem_sq.h"
 #include "dicom/log.h"
 #include "dicom/parse_header.h"
+#include "dicom/tags.h"
 
 namespace quillon {
 namespace {
 
-constexpr DcTag kRows = 0x00280010;
-constexpr DcTag kColumns = 0x00280011;
-constexpr DcTag kBitsStored = 0x00280101;
-
-bool readUint16(const DcElemSqItem& item, DcTag tag, const char* name, std::uint16_t& value) {
+bool readUint16(const DcElemSqItem& item, DcTag tag, std::uint16_t& value) {
   if (item.getValue(tag, value) == kDcOk) return true;
-  dcLog(DcLogLevel::Error, "DcElemSqItem::processIconImage", "Missing or invalid %s", name);
+  std::string name;
+  static_cast<void>(theDictionary().getDesc(tag, &name));
+  dcLog(DcLogLevel::Error, "DcElemSqItem::processIconImage", "Missing or invalid %s", name.c_str());
   return false;
 }
 
@@ -33,15 +34,15 @@ DcElemValueBuf asLittleEndian(const DcElemValueBuf& segment) {
 }  // namespace
 
 DcCode DcElemSqItem::processIconImage() {
-  DcElem* pixelData = find(kPixelDataTag);
+  DcElem* pixelData = find(tags::kPixelData);
   if (pixelData == nullptr) return kDcOk;
   std::uint16_t rows = 0;
   std::uint16_t columns = 0;
   std::uint16_t bitsStored = 0;
   // Each missing one has its message.
-  const bool hasRows = readUint16(*this, kRows, "T_0028_0010_rows", rows);
-  const bool hasColumns = readUint16(*this, kColumns, "T_0028_0011_columns", columns);
-  const bool hasBits = readUint16(*this, kBitsStored, "T_0028_0101_bitsStored", bitsStored);
+  const bool hasRows = readUint16(*this, tags::kRows, rows);
+  const bool hasColumns = readUint16(*this, tags::kColumns, columns);
+  const bool hasBits = readUint16(*this, tags::kBitsStored, bitsStored);
   if (!hasRows || !hasColumns || !hasBits) return kDcNotAccepted;
 
   const unsigned bytesPerPixel = bitsStored <= 8 ? 1 : 2;

@@ -10,6 +10,7 @@
 
 #include "dicom/dict.h"
 #include "dicom/log.h"
+#include "dicom/tags.h"
 #include "dicom/vr_table.h"
 #include "parse_walk.h"
 
@@ -98,16 +99,17 @@ class ListParser {
   Step itemStep() {
     const std::uint8_t* bytes = buffer_ + at_;
     const DcTag tag = loadItemTag(bytes, form_);
-    if (tag != kItemTag && tag != kItemDelimitation && tag != kSequenceDelimitation) {
+    if (tag != tags::kItem && tag != tags::kItemDelimitationItem &&
+        tag != tags::kSequenceDelimitationItem) {
       return Step::Element;
     }
     const bool isEmpty = loadItemLength(bytes, form_) == 0;
-    if (tag == kItemDelimitation && isEmpty && endsAtDelimiter_) {
+    if (tag == tags::kItemDelimitationItem && isEmpty && endsAtDelimiter_) {
       at_ += kShortHeaderBytes;
       return Step::End;
     }
-    if (isOpenEnd_ && tag != kItemDelimitation) return Step::End;
-    if (tag != kItemTag && isEmpty) {
+    if (isOpenEnd_ && tag != tags::kItemDelimitationItem) return Step::End;
+    if (tag != tags::kItem && isEmpty) {
       dcLog(DcLogLevel::Warning, kListFunction, "Stray tag 0x%08x passed over at offset 0x%x",
             static_cast<unsigned>(tag), static_cast<unsigned>(position()));
       at_ += kShortHeaderBytes;
@@ -147,7 +149,7 @@ class ListParser {
   DcVr unknownVr(const ElemInfo& info, std::size_t remaining) const {
     const bool canHoldItem =
         info.valueLength >= kItemTagBytes && remaining > kItemTagBytes &&
-        loadTag(buffer_ + at_ + info.headerBytes, (info.flags & kParseBig) != 0) == kItemTag;
+        loadTag(buffer_ + at_ + info.headerBytes, (info.flags & kParseBig) != 0) == tags::kItem;
     return canHoldItem ? DcVr::SQ : DcVr::UN;
   }
 
@@ -265,11 +267,11 @@ DcCode processSqValueDM(DcElemSq& sequence, const std::uint8_t* buffer, std::siz
     const DcTag tag = loadItemTag(bytes, form);
     const std::uint32_t itemLength = loadItemLength(bytes, form);
     const std::uint64_t itemOffset = offset + consumed;
-    if (tag == kSequenceDelimitation && itemLength == 0) {
+    if (tag == tags::kSequenceDelimitationItem && itemLength == 0) {
       consumed += kShortHeaderBytes;
       return kDcOk;
     }
-    if (tag != kItemTag) return notAnItem(kSequenceFunction, tag, itemOffset);
+    if (tag != tags::kItem) return notAnItem(kSequenceFunction, tag, itemOffset);
     consumed += kShortHeaderBytes;
     const std::size_t remaining = length - consumed;
     const bool isUndefined = itemLength == kUndefinedLength;
@@ -285,7 +287,7 @@ DcCode processSqValueDM(DcElemSq& sequence, const std::uint8_t* buffer, std::siz
     item.offsetInBuffer = static_cast<std::uint32_t>(itemOffset);
     item.lengthBytes = isUndefined ? static_cast<std::uint32_t>(used) : itemLength;
     if (code != kDcOk) return code;
-    if (sequence.tag() == kIconImageSequence) {
+    if (sequence.tag() == tags::kIconImageSequence) {
       if (const DcCode icon = item.processIconImage(); icon != kDcOk) return icon;
     }
   }

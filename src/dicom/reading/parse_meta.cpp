@@ -7,6 +7,7 @@
 #include "dicom/dict.h"
 #include "dicom/elem_list.h"
 #include "dicom/log.h"
+#include "dicom/tags.h"
 #include "parse_list.h"
 #include "parse_walk.h"
 
@@ -16,7 +17,7 @@ namespace {
 constexpr std::uint64_t kSmallestFile = 136;
 constexpr std::uint64_t kMagicAt = 128;
 constexpr std::size_t kMagicBytes = 4;
-constexpr std::uint16_t kMetaGroup = 0x0002;
+constexpr std::uint16_t kMetaGroup = dcGroup(tags::kTransferSyntaxUid);
 constexpr std::size_t kMaxUidChars = 128;
 constexpr std::size_t kMaxNameChars = 16;
 
@@ -24,7 +25,7 @@ constexpr std::size_t kMaxNameChars = 16;
 // delimitation item tell where it ends.
 bool scanToDelimiter(FileWindow& window, std::uint64_t& position) {
   while (const std::uint8_t* bytes = window.at(position, kShortHeaderBytes)) {
-    if (loadTag(bytes, false) == kSequenceDelimitation && loadLe32(bytes + 4) == 0) {
+    if (loadTag(bytes, false) == tags::kSequenceDelimitationItem && loadLe32(bytes + 4) == 0) {
       position += kShortHeaderBytes;
       return true;
     }
@@ -54,31 +55,31 @@ bool walkMetaGroup(FileWindow& window, std::uint64_t& position) {
   }
 }
 
-void take(const DcElemList& group, std::uint16_t element, std::size_t maxChars, std::string& out) {
-  const DcElem* found = group.find(dcTag(kMetaGroup, element));
+void take(const DcElemList& group, DcTag tag, std::size_t maxChars, std::string& out) {
+  const DcElem* found = group.find(tag);
   if (found == nullptr) return;
   if (const auto text = found->stringValue(0)) out = text->substr(0, maxChars);
 }
 
-const DcElemValueBuf* bytesOf(const DcElemList& group, std::uint16_t element) {
-  const DcElem* found = group.find(dcTag(kMetaGroup, element));
+const DcElemValueBuf* bytesOf(const DcElemList& group, DcTag tag) {
+  const DcElem* found = group.find(tag);
   if (found == nullptr || found->segments().empty()) return nullptr;
   return &found->segments().front();
 }
 
 void fillRecord(const DcElemList& group, DcFileMetaInfo& metaInfo) {
-  if (const DcElemValueBuf* version = bytesOf(group, 0x0001);
+  if (const DcElemValueBuf* version = bytesOf(group, tags::kFileMetaInformationVersion);
       version != nullptr && version->lengthBytes() >= 2) {
     metaInfo.version = loadBe16(version->data());
   }
-  take(group, 0x0002, kMaxUidChars, metaInfo.sopClassUid);
-  take(group, 0x0003, kMaxUidChars, metaInfo.sopInstanceUid);
-  take(group, 0x0010, kMaxUidChars, metaInfo.transferSyntaxUid);
-  take(group, 0x0012, kMaxUidChars, metaInfo.implementationClassUid);
-  take(group, 0x0013, kMaxNameChars, metaInfo.implementationVersionName);
-  take(group, 0x0016, kMaxNameChars, metaInfo.sourceAeTitle);
-  take(group, 0x0100, kMaxUidChars, metaInfo.privateCreatorUid);
-  if (const DcElemValueBuf* information = bytesOf(group, 0x0102)) {
+  take(group, tags::kMediaStorageSopClassUid, kMaxUidChars, metaInfo.sopClassUid);
+  take(group, tags::kMediaStorageSopInstanceUid, kMaxUidChars, metaInfo.sopInstanceUid);
+  take(group, tags::kTransferSyntaxUid, kMaxUidChars, metaInfo.transferSyntaxUid);
+  take(group, tags::kImplementationClassUid, kMaxUidChars, metaInfo.implementationClassUid);
+  take(group, tags::kImplementationVersionName, kMaxNameChars, metaInfo.implementationVersionName);
+  take(group, tags::kSourceApplicationEntityTitle, kMaxNameChars, metaInfo.sourceAeTitle);
+  take(group, tags::kPrivateInformationCreatorUid, kMaxUidChars, metaInfo.privateCreatorUid);
+  if (const DcElemValueBuf* information = bytesOf(group, tags::kPrivateInformation)) {
     metaInfo.privateInformation.assign(information->data(),
                                        information->data() + information->lengthBytes());
   }

@@ -12,6 +12,7 @@
 #include "dicom/elem_sq.h"
 #include "dicom/log.h"
 #include "dicom/parse_header.h"
+#include "dicom/tags.h"
 #include "dicom/vr_table.h"
 #include "parse_list.h"
 
@@ -102,8 +103,8 @@ DcCode DcElemSq::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
     }
     const DcTag itemTag = loadItemTag(buffer + at, form);
     const std::uint32_t itemLength = loadItemLength(buffer + at, form);
-    if (itemTag == kSequenceDelimitation && itemLength == 0) return kDcOk;
-    if (itemTag != kItemTag) {
+    if (itemTag == tags::kSequenceDelimitationItem && itemLength == 0) return kDcOk;
+    if (itemTag != tags::kItem) {
       dcLog(DcLogLevel::Error, kFunction,
             "Element (%04x,%04x) - Data error, did not find the expected sequence item tag",
             group(), element());
@@ -128,7 +129,7 @@ DcCode DcElemSq::parseVal(const std::uint8_t* buffer, std::uint32_t lengthBytes,
     std::size_t consumed = 0;
     DcCode code =
         processElemListDM(item, buffer + at, itemLength, transferSyntax, form, consumed, at, 1);
-    if (code == kDcOk && tag() == kIconImageSequence) code = item.processIconImage();
+    if (code == kDcOk && tag() == tags::kIconImageSequence) code = item.processIconImage();
     if (code != kDcOk) return code;
     at += itemLength;
   }

@@ -9,6 +9,7 @@
 #include <cstdint>
 
 #include "dicom/parse_header.h"
+#include "dicom/tags.h"
 
 namespace quillon {
 
@@ -68,12 +69,12 @@ DcCode walkItem(Source& source, std::uint64_t& position, unsigned flags, int dep
     const std::uint8_t* bytes = headerAt(source, position, available);
     if (bytes == nullptr) return kDcNotAccepted;
     const DcTag itemTag = loadItemTag(bytes, flags);
-    if (itemTag == kItemDelimitation && loadItemLength(bytes, flags) == 0) {
+    if (itemTag == tags::kItemDelimitationItem && loadItemLength(bytes, flags) == 0) {
       position += kShortHeaderBytes;
       isDelimited = true;
       return kDcOk;
     }
-    if (itemTag == kItemTag || itemTag == kSequenceDelimitation) return kDcOk;
+    if (itemTag == tags::kItem || itemTag == tags::kSequenceDelimitationItem) return kDcOk;
     ElemInfo info;
     if (!utilGetElemInfo(bytes, available, flags, info)) return kDcNotAccepted;
     if (const DcCode code = walkValue(source, position, info, depth); code != kDcOk) return code;
@@ -91,11 +92,11 @@ DcCode walkSequence(Source& source, std::uint64_t& position, unsigned flags, int
     if (bytes == nullptr) return kDcNotAccepted;
     const DcTag tag = loadItemTag(bytes, flags);
     const std::uint32_t length = loadItemLength(bytes, flags);
-    if (tag == kSequenceDelimitation && length == 0) {
+    if (tag == tags::kSequenceDelimitationItem && length == 0) {
       position += kShortHeaderBytes;
       return kDcOk;
     }
-    if (tag != kItemTag) return kDcNotConvertible;
+    if (tag != tags::kItem) return kDcNotConvertible;
     if (length == kUndefinedLength) {
       position += kShortHeaderBytes;
       bool isDelimited = false;

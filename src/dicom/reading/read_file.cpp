@@ -7,6 +7,7 @@
 #include "dicom/dict.h"
 #include "dicom/file.h"
 #include "dicom/log.h"
+#include "dicom/tags.h"
 #include "parse_list.h"
 #include "parse_meta.h"
 #include "parse_walk.h"
@@ -16,8 +17,6 @@ namespace quillon {
 namespace {
 
 constexpr const char* kReadFunction = "dirReadFile";
-constexpr DcTag kSopClassUid = 0x00080016;
-constexpr DcTag kSopInstanceUid = 0x00080018;
 constexpr double kBytesPerMegabyte = 1024.0 * 1024.0;
 
 DcCode nullFileName(const char* function) {
@@ -42,6 +41,7 @@ DcCode loadError(DcCode code, const char* function, const char* fileName) {
 struct PixelData {
   bool isFound = false;
   std::uint64_t elementAt = 0;
+  std::uint64_t valueAt = kNoPixelData;
   std::uint32_t valueLength = 0;
   bool isCut = false;
   // Where stepping over the elements failed; nothing behind it could be searched.
@@ -59,9 +59,12 @@ PixelData findPixelData(FileWindow& window, const DataSetPlace& place) {
   while (const std::uint8_t* bytes = headerAt(window, position, available)) {
     ElemInfo info;
     const bool isWhole = utilGetElemInfo(bytes, available, form, info);
-    if (info.tag == kPixelDataTag) {
+    if (info.tag == tags::kPixelData) {
       pixelData.isFound = true;
       pixelData.elementAt = position;
+      pixelData.valueAt =
+          position +
+          (place.syntax == DcUid::ImplicitLittleEndian ? kShortHeaderBytes : kLongHeaderBytes);
       pixelData.valueLength = isWhole ? info.valueLength : 0;
       pixelData.isCut =
           !isWhole || (info.valueLength != kUndefinedLength &&
@@ -104,13 +107,13 @@ void takeSopUids(const DcElemList& elements, DcFileMetaInfo& metaInfo) {
     return found != nullptr ? found->stringValue(0) : std::nullopt;
   };
   if (metaInfo.sopClassUid.empty()) {
-    if (const auto uid = textOf(kSopClassUid)) {
+    if (const auto uid = textOf(tags::kSopClassUid)) {
       metaInfo.sopClassUid = *uid;
       theDictionary().getUidDef(uid->data(), &metaInfo.sopClass);
     }
   }
   if (metaInfo.sopInstanceUid.empty()) {
-    if (const auto uid = textOf(kSopInstanceUid)) metaInfo.sopInstanceUid = *uid;
+    if (const auto uid = textOf(tags::kSopInstanceUid)) metaInfo.sopInstanceUid = *uid;
   }
 }
 
@@ -150,6 +153,37 @@ DcCode OpenedFile::open(const char* fileName, const char* function, DcFileMetaIn
   return isReadOnAfter(metaCode_) ? kDcOk : metaCode_;
 }
 
+// The whole file, or with pixelData what stands before it.
+DcCode readFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
+                DcFileReading* reading, PixelData* pixelData) try {
+  if (fileName == nullptr) return nullFileName(kReadFunction);
+  const DcLogFile inLog(fileName);
+  OpenedFile file;
+  const DcCode metaCode = file.open(fileName, kReadFunction, metaInfo, reading);
+  if (metaCode != kDcOk) return metaCode;
+  FileWindow& window = file.window();
+  const DataSetPlace& place = file.place();
+  PixelData found;
+  if (pixelData != nullptr) {
+    found = findPixelData(window, place);
+    if (window.fault() != kDcOk) return loadError(window.fault(), kReadFunction, fileName);
+    if (reading != nullptr) reading->isPixelDataCut = found.isCut;
+  } else if (window.size() > kMaxFileBytes) {
+    dcLog(DcLogLevel::Error, kReadFunction, "File '%s', size exceeds limit of %g Mbytes", fileName,
+          static_cast<double>(kMaxFileBytes) / kBytesPerMegabyte);
+    return kDcFileTooLarge;
+  }
+  elements.clear();
+  const std::uint64_t end = pixelData != nullptr ? endOfHeader(window, found) : window.size();
+  const DcCode code = parseDataSet(window, fileName, place, end, elements);
+  // A whole file with meta information is believed in what that leaves out.
+  if (pixelData != nullptr || place.offset <= kMetaGroupAt) takeSopUids(elements, metaInfo);
+  if (pixelData != nullptr) *pixelData = found;
+  return code;
+} catch (const std::bad_alloc&) {
+  return loadError(kDcNoMemory, kReadFunction, fileName);
+}
+
 }  // namespace
 
 DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
@@ -167,55 +201,18 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
 }
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
-                   DcFileReading* reading) try {
-  if (fileName == nullptr) return nullFileName(kReadFunction);
-  const DcLogFile inLog(fileName);
-  OpenedFile file;
-  const DcCode metaCode = file.open(fileName, kReadFunction, metaInfo, reading);
-  if (metaCode != kDcOk) return metaCode;
-  FileWindow& window = file.window();
-  if (window.size() > kMaxFileBytes) {
-    dcLog(DcLogLevel::Error, kReadFunction, "File '%s', size exceeds limit of %g Mbytes", fileName,
-          static_cast<double>(kMaxFileBytes) / kBytesPerMegabyte);
-    return kDcFileTooLarge;
-  }
-  elements.clear();
-  const DcCode code = parseDataSet(window, fileName, file.place(), window.size(), elements);
-  if (file.place().offset <= kMetaGroupAt) takeSopUids(elements, metaInfo);
-  return code;
-} catch (const std::bad_alloc&) {
-  return loadError(kDcNoMemory, kReadFunction, fileName);
+                   DcFileReading* reading) {
+  return readFile(fileName, metaInfo, elements, reading, nullptr);
 }
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
                    std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength,
-                   DcFileReading* reading) try {
-  if (pixelValueOffset != nullptr) *pixelValueOffset = kNoPixelData;
-  if (pixelValueLength != nullptr) *pixelValueLength = 0;
-  if (fileName == nullptr) return nullFileName(kReadFunction);
-  const DcLogFile inLog(fileName);
-  OpenedFile file;
-  const DcCode metaCode = file.open(fileName, kReadFunction, metaInfo, reading);
-  if (metaCode != kDcOk) return metaCode;
-
-  FileWindow& window = file.window();
-  const DataSetPlace& place = file.place();
-  const PixelData pixelData = findPixelData(window, place);
-  if (window.fault() != kDcOk) return loadError(window.fault(), kReadFunction, fileName);
-  if (reading != nullptr) reading->isPixelDataCut = pixelData.isCut;
-  elements.clear();
-  const DcCode code =
-      parseDataSet(window, fileName, place, endOfHeader(window, pixelData), elements);
-  takeSopUids(elements, metaInfo);
-  if (pixelData.isFound) {
-    const std::size_t headerBytes =
-        place.syntax == DcUid::ImplicitLittleEndian ? kShortHeaderBytes : kLongHeaderBytes;
-    if (pixelValueOffset != nullptr) *pixelValueOffset = pixelData.elementAt + headerBytes;
-    if (pixelValueLength != nullptr) *pixelValueLength = pixelData.valueLength;
-  }
+                   DcFileReading* reading) {
+  PixelData pixelData;
+  const DcCode code = readFile(fileName, metaInfo, elements, reading, &pixelData);
+  if (pixelValueOffset != nullptr) *pixelValueOffset = pixelData.valueAt;
+  if (pixelValueLength != nullptr) *pixelValueLength = pixelData.valueLength;
   return code;
-} catch (const std::bad_alloc&) {
-  return loadError(kDcNoMemory, kReadFunction, fileName);
 }
 
 DcCode utilGetSqItemValLen(const std::uint8_t* lengthField, std::uint32_t remaining,

@@ -44,7 +44,7 @@ class CDicomObjectProcessor : public CBaseItem {
   // Appended to the photometric interpretation of colour images: RGB/0.
   bool ReadPlanarConfiguration(CDicomUtil& util, CDicomImageProperties& image);
   // A missing value is a failure with that message unless the flag is set.
-  bool ReadNumber(CDicomUtil& util, std::string_view tagPath, UINT message, std::uint16_t& number);
+  bool ReadNumber(CDicomUtil& util, DcTag tag, UINT message, std::uint16_t& number);
 
   bool instanceUidOptional_ = false;
 };

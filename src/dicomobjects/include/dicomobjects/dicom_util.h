@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "dicom/elem_list.h"
@@ -16,6 +17,19 @@
 #include "foundation/buffer.h"
 
 namespace quillon {
+
+// An element of the data set itself, or of an item (counted from 1) of one of its sequences.
+struct TagPlace {
+  DcTag tag;
+  DcTag sequence = 0;
+  std::uint32_t itemFromOne = 0;
+
+  constexpr TagPlace(DcTag element) : tag(element) {}
+  constexpr TagPlace(DcTag inSequence, std::uint32_t item, DcTag element)
+      : tag(element), sequence(inSequence), itemFromOne(item) {}
+  // The same as a tag path, with the dictionary's VR.
+  [[nodiscard]] std::string Path() const;
+};
 
 class CDicomUtil : public CBaseItem {
  public:
@@ -38,6 +52,7 @@ class CDicomUtil : public CBaseItem {
   // meta information. Without asArray several texts come as one, with backslashes between them, and
   // of several numbers the first. A sequence itself has no value.
   bool GetValue(std::string_view tagPath, DicomValue& value, bool asArray);
+  bool GetValue(const TagPlace& place, DicomValue& value, bool asArray);
   // Copies the sequence `tag` with all its items into target's list; false when it is absent.
   bool CopySequence(DcTag tag, CDicomUtil& target);
 
@@ -86,6 +101,7 @@ class CDicomUtil : public CBaseItem {
 
  private:
   bool Load(TextView path, bool deferPixelData);
+  bool ReadFrom(const DcElemList& list, DcTag tag, DicomValue& value, bool asArray);
   bool GetMetaValue(DcTag tag, DicomValue& value) const;
   [[nodiscard]] DcVr ValueVr(const DcElem& element) const;
   bool LocatePixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;

@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <string_view>
 
+#include "dicom/tags.h"
 #include "dicomobjects/dicom_util.h"
 #include "foundation/base_item.h"
 
@@ -14,7 +15,7 @@ namespace quillon {
 // One attribute of a document: where it stands in the file, the message for a text that cannot be
 // stored, what an empty value is stored as, and the text itself.
 struct DocumentAttribute {
-  std::string_view tagPath;
+  TagPlace place;
   UINT storeMessage;
   TextView emptyMeans = {};
   Text value = {};
@@ -44,6 +45,8 @@ class CDicomDocument : public CBaseItem {
   bool Store(DocumentAttribute& attribute, TextView value);
 
  private:
+  bool Take(bool isFound, const DicomValue& value, std::string_view tagPath, Text& out);
+
   Messages messages_;
   bool valuesRequired_ = false;
 };
@@ -60,9 +63,9 @@ class CKeyObjectDocument : public CDicomDocument {
   bool SetContentTime(TextView value) { return Store(contentTime_, value); }
 
  private:
-  DocumentAttribute instanceNumber_{"00200013,IS", kMsgCannotSetKeyObjectInstanceNumber};
-  DocumentAttribute contentDate_{"00080023,DA", kMsgCannotSetKeyObjectContentDate};
-  DocumentAttribute contentTime_{"00080033,TM", kMsgCannotSetKeyObjectContentTime};
+  DocumentAttribute instanceNumber_{tags::kInstanceNumber, kMsgCannotSetKeyObjectInstanceNumber};
+  DocumentAttribute contentDate_{tags::kContentDate, kMsgCannotSetKeyObjectContentDate};
+  DocumentAttribute contentTime_{tags::kContentTime, kMsgCannotSetKeyObjectContentTime};
 };
 
 class CPresentation : public CDicomDocument {
@@ -83,14 +86,16 @@ class CPresentation : public CDicomDocument {
   bool SetCreationTime(TextView value) { return Store(creationTime_, value); }
 
  private:
-  DocumentAttribute instanceNumber_{"00200013,IS", kMsgCannotSetPresentationInstanceNumber};
-  DocumentAttribute contentLabel_{"00700080,CS", kMsgCannotSetPresentationLabel};
-  DocumentAttribute contentDescription_{"00700081,LO", kMsgCannotSetPresentationDescription,
-                                        OLESTR("Unknown")};
-  DocumentAttribute contentCreatorName_{"00700084,PN", kMsgCannotSetPresentationCreatorName,
-                                        OLESTR("Unknown^Unknown")};
-  DocumentAttribute creationDate_{"00700082,DA", kMsgCannotSetPresentationCreationDate};
-  DocumentAttribute creationTime_{"00700083,TM", kMsgCannotSetPresentationContentTime};
+  DocumentAttribute instanceNumber_{tags::kInstanceNumber, kMsgCannotSetPresentationInstanceNumber};
+  DocumentAttribute contentLabel_{tags::kContentLabel, kMsgCannotSetPresentationLabel};
+  DocumentAttribute contentDescription_{tags::kContentDescription,
+                                        kMsgCannotSetPresentationDescription, OLESTR("Unknown")};
+  DocumentAttribute contentCreatorName_{
+      tags::kContentCreatorsName, kMsgCannotSetPresentationCreatorName, OLESTR("Unknown^Unknown")};
+  DocumentAttribute creationDate_{tags::kPresentationCreationDate,
+                                  kMsgCannotSetPresentationCreationDate};
+  DocumentAttribute creationTime_{tags::kPresentationCreationTime,
+                                  kMsgCannotSetPresentationContentTime};
 };
 
 class CStructuredReport : public CDicomDocument {
@@ -121,16 +126,20 @@ class CStructuredReport : public CDicomDocument {
  private:
   bool ReadVerificationDateTime(CDicomUtil& util);
 
-  DocumentAttribute instanceNumber_{"00200013,IS", kMsgCannotSetReportInstanceNumber};
-  DocumentAttribute completionFlag_{"0040a491,CS", kMsgCannotSetReportCompletionFlag};
-  DocumentAttribute verificationFlag_{"0040a493,CS", kMsgCannotSetReportVerificationFlag};
-  DocumentAttribute verificationDateTime_{"0040a030,DT", kMsgCannotSetReportVerificationDateTime};
-  DocumentAttribute contentDate_{"00080023,DA", kMsgCannotSetReportContentDate};
-  DocumentAttribute contentTime_{"00080033,TM", kMsgCannotSetReportContentTime};
-  DocumentAttribute codeValue_{"0040a043,SQ,1:00080100,SH", kMsgCannotSetReportCodeValue};
-  DocumentAttribute codingSchemeDesignator_{"0040a043,SQ,1:00080102,SH",
-                                            kMsgCannotSetReportCodingScheme};
-  DocumentAttribute codeMeaning_{"0040a043,SQ,1:00080104,LO", kMsgCannotSetReportCodeMeaning};
+  DocumentAttribute instanceNumber_{tags::kInstanceNumber, kMsgCannotSetReportInstanceNumber};
+  DocumentAttribute completionFlag_{tags::kCompletionFlag, kMsgCannotSetReportCompletionFlag};
+  DocumentAttribute verificationFlag_{tags::kVerificationFlag, kMsgCannotSetReportVerificationFlag};
+  DocumentAttribute verificationDateTime_{tags::kVerificationDateTime,
+                                          kMsgCannotSetReportVerificationDateTime};
+  DocumentAttribute contentDate_{tags::kContentDate, kMsgCannotSetReportContentDate};
+  DocumentAttribute contentTime_{tags::kContentTime, kMsgCannotSetReportContentTime};
+  DocumentAttribute codeValue_{{tags::kConceptNameCodeSequence, 1, tags::kCodeValue},
+                               kMsgCannotSetReportCodeValue};
+  DocumentAttribute codingSchemeDesignator_{
+      {tags::kConceptNameCodeSequence, 1, tags::kCodingSchemeDesignator},
+      kMsgCannotSetReportCodingScheme};
+  DocumentAttribute codeMeaning_{{tags::kConceptNameCodeSequence, 1, tags::kCodeMeaning},
+                                 kMsgCannotSetReportCodeMeaning};
 };
 
 }  // namespace quillon

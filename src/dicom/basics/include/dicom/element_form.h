@@ -15,12 +15,6 @@
 
 namespace quillon {
 
-inline constexpr DcTag kItemTag = 0xFFFEE000;
-inline constexpr DcTag kItemDelimitation = 0xFFFEE00D;
-inline constexpr DcTag kSequenceDelimitation = 0xFFFEE0DD;
-inline constexpr DcTag kPixelDataTag = 0x7FE00010;
-inline constexpr DcTag kIconImageSequence = 0x00880200;
-
 inline constexpr std::size_t kShortHeaderBytes = 8;
 inline constexpr std::size_t kLongHeaderBytes = 12;
 // Item header, delimitation item: tag and 4-byte length.
