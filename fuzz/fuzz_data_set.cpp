@@ -15,17 +15,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   constexpr std::array kSyntaxes{DcUid::ImplicitLittleEndian, DcUid::ExplicitLittleEndian,
                                  DcUid::ExplicitBigEndian, static_cast<DcUid>(176)};
   const DcUid syntax = kSyntaxes[data[0] % kSyntaxes.size()];
-  dcSetValueChecking((data[0] & 0x80U) != 0);
+  static_cast<void>(dcSetValueChecking((data[0] & 0x80U) != 0));
 
   // A copy of exactly the right size, so that a read past the end is seen.
   const std::vector<std::uint8_t> bytes(data + 1, data + size);
   DcElemList list;
-  list.parse(bytes.data(), static_cast<std::uint32_t>(bytes.size()), syntax);
+  static_cast<void>(list.parse(bytes.data(), static_cast<std::uint32_t>(bytes.size()), syntax));
 
   const std::uint64_t estimate = list.encodedLengthEstimate();
   std::vector<std::uint8_t> out(estimate);
   std::uint32_t written = 0;
-  list.frame(out.data(), written, syntax);
+  static_cast<void>(list.frame(out.data(), written, syntax));
   if (written > estimate) std::abort();
 
   // The stricter way in: a sequence built straight from a buffer.

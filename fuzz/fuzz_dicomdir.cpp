@@ -32,7 +32,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   DcDirDicomDir dir(root.c_str());
   DcDirRec* found = nullptr;
-  dir.getRefFileObj("DICOM\\IMG00001", &found);
+  static_cast<void>(dir.getRefFileObj("DICOM\\IMG00001", &found));
   if (dir.write() == kDcOk) {
     DcDirDicomDir again(root.c_str());
     (void)again.initialCode();

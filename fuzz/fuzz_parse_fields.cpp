@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     table[4].tag = dcTag(0x0020, 0x000D);
     table[5].tag = dcTag(0x0040, 0xA730);
     table[6].tag = dcTag(0x7FE0, 0x0010);
-    libParseFields(file.path().c_str(), table.data(), readPixelLength);
+    static_cast<void>(libParseFields(file.path().c_str(), table.data(), readPixelLength));
     for (const DcFieldRequest& request : table) {
       if (request.status == DcFieldStatus::Found && request.lengthBytes > kFieldValueBytes &&
           request.lengthBytes != kUndefinedLength && request.tag != dcTag(0x7FE0, 0x0010)) {

@@ -24,10 +24,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
 
   DcElemList list;
-  list.parse(bytes.data(), static_cast<std::uint32_t>(bytes.size()), DcUid::ExplicitLittleEndian);
+  static_cast<void>(list.parse(bytes.data(), static_cast<std::uint32_t>(bytes.size()),
+                               DcUid::ExplicitLittleEndian));
   CDicomUtil file(list);
   DicomValue value;
-  file.GetValue(path, value, /*asArray=*/false);
-  file.GetValue(path, value, /*asArray=*/true);
+  static_cast<void>(file.GetValue(path, value, /*asArray=*/false));
+  static_cast<void>(file.GetValue(path, value, /*asArray=*/true));
   return 0;
 }

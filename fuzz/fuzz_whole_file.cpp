@@ -13,12 +13,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string path = file.path();
 
   // The first bit of the input's size chooses whether values are checked.
-  dcSetValueChecking((size & 1U) != 0);
+  static_cast<void>(dcSetValueChecking((size & 1U) != 0));
   DcFileMetaInfo meta;
   DcElemList header;
   std::uint64_t pixelOffset = 0;
   std::uint32_t pixelLength = 0;
-  dirReadFile(path.c_str(), meta, header, &pixelOffset, &pixelLength);
+  static_cast<void>(dirReadFile(path.c_str(), meta, header, &pixelOffset, &pixelLength));
 
   DcElemList whole;
   if (dirReadFile(path.c_str(), meta, whole) != kDcOk) return 0;
@@ -31,7 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (written > estimate) std::abort();  // the estimate is never below the encoded size
     if (code != kDcOk) continue;
     DcElemList again;
-    again.parse(out.data(), written, syntax);
+    static_cast<void>(again.parse(out.data(), written, syntax));
   }
   return 0;
 }

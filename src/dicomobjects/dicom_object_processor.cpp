@@ -68,7 +68,7 @@ void ReadPixelDataPosition(const CDicomUtil& util, CDicomImageProperties& image)
   if (!util.GetDeferredPixelData(image.pixelDataOffset, image.pixelDataLength) &&
       !util.GetPixelDataPosition(image.pixelDataOffset, image.pixelDataLength)) {
     image.pixelDataOffset = 0;
-    util.GetPixelDataLength(image.pixelDataLength);
+    static_cast<void>(util.GetPixelDataLength(image.pixelDataLength));
   }
 }
 
@@ -92,13 +92,13 @@ bool CDicomObjectProcessor::ReadProperties(CDicomUtil& util, CDicomObjectPropert
   // None of these is required.
   Text text;
   util.GetTransferSyntaxUid(text);
-  properties.SetTransferSyntax(text);
+  static_cast<void>(properties.SetTransferSyntax(text));
   util.GetDataSetTransferSyntaxUid(text);
-  properties.SetDataSetTransferSyntaxUid(text);
+  static_cast<void>(properties.SetDataSetTransferSyntaxUid(text));
   util.GetImplementationVersionName(text);
-  properties.SetImplementationVersionName(text);
+  static_cast<void>(properties.SetImplementationVersionName(text));
   util.GetImplementationClassUid(text);
-  properties.SetImplementationClassUid(text);
+  static_cast<void>(properties.SetImplementationClassUid(text));
 
   return ReadModality(util, properties) && ReadInstanceNumber(util, properties) &&
          (util.HasNoPixelData() || ReadImage(util, properties));
@@ -117,7 +117,7 @@ bool CDicomObjectProcessor::ReadFileIdentity(CDicomUtil& util, CDicomObjectPrope
 bool CDicomObjectProcessor::ReadSopClass(CDicomUtil& util, CDicomObjectProperties& properties) {
   Text uid;
   if (ReadFilledText(util, tags::kSopClassUid, uid)) {
-    properties.SetSopClassUid(uid);
+    static_cast<void>(properties.SetSopClassUid(uid));
     return true;
   }
   return instanceUidOptional_ || Fail(kMsgSopClassUidInvalid, {properties.FileName()});
@@ -126,7 +126,7 @@ bool CDicomObjectProcessor::ReadSopClass(CDicomUtil& util, CDicomObjectPropertie
 bool CDicomObjectProcessor::ReadModality(CDicomUtil& util, CDicomObjectProperties& properties) {
   Text modality;
   if (ReadFilledText(util, tags::kModality, modality)) {
-    properties.SetModality(modality);
+    static_cast<void>(properties.SetModality(modality));
     return true;
   }
   return instanceUidOptional_ || Fail(kMsgModalityPropertyInvalid);

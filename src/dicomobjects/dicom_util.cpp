@@ -252,8 +252,10 @@ bool CDicomUtil::GetMetaValue(DcTag tag, DicomValue& value) const {
 }
 
 DcVr CDicomUtil::ValueVr(const DcElem& element) const {
-  std::uint16_t bitsAllocated = 0;
-  if (element.resolvedVr() == DcVr::OX) list_->getValue(tags::kBitsAllocated, bitsAllocated);
+  std::uint16_t bitsAllocated = 0;  // when it is not there
+  if (element.resolvedVr() == DcVr::OX) {
+    static_cast<void>(list_->getValue(tags::kBitsAllocated, bitsAllocated));
+  }
   return ReadableVr(element, bitsAllocated);
 }
 

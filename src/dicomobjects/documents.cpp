@@ -74,7 +74,7 @@ bool CDicomDocument::ReadTagValue(CDicomUtil& util, std::string_view tagPath, Te
 bool CDicomDocument::Take(bool isFound, const DicomValue& value, std::string_view tagPath,
                           Text& out) {
   if (!isFound) return Fail(messages_.notFound, {WidenValue(tagPath)});
-  DicomValueToText(value, out);
+  static_cast<void>(DicomValueToText(value, out));  // an array is none
   if (valuesRequired_ && out.empty()) return Fail(messages_.noValue, {WidenValue(tagPath)});
   return true;
 }
@@ -87,7 +87,7 @@ bool CDicomDocument::ReadAttribute(CDicomUtil& util, DocumentAttribute& attribut
   Text text;
   const bool isFound = util.GetValue(attribute.place, value, /*asArray=*/false);
   if (!Take(isFound, value, attribute.place.Path(), text)) return false;
-  Store(attribute, text.empty() ? attribute.emptyMeans : TextView(text));
+  static_cast<void>(Store(attribute, text.empty() ? attribute.emptyMeans : TextView(text)));
   return true;
 }
 

@@ -18,7 +18,8 @@ DcVr ReadableVr(const DcElem& element, std::uint16_t bitsAllocated);
 // element without a value gives monostate. False when a value cannot be had: a type that the
 // element does not deliver, or bytes left in a file that cannot be read. Of an array the first
 // maxEntries are read, unless it is one of bulk bytes.
-bool ReadElementValue(DcElem& element, DcVr vr, bool asArray, DicomValue& value,
-                      std::size_t maxEntries = std::numeric_limits<std::size_t>::max());
+[[nodiscard]] bool ReadElementValue(
+    DcElem& element, DcVr vr, bool asArray, DicomValue& value,
+    std::size_t maxEntries = std::numeric_limits<std::size_t>::max());
 
 }  // namespace quillon

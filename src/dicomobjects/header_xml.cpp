@@ -59,7 +59,7 @@ Text EntryText(const DicomValue& array, std::size_t index) {
   std::visit(
       [&](const auto& held) {
         if constexpr (kIsArray<std::decay_t<decltype(held)>>) {
-          DicomValueToText(DicomValue(held[index]), text);
+          static_cast<void>(DicomValueToText(DicomValue(held[index]), text));
         }
       },
       array);
@@ -69,8 +69,7 @@ Text EntryText(const DicomValue& array, std::size_t index) {
 
 // The dictionary's "T_0028_0010_rows" without what stands before the last underscore.
 std::string ElementName(DcTag tag) {
-  std::string name;
-  theDictionary().getDesc(tag, &name);
+  std::string name = dcTagName(tag);
   const std::size_t underscore = name.find_last_of('_');
   if (underscore != std::string::npos && underscore + 1 < name.size()) {
     name.erase(0, underscore + 1);
@@ -90,7 +89,7 @@ void HeaderXml::Put(std::string_view ascii) { out_.append(ascii.begin(), ascii.e
 std::uint16_t HeaderXml::BitsAllocated() {
   if (!bitsAllocated_) {
     DicomValue value;
-    util_.GetValue(tags::kBitsAllocated, value, /*asArray=*/false);
+    static_cast<void>(util_.GetValue(tags::kBitsAllocated, value, /*asArray=*/false));
     const auto* bits = std::get_if<std::uint16_t>(&value);
     bitsAllocated_ = bits == nullptr ? std::uint16_t{0} : *bits;
   }
@@ -150,10 +149,11 @@ bool HeaderXml::DumpMetaGroup() {
   const std::vector<std::uint8_t>& privateInformation = util_.GetMetaInfo().privateInformation;
   for (const DcTag tag : kMetaTags) {
     DcElem element(tag);
-    if (tag == tags::kPrivateInformation && !privateInformation.empty()) {
-      element.addValue(privateInformation.data(),
-                       static_cast<std::uint32_t>(privateInformation.size()),
-                       DcUid::ExplicitLittleEndian);
+    if (tag == tags::kPrivateInformation && !privateInformation.empty() &&
+        element.addValue(privateInformation.data(),
+                         static_cast<std::uint32_t>(privateInformation.size()),
+                         DcUid::ExplicitLittleEndian) != kDcOk) {
+      return false;
     }
     DicomValue value;
     if (!ReadValue(element, 0, value) || !PutElement(element, value, IsEmpty(value) ? 0 : 1)) {

@@ -39,20 +39,21 @@ class HeaderXml {
   HeaderXml(CDicomUtil& util, Text& out, std::uint32_t maxValues, bool includePixelData);
 
   // The whole document. False when the toolkit does not give a value; out then holds a part.
-  bool Write(const DcElemList& list);
+  [[nodiscard]] bool Write(const DcElemList& list);
 
  private:
-  bool DumpElementList(const DcElemList& list, int depth);
-  bool DumpElement(DcElem& element, int depth);
-  bool DumpSequence(const DcElem& element, int depth);
+  [[nodiscard]] bool DumpElementList(const DcElemList& list, int depth);
+  [[nodiscard]] bool DumpElement(DcElem& element, int depth);
+  [[nodiscard]] bool DumpSequence(const DcElem& element, int depth);
   void DumpPixelDataNotLoaded(const DcElem& element, bool hasGroupLength);
-  bool DumpMetaGroup();
+  [[nodiscard]] bool DumpMetaGroup();
 
-  bool ReadValue(DcElem& element, int depth, DicomValue& value);
+  [[nodiscard]] bool ReadValue(DcElem& element, int depth, DicomValue& value);
   // valueCount: of an element whose value is no array.
-  bool PutElement(const DcElem& element, const DicomValue& value, std::size_t valueCount);
+  [[nodiscard]] bool PutElement(const DcElem& element, const DicomValue& value,
+                                std::size_t valueCount);
   // The values block, or the text of a single value.
-  bool PutContent(const DcElem& element, const DicomValue& value);
+  [[nodiscard]] bool PutContent(const DcElem& element, const DicomValue& value);
   void OpenTag(DcTag tag, std::string_view vr, std::string_view vm);
   [[nodiscard]] std::string VrText(const DcElem& element);
   std::uint16_t BitsAllocated();

@@ -19,7 +19,7 @@ class TagPathCursor {
   explicit TagPathCursor(std::string_view path) : rest_(path) {}
   // False when what follows is no step: too short, a digit that is none, no comma, an item number
   // that is none, a VR that is not two capital letters, text behind the VR.
-  bool Next(TagPathStep& step);
+  [[nodiscard]] bool Next(TagPathStep& step);
 
  private:
   std::string_view rest_;

@@ -35,7 +35,9 @@ bool CXmlDocument::Guarded(UINT threwId, UINT failedId, TextView argument, TextV
   }
 }
 
-CXmlDocument::CXmlDocument() { Create(); }
+CXmlDocument::CXmlDocument() {
+  static_cast<void>(Create());  // without a component every operation says so
+}
 
 CXmlDocument::~CXmlDocument() = default;
 

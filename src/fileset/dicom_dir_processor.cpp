@@ -30,7 +30,7 @@ CDicomDirProcessor::CDicomDirProcessor()
       directCopyDirectory_(OLESTR("C:\\")) {
   SetClassName(OLESTR("CDicomDirProcessor"));
   // Files come as their makers left them: what they say is described as it is, not refused or cut.
-  dcSetValueChecking(false);
+  static_cast<void>(dcSetValueChecking(false));
   static_cast<void>(
       files_.GetTempDirectory(rootDirectory_, /*create=*/false, /*addSubdirectory=*/false));
   rootDirectory_ += OLESTR("DICOM");

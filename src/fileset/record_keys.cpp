@@ -80,7 +80,7 @@ std::unique_ptr<DcDirRec> ReadRecord(DcDirRecType type, const Rows& rows,
 // A sequence that the file does not have is not in the record either.
 void CopySequence(DcDirRec& record, DcTag tag, CDicomUtil& file) {
   CDicomUtil target(record);
-  file.CopySequence(tag, target);
+  static_cast<void>(file.CopySequence(tag, target));  // it need not be there
 }
 
 // What a document is about: its title, and its content items when they modify that title.

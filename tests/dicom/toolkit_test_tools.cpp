@@ -56,7 +56,7 @@ void describeInto(const DcElemList& list, const std::string& indent, std::string
     DcElem& element = *list.at(i);
     const DcVr vr = element.resolvedVr();
     std::string code = vr == DcVr::OX ? "OX" : vr == DcVr::XS ? "XS" : vr == DcVr::XL ? "XL" : "";
-    if (code.empty()) theDictionary().getVr(vr, &code);
+    if (code.empty()) static_cast<void>(theDictionary().getVr(vr, &code));
     if (!lines.empty()) lines += '\n';
     lines += indent + hex(element.tag(), 8) + ' ' + code;
     if (const auto* sequence = dynamic_cast<DcElemSq*>(&element)) {
@@ -81,7 +81,7 @@ ToolkitTest::ToolkitTest() {
 }
 
 ToolkitTest::~ToolkitTest() {
-  dcSetValueChecking(true);
+  static_cast<void>(dcSetValueChecking(true));
   for (const DcLogLevel level : {DcLogLevel::Error, DcLogLevel::Warning}) {
     dcTheLog()->setFile(level, "");
   }

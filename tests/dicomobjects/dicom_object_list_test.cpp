@@ -96,9 +96,9 @@ TEST_F(ObjectList, TakesALoadedFileWithoutReadingItAgain) {
 
 TEST(ObjectPropertiesCopies, ShareNothingWithTheOriginal) {
   CDicomObjectProperties original;
-  original.SetModality(OLESTR("CT"));
+  static_cast<void>(original.SetModality(OLESTR("CT")));
   original.Image()->rows = 4;
-  original.Image()->SetInstanceNumber(OLESTR("9"));
+  static_cast<void>(original.Image()->SetInstanceNumber(OLESTR("9")));
   original.SetErrorMessage(TextView(OLESTR("a sentence")));
   CDicomObjectProperties copy(original);
   original.Image()->rows = 5;

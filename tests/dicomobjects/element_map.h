@@ -21,8 +21,8 @@ namespace quillon::test {
 // As the program runs: values stand in a data set as they stand in the file, right or wrong.
 class UncheckedValues {
  public:
-  UncheckedValues() { dcSetValueChecking(false); }
-  ~UncheckedValues() { dcSetValueChecking(true); }
+  UncheckedValues() { static_cast<void>(dcSetValueChecking(false)); }
+  ~UncheckedValues() { static_cast<void>(dcSetValueChecking(true)); }
   UncheckedValues(const UncheckedValues&) = delete;
   UncheckedValues& operator=(const UncheckedValues&) = delete;
 };

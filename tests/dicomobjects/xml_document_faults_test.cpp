@@ -34,7 +34,8 @@ TEST(XmlDocumentSources, AreLoadedFromServers) {
 TEST(XmlDocumentSources, FailWithASentenceWhenMemoryRunsOut) {
   const std::string url = test::urlThatRefuses();
   const Text location = WidenText(url, CP_UTF8);
-  CXmlDocument().SetCurrentXMLDocumentFromLocation(location, false);  // what is made once only
+  // What is made once only.
+  EXPECT_FALSE(CXmlDocument().SetCurrentXMLDocumentFromLocation(location, false));
   const auto outcomes = test::withEachAllocationFailing([&](long n, bool& happened) {
     CXmlDocument document;
     {

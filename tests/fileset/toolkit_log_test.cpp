@@ -19,7 +19,7 @@ class ToolkitLog : public testing::Test {
     }
   }
 
-  static std::string printedBy(DcLogLevel level, const char* text, DcCode expected) {
+  static std::string printedBy(DcLogLevel level, const char* text, DcLogCode expected) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     EXPECT_EQ(dcLog(level, "test", "%s", text), expected);

@@ -158,7 +158,7 @@ TEST_F(HeaderText, NeedsTheXmlLibrary) {
 }
 
 TEST_F(HeaderText, PreparesTheToolkitOnce) {
-  dcSetValueChecking(true);
+  static_cast<void>(dcSetValueChecking(true));
   ASSERT_EQ(load(path("object.dcm"), path("names.xsl")), "DOE^J\u00C4NE");
   EXPECT_FALSE(dcValueChecking());
   struct {
@@ -183,7 +183,7 @@ TEST_F(HeaderText, PreparesTheToolkitOnce) {
   // The first call of an object prepares, no later one. Objects that are made switch it off as
   // well.
   CQuillonMediaRW another;
-  dcSetValueChecking(true);
+  static_cast<void>(dcSetValueChecking(true));
   ASSERT_EQ(load(path("object.dcm"), path("names.xsl")), "DOE^J\u00C4NE");
   EXPECT_TRUE(dcValueChecking());
   const ScopedBstr file(WidenText(path("object.dcm"), CP_UTF8));
@@ -191,7 +191,7 @@ TEST_F(HeaderText, PreparesTheToolkitOnce) {
   ScopedBstr header;
   EXPECT_EQ(another.LoadHeaderTextFromFile(file.Get(), sheet.Get(), header.Put()), S_OK);
   EXPECT_FALSE(dcValueChecking());
-  dcSetValueChecking(true);
+  static_cast<void>(dcSetValueChecking(true));
 }
 
 // Missing and malformed attributes of an image do not keep its header from being read.

@@ -41,7 +41,7 @@ std::string vrCode(DcVr vr) {
   if (vr == DcVr::XL) return "XL";
   if (vr == DcVr::XS) return "XS";
   std::string code;
-  theDictionary().getVr(vr, &code);
+  static_cast<void>(theDictionary().getVr(vr, &code));
   return code;
 }
 
@@ -220,7 +220,7 @@ int main(int argc, char** argv) {
     dcTheLog()->enable(static_cast<DcLogLevel>(level), false);
   }
   if (rewriting) return rewrite(argv[2], argv[3]);
-  dcSetValueChecking(false);
+  static_cast<void>(dcSetValueChecking(false));
   if (asXml) return printXml(argv[2]);
   DcFileMetaInfo meta;
   DcElemList list;

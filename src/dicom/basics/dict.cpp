@@ -104,6 +104,26 @@ DcDict& theDictionary() {
   return dictionary;
 }
 
+DcVr dcTagVr(DcTag tag) { return lookUp(tag).vr; }
+
+std::string dcTagName(DcTag tag) {
+  std::string name;
+  static_cast<void>(theDictionary().getDesc(tag, &name));
+  return name;
+}
+
+std::string dcUidText(DcUid id) {
+  std::string text;
+  static_cast<void>(theDictionary().getUid(id, &text));
+  return text;
+}
+
+DcUid dcUidOf(const std::string& uid) {
+  DcUid id = DcUid::None;
+  static_cast<void>(theDictionary().getUidDef(uid.c_str(), &id));
+  return id;
+}
+
 DcCode DcDict::getElemDef(std::uint16_t group, std::uint16_t element, DcDictElemDef* def) const {
   return getElemDef(dcTag(group, element), def);
 }
@@ -191,9 +211,8 @@ DcCode DcDict::getVr(std::uint16_t group, std::uint16_t element, std::string* co
 
 DcCode DcDict::getVr(DcTag tag, std::string* code) const {
   if (code == nullptr) return refuseNull("DcDict::getVr");
-  DcVr vr = DcVr::None;
-  getElemVr(dcGroup(tag), dcElement(tag), &vr);
-  return getVr(vr, code);
+  const ElementFacts facts = lookUp(tag);
+  return getVr(facts.source == ElementFacts::Source::Unknown ? DcVr::None : facts.vr, code);
 }
 
 DcCode DcDict::getVrDef(const char* code, DcVr* vrOut) const {

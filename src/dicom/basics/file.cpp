@@ -15,10 +15,10 @@ DWORD chunkOf(std::size_t bytes) { return static_cast<DWORD>(std::min(bytes, kMa
 
 }  // namespace
 
-DcFile::~DcFile() { close(); }
+DcFile::~DcFile() { static_cast<void>(close()); }
 
 bool DcFile::open(const char* fileName, Mode mode) {
-  close();
+  static_cast<void>(close());
   DWORD access = GENERIC_READ;
   DWORD disposition = OPEN_EXISTING;
   if (mode == Mode::CreateOrTruncate) {

@@ -52,13 +52,13 @@ bool appendToFile(const std::string& fileName, std::string_view line) {
 DcLog* dcTheLog() { return theSink; }
 void dcSetTheLog(DcLog* sink) { theSink = sink; }
 
-DcCode DcLog::enable(DcLogLevel level, bool enabled) {
+DcLogCode DcLog::enable(DcLogLevel level, bool enabled) {
   if (!inRange(level)) return kDcLogLevelRange;
   levels_[static_cast<std::size_t>(level)].enabled = enabled;
   return kDcOk;
 }
 
-DcCode DcLog::setFile(DcLogLevel level, std::string fileName) {
+DcLogCode DcLog::setFile(DcLogLevel level, std::string fileName) {
   if (!inRange(level)) return kDcLogLevelRange;
   levels_[static_cast<std::size_t>(level)].fileName = std::move(fileName);
   return kDcOk;
@@ -68,7 +68,7 @@ bool DcLog::isEnabled(DcLogLevel level) const {
   return inRange(level) && levels_[static_cast<std::size_t>(level)].enabled;
 }
 
-DcCode DcLog::write(DcLogLevel level, const char* function, const char* message) {
+DcLogCode DcLog::write(DcLogLevel level, const char* function, const char* message) {
   if (!inRange(level)) return kDcLogLevelRange;
   if (!isEnabled(level)) return kDcLogDisabled;
   if (message == nullptr) return kDcLogNullFormat;
@@ -91,7 +91,7 @@ DcLogFile::DcLogFile(const char* fileName) : outer_(std::exchange(theFile, fileN
 DcLogFile::~DcLogFile() { theFile = outer_; }
 
 // Also tells of memory that is short, so that none for the line must be no second failure.
-DcCode dcLog(DcLogLevel level, const char* function, const char* format, ...) try {
+DcLogCode dcLog(DcLogLevel level, const char* function, const char* format, ...) try {
   DcLog* const sink = dcTheLog();
   if (sink == nullptr) return kDcLogNoSink;
   if (!inRange(level)) return kDcLogLevelRange;

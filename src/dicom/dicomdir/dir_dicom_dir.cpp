@@ -95,9 +95,9 @@ void DcDirDicomDir::setFileMetaInfo(const DcFileMetaInfo& metaInfo) {
   metaInfo_ = metaInfo;
   metaInfo_.version = 1;
   metaInfo_.sopClass = DcUid::MediaStorageDirectory;
-  theDictionary().getUid(metaInfo_.sopClass, &metaInfo_.sopClassUid);
+  metaInfo_.sopClassUid = dcUidText(metaInfo_.sopClass);
   metaInfo_.transferSyntax = DcUid::ExplicitLittleEndian;
-  theDictionary().getUid(metaInfo_.transferSyntax, &metaInfo_.transferSyntaxUid);
+  metaInfo_.transferSyntaxUid = dcUidText(metaInfo_.transferSyntax);
 }
 
 DcCode DcDirDicomDir::read() try {
@@ -113,7 +113,8 @@ DcCode DcDirDicomDir::read() try {
 DcCode DcDirDicomDir::write(const char* rootPath) try {
   constexpr const char* kFunction = "DcDirDicomDir::write";
   std::string root = rootPath_;
-  if (rootPath != nullptr) normaliseRoot(rootPath, kFunction, root);
+  // A path that is refused leaves none.
+  if (rootPath != nullptr) static_cast<void>(normaliseRoot(rootPath, kFunction, root));
   if (root.empty()) return rootNotSet(kFunction);
   const std::string fileName = root + "/DICOMDIR";
   const DcLogFile inLog(fileName.c_str());

@@ -17,12 +17,7 @@ namespace {
 constexpr std::size_t kLongestShortForm = 0xFFFE;  // the length field counts the pad byte too
 constexpr std::size_t kVrBytes = 2;
 
-const VrRow& rowOf(DcTag tag) {
-  DcVr vr = DcVr::None;
-  std::int32_t vm = 0;
-  static_cast<void>(theDictionary().getElemVrVm(tag, vr, vm));  // groups 0002 and 0004 are known
-  return vrRow(vr);
-}
+const VrRow& rowOf(DcTag tag) { return vrRow(dcTagVr(tag)); }
 
 }  // namespace
 

@@ -81,9 +81,7 @@ DcCode dirTakeFileUids(const DcFileMetaInfo& metaInfo, const std::string& fileNa
   sopInstanceUid = metaInfo.sopInstanceUid;
   transferSyntaxUid = metaInfo.transferSyntaxUid;
   // A file that does not name its transfer syntax was read with the default one.
-  if (transferSyntaxUid.empty()) {
-    theDictionary().getUid(metaInfo.transferSyntax, &transferSyntaxUid);
-  }
+  if (transferSyntaxUid.empty()) transferSyntaxUid = dcUidText(metaInfo.transferSyntax);
   return kDcOk;
 }
 

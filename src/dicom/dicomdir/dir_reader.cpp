@@ -180,7 +180,8 @@ DcCode DcDirReader::readHeader(std::uint32_t headerAt, std::uint32_t& firstRecor
   }
   if (const auto text = dirTextOf(header, tags::kSpecificCharacterSetOfFileSetDescriptorFile))
     dir_.descriptorCharacterSet = *text;
-  header.getValue(tags::kFileSetConsistencyFlag, dir_.consistencyFlag);
+  // It need not be there.
+  static_cast<void>(header.getValue(tags::kFileSetConsistencyFlag, dir_.consistencyFlag));
   if (header.getValue(tags::kFirstRootEntityRecordOffset, firstRecordAt) != kDcOk) {
     dcLog(DcLogLevel::Error, kFunction,
           "Missing or invalid T_0004_1200_firstRootEntityRecordOffset");

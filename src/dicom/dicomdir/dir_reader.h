@@ -40,7 +40,7 @@ class DcDirReader {
   DcCode readRecord(DcDirRec& parent, std::uint32_t offset, DcDirRec*& record);
   DcCode readUnreachedMrdrs();
   void restoreMrdrLinks();
-  bool claim(std::uint32_t offset, std::uint32_t endAt);
+  [[nodiscard]] bool claim(std::uint32_t offset, std::uint32_t endAt);
 
   DcDirDicomDir& dir_;
   std::string fileName_;

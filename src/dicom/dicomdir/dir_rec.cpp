@@ -70,7 +70,8 @@ DcDirRec& DcDirRec::addKey(std::unique_ptr<DcElem> element) {
 }
 
 DcDirRec& DcDirRec::addKey(DcTag tag, const char* text) {
-  add(std::make_unique<DcElem>(tag))->addValue(text);
+  // A text that is refused leaves the key empty.
+  static_cast<void>(add(std::make_unique<DcElem>(tag))->addValue(text));
   return *this;
 }
 

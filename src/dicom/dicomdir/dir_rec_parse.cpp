@@ -26,10 +26,8 @@ DcCode acceptText(void*, DcTag, DcVr, const char*, std::string*, bool*) { return
 int shown(std::uint32_t offset) { return static_cast<int>(offset); }
 
 DcCode missing(std::uint32_t offset, DcTag tag) {
-  std::string name;
-  static_cast<void>(theDictionary().getDesc(tag, &name));
   dcLog(DcLogLevel::Error, kFunction, "Offset - %d (0x%06x), %s missing or invalid", shown(offset),
-        offset, name.c_str());
+        offset, dcTagName(tag).c_str());
   return kDcInvalidDicomDir;
 }
 

@@ -23,8 +23,8 @@ struct DcDirItemExtent {
 // are not checked while one of these lives.
 class DcDirUnchecked {
  public:
-  DcDirUnchecked() : wasOn_(dcValueChecking()) { dcSetValueChecking(false); }
-  ~DcDirUnchecked() { dcSetValueChecking(wasOn_); }
+  DcDirUnchecked() : wasOn_(dcValueChecking()) { static_cast<void>(dcSetValueChecking(false)); }
+  ~DcDirUnchecked() { static_cast<void>(dcSetValueChecking(wasOn_)); }
   DcDirUnchecked(const DcDirUnchecked&) = delete;
   DcDirUnchecked& operator=(const DcDirUnchecked&) = delete;
 

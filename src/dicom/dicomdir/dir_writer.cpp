@@ -18,12 +18,6 @@ namespace {
 constexpr const char* kFunction = "DcDirDicomDir::write";
 constexpr std::size_t kGroupLengthElementBytes = 12;
 
-std::string uidText(DcUid id) {
-  std::string text;
-  theDictionary().getUid(id, &text);
-  return text;
-}
-
 bool isMrdr(const DcDirRec& record) { return record.type() == DcDirRecType::Mrdr; }
 
 }  // namespace
@@ -42,9 +36,9 @@ void DcDirWriter::appendMetaInformation() {
   elements.ob(tags::kFileMetaInformationVersion, version, sizeof version);
   elements.text(
       tags::kMediaStorageSopClassUid,
-      uidText(meta.sopClass == DcUid::None ? DcUid::MediaStorageDirectory : meta.sopClass));
+      dcUidText(meta.sopClass == DcUid::None ? DcUid::MediaStorageDirectory : meta.sopClass));
   elements.text(tags::kMediaStorageSopInstanceUid, meta.sopInstanceUid);
-  elements.text(tags::kTransferSyntaxUid, uidText(DcUid::ExplicitLittleEndian));
+  elements.text(tags::kTransferSyntaxUid, dcUidText(DcUid::ExplicitLittleEndian));
   elements.text(tags::kImplementationClassUid, meta.implementationClassUid.empty()
                                                    ? DcFileMetaInfo().implementationClassUid
                                                    : meta.implementationClassUid);
@@ -150,7 +144,7 @@ DcCode DcDirWriter::encode() {
 DcCode DcDirWriter::save(const std::string& fileName) const {
   const std::string newName = fileName + ".NEW";
   // What an interrupted writing left goes; created anew, because a link would lead elsewhere.
-  DcFile::remove(newName.c_str());
+  static_cast<void>(DcFile::remove(newName.c_str()));
   DcFile file;
   if (!DcFile::isReplaceable(fileName.c_str()) ||
       !file.open(newName.c_str(), DcFile::Mode::CreateNew)) {
@@ -160,7 +154,7 @@ DcCode DcDirWriter::save(const std::string& fileName) const {
   // A full disk may only show when the data is flushed or the file closed.
   const bool written = file.write(bytes_.data(), bytes_.size()) && file.flush();
   if (file.close() && written && DcFile::replace(newName.c_str(), fileName.c_str())) return kDcOk;
-  DcFile::remove(newName.c_str());
+  static_cast<void>(DcFile::remove(newName.c_str()));
   dcLog(DcLogLevel::Error, kFunction, "File '%s', rc - 0x%04x ", fileName.c_str(), kDcReadFailed);
   return kDcReadFailed;
 }

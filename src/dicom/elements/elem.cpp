@@ -35,29 +35,31 @@ DcCode dcSetValueChecking(bool on) {
 
 bool dcValueChecking() { return valueChecking; }
 
+// A value that is refused is not there: who wants to know why adds it himself.
 DcElem::DcElem(DcTag tag, const void* buffer, std::uint32_t lengthBytes, DcUid transferSyntax,
                DcVr vr, bool isSequence)
     : tag_(tag), vr_(vr), isSequence_(isSequence) {
   initialize(transferSyntax);
   if (buffer != nullptr && lengthBytes != 0) {
-    DcElem::parseVal(static_cast<const std::uint8_t*>(buffer), lengthBytes, transferSyntax_);
+    static_cast<void>(
+        DcElem::parseVal(static_cast<const std::uint8_t*>(buffer), lengthBytes, transferSyntax_));
   }
 }
 
 DcElem::DcElem(DcTag tag, DcVr vr) : tag_(tag), vr_(vr) { initialize(DcUid::ExplicitLittleEndian); }
 
-DcElem::DcElem(DcTag tag, const char* text) : DcElem(tag) { addValue(text); }
+DcElem::DcElem(DcTag tag, const char* text) : DcElem(tag) { static_cast<void>(addValue(text)); }
 
-DcElem::DcElem(DcTag tag, DcUid uid) : DcElem(tag) { addValue(uid); }
+DcElem::DcElem(DcTag tag, DcUid uid) : DcElem(tag) { static_cast<void>(addValue(uid)); }
 
-DcElem::DcElem(DcTag tag, std::int32_t value) : DcElem(tag) { addValue(value); }
+DcElem::DcElem(DcTag tag, std::int32_t value) : DcElem(tag) { static_cast<void>(addValue(value)); }
 
-DcElem::DcElem(DcTag tag, std::uint32_t value) : DcElem(tag) { addValue(value); }
+DcElem::DcElem(DcTag tag, std::uint32_t value) : DcElem(tag) { static_cast<void>(addValue(value)); }
 
 DcElem::DcElem(DcTag tag, const char* fileName, std::uint64_t offsetInFile,
                std::uint32_t lengthBytes, DcUid transferSyntax)
     : DcElem(tag) {
-  addValue(fileName, offsetInFile, lengthBytes, transferSyntax);
+  static_cast<void>(addValue(fileName, offsetInFile, lengthBytes, transferSyntax));
 }
 
 DcElem::~DcElem() = default;
@@ -90,7 +92,8 @@ void DcElem::initialize(DcUid transferSyntax) {
 
 void DcElem::deriveFromVr() {
   std::int32_t dictionaryVm = kUnbounded;
-  theDictionary().getElemVrVm(lookupTag(), dictionaryVr_, dictionaryVm);
+  // Of a tag that is not known these are UN and one value.
+  static_cast<void>(theDictionary().getElemVrVm(lookupTag(), dictionaryVr_, dictionaryVm));
   const DcVr vr = resolvedVr();
   if (vr == DcVr::Xx) {
     sizeClass_ = DcSizeClass::NoScalar;
@@ -102,7 +105,7 @@ void DcElem::deriveFromVr() {
   if (element() == 0) vmLimit_ = kSingleValue;
   // An invalid VR is reported once, not by both queries.
   sizeClass_ = DcSizeClass::NoScalar;
-  if (DcDict::getVrLen(vr, &maxValueBytes_) == kDcOk) DcDict::getVrSize(vr, &sizeClass_);
+  if (DcDict::getVrLen(vr, &maxValueBytes_) == kDcOk) sizeClass_ = vrRow(vr).sizeClass;
 }
 
 void DcElem::setVr(DcVr vr) {
@@ -153,12 +156,10 @@ std::optional<std::string_view> DcElem::stringValue(int index) const {
 }
 
 void DcElem::dump(std::string& out) const {
-  std::string name;
-  theDictionary().getDesc(lookupTag(), &name);
   std::array<char, 32> head{};
   std::snprintf(head.data(), head.size(), "(%04x,%04x) %s ", static_cast<unsigned>(group()),
                 static_cast<unsigned>(element()), vrRow(resolvedVr()).code);
-  out.append(head.data()).append(name).append(" [");
+  out.append(head.data()).append(dcTagName(lookupTag())).append(" [");
   std::visit(
       [&out](const auto& values) {
         if constexpr (!std::is_same_v<std::decay_t<decltype(values)>, std::monostate>) {

@@ -301,7 +301,6 @@ DcCode DcElem::addValue(const char* fileName, std::uint64_t offsetInFile, std::u
           group(), element(), fileName);
     return kDcNotAccepted;
   }
-  file.close();
   segments_.push_back(DcElemValueBuf::inFile(fileName, offsetInFile, lengthBytes, transferSyntax));
   return kDcOk;
 }

@@ -30,7 +30,7 @@ DcElemList::DcElemList() {
 
 DcElemList::DcElemList(const void* buffer, std::uint32_t lengthBytes, DcUid transferSyntax)
     : DcElemList() {
-  parse(static_cast<const std::uint8_t*>(buffer), lengthBytes, transferSyntax);
+  static_cast<void>(parse(static_cast<const std::uint8_t*>(buffer), lengthBytes, transferSyntax));
 }
 
 DcElemList::~DcElemList() = default;

@@ -11,9 +11,7 @@ namespace {
 // A private sequence need not be known; a standard tag that is something else is a mistake.
 void warnUnlessSequence(DcTag tag) {
   if ((dcGroup(tag) & 1U) != 0) return;
-  DcVr vr = DcVr::None;
-  theDictionary().getElemVr(dcGroup(tag), dcElement(tag), &vr);
-  if (vr == DcVr::SQ) return;
+  if (dcTagVr(tag) == DcVr::SQ) return;
   dcLog(DcLogLevel::Warning, "DcElemSq::DcElemSq", "Element 0x%08lx is not of type SQ",
         static_cast<unsigned long>(tag));
 }
@@ -28,7 +26,8 @@ DcElemSq::DcElemSq(DcTag tag, const void* buffer, std::uint32_t lengthBytes, DcU
     : DcElem(tag, nullptr, 0, transferSyntax, vr == DcVr::IM ? DcVr::SQ : vr, true) {
   if (vr == DcVr::IM) warnUnlessSequence(tag);
   if (buffer != nullptr) {
-    DcElemSq::parseVal(static_cast<const std::uint8_t*>(buffer), lengthBytes, transferSyntax_);
+    static_cast<void>(
+        DcElemSq::parseVal(static_cast<const std::uint8_t*>(buffer), lengthBytes, transferSyntax_));
   }
 }
 

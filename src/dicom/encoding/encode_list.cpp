@@ -48,8 +48,8 @@ std::uint32_t resolvePixelData(const DcElemList& list, DcUid transferSyntax) {
   DcElem* pixelData = list.find(tags::kPixelData);
   if (pixelData == nullptr) return 0;
   if (pixelData->resolvedVr() == DcVr::OX) {
-    std::uint16_t bits = 0;
-    list.getValue(tags::kBitsAllocated, bits);
+    std::uint16_t bits = 0;  // when it is not there
+    static_cast<void>(list.getValue(tags::kBitsAllocated, bits));
     pixelData->setVr(bytesOrWords(bits, transferSyntax));
   }
   if (pixelData->segments().empty()) return 0;
@@ -128,9 +128,8 @@ DcCode DcElemList::frame(std::uint8_t* buffer, std::uint32_t& lengthOut, DcUid t
   lengthOut = 0;
   if (buffer == nullptr) return nullBuffer(kFunction, kDcNullArgument);
   if (!isTransferSyntaxUid(transferSyntax)) {
-    std::string uid;
-    theDictionary().getUid(transferSyntax, &uid);
-    dcLog(DcLogLevel::Error, kFunction, "'%s' is not a Transfer Syntax UID", uid.c_str());
+    dcLog(DcLogLevel::Error, kFunction, "'%s' is not a Transfer Syntax UID",
+          dcUidText(transferSyntax).c_str());
     return kDcNotTransferSyntax;
   }
   resolveWaveform(*this, transferSyntax);

@@ -18,9 +18,8 @@ namespace {
 
 bool readUint16(const DcElemSqItem& item, DcTag tag, std::uint16_t& value) {
   if (item.getValue(tag, value) == kDcOk) return true;
-  std::string name;
-  static_cast<void>(theDictionary().getDesc(tag, &name));
-  dcLog(DcLogLevel::Error, "DcElemSqItem::processIconImage", "Missing or invalid %s", name.c_str());
+  dcLog(DcLogLevel::Error, "DcElemSqItem::processIconImage", "Missing or invalid %s",
+        dcTagName(tag).c_str());
   return false;
 }
 

@@ -154,10 +154,8 @@ class ListParser {
   }
 
   static void warnOfSubstitutedVr(DcTag tag) {
-    std::string name;
-    theDictionary().getDesc(tag, &name);
     dcLog(DcLogLevel::Warning, kListFunction, "Invalid VR for %s, substituted VR from Dictionary",
-          name.c_str());
+          dcTagName(tag).c_str());
   }
 
   // Elements whose tag is not the highest so far wait until the end: inserting each at its place

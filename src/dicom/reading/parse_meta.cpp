@@ -86,12 +86,9 @@ void fillRecord(const DcElemList& group, DcFileMetaInfo& metaInfo) {
 }
 
 void resolveUids(DcFileMetaInfo& metaInfo, DataSetPlace& place) {
-  if (!metaInfo.sopClassUid.empty()) {
-    theDictionary().getUidDef(metaInfo.sopClassUid.c_str(), &metaInfo.sopClass);
-  }
+  if (!metaInfo.sopClassUid.empty()) metaInfo.sopClass = dcUidOf(metaInfo.sopClassUid);
   if (metaInfo.transferSyntaxUid.empty()) return;
-  DcUid syntax = DcUid::None;
-  theDictionary().getUidDef(metaInfo.transferSyntaxUid.c_str(), &syntax);
+  const DcUid syntax = dcUidOf(metaInfo.transferSyntaxUid);
   if (isTransferSyntaxUid(syntax)) {
     metaInfo.transferSyntax = syntax;
     place.syntax = syntax;
@@ -131,9 +128,9 @@ DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& 
   DcElemList group;
   std::size_t consumed = 0;
   // The walk has found where the data set begins: the elements that can be read are enough.
-  processElemListDM(group, bytes, static_cast<std::size_t>(end - kMetaGroupAt),
-                    DcUid::ExplicitLittleEndian, kParseExplicitLittleForm, consumed, kMetaGroupAt,
-                    0);
+  static_cast<void>(processElemListDM(group, bytes, static_cast<std::size_t>(end - kMetaGroupAt),
+                                      DcUid::ExplicitLittleEndian, kParseExplicitLittleForm,
+                                      consumed, kMetaGroupAt, 0));
   // Without the transfer syntax, say, the data set would be misread.
   if (group.lostElements()) return kDcNoMemory;
   fillRecord(group, metaInfo);

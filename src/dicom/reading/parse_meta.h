@@ -23,6 +23,8 @@ struct DataSetPlace {
 DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& place);
 
 // The codes after which a file is read on; without "DICM" it is a bare data set.
-inline bool isReadOnAfter(DcCode metaCode) { return metaCode == kDcOk || metaCode == kDcNotDicom; }
+[[nodiscard]] inline bool isReadOnAfter(DcCode metaCode) {
+  return metaCode == kDcOk || metaCode == kDcNotDicom;
+}
 
 }  // namespace quillon

@@ -22,7 +22,7 @@ class FileWindow {
   // isAtStart: the file was just opened, so that the first read needs no seek.
   FileWindow(DcFile& file, bool isAtStart);
   // False when the size of the file cannot be obtained.
-  bool measure();
+  [[nodiscard]] bool measure();
   [[nodiscard]] std::uint64_t size() const { return size_; }
   [[nodiscard]] std::uint64_t lastWriteTime() const { return lastWriteTime_; }
   // Bytes [position, position + count), valid until the next call; null behind the end of the file
@@ -41,11 +41,11 @@ class FileWindow {
     std::size_t length = 0;
     std::size_t capacity = 0;
     [[nodiscard]] const std::uint8_t* find(std::uint64_t position, std::size_t count) const;
-    bool reserve(std::size_t wanted);
+    [[nodiscard]] bool reserve(std::size_t wanted);
   };
-  bool grow(std::size_t wanted);
-  bool jump(std::uint64_t position);
-  bool readAt(std::uint64_t position, std::uint8_t* to, std::size_t count);
+  [[nodiscard]] bool grow(std::size_t wanted);
+  [[nodiscard]] bool jump(std::uint64_t position);
+  [[nodiscard]] bool readAt(std::uint64_t position, std::uint8_t* to, std::size_t count);
 
   DcFile& file_;
   std::uint64_t size_ = 0;

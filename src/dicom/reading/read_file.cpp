@@ -109,7 +109,7 @@ void takeSopUids(const DcElemList& elements, DcFileMetaInfo& metaInfo) {
   if (metaInfo.sopClassUid.empty()) {
     if (const auto uid = textOf(tags::kSopClassUid)) {
       metaInfo.sopClassUid = *uid;
-      theDictionary().getUidDef(uid->data(), &metaInfo.sopClass);
+      metaInfo.sopClass = dcUidOf(metaInfo.sopClassUid);
     }
   }
   if (metaInfo.sopInstanceUid.empty()) {
@@ -193,7 +193,7 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
   if (fileName == nullptr) return nullFileName(kFunction);
   const DcLogFile inLog(fileName);
   OpenedFile file;
-  file.open(fileName, kFunction, metaInfo, nullptr);
+  static_cast<void>(file.open(fileName, kFunction, metaInfo, nullptr));  // metaCode keeps more
   if (dataSetOffset != nullptr) *dataSetOffset = file.place().offset;
   return file.metaCode();
 } catch (const std::bad_alloc&) {

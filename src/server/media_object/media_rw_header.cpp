@@ -54,7 +54,7 @@ bool CQuillonMediaRW::PrepareToolkit() {
   DcUid known = DcUid::None;
   if (dictionary.getUidDef(kPrivateImageStorage.uid, &known) != kDcOk) {
     for (const PrivateUid& one : {kPrivateImageStorage, kPrivateCompression}) {
-      dictionary.add(one.uid, one.description, nullptr, one.kind);
+      static_cast<void>(dictionary.add(one.uid, one.description, nullptr, one.kind));
     }
   }
   isToolkitPrepared_ = true;

@@ -15,7 +15,7 @@ using Dictionary = ToolkitTest;
 const std::string kRoot = "1.3.6.1.4.1.64021";
 
 // What the dictionary says of a UID; all three questions have the same code.
-std::string rowOf(DcDict& dict, DcUid id, DcCode code = kDcOk) {
+std::string rowOf(DcDict& dict, DcUid id, std::uint32_t code = kDcOk) {
   std::string uid = "before";
   EXPECT_EQ(dict.getUid(id, &uid), code);
   std::string description = "before";
@@ -28,7 +28,7 @@ std::string rowOf(DcDict& dict, DcUid id, DcCode code = kDcOk) {
 TEST_F(Dictionary, ATagGivesItsVrItsVmAndItsName) {
   const struct {
     DcTag tag;
-    DcCode code;
+    std::uint32_t code;
     DcVr vr;
     int vm;
     DcTag foundTag;
@@ -192,14 +192,14 @@ TEST_F(Dictionary, NullArgumentsAreRefusedWithOneLine) {
   DcUid added{7};
   const struct {
     const char* function;
-    std::function<DcCode()> call;
+    std::function<std::uint32_t()> call;
   } cases[] = {
       {"DcDict::getVrDef", [&] { return dict.getVrDef(nullptr, &vr); }},
       {"DcDict::getUidDef", [&] { return dict.getUidDef(nullptr, &id); }},
       {"DcDict::getUid", [&] { return dict.getUid(DcUid{1}, nullptr); }},
       {"DcDict::getDesc", [&] { return dict.getDesc(DcTag{0x00100010}, nullptr); }},
       {"DcDict::add", [&] { return dict.add(nullptr, "text", &added, DcUidKind::Other); }},
-      {"DcDict::genUid", [&] { return dict.genUid(nullptr), DcCode{0x1403}; }},
+      {"DcDict::genUid", [&] { return dict.genUid(nullptr), std::uint32_t{0x1403}; }},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(c.call(), 0x1403U);
@@ -258,7 +258,7 @@ TEST_F(Dictionary, UnknownUidsLeaveTheDefaults) {
 TEST_F(Dictionary, OnlyOneTransferSyntaxIsBigEndian) {
   const struct {
     unsigned id;
-    DcCode code;
+    std::uint32_t code;
     int order;
     const char* message;
   } cases[] = {
@@ -288,7 +288,7 @@ TEST_F(Dictionary, AnAddedUidIsCleanedCheckedAndKnownFromThenOn) {
     std::string uid;
     std::string description;
     DcUidKind kind;
-    DcCode code;
+    std::uint32_t code;
     unsigned id;
     std::string row;
     const char* message;

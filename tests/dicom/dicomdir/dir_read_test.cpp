@@ -158,7 +158,7 @@ TEST_F(DicomDirReading, ADicomDirOfAnotherKindIsRefused) {
   const struct {
     const char* what;
     Bytes bytes;
-    DcCode code;
+    std::uint32_t code;
     std::string message;
   } cases[] = {
       {"CT image", dicomFile(header, kCtImage, "1.2.3", kExplicitLittleUid), 0x5801,
@@ -190,7 +190,7 @@ TEST_F(DicomDirReading, ARecordThatBreaksARuleEndsTheReadingAndKeepsWhatWasReadB
     const char* type;
     void (*more)(DataSetBytes&);
     std::string message;  // %O stands for the record's offset
-    DcCode code = 0x5801;
+    std::uint32_t code = 0x5801;
   } cases[] = {
       {"unknown type", "PICTURE", nullptr, "Offset - %O, invalid Record Type - 'PICTURE'"},
       {"no type", "", nullptr, "Offset - %O, T_0004_1430_recordType missing or invalid"},

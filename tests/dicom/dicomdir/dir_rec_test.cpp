@@ -20,7 +20,7 @@ TEST_F(DirRecord, EveryNameOfATypeLeadsBackToItAndOthersToUnknown) {
     EXPECT_EQ(static_cast<unsigned>(dirGetType(expected)), type);
   }
   for (const int type : {0, 39, 64, 65535}) {
-    dirGetDesc(static_cast<DcDirRecType>(type), &name);
+    static_cast<void>(dirGetDesc(static_cast<DcDirRecType>(type), &name));
     EXPECT_EQ(name, "UNKNOWN");
   }
   for (const char* unknown : {"image", "IMAGE ", "", "UNKNOWN"}) {
@@ -71,12 +71,12 @@ TEST_F(DirRecord, LevelsAllowOnlyWhatTheStandardsTreeHas) {
   for (unsigned parent = 0; parent <= 38; ++parent) {
     int count = 0;
     for (unsigned child = 0; child <= 38; ++child) {
-      const DcCode rc =
+      const std::uint32_t rc =
           DcDirRec::checkLevel(static_cast<DcDirRecType>(parent), static_cast<DcDirRecType>(child));
       count += rc == kDcOk ? 1 : 0;
     }
     std::string name;
-    dirGetDesc(static_cast<DcDirRecType>(parent), &name);
+    static_cast<void>(dirGetDesc(static_cast<DcDirRecType>(parent), &name));
     if (count != 1) counts += name + " " + std::to_string(count) + ", ";
   }
   EXPECT_EQ(counts,
@@ -112,7 +112,7 @@ TEST_F(DirRecord, ACopyHasTheKeysOfItsOwnAndNothingElse) {
                             itemWith(),
                             itemWith(sequenceOf(0x0040A730, itemWith(elem(0x00080100, "deep"))))));
   int position = 0;
-  source->find(0x00080008)->nextPosition(position);
+  static_cast<void>(source->find(0x00080008)->nextPosition(position));
   const Bytes encoded = framed(static_cast<DcElemList&>(*source), kExplicit);
 
   const std::unique_ptr<DcDirRec> copy = source->copyOfKeys();
@@ -147,7 +147,7 @@ TEST_F(DirRecord, OneRecordIsFramedAndParsedOnItsOwn) {
   logged();
 
   const auto size = static_cast<std::uint32_t>(file.size());
-  DcCode code = 1;
+  DcCode code{1};
   DcDirRec read(file.data(), size, 10, &code);
   EXPECT_EQ(code, kDcOk);
   EXPECT_EQ(read.type(), DcDirRecType::Image);
@@ -180,7 +180,7 @@ TEST_F(DirRecord, AKeyIsKeptAsItIsWhileValuesAreNotChecked) {
                                                 {0x00200013, "one"},      {0x0020000D, "1.2.x"}};
   for (const bool isChecked : {false, true}) {
     SCOPED_TRACE(isChecked);
-    dcSetValueChecking(isChecked);
+    static_cast<void>(dcSetValueChecking(isChecked));
     DcDirRec record(DcDirRecType::Patient);
     for (const auto& [tag, text] : keys) {
       record.addKey(tag, text);
@@ -232,7 +232,7 @@ TEST_F(DirReferences, AFileIdIsCheckedStepByStep) {
   const struct {
     const char* what;
     std::string fileId;
-    DcCode code;
+    std::uint32_t code;
     std::string message;
   } cases[] = {
       {"plain", "IMAGES\\IMG0001", 0, ""},
@@ -265,7 +265,7 @@ TEST_F(DirReferences, AFileIdIsCheckedStepByStep) {
     EXPECT_EQ(record->fileId().empty(), c.code != 0);
 
     // Where the file is known already, only its ID is looked at.
-    const DcCode codeOfId = c.code == 0x5808 ? kDcOk : c.code;
+    const std::uint32_t codeOfId = c.code == 0x5808 ? kDcOk : c.code;
     DcDirRec* known = addRecord(*seriesWithoutRoot, DcDirRecType::Image);
     EXPECT_EQ(known->setRefFile(c.fileId.c_str(), meta), codeOfId);
     EXPECT_EQ(logged(), codeOfId == kDcOk ? "" : c.message);
@@ -318,7 +318,7 @@ TEST_F(DirReferences, AFileThatDoesNotIdentifyItselfLeavesTheRecordAsItWas) {
     SCOPED_TRACE(fileId);
     writeBytes(dir_ / fileId, bytes);
     DcFileMetaInfo meta;
-    dirReadFileMetaInfo((dir_ / fileId).string().c_str(), meta, nullptr);
+    static_cast<void>(dirReadFileMetaInfo((dir_ / fileId).string().c_str(), meta, nullptr));
     for (const bool isKnown : {false, true}) {
       EXPECT_EQ(isKnown ? record->setRefFile(fileId, meta) : record->setRefFile(fileId), 0x5802u);
       EXPECT_EQ(logged(), "File '" + at(fileId) + "', invalid Meta Info");

@@ -92,7 +92,7 @@ std::string treeOf(const DcDirRec& parent) {
   std::string names;
   for (std::size_t i = 0; i < parent.lowerCount(); ++i) {
     std::string name;
-    dirGetDesc(parent.lower(i)->type(), &name);
+    static_cast<void>(dirGetDesc(parent.lower(i)->type(), &name));
     if (!names.empty()) names += ' ';
     names += name;
     if (parent.lower(i)->lowerCount() != 0) names += "(" + treeOf(*parent.lower(i)) + ")";

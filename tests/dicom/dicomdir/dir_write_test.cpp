@@ -281,7 +281,7 @@ TEST_F(DicomDirWriting, FailuresHaveTheirCodeAndNeverTouchTheFileBeforeTheBytesA
   EXPECT_EQ(set_.write(), 0x1602u);
   EXPECT_EQ(logged(),
             "Element (0004,1511) - Value Length 0xffff is too large for Explicit Transfer Syntax");
-  set_.startEmpty(root().c_str());
+  static_cast<void>(set_.startEmpty(root().c_str()));
 
   // A key that has no encoding: more than the 2-byte length of its VR holds.
   writeText(dir_ / "DICOMDIR", "what was there before");
@@ -328,7 +328,7 @@ TEST_F(DicomDirWriting, ARootIsTrimmedAndRefusedWhenItIsTooLongOrABareDrive) {
     const char* what;
     std::string given;
     std::string root;
-    DcCode code;
+    std::uint32_t code;
     std::string message;
   } cases[] = {
       {"separator and whitespace", "  " + root() + "/ ", root(), 0,

@@ -49,10 +49,10 @@ TEST_F(ReadingFaults, AFileThatDoesNotOpenOrReadHasItsCodeAndSentence) {
   };
   const struct {
     const char* what;
-    std::function<DcCode()> read;
+    std::function<std::uint32_t()> read;
     Call call;
     int nth;
-    DcCode code;
+    std::uint32_t code;
     std::string message;
   } cases[] = {
       {"whole file", whole, Call::Open, 1, 0x5805, "Error opening file '" + file_ + "'"},
@@ -114,7 +114,7 @@ TEST_F(ReadingFaults, WithoutMemoryNothingIsThrownAndNothingPassesForWhole) {
   DcDirDicomDir set(nullptr);
   const struct {
     const char* what;
-    std::function<DcCode()> run;
+    std::function<std::uint32_t()> run;
     std::function<bool()> isRight;  // what kDcOk promises
     std::string sentence;           // one of those that are told
   } cases[] = {
@@ -134,12 +134,12 @@ TEST_F(ReadingFaults, WithoutMemoryNothingIsThrownAndNothingPassesForWhole) {
       {"writing a DICOMDIR", [&] { return set.write(); }, [&] { return set.lowerCount() == 1; },
        "File '" + dir_.path().string() + "/DICOMDIR', unable to allocate memory"},
   };
-  set.startEmpty(dir_.path().string().c_str());
+  static_cast<void>(set.startEmpty(dir_.path().string().c_str()));
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
     std::string told;
     const auto outcomes = withEachAllocationFailing([&](long nth, bool& happened) {
-      DcCode code = kDcOk;
+      std::uint32_t code = kDcOk;
       {
         const FailingNew failing(nth);
         code = c.run();

@@ -172,9 +172,9 @@ TEST_F(ElementList, AllIteratorsAreReset) {
 }
 
 TEST_F(ElementList, TheHookReachesOnlyElementsAddedAfterwards) {
-  dcSetValueChecking(false);
+  static_cast<void>(dcSetValueChecking(false));
   DcElemList lenient;
-  dcSetValueChecking(true);
+  static_cast<void>(dcSetValueChecking(true));
   DcElemList strict;
   DcElem* const before = lenient.add(elem(0x00100030));
   lenient.setStringHook({});

@@ -44,7 +44,7 @@ TEST_F(Element, NumbersBecomeWhatTheVrStores) {
   };
   for (const auto& c : cases) {
     std::string code;
-    theDictionary().getVr(c.vr, &code);
+    static_cast<void>(theDictionary().getVr(c.vr, &code));
     for (std::size_t i = 0; i < std::size(types); ++i) {
       const std::string type = types[i].type;
       SCOPED_TRACE(code + " from " + type);
@@ -119,7 +119,7 @@ TEST_F(Element, ALineOfADumpNamesTheElementAndItsValues) {
   const std::string name = (dir_ / "pixels").string();
   writeBytes(name, {1, 2});
   DcElem bulk(kPixelData, DcVr::OB);
-  bulk.addValue("abc", 3, kExplicit);
+  static_cast<void>(bulk.addValue("abc", 3, kExplicit));
   DcElem inFile(kPixelData, name.c_str(), 0, 2, kExplicit);
   DcElem tag(0x00280009, 0x00181063U);
   auto sequence = sequenceOf(0x00081140, itemWith(elem(0x00280010, 512)), itemWith());

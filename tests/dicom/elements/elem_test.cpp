@@ -69,7 +69,7 @@ TEST_F(Element, CheckedTextKeepsTheRulesOfItsVr) {
     const char* what;
     DcVr vr;
     std::string text;
-    DcCode code;
+    std::uint32_t code;
     std::string stored;
     std::string message;  // behind the tag
   } cases[] = {
@@ -146,7 +146,7 @@ TEST_F(Element, WithCheckingOffNothingIsRefusedOrCutInAList) {
       {DcVr::DS, "1.23456789012345678"},
       {DcVr::DT, "yesterday"},
   };
-  dcSetValueChecking(false);
+  static_cast<void>(dcSetValueChecking(false));
   DcElemList list;
   for (const auto& [vr, text] : cases) {
     SCOPED_TRACE(text);
@@ -169,7 +169,7 @@ TEST_F(Element, WithCheckingOffNothingIsRefusedOrCutInAList) {
 TEST_F(Element, TheHookIsAskedForTextThatFailedOrIsTooLong) {
   struct Asked {
     std::string line;
-    DcCode answer = kDcOk;
+    std::uint32_t answer = kDcOk;
     const char* replacement = nullptr;
   } asked;
   const auto answer = [](void* user, DcTag tag, DcVr vr, const char* text, std::string* replacement,
@@ -178,16 +178,16 @@ TEST_F(Element, TheHookIsAskedForTextThatFailedOrIsTooLong) {
     a.line = std::to_string(tag) + " " + std::to_string(static_cast<unsigned>(vr)) + " " + text;
     *hasReplacement = a.replacement != nullptr;
     if (*hasReplacement) *replacement = a.replacement;
-    return a.answer;
+    return static_cast<DcCode>(a.answer);
   };
   const struct {
     DcVr vr;
     const char* text;
     int index;
     const char* replacement;
-    DcCode answer;
+    std::uint32_t answer;
     const char* asked;  // the VR's number and the text
-    DcCode code;
+    std::uint32_t code;
     const char* stored;
   } cases[] = {
       {DcVr::CS, "GOOD", -1, nullptr, 0, "", 0, "GOOD"},
@@ -254,7 +254,7 @@ TEST_F(Element, BeyondTheVmTheFirstValueMakesRoomUnlessCheckingIsOff) {
     EXPECT_EQ(element.addValue(c.text), kDcOk);
     EXPECT_EQ(valuesOf(element), c.stored) << c.what;
   }
-  dcSetValueChecking(false);
+  static_cast<void>(dcSetValueChecking(false));
   DcElem unchecked(kModality);
   EXPECT_EQ(unchecked.addValue("A\\B\\C"), kDcOk);
   EXPECT_EQ(valuesOf(unchecked), "A/B/C");
@@ -265,7 +265,7 @@ TEST_F(Element, VerificationAnswersByTheRuleOfTheVr) {
     const char* what;
     DcCode (DcElem::*verify)(const char*) const;
     std::string text;
-    DcCode code;
+    std::uint32_t code;
   } cases[] = {
       {"AE 16th wrong", &DcElem::verifyValueAE, std::string(15, 'A') + "\x7F", 0x160C},
       {"AE 17th wrong", &DcElem::verifyValueAE, std::string(16, 'A') + "\x7F", 0},
@@ -291,15 +291,15 @@ TEST_F(Element, VerificationAnswersByTheRuleOfTheVr) {
   const DcElem element(kPrivate, DcVr::LO);
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);
-    dcSetValueChecking(true);
+    static_cast<void>(dcSetValueChecking(true));
     EXPECT_EQ((element.*c.verify)(c.text.c_str()), c.code);
     EXPECT_EQ((element.*c.verify)(nullptr), 0x1606U);
-    dcSetValueChecking(false);
+    static_cast<void>(dcSetValueChecking(false));
     EXPECT_EQ((element.*c.verify)(c.text.c_str()), kDcOk);
     EXPECT_EQ((element.*c.verify)(nullptr), kDcOk);
   }
   logged();
-  dcSetValueChecking(true);
+  static_cast<void>(dcSetValueChecking(true));
   EXPECT_EQ(element.verifyValueSH(nullptr), 0x1606U);
   EXPECT_EQ(logged(), "Element (0009,1010) - Null argument passed");
   EXPECT_EQ(lastFunction(), "DcElem::verifyValueSH");

@@ -78,11 +78,11 @@ TEST_F(ParsingHostileData, DamagedBytesAnywhereAreSurvived) {
         std::ranges::copy(damage, bytes.begin() + static_cast<std::ptrdiff_t>(at));
         for (const NamedSyntax& readAs : kSyntaxes) {
           DcElemList list;
-          parseInto(list, bytes, readAs.id);
+          static_cast<void>(parseInto(list, bytes, readAs.id));
           // What came out of it can be encoded within its estimate.
           Bytes encoded(static_cast<std::size_t>(list.encodedLengthEstimate() + 1));
           std::uint32_t length = 0;
-          list.frame(encoded.data(), length, kExplicit);
+          static_cast<void>(list.frame(encoded.data(), length, kExplicit));
           ASSERT_LE(length, list.encodedLengthEstimate());
         }
       }

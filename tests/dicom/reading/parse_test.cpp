@@ -35,7 +35,7 @@ TEST_F(Parsing, TheLastValuesStayWithinTheVmWhileCheckingIsOn) {
   // Rows: exactly one value.
   const Bytes bytes = DataSetBytes().us(0x00280010, {1, 2, 3}).take();
   EXPECT_EQ(parsed(bytes, kExplicit), "00280010 US 3");
-  dcSetValueChecking(false);
+  static_cast<void>(dcSetValueChecking(false));
   EXPECT_EQ(parsed(bytes, kExplicit), "00280010 US 1/2/3");
 }
 

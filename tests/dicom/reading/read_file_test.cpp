@@ -136,10 +136,10 @@ TEST_F(ReadingFiles, EachLineOfTheLogNamesTheFile) {
   EXPECT_TRUE(logged().starts_with("valueLen (0x00000009) exceeds the remaining buffer len"));
   EXPECT_EQ(lastFile(), file);
   // Not twice, and not behind the reading.
-  readWhole(file + "2");
+  static_cast<void>(readWhole(file + "2"));
   EXPECT_EQ(logged(), "stat error file '" + file + "2'");
   EXPECT_EQ(lastFile(), "");
-  DcElem(0x00100020).addValue(static_cast<const char*>(nullptr));
+  static_cast<void>(DcElem(0x00100020).addValue(static_cast<const char*>(nullptr)));
   logged();
   EXPECT_EQ(lastFile(), "");
 }

@@ -32,8 +32,8 @@ class CDicomImageProperties : public CBaseItem {
   std::uint32_t pixelDataLength = 0;
 
   // At most 1,024 characters; a refused text leaves the old one.
-  bool SetPhotometricInterpretation(TextView text);
-  bool SetInstanceNumber(TextView text);
+  [[nodiscard]] bool SetPhotometricInterpretation(TextView text);
+  [[nodiscard]] bool SetInstanceNumber(TextView text);
   [[nodiscard]] const Text& PhotometricInterpretation() const { return photometricInterpretation_; }
   [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_; }
 

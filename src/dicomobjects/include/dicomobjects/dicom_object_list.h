@@ -19,7 +19,7 @@ class CDicomObjectList : public COwningList<CDicomObjectProperties> {
   void RemoveLast() override;
 
   // Reads one file and appends its properties. False, with a sentence, and the list is as before.
-  bool AddObject(TextView path);
+  [[nodiscard]] bool AddObject(TextView path);
   // The same from a file that util has loaded already: nothing is read again. instanceUidOptional
   // as in CDicomObjectProcessor. Answers the object, null on failure.
   [[nodiscard]] CDicomObjectProperties* AddObject(CDicomUtil& util, bool instanceUidOptional);
@@ -43,7 +43,7 @@ class CDicomObjectList : public COwningList<CDicomObjectProperties> {
   using Index = std::unordered_map<Text, std::size_t, TextHash, std::equal_to<>>;
 
   // Appends the object and enters it in the index.
-  bool Enter(std::unique_ptr<CDicomObjectProperties> properties);
+  [[nodiscard]] bool Enter(std::unique_ptr<CDicomObjectProperties> properties);
 
   Index byUid_;
   Index byKey_;  // keys that differ from the object's UID

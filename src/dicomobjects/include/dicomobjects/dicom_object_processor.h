@@ -19,32 +19,33 @@ class CDicomObjectProcessor : public CBaseItem {
 
   // Loads the file into util (its pixel data deferred), then ReadProperties. Fails, with the path
   // in the sentence, for an empty path and a file that cannot be read.
-  bool ReadObjectProperties(TextView path, CDicomUtil& util, CDicomObjectProperties& properties);
+  [[nodiscard]] bool ReadObjectProperties(TextView path, CDicomUtil& util,
+                                          CDicomObjectProperties& properties);
   // From a file that util has loaded; its size on the disk is taken as well. The first attribute
   // that is missing (unless optional) or cannot be stored ends it with its sentence, left here.
   // Without pixel data the image values stay at their defaults. What properties held before is
   // gone.
-  bool ReadProperties(CDicomUtil& util, CDicomObjectProperties& properties);
+  [[nodiscard]] bool ReadProperties(CDicomUtil& util, CDicomObjectProperties& properties);
   // UIDs of the maker's form (root, key, ".", frame index) give key, frame key and frame number;
   // any other UID is its own key. A missing UID is tolerated with the flag set, and so is one too
   // short to be told from the root; a malformed one never is.
-  bool ParseInstanceUid(CDicomUtil& util, CDicomObjectProperties& properties);
+  [[nodiscard]] bool ParseInstanceUid(CDicomUtil& util, CDicomObjectProperties& properties);
   // Bit n is set for an Overlay Bit Position of n (1 to 15) in one of the 16 overlay groups; two
   // groups with one position add up. Always true.
-  bool ComputeOverlayMask(CDicomUtil& util, std::uint16_t& mask);
+  [[nodiscard]] bool ComputeOverlayMask(CDicomUtil& util, std::uint16_t& mask);
 
  private:
-  bool ReadFileIdentity(CDicomUtil& util, CDicomObjectProperties& properties);
-  bool ReadSopClass(CDicomUtil& util, CDicomObjectProperties& properties);
-  bool ReadModality(CDicomUtil& util, CDicomObjectProperties& properties);
-  bool ReadInstanceNumber(CDicomUtil& util, CDicomObjectProperties& properties);
-  bool ReadImage(CDicomUtil& util, CDicomObjectProperties& properties);
-  bool ReadPixelDescription(CDicomUtil& util, CDicomImageProperties& image);
-  bool ReadPhotometricInterpretation(CDicomUtil& util, CDicomImageProperties& image);
+  [[nodiscard]] bool ReadFileIdentity(CDicomUtil& util, CDicomObjectProperties& properties);
+  [[nodiscard]] bool ReadSopClass(CDicomUtil& util, CDicomObjectProperties& properties);
+  [[nodiscard]] bool ReadModality(CDicomUtil& util, CDicomObjectProperties& properties);
+  [[nodiscard]] bool ReadInstanceNumber(CDicomUtil& util, CDicomObjectProperties& properties);
+  [[nodiscard]] bool ReadImage(CDicomUtil& util, CDicomObjectProperties& properties);
+  [[nodiscard]] bool ReadPixelDescription(CDicomUtil& util, CDicomImageProperties& image);
+  [[nodiscard]] bool ReadPhotometricInterpretation(CDicomUtil& util, CDicomImageProperties& image);
   // Appended to the photometric interpretation of colour images: RGB/0.
-  bool ReadPlanarConfiguration(CDicomUtil& util, CDicomImageProperties& image);
+  [[nodiscard]] bool ReadPlanarConfiguration(CDicomUtil& util, CDicomImageProperties& image);
   // A missing value is a failure with that message unless the flag is set.
-  bool ReadNumber(CDicomUtil& util, DcTag tag, UINT message, std::uint16_t& number);
+  [[nodiscard]] bool ReadNumber(CDicomUtil& util, DcTag tag, UINT message, std::uint16_t& number);
 
   bool instanceUidOptional_ = false;
 };

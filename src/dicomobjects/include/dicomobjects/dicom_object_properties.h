@@ -27,16 +27,17 @@ class CDicomObjectProperties : public CBaseItem {
   void SetAllowEmpty(bool allow) { allowEmpty_ = allow; }
 
   // Store the UID and look its code and name up; both stay empty when the table has no such UID.
-  bool SetSopClassUid(TextView uid);
-  bool SetTransferSyntax(TextView uid);
-  bool SetDataSetTransferSyntaxUid(TextView uid);
-  bool SetFileName(TextView path);  // at most 260 characters
-  bool SetFrameKey(TextView key);   // at most 260 characters
-  bool SetModality(TextView modality);
-  bool SetImplementationVersionName(TextView name);
-  bool SetImplementationClassUid(TextView uid);
-  bool SetInstanceKey(TextView key);  // at most 1,024 characters
-  bool SetInstanceUid(TextView uid);  // the full SOP Instance UID, at most 1,024 characters
+  [[nodiscard]] bool SetSopClassUid(TextView uid);
+  [[nodiscard]] bool SetTransferSyntax(TextView uid);
+  [[nodiscard]] bool SetDataSetTransferSyntaxUid(TextView uid);
+  [[nodiscard]] bool SetFileName(TextView path);  // at most 260 characters
+  [[nodiscard]] bool SetFrameKey(TextView key);   // at most 260 characters
+  [[nodiscard]] bool SetModality(TextView modality);
+  [[nodiscard]] bool SetImplementationVersionName(TextView name);
+  [[nodiscard]] bool SetImplementationClassUid(TextView uid);
+  [[nodiscard]] bool SetInstanceKey(TextView key);  // at most 1,024 characters
+  [[nodiscard]] bool SetInstanceUid(
+      TextView uid);  // the full SOP Instance UID, at most 1,024 characters
   void SetFileSize(std::uint32_t sizeBytes) { fileSizeBytes_ = sizeBytes; }
 
   [[nodiscard]] std::uint32_t FileSize() const { return fileSizeBytes_; }

@@ -40,7 +40,7 @@ class CDicomUtil : public CBaseItem {
 
   // Parses the file. With deferPixelData the read stops before the pixel data and a placeholder
   // element stands for it. False: GetLastResult tells the toolkit's code, the file path is empty.
-  bool ReadFile(TextView path, bool deferPixelData);
+  [[nodiscard]] bool ReadFile(TextView path, bool deferPixelData);
   [[nodiscard]] DcCode GetLastResult() const { return lastResult_; }
   void Clear();
 
@@ -51,22 +51,22 @@ class CDicomUtil : public CBaseItem {
   // False when the path names no element or is malformed. Tags of group 0002 are answered from the
   // meta information. Without asArray several texts come as one, with backslashes between them, and
   // of several numbers the first. A sequence itself has no value.
-  bool GetValue(std::string_view tagPath, DicomValue& value, bool asArray);
-  bool GetValue(const TagPlace& place, DicomValue& value, bool asArray);
+  [[nodiscard]] bool GetValue(std::string_view tagPath, DicomValue& value, bool asArray);
+  [[nodiscard]] bool GetValue(const TagPlace& place, DicomValue& value, bool asArray);
   // Copies the sequence `tag` with all its items into target's list; false when it is absent.
-  bool CopySequence(DcTag tag, CDicomUtil& target);
+  [[nodiscard]] bool CopySequence(DcTag tag, CDicomUtil& target);
 
   // Reads lengthBytes from the offset on into the buffer (which may be allocated already and is
   // filled then); lengthBytes 0 reads up to the end. False unless every byte was read.
-  static bool ReadUNCToBuffer(TextView path, std::uint64_t offset, std::uint32_t lengthBytes,
-                              CBuffer& buffer);
+  [[nodiscard]] static bool ReadUNCToBuffer(TextView path, std::uint64_t offset,
+                                            std::uint32_t lengthBytes, CBuffer& buffer);
 
   // The header as XML (its form stands in header_xml.h). Of an element at most maxValues values are
   // written; pixel data reads NOT LOADED unless it is to be included. Characters that XML cannot
   // carry are replaced as EscapeXmlText says, so the XML is well formed whatever the values hold.
   // False, with out empty or cut short, without a data set and when the toolkit does not give a
   // value.
-  bool GetHeaderXml(Text& out, std::uint32_t maxValues, bool includePixelData);
+  [[nodiscard]] bool GetHeaderXml(Text& out, std::uint32_t maxValues, bool includePixelData);
 
   // The data set as loaded; null before a read.
   [[nodiscard]] DcElemList* GetElementList() const { return list_; }
@@ -91,20 +91,20 @@ class CDicomUtil : public CBaseItem {
 
   [[nodiscard]] bool HasNoPixelData() const;
   // Value length of (7FE0,0010): as declared (so it can be undefined) when it was deferred.
-  bool GetPixelDataLength(std::uint32_t& lengthBytes) const;
+  [[nodiscard]] bool GetPixelDataLength(std::uint32_t& lengthBytes) const;
   // Where the value stands in the file; of encapsulated pixel data the first fragment, for which
   // the file is opened. False without pixel data.
-  bool GetPixelDataPosition(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
+  [[nodiscard]] bool GetPixelDataPosition(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
   // The same without touching the file, for pixel data that was deferred: false when it was not.
   // Of encapsulated pixel data it is the whole value, its length as declared.
-  bool GetDeferredPixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
+  [[nodiscard]] bool GetDeferredPixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
 
  private:
-  bool Load(TextView path, bool deferPixelData);
-  bool ReadFrom(const DcElemList& list, DcTag tag, DicomValue& value, bool asArray);
-  bool GetMetaValue(DcTag tag, DicomValue& value) const;
+  [[nodiscard]] bool Load(TextView path, bool deferPixelData);
+  [[nodiscard]] bool ReadFrom(const DcElemList& list, DcTag tag, DicomValue& value, bool asArray);
+  [[nodiscard]] bool GetMetaValue(DcTag tag, DicomValue& value) const;
   [[nodiscard]] DcVr ValueVr(const DcElem& element) const;
-  bool LocatePixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
+  [[nodiscard]] bool LocatePixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
 
   std::unique_ptr<DcElemList> owned_;
   DcElemList* list_ = nullptr;

@@ -18,6 +18,6 @@ using DicomValue =
                  std::vector<std::uint32_t>, std::vector<float>, std::vector<double>>;
 
 // A single value as text: numbers in decimal, no value as empty text. False for an array.
-bool DicomValueToText(const DicomValue& value, Text& out);
+[[nodiscard]] bool DicomValueToText(const DicomValue& value, Text& out);
 
 }  // namespace quillon

@@ -28,7 +28,7 @@ class CDicomDocument : public CBaseItem {
   void SetValuesRequired(bool required) { valuesRequired_ = required; }
   // One attribute as text. False, with a message of the class's own, for an empty path, an element
   // that the file does not have, and an empty value while values are required.
-  bool ReadTagValue(CDicomUtil& util, std::string_view tagPath, Text& out);
+  [[nodiscard]] bool ReadTagValue(CDicomUtil& util, std::string_view tagPath, Text& out);
 
  protected:
   struct Messages {
@@ -40,12 +40,14 @@ class CDicomDocument : public CBaseItem {
 
   // False when a read fails. A text that cannot be stored leaves its sentence, and the reading goes
   // on without it.
-  bool ReadAttribute(CDicomUtil& util, DocumentAttribute& attribute);
-  bool ReadAttributes(CDicomUtil& util, std::initializer_list<DocumentAttribute*> attributes);
-  bool Store(DocumentAttribute& attribute, TextView value);
+  [[nodiscard]] bool ReadAttribute(CDicomUtil& util, DocumentAttribute& attribute);
+  [[nodiscard]] bool ReadAttributes(CDicomUtil& util,
+                                    std::initializer_list<DocumentAttribute*> attributes);
+  [[nodiscard]] bool Store(DocumentAttribute& attribute, TextView value);
 
  private:
-  bool Take(bool isFound, const DicomValue& value, std::string_view tagPath, Text& out);
+  [[nodiscard]] bool Take(bool isFound, const DicomValue& value, std::string_view tagPath,
+                          Text& out);
 
   Messages messages_;
   bool valuesRequired_ = false;
@@ -54,13 +56,13 @@ class CDicomDocument : public CBaseItem {
 class CKeyObjectDocument : public CDicomDocument {
  public:
   CKeyObjectDocument();
-  bool ReadFromDicom(CDicomUtil& util);
+  [[nodiscard]] bool ReadFromDicom(CDicomUtil& util);
   [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_.value; }
   [[nodiscard]] const Text& ContentDate() const { return contentDate_.value; }
   [[nodiscard]] const Text& ContentTime() const { return contentTime_.value; }
-  bool SetInstanceNumber(TextView value) { return Store(instanceNumber_, value); }
-  bool SetContentDate(TextView value) { return Store(contentDate_, value); }
-  bool SetContentTime(TextView value) { return Store(contentTime_, value); }
+  [[nodiscard]] bool SetInstanceNumber(TextView value) { return Store(instanceNumber_, value); }
+  [[nodiscard]] bool SetContentDate(TextView value) { return Store(contentDate_, value); }
+  [[nodiscard]] bool SetContentTime(TextView value) { return Store(contentTime_, value); }
 
  private:
   DocumentAttribute instanceNumber_{tags::kInstanceNumber, kMsgCannotSetKeyObjectInstanceNumber};
@@ -71,19 +73,23 @@ class CKeyObjectDocument : public CDicomDocument {
 class CPresentation : public CDicomDocument {
  public:
   CPresentation();
-  bool ReadFromDicom(CDicomUtil& util);
+  [[nodiscard]] bool ReadFromDicom(CDicomUtil& util);
   [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_.value; }
   [[nodiscard]] const Text& ContentLabel() const { return contentLabel_.value; }
   [[nodiscard]] const Text& ContentDescription() const { return contentDescription_.value; }
   [[nodiscard]] const Text& ContentCreatorName() const { return contentCreatorName_.value; }
   [[nodiscard]] const Text& CreationDate() const { return creationDate_.value; }
   [[nodiscard]] const Text& CreationTime() const { return creationTime_.value; }
-  bool SetInstanceNumber(TextView value) { return Store(instanceNumber_, value); }
-  bool SetContentLabel(TextView value) { return Store(contentLabel_, value); }
-  bool SetContentDescription(TextView value) { return Store(contentDescription_, value); }
-  bool SetContentCreatorName(TextView value) { return Store(contentCreatorName_, value); }
-  bool SetCreationDate(TextView value) { return Store(creationDate_, value); }
-  bool SetCreationTime(TextView value) { return Store(creationTime_, value); }
+  [[nodiscard]] bool SetInstanceNumber(TextView value) { return Store(instanceNumber_, value); }
+  [[nodiscard]] bool SetContentLabel(TextView value) { return Store(contentLabel_, value); }
+  [[nodiscard]] bool SetContentDescription(TextView value) {
+    return Store(contentDescription_, value);
+  }
+  [[nodiscard]] bool SetContentCreatorName(TextView value) {
+    return Store(contentCreatorName_, value);
+  }
+  [[nodiscard]] bool SetCreationDate(TextView value) { return Store(creationDate_, value); }
+  [[nodiscard]] bool SetCreationTime(TextView value) { return Store(creationTime_, value); }
 
  private:
   DocumentAttribute instanceNumber_{tags::kInstanceNumber, kMsgCannotSetPresentationInstanceNumber};
@@ -101,7 +107,7 @@ class CPresentation : public CDicomDocument {
 class CStructuredReport : public CDicomDocument {
  public:
   CStructuredReport();
-  bool ReadFromDicom(CDicomUtil& util);
+  [[nodiscard]] bool ReadFromDicom(CDicomUtil& util);
   [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_.value; }
   [[nodiscard]] const Text& CompletionFlag() const { return completionFlag_.value; }
   [[nodiscard]] const Text& VerificationFlag() const { return verificationFlag_.value; }
@@ -113,18 +119,22 @@ class CStructuredReport : public CDicomDocument {
   [[nodiscard]] const Text& CodeValue() const { return codeValue_.value; }
   [[nodiscard]] const Text& CodingSchemeDesignator() const { return codingSchemeDesignator_.value; }
   [[nodiscard]] const Text& CodeMeaning() const { return codeMeaning_.value; }
-  bool SetInstanceNumber(TextView value) { return Store(instanceNumber_, value); }
-  bool SetCompletionFlag(TextView value) { return Store(completionFlag_, value); }
-  bool SetVerificationFlag(TextView value) { return Store(verificationFlag_, value); }
-  bool SetVerificationDateTime(TextView value) { return Store(verificationDateTime_, value); }
-  bool SetContentDate(TextView value) { return Store(contentDate_, value); }
-  bool SetContentTime(TextView value) { return Store(contentTime_, value); }
-  bool SetCodeValue(TextView value) { return Store(codeValue_, value); }
-  bool SetCodingSchemeDesignator(TextView value) { return Store(codingSchemeDesignator_, value); }
-  bool SetCodeMeaning(TextView value) { return Store(codeMeaning_, value); }
+  [[nodiscard]] bool SetInstanceNumber(TextView value) { return Store(instanceNumber_, value); }
+  [[nodiscard]] bool SetCompletionFlag(TextView value) { return Store(completionFlag_, value); }
+  [[nodiscard]] bool SetVerificationFlag(TextView value) { return Store(verificationFlag_, value); }
+  [[nodiscard]] bool SetVerificationDateTime(TextView value) {
+    return Store(verificationDateTime_, value);
+  }
+  [[nodiscard]] bool SetContentDate(TextView value) { return Store(contentDate_, value); }
+  [[nodiscard]] bool SetContentTime(TextView value) { return Store(contentTime_, value); }
+  [[nodiscard]] bool SetCodeValue(TextView value) { return Store(codeValue_, value); }
+  [[nodiscard]] bool SetCodingSchemeDesignator(TextView value) {
+    return Store(codingSchemeDesignator_, value);
+  }
+  [[nodiscard]] bool SetCodeMeaning(TextView value) { return Store(codeMeaning_, value); }
 
  private:
-  bool ReadVerificationDateTime(CDicomUtil& util);
+  [[nodiscard]] bool ReadVerificationDateTime(CDicomUtil& util);
 
   DocumentAttribute instanceNumber_{tags::kInstanceNumber, kMsgCannotSetReportInstanceNumber};
   DocumentAttribute completionFlag_{tags::kCompletionFlag, kMsgCannotSetReportCompletionFlag};

@@ -21,7 +21,7 @@ struct InstanceUidParts {
 
 // False for a UID that has the maker's root but not the form, and for one that is not longer than
 // the root, unless those are accepted as their own keys.
-bool ParseInstanceUidText(TextView uid, bool acceptShort, InstanceUidParts& parts);
+[[nodiscard]] bool ParseInstanceUidText(TextView uid, bool acceptShort, InstanceUidParts& parts);
 
 // The key, with "." and the frame index behind it when that is not 0.
 Text FrameKeyOf(const InstanceUidParts& parts);

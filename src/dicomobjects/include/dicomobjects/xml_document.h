@@ -16,29 +16,30 @@ class CXmlDocument : public CComBase {
   ~CXmlDocument() override;
 
   // True when the document exists, also from an earlier call.
-  bool Create();
+  [[nodiscard]] bool Create();
   // Makes no call for the value that was set last (false for a new document).
-  bool SetAsynchronous(bool flag);
-  bool SetCurrentXMLDocument(TextView xmlText, bool async);
+  [[nodiscard]] bool SetAsynchronous(bool flag);
+  [[nodiscard]] bool SetCurrentXMLDocument(TextView xmlText, bool async);
   // A location that starts with "http://", "HTTP://", "https://" or "HTTPS://" is fetched, any
   // other is left to the XML library (a path, a UNC name, ...).
-  bool SetCurrentXMLDocumentFromLocation(TextView location, bool async);
-  bool SetCurrentXMLDocumentViaHTTP(TextView url, bool async);
+  [[nodiscard]] bool SetCurrentXMLDocumentFromLocation(TextView location, bool async);
+  [[nodiscard]] bool SetCurrentXMLDocumentViaHTTP(TextView url, bool async);
   // The result as text, which can be empty. On failure out is empty.
-  bool TransformXMLDocument(const CXmlDocument& stylesheet, Text& out, bool async);
-  bool GetParseErrorCode(LONG& code);  // -1 when it cannot be read
-  bool GetParseErrorText(Text& out);
+  [[nodiscard]] bool TransformXMLDocument(const CXmlDocument& stylesheet, Text& out, bool async);
+  [[nodiscard]] bool GetParseErrorCode(LONG& code);  // -1 when it cannot be read
+  [[nodiscard]] bool GetParseErrorText(Text& out);
 
  private:
   template <typename Call>
-  bool Guarded(UINT threwId, UINT failedId, TextView argument, TextView methodName,
-               const Call& call);
+  [[nodiscard]] bool Guarded(UINT threwId, UINT failedId, TextView argument, TextView methodName,
+                             const Call& call);
   [[nodiscard]] IXMLDOMDocument& Document() const;
   [[nodiscard]] ComPtr<IXMLDOMParseError> ParseError();
   // Throws what the call failed with.
   void Require(HRESULT result);
-  bool FinishLoad(HRESULT result, VARIANT_BOOL isSuccessful, UINT failedId, TextView argument);
-  bool FailWithReason(HRESULT result, UINT failedId, TextView argument);
+  [[nodiscard]] bool FinishLoad(HRESULT result, VARIANT_BOOL isSuccessful, UINT failedId,
+                                TextView argument);
+  [[nodiscard]] bool FailWithReason(HRESULT result, UINT failedId, TextView argument);
 
   ComPtr<IXMLDOMDocument> document_;
   bool asynchronous_ = false;

@@ -80,4 +80,11 @@ class DcDict {
 // The process's dictionary, made with its log sink on first use.
 DcDict& theDictionary();
 
+// The same questions for those to whom the default will do: of a tag the VR UN and the name
+// "T_gggg_eeee", of a UID an empty text and None.
+DcVr dcTagVr(DcTag tag);
+std::string dcTagName(DcTag tag);
+std::string dcUidText(DcUid id);
+DcUid dcUidOf(const std::string& uid);
+
 }  // namespace quillon

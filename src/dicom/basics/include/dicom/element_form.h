@@ -29,7 +29,7 @@ inline void storeTag(std::uint8_t* to, DcTag tag, bool bigEndian) {
   store16(to + 2, dcElement(tag), bigEndian);
 }
 
-bool isTransferSyntaxUid(DcUid uid);
+[[nodiscard]] bool isTransferSyntaxUid(DcUid uid);
 // The same for an argument: kDcOk, or `refusal` after the dictionary's log line.
 DcCode checkTransferSyntax(DcUid uid, DcCode refusal = kDcNotTransferSyntax);
 // Some groups have one encoding in every data set.
@@ -39,11 +39,11 @@ constexpr DcUid syntaxOfGroup(std::uint16_t group, DcUid transferSyntax) {
   return transferSyntax;
 }
 // The byte order in which a data set of this syntax is encoded.
-constexpr bool isBigEndian(DcUid transferSyntax) {
+[[nodiscard]] constexpr bool isBigEndian(DcUid transferSyntax) {
   return transferSyntax == DcUid::ExplicitBigEndian;
 }
 // The three syntaxes in which pixel data is not encapsulated.
-constexpr bool isUncompressed(DcUid transferSyntax) {
+[[nodiscard]] constexpr bool isUncompressed(DcUid transferSyntax) {
   return transferSyntax == DcUid::ImplicitLittleEndian ||
          transferSyntax == DcUid::ExplicitLittleEndian ||
          transferSyntax == DcUid::ExplicitBigEndian;

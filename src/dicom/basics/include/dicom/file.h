@@ -17,28 +17,28 @@ class DcFile {
   DcFile& operator=(const DcFile&) = delete;
 
   // All answer false on failure; the platform's last error tells why.
-  bool open(const char* fileName, Mode mode);
-  bool size(std::uint64_t& sizeBytes) const;
+  [[nodiscard]] bool open(const char* fileName, Mode mode);
+  [[nodiscard]] bool size(std::uint64_t& sizeBytes) const;
   // The same in one question with the time of the last write, a FILETIME as one number.
-  bool sizeAndTime(std::uint64_t& sizeBytes, std::uint64_t& lastWriteTime) const;
-  bool seek(std::uint64_t offset);
+  [[nodiscard]] bool sizeAndTime(std::uint64_t& sizeBytes, std::uint64_t& lastWriteTime) const;
+  [[nodiscard]] bool seek(std::uint64_t offset);
   // readBytes is below lengthBytes only at the end of the file.
-  bool read(void* buffer, std::size_t lengthBytes, std::size_t& readBytes);
-  bool write(const void* buffer, std::size_t lengthBytes);
+  [[nodiscard]] bool read(void* buffer, std::size_t lengthBytes, std::size_t& readBytes);
+  [[nodiscard]] bool write(const void* buffer, std::size_t lengthBytes);
   // Waits until what was written is on the disk.
-  bool flush();
+  [[nodiscard]] bool flush();
   // False when what was written may not be in the file.
-  bool close();
+  [[nodiscard]] bool close();
   [[nodiscard]] bool isOpen() const { return handle_ != nullptr; }
 
   // Size of a regular file; false when there is none of that name.
-  static bool status(const char* fileName, std::uint64_t& sizeBytes);
+  [[nodiscard]] static bool status(const char* fileName, std::uint64_t& sizeBytes);
   // Whether a new file may take the place of that name: no directory or write-protected file has
   // it.
-  static bool isReplaceable(const char* fileName);
+  [[nodiscard]] static bool isReplaceable(const char* fileName);
   // Gives a file another name in its directory; a file (or link) that has it goes.
-  static bool replace(const char* fileName, const char* newName);
-  static bool remove(const char* fileName);
+  [[nodiscard]] static bool replace(const char* fileName, const char* newName);
+  [[nodiscard]] static bool remove(const char* fileName);
 
  private:
   void* handle_ = nullptr;

@@ -13,20 +13,21 @@ namespace quillon {
 enum class DcLogLevel : int { Error = 0, Warning = 1, Info = 2, Debug = 3 };
 inline constexpr int kDcLogLevels = 4;
 
-// Codes of the sink itself.
-inline constexpr DcCode kDcLogNoSink = 0x2801;
-inline constexpr DcCode kDcLogDisabled = 0x2802;
-inline constexpr DcCode kDcLogLevelRange = 0x2803;
-inline constexpr DcCode kDcLogNullFormat = 0x2804;
-inline constexpr DcCode kDcLogFileError = 0x2805;
+// Codes of the sink itself, 0 for success. Nobody need look at them: where would it be told?
+using DcLogCode = std::uint32_t;
+inline constexpr DcLogCode kDcLogNoSink = 0x2801;
+inline constexpr DcLogCode kDcLogDisabled = 0x2802;
+inline constexpr DcLogCode kDcLogLevelRange = 0x2803;
+inline constexpr DcLogCode kDcLogNullFormat = 0x2804;
+inline constexpr DcLogCode kDcLogFileError = 0x2805;
 
 // One exists in the process; it lives exactly as long as the dictionary.
 class DcLog {
  public:
-  DcCode enable(DcLogLevel level, bool enabled);
+  DcLogCode enable(DcLogLevel level, bool enabled);
   // An empty name sends the level back to standard output.
-  DcCode setFile(DcLogLevel level, std::string fileName);
-  DcCode write(DcLogLevel level, const char* function, const char* message);
+  DcLogCode setFile(DcLogLevel level, std::string fileName);
+  DcLogCode write(DcLogLevel level, const char* function, const char* message);
   [[nodiscard]] bool isEnabled(DcLogLevel level) const;
 
  private:
@@ -59,7 +60,7 @@ class DcLogFile {
 #if defined(__GNUC__)
 __attribute__((format(printf, 3, 4)))
 #endif
-DcCode
+DcLogCode
 dcLog(DcLogLevel level, const char* function, const char* format, ...);
 
 }  // namespace quillon

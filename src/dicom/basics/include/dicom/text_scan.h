@@ -5,7 +5,9 @@
 
 namespace quillon {
 
-constexpr bool isDcSpace(char c) { return static_cast<unsigned char>(c) < 14 || c == ' '; }
+[[nodiscard]] constexpr bool isDcSpace(char c) {
+  return static_cast<unsigned char>(c) < 14 || c == ' ';
+}
 
 constexpr std::string_view trimmedLeft(std::string_view text) {
   while (!text.empty() && isDcSpace(text.front())) text.remove_prefix(1);
@@ -19,6 +21,6 @@ constexpr std::string_view trimmed(std::string_view text) {
   return trimmedRight(trimmedLeft(text));
 }
 
-constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
+[[nodiscard]] constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 }  // namespace quillon

@@ -135,7 +135,7 @@ inline constexpr std::array<VrRow, 36> kVrTable = [] {
   // clang-format on
 }();
 
-constexpr bool vrTableIsIndexedByVr() {
+[[nodiscard]] constexpr bool vrTableIsIndexedByVr() {
   for (std::size_t i = 0; i < kVrTable.size(); ++i) {
     if (static_cast<std::size_t>(kVrTable[i].vr) != i) return false;
   }
@@ -153,9 +153,9 @@ constexpr DcStorage vrStorage(DcVr vr) { return vrRow(vr).storage; }
 // Two characters of a VR as they are written; empty for a VR that cannot be written.
 constexpr std::string_view vrCodeAsWritten(DcVr vr) { return vrRow(vrRow(vr).writtenAs).code; }
 // VRs whose value is raw segments.
-constexpr bool isBulkVr(DcVr vr) { return vrStorage(vr) == DcStorage::Segments; }
+[[nodiscard]] constexpr bool isBulkVr(DcVr vr) { return vrStorage(vr) == DcStorage::Segments; }
 // VRs whose explicit form has the 4-byte length behind two reserved bytes.
-constexpr bool hasLongHeader(DcVr vr) { return isBulkVr(vr) || vr == DcVr::SQ; }
+[[nodiscard]] constexpr bool hasLongHeader(DcVr vr) { return isBulkVr(vr) || vr == DcVr::SQ; }
 
 // Answers visit(T{}) with the type that a storage holds: a number, std::string_view for text,
 // std::monostate where there is no value array. The only switch over what elements store.
@@ -196,7 +196,7 @@ constexpr std::array<DcVr, kVrCodeLetters * kVrCodeLetters> makeVrByCode() {
 }
 inline constexpr auto kVrByCode = makeVrByCode();
 
-constexpr bool isVrLetter(unsigned char c) { return c >= 'A' && c <= 'Z'; }
+[[nodiscard]] constexpr bool isVrLetter(unsigned char c) { return c >= 'A' && c <= 'Z'; }
 
 // The VR, a pseudo VR too, with these two characters; None when there is none.
 constexpr DcVr vrByCode(unsigned char first, unsigned char second) {

@@ -15,7 +15,7 @@ namespace quillon {
 inline constexpr std::size_t kMaxRootPathChars = 257;
 // A DICOMDIR whose contents are not what they must be. Shares its number with a file ID that is
 // too long: 0x5801 is this area's code for a refused value.
-inline constexpr DcCode kDcInvalidDicomDir = 0x5801;
+inline constexpr DcCode kDcInvalidDicomDir{0x5801};
 
 class DcDirDicomDir final : public DcDirRec {
  public:

@@ -64,7 +64,7 @@ DcCode dirGetDesc(DcDirRecType type, std::string* name);
 // The reverse; Unknown when there is no such name.
 DcDirRecType dirGetType(std::string_view name);
 // Whether a record of this type stands for one file and is incomplete without a file ID.
-bool dirRefersToFile(DcDirRecType type);
+[[nodiscard]] bool dirRefersToFile(DcDirRecType type);
 
 class DcDirRec;
 class DcDirDicomDir;

@@ -31,7 +31,7 @@ struct DcStringHook {
 // Value checking is on by default and process-wide. Off: nothing is refused or cut for its form
 // or length, and lists made from then on carry a hook that accepts every string. Always kDcOk.
 DcCode dcSetValueChecking(bool on);
-bool dcValueChecking();
+[[nodiscard]] bool dcValueChecking();
 
 class DcElem {
  public:

@@ -31,8 +31,8 @@ struct ElemInfo {
 unsigned parseFormOf(DcUid transferSyntax);
 
 // Reads the header at `bytes`. False when fewer bytes are available than it takes.
-bool utilGetElemInfo(const std::uint8_t* bytes, std::size_t available, unsigned flags,
-                     ElemInfo& info);
+[[nodiscard]] bool utilGetElemInfo(const std::uint8_t* bytes, std::size_t available, unsigned flags,
+                                   ElemInfo& info);
 
 // An item or delimitation tag stands in the byte order of the form, also where groups dictate one.
 inline DcTag loadItemTag(const std::uint8_t* bytes, unsigned flags) {
