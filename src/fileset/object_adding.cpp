@@ -1,5 +1,6 @@
 #include "object_adding.h"
 
+#include "dicom/tags.h"
 #include "dicomobjects/dicom_file_facts.h"
 #include "dicomobjects/dicom_util.h"
 #include "dicomobjects/instance_uid.h"
@@ -12,12 +13,6 @@
 namespace quillon {
 
 namespace {
-
-constexpr DcTag kSopInstanceUid = 0x00080018;
-constexpr DcTag kPatientName = 0x00100010;
-constexpr DcTag kPatientId = 0x00100020;
-constexpr DcTag kStudyInstanceUid = 0x0020000D;
-constexpr DcTag kSeriesInstanceUid = 0x0020000E;
 
 // False when the element cannot be read or has no value.
 bool ReadKey(const DcElemList& dataSet, DcTag tag, Text& key) {
@@ -133,8 +128,8 @@ bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, Add
   }
   object.SettleUnknownVrs();
   const DcElemList& dataSet = *object.GetElementList();
-  if (!dataSet.contains(kStudyInstanceUid) || !dataSet.contains(kSeriesInstanceUid) ||
-      !dataSet.contains(kSopInstanceUid)) {
+  if (!dataSet.contains(tags::kStudyInstanceUid) || !dataSet.contains(tags::kSeriesInstanceUid) ||
+      !dataSet.contains(tags::kSopInstanceUid)) {
     // What was read of a deflated data set are not its elements.
     const bool isDeflated =
         object.GetReading().metaInfo.transferSyntax == DcUid::DeflatedExplicitLittleEndian;
@@ -146,8 +141,8 @@ bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, Add
     Text name;
     Text id;
     // What cannot be read of them fails the patient's own reading below.
-    static_cast<void>(ReadElementText(dataSet, kPatientName, name));
-    static_cast<void>(ReadElementText(dataSet, kPatientId, id));
+    static_cast<void>(ReadElementText(dataSet, tags::kPatientsName, name));
+    static_cast<void>(ReadElementText(dataSet, tags::kPatientId, id));
     patientId_ = rules->patientKey(name, id);
     if (rules->refusesCutFiles && told.isPixelDataCut) {
       told.outcome = AddOutcome::PixelDataCut;
@@ -171,7 +166,7 @@ bool ObjectAdding::FileObject(CDicomUtil& object, TextView fileName, bool mustBe
   const Text& seriesUid = series->SeriesInstanceUid();
   const Text& studyUid = study->StudyInstanceUid();
   Text uid;
-  if (!ReadKey(dataSet, kSopInstanceUid, uid)) {
+  if (!ReadKey(dataSet, tags::kSopInstanceUid, uid)) {
     return errors_.Fail(kMsgImageSopInstanceUidMissing,
                         {fileName, seriesUid, studyUid, patientId_});
   }
@@ -209,7 +204,7 @@ CStudy* ObjectAdding::StudyOf(const DcElemList& dataSet, TextView fileName, List
     return nullptr;
   }
   Text uid;
-  if (!ReadKey(dataSet, kStudyInstanceUid, uid)) {
+  if (!ReadKey(dataSet, tags::kStudyInstanceUid, uid)) {
     errors_.Fail(kMsgCannotReadStudy, {patientId_, fileName});
     return nullptr;
   }
@@ -224,7 +219,7 @@ CSeries* ObjectAdding::SeriesOf(const DcElemList& dataSet, CStudy& study, TextVi
                                 ListGrowth& growth) {
   const Text& studyUid = study.StudyInstanceUid();
   Text uid;
-  if (!ReadKey(dataSet, kSeriesInstanceUid, uid)) {
+  if (!ReadKey(dataSet, tags::kSeriesInstanceUid, uid)) {
     errors_.Fail(kMsgCannotReadSeries, {studyUid, patientId_, fileName});
     return nullptr;
   }

@@ -4,20 +4,14 @@
 #include <functional>
 #include <string>
 
+#include "dicom/tags.h"
 #include "dicomobjects/documents.h"
 
 namespace quillon {
 
 namespace {
 
-constexpr DcTag kSopInstanceUid = 0x00080018;
-constexpr DcTag kReferencedSeriesSequence = 0x00081115;
-constexpr DcTag kInstanceNumber = 0x00200013;
-constexpr DcTag kVerificationDateTime = 0x0040A030;
-constexpr DcTag kConceptNameCodeSequence = 0x0040A043;
-constexpr DcTag kContentSequence = 0x0040A730;
-
-constexpr const char* kFirstRelationshipPath = "0040a730,SQ,1:0040a010,CS";
+constexpr TagPlace kFirstRelationship{tags::kContentSequence, 1, tags::kRelationshipType};
 constexpr TextView kHasConceptModifier = OLESTR("HAS CONCEPT MOD");
 constexpr TextView kVerified = OLESTR("VERIFIED");
 
@@ -31,24 +25,24 @@ struct KeyRow {
 
 // clang-format off
 constexpr std::array kReportKeys{
-    KeyRow<CStructuredReport>{0x00080023, &CStructuredReport::ContentDate},
-    KeyRow<CStructuredReport>{0x00080033, &CStructuredReport::ContentTime},
-    KeyRow<CStructuredReport>{0x00200013, &CStructuredReport::InstanceNumber},
-    KeyRow<CStructuredReport>{0x0040A491, &CStructuredReport::CompletionFlag},
-    KeyRow<CStructuredReport>{0x0040A493, &CStructuredReport::VerificationFlag},
+    KeyRow<CStructuredReport>{tags::kContentDate, &CStructuredReport::ContentDate},
+    KeyRow<CStructuredReport>{tags::kContentTime, &CStructuredReport::ContentTime},
+    KeyRow<CStructuredReport>{tags::kInstanceNumber, &CStructuredReport::InstanceNumber},
+    KeyRow<CStructuredReport>{tags::kCompletionFlag, &CStructuredReport::CompletionFlag},
+    KeyRow<CStructuredReport>{tags::kVerificationFlag, &CStructuredReport::VerificationFlag},
 };
 constexpr std::array kPresentationKeys{
-    KeyRow<CPresentation>{0x00200013, &CPresentation::InstanceNumber},
-    KeyRow<CPresentation>{0x00700080, &CPresentation::ContentLabel},
-    KeyRow<CPresentation>{0x00700081, &CPresentation::ContentDescription},
-    KeyRow<CPresentation>{0x00700082, &CPresentation::CreationDate},
-    KeyRow<CPresentation>{0x00700083, &CPresentation::CreationTime},
-    KeyRow<CPresentation>{0x00700084, &CPresentation::ContentCreatorName},
+    KeyRow<CPresentation>{tags::kInstanceNumber, &CPresentation::InstanceNumber},
+    KeyRow<CPresentation>{tags::kContentLabel, &CPresentation::ContentLabel},
+    KeyRow<CPresentation>{tags::kContentDescription, &CPresentation::ContentDescription},
+    KeyRow<CPresentation>{tags::kPresentationCreationDate, &CPresentation::CreationDate},
+    KeyRow<CPresentation>{tags::kPresentationCreationTime, &CPresentation::CreationTime},
+    KeyRow<CPresentation>{tags::kContentCreatorsName, &CPresentation::ContentCreatorName},
 };
 constexpr std::array kKeyObjectKeys{
-    KeyRow<CKeyObjectDocument>{0x00080023, &CKeyObjectDocument::ContentDate},
-    KeyRow<CKeyObjectDocument>{0x00080033, &CKeyObjectDocument::ContentTime},
-    KeyRow<CKeyObjectDocument>{0x00200013, &CKeyObjectDocument::InstanceNumber},
+    KeyRow<CKeyObjectDocument>{tags::kContentDate, &CKeyObjectDocument::ContentDate},
+    KeyRow<CKeyObjectDocument>{tags::kContentTime, &CKeyObjectDocument::ContentTime},
+    KeyRow<CKeyObjectDocument>{tags::kInstanceNumber, &CKeyObjectDocument::InstanceNumber},
 };
 // clang-format on
 
@@ -85,12 +79,12 @@ void CopySequence(DcDirRec& record, DcTag tag, CDicomUtil& file) {
 
 // What a document is about: its title, and its content items when they modify that title.
 void CopyConcept(DcDirRec& record, CDicomUtil& file) {
-  CopySequence(record, kConceptNameCodeSequence, file);
+  CopySequence(record, tags::kConceptNameCodeSequence, file);
   DicomValue value;
   Text relationship;
-  if (file.GetValue(kFirstRelationshipPath, value, /*asArray=*/false) &&
+  if (file.GetValue(kFirstRelationship, value, /*asArray=*/false) &&
       DicomValueToText(value, relationship) && relationship == kHasConceptModifier) {
-    CopySequence(record, kContentSequence, file);
+    CopySequence(record, tags::kContentSequence, file);
   }
 }
 
@@ -110,8 +104,8 @@ std::unique_ptr<DcDirRec> MakeSeriesRecord(const CSeries& series) {
 
 std::unique_ptr<DcDirRec> MakeImageRecord(const CDicomObjectProperties& object) {
   auto record = std::make_unique<DcDirRec>(DcDirRecType::Image);
-  AddKey(*record, kSopInstanceUid, object.InstanceUid());
-  AddKey(*record, kInstanceNumber, object.InstanceNumber());
+  AddKey(*record, tags::kSopInstanceUid, object.InstanceUid());
+  AddKey(*record, tags::kInstanceNumber, object.InstanceNumber());
   return record;
 }
 

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "dicom/tags.h"
+
 namespace quillon {
 
 namespace {
@@ -14,11 +16,11 @@ CPatient::CPatient() { SetClassName(OLESTR("CPatient")); }
 
 std::span<const AttributeRow<CPatient>> CPatient::Attributes() {
   static constexpr std::array<AttributeRow<CPatient>, 5> kRows{{
-      {0x00100010, &CPatient::name_, kMsgPatientNameInvalid},
-      {0x00100020, &CPatient::patientId_, kMsgPatientIdInvalid},
-      {0x00100040, &CPatient::sex_, kMsgPatientSexInvalid},
-      {0x00101010, &CPatient::age_, kMsgPatientAgeInvalid},
-      {0x00100030, &CPatient::birthDate_, kMsgPatientBirthDateInvalid},
+      {tags::kPatientsName, &CPatient::name_, kMsgPatientNameInvalid},
+      {tags::kPatientId, &CPatient::patientId_, kMsgPatientIdInvalid},
+      {tags::kPatientsSex, &CPatient::sex_, kMsgPatientSexInvalid},
+      {tags::kPatientsAge, &CPatient::age_, kMsgPatientAgeInvalid},
+      {tags::kPatientsBirthDate, &CPatient::birthDate_, kMsgPatientBirthDateInvalid},
   }};
   return kRows;
 }

@@ -2,16 +2,18 @@
 
 #include <array>
 
+#include "dicom/tags.h"
+
 namespace quillon {
 
 CSeries::CSeries() { SetClassName(OLESTR("CSeries")); }
 
 std::span<const AttributeRow<CSeries>> CSeries::Attributes() {
   static constexpr std::array<AttributeRow<CSeries>, 4> kRows{{
-      {0x00200011, &CSeries::seriesNumber_, kMsgSeriesNumberInvalid},
-      {0x00080021, &CSeries::seriesDate_, kMsgSeriesDateInvalid},
-      {0x00080060, &CSeries::modality_, kMsgModalityInvalid},
-      {0x0020000E, &CSeries::seriesInstanceUid_, kMsgSeriesInstanceUidInvalid},
+      {tags::kSeriesNumber, &CSeries::seriesNumber_, kMsgSeriesNumberInvalid},
+      {tags::kSeriesDate, &CSeries::seriesDate_, kMsgSeriesDateInvalid},
+      {tags::kModality, &CSeries::modality_, kMsgModalityInvalid},
+      {tags::kSeriesInstanceUid, &CSeries::seriesInstanceUid_, kMsgSeriesInstanceUidInvalid},
   }};
   return kRows;
 }
