@@ -37,8 +37,9 @@ def links_of(arguments):
 
 
 def read_targets():
-    """Two tables: the targets' directories, and what each links."""
-    directories, links = {}, {}
+    """Three tables: the targets' directories, what each links, and the headers that some give out for
+    another target, as directories."""
+    directories, links, given_out = {}, {}, {}
     for cmake in SRC.rglob("CMakeLists.txt"):
         for name, arguments in commands(cmake):
             if name == "quillon_folder":
@@ -46,8 +47,11 @@ def read_targets():
                 links.setdefault(arguments[0], set()).update(links_of(arguments[1:]))
             elif name == "target_link_libraries":
                 links.setdefault(arguments[0], set()).update(arguments[1:])
+            elif name == "target_include_directories" and "INTERFACE" in arguments:
+                if '"${CMAKE_CURRENT_SOURCE_DIR}/include"' in arguments:
+                    given_out[arguments[0]] = cmake.parent / "include"
     own = {name: {link.removesuffix("_internal") for link in of} for name, of in links.items()}
-    return directories, {name: {link for link in of if link in own} for name, of in own.items()}
+    return directories, {name: {link for link in of if link in own} for name, of in own.items()}, given_out
 
 
 def reachable(target, links, seen=None):
@@ -79,7 +83,7 @@ def spellings(path, directory):
 
 
 def main():
-    directories, links = read_targets()
+    directories, links, given_out = read_targets()
     findings = [f"{name} links itself, through others" for name in directories
                 if name in reachable(name, links)]
     files, headers, lines = {}, {}, {}
@@ -94,7 +98,9 @@ def main():
             lines[target] = lines.get(target, 0) + path.read_text().count("\n")
         if path.suffix != ".cpp":
             for spelling in spellings(path, directories[target]):
-                headers.setdefault(spelling, set()).add(target)
+                owners = headers.setdefault(spelling, set())
+                owners.add(target)
+                owners.update(name for name, at in given_out.items() if path.is_relative_to(at))
     for path, target in files.items():
         allowed = reachable(target, links) | {target}
         for included in re.findall(r'^\s*#include "([^"]+)"', path.read_text(), re.MULTILINE):

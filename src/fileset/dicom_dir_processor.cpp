@@ -1,6 +1,7 @@
 #include "fileset/dicom_dir_processor.h"
 
 #include "disc/imapi_version.h"
+#include "disc/media_processor.h"
 #include "file_id_rules.h"
 #include "file_set_creation.h"
 #include "file_set_delivery.h"

@@ -67,7 +67,7 @@ std::unique_ptr<DcDirRec> ReadRecord(DcDirRecType type, const Rows& rows,
     return nullptr;
   }
   auto record = MakeRecord(type, rows, document);
-  AddKey(*record, kSopInstanceUid, object.InstanceUid());
+  AddKey(*record, tags::kSopInstanceUid, object.InstanceUid());
   return record;
 }
 
@@ -117,14 +117,14 @@ std::unique_ptr<DcDirRec> MakeDocumentRecord(const CDicomObjectProperties& objec
     CStructuredReport report;
     record = ReadRecord(DcDirRecType::SrDocument, kReportKeys, object, file, report, problem);
     if (record != nullptr && report.VerificationFlag() == kVerified) {
-      AddKey(*record, kVerificationDateTime, report.VerificationDateTime());
+      AddKey(*record, tags::kVerificationDateTime, report.VerificationDateTime());
     }
     if (record != nullptr) CopyConcept(*record, file);
   } else if (modality == OLESTR("PR")) {
     CPresentation state;
     record =
         ReadRecord(DcDirRecType::Presentation, kPresentationKeys, object, file, state, problem);
-    if (record != nullptr) CopySequence(*record, kReferencedSeriesSequence, file);
+    if (record != nullptr) CopySequence(*record, tags::kReferencedSeriesSequence, file);
   } else if (modality == OLESTR("KO")) {
     CKeyObjectDocument document;
     record =
