@@ -103,6 +103,41 @@ TEST(ReadingAFile, WithoutMemoryIsWholeOrSaysThatItIsNot) {
   }
 }
 
+// A header that found no memory in the middle is none.
+TEST(RenderingAHeader, WithoutMemoryIsWholeOrFails) {
+  const TempDir directory;
+  test::Bytes bytes(128, 0);
+  for (const char letter : {'D', 'I', 'C', 'M'}) bytes.push_back(static_cast<std::uint8_t>(letter));
+  test::DataSetBytes group;
+  group.ul(0x00020000, {0}).text(0x00020010, "UI", test::kExplicitLittleUid);
+  group.text(0x00020100, "UI", "1.2.5").raw(0x00020102, "OB", test::Bytes(40, 7));
+  for (const test::Bytes& part : {group.take(), everyKind().bytes()}) {
+    bytes.insert(bytes.end(), part.begin(), part.end());
+  }
+  test::writeBytes(directory / "private.dcm", bytes);
+  CDicomUtil util;
+  ASSERT_TRUE(util.ReadFile(test::WideOf(directory / "private.dcm"), /*deferPixelData=*/true));
+  const auto render = [&util] {
+    Text xml;
+    return util.GetHeaderXml(xml, 1000, /*includePixelData=*/false) ? xml : Text();
+  };
+  const Text whole = render();
+  ASSERT_NE(whole.find(OLESTR("<value>7</value>")), Text::npos);
+  const auto outcomes = test::withEachAllocationFailing([&](long n, bool& happened) {
+    Text xml;
+    try {
+      const test::FailingNew failing(n);
+      xml = render();
+      happened = failing.happened();
+    } catch (const std::bad_alloc&) {
+      happened = true;
+    }
+    EXPECT_TRUE(xml.empty() || xml == whole) << n;
+    return std::string(xml.empty() ? "none" : "whole");
+  });
+  EXPECT_EQ(outcomes, (std::set<std::string>{"none", "whole"}));
+}
+
 TEST(ReadingBytesOfAFile, FailsWhereTheDiskDoes) {
   const TempDir directory;
   test::writeText(directory / "ten", "0123456789");

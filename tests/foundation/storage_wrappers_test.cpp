@@ -3,7 +3,7 @@
 #include <functional>
 
 #include "foundation_test_support.h"
-#include "support/stub_storages.h"
+#include "platform/com/refusing.h"
 #include "support/system_sentence.h"
 
 namespace quillon {
@@ -28,7 +28,7 @@ class OnStack : public Interface {
   ULONG references = 0;
 };
 
-class FakePropertyStorage : public test::StubPropertyStorage<OnStack<IPropertyStorage>> {
+class FakePropertyStorage : public OnStack<Refusing<IPropertyStorage>> {
  public:
   HRESULT STDMETHODCALLTYPE Commit(DWORD flags) override { return onCommit(flags); }
   HRESULT STDMETHODCALLTYPE WriteMultiple(ULONG count, const PROPSPEC* specs,
@@ -45,7 +45,7 @@ class FakePropertyStorage : public test::StubPropertyStorage<OnStack<IPropertySt
   Text written;
 };
 
-class FakeFolder : public test::StubFolder<OnStack<IShellFolder>> {
+class FakeFolder : public OnStack<Refusing<IShellFolder>> {
  public:
   HRESULT STDMETHODCALLTYPE ParseDisplayName(HWND, IBindCtx*, LPWSTR name, ULONG*,
                                              ITEMIDLIST** items, ULONG*) override {

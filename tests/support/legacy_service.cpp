@@ -3,8 +3,8 @@
 #include <memory>
 
 #include "platform/com/com_object.h"
+#include "platform/com/refusing.h"
 #include "platform/refusing_disc_interfaces.h"
-#include "support/stub_storages.h"
 #ifdef _WIN32
 #include "support/legacy_service_desktop.h"
 #endif
@@ -57,10 +57,9 @@ void readTree(IStorage& storage, const std::string& below,
   }
 }
 
-class Properties final
-    : public StubPropertyStorage<Counted<IPropertyStorage, IID_IPropertyStorage>> {
+class Properties final : public Counted<Refusing<IPropertyStorage>, IID_IPropertyStorage> {
  public:
-  using StubPropertyStorage::StubPropertyStorage;
+  using Counted::Counted;
 
   HRESULT STDMETHODCALLTYPE WriteMultiple(ULONG count, const PROPSPEC* specs,
                                           const PROPVARIANT* values, PROPID nameFirst) override {

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "platform/com/com_object.h"
-#include "support/stub_storages.h"
+#include "platform/com/refusing.h"
 #include "support/temp_dir.h"
 
 namespace quillon::test {
@@ -32,7 +32,7 @@ HRESULT fill(IStorage& storage, const std::filesystem::path& directory) {
   return hr;
 }
 
-class Desktop final : public StubFolder<ComObject<IShellFolder, IID_IShellFolder>> {
+class Desktop final : public ComObject<Refusing<IShellFolder>, IID_IShellFolder> {
  public:
   explicit Desktop(ComPtr<IShellFolder> system) : system_(std::move(system)) {}
 
