@@ -75,6 +75,7 @@ TEST_F(ErrorCodes, FailingCallsLeaveTheirCode) {
       {"enter below missing", [] { return SetCurrentDirectoryW(u"no\\x"); }, 3},
       {"enter below a file", [] { return SetCurrentDirectoryW(u"file\\x"); }, 3},
       {"enter a file", [] { return SetCurrentDirectoryW(u"file"); }, 267},
+      {"enter what lies below a file", [] { return SetCurrentDirectoryW(u"file\\sub"); }, 3},
       {"enter a missing drive", [] { return SetCurrentDirectoryW(u"Q:\\"); }, 3},
       {"enter nothing", [] { return SetCurrentDirectoryW(u""); }, 3},
       {"delete missing", [] { return DeleteFileW(u"no"); }, 2},

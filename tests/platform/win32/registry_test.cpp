@@ -227,6 +227,22 @@ TEST_F(Registry, CallsAnswerTheirCode) {
   EXPECT_EQ(text(HKEY_CURRENT_USER, u"Software", u"U"), u"M\u00FCller") << "not below the tree";
 }
 
+TEST_F(Registry, DeletingAKeyLeavesItsNeighbours) {
+  HKEY key = nullptr;
+  for (const char16_t* name : {u"A", u"B", u"C"}) {
+    ASSERT_EQ(
+        RegCreateKeyExW(HKEY_CURRENT_USER, name, 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr),
+        0);
+    RegCloseKey(key);
+  }
+  EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, u"B"), 0);
+  for (const char16_t* name : {u"A", u"C"}) {
+    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, name, 0, KEY_READ, &key), 0) << narrow(name);
+    RegCloseKey(key);
+  }
+  EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"B", 0, KEY_READ, &key), 2);
+}
+
 TEST_F(Registry, AHandleOfADeletedKeyIsOneForGood) {
   write(kSample);
   HKEY key = nullptr;
