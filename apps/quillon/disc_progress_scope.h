@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "recording/disc_progress.h"
 #include "progress_bar.h"
+#include "recording/disc_progress.h"
 
 namespace quillon::cli {
 

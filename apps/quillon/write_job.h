@@ -11,8 +11,8 @@
 
 #include "fileset/disc_room.h"
 #include "outcome.h"
-#include "recording/disc_recorders.h"
 #include "progress_bar.h"
+#include "recording/disc_recorders.h"
 
 namespace quillon::cli {
 
