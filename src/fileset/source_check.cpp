@@ -74,6 +74,8 @@ bool SourceCheck::Run(const std::vector<PlannedObject>& objects) {
 
 bool SourceCheck::CheckOutside(const std::vector<PlannedObject>& objects) {
   const Text inside = ComparablePath(objectDirectory_);
+  // By its name too: not every file system gives files an identity.
+  const Text directory = ComparablePath(dicomDir_);
   // Empty, at no cost, for the usual new root.
   FileIdentities existing;
   AddIdentity(dicomDir_, files_, existing);
@@ -81,7 +83,7 @@ bool SourceCheck::CheckOutside(const std::vector<PlannedObject>& objects) {
   for (const PlannedObject& object : objects) {
     const Text path = ComparablePath(object.source);
     FileIdentity identity;
-    if (IsAtOrBelow(path, inside) ||
+    if (IsAtOrBelow(path, inside) || path == directory ||
         (!existing.empty() && files_.GetFileIdentity(object.source, identity) &&
          existing.contains(identity))) {
       return errors_.Fail(kMsgSourceInsideFileSet, {object.source});
