@@ -68,8 +68,7 @@ DiscResult GrabbedDrive::grab(const std::string& address, GrabMode mode) {
   forgetBurnMessages();
   // Without waiting for a drive that does not answer, and never at the price of the process.
   burn_preset_device_open(mode == GrabMode::BesideTheSystem ? 0 : 1, 0, 0);
-  const int load = mode == GrabMode::AloneAndLoad ? 1 : 0;
-  if (burn_drive_scan_and_grab(&infos_, Argument(address), load) > 0) return S_OK;
+  if (burn_drive_scan_and_grab(&infos_, Argument(address), 0) > 0) return S_OK;
   if (infos_ != nullptr) burn_drive_info_free(infos_);
   infos_ = nullptr;
   return burnFailure(E_IMAPI_RECORDER_INVALID_RESPONSE_FROM_DEVICE, address);

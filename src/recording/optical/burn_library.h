@@ -28,7 +28,6 @@ void forgetBurnMessages();
 
 enum class GrabMode {
   Alone,            // nobody else opens the drive
-  AloneAndLoad,     // its tray is closed, too
   BesideTheSystem,  // which reads the disc; for questions only
 };
 enum class Release {
