@@ -30,6 +30,9 @@ constexpr std::array kPlayerProfiles{0x11, 0x14, 0x15, 0x1B, 0x2B};
 // Discs that a drive can go through the motions of writing.
 constexpr std::array kSimulatingProfiles{0x09, 0x0A, 0x11, 0x14, 0x15};
 
+// Longer than libburn's thread rests before it ends when it has failed before the first sector.
+constexpr std::chrono::seconds kEndOfIdleThread{1};
+
 template <typename List>
 bool contains(const List& list, int value) {
   return std::find(list.begin(), list.end(), value) != list.end();
@@ -197,9 +200,13 @@ DiscResult Run::pump(SectorQueue& queue, std::uint64_t fed) {
       burn_drive_cancel(drive_);
     }
   }
+  // A file counts as idle while libburn's thread still works on its buffer.
+  const bool isRead = queue.waitForReader();
+  if (!isRead) std::this_thread::sleep_for(kEndOfIdleThread);
   if (result.failed()) return result;
   const std::lock_guard lock(burnMutex());
-  return burn_drive_wrote_well(drive_) == 1 && fed == queue.totalBytes() ? DiscResult() : failed();
+  return isRead && burn_drive_wrote_well(drive_) == 1 && fed == queue.totalBytes() ? DiscResult()
+                                                                                   : failed();
 }
 
 }  // namespace

@@ -39,8 +39,19 @@ void SectorQueue::fail() {
   changed_.notify_all();
 }
 
+bool SectorQueue::waitForReader() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (!isRead_) return false;
+  }
+  readerEnd_.get_future().wait();
+  return true;
+}
+
 int SectorQueue::take(unsigned char* buffer, int size) {
   std::unique_lock lock(mutex_);
+  if (!isRead_) readerEnd_.set_value_at_thread_exit();
+  isRead_ = true;
   const auto wanted = static_cast<std::size_t>(
       std::min<std::uint64_t>(static_cast<std::uint64_t>(size), totalBytes_ - taken_));
   std::size_t done = 0;

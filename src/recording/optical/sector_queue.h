@@ -7,6 +7,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <future>
 #include <mutex>
 #include <vector>
 
@@ -29,6 +30,8 @@ class SectorQueue {
   void put(std::vector<char> block);
   // No block will come any more: the reader gets a failure.
   void fail();
+  // Waits for the end of the thread in which libburn has read; false when it has not read at all.
+  [[nodiscard]] bool waitForReader();
   [[nodiscard]] std::uint64_t totalBytes() const { return totalBytes_; }
 
  private:
@@ -47,6 +50,8 @@ class SectorQueue {
   std::size_t queued_ = 0;
   std::uint64_t taken_ = 0;
   bool isFailed_ = false;
+  bool isRead_ = false;
+  std::promise<void> readerEnd_;
 };
 
 }  // namespace quillon::platform

@@ -1,5 +1,7 @@
 // The path through libburn, on a file that it treats as a drive with a disc that can be
 // overwritten.
+#include <sys/resource.h>
+
 #include <csignal>
 #include <fstream>
 
@@ -103,6 +105,18 @@ TEST_F(OpticalDrive, AProcessThatIsKilledLeavesADiscWithoutAFileSystem) {
   Client client;
   EXPECT_TRUE(client.isBlank(false));
   EXPECT_EQ(client.write(100), S_OK);
+}
+
+// All of the image is on its way before the disc refuses some of it.
+TEST_F(OpticalDrive, ADiscThatDoesNotTakeTheWholeImageHasFailed) {
+  const int end = inProcess([] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit{200 * kSector, 200 * kSector};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    return Client().write(300) == E_IMAPI_UNEXPECTED_RESPONSE_FROM_DEVICE ? 7 : 1;
+  });
+  EXPECT_EQ(end, 7);
+  EXPECT_TRUE(Client().isBlank(false));
 }
 
 TEST_F(OpticalDrive, ClientsExcludeEachOther) {
