@@ -30,6 +30,7 @@ target_link_libraries(quillon_test_recorders PRIVATE quillon_options
 # The numbered texts, which a program has as a resource.
 add_library(quillon_test_messages OBJECT "${support}/messages.rc")
 target_include_directories(quillon_test_messages PRIVATE "${PROJECT_SOURCE_DIR}/resources")
+add_subdirectory(tests/charset)
 add_subdirectory(tests/dicom)
 add_subdirectory(tests/dicomobjects)
 add_subdirectory(tests/disc)

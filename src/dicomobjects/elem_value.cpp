@@ -129,13 +129,17 @@ bool ReadBulk(const DcElem& element, DicomValue& value) {
 // UT: the toolkit keeps its text, which has no limit, as bytes.
 bool ReadLongText(const DcElem& element, DicomValue& value) {
   std::vector<std::uint8_t> bytes;
-  if (!BulkUnits(element, bytes)) return false;
+  if (!ReadBulkBytes(element, bytes)) return false;
   if (bytes.empty()) return true;
   value = WidenValue(trimmed({reinterpret_cast<const char*>(bytes.data()), bytes.size()}));
   return true;
 }
 
 }  // namespace
+
+bool ReadBulkBytes(const DcElem& element, std::vector<std::uint8_t>& bytes) {
+  return BulkUnits(element, bytes);
+}
 
 DcVr ReadableVr(const DcElem& element, std::uint16_t bitsAllocated) {
   const DcVr vr = element.resolvedVr();

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <vector>
 
 #include "dicom/elem.h"
 #include "dicomobjects/dicom_value.h"
@@ -21,5 +22,8 @@ DcVr ReadableVr(const DcElem& element, std::uint16_t bitsAllocated);
 [[nodiscard]] bool ReadElementValue(
     DcElem& element, DcVr vr, bool asArray, DicomValue& value,
     std::size_t maxEntries = std::numeric_limits<std::size_t>::max());
+
+// All bytes of a bulk value. False when they cannot be had from their file.
+[[nodiscard]] bool ReadBulkBytes(const DcElem& element, std::vector<std::uint8_t>& bytes);
 
 }  // namespace quillon

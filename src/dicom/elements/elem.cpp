@@ -155,6 +155,11 @@ std::optional<std::string_view> DcElem::stringValue(int index) const {
   return (*values)[static_cast<std::size_t>(index)];
 }
 
+const std::string* DcElem::undividedText() const {
+  const auto* values = std::get_if<DcTextValues>(&values_);
+  return values == nullptr ? nullptr : values->undivided();
+}
+
 void DcElem::dump(std::string& out) const {
   std::array<char, 32> head{};
   std::snprintf(head.data(), head.size(), "(%04x,%04x) %s ", static_cast<unsigned>(group()),

@@ -76,6 +76,12 @@ void appendValue(std::vector<T>& values, T value) {
 }
 void appendValue(DcTextValues& values, std::string_view value) { values.append(value); }
 
+// Characters beyond ASCII, or an escape sequence to some: a backslash may be a part of one.
+bool holdsOtherCharacters(std::string_view text) {
+  return std::ranges::any_of(
+      text, [](char c) { return c == kEscape || static_cast<unsigned char>(c) >= 0x80; });
+}
+
 DcCode tooManyValues(const DcElem& element) {
   dcLog(DcLogLevel::Error, kAddValueFmtBuf, "Element (%04x,%04x) - more than %d values",
         element.group(), element.element(), static_cast<int>(kMaxValues));
@@ -131,9 +137,11 @@ DcCode DcElem::addText(std::string_view text, int index) {
   if (row.split == DcSplit::Whole || text.find(kSeparator) == std::string_view::npos) {
     return addValueStrg(text, index);
   }
+  const std::string_view undivided = text;
   text = trimmed(text);
   if (text.ends_with(kSeparator)) text.remove_suffix(1);
   const bool escapes = row.split == DcSplit::Escapes;
+  const int before = valueCount();
   const bool isBounded = vmLimit_ != 0 && dcValueChecking();
   DcTextValues* values = nullptr;
   if (row.storage == DcStorage::String && index == kAppend && !isBounded) {
@@ -152,9 +160,15 @@ DcCode DcElem::addText(std::string_view text, int index) {
     }
     const std::size_t chars = firstPieceChars(text, escapes);
     const DcCode code = addValueStrg(text.substr(0, chars), index);
-    if (code != kDcOk || chars == text.size()) return code;
+    if (code != kDcOk) return code;
+    if (chars == text.size()) break;
     text.remove_prefix(chars + 1);
   }
+  const bool holdsAll = values != nullptr && before == 0;
+  if (holdsAll && row.characters != DcCharacters::Ascii && holdsOtherCharacters(undivided)) {
+    values->keepUndivided(undivided);
+  }
+  return kDcOk;
 }
 
 // What the VR demands of one value, and what becomes of one that does not meet it.

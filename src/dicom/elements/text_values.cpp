@@ -12,7 +12,10 @@ constexpr std::size_t kValuesPerMark = 64;
 DcTextValues::DcTextValues(const DcTextValues& other)
     : chars_(other.chars_),
       count_(other.count_),
-      marks_(other.marks_ != nullptr ? std::make_unique<Marks>(*other.marks_) : nullptr) {}
+      marks_(other.marks_ != nullptr ? std::make_unique<Marks>(*other.marks_) : nullptr),
+      undivided_(other.undivided_ != nullptr
+                     ? std::make_unique<const std::string>(*other.undivided_)
+                     : nullptr) {}
 
 std::size_t DcTextValues::startOf(std::size_t index) const {
   const std::size_t mark = index / kValuesPerMark;
@@ -40,6 +43,7 @@ void DcTextValues::setMark(std::size_t index, std::size_t start) {
 }
 
 void DcTextValues::append(std::string_view value) {
+  undivided_.reset();
   if (count_ == 0) {
     chars_.assign(value);
     count_ = 1;
@@ -58,6 +62,7 @@ void DcTextValues::append(std::string_view value) {
 
 void DcTextValues::appendEmpty(std::size_t count) {
   if (count == 0) return;
+  undivided_.reset();
   const std::size_t first = chars_.size() + (count_ > 0 ? 1 : 0);
   const std::size_t passed = std::max<std::size_t>(count_, 1) + kValuesPerMark - 1;
   for (std::size_t i = passed - passed % kValuesPerMark; i < count_ + count; i += kValuesPerMark) {
@@ -68,12 +73,14 @@ void DcTextValues::appendEmpty(std::size_t count) {
 }
 
 void DcTextValues::replace(std::size_t index, std::string_view value) {
+  undivided_.reset();
   const std::size_t start = startOf(index);
   chars_.replace(start, std::strlen(chars_.c_str() + start), value);
   markAgain();
 }
 
 void DcTextValues::eraseFirst(std::size_t count) {
+  undivided_.reset();
   count = std::min(count, count_);
   if (count == count_) {
     chars_.clear();

@@ -24,6 +24,8 @@ constexpr UINT kWesternEuropean = 1252;
 // What may be asked for of code pages other than UTF-8, by value where the layer has no name.
 constexpr DWORD kFlagsToWide = 0xF;
 constexpr DWORD kFlagsToBytes = WC_NO_BEST_FIT_CHARS | 0x270;
+// Takes none before Windows Vista.
+constexpr UINT kGb18030 = 54936;
 
 // Characters of the bytes 0x80 to 0x9F of Windows-1252; all other bytes are the code points of the
 // same number. The five bytes that it leaves undefined are control characters of the same number,
@@ -118,8 +120,42 @@ class Converter {
   iconv_t descriptor_;
 };
 
-std::string codePageName(UINT codePage) { return "CP" + std::to_string(codePage); }
-constexpr std::size_t kLongestCharacter = 4;
+struct PageName {
+  UINT codePage;
+  const char* name;
+};
+
+// JIS X 0208 as two bytes with the high bit set, JIS X 0212 as two of which only the first has it:
+// the C library knows the same characters with another mark of the second set.
+constexpr UINT kJapaneseEuc = 20932;
+constexpr char kJisX0212Mark = '\x8F';
+
+// The names that the C library has for code pages it does not know by their number.
+constexpr std::array kPageNames{
+    PageName{kJapaneseEuc, "EUC-JP"}, PageName{28591, "ISO-8859-1"},  PageName{28592, "ISO-8859-2"},
+    PageName{28593, "ISO-8859-3"},    PageName{28594, "ISO-8859-4"},  PageName{28595, "ISO-8859-5"},
+    PageName{28596, "ISO-8859-6"},    PageName{28597, "ISO-8859-7"},  PageName{28598, "ISO-8859-8"},
+    PageName{28599, "ISO-8859-9"},    PageName{28605, "ISO-8859-15"}, PageName{kGb18030, "GB18030"},
+};
+
+std::string codePageName(UINT codePage) {
+  const auto* row = std::ranges::find(kPageNames, codePage, &PageName::codePage);
+  return row != kPageNames.end() ? row->name : "CP" + std::to_string(codePage);
+}
+
+bool isHigh(char byte) { return static_cast<unsigned char>(byte) >= 0x80; }
+
+// One character of a code page, as Converter::convertOne.
+std::size_t characterToWide(UINT codePage, Converter& converter, std::string_view bytes,
+                            std::string& units) {
+  constexpr std::size_t kLongestCharacter = 4;
+  if (codePage != kJapaneseEuc) return converter.convertOne(bytes, units, kLongestCharacter);
+  if (bytes.size() < 2 || bytes[0] == kJisX0212Mark) return 0;
+  if (isHigh(bytes[1])) return converter.convertOne(bytes, units, 2);
+  const std::array<char, 3> marked{kJisX0212Mark, bytes[0], static_cast<char>(bytes[1] | 0x80)};
+  const std::string_view one(marked.data(), marked.size());
+  return converter.convertOne(one, units, one.size()) == one.size() ? 2 : 0;
+}
 
 bool otherToWide(UINT codePage, std::string_view bytes, std::u16string& wide) {
   Converter converter("UTF-16LE", codePageName(codePage));
@@ -129,7 +165,7 @@ bool otherToWide(UINT codePage, std::string_view bytes, std::u16string& wide) {
     std::size_t taken = 1;
     if (static_cast<unsigned char>(bytes[0]) < 0x80) {
       wide.push_back(static_cast<char16_t>(bytes[0]));
-    } else if ((taken = converter.convertOne(bytes, units, kLongestCharacter)) == 0) {
+    } else if ((taken = characterToWide(codePage, converter, bytes, units)) == 0) {
       wide.push_back(static_cast<char16_t>(0xDC00 + static_cast<unsigned char>(bytes[0])));
       taken = 1;
     }
@@ -157,6 +193,9 @@ bool otherFromWide(UINT codePage, std::u16string_view wide, Fallback& fallback,
     if (pair) ++i;
     std::string converted;
     if (converter.convertOne(character, converted, character.size()) == character.size()) {
+      if (codePage == kJapaneseEuc && converted.front() == kJisX0212Mark) {
+        converted = {converted[1], static_cast<char>(converted[2] & 0x7F)};
+      }
       bytes += converted;
     } else {
       bytes += fallback.text;
@@ -239,9 +278,10 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCCH bytes, int byte
       (wideUnits > 0 && (wide == nullptr || static_cast<const void*>(wide) == bytes))) {
     return failWith(ERROR_INVALID_PARAMETER);
   }
-  if ((flags & ~(page == CP_UTF8 ? MB_ERR_INVALID_CHARS : kFlagsToWide)) != 0) {
-    return failWith(ERROR_INVALID_FLAGS);
-  }
+  const DWORD taken = page == CP_UTF8    ? MB_ERR_INVALID_CHARS
+                      : page == kGb18030 ? DWORD{0}
+                                         : kFlagsToWide;
+  if ((flags & ~taken) != 0) return failWith(ERROR_INVALID_FLAGS);
   const std::string_view input = inputOf(bytes, byteCount);
   if (page == kWesternEuropean) return westernToWide(input, wide, wideUnits);
   std::u16string text;
@@ -271,9 +311,10 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWCH wide, int wide
       (byteCount > 0 && (bytes == nullptr || static_cast<const void*>(bytes) == wide))) {
     return failWith(ERROR_INVALID_PARAMETER);
   }
-  if ((flags & ~(page == CP_UTF8 ? WC_ERR_INVALID_CHARS : kFlagsToBytes)) != 0) {
-    return failWith(ERROR_INVALID_FLAGS);
-  }
+  const DWORD taken = page == CP_UTF8    ? WC_ERR_INVALID_CHARS
+                      : page == kGb18030 ? DWORD{0}
+                                         : kFlagsToBytes;
+  if ((flags & ~taken) != 0) return failWith(ERROR_INVALID_FLAGS);
   const std::u16string_view input = inputOf(wide, wideUnits);
   Fallback fallback;
   if (defaultChar != nullptr) fallback.text = defaultChar;

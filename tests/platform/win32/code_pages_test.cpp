@@ -136,6 +136,8 @@ TEST_F(CodePages, LengthsAndTerminators) {
   } refused[] = {
       {"flags of UTF-8",
        [&] { return MultiByteToWideChar(CP_UTF8, MB_PRECOMPOSED, "a", 1, wide, 4); }, 1004},
+      {"flags of GB 18030",
+       [&] { return MultiByteToWideChar(54936, MB_ERR_INVALID_CHARS, "a", 1, wide, 4); }, 1004},
       {"unknown flags", [&] { return MultiByteToWideChar(CP_ACP, 0x10, "a", 1, wide, 4); }, 1004},
       {"flags to UTF-8",
        [&] {
@@ -186,11 +188,48 @@ TEST_F(CodePages, TheRegistryChoosesTheAnsiCodePage) {
     EXPECT_EQ(toWide(CP_ACP, c.bytes), c.wide);
     EXPECT_EQ(toBytes(CP_ACP, c.wide), c.bytes);
   }
-  for (const char* page : {"1253", "1255", "874", "936"}) {
+  for (const char* page : {"1253", "1255", "874", "936", "20932", "28596", "54936"}) {
     SCOPED_TRACE(page);
     configure(page);
     std::string all = everyByte();
     EXPECT_EQ(toBytes(CP_ACP, toWide(CP_ACP, all)), all);
+  }
+}
+
+TEST_F(CodePages, OthersByNumber) {
+  const struct {
+    UINT page;
+    const char* bytes;
+    std::u16string wide;
+    const char* undefined;  // null: every byte has a character
+  } cases[] = {
+      {874, "\xA1\x80", u"\u0E01\u20AC", "\xDB"},
+      {936, "\xD5\x5C\xCD\xF5", u"\u8AA0\u738B", "\xFE\xFE"},
+      {949, "\xC8\xAB", u"\uD64D", "\xC9\xFF"},
+      {20932, "a\xBB\xB3", u"a\u5C71", "\xFE\xFE"},       // JIS X 0208
+      {20932, "\xB0!\xED?z", u"\u4E02\u9F41z", "\xFE~"},  // JIS X 0212
+      {20932, "\x8E\xB1", u"\uFF71", "\x8F\xB0\xA1"},     // katakana
+      {28591, "\xE9\x80", u"\u00E9\u0080", nullptr},
+      {28592, "\xB3", u"\u0142", nullptr},
+      {28593, "\xA1", u"\u0126", "\xA5"},
+      {28594, "\xBF", u"\u014B", nullptr},
+      {28595, "\xBB", u"\u041B", nullptr},
+      {28596, "\xC7", u"\u0627", "\xA1"},
+      {28597, "\xE1", u"\u03B1", "\xFF"},
+      {28598, "\xE0", u"\u05D0", "\xBF"},
+      {28599, "\xF0", u"\u011F", nullptr},
+      {28605, "\xA4", u"\u20AC", nullptr},
+      {54936, "\x81\x39\xEF\x30\x95\x32\x82\x36", u"\u3401\U00020000", nullptr},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.page);
+    EXPECT_EQ(toWide(c.page, c.bytes), c.wide);
+    EXPECT_EQ(toBytes(c.page, c.wide), c.bytes);
+    if (c.undefined == nullptr) continue;
+    SetLastError(0);
+    EXPECT_EQ(MultiByteToWideChar(c.page, MB_ERR_INVALID_CHARS, c.undefined, -1, nullptr, 0), 0);
+    EXPECT_EQ(GetLastError(), 1113U);
+    EXPECT_EQ(toBytes(c.page, toWide(c.page, c.undefined)), c.undefined) << "no byte is lost";
   }
 }
 

@@ -33,6 +33,7 @@ inline constexpr DcTag kReferencedFileClassUid = 0x00041510;
 inline constexpr DcTag kReferencedFileInstanceUid = 0x00041511;
 inline constexpr DcTag kReferencedFileXferSynUid = 0x00041512;
 inline constexpr DcTag kNumberOfReferences = 0x00041600;
+inline constexpr DcTag kSpecificCharacterSet = 0x00080005;
 inline constexpr DcTag kSopClassUid = 0x00080016;
 inline constexpr DcTag kSopInstanceUid = 0x00080018;
 inline constexpr DcTag kStudyDate = 0x00080020;

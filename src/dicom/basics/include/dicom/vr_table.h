@@ -53,6 +53,15 @@ enum class DcSplit : std::uint8_t {
   Escapes,  // not between two ESC: text in another character set, whose second bytes may look so
 };
 
+// Which characters text is made of: ASCII, or those of the character set that the data set
+// declares. How text of the second kind is divided decides where a set that was switched to ends.
+enum class DcCharacters : std::uint8_t {
+  Ascii,
+  Names,       // values of components
+  Values,      // several values
+  Paragraphs,  // one value
+};
+
 struct VrRow {
   DcVr vr;
   char code[3];    // two characters; empty: no such row in the dictionary
@@ -65,6 +74,7 @@ struct VrRow {
   DcNumber number;
   DcTextRule textRule;
   DcSplit split;
+  DcCharacters characters;
   char pad;  // makes the length of a value even
 
   // Never stands in a file: its code is not answered by getVr.
@@ -79,6 +89,7 @@ inline constexpr std::array<VrRow, 36> kVrTable = [] {
   using R = DcTextRule;
   using enum DcSizeClass;
   using enum DcSplit;
+  using enum DcCharacters;
   constexpr auto NoArray = DcStorage::None;
   constexpr auto String = DcStorage::String;
   constexpr auto Int16 = DcStorage::Int16;
@@ -94,43 +105,43 @@ inline constexpr std::array<VrRow, 36> kVrTable = [] {
   constexpr auto Tag = DcNumber::Tag;
   // clang-format off
   return std::array<VrRow, 36>{{
-    //vr       code  limit  unit      max    est. storage  written  number    rule     text     pad
-    {V::None, "",   false, NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
-    {V::AE,   "AE", true,  Bytes,    16,    0,   String,  V::AE,   NoNumber, R::AE,   Split,   ' '},
-    {V::AS,   "AS", true,  Bytes,    4,     4,   String,  V::AS,   NoNumber, R::AS,   Split,   ' '},
-    {V::AT,   "AT", true,  Integers, 4,     12,  UInt32,  V::AT,   Tag,      R::AT,   Split,   ' '},
-    {V::CS,   "CS", true,  Bytes,    16,    0,   String,  V::CS,   NoNumber, R::CS,   Escapes, ' '},
-    {V::DA,   "DA", true,  Bytes,    22,    22,  String,  V::DA,   NoNumber, R::DA,   Split,   ' '},
-    {V::DS,   "DS", true,  Bytes,    16,    0,   String,  V::DS,   Real,     R::DS,   Split,   ' '},
-    {V::DT,   "DT", true,  Bytes,    26,    26,  String,  V::DT,   NoNumber, R::DT,   Split,   ' '},
-    {V::FL,   "FL", true,  Floats,   4,     4,   Float,   V::FL,   Real,     R::FX,   Split,   ' '},
-    {V::FD,   "FD", true,  Doubles,  8,     8,   Double,  V::FD,   Real,     R::FX,   Split,   ' '},
-    {V::IS,   "IS", true,  Bytes,    12,    0,   String,  V::IS,   Integer,  R::IS,   Split,   ' '},
-    {V::LO,   "LO", true,  Bytes,    64,    0,   String,  V::LO,   NoNumber, R::LO,   Escapes, ' '},
-    {V::LT,   "LT", true,  Bytes,    10240, 0,   String,  V::LT,   NoNumber, R::Any,  Whole,   ' '},
-    {V::OB,   "OB", true,  Bytes,    0,     0,   Bulk,    V::OB,   NoNumber, R::None, Whole,   0},
-    {V::OF,   "OF", true,  Floats,   0,     0,   Bulk,    V::OF,   NoNumber, R::None, Whole,   0},
-    {V::OW,   "OW", true,  Words,    0,     0,   Bulk,    V::OW,   NoNumber, R::None, Whole,   0},
-    {V::PN,   "PN", true,  Bytes,    324,   324, String,  V::PN,   NoNumber, R::Any,  Escapes, ' '},
-    {V::SH,   "SH", true,  Bytes,    16,    0,   String,  V::SH,   NoNumber, R::SH,   Escapes, ' '},
-    {V::SL,   "SL", true,  Integers, 4,     4,   Int32,   V::SL,   Integer,  R::IS,   Split,   ' '},
-    {V::SQ,   "SQ", true,  NoScalar, 0,     0,   NoArray, V::SQ,   NoNumber, R::None, Whole,   ' '},
-    {V::SS,   "SS", true,  Words,    2,     2,   Int16,   V::SS,   Integer,  R::IS,   Split,   ' '},
-    {V::ST,   "ST", true,  Bytes,    1024,  0,   String,  V::ST,   NoNumber, R::Any,  Whole,   ' '},
-    {V::TM,   "TM", true,  Bytes,    34,    34,  String,  V::TM,   NoNumber, R::TM,   Split,   ' '},
-    {V::UI,   "UI", true,  Bytes,    128,   0,   String,  V::UI,   NoNumber, R::UI,   Split,   0},
-    {V::UL,   "UL", true,  Integers, 4,     4,   UInt32,  V::UL,   Integer,  R::IS,   Split,   ' '},
-    {V::UN,   "UN", true,  Bytes,    0,     0,   Bulk,    V::UN,   NoNumber, R::None, Whole,   0},
-    {V::US,   "US", true,  Words,    2,     2,   UInt16,  V::US,   Integer,  R::IS,   Split,   ' '},
-    {V::UT,   "UT", true,  Bytes,    0,     0,   Bulk,    V::UT,   NoNumber, R::None, Whole,   ' '},
-    {V::OX,   "OX", true,  Words,    0,     0,   Bulk,    V::OB,   NoNumber, R::None, Whole,   0},
-    {V::XL,   "XL", true,  Integers, 4,     4,   Int32,   V::UL,   Integer,  R::None, Whole,   ' '},
-    {V::XS,   "XS", true,  Words,    2,     2,   Int16,   V::US,   Integer,  R::IS,   Split,   ' '},
-    {V::RT,   "RT", true,  NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
-    {V::IM,   "IM", false, NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
-    {V::EX,   "EX", false, NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
-    {V::SI,   "SI", true,  NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   ' '},
-    {V::Xx,   "",   true,  Bytes,    0,     0,   Bulk,    V::UN,   NoNumber, R::None, Whole,   0},
+    //vr       code  limit  unit      max    est. storage  written  number    rule     text     characters  pad
+    {V::None, "",   false, NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   Ascii,      ' '},
+    {V::AE,   "AE", true,  Bytes,    16,    0,   String,  V::AE,   NoNumber, R::AE,   Split,   Ascii,      ' '},
+    {V::AS,   "AS", true,  Bytes,    4,     4,   String,  V::AS,   NoNumber, R::AS,   Split,   Ascii,      ' '},
+    {V::AT,   "AT", true,  Integers, 4,     12,  UInt32,  V::AT,   Tag,      R::AT,   Split,   Ascii,      ' '},
+    {V::CS,   "CS", true,  Bytes,    16,    0,   String,  V::CS,   NoNumber, R::CS,   Escapes, Ascii,      ' '},
+    {V::DA,   "DA", true,  Bytes,    22,    22,  String,  V::DA,   NoNumber, R::DA,   Split,   Ascii,      ' '},
+    {V::DS,   "DS", true,  Bytes,    16,    0,   String,  V::DS,   Real,     R::DS,   Split,   Ascii,      ' '},
+    {V::DT,   "DT", true,  Bytes,    26,    26,  String,  V::DT,   NoNumber, R::DT,   Split,   Ascii,      ' '},
+    {V::FL,   "FL", true,  Floats,   4,     4,   Float,   V::FL,   Real,     R::FX,   Split,   Ascii,      ' '},
+    {V::FD,   "FD", true,  Doubles,  8,     8,   Double,  V::FD,   Real,     R::FX,   Split,   Ascii,      ' '},
+    {V::IS,   "IS", true,  Bytes,    12,    0,   String,  V::IS,   Integer,  R::IS,   Split,   Ascii,      ' '},
+    {V::LO,   "LO", true,  Bytes,    64,    0,   String,  V::LO,   NoNumber, R::LO,   Escapes, Values,     ' '},
+    {V::LT,   "LT", true,  Bytes,    10240, 0,   String,  V::LT,   NoNumber, R::Any,  Whole,   Paragraphs, ' '},
+    {V::OB,   "OB", true,  Bytes,    0,     0,   Bulk,    V::OB,   NoNumber, R::None, Whole,   Ascii,      0},
+    {V::OF,   "OF", true,  Floats,   0,     0,   Bulk,    V::OF,   NoNumber, R::None, Whole,   Ascii,      0},
+    {V::OW,   "OW", true,  Words,    0,     0,   Bulk,    V::OW,   NoNumber, R::None, Whole,   Ascii,      0},
+    {V::PN,   "PN", true,  Bytes,    324,   324, String,  V::PN,   NoNumber, R::Any,  Escapes, Names,      ' '},
+    {V::SH,   "SH", true,  Bytes,    16,    0,   String,  V::SH,   NoNumber, R::SH,   Escapes, Values,     ' '},
+    {V::SL,   "SL", true,  Integers, 4,     4,   Int32,   V::SL,   Integer,  R::IS,   Split,   Ascii,      ' '},
+    {V::SQ,   "SQ", true,  NoScalar, 0,     0,   NoArray, V::SQ,   NoNumber, R::None, Whole,   Ascii,      ' '},
+    {V::SS,   "SS", true,  Words,    2,     2,   Int16,   V::SS,   Integer,  R::IS,   Split,   Ascii,      ' '},
+    {V::ST,   "ST", true,  Bytes,    1024,  0,   String,  V::ST,   NoNumber, R::Any,  Whole,   Paragraphs, ' '},
+    {V::TM,   "TM", true,  Bytes,    34,    34,  String,  V::TM,   NoNumber, R::TM,   Split,   Ascii,      ' '},
+    {V::UI,   "UI", true,  Bytes,    128,   0,   String,  V::UI,   NoNumber, R::UI,   Split,   Ascii,      0},
+    {V::UL,   "UL", true,  Integers, 4,     4,   UInt32,  V::UL,   Integer,  R::IS,   Split,   Ascii,      ' '},
+    {V::UN,   "UN", true,  Bytes,    0,     0,   Bulk,    V::UN,   NoNumber, R::None, Whole,   Ascii,      0},
+    {V::US,   "US", true,  Words,    2,     2,   UInt16,  V::US,   Integer,  R::IS,   Split,   Ascii,      ' '},
+    {V::UT,   "UT", true,  Bytes,    0,     0,   Bulk,    V::UT,   NoNumber, R::None, Whole,   Paragraphs, ' '},
+    {V::OX,   "OX", true,  Words,    0,     0,   Bulk,    V::OB,   NoNumber, R::None, Whole,   Ascii,      0},
+    {V::XL,   "XL", true,  Integers, 4,     4,   Int32,   V::UL,   Integer,  R::None, Whole,   Ascii,      ' '},
+    {V::XS,   "XS", true,  Words,    2,     2,   Int16,   V::US,   Integer,  R::IS,   Split,   Ascii,      ' '},
+    {V::RT,   "RT", true,  NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   Ascii,      ' '},
+    {V::IM,   "IM", false, NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   Ascii,      ' '},
+    {V::EX,   "EX", false, NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   Ascii,      ' '},
+    {V::SI,   "SI", true,  NoScalar, 0,     0,   NoArray, V::None, NoNumber, R::None, Whole,   Ascii,      ' '},
+    {V::Xx,   "",   true,  Bytes,    0,     0,   Bulk,    V::UN,   NoNumber, R::None, Whole,   Ascii,      0},
   }};
   // clang-format on
 }();

@@ -90,6 +90,11 @@ class DcElem {
   // follows it. Valid until the element changes.
   [[nodiscard]] std::optional<std::string_view> stringValue(int index) const;
 
+  // The text that the values were divided out of, for a VR with other characters than ASCII where
+  // dividing it may have cut one: it holds a backslash and such characters. Null otherwise, and
+  // when the values have changed since.
+  [[nodiscard]] const std::string* undividedText() const;
+
   // Adds (index kAppend) or replaces a value, converting it to what the VR stores. A refused
   // value leaves the element as it was.
   // Text: split at backslashes (not for LT and ST), trimmed, checked, converted.

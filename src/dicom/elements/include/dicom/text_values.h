@@ -33,6 +33,12 @@ class DcTextValues {
   void appendEmpty(std::size_t count);
   void replace(std::size_t index, std::string_view value);
   void eraseFirst(std::size_t count);
+  // Keeps the text that all of the values were divided out of, until they change.
+  void keepUndivided(std::string_view text) {
+    undivided_ = std::make_unique<const std::string>(text);
+  }
+  // Null unless it was kept.
+  [[nodiscard]] const std::string* undivided() const { return undivided_.get(); }
   // Makes room for so many more bytes.
   void reserve(std::size_t bytes) { chars_.reserve(chars_.size() + bytes); }
 
@@ -65,6 +71,7 @@ class DcTextValues {
   // Where every so many values one begins, so that a value is found without going through all;
   // null as long as there are few.
   std::unique_ptr<Marks> marks_;
+  std::unique_ptr<const std::string> undivided_;
 };
 
 }  // namespace quillon
