@@ -28,6 +28,8 @@ void addRootOption(CLI::App& command, std::optional<std::string>& root);
 void addDryRunOption(CLI::App& command, bool& isDryRun);
 void addJsonOption(CLI::App& command, bool& isJson);
 void addQuietOption(CLI::App& command, bool& showsProgress);
+// A term of Specific Character Set (0008,0005); another is wrong usage.
+void addCharsetOption(CLI::App& command, std::string& term);
 void addLogOption(CLI::App& command, std::string& logFile);
 
 }  // namespace quillon::cli

@@ -2,6 +2,7 @@
 #include <string>
 #include <utility>
 
+#include "charset/character_set.h"
 #include "commands.h"
 #include "create_job.h"
 #include "media_job.h"
@@ -66,7 +67,12 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
       "Do not copy the configured non-DICOM content");
   command.add_flag("--move", job.isMoving, "Move the files into the file set");
   command.add_flag("--keep-going", job.isKeepingGoing, "Pass over files that cannot be added");
-  command.add_flag("--strict", job.isStrict, "Refuse files that end before their pixel data does");
+  command.add_flag("--strict", job.isStrict,
+                   "Refuse files that end before their pixel data does, or lack a value that a "
+                   "DICOMDIR requires");
+  command.add_flag("--invent", job.isInventing, "Make up the values that a DICOMDIR requires");
+  command.add_flag("--one-patient", job.isForOnePatient, "Refuse files of more than one patient");
+  addCharsetOption(command, job.characterSet);
 }
 
 void addRootOption(CLI::App& command, std::optional<std::string>& root) {
@@ -88,6 +94,17 @@ void addJsonOption(CLI::App& command, bool& isJson) {
 void addQuietOption(CLI::App& command, bool& showsProgress) {
   command.add_flag_callback(
       "--quiet", [&showsProgress] { showsProgress = false; }, "Show no progress");
+}
+
+void addCharsetOption(CLI::App& command, std::string& term) {
+  command
+      .add_option("--charset", term,
+                  "Read texts in this character set (a term such as \"ISO_IR 100\"), whatever the "
+                  "files declare")
+      ->check([](const std::string& given) {
+        return CharacterSet(given).IsKnown() ? "" : "\"" + given + "\" is no character set";
+      })
+      ->type_name("TERM");
 }
 
 void addLogOption(CLI::App& command, std::string& logFile) {

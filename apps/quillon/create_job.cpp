@@ -92,6 +92,8 @@ class CreateJob {
     result_.root = job_.root();
     job_.setHierarchy(options_.hasHierarchy);
     job_.setOtherContent(options_.hasOtherContent);
+    job_.setCharacterSet(options_.characterSet);
+    job_.setRecords(options_.isInventing, options_.isForOnePatient);
     if (!options_.objectDirectory) return true;
     std::string name = *options_.objectDirectory;
     std::replace(name.begin(), name.end(), '/', '\\');
@@ -209,7 +211,8 @@ class CreateJob {
       const Outcome renamed = staging.nameIn(absolutePath(file.path), path);
       if (renamed.failed()) return fail("Cannot add " + file.path + ": " + renamed.text());
     }
-    const Added added = job_.addFile(path, {options_.patientKey, options_.isStrict});
+    const Added added = job_.addFile(
+        path, {options_.patientKey, options_.isStrict, options_.isStrict && !options_.isInventing});
     switch (added.outcome) {
       case AddOutcome::Added:
         if (added.isPixelDataCut) result_.remarks.push_back(file.path + ": " + kCut);
@@ -222,6 +225,10 @@ class CreateJob {
           return leaveOutUnreadable(file.path, read.text(), true);
         }
         return leaveOut(file.path, replaced(job_.errorText(), path, file.path), true);
+      case AddOutcome::KeysMissing:
+        return leaveOut(file.path,
+                        "it has no " + keyNames(added.missingKeys) + ", which a DICOMDIR requires.",
+                        true);
       default:
         break;
     }
@@ -250,6 +257,15 @@ class CreateJob {
     result_.series = planned.series;
     result_.objects = planned.objects.size();
     result_.bytes = planned.bytes;
+    for (const MissingKey& one : planned.incomplete) {
+      result_.incomplete.push_back({files_.at(narrow(one.source)).path, one.tag});
+    }
+    for (std::string& remark : remarksOn(result_.incomplete, options_.isInventing)) {
+      result_.remarks.push_back(std::move(remark));
+    }
+    for (std::string& remark : remarksOn(planned.repeatedPatients)) {
+      result_.remarks.push_back(std::move(remark));
+    }
     for (const Text& line : planned.labelRemarks) {
       result_.remarks.push_back("The label leaves out \"" + narrow(line) + "\": it is not a date.");
     }

@@ -10,6 +10,7 @@
 
 #include "fileset/disc_room.h"
 #include "outcome.h"
+#include "record_remarks.h"
 
 namespace quillon::cli {
 
@@ -26,8 +27,13 @@ struct CreateOptions {
   bool hasOtherContent = true;
   bool isMoving = false;
   bool isKeepingGoing = false;
-  // Files that are not whole are refused.
+  // Files that are not whole, or lack what a directory record needs, are refused.
   bool isStrict = false;
+  // What they lack is made up.
+  bool isInventing = false;
+  bool isForOnePatient = false;
+  // In the place of the one that the files declare; empty: theirs.
+  std::string characterSet;
   // The objects may be hard links to the sources: nobody will have the file set after this job.
   bool mayLink = false;
   // Everything is looked at and nothing changed.
@@ -55,6 +61,7 @@ struct CreateResult {
   std::uint64_t discSectors = 0;  // that a disc needs, at the most; told of a dry run
   std::string label;
   std::vector<PassedOver> passedOver;
+  std::vector<IncompleteKey> incomplete;
   Outcome outcome;
   std::vector<std::string> remarks;  // what the user should know beside it
 };

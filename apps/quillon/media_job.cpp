@@ -87,12 +87,13 @@ Outcome MediaJob::takesPath(std::string_view path) {
 Added MediaJob::addFile(std::string_view path, const AddRules& rules) {
   FitnessRules fitness;
   fitness.refusesCutFiles = rules.refusesCutFiles;
+  fitness.refusesMissingKeys = rules.refusesMissingKeys;
   fitness.patientKey = [&rules](TextView name, TextView id) {
     return rules.patientKey ? wide(*rules.patientKey) : patientKey(name, id);
   };
   AddedFile told;
   static_cast<void>(builder().AddFitFile(wide(path), fitness, told));  // told says it
-  return {told.outcome, narrow(told.firstFile), told.isPixelDataCut};
+  return {told.outcome, narrow(told.firstFile), told.isPixelDataCut, std::move(told.missingKeys)};
 }
 
 void MediaJob::setCopies(bool needRoom) {

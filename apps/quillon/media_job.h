@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "foundation/com_values.h"
 #include "outcome.h"
@@ -18,12 +19,14 @@ namespace quillon::cli {
 struct AddRules {
   std::optional<std::string> patientKey;  // none: files fall under the patient that they name
   bool refusesCutFiles = false;
+  bool refusesMissingKeys = false;
 };
 
 struct Added {
   AddOutcome outcome = AddOutcome::Refused;
-  std::string firstFile;        // of AlreadyAdded: the file that holds the object
-  bool isPixelDataCut = false;  // the file ends before its pixel data does
+  std::string firstFile;           // of AlreadyAdded: the file that holds the object
+  bool isPixelDataCut = false;     // the file ends before its pixel data does
+  std::vector<DcTag> missingKeys;  // of KeysMissing
 };
 
 // What fails fails with the object's sentence unless something else is said.
@@ -35,6 +38,12 @@ class MediaJob {
   Outcome setObjectDirectory(std::string_view path);
   void setHierarchy(bool enabled) { builder().useHierarchyForDicomObjects = enabled; }
   void setOtherContent(bool enabled) { builder().includeOtherContent = enabled; }
+  // In the place of the one that files declare; empty: theirs.
+  void setCharacterSet(const std::string& term) { builder().characterSet = term; }
+  void setRecords(bool inventsMissingKeys, bool isForOnePatient) {
+    builder().inventsMissingKeys = inventsMissingKeys;
+    builder().isForOnePatient = isForOnePatient;
+  }
 
   [[nodiscard]] std::string root();
   [[nodiscard]] std::string label();

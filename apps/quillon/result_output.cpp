@@ -119,6 +119,13 @@ std::string jsonMembers(const CreateResult& result) {
     out += "{\"path\":" + jsonString(one.path) + ",\"reason\":" + jsonString(one.reason) + "}";
     separator = ",";
   }
+  out += "],\"incomplete\":[";
+  separator = "";
+  for (const IncompleteKey& one : result.incomplete) {
+    out += separator;
+    out += "{\"path\":" + jsonString(one.path) + ",\"key\":" + jsonString(keyName(one.tag)) + "}";
+    separator = ",";
+  }
   out += "],";
   return result.isDryRun ? out + dryRunMembers(result.discSectors) : out;
 }

@@ -37,8 +37,8 @@ std::int64_t PointInTime(const std::string& text) {
          (value.offsetSign == '-' ? -offset : offset);
 }
 
-// Where a verified report says when: reports as the standard has them say it once for each
-// observer, and the last of them counts. The report's own place when none does.
+}  // namespace
+
 TagPlace VerificationPlace(const CDicomUtil& util) {
   constexpr DcTag own = tags::kVerificationDateTime;
   const DcElemList* list = util.GetElementList();
@@ -59,8 +59,6 @@ TagPlace VerificationPlace(const CDicomUtil& util) {
   if (latestFromOne == 0) return own;
   return {tags::kVerifyingObserverSequence, latestFromOne, own};
 }
-
-}  // namespace
 
 // What the readers share.
 

@@ -121,14 +121,14 @@ CPatientList& CDicomDirProcessor::ListForAdding() {
 bool CDicomDirProcessor::AddFile(TextView fileName) {
   ClearIheLabel();
   return TakesPath(fileName) &&
-         ObjectAdding(ListForAdding(), uniquePatientId_, files_, *this).AddFile(fileName);
+         ObjectAdding(ListForAdding(), uniquePatientId_, *this, files_, *this).AddFile(fileName);
 }
 
 bool CDicomDirProcessor::AddFitFile(TextView fileName, const FitnessRules& rules, AddedFile& told) {
   ClearIheLabel();
   told = AddedFile{};
   return TakesPath(fileName) &&
-         ObjectAdding(ListForAdding(), {}, files_, *this).AddFitFile(fileName, rules, told);
+         ObjectAdding(ListForAdding(), {}, *this, files_, *this).AddFitFile(fileName, rules, told);
 }
 
 bool CDicomDirProcessor::AddDirectory(TextView directory, bool createAfterwards) {
@@ -136,7 +136,7 @@ bool CDicomDirProcessor::AddDirectory(TextView directory, bool createAfterwards)
   Text start(directory);
   if (start.empty() && !files_.GetCurrentDirectory(start)) return FailAs(files_);
   if (!TakesPath(start)) return false;
-  ObjectAdding adding(ListForAdding(), uniquePatientId_, files_, *this);
+  ObjectAdding adding(ListForAdding(), uniquePatientId_, *this, files_, *this);
   if (!adding.AddDirectory(start, allowAddHierarchyTree)) return false;
   return !createAfterwards || CreateDicomFileSet({}, {});
 }

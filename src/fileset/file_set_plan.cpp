@@ -5,14 +5,19 @@
 #include <set>
 #include <string>
 
+#include "dicom/tags.h"
 #include "dicomobjects/dicom_file_facts.h"
+#include "directory_record.h"
 #include "file_id_rules.h"
+#include "file_set_order.h"
 #include "medium_label.h"
 #include "path_join.h"
 #include "platform/services.h"
 #include "record_keys.h"
+#include "repeated_patients.h"
 #include "source_check.h"
 #include "unfinished_mark.h"
+#include "unique_uid.h"
 
 namespace quillon {
 
@@ -79,8 +84,11 @@ FileSetPlan::FileSetPlan(CPatientList& patients, CFileUtil& files, const FileSet
 bool FileSetPlan::Make() {
   keepsPatients_ = true;
   hasOldObjects_ = files_.PathExists(ObjectDirectory());
+  if (options_.isForOnePatient && patients_.GetCount() > 1) {
+    return Fail(kMsgSeveralPatients, {NumberText(static_cast<long long>(patients_.GetCount()))});
+  }
   if (!CheckOldEntries() || !BeginDicomDir()) return false;
-  if (!AddPatients()) return false;
+  if (!AddPatients() || !AddTopLevelObjects()) return false;
   keepsPatients_ = false;
   if (options_.includeOtherContent &&
       !content_.Plan(places_.rootDirectory, places_.otherContentDirectory)) {
@@ -129,16 +137,25 @@ bool FileSetPlan::BeginDicomDir() {
   metaInfo.implementationClassUid = kImplementationClassUid;
   metaInfo.implementationVersionName = kImplementationVersionName;
   metaInfo.sourceAeTitle = kSourceAeTitle;
+  if (options_.currentPractice) {
+    metaInfo.sopInstanceUid = MakeUniqueUid();
+    if (metaInfo.sopInstanceUid.empty()) return Fail(kMsgCannotCreateDicomDirIn, {root_});
+  }
   dicomDir_->setFileMetaInfo(metaInfo);
   return true;
 }
 
 bool FileSetPlan::AddPatients() {
   planned_ = PlannedFileSet{};
+  if (options_.currentPractice) planned_.repeatedPatients = FindRepeatedPatients(patients_);
+  inventor_ = KeyInventor();
+  for (std::size_t p = 0; options_.inventsMissingKeys && p < patients_.GetCount(); ++p) {
+    inventor_.NotePatientId(patients_.At(p)->PatientId());
+  }
   for (std::size_t p = 0; p < patients_.GetCount(); ++p) {
     at_.patient = patients_.At(p);
     ++planned_.patients;
-    DcDirRec* const record = Attach(*dicomDir_, MakePatientRecord(*at_.patient));
+    DcDirRec* const record = Attach(*dicomDir_, RecordOf(*at_.patient, MakePatientRecord));
     const Text directory = DirectoryBelow({}, kPatientPrefix, p + 1);
     if (record == nullptr || !AddStudies(*record, directory)) return false;
   }
@@ -146,11 +163,12 @@ bool FileSetPlan::AddPatients() {
 }
 
 bool FileSetPlan::AddStudies(DcDirRec& patientRecord, TextView patientDirectory) {
-  const CStudyList& studies = at_.patient->Studies();
-  for (std::size_t s = 0; s < studies.GetCount(); ++s) {
-    at_.study = studies.At(s);
+  const CStudyList& list = at_.patient->Studies();
+  const auto studies = options_.currentPractice ? InOrder(list) : AsAdded<CStudy>(list);
+  for (std::size_t s = 0; s < studies.size(); ++s) {
+    at_.study = studies[s];
     ++planned_.studies;
-    DcDirRec* const record = Attach(patientRecord, MakeStudyRecord(*at_.study));
+    DcDirRec* const record = Attach(patientRecord, RecordOf(*at_.study, MakeStudyRecord));
     const Text directory = DirectoryBelow(patientDirectory, kStudyPrefix, s + 1);
     if (record == nullptr || !AddSeries(*record, directory)) return false;
   }
@@ -159,25 +177,37 @@ bool FileSetPlan::AddStudies(DcDirRec& patientRecord, TextView patientDirectory)
 
 bool FileSetPlan::AddSeries(DcDirRec& studyRecord, TextView studyDirectory) {
   const CSeriesList& list = at_.study->Series();
-  for (std::size_t e = 0; e < list.GetCount(); ++e) {
-    at_.series = list.At(e);
+  const auto series = options_.currentPractice ? InOrder(list) : AsAdded<CSeries>(list);
+  for (std::size_t e = 0; e < series.size(); ++e) {
+    at_.series = series[e];
     ++planned_.series;
     at_.directory.clear();
     if (options_.useHierarchyForDicomObjects) {
       at_.directory = DirectoryBelow(studyDirectory, kSeriesPrefix, e + 1);
     }
-    DcDirRec* const record = Attach(studyRecord, MakeSeriesRecord(*at_.series));
+    DcDirRec* const record = Attach(studyRecord, RecordOf(*at_.series, MakeSeriesRecord));
     if (record == nullptr || !AddObjects(*record)) return false;
   }
   return true;
 }
 
 bool FileSetPlan::AddObjects(DcDirRec& seriesRecord) {
-  const CDicomObjectList& images = at_.series->Images();
-  for (std::size_t i = 0; i < images.GetCount(); ++i) {
+  const CDicomObjectList& list = at_.series->Images();
+  const auto objects =
+      options_.currentPractice ? InOrder(list) : AsAdded<CDicomObjectProperties>(list);
+  for (std::size_t i = 0; i < objects.size(); ++i) {
     keepsPatients_ = false;
     if (i == 0 && options_.useHierarchyForDicomObjects && !AddDirectory()) return false;
-    if (!AddObject(*images.At(i), seriesRecord)) return false;
+    if (!AddObject(*objects[i], seriesRecord)) return false;
+  }
+  return true;
+}
+
+bool FileSetPlan::AddTopLevelObjects() {
+  at_ = Position{};
+  for (const CDicomObjectProperties* object : InOrder(patients_.TopLevelObjects())) {
+    keepsPatients_ = false;
+    if (!AddObject(*object, *dicomDir_)) return false;
   }
   return true;
 }
@@ -191,17 +221,16 @@ bool FileSetPlan::AddDirectory() {
   return true;
 }
 
-bool FileSetPlan::AddObject(const CDicomObjectProperties& object, DcDirRec& seriesRecord) {
+bool FileSetPlan::AddObject(const CDicomObjectProperties& object, DcDirRec& parent) {
   Text fileId;
   Text path;
   if (!NameNextObject(fileId, path)) return false;
   if (hasOldObjects_ && IsDirectoryThere(path, files_)) return Fail(kMsgCannotOpenFile, {path});
   const DicomFileFacts& facts = *object.Facts();
-  auto made = MakeRecord(object, facts);
-  if (made == nullptr) return false;
-  DcDirRec* record = Attach(seriesRecord, std::move(made));
+  DcDirRec* record = Attach(parent, MakeRecord(object, facts));
   if (record == nullptr) return false;
   if (record->setRefFile(NarrowText(fileId, CP_ACP).c_str(), facts.Reference()) != kDcOk) {
+    if (at_.patient == nullptr) return Fail(kMsgCannotCreateDicomDirIn, {root_});
     return Fail(kMsgCannotSetImageReference,
                 {fileId, at_.series->SeriesInstanceUid(), at_.study->StudyInstanceUid(),
                  at_.patient->UniqueId(), object.FileName()});
@@ -225,16 +254,47 @@ bool FileSetPlan::NameNextObject(Text& fileId, Text& path) {
 
 std::unique_ptr<DcDirRec> FileSetPlan::MakeRecord(const CDicomObjectProperties& object,
                                                   const DicomFileFacts& facts) {
-  if (facts.document != nullptr) {
-    auto record = facts.document->copyOfKeys();
-    if (record == nullptr) Fail(kMsgCannotCreateDicomDirIn, {root_});  // no memory
-    return record;
+  if (!facts.recordProblem.empty()) {
+    // A document that cannot be read leaves the patients for another attempt.
+    keepsPatients_ = true;
+    SetErrorMessage(facts.recordProblem);
+    return nullptr;
   }
-  if (facts.documentProblem.empty()) return MakeImageRecord(object);
-  // A document that cannot be read leaves the patients for another attempt.
-  keepsPatients_ = true;
-  SetErrorMessage(facts.documentProblem);
-  return nullptr;
+  const KeptRecord& kept = facts.directory;
+  auto record = kept.record == nullptr ? MakeImageRecord(object) : kept.record->copyOfKeys();
+  if (record == nullptr) {
+    Fail(kMsgCannotCreateDicomDirIn, {root_});  // no memory
+  } else if (options_.currentPractice) {
+    Complete(*record,
+             kept.record == nullptr ? MissingKeys(RecordRowOf(record->type()), *record)
+                                    : kept.missingKeys,
+             object.FileName());
+  }
+  return record;
+}
+
+template <typename Node>
+std::unique_ptr<DcDirRec> FileSetPlan::RecordOf(const Node& node,
+                                                std::unique_ptr<DcDirRec> (*make)(const Node&)) {
+  const KeptRecord& kept = node.Record();
+  if (kept.record == nullptr) return make(node);
+  auto record = kept.record->copyOfKeys();
+  if (record == nullptr) {
+    Fail(kMsgCannotCreateDicomDirIn, {root_});
+  } else {
+    Complete(*record, kept.missingKeys, node.RecordSource());
+  }
+  return record;
+}
+
+void FileSetPlan::Complete(DcDirRec& record, const std::vector<DcTag>& missing, TextView source) {
+  for (const DcTag tag : missing) planned_.incomplete.push_back({Text(source), tag});
+  if (options_.inventsMissingKeys) {
+    inventor_.Invent(record, missing);
+  } else if (record.type() == DcDirRecType::Study) {
+    GiveUsualStudyId(record, missing);
+  }
+  AddEmptyKeys(RecordRowOf(record.type()), record);
 }
 
 bool FileSetPlan::CheckContentPlaces() {
@@ -322,6 +382,7 @@ bool FileSetPlan::HandOver(std::size_t index, TextView copy) {
 }
 
 DcDirRec* FileSetPlan::Attach(DcDirRec& parent, std::unique_ptr<DcDirRec> child) {
+  if (child == nullptr) return nullptr;  // with its sentence
   DcDirRec* record = parent.addLower(std::move(child));
   if (record == nullptr) Fail(kMsgCannotCreateDicomDirIn, {root_});
   return record;

@@ -12,6 +12,7 @@
 #include "fileset/model/patient_list.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
+#include "key_inventor.h"
 #include "other_content.h"
 
 namespace quillon {
@@ -82,13 +83,21 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] bool AddStudies(DcDirRec& patientRecord, TextView patientDirectory);
   [[nodiscard]] bool AddSeries(DcDirRec& studyRecord, TextView studyDirectory);
   [[nodiscard]] bool AddObjects(DcDirRec& seriesRecord);
-  [[nodiscard]] bool AddObject(const CDicomObjectProperties& object, DcDirRec& seriesRecord);
+  [[nodiscard]] bool AddObject(const CDicomObjectProperties& object, DcDirRec& parent);
+  [[nodiscard]] bool AddTopLevelObjects();
   [[nodiscard]] bool AddDirectory();
   [[nodiscard]] bool NameNextObject(Text& fileId, Text& path);
   std::unique_ptr<DcDirRec> MakeRecord(const CDicomObjectProperties& object,
                                        const DicomFileFacts& facts);
   [[nodiscard]] bool CheckContentPlaces();
   [[nodiscard]] bool ComposeLabel();
+  // The record that a node keeps, completed, or the one that is made of its texts. Null, with a
+  // sentence, without memory.
+  template <typename Node>
+  std::unique_ptr<DcDirRec> RecordOf(const Node& node,
+                                     std::unique_ptr<DcDirRec> (*make)(const Node&));
+  // Notes what a record lacks, and gives it what stands for that.
+  void Complete(DcDirRec& record, const std::vector<DcTag>& missing, TextView source);
   // addLower with its refusal, which the types used here never meet, made a failure.
   DcDirRec* Attach(DcDirRec& parent, std::unique_ptr<DcDirRec> child);
 
@@ -102,6 +111,7 @@ class FileSetPlan : public CBaseItem {
   bool keepsPatients_ = true;
   bool hasOldObjects_ = false;  // the object directory was there before
   Position at_;
+  KeyInventor inventor_;
   PlannedFileSet planned_;
   std::vector<Text> directories_;
   std::unique_ptr<DcDirDicomDir> dicomDir_;

@@ -1,11 +1,19 @@
 #include "object_adding.h"
 
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "charset/character_set.h"
 #include "dicom/tags.h"
+#include "dicomobjects/decoded_text.h"
 #include "dicomobjects/dicom_file_facts.h"
 #include "dicomobjects/dicom_util.h"
 #include "dicomobjects/instance_uid.h"
+#include "directory_record.h"
 #include "fileset/model/element_text.h"
 #include "foundation/find_handle.h"
+#include "key_inventor.h"
 #include "path_join.h"
 #include "platform/services.h"
 #include "record_keys.h"
@@ -29,20 +37,6 @@ UINT CheckMakerUid(TextView uid) {
   return 0;
 }
 
-std::shared_ptr<const DicomFileFacts> FactsOf(CDicomUtil& file,
-                                              const CDicomObjectProperties& object) {
-  auto facts = std::make_shared<DicomFileFacts>();
-  const DcFileReading& reading = file.GetReading();
-  const DcFileMetaInfo& metaInfo = reading.metaInfo;
-  facts->sopClassUid = metaInfo.sopClassUid;
-  facts->sopInstanceUid = metaInfo.sopInstanceUid;
-  facts->transferSyntaxUid = metaInfo.transferSyntaxUid;
-  facts->transferSyntax = metaInfo.transferSyntax;
-  facts->stamp = {reading.sizeBytes, reading.lastWriteTime};
-  facts->document = MakeDocumentRecord(object, file, facts->documentProblem);
-  return facts;
-}
-
 // A name that the toolkit's code page cannot hold would lead it to another file.
 bool IsNarrowable(TextView fileName) {
   return WidenText(NarrowText(fileName, FileSystemCodePage()), FileSystemCodePage()) == fileName;
@@ -61,6 +55,17 @@ AddOutcome JudgeFitness(const CDicomUtil& file) {
 }
 
 }  // namespace
+
+struct ObjectAdding::Source {
+  CDicomUtil& file;
+  TextView fileName;
+  // With the practice of today; else texts are read in the platform's code page.
+  std::optional<CharacterSet> characterSet;
+
+  [[nodiscard]] const DcElemList& DataSet() const { return *file.GetElementList(); }
+  [[nodiscard]] const CharacterSet* Set() const { return characterSet ? &*characterSet : nullptr; }
+  [[nodiscard]] NodeSource Texts() const { return {&DataSet(), Set()}; }
+};
 
 // Takes back what a list gained, unless it is kept. What hangs below the new item goes with it, so
 // only the topmost list that grew counts.
@@ -128,6 +133,19 @@ bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, Add
   }
   object.SettleUnknownVrs();
   const DcElemList& dataSet = *object.GetElementList();
+  Source source{object, fileName, std::nullopt};
+  if (options_.currentPractice) {
+    source.characterSet = options_.characterSet.empty() ? CharacterSetOf(dataSet)
+                                                        : CharacterSet(options_.characterSet);
+  }
+  if (options_.currentPractice && dataSet.contains(tags::kSopInstanceUid)) {
+    const RecordRow& row = RecordRowOf(object.GetReading().metaInfo.sopClassUid);
+    if (IsTopLevel(row.type)) {
+      const std::array rows{&row};
+      return (!mustBeFit || !rules->refusesMissingKeys || HasKeysOf(rows, source, told)) &&
+             FileTopLevelObject(source, told);
+    }
+  }
   if (!dataSet.contains(tags::kStudyInstanceUid) || !dataSet.contains(tags::kSeriesInstanceUid) ||
       !dataSet.contains(tags::kSopInstanceUid)) {
     // What was read of a deflated data set are not its elements.
@@ -137,30 +155,99 @@ bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, Add
     return !mustBeFit || !isDeflated;
   }
   told.isPixelDataCut = object.IsPixelDataCut();
-  if (mustBeFit) {
-    Text name;
-    Text id;
-    // What cannot be read of them fails the patient's own reading below.
-    static_cast<void>(ReadElementText(dataSet, tags::kPatientsName, name));
-    static_cast<void>(ReadElementText(dataSet, tags::kPatientId, id));
-    patientId_ = rules->patientKey(name, id);
-    if (rules->refusesCutFiles && told.isPixelDataCut) {
-      told.outcome = AddOutcome::PixelDataCut;
-      return false;
-    }
-  }
-  return FileObject(object, fileName, mustBeFit, told);
+  return (!mustBeFit || ApplyRules(source, *rules, told)) && FileObject(source, mustBeFit, told);
 }
 
-bool ObjectAdding::FileObject(CDicomUtil& object, TextView fileName, bool mustBeFit,
-                              AddedFile& told) {
-  const DcElemList& dataSet = *object.GetElementList();
+bool ObjectAdding::ApplyRules(const Source& source, const FitnessRules& rules, AddedFile& told) {
+  Text name;
+  Text id;
+  // What cannot be read of them fails the patient's own reading below.
+  static_cast<void>(ReadElementText(source.DataSet(), tags::kPatientsName, name, source.Set()));
+  static_cast<void>(ReadElementText(source.DataSet(), tags::kPatientId, id, source.Set()));
+  patientId_ = rules.patientKey(name, id);
+  if (rules.refusesCutFiles && told.isPixelDataCut) {
+    told.outcome = AddOutcome::PixelDataCut;
+    return false;
+  }
+  if (!rules.refusesMissingKeys || !options_.currentPractice) return true;
+  const std::array rows{&RecordRowOf(DcDirRecType::Patient), &RecordRowOf(DcDirRecType::Study),
+                        &RecordRowOf(DcDirRecType::Series),
+                        &RecordRowOf(source.file.GetReading().metaInfo.sopClassUid)};
+  return HasKeysOf(rows, source, told);
+}
+
+bool ObjectAdding::HasKeysOf(std::span<const RecordRow* const> rows, const Source& source,
+                             AddedFile& told) const {
+  for (const RecordRow* row : rows) {
+    const KeptRecord kept = CopyRecord(*row, source.file, options_.characterSet);
+    std::ranges::copy(kept.missingKeys, std::back_inserter(told.missingKeys));
+  }
+  if (told.missingKeys.empty()) return true;
+  told.outcome = AddOutcome::KeysMissing;
+  return false;
+}
+
+bool ObjectAdding::FileTopLevelObject(const Source& source, AddedFile& told) {
+  CDicomObjectList& objects = patients_.TopLevelObjects();
+  Text uid;
+  if (!ReadKey(source.DataSet(), tags::kSopInstanceUid, uid)) {
+    return errors_.Fail(kMsgCannotReadDicomInformation, {source.fileName});
+  }
+  if (const CDicomObjectProperties* first = objects.FindBySopInstanceUid(uid); first != nullptr) {
+    told.outcome = AddOutcome::AlreadyAdded;
+    told.firstFile = first->FileName();
+    return true;
+  }
+  ListGrowth growth;
+  CDicomObjectProperties* const added =
+      growth.Note(objects, objects.AddObject(source.file, /*instanceUidOptional=*/true));
+  if (added == nullptr) return errors_.Fail(kMsgCannotReadDicomInformation, {source.fileName});
+  added->SetFacts(FactsOf(source, *added));
+  growth.Keep();
+  told.outcome = AddOutcome::Added;
+  return true;
+}
+
+void ObjectAdding::KeepRecord(CRecordedItem& node, DcDirRecType type, const Source& source) {
+  if (!options_.currentPractice) return;
+  KeptRecord kept = CopyRecord(RecordRowOf(type), source.file, options_.characterSet);
+  if (options_.inventsMissingKeys) TakeOtherTimes(*kept.record, source.DataSet(), kept.missingKeys);
+  node.SetRecord(std::move(kept), source.fileName);
+}
+
+std::shared_ptr<const DicomFileFacts> ObjectAdding::FactsOf(const Source& source,
+                                                            const CDicomObjectProperties& object) {
+  auto facts = std::make_shared<DicomFileFacts>();
+  const DcFileReading& reading = source.file.GetReading();
+  const DcFileMetaInfo& metaInfo = reading.metaInfo;
+  facts->sopClassUid = metaInfo.sopClassUid;
+  facts->sopInstanceUid = metaInfo.sopInstanceUid;
+  facts->transferSyntaxUid = metaInfo.transferSyntaxUid;
+  facts->transferSyntax = metaInfo.transferSyntax;
+  facts->stamp = {reading.sizeBytes, reading.lastWriteTime};
+  if (!options_.currentPractice) {
+    facts->directory.record = MakeDocumentRecord(object, source.file, facts->recordProblem);
+    return facts;
+  }
+  const RecordRow& row = RecordRowOf(facts->sopClassUid);
+  if (row.type == DcDirRecType::Image) return facts;
+  facts->directory = CopyRecord(row, source.file, options_.characterSet);
+  if (row.type == DcDirRecType::Private) {
+    // The object's class tells what the record is. One that is too long is no UID.
+    static_cast<void>(facts->directory.record->setPrivateRecordUid(facts->sopClassUid));
+  }
+  return facts;
+}
+
+bool ObjectAdding::FileObject(const Source& source, bool mustBeFit, AddedFile& told) {
+  const TextView fileName = source.fileName;
+  const DcElemList& dataSet = source.DataSet();
   // What the lists gain on the way goes again when the object cannot be added after all: a patient
   // without an object would be named on the medium.
   ListGrowth growth;
-  CStudy* const study = StudyOf(dataSet, fileName, growth);
+  CStudy* const study = StudyOf(source, growth);
   if (study == nullptr) return false;
-  CSeries* const series = SeriesOf(dataSet, *study, fileName, growth);
+  CSeries* const series = SeriesOf(source, *study, growth);
   if (series == nullptr) return false;
 
   const Text& seriesUid = series->SeriesInstanceUid();
@@ -181,13 +268,13 @@ bool ObjectAdding::FileObject(CDicomUtil& object, TextView fileName, bool mustBe
   }
   // Lenient: a file set may hold objects that lack what an image viewer would want.
   CDicomObjectProperties* const added =
-      growth.Note(images, images.AddObject(object, /*instanceUidOptional=*/true));
+      growth.Note(images, images.AddObject(source.file, /*instanceUidOptional=*/true));
   if (added == nullptr || added->InstanceUid() != uid) {
     return errors_.Fail(kMsgCannotAddImage, {uid, seriesUid, studyUid, patientId_, fileName});
   }
-  auto facts = FactsOf(object, *added);
-  if (mustBeFit && !facts->documentProblem.empty()) {
-    errors_.SetErrorMessage(facts->documentProblem);
+  auto facts = FactsOf(source, *added);
+  if (mustBeFit && !facts->recordProblem.empty()) {
+    errors_.SetErrorMessage(facts->recordProblem);
     return false;
   }
   added->SetFacts(std::move(facts));
@@ -196,37 +283,51 @@ bool ObjectAdding::FileObject(CDicomUtil& object, TextView fileName, bool mustBe
   return true;
 }
 
-CStudy* ObjectAdding::StudyOf(const DcElemList& dataSet, TextView fileName, ListGrowth& growth) {
+CStudy* ObjectAdding::StudyOf(const Source& source, ListGrowth& growth) {
+  const TextView fileName = source.fileName;
   CPatient* patient = patients_.Find(patientId_);
-  if (patient == nullptr) patient = growth.Note(patients_, patients_.Add(&dataSet, patientId_));
   if (patient == nullptr) {
-    errors_.Fail(kMsgCannotAddPatient, {fileName, patientId_});
-    return nullptr;
+    patient = growth.Note(patients_, patients_.Add(source.Texts(), patientId_));
+    if (patient == nullptr) {
+      errors_.Fail(kMsgCannotAddPatient, {fileName, patientId_});
+      return nullptr;
+    }
+    KeepRecord(*patient, DcDirRecType::Patient, source);
   }
   Text uid;
-  if (!ReadKey(dataSet, tags::kStudyInstanceUid, uid)) {
+  if (!ReadKey(source.DataSet(), tags::kStudyInstanceUid, uid)) {
     errors_.Fail(kMsgCannotReadStudy, {patientId_, fileName});
     return nullptr;
   }
   CStudyList& studies = patient->Studies();
   CStudy* study = studies.Find(uid);
-  if (study == nullptr) study = growth.Note(studies, studies.Add(&dataSet));
-  if (study == nullptr) errors_.Fail(kMsgCannotAddStudy, {uid, patientId_, fileName});
+  if (study != nullptr) return study;
+  study = growth.Note(studies, studies.Add(source.Texts()));
+  if (study == nullptr) {
+    errors_.Fail(kMsgCannotAddStudy, {uid, patientId_, fileName});
+    return nullptr;
+  }
+  KeepRecord(*study, DcDirRecType::Study, source);
   return study;
 }
 
-CSeries* ObjectAdding::SeriesOf(const DcElemList& dataSet, CStudy& study, TextView fileName,
-                                ListGrowth& growth) {
+CSeries* ObjectAdding::SeriesOf(const Source& source, CStudy& study, ListGrowth& growth) {
+  const TextView fileName = source.fileName;
   const Text& studyUid = study.StudyInstanceUid();
   Text uid;
-  if (!ReadKey(dataSet, tags::kSeriesInstanceUid, uid)) {
+  if (!ReadKey(source.DataSet(), tags::kSeriesInstanceUid, uid)) {
     errors_.Fail(kMsgCannotReadSeries, {studyUid, patientId_, fileName});
     return nullptr;
   }
   CSeriesList& list = study.Series();
   CSeries* series = list.Find(uid);
-  if (series == nullptr) series = growth.Note(list, list.Add(&dataSet));
-  if (series == nullptr) errors_.Fail(kMsgCannotAddSeries, {uid, studyUid, patientId_, fileName});
+  if (series != nullptr) return series;
+  series = growth.Note(list, list.Add(source.Texts()));
+  if (series == nullptr) {
+    errors_.Fail(kMsgCannotAddSeries, {uid, studyUid, patientId_, fileName});
+    return nullptr;
+  }
+  KeepRecord(*series, DcDirRecType::Series, source);
   return series;
 }
 

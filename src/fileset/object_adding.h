@@ -2,10 +2,14 @@
 // read here and never again: what its directory record and the checks of a creation need is kept.
 #pragma once
 
+#include <memory>
+#include <span>
+
 #include "fileset/dicom_dir_processor.h"
 #include "fileset/model/patient_list.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
+#include "record_rows.h"
 
 namespace quillon {
 
@@ -16,8 +20,13 @@ class CDicomUtil;
 class ObjectAdding {
  public:
   // patientId: the job's unique one. AddFitFile goes by that of its rules.
-  ObjectAdding(CPatientList& patients, TextView patientId, CFileUtil& files, CBaseItem& errors)
-      : patients_(patients), patientId_(patientId), files_(files), errors_(errors) {}
+  ObjectAdding(CPatientList& patients, TextView patientId, const FileSetOptions& options,
+               CFileUtil& files, CBaseItem& errors)
+      : patients_(patients),
+        patientId_(patientId),
+        options_(options),
+        files_(files),
+        errors_(errors) {}
 
   // See CDicomDirProcessor; the paths have been checked.
   [[nodiscard]] bool AddFile(TextView fileName);
@@ -26,18 +35,29 @@ class ObjectAdding {
 
  private:
   class ListGrowth;
+  // A file that has been read.
+  struct Source;
 
   // With rules the file must be fit for a creation.
   [[nodiscard]] bool ReadAndFile(TextView fileName, const FitnessRules* rules, AddedFile& told);
-  [[nodiscard]] bool FileObject(CDicomUtil& object, TextView fileName, bool mustBeFit,
-                                AddedFile& told);
+  // Takes the patient from the rules; false, with the outcome, for a file that they do not take.
+  [[nodiscard]] bool ApplyRules(const Source& source, const FitnessRules& rules, AddedFile& told);
+  // The same for keys that the records of these rows would lack.
+  [[nodiscard]] bool HasKeysOf(std::span<const RecordRow* const> rows, const Source& source,
+                               AddedFile& told) const;
+  [[nodiscard]] bool FileObject(const Source& source, bool mustBeFit, AddedFile& told);
+  // An object that belongs to no patient.
+  [[nodiscard]] bool FileTopLevelObject(const Source& source, AddedFile& told);
   // The nodes that the object belongs to, added where they are missing; null with a sentence.
-  CStudy* StudyOf(const DcElemList& dataSet, TextView fileName, ListGrowth& growth);
-  CSeries* SeriesOf(const DcElemList& dataSet, CStudy& study, TextView fileName,
-                    ListGrowth& growth);
+  CStudy* StudyOf(const Source& source, ListGrowth& growth);
+  CSeries* SeriesOf(const Source& source, CStudy& study, ListGrowth& growth);
+  void KeepRecord(CRecordedItem& node, DcDirRecType type, const Source& source);
+  std::shared_ptr<const DicomFileFacts> FactsOf(const Source& source,
+                                                const CDicomObjectProperties& object);
 
   CPatientList& patients_;
   Text patientId_;
+  const FileSetOptions& options_;
   CFileUtil& files_;
   CBaseItem& errors_;
 };

@@ -49,12 +49,15 @@ def values(**changes):
         "sop_class": (0x00080016, "UI", CT),
         "instance": (0x00080018, "UI", "2.25.1.1.1.1"),
         "study_date": (0x00080020, "DA", "20090305"),
+        "study_time": (0x00080030, "TM", "101500"),
         "modality": (0x00080060, "CS", "CT"),
         "name": (0x00100010, "PN", "DOE^JOHN"),
         "id": (0x00100020, "LO", "12345"),
         "birth_date": (0x00100030, "DA", "19500102"),
         "study": (0x0020000D, "UI", "2.25.1.1"),
         "series": (0x0020000E, "UI", "2.25.1.1.1"),
+        "study_id": (0x00200010, "SH", "1"),
+        "series_number": (0x00200011, "IS", "1"),
         "number": (0x00200013, "IS", "1"),
     }
     elements = {}

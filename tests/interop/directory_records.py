@@ -3,8 +3,9 @@ from pathlib import Path
 
 ALLOWED = {
     None: {"PATIENT"}, "PATIENT": {"STUDY"}, "STUDY": {"SERIES"},
-    "SERIES": {"IMAGE", "SR DOCUMENT", "PRESENTATION", "KEY OBJECT DOC"},
-    "IMAGE": set(), "SR DOCUMENT": set(), "PRESENTATION": set(), "KEY OBJECT DOC": set(),
+    "SERIES": {"IMAGE", "SR DOCUMENT", "PRESENTATION", "KEY OBJECT DOC", "RT DOSE", "RT PLAN",
+               "RT STRUCTURE SET", "WAVEFORM", "RAW DATA", "ENCAP DOC", "SPECTROSCOPY",
+               "REGISTRATION"},
 }
 
 
@@ -37,7 +38,7 @@ def records(directory):
             assert offset not in reached, f"two ways lead to the record at {offset}"
             reached.add(offset)
             record = Record(at[offset], parent)
-            allowed = ALLOWED[parent.type if parent else None]
+            allowed = ALLOWED.get(parent and parent.type, set())
             assert record.type in allowed, f"{record.type} below {parent and parent.type}"
             assert record.item.RecordInUseFlag == 0xFFFF
             found.append(record)

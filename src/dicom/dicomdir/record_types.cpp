@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -23,14 +24,17 @@ constexpr DcDirTypeSet kNone = 0;
 constexpr DcDirTypeSet kPrivate = types(Private);
 
 constexpr DcDirTypeSet kBelowDicomDir =
-    types(HangingProtocol, Mrdr, Patient, PrintQueue, Topic, Private);
+    types(HangingProtocol, Mrdr, Patient, PrintQueue, Topic, Private, Palette, Implant,
+          ImplantGroup, ImplantAssembly, Inventory);
 constexpr DcDirTypeSet kBelowPatient = types(Hl7StrucDoc, Study, Private);
 constexpr DcDirTypeSet kBelowStudy =
     types(BasicFilmSession, Results, Series, StudyComponent, Visit, Private);
 constexpr DcDirTypeSet kBelowSeries =
     types(Curve, EncapDoc, Fiducial, Image, KeyObjectDoc, ModalityLut, Overlay, Presentation,
           RawData, Registration, RtDose, RtPlan, RtStructureSet, RtTreatRecord, Spectroscopy,
-          SrDocument, Stereometric, StoredPrint, ValueMap, VoiLut, Waveform, Private);
+          SrDocument, Stereometric, StoredPrint, ValueMap, VoiLut, Waveform, Private,
+          EncapsulatedDocument, Plan, Measurement, Surface, SurfaceScan, Tract, Assessment,
+          Radiotherapy, Annotation, WaveformPresentation);
 constexpr DcDirTypeSet kBelowTopic =
     types(Curve, Fiducial, BasicFilmSession, Image, KeyObjectDoc, ModalityLut, Overlay,
           Presentation, RawData, Registration, RtDose, RtPlan, RtStructureSet, RtTreatRecord,
@@ -79,22 +83,48 @@ constexpr std::array kRows{
     DcDirTypeRow{VoiLut,           "VOI LUT",            true,  kPrivate},
     DcDirTypeRow{Waveform,         "WAVEFORM",           true,  kPrivate},
 };
+constexpr std::array kYoungerRows{
+    DcDirTypeRow{EncapsulatedDocument, "ENCAP DOC",      true,  kPrivate},
+    DcDirTypeRow{Palette,          "PALETTE",            true,  kPrivate},
+    DcDirTypeRow{Implant,          "IMPLANT",            true,  kPrivate},
+    DcDirTypeRow{ImplantGroup,     "IMPLANT GROUP",      true,  kPrivate},
+    DcDirTypeRow{ImplantAssembly,  "IMPLANT ASSY",       true,  kPrivate},
+    DcDirTypeRow{Plan,             "PLAN",               true,  kPrivate},
+    DcDirTypeRow{Measurement,      "MEASUREMENT",        true,  kPrivate},
+    DcDirTypeRow{Surface,          "SURFACE",            true,  kPrivate},
+    DcDirTypeRow{SurfaceScan,      "SURFACE SCAN",       true,  kPrivate},
+    DcDirTypeRow{Tract,            "TRACT",              true,  kPrivate},
+    DcDirTypeRow{Assessment,       "ASSESSMENT",         true,  kPrivate},
+    DcDirTypeRow{Radiotherapy,     "RADIOTHERAPY",       true,  kPrivate},
+    DcDirTypeRow{Annotation,       "ANNOTATION",         true,  kPrivate},
+    DcDirTypeRow{Inventory,        "INVENTORY",          true,  kPrivate},
+    DcDirTypeRow{WaveformPresentation, "WF PRESENTATION", true, kPrivate},
+};
 // clang-format on
+constexpr auto kFirstYounger = static_cast<std::size_t>(EncapsulatedDocument);
 
-constexpr bool rowsStandAtTheirTypes() {
-  for (std::size_t i = 0; i < kRows.size(); ++i) {
-    if (static_cast<std::size_t>(kRows[i].type) != i) return false;
+template <typename Rows>
+constexpr bool rowsStandAtTheirTypes(const Rows& rows, std::size_t first) {
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (static_cast<std::size_t>(rows[i].type) != first + i) return false;
   }
   return true;
 }
-static_assert(rowsStandAtTheirTypes(), "the type is the index of its row");
-static_assert(kRows.size() == static_cast<std::size_t>(Waveform) + 1 && kRows.size() <= 64,
+static_assert(rowsStandAtTheirTypes(kRows, 0) && rowsStandAtTheirTypes(kYoungerRows, kFirstYounger),
+              "the type is the index of its row");
+static_assert(kRows.size() == static_cast<std::size_t>(Waveform) + 1 &&
+                  kFirstYounger + kYoungerRows.size() ==
+                      static_cast<std::size_t>(WaveformPresentation) + 1 &&
+                  kFirstYounger + kYoungerRows.size() <= 64,
               "every type has a row and a bit");
 
 }  // namespace
 
 const DcDirTypeRow& dirTypeRow(DcDirRecType type) {
   const auto index = static_cast<std::size_t>(type);
+  if (index >= kFirstYounger && index - kFirstYounger < kYoungerRows.size()) {
+    return kYoungerRows[index - kFirstYounger];
+  }
   return index < kRows.size() ? kRows[index] : kRows[0];
 }
 
@@ -108,8 +138,11 @@ DcCode dirGetDesc(DcDirRecType type, std::string* name) {
 }
 
 DcDirRecType dirGetType(std::string_view name) {
-  for (const DcDirTypeRow& row : kRows) {
-    if (name == row.name) return row.type;
+  for (const std::span<const DcDirTypeRow> rows :
+       {std::span<const DcDirTypeRow>(kRows), {kYoungerRows}}) {
+    for (const DcDirTypeRow& row : rows) {
+      if (name == row.name) return row.type;
+    }
   }
   return Unknown;
 }

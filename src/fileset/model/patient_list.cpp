@@ -29,8 +29,8 @@ CPatientList::CPatientList()
     : NodeList(OLESTR("CPatientList"), {kMsgGivenPatientUniqueIdInvalid,
                                         kMsgPatientElementListInvalid, kMsgNoStorageForPatient}) {}
 
-CPatient* CPatientList::Add(const DcElemList* dataSet, TextView uniqueId) {
-  return NodeList::Add(dataSet, [&](CPatient& patient) {
+CPatient* CPatientList::Add(const NodeSource& source, TextView uniqueId) {
+  return NodeList::Add(source, [&](CPatient& patient) {
     if (uniqueId.empty()) return Fail(kMsgPatientUniqueIdInvalid);
     if (uniqueId.size() > kMaxUniqueIdChars) return Fail(kMsgPatientUniqueIdTooLong);
     return AssignText(patient.uniqueId_, uniqueId, kMaxUniqueIdChars) ||

@@ -4,12 +4,19 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "dicom/dir_rec.h"
 #include "dicom/file_meta_info.h"
 #include "foundation/file_util.h"
 
 namespace quillon {
+
+// A directory record that hangs nowhere yet, with keys as an object has them.
+struct KeptRecord {
+  std::unique_ptr<DcDirRec> record;
+  std::vector<DcTag> missingKeys;  // required ones that the object has no value for
+};
 
 struct DicomFileFacts {
   // Meta information as far as a record refers to it, as the file itself has it: empty where the
@@ -28,10 +35,10 @@ struct DicomFileFacts {
   std::string transferSyntaxUid;
   DcUid transferSyntax = DcUid::ImplicitLittleEndian;
   FileStamp stamp;
-  // Of a report, presentation state or key object document: its directory record, or the sentence
-  // of what it lacks for one. Neither for other objects.
-  std::unique_ptr<DcDirRec> document;
-  Text documentProblem;
+  // The object's directory record, unless it is an image's, which is made of the properties; or the
+  // sentence of what a report, presentation state or key object document lacks for one.
+  KeptRecord directory;
+  Text recordProblem;
 };
 
 }  // namespace quillon

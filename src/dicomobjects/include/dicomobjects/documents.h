@@ -104,6 +104,10 @@ class CPresentation : public CDicomDocument {
                                   kMsgCannotSetPresentationContentTime};
 };
 
+// Where a verified report says when: reports as the standard has them say it once for each
+// observer, and the last of them counts. The report's own place when none does.
+TagPlace VerificationPlace(const CDicomUtil& report);
+
 class CStructuredReport : public CDicomDocument {
  public:
   CStructuredReport();

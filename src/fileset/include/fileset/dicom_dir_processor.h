@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "fileset/model/patient_list.h"
 #include "fileset/planned_file_set.h"
@@ -27,13 +29,15 @@ enum class AddOutcome {
   IncompleteMetaInfo,  // no directory record can refer to it
   Deflated,            // its elements cannot be read
   PixelDataCut,        // the file ends before its pixel data does
+  KeysMissing,         // its directory records would lack required keys
   Refused,             // the error message tells why
 };
 
 struct AddedFile {
   AddOutcome outcome = AddOutcome::Refused;
-  Text firstFile;               // of AlreadyAdded: the file that holds the object
-  bool isPixelDataCut = false;  // the file ends before its pixel data does
+  Text firstFile;                  // of AlreadyAdded: the file that holds the object
+  bool isPixelDataCut = false;     // the file ends before its pixel data does
+  std::vector<DcTag> missingKeys;  // of KeysMissing
 };
 
 // How a host adds files that a file set can take for certain.
@@ -41,6 +45,8 @@ struct FitnessRules {
   // The unique patient ID of a file, from its patient name and patient ID.
   std::function<Text(TextView name, TextView id)> patientKey;
   bool refusesCutFiles = false;
+  // With currentPractice: refuses a file without a value for every required key of its records.
+  bool refusesMissingKeys = false;
 };
 
 // How far the file set in a root directory has come.
@@ -57,8 +63,17 @@ struct FileSetOptions {
   bool includeOtherContent = true;
   // Where the description of the medium is at odds with what the field does today, follow the
   // field: dates that are none are left out of the label, and empty files of the other content are
-  // copied. By default as the registry says, else off.
+  // copied; texts are read by their character set, and records name it; an object has the record
+  // type of its SOP class, with the elements of the object as keys; studies, series and objects
+  // stand in order; the set's UID is unique. By default as the registry says, else off.
   bool currentPractice = false;
+  // The rest goes with currentPractice. Stands for the Specific Character Set (0008,0005) of every
+  // file, where files declare a wrong one; empty: none does.
+  std::string characterSet;
+  // Required keys that an object has no value for get one that is made up.
+  bool inventsMissingKeys = false;
+  // A set with more than one patient is refused.
+  bool isForOnePatient = false;
   // The objects are handed over as copies (see HandOver), so that their loss is none, and need room
   // on the root's file system.
   bool sourcesStay = false;

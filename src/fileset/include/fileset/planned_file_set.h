@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "dicom/types.h"
 #include "fileset/disc_room.h"
 #include "foundation/file_util.h"
 
@@ -18,6 +19,21 @@ struct PlannedObject {
   std::uint64_t sizeBytes = 0;
 };
 
+// A required key of a directory record that the object which the record is made of has no value
+// for.
+struct MissingKey {
+  Text source;  // the object's file
+  DcTag tag;
+};
+
+// Patients of the set that may be one: the same ID under several names, or the same name under
+// several IDs.
+struct RepeatedPatient {
+  bool isSameId;
+  Text same;
+  std::vector<Text> others;
+};
+
 struct PlannedFileSet {
   std::size_t patients = 0;
   std::size_t studies = 0;
@@ -28,6 +44,9 @@ struct PlannedFileSet {
   Text label;
   std::vector<Text> labelRemarks;  // the lines that the label leaves out: dates that are none
   DiscRoom room;                   // on a disc
+  // With currentPractice only.
+  std::vector<MissingKey> incomplete;
+  std::vector<RepeatedPatient> repeatedPatients;
 };
 
 }  // namespace quillon

@@ -52,7 +52,23 @@ enum class DcDirRecType : std::uint16_t {
   ValueMap,
   Visit,
   VoiLut,
-  Waveform
+  Waveform,
+  // Types that the standard has gained since, the first of them a type above by its right name.
+  EncapsulatedDocument = 40,
+  Palette,
+  Implant,
+  ImplantGroup,
+  ImplantAssembly,
+  Plan,
+  Measurement,
+  Surface,
+  SurfaceScan,
+  Tract,
+  Assessment,
+  Radiotherapy,
+  Annotation,
+  Inventory,
+  WaveformPresentation
 };
 
 inline constexpr std::size_t kMaxFileIdChars = 103;

@@ -24,8 +24,11 @@ class DcTextValues {
   [[nodiscard]] std::size_t size() const { return count_; }
   // A zero byte follows the characters. Valid until the values change.
   std::string_view operator[](std::size_t index) const;
-  // All values, a zero byte between each two.
-  [[nodiscard]] const std::string& joined() const { return chars_; }
+  // As they are encoded: the text that was kept undivided, else all values, a zero byte between each
+  // two in the place of the backslash.
+  [[nodiscard]] const std::string& joined() const {
+    return undivided_ == nullptr ? chars_ : *undivided_;
+  }
 
   // None of these takes a zero byte, or text out of these very values. Without memory (they throw)
   // the values are what they were.

@@ -1,4 +1,4 @@
-// Walks patients, studies, series and objects in list order.
+// Walks patients, studies, series and objects in list order, then the objects of no patient.
 #pragma once
 
 #include "fileset/model/patient_list.h"
@@ -9,19 +9,22 @@ namespace quillon {
 // call did.
 template <typename Visit>
 [[nodiscard]] bool ForEachObject(const CPatientList& patients, Visit visit) {
+  const auto visitAll = [&visit](const CDicomObjectList& objects) {
+    for (std::size_t i = 0; i < objects.GetCount(); ++i) {
+      if (!visit(static_cast<const CDicomObjectProperties&>(*objects.At(i)))) return false;
+    }
+    return true;
+  };
   for (std::size_t p = 0; p < patients.GetCount(); ++p) {
     const CStudyList& studies = patients.At(p)->Studies();
     for (std::size_t s = 0; s < studies.GetCount(); ++s) {
       const CSeriesList& series = studies.At(s)->Series();
       for (std::size_t e = 0; e < series.GetCount(); ++e) {
-        const CDicomObjectList& images = series.At(e)->Images();
-        for (std::size_t i = 0; i < images.GetCount(); ++i) {
-          if (!visit(static_cast<const CDicomObjectProperties&>(*images.At(i)))) return false;
-        }
+        if (!visitAll(series.At(e)->Images())) return false;
       }
     }
   }
-  return true;
+  return visitAll(patients.TopLevelObjects());
 }
 
 }  // namespace quillon

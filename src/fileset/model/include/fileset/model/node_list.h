@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "fileset/model/element_text.h"
+#include "fileset/model/recorded_item.h"
 #include "foundation/base_list.h"
 
 namespace quillon {
@@ -21,6 +22,16 @@ struct AttributeRow {
   Text Node::*field;
   UINT message;                     // when the attribute cannot be read
   const OLECHAR* ofNone = nullptr;  // what stands for an absent or empty one
+};
+
+// What the texts of a node are read from.
+struct NodeSource {
+  const DcElemList* dataSet;
+  // What the bytes mean; null: what the platform's 8-bit code page says.
+  const CharacterSet* characterSet;
+
+  NodeSource(const DcElemList* source, const CharacterSet* of = nullptr)
+      : dataSet(source), characterSet(of) {}
 };
 
 struct NodeListMessages {
@@ -58,8 +69,8 @@ class NodeList : public COwningList<Node> {
   }
   // Appends a node with the attributes of the data set, whether or not its key is in the list.
   // Null, with a sentence, leaves the list as it was.
-  [[nodiscard]] Node* Add(const DcElemList* dataSet) {
-    return Add(dataSet, [](Node&) { return true; });
+  [[nodiscard]] Node* Add(const NodeSource& source) {
+    return Add(source, [](Node&) { return true; });
   }
 
  protected:
@@ -69,15 +80,15 @@ class NodeList : public COwningList<Node> {
 
   // begin(node) comes before the attributes and may refuse, with a sentence.
   template <typename Begin>
-  [[nodiscard]] Node* Add(const DcElemList* dataSet, Begin begin) {
-    if (dataSet == nullptr) {
+  [[nodiscard]] Node* Add(const NodeSource& source, Begin begin) {
+    if (source.dataSet == nullptr) {
       this->Fail(messages_.noDataSet);
       return nullptr;
     }
     try {
       auto node = std::make_unique<Node>();
       Node* const added = node.get();
-      if (!begin(*added) || !ReadAttributes(*dataSet, *added)) return nullptr;
+      if (!begin(*added) || !ReadAttributes(source, *added)) return nullptr;
       this->Append(std::move(node), [this](Node& entered) {
         // Of several nodes with one key the first one is found.
         index_.emplace(entered.Key(), &entered);
@@ -90,10 +101,11 @@ class NodeList : public COwningList<Node> {
   }
 
  private:
-  [[nodiscard]] bool ReadAttributes(const DcElemList& dataSet, Node& node) {
+  [[nodiscard]] bool ReadAttributes(const NodeSource& source, Node& node) {
     for (const AttributeRow<Node>& row : Node::Attributes()) {
       Text& field = node.*row.field;
-      if (!TakeElementText(dataSet, row.tag, field)) return this->Fail(row.message);
+      if (!TakeElementText(*source.dataSet, row.tag, field, source.characterSet))
+        return this->Fail(row.message);
       if (field.empty() && row.ofNone != nullptr) field = row.ofNone;
     }
     return true;

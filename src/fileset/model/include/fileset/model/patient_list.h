@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-class CPatient : public CBaseItem {
+class CPatient : public CRecordedItem {
  public:
   CPatient();
   static std::span<const AttributeRow<CPatient>> Attributes();
@@ -37,9 +37,20 @@ class CPatient : public CBaseItem {
 class CPatientList : public NodeList<CPatient> {
  public:
   CPatientList();
+  void RemoveAll() override {
+    topLevelObjects_.RemoveAll();
+    NodeList::RemoveAll();
+  }
+
+  // Objects that belong to no patient: hanging protocols, palettes, templates of implants.
+  [[nodiscard]] CDicomObjectList& TopLevelObjects() { return topLevelObjects_; }
+  [[nodiscard]] const CDicomObjectList& TopLevelObjects() const { return topLevelObjects_; }
 
   // As NodeList's; uniqueId: 1 to 1,024 characters.
-  [[nodiscard]] CPatient* Add(const DcElemList* dataSet, TextView uniqueId);
+  [[nodiscard]] CPatient* Add(const NodeSource& source, TextView uniqueId);
+
+ private:
+  CDicomObjectList topLevelObjects_;
 };
 
 }  // namespace quillon

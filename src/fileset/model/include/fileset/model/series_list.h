@@ -6,7 +6,7 @@
 
 namespace quillon {
 
-class CSeries : public CBaseItem {
+class CSeries : public CRecordedItem {
  public:
   CSeries();
   static std::span<const AttributeRow<CSeries>> Attributes();

@@ -5,7 +5,7 @@
 
 namespace quillon {
 
-class CStudy : public CBaseItem {
+class CStudy : public CRecordedItem {
  public:
   CStudy();
   static std::span<const AttributeRow<CStudy>> Attributes();

@@ -1,0 +1,27 @@
+// What a user should know of the directory records: required keys without a value, and patients
+// that may be one.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "fileset/planned_file_set.h"
+
+namespace quillon::cli {
+
+struct IncompleteKey {
+  std::string path;  // of the object's file, as the user gave it
+  DcTag tag;
+};
+
+// "Study Date (0008,0020)"; the number alone when the dictionary does not know it.
+std::string keyName(DcTag tag);
+// "Study Date (0008,0020), Study Time (0008,0030)"
+std::string keyNames(const std::vector<DcTag>& tags);
+
+// One for each key.
+std::vector<std::string> remarksOn(const std::vector<IncompleteKey>& incomplete, bool areInvented);
+// One for each ID or name.
+std::vector<std::string> remarksOn(const std::vector<RepeatedPatient>& repeated);
+
+}  // namespace quillon::cli
