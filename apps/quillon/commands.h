@@ -25,11 +25,11 @@ void addCreateOptions(CLI::App& command, CreateOptions& job);
 void addWriteOptions(CLI::App& command, WriteOptions& job);
 
 void addRootOption(CLI::App& command, std::optional<std::string>& root);
+// Refuses terms that are not known.
+void addCharacterSetOption(CLI::App& command, std::string& terms);
 void addDryRunOption(CLI::App& command, bool& isDryRun);
 void addJsonOption(CLI::App& command, bool& isJson);
 void addQuietOption(CLI::App& command, bool& showsProgress);
-// A term of Specific Character Set (0008,0005); another is wrong usage.
-void addCharsetOption(CLI::App& command, std::string& term);
 void addLogOption(CLI::App& command, std::string& logFile);
 
 }  // namespace quillon::cli

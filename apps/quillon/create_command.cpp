@@ -2,7 +2,6 @@
 #include <string>
 #include <utility>
 
-#include "charset/character_set.h"
 #include "commands.h"
 #include "create_job.h"
 #include "media_job.h"
@@ -72,7 +71,7 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
                    "DICOMDIR requires");
   command.add_flag("--invent", job.isInventing, "Make up the values that a DICOMDIR requires");
   command.add_flag("--one-patient", job.isForOnePatient, "Refuse files of more than one patient");
-  addCharsetOption(command, job.characterSet);
+  addCharacterSetOption(command, job.characterSet);
 }
 
 void addRootOption(CLI::App& command, std::optional<std::string>& root) {
@@ -94,17 +93,6 @@ void addJsonOption(CLI::App& command, bool& isJson) {
 void addQuietOption(CLI::App& command, bool& showsProgress) {
   command.add_flag_callback(
       "--quiet", [&showsProgress] { showsProgress = false; }, "Show no progress");
-}
-
-void addCharsetOption(CLI::App& command, std::string& term) {
-  command
-      .add_option("--charset", term,
-                  "Read texts in this character set (a term such as \"ISO_IR 100\"), whatever the "
-                  "files declare")
-      ->check([](const std::string& given) {
-        return CharacterSet(given).IsKnown() ? "" : "\"" + given + "\" is no character set";
-      })
-      ->type_name("TERM");
 }
 
 void addLogOption(CLI::App& command, std::string& logFile) {

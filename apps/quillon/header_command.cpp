@@ -1,11 +1,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "charset/character_set.h"
 #include "commands.h"
 #include "foundation/file_util.h"
 #include "foundation/text.h"
@@ -33,6 +35,7 @@ struct HeaderOptions {
   std::string file;
   std::string stylesheet = kForReaders;
   bool isXml = false;
+  std::string characterSet;
   std::string logFile;
 };
 
@@ -82,13 +85,34 @@ int runHeader(const HeaderOptions& options) {
                                                                  : given;
   const NamedFile file(options.file);
   MediaJob job;
+  job.setCharacterSet(options.characterSet);
   std::string text;
   const Outcome loaded = job.loadHeader(file.name(), location, text);
   if (loaded.failed()) return finish({}, file.inWordsOfUser(loaded.text()), {});
   return finish(isForReaders ? Output::forReaders(text) : Output::asItIs(text), {}, {});
 }
 
+// Empty for terms that are all known: the sentence otherwise.
+std::string refusedTerms(const std::string& terms) {
+  for (std::size_t begin = 0; begin <= terms.size();) {
+    const std::size_t end = std::min(terms.find('\\', begin), terms.size());
+    const std::string term = terms.substr(begin, end - begin);
+    const bool isDefault = term.empty() && begin == 0 && end < terms.size();
+    if (!isDefault && !CharacterSet(term).IsKnown()) return '"' + term + "\" is no character set";
+    begin = end + 1;
+  }
+  return {};
+}
+
 }  // namespace
+
+void addCharacterSetOption(CLI::App& command, std::string& terms) {
+  command
+      .add_option("--charset", terms,
+                  "Read texts as if the file declared these terms, such as ISO_IR 192")
+      ->check(refusedTerms)
+      ->type_name("TERM");
+}
 
 void addHeaderCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<HeaderOptions>();
@@ -102,6 +126,7 @@ void addHeaderCommand(CLI::App& program, int& exitStatus) {
           ->type_name("LOCATION");
   command->add_flag("--xml", options->isXml, "Print the XML that stylesheets are given")
       ->excludes(stylesheet);
+  addCharacterSetOption(*command, options->characterSet);
   addLogOption(*command, options->logFile);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runHeader(*options); });

@@ -232,6 +232,22 @@
           <xsl:with-param name="label" select="'Instance'"/>
           <xsl:with-param name="text" select="key('top', '00080018')"/>
         </xsl:call-template>
+        <!-- What the texts were read in, where the header says. -->
+        <xsl:if test="/data-set/@charset">
+          <xsl:call-template name="fact">
+            <xsl:with-param name="label" select="'Character set'"/>
+            <xsl:with-param name="text">
+              <xsl:value-of select="/data-set/@charset"/>
+              <xsl:if test="/data-set/@code-page">
+                <xsl:if test="/data-set/@charset = ''">none declared</xsl:if>
+                <xsl:if test="/data-set/@charset != ''">
+                  <xsl:value-of select="' is not known'"/>
+                </xsl:if>
+                <xsl:value-of select="concat(', read in code page ', /data-set/@code-page)"/>
+              </xsl:if>
+            </xsl:with-param>
+          </xsl:call-template>
+        </xsl:if>
       </dl>
     </div>
   </xsl:template>
@@ -260,7 +276,10 @@
   <!-- Family name, given and further names; of several scripts the first. -->
   <xsl:template name="personName">
     <xsl:param name="name"/>
-    <xsl:variable name="first" select="substring-before(concat($name, '='), '=')"/>
+    <!-- The name in letters, or the one in ideographs where there is none in letters. -->
+    <xsl:variable name="first"
+                  select="substring-before(concat(substring($name, 1 + starts-with($name, '=')), '='),
+                                           '=')"/>
     <xsl:variable name="rest"
                   select="normalize-space(translate(substring-after($first, '^'), '^', ' '))"/>
     <xsl:value-of select="normalize-space(substring-before(concat($first, '^'), '^'))"/>

@@ -20,7 +20,19 @@
                 select="concat($newline, substring($spaces, 1, $valueColumn))"/>
 
   <xsl:template match="/">
+    <xsl:apply-templates select="data-set/@charset"/>
     <xsl:apply-templates select="data-set/tag"/>
+  </xsl:template>
+
+  <!-- What the texts below were read in, where the header says. -->
+  <xsl:template match="@charset">
+    <xsl:value-of select="concat('Character set', substring($spaces, 1, $valueColumn - 13), .)"/>
+    <xsl:if test="../@code-page">
+      <xsl:value-of select="concat(substring('none declared', 1 div (. = '')),
+                                   substring(' is not known', 1 div (. != '')),
+                                   ', read in code page ', ../@code-page)"/>
+    </xsl:if>
+    <xsl:value-of select="concat($newline, $newline)"/>
   </xsl:template>
 
   <xsl:template match="tag">

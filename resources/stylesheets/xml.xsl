@@ -9,7 +9,18 @@
 
   <xsl:template match="/">
     <xsl:value-of select="concat('&lt;?xml version=', $quote, '1.0', $quote, ' ?&gt;', $newline,
-                                 '&lt;data-set&gt;', $newline)"/>
+                                 '&lt;data-set')"/>
+    <xsl:if test="data-set/@charset">
+      <xsl:value-of select="concat(' charset=', $quote)"/>
+      <xsl:call-template name="escaped">
+        <xsl:with-param name="text" select="string(data-set/@charset)"/>
+      </xsl:call-template>
+      <xsl:value-of select="$quote"/>
+    </xsl:if>
+    <xsl:if test="data-set/@code-page">
+      <xsl:value-of select="concat(' code-page=', $quote, data-set/@code-page, $quote)"/>
+    </xsl:if>
+    <xsl:value-of select="concat('&gt;', $newline)"/>
     <xsl:apply-templates select="data-set/tag"/>
     <xsl:value-of select="concat('&lt;/data-set&gt;', $newline)"/>
   </xsl:template>

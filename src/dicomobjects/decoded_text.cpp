@@ -1,5 +1,6 @@
 #include "dicomobjects/decoded_text.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -41,12 +42,8 @@ std::string ValueBytes(const DcElem& element) {
   }
   if (row.storage != DcStorage::String) return {};
   if (const std::string* undivided = element.undividedText()) return *undivided;
-  std::string joined;
-  const int count = element.valueCount();
-  for (int i = 0; i < count; ++i) {
-    if (i > 0) joined.push_back('\\');
-    if (const auto value = element.stringValue(i)) joined += *value;
-  }
+  std::string joined(element.stringValues());
+  std::ranges::replace(joined, '\0', '\\');
   return joined;
 }
 
@@ -55,6 +52,13 @@ Text DecodedText(const DcElem& element, const CharacterSet& set) {
   const std::string bytes = ValueBytes(element);
   if (characters == DcCharacters::Ascii) return WidenValue(bytes);
   return set.DecodeJoined(bytes, FormOf(characters));
+}
+
+bool NeedsCharacterSet(const DcElem& element) {
+  const VrRow& row = vrRow(element.resolvedVr());
+  if (row.characters == DcCharacters::Ascii) return false;
+  if (row.storage == DcStorage::String) return !IsDefaultRepertoire(element.stringValues());
+  return !IsDefaultRepertoire(ValueBytes(element));
 }
 
 }  // namespace quillon

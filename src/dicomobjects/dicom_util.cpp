@@ -259,11 +259,12 @@ DcVr CDicomUtil::ValueVr(const DcElem& element) const {
   return ReadableVr(element, bitsAllocated);
 }
 
-bool CDicomUtil::GetHeaderXml(Text& out, std::uint32_t maxValues, bool includePixelData) {
+bool CDicomUtil::GetHeaderXml(Text& out, std::uint32_t maxValues, bool includePixelData,
+                              const HeaderOptions& options) {
   out.clear();
   if (list_ == nullptr) return false;
   out.reserve(kHeaderXmlUnits);
-  return HeaderXml(*this, out, maxValues, includePixelData).Write(*list_);
+  return HeaderXml(*this, out, maxValues, includePixelData, options).Write(*list_);
 }
 
 bool CDicomUtil::CopySequence(DcTag tag, CDicomUtil& target) {

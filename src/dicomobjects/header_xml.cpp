@@ -9,8 +9,10 @@
 #include "dicom/dict.h"
 #include "dicom/tags.h"
 #include "dicom/vr_table.h"
+#include "dicomobjects/decoded_text.h"
 #include "dicomobjects/xml_text.h"
 #include "elem_value.h"
+#include "value_text.h"
 
 namespace quillon {
 
@@ -79,10 +81,39 @@ std::string ElementName(DcTag tag) {
 
 }  // namespace
 
-HeaderXml::HeaderXml(CDicomUtil& util, Text& out, std::uint32_t maxValues, bool includePixelData)
-    : util_(util), out_(out), maxValues_(maxValues), includePixelData_(includePixelData) {}
+HeaderXml::HeaderXml(CDicomUtil& util, Text& out, std::uint32_t maxValues, bool includePixelData,
+                     const HeaderOptions& options)
+    : util_(util),
+      out_(out),
+      maxValues_(maxValues),
+      includePixelData_(includePixelData),
+      options_(options) {}
 
-bool HeaderXml::Write(const DcElemList& list) { return DumpElementList(list, 0); }
+bool HeaderXml::Write(const DcElemList& list) {
+  const bool isTold = !options_.characterSet.empty();
+  if (!isTold && !options_.currentPractice) return DumpElementList(list, 0);
+  const CharacterSet set = isTold ? CharacterSet(options_.characterSet) : CharacterSetOf(list);
+  characterSet_ = &set;
+  return DumpElementList(list, 0);
+}
+
+void HeaderXml::BeginDocument() {
+  Put("<?xml version=\"1.0\" ?>\n<data-set");
+  if (characterSet_ != nullptr) {
+    Text terms = WidenValue(characterSet_->Terms());
+    EscapeXmlText(terms);
+    // A tab would be a space to those who read it.
+    std::ranges::replace(terms, OLESTR('\t'), OLESTR(' '));
+    Put(" charset=\"");
+    out_ += terms;
+    if (!characterSet_->IsKnown()) {
+      Put("\" code-page=\"");
+      Put(Decimal(GetACP()));
+    }
+    Put("\"");
+  }
+  Put(">\n");
+}
 
 void HeaderXml::Put(std::string_view ascii) { out_.append(ascii.begin(), ascii.end()); }
 
@@ -125,7 +156,7 @@ void HeaderXml::OpenTag(DcTag tag, std::string_view vr, std::string_view vm) {
 
 bool HeaderXml::DumpElementList(const DcElemList& list, int depth) {
   if (depth == 0) {
-    Put("<?xml version=\"1.0\" ?>\n<data-set>\n");
+    BeginDocument();
     const bool hasMetaGroup =
         list.size() > 0 && list.at(0)->tag() == tags::kFileMetaInformationVersion;
     if (!hasMetaGroup && !DumpMetaGroup()) return false;
@@ -144,10 +175,13 @@ bool HeaderXml::DumpElementList(const DcElemList& list, int depth) {
   return true;
 }
 
-// The values come from the meta information that was read; an element without one is empty.
+// The values come from the meta information that was read and, but for the field's practice,
+// completed; an element without one is empty.
 bool HeaderXml::DumpMetaGroup() {
   const std::vector<std::uint8_t>& privateInformation = util_.GetMetaInfo().privateInformation;
+  const std::vector<DcTag>& inFile = util_.GetReading().metaTags;
   for (const DcTag tag : kMetaTags) {
+    if (options_.currentPractice && std::ranges::find(inFile, tag) == inFile.end()) continue;
     DcElem element(tag);
     if (tag == tags::kPrivateInformation && !privateInformation.empty() &&
         element.addValue(privateInformation.data(),
@@ -183,11 +217,25 @@ bool HeaderXml::DumpSequence(const DcElem& element, int depth) {
   Put("\n");
   for (std::size_t i = 0; i < sequence->itemCount(); ++i) {
     Put("<item>\n");
-    if (!DumpElementList(*sequence->item(i), depth + 1)) return false;
+    if (!DumpItem(*sequence->item(i), depth + 1)) return false;
     Put("</item>\n");
   }
   Put(kEndTag);
   return true;
+}
+
+// An item that declares no character set has that of the data set, or item, that it lies in.
+bool HeaderXml::DumpItem(const DcElemList& item, int depth) {
+  if (characterSet_ == nullptr || !options_.characterSet.empty() ||
+      !item.contains(tags::kSpecificCharacterSet)) {
+    return DumpElementList(item, depth);
+  }
+  const CharacterSet own = CharacterSetOf(item);
+  const CharacterSet* const outer = characterSet_;
+  if (!own.Terms().empty()) characterSet_ = &own;
+  const bool isDone = DumpElementList(item, depth);
+  characterSet_ = outer;
+  return isDone;
 }
 
 // What the tag path of the element would find, without looking for it.
@@ -200,6 +248,14 @@ bool HeaderXml::ReadValue(DcElem& element, int depth, DicomValue& value) {
   const std::uint16_t bits = element.resolvedVr() == DcVr::OX ? BitsAllocated() : std::uint16_t{0};
   return ReadElementValue(element, ReadableVr(element, bits), element.valueCount() > 1, value,
                           maxValues_);
+}
+
+void HeaderXml::BeginValues(std::size_t count, std::size_t total) {
+  Put("<values count=\"");
+  Put(Decimal(count));
+  Put("\" total=\"");
+  Put(Decimal(total));
+  Put("\">\n");
 }
 
 bool HeaderXml::PutContent(const DcElem& element, const DicomValue& value) {
@@ -217,11 +273,7 @@ bool HeaderXml::PutContent(const DcElem& element, const DicomValue& value) {
                                 ? static_cast<std::size_t>(element.valueCount())
                                 : EntryCount(value);
   const std::size_t count = std::min<std::size_t>(total, maxValues_);
-  Put("<values count=\"");
-  Put(Decimal(count));
-  Put("\" total=\"");
-  Put(Decimal(total));
-  Put("\">\n");
+  BeginValues(count, total);
   for (std::size_t i = 0; i < count; ++i) {
     Put("<value>");
     out_ += EntryText(value, i);
@@ -233,9 +285,42 @@ bool HeaderXml::PutContent(const DcElem& element, const DicomValue& value) {
 
 bool HeaderXml::DumpElement(DcElem& element, int depth) {
   if (element.resolvedVr() == DcVr::SQ) return DumpSequence(element, depth);
+  if (characterSet_ != nullptr && NeedsCharacterSet(element)) {
+    PutDecoded(element);
+    return true;
+  }
   DicomValue value;
   return ReadValue(element, depth, value) &&
          PutElement(element, value, static_cast<std::size_t>(element.valueCount()));
+}
+
+void HeaderXml::PutDecoded(const DcElem& element) {
+  constexpr OLECHAR kSeparator = OLESTR('\\');
+  const Text text = DecodedText(element, *characterSet_);
+  const auto separators = vrRow(element.resolvedVr()).characters == DcCharacters::Paragraphs
+                              ? std::size_t{0}
+                              : static_cast<std::size_t>(std::ranges::count(text, kSeparator));
+  const std::size_t count = std::min<std::size_t>(separators + 1, maxValues_);
+  OpenTag(element.tag(), VrText(element), Decimal(count));
+  if (separators == 0) {
+    Text value(TrimmedView(text));
+    EscapeXmlText(value);
+    out_ += value;
+  } else {
+    BeginValues(count, separators + 1);
+    TextView rest = text;
+    for (std::size_t i = 0; i < count; ++i) {
+      const std::size_t end = std::min(rest.find(kSeparator), rest.size());
+      Text value(rest.substr(0, end));
+      EscapeXmlText(value);
+      Put("<value>");
+      out_ += value;
+      Put("</value>\n");
+      rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    Put("</values>\n");
+  }
+  Put(kEndTag);
 }
 
 bool HeaderXml::PutElement(const DcElem& element, const DicomValue& value, std::size_t valueCount) {

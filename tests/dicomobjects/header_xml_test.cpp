@@ -265,6 +265,182 @@ TEST(HeaderXml, FailsWithoutADataSetOrAValue) {
   EXPECT_TRUE(util.GetHeaderXml(out, kMaxValues, false));
 }
 
+// With what the field does today: texts in their character set, and of the meta group what the file
+// has, which here is as little as a file can have.
+std::string practiceXml(const ElementMap& elements, const HeaderOptions& options,
+                        std::uint32_t maxValues = kMaxValues) {
+  const TempDir dir;
+  CDicomUtil util;
+  Text out;
+  EXPECT_TRUE(util.ReadFile(elements.write(dir, "object.dcm"), true));
+  EXPECT_TRUE(util.GetHeaderXml(out, maxValues, false, options));
+  std::string xml = utf8(out);
+  const std::string meta =
+      kBegin.substr(kOpening.size()) +
+      line("00020010", "UI", "1", "transferSyntaxUid", std::string(test::kExplicitLittleUid)) +
+      kRestOfMetaGroup.substr(0, kRestOfMetaGroup.find("<tag grp=\"0002\" element=\"0016\""));
+  const std::size_t at = xml.find(meta);
+  EXPECT_NE(at, std::string::npos) << xml;
+  EXPECT_TRUE(xml.ends_with(kEnd)) << xml;
+  if (at == std::string::npos) return xml;
+  xml.erase(at, meta.size());
+  return xml.substr(0, xml.size() - kEnd.size());
+}
+
+std::string begunWith(const std::string& attributes) {
+  return "<?xml version=\"1.0\" ?>\n<data-set " + attributes + ">\n";
+}
+
+TEST(HeaderXml, ReadsTextsInTheCharacterSetOfTheirDataSet) {
+  const test::UncheckedValues asInTheProgram;
+  constexpr std::uint32_t kCharacterSet = 0x00080005;
+  constexpr std::uint32_t kName = 0x00100010;
+  constexpr std::uint32_t kSequence = 0x0040A730;
+  const auto declared = [](const char* vm, const std::string& content) {
+    return line("00080005", "CS", vm, "specificCharacterSet", content);
+  };
+  const auto name = [](const std::string& content) {
+    return line("00100010", "PN", "1", "patientsName", content);
+  };
+  const auto itemOf = [](const std::string& content) {
+    return line("0040a730", "SQ", "", "contentSequence", "\n<item>\n" + content + "</item>\n");
+  };
+  const ElementMap latin = ElementMap().text(kCharacterSet, "CS", "ISO_IR 100");
+  const ElementMap greek = ElementMap().text(kCharacterSet, "CS", "ISO_IR 126");
+  const ElementMap nothing = ElementMap().text(kCharacterSet, "CS", "");
+  const auto named = [&](ElementMap elements, std::string_view bytes) {
+    return elements.text(kName, "PN", bytes);
+  };
+  const HeaderOptions practice{true, {}};
+  const std::string kLatin = begunWith("charset=\"ISO_IR 100\"");
+  const std::string kNone = begunWith("charset=\"\" code-page=\"1252\"");
+  struct {
+    const char* what;
+    ElementMap elements;
+    HeaderOptions options;
+    std::string expected;
+    std::uint32_t maxValues = kMaxValues;
+  } const cases[] = {
+      {"declared", named(latin, "B\xE9<"), practice,
+       kLatin + declared("1", "ISO_IR 100") + name("Bé&lt;")},
+      {"several terms",
+       named(ElementMap().text(kCharacterSet, "CS", "\\ISO 2022 IR 87"), "A=\x1B$B;3ED\x1B(B"),
+       practice,
+       begunWith("charset=\"\\ISO 2022 IR 87\"") + declared("2", values({"", "ISO 2022 IR 87"})) +
+           name("A=山田")},
+      {"not declared", named(ElementMap(), "B\xE9\x80"), practice, kNone + name("Bé€")},
+      {"not known", named(ElementMap().text(kCharacterSet, "CS", "A<\t\"\\B"), "B\xE9"), practice,
+       begunWith("charset=\"A&lt; &quot;\\B\" code-page=\"1252\"") +
+           declared("2", values({"A&lt;\t&quot;", "B"})) + name("Bé")},
+      {"told",
+       named(latin, "\xC3\xA9"),
+       {true, "ISO_IR 192"},
+       begunWith("charset=\"ISO_IR 192\"") + declared("1", "ISO_IR 100") + name("é")},
+      {"told, of items too",
+       ElementMap(latin).sequence(kSequence, {named(greek, "\xC3\xA9")}),
+       {true, "ISO_IR 192"},
+       begunWith("charset=\"ISO_IR 192\"") + declared("1", "ISO_IR 100") +
+           itemOf(declared("1", "ISO_IR 126") + name("é"))},
+      {"an item's own, and the data set's again",
+       ElementMap(latin)
+           .sequence(0x00081140,
+                     {named(greek, "\xE1").sequence(kSequence, {named(ElementMap(), "\xE1")})})
+           .text(kName, "PN", "\xE1"),
+       practice,
+       kLatin + declared("1", "ISO_IR 100") +
+           line("00081140", "SQ", "", "referencedImageSequence",
+                "\n<item>\n" + declared("1", "ISO_IR 126") + name("α") + itemOf(name("α")) +
+                    "</item>\n") +
+           name("á")},
+      {"an item that says nothing", ElementMap(latin).sequence(kSequence, {named(nothing, "\xE1")}),
+       practice,
+       kLatin + declared("1", "ISO_IR 100") +
+           itemOf(line("00080005", "CS", "0", "specificCharacterSet") + name("á"))},
+      {"several values, some of them written",
+       ElementMap(latin).text(0x00081070, "PN", " \xC4 \\b\\\xE9\\\\d"), practice,
+       kLatin + declared("1", "ISO_IR 100") +
+           line("00081070", "PN", "3", "operatorsName", values({"Ä", "b", "é"}, 5)),
+       3},
+      {"a backslash in a character",
+       ElementMap().text(kCharacterSet, "CS", "GBK").text(kName, "PN", "A^\xD5\x5C "), practice,
+       begunWith("charset=\"GBK\"") + declared("1", "GBK") + name("A^誠")},
+      {"lines", ElementMap(latin).text(0x00104000, "LT", " \xE9\\b\r\nc "), practice,
+       kLatin + declared("1", "ISO_IR 100") +
+           line("00104000", "LT", "1", "patientComments", "é\\b  c")},
+      {"long text", ElementMap(latin).text(0x0040A160, "UT", "\xE9\\b "), practice,
+       kLatin + declared("1", "ISO_IR 100") + line("0040a160", "UT", "1", "textValue", "é\\b")},
+      {"no text for people",
+       ElementMap().text(kCharacterSet, "CS", "ISO_IR 192").text(0x00080060, "CS", "\xC3\xA9"),
+       practice,
+       begunWith("charset=\"ISO_IR 192\"") + declared("1", "ISO_IR 192") +
+           line("00080060", "CS", "1", "modality", "Ã©")},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_EQ(practiceXml(c.elements, c.options, c.maxValues), c.expected);
+  }
+}
+
+// What a user asks for is done; the rest of the header stays as it is.
+TEST(HeaderXml, ReadsTextsAsToldWithoutTheFieldsPractice) {
+  const TempDir dir;
+  CDicomUtil util;
+  Text out;
+  ASSERT_TRUE(util.ReadFile(
+      ElementMap().text(0x00100010, "PN", "\xC3\xA9").write(dir, "object.dcm"), true));
+  ASSERT_TRUE(util.GetHeaderXml(out, kMaxValues, false, {false, "ISO_IR 192"}));
+  EXPECT_EQ(
+      utf8(out),
+      begunWith("charset=\"ISO_IR 192\"") + kBegin.substr(kOpening.size()) +
+          line("00020010", "UI", "1", "transferSyntaxUid", std::string(test::kExplicitLittleUid)) +
+          kRestOfMetaGroup + line("00100010", "PN", "1", "patientsName", "é") + kEnd);
+}
+
+TEST(HeaderXml, LeavesOutWhatTheMetaGroupOfAFileLacks) {
+  const Bytes dataSet = ElementMap(Syntax::ImplicitLittle).us(0x00280010, {1}).bytes();
+  const std::string rows = line("00280010", "US", "1", "rows", "1");
+  // A group with one element that has a value and one that has none; its length stands first.
+  const Bytes group = test::DataSetBytes()
+                          .text(0x00020010, "UI", "1.2.840.10008.1.2")
+                          .text(0x00020016, "AE", "")
+                          .take();
+  Bytes file(128, 0);
+  for (const char c : {'D', 'I', 'C', 'M'}) file.push_back(static_cast<std::uint8_t>(c));
+  const Bytes length =
+      test::DataSetBytes().ul(0x00020000, {static_cast<std::uint32_t>(group.size())}).take();
+  for (const Bytes* part : {&length, &group, &dataSet}) {
+    file.insert(file.end(), part->begin(), part->end());
+  }
+  const struct {
+    const char* what;
+    Bytes bytes;
+    std::string meta;
+  } cases[] = {
+      {"little", file,
+       line("00020010", "UI", "1", "transferSyntaxUid", "1.2.840.10008.1.2") +
+           line("00020016", "AE", "0", "sourceApplicationEntityTitle")},
+      {"none",
+       ElementMap(Syntax::ImplicitLittle)
+           .text(0x00080016, "UI", ElementMap::kSopClass)
+           .text(0x00081030, "LO", std::string(200, 'x'))
+           .us(0x00280010, {1})
+           .bytes(),
+       line("00080016", "UI", "1", "sopClassUid", std::string(ElementMap::kSopClass)) +
+           line("00081030", "LO", "1", "studyDescription", std::string(200, 'x'))},
+  };
+  const test::UncheckedValues asInTheProgram;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    const TempDir dir;
+    test::writeBytes(dir / "a.dcm", c.bytes);
+    CDicomUtil util;
+    Text out;
+    ASSERT_TRUE(util.ReadFile(test::WideOf(dir / "a.dcm"), true));
+    ASSERT_TRUE(util.GetHeaderXml(out, kMaxValues, false, {true, {}}));
+    EXPECT_EQ(utf8(out), begunWith("charset=\"\" code-page=\"1252\"") + c.meta + rows + kEnd);
+  }
+}
+
 TEST(EscapedText, HoldsNothingThatXmlCannotCarry) {
   struct {
     const char* what;

@@ -155,6 +155,11 @@ std::optional<std::string_view> DcElem::stringValue(int index) const {
   return (*values)[static_cast<std::size_t>(index)];
 }
 
+std::string_view DcElem::stringValues() const {
+  const auto* values = std::get_if<DcTextValues>(&values_);
+  return values == nullptr ? std::string_view() : std::string_view(values->joined());
+}
+
 const std::string* DcElem::undividedText() const {
   const auto* values = std::get_if<DcTextValues>(&values_);
   return values == nullptr ? nullptr : values->undivided();

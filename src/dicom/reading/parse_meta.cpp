@@ -133,6 +133,7 @@ DcCode readMetaInfo(FileWindow& window, DcFileMetaInfo& metaInfo, DataSetPlace& 
                                       consumed, kMetaGroupAt, 0));
   // Without the transfer syntax, say, the data set would be misread.
   if (group.lostElements()) return kDcNoMemory;
+  for (std::size_t i = 0; i < group.size(); ++i) place.metaTags.push_back(group.at(i)->tag());
   fillRecord(group, metaInfo);
   resolveUids(metaInfo, place);
   return kDcOk;

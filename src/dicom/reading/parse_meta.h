@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "dicom/file_meta_info.h"
 #include "dicom/types.h"
@@ -17,6 +18,7 @@ struct DataSetPlace {
   std::uint64_t offset = 0;
   // What the data set is parsed in: explicit little endian for a syntax nobody knows.
   DcUid syntax = DcUid::ImplicitLittleEndian;
+  std::vector<DcTag> metaTags;  // of the elements of group 0002
 };
 
 // The codes of dirReadFileMetaInfo.

@@ -149,6 +149,7 @@ DcCode OpenedFile::open(const char* fileName, const char* function, DcFileMetaIn
     reading->hasMagic = place_.hasMagic;
     reading->metaCode = metaCode_;
     if (isOpen) reading->metaInfo = metaInfo;
+    reading->metaTags = place_.metaTags;
   }
   return isReadOnAfter(metaCode_) ? kDcOk : metaCode_;
 }

@@ -69,7 +69,9 @@ bool CQuillonMediaRW::ReadHeaderXml(TextView fileName, Text& xml) {
   const OptionalInstanceUidScope optional(renderer_);
   CDicomObjectProperties properties;
   if (!renderer_.ReadProperties(util, properties)) return builder_.FailAs(renderer_);
-  if (!util.GetHeaderXml(xml, kMaxHeaderValues, /*includePixelData=*/false) || xml.empty()) {
+  const HeaderOptions options{builder_.currentPractice, builder_.characterSet};
+  if (!util.GetHeaderXml(xml, kMaxHeaderValues, /*includePixelData=*/false, options) ||
+      xml.empty()) {
     return builder_.Fail(kMsgCannotGetHeaderInformation, {fileName});
   }
   return true;

@@ -21,4 +21,7 @@ std::string ValueBytes(const DcElem& element);
 // does not concern in the ANSI code page. Empty for an element without text.
 Text DecodedText(const DcElem& element, const CharacterSet& set);
 
+// False for text that says the same in every character set, and for elements that none concerns.
+[[nodiscard]] bool NeedsCharacterSet(const DcElem& element);
+
 }  // namespace quillon

@@ -31,6 +31,15 @@ struct TagPlace {
   [[nodiscard]] std::string Path() const;
 };
 
+// How the header of a data set is written.
+struct HeaderOptions {
+  // Texts are read in the character set that their data set declares, and of group 0002 only what
+  // the file has is written. Off: texts in the ANSI code page, and a fixed choice of that group.
+  bool currentPractice = false;
+  // Stands for what the data set and its items declare, also without currentPractice. Empty: none.
+  std::string characterSet;
+};
+
 class CDicomUtil : public CBaseItem {
  public:
   CDicomUtil();
@@ -66,7 +75,8 @@ class CDicomUtil : public CBaseItem {
   // carry are replaced as EscapeXmlText says, so the XML is well formed whatever the values hold.
   // False, with out empty or cut short, without a data set and when the toolkit does not give a
   // value.
-  [[nodiscard]] bool GetHeaderXml(Text& out, std::uint32_t maxValues, bool includePixelData);
+  [[nodiscard]] bool GetHeaderXml(Text& out, std::uint32_t maxValues, bool includePixelData,
+                                  const HeaderOptions& options = {});
 
   // The data set as loaded; null before a read.
   [[nodiscard]] DcElemList* GetElementList() const { return list_; }

@@ -90,6 +90,9 @@ class DcElem {
   // follows it. Valid until the element changes.
   [[nodiscard]] std::optional<std::string_view> stringValue(int index) const;
 
+  // Text of all stored string values, a zero byte between each two; empty for other VRs. Valid
+  // until the element changes.
+  [[nodiscard]] std::string_view stringValues() const;
   // The text that the values were divided out of, for a VR with other characters than ASCII where
   // dividing it may have cut one: it holds a backslash and such characters. Null otherwise, and
   // when the values have changed since.

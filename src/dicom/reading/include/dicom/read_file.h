@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "dicom/elem_list.h"
 #include "dicom/file_meta_info.h"
@@ -24,6 +25,7 @@ struct DcFileReading {
   // this one, completed from the data set.
   DcCode metaCode = kDcOk;
   DcFileMetaInfo metaInfo;
+  std::vector<DcTag> metaTags;  // of the elements that its group 0002 has, with or without a value
   // The file ends before the pixel data that it declares. Only a reading up to the pixel data
   // tells: one of the whole file fails then. A value of undefined length is not followed.
   bool isPixelDataCut = false;
