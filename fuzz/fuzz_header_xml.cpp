@@ -20,11 +20,12 @@ CXmlDocument& textStylesheet() {
   return stylesheet;
 }
 
-void readOut(const std::string& path, std::uint32_t maxValues, bool includePixelData) {
+void readOut(const std::string& path, std::uint32_t maxValues, bool includePixelData,
+             const HeaderOptions& options) {
   CDicomUtil file;
   if (!file.ReadFile(Text(path.begin(), path.end()), !includePixelData)) return;
   Text xml;
-  if (!file.GetHeaderXml(xml, maxValues, includePixelData)) return;
+  if (!file.GetHeaderXml(xml, maxValues, includePixelData, options)) return;
   CXmlDocument document;
   if (!document.Create() || !document.SetCurrentXMLDocument(xml, false)) std::abort();
   Text text;
@@ -39,7 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const bool silenced = fuzz::quiet();
   (void)silenced;
   const fuzz::ScratchFile file(data, size);
-  readOut(file.path(), 100, /*includePixelData=*/false);
-  readOut(file.path(), 3, /*includePixelData=*/true);
+  readOut(file.path(), 100, /*includePixelData=*/false, {});
+  readOut(file.path(), 3, /*includePixelData=*/true, {});
+  readOut(file.path(), 3, /*includePixelData=*/false, {/*currentPractice=*/true, {}});
   return 0;
 }
