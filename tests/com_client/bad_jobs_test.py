@@ -105,7 +105,7 @@ EMPTY_FILE = other_content("EMPTY.TXT", b"")
 JOBS = [
     BadJob("a source that is not there", missing_source,
            "Cannot read the DICOM information from SOURCE/missing."),
-    BadJob("a file that is cut", bad_object(dicom_file(instance="2.25.1.1.1.9")[:-30]),
+    BadJob("a file that is cut", bad_object(dicom_file(instance="2.25.1.1.1.9")[:-35]),
            "Cannot read the DICOM information from SOURCE/9."),
     BadJob("a report that is verified at no time", bad_object(report()),
            'Cannot retrieve the "0040a030,DT" structured report tag value.'),
