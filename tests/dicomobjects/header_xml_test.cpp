@@ -437,7 +437,9 @@ TEST(HeaderXml, LeavesOutWhatTheMetaGroupOfAFileLacks) {
     Text out;
     ASSERT_TRUE(util.ReadFile(test::WideOf(dir / "a.dcm"), true));
     ASSERT_TRUE(util.GetHeaderXml(out, kMaxValues, false, {true, {}}));
-    EXPECT_EQ(utf8(out), begunWith("charset=\"\" code-page=\"1252\"") + c.meta + rows + kEnd);
+    std::string expected = begunWith("charset=\"\" code-page=\"1252\"");
+    expected.append(c.meta).append(rows).append(kEnd);
+    EXPECT_EQ(utf8(out), expected);
   }
 }
 
