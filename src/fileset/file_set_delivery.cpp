@@ -117,8 +117,9 @@ bool FileSetDelivery::CopyToTarget() {
   return (files_.ChangeDirectory(source_) &&
           files_.CopyDirectory(target_, source_, kEveryFile, /*recurse=*/true,
                                hasDicomDir ? TextView(kDicomDirName) : TextView()) &&
-          (!hasDicomDir || (files_.CopyFile(to + kUnfinishedSuffix, from, /*append=*/false) &&
-                            files_.MoveFile(to, to + kUnfinishedSuffix)))) ||
+          (!hasDicomDir ||
+           (files_.CopyFile(to + kUnfinishedSuffix, from, /*append=*/false) &&
+            files_.MoveFile(to, to + kUnfinishedSuffix) && files_.FlushDirectory(target_)))) ||
          errors_.FailAs(files_);
 }
 

@@ -7,6 +7,7 @@
 #include "foundation/file_handle.h"
 #include "foundation/file_util.h"
 #include "path_parts.h"
+#include "platform/services.h"
 #include "read_only.h"
 
 namespace quillon {
@@ -111,9 +112,31 @@ bool CFileUtil::CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstN
     }
     if (!WriteAll(dst, chunk.get(), readBytes)) return FailAt(dstName, kMsgCannotWriteStream, {});
     if (copyProgress_) copyProgress_(readBytes);
+    unflushedBytes_ += readBytes;
     if (readBytes < kChunkBytes) break;
   }
+  return FlushCopy(dst, dstName);
+}
+
+bool CFileUtil::FlushCopy(HANDLE dst, const Text& dstName) {
+  FileIdentity identity;
+  // A file in the target can be a link to one that lies elsewhere.
+  if (!flushDirectory_.empty() && ReadIdentity(dst, identity) && identity.volume == flushVolume_) {
+    return true;
+  }
   return FlushFileBuffers(dst) != FALSE || FailAt(dstName, kMsgCannotFlushStream, {});
+}
+
+bool CFileUtil::FlushCopies() {
+  unflushedBytes_ = 0;
+  return FlushFileSystem(flushDirectory_.c_str()) != FALSE ||
+         FailAt(flushDirectory_, kMsgCannotFlushStream, {});
+}
+
+bool CFileUtil::FlushDirectory(TextView directory) {
+  const Text name(directory);
+  return CanFlushFileSystem(name.c_str()) == FALSE || FlushFileSystem(name.c_str()) != FALSE ||
+         FailAt(directory, kMsgCannotFlushStream, {});
 }
 
 bool CFileUtil::MoveFile(TextView dst, TextView src) {

@@ -1,9 +1,19 @@
 // The walks of CFileUtil over a directory tree: its size, its files' number, its copy.
+#include <utility>
+
+#include "file_identity.h"
 #include "foundation/file_util.h"
 #include "foundation/find_handle.h"
 #include "path_parts.h"
+#include "platform/services.h"
 
 namespace quillon {
+
+namespace {
+
+constexpr std::uint64_t kBytesPerFlush = std::uint64_t{256} << 20;
+
+}  // namespace
 
 bool CFileUtil::GetDirectorySize(std::uint64_t& sizeBytes, TextView src, TextView fileSpec,
                                  bool recurse) {
@@ -24,7 +34,19 @@ bool CFileUtil::CountFiles(std::uint32_t& count, TextView src, TextView fileSpec
 
 bool CFileUtil::CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse,
                               TextView leaveOut) {
-  return Walk(dst, src, fileSpec, WalkMode::Copy, recurse, leaveOut);
+  Text target(dst);
+  FileIdentity identity;
+  if (CanFlushFileSystem(target.c_str()) == FALSE || !ReadIdentity(target, identity)) {
+    return Walk(dst, src, fileSpec, WalkMode::Copy, recurse, leaveOut);
+  }
+  // Also when memory runs out: a single copy afterwards waits for the disk itself.
+  struct Scope {
+    Text& directory;
+    ~Scope() { directory.clear(); }
+  } const scope{flushDirectory_};
+  flushVolume_ = identity.volume;
+  flushDirectory_ = std::move(target);
+  return Walk(dst, src, fileSpec, WalkMode::Copy, recurse, leaveOut) && FlushCopies();
 }
 
 bool CFileUtil::Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse,
@@ -77,7 +99,9 @@ bool CFileUtil::WalkDirectory(TextView name, const Text& dst, const Text& src, T
 bool CFileUtil::WalkFile(const Text& dst, const Text& src, WalkMode mode) {
   switch (mode) {
     case WalkMode::Copy:
-      return CopyFile(dst, src, /*append=*/false);
+      // In parts, so that who watches the bytes is not left waiting for all of them at the end.
+      return CopyFile(dst, src, /*append=*/false) &&
+             (flushDirectory_.empty() || unflushedBytes_ < kBytesPerFlush || FlushCopies());
     case WalkMode::Delete:
       return DeleteFile(src);
     case WalkMode::Count:

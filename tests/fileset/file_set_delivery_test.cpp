@@ -57,6 +57,35 @@ TEST_F(WriteFlow, ADirectCopyMakesItsDirectoryAndReplacesFilesOfTheSameName) {
   EXPECT_EQ(fs::current_path(), before_);
 }
 
+#ifndef _WIN32
+// What follows may be a power cut, or the end of the file set that was copied.
+TEST_F(WriteFlow, ADirectCopyIsOnTheDiskBeforeItsDicomDirAndThatBeforeItHasSucceeded) {
+  const platform::testing::Scope substitutes;
+  std::vector<std::string> told;
+  int failing = 0;
+  platform::testing::SubstituteFileSystemFlush([&]() -> DWORD {
+    const std::vector<std::string> names = filesBelow(target_);
+    told.push_back(names == kTree ? "all" : std::to_string(names.size()));
+    return static_cast<int>(told.size()) == failing ? ERROR_IO_DEVICE : ERROR_SUCCESS;
+  });
+  EXPECT_TRUE(copy(false)) << job_.sentence();
+  EXPECT_EQ(told, (std::vector<std::string>{std::to_string(kTree.size() - 1), "all"}));
+  for (failing = 1; failing <= 2; ++failing) {
+    SCOPED_TRACE(failing);
+    told.clear();
+    fs::remove_all(target_);
+    EXPECT_FALSE(copy(false));
+    EXPECT_EQ(job_.sentence(), "Cannot flush the destination stream.");
+    EXPECT_EQ(fs::exists(target_ / "DICOMDIR"), failing == 2);
+    Text path;
+    Text reason;
+    EXPECT_TRUE(job_.builder.GetFailedFile(path, reason));
+    EXPECT_EQ(Plain(path), target_.string());
+    expectTree(job_.root);
+  }
+}
+#endif
+
 // A host that shows how far it is must hear of it within a large file, too.
 TEST_F(WriteFlow, ADirectCopyTellsHowFarItIs) {
   constexpr std::uint64_t kLargeBytes = std::uint64_t{1} << 20;

@@ -41,8 +41,8 @@ std::uint64_t DcElem::encodedValueLengthEstimate() const {
       vrRow(resolvedVr()).estimateBytes * static_cast<std::uint64_t>(valueCount());
   const auto* texts = std::get_if<DcTextValues>(&values_);
   if (texts == nullptr) return fixed;
-  // Dates, times and names can be longer than their VR allows while values are not checked, and text
-  // that is kept undivided longer than its values.
+  // Dates, times and names can be longer than their VR allows while values are not checked, and
+  // text that is kept undivided longer than its values.
   const std::uint64_t joined = texts->joined().size();
   return std::max(fixed == 0 ? textSize(*texts) : fixed, joined + joined % 2);
 }

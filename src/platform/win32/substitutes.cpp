@@ -31,6 +31,10 @@ void BreakRead(const std::string& nameEnd, int nth, DWORD afterBytes, DWORD code
   substitutes().readBreak = {nameEnd, nth, afterBytes, code, 0};
 }
 
+void SubstituteFileSystemFlush(std::function<DWORD()> flush) {
+  substitutes().fileSystemFlush = std::move(flush);
+}
+
 void Restore() { substitutes() = Substitutes{}; }
 
 }  // namespace testing

@@ -1,5 +1,5 @@
-// What tests put in the place of the system's clock, waiting and version, of the end of a directory
-// and of a read (platform/testing.h).
+// What tests put in the place of the system's clock, waiting and version, of the end of a
+// directory, of a read and of a flush (platform/testing.h).
 #pragma once
 
 #include <cstddef>
@@ -36,6 +36,7 @@ struct Substitutes {
   ReportedVersion version;
   ListingBreak listingBreak;
   ReadBreak readBreak;
+  std::function<DWORD()> fileSystemFlush;
 };
 
 Substitutes& substitutes();

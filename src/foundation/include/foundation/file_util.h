@@ -159,9 +159,14 @@ class CFileUtil : public CBaseItem {
   [[nodiscard]] bool CountFiles(std::uint32_t& count, TextView src, TextView fileSpec,
                                 bool recurse);
   // Makes the subdirectories it needs below dst, which exists. The first failure ends it; what was
-  // copied stays. What is called leaveOut in src itself is not copied.
+  // copied stays. What is called leaveOut in src itself is not copied. All is on the disk when it
+  // succeeds: where the platform can, many files are flushed at once.
   [[nodiscard]] bool CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse,
                                    TextView leaveOut = {});
+
+  // What was renamed or deleted in a directory is on the disk when it succeeds, where the platform
+  // lets that be known.
+  [[nodiscard]] bool FlushDirectory(TextView directory);
 
   // ---- the platform's temporary directory, with its trailing separator
 
@@ -202,7 +207,15 @@ class CFileUtil : public CBaseItem {
   [[nodiscard]] bool WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes,
                                  TextView path);
 
+  // Answers whether the bytes of a file that was copied are on the disk, or will be with others.
+  [[nodiscard]] bool FlushCopy(HANDLE dst, const Text& dstName);
+  [[nodiscard]] bool FlushCopies();
+
   bool acceptEmptyFiles_ = false;
+  // While a directory is copied: where to, if one flush serves all files on that file system.
+  Text flushDirectory_;
+  std::uint32_t flushVolume_ = 0;
+  std::uint64_t unflushedBytes_ = 0;
   std::function<void(std::uint64_t bytes)> copyProgress_;
   Text failedPath_;
   Text failedReason_;

@@ -24,8 +24,8 @@ class DcTextValues {
   [[nodiscard]] std::size_t size() const { return count_; }
   // A zero byte follows the characters. Valid until the values change.
   std::string_view operator[](std::size_t index) const;
-  // As they are encoded: the text that was kept undivided, else all values, a zero byte between each
-  // two in the place of the backslash.
+  // As they are encoded: the text that was kept undivided, else all values, a zero byte between
+  // each two in the place of the backslash.
   [[nodiscard]] const std::string& joined() const {
     return undivided_ == nullptr ? chars_ : *undivided_;
   }

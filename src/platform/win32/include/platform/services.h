@@ -16,4 +16,16 @@ inline UINT FileSystemCodePage() {
 #endif
 }
 
+// Brings all that was written to the file system of a directory to the disk, in the time that a few
+// files of their own would take. Windows lets nobody but administrators do that: there
+// CanFlushFileSystem answers FALSE, and so for a directory that cannot be read. A failure leaves
+// the last error.
+#ifdef _WIN32
+inline BOOL CanFlushFileSystem(LPCWSTR) { return FALSE; }
+inline BOOL FlushFileSystem(LPCWSTR) { return FALSE; }
+#else
+BOOL CanFlushFileSystem(LPCWSTR directory);
+BOOL FlushFileSystem(LPCWSTR directory);
+#endif
+
 }  // namespace quillon

@@ -26,6 +26,9 @@ void BreakListings(std::size_t afterEntries, DWORD code);
 // it has put some bytes into the buffer: it answers 0 of them, and the file stands where it stood.
 void BreakRead(const std::string& nameEnd, int nth, DWORD afterBytes, DWORD code);
 
+// Called by FlushFileSystem instead of flushing; it fails with the code that is answered.
+void SubstituteFileSystemFlush(std::function<DWORD()> flush);
+
 // Makes CP_ACP what the registry now says; otherwise it is read once in a process.
 void RereadCodePage();
 
