@@ -2,10 +2,15 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "charset/character_set.h"
 #include "commands.h"
@@ -14,6 +19,8 @@
 #include "media_job.h"
 #include "platform/services.h"
 #include "result_output.h"
+#include "source_walk.h"
+#include "terminal_text.h"
 #include "toolkit_log.h"
 
 namespace quillon::cli {
@@ -21,7 +28,8 @@ namespace quillon::cli {
 namespace {
 
 constexpr const char* kFooter =
-    R"(Of an element with many values the first 100 are printed. Pixel data is not read.
+    R"(Of an element with many values the first 100 are printed. Pixel data is not read. Several headers
+stand one after the other, each under "==> FILE <=="; one that fails does not keep the others back.
 
 A stylesheet is an XSLT 1.0 stylesheet for the XML that --xml prints. "text" and "html" name the two
 that ship with the program; a file of that name is meant by ./text. It may read other files
@@ -32,7 +40,8 @@ Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 constexpr const char* kForReaders = "text";  // the one that writes for a terminal
 
 struct HeaderOptions {
-  std::string file;
+  std::vector<std::string> files;
+  bool isRecursive = false;
   std::string stylesheet = kForReaders;
   bool isXml = false;
   std::string characterSet;
@@ -76,20 +85,92 @@ std::string shippedStylesheet(const std::string& name) {
   return (directory / (name + ".xsl")).string();
 }
 
+// What the files have in common.
+class Headers {
+ public:
+  explicit Headers(const HeaderOptions& options)
+      : isForReaders_(!options.isXml && options.stylesheet == kForReaders),
+        location_(options.isXml ? shippedStylesheet("xml")
+                  : isForReaders_ || options.stylesheet == "html"
+                      ? shippedStylesheet(options.stylesheet)
+                      : options.stylesheet) {
+    job_.setCharacterSet(options.characterSet);
+  }
+
+  Outcome read(const std::string& path, std::string& text) {
+    const NamedFile file(path);
+    const Outcome loaded = job_.loadHeader(file.name(), location_, text);
+    return loaded.failed() ? Outcome(file.inWordsOfUser(loaded.text())) : Outcome();
+  }
+  [[nodiscard]] Output shown(const std::string& text) const {
+    return Output::of(!isForReaders_, text);
+  }
+
+ private:
+  bool isForReaders_;
+  std::string location_;
+  MediaJob job_;
+};
+
+// "DICM" behind the preamble.
+bool isMarkedAsDicom(const std::string& path) {
+  constexpr std::streamoff kPreambleBytes = 128;
+  std::array<char, 4> mark{};
+  std::ifstream file(path, std::ios::binary);
+  file.seekg(kPreambleBytes).read(mark.data(), mark.size());
+  return file && std::string_view(mark.data(), mark.size()) == "DICM";
+}
+
+// The files that are named, and with isRecursive those of the directories.
+SourceList filesOf(const HeaderOptions& options) {
+  if (options.isRecursive) return walkSources(options.files, {});
+  SourceList list;
+  for (const std::string& file : options.files) list.files.push_back({file, true, false});
+  return list;
+}
+
+// One after the other, each under its name. One that fails does not keep the others back.
+int printAll(const HeaderOptions& options) {
+  Headers headers(options);
+  const SourceList list = filesOf(options);
+  std::vector<std::string> remarks;
+  Outcome last;
+  for (const SourceProblem& problem : list.problems) {
+    if (problem.endsJob) last = problem.path + ": " + problem.reason;
+    remarks.push_back(problem.path + ": " + problem.reason);
+  }
+  if (last.failed()) remarks.pop_back();
+  const char* separator = "";
+  std::size_t passedOver = 0;
+  for (const SourceFile& file : list.files) {
+    if (!file.isNamed && !isMarkedAsDicom(file.path)) {
+      ++passedOver;
+      continue;
+    }
+    std::string text;
+    if (Outcome read = headers.read(file.path, text); read.failed()) {
+      if (last.failed()) say(last.text());
+      last = std::move(read);
+      continue;
+    }
+    print(headers.shown(separator + ("==> " + file.path) + " <==\n" + text));
+    separator = "\n";
+  }
+  if (passedOver != 0) {
+    remarks.push_back(std::to_string(passedOver) +
+                      (passedOver == 1 ? " file that is not DICOM was passed over."
+                                       : " files that are not DICOM were passed over."));
+  }
+  return finish({}, last, remarks);
+}
+
 int runHeader(const HeaderOptions& options) {
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
-  const std::string& given = options.stylesheet;
-  const bool isForReaders = !options.isXml && given == kForReaders;
-  const std::string location = options.isXml                     ? shippedStylesheet("xml")
-                               : isForReaders || given == "html" ? shippedStylesheet(given)
-                                                                 : given;
-  const NamedFile file(options.file);
-  MediaJob job;
-  job.setCharacterSet(options.characterSet);
+  if (options.isRecursive || options.files.size() > 1) return printAll(options);
+  Headers headers(options);
   std::string text;
-  const Outcome loaded = job.loadHeader(file.name(), location, text);
-  if (loaded.failed()) return finish({}, file.inWordsOfUser(loaded.text()), {});
-  return finish(isForReaders ? Output::forReaders(text) : Output::asItIs(text), {}, {});
+  const Outcome loaded = headers.read(options.files.front(), text);
+  return finish(loaded.failed() ? Output() : headers.shown(text), loaded, {});
 }
 
 // Empty for terms that are all known: the sentence otherwise.
@@ -117,8 +198,10 @@ void addCharacterSetOption(CLI::App& command, std::string& terms) {
 void addHeaderCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<HeaderOptions>();
   CLI::App* command =
-      program.add_subcommand("header", "Prints the header of a DICOM file through a stylesheet");
-  command->add_option("FILE", options->file, "The DICOM file")->required();
+      program.add_subcommand("header", "Prints the headers of DICOM files through a stylesheet");
+  command->add_option("FILE", options->files, "DICOM files; with -r directories, too")->required();
+  command->add_flag("-r,--recursive", options->isRecursive,
+                    "Take the DICOM files in directories and below them");
   CLI::Option* stylesheet =
       command
           ->add_option("--stylesheet", options->stylesheet,

@@ -152,10 +152,14 @@ std::string jsonObject(const std::string& members, const Outcome& outcome) {
          "}\n";
 }
 
-int finish(const Output& output, const Outcome& outcome, const std::vector<std::string>& remarks) {
+void print(const Output& output) {
   std::fwrite(output.bytes().data(), 1, output.bytes().size(), stdout);
-  // What has failed is the last word, also where both go to one file.
+  // What fails next is said behind it, also where both go to one file.
   std::fflush(stdout);
+}
+
+int finish(const Output& output, const Outcome& outcome, const std::vector<std::string>& remarks) {
+  print(output);
   if (outcome.failed()) {
     // Reasons that come from a drive end in empty lines.
     const std::string sentence = outcome.text();

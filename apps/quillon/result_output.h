@@ -42,6 +42,8 @@ std::string jsonMembers(const WriteResult& result);
 // The members and the error of the outcome, as a line.
 std::string jsonObject(const std::string& members, const Outcome& outcome);
 
+// Writes it now; that it could not be written, finish tells.
+void print(const Output& output);
 // Writes all of it and answers the exit status of the program.
 int finish(const Output& output, const Outcome& outcome, const std::vector<std::string>& remarks);
 

@@ -232,6 +232,29 @@ class Header(program.ProgramTest):
             self.assertIn("(0002,0102)", shown)
         self.assertIn(b'" ?>\n<data-set>\n', self.header("--xml", path))
 
+    def test_many_files_stand_one_after_the_other_under_their_names(self):
+        paths = [self.write(name, dicom_file(name=name.upper())) for name in ("b/2", "b/1", "a")]
+        self.write("b/notes.txt", b"no DICOM")
+        alone = {path: self.header(path) for path in paths}
+        under = {path: b"==> %s <==\n%s" % (os.fsencode(path), alone[path]) for path in paths}
+        self.assertEqual(self.header(*paths), b"\n".join(under[path] for path in paths))
+        run = self.run_program("header", "-r", self.source)
+        self.assertEqual(run.stdout, b"\n".join(under[path] for path in sorted(paths)))
+        self.assertEqual((run.returncode, run.stderr),
+                         (0, b"quillon: 1 file that is not DICOM was passed over.\n"))
+        # What fails is told, and the others are printed.
+        cut = self.write("b/0", dicom_file()[:200])
+        none = self.source / "none"
+        for arguments in ([paths[0], cut, none, paths[2]], ["-r", cut, paths[0], none, paths[2]]):
+            run = self.run_program("header", *arguments)
+            self.assertEqual(run.returncode, 1)
+            self.assertEqual(run.stdout, under[paths[0]] + b"\n" + under[paths[2]])
+            for path in (cut, none):
+                self.assertEqual(run.stderr.count(os.fsencode(path)), 1, run.stderr)
+        # One that is a directory is none without -r.
+        self.assertEqual(self.run_program("header", self.source).returncode, 1)
+        self.assertEqual(self.header("--xml", "-r", paths[2]).count(b"<data-set"), 1)
+
     def test_xml_is_what_stylesheets_are_given(self):
         path = self.object(name="A<B>&\"C\"'D'@E\x01^\x1bF")
         xml = self.header("--xml", path)
@@ -279,7 +302,7 @@ class Header(program.ProgramTest):
         for location in (broken, self.source / "absent.xsl", none):
             sentence = self.header("--stylesheet", location, path, status=1)
             self.assertRegex(sentence, r"^quillon: [A-Z].*\n$")
-        for arguments in ([], ["--xml", "--stylesheet", "html", path], [path, path],
+        for arguments in ([], ["--xml", "--stylesheet", "html", path],
                           ["--no-such", path], ["--stylesheet"]):
             run = self.run_program("header", *arguments)
             self.assertEqual((run.returncode, run.stdout), (2, b""), arguments)
