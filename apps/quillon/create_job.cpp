@@ -258,9 +258,9 @@ class CreateJob {
     result_.objects = planned.objects.size();
     result_.bytes = planned.bytes;
     for (const MissingKey& one : planned.incomplete) {
-      result_.incomplete.push_back({files_.at(narrow(one.source)).path, one.tag});
+      result_.incomplete.push_back({files_.at(narrow(one.source)).path, one.tag, one.isMadeUp});
     }
-    for (std::string& remark : remarksOn(result_.incomplete, options_.isInventing)) {
+    for (std::string& remark : remarksOn(result_.incomplete)) {
       result_.remarks.push_back(std::move(remark));
     }
     for (std::string& remark : remarksOn(planned.repeatedPatients)) {

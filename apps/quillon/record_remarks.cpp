@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cstdio>
 #include <map>
+#include <utility>
 
 #include "dicom/dict.h"
 #include "dicom/tags.h"
@@ -63,16 +64,19 @@ std::string keyNames(const std::vector<DcTag>& tags) {
   return names;
 }
 
-std::vector<std::string> remarksOn(const std::vector<IncompleteKey>& incomplete, bool areInvented) {
-  std::map<DcTag, std::vector<std::string>> files;
-  for (const IncompleteKey& one : incomplete) files[one.tag].push_back(one.path);
+std::vector<std::string> remarksOn(const std::vector<IncompleteKey>& incomplete) {
+  std::map<std::pair<DcTag, bool>, std::vector<std::string>> files;
+  for (const IncompleteKey& one : incomplete) {
+    files[{one.tag, one.isMadeUp}].push_back(one.path);
+  }
   std::vector<std::string> remarks;
-  for (const auto& [tag, paths] : files) {
+  for (const auto& [key, paths] : files) {
+    const auto [tag, isMadeUp] = key;
     const bool isSet = tag == tags::kSpecificCharacterSet;
     const char* const consequence =
-        isSet         ? ": the DICOMDIR does not say how to read the characters beyond ASCII."
-        : areInvented ? ": the DICOMDIR has one that was made up."
-                      : ": the DICOMDIR is incomplete without it.";
+        isSet      ? ": the DICOMDIR does not say how to read the characters beyond ASCII."
+        : isMadeUp ? ": the DICOMDIR has one that was made up."
+                   : ": the DICOMDIR is incomplete without it.";
     remarks.push_back("No " + keyName(tag) + " in " +
                       someOf(paths, [](const std::string& path) { return path; }) + consequence);
   }

@@ -12,6 +12,7 @@ namespace quillon::cli {
 struct IncompleteKey {
   std::string path;  // of the object's file, as the user gave it
   DcTag tag;
+  bool isMadeUp;  // the DICOMDIR has a value all the same
 };
 
 // "Study Date (0008,0020)"; the number alone when the dictionary does not know it.
@@ -20,7 +21,7 @@ std::string keyName(DcTag tag);
 std::string keyNames(const std::vector<DcTag>& tags);
 
 // One for each key.
-std::vector<std::string> remarksOn(const std::vector<IncompleteKey>& incomplete, bool areInvented);
+std::vector<std::string> remarksOn(const std::vector<IncompleteKey>& incomplete);
 // One for each ID or name.
 std::vector<std::string> remarksOn(const std::vector<RepeatedPatient>& repeated);
 

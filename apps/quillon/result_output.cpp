@@ -123,7 +123,9 @@ std::string jsonMembers(const CreateResult& result) {
   separator = "";
   for (const IncompleteKey& one : result.incomplete) {
     out += separator;
-    out += "{\"path\":" + jsonString(one.path) + ",\"key\":" + jsonString(keyName(one.tag)) + "}";
+    out += "{" + jsonMember("path", jsonString(one.path)) +
+           jsonMember("key", jsonString(keyName(one.tag))) +
+           "\"made_up\":" + jsonBool(one.isMadeUp) + "}";
     separator = ",";
   }
   out += "],";

@@ -288,13 +288,19 @@ std::unique_ptr<DcDirRec> FileSetPlan::RecordOf(const Node& node,
 }
 
 void FileSetPlan::Complete(DcDirRec& record, const std::vector<DcTag>& missing, TextView source) {
-  for (const DcTag tag : missing) planned_.incomplete.push_back({Text(source), tag});
+  if (missing.empty()) return AddEmptyKeys(RecordRowOf(record.type()), record);
   if (options_.inventsMissingKeys) {
     inventor_.Invent(record, missing);
   } else if (record.type() == DcDirRecType::Study) {
     GiveUsualStudyId(record, missing);
   }
-  AddEmptyKeys(RecordRowOf(record.type()), record);
+  const RecordRow& row = RecordRowOf(record.type());
+  const std::vector<DcTag> left = MissingKeys(row, record);
+  for (const DcTag tag : missing) {
+    const bool isMadeUp = std::ranges::find(left, tag) == left.end();
+    planned_.incomplete.push_back({Text(source), tag, isMadeUp});
+  }
+  AddEmptyKeys(row, record);
 }
 
 bool FileSetPlan::CheckContentPlaces() {

@@ -6,6 +6,7 @@
 #include "builder_job.h"
 #include "dicom_dir_bytes.h"
 #include "fileset/model/patient_list.h"
+#include "support/failing_new.h"
 
 namespace quillon::test {
 namespace {
@@ -112,6 +113,62 @@ TEST(CurrentPractice, UndeclaredCharactersAreToldOfAsMissing) {
   ASSERT_EQ(incomplete.size(), 1U);
   EXPECT_EQ(incomplete[0].tag, kCharacterSet);
   EXPECT_EQ(Plain(incomplete[0].source), file.string());
+}
+
+// Whatever allocation fails: the object is in the set with whole records, or is not.
+TEST(CurrentPractice, WithoutMemoryAnObjectIsAddedWholeOrNotAtAll) {
+  PracticeJob job;
+  const fs::path file = job.addText("a", "ISO_IR 192", "M\xC3\xBCller^J\xC3\xB6rg", 1);
+  int refused = 0;
+  const auto attempt = [&](long n, bool& happened) {
+    job.builder.DiscardPatientList();
+    bool isAdded = false;
+    try {
+      const FailingNew failing(n);
+      isAdded = job.builder.AddFile(WideOf(file));
+      happened = failing.happened();
+    } catch (const std::bad_alloc&) {
+      happened = true;
+    }
+    refused += isAdded ? 0 : 1;
+    EXPECT_EQ(job.count(), isAdded ? 1 : -1) << n;
+    if (!isAdded) return std::string();
+    EXPECT_TRUE(job.builder.PreviewFileSet({}, {})) << n << job.sentence();
+    EXPECT_EQ(job.builder.Planned().incomplete.size(), 0U) << n;
+    return std::string();
+  };
+  for (const char* const inStead : {"", "ISO_IR 100"}) {
+    SCOPED_TRACE(inStead);
+    job.builder.characterSet = inStead;
+    withEachAllocationFailing(attempt);
+  }
+  EXPECT_GT(refused, 100);
+}
+
+// What cannot be made up is not said to have been.
+TEST(CurrentPractice, ValuesAreMadeUpAsFarAsTheyCanBe) {
+  PracticeJob job;
+  job.builder.inventsMissingKeys = true;
+  DataSetBytes e;
+  const std::string waveform = "1.2.840.10008.5.1.4.1.1.9.1.1";
+  e.text(0x00080016, "UI", waveform).text(kInstanceUid, "UI", "2.25.8.1.1");
+  e.text(0x00080023, "DA", "20200102");
+  e.text(0x0020000D, "UI", "2.25.8").text(0x0020000E, "UI", "2.25.8.1");
+  writeBytes(job.in / "a", dicomFile(e.take(), waveform, "2.25.8.1.1", kExplicitLittleUid));
+  ASSERT_TRUE(job.builder.AddFile(WideOf(job.in / "a"))) << job.sentence();
+  ASSERT_TRUE(job.builder.PlanFileSet({}, {})) << job.sentence();
+  std::set<std::uint32_t> madeUp;
+  std::set<std::uint32_t> left;
+  for (const MissingKey& one : job.builder.Planned().incomplete) {
+    (one.isMadeUp ? madeUp : left).insert(one.tag);
+  }
+  EXPECT_EQ(madeUp, (std::set<std::uint32_t>{0x00080020, 0x00080030, 0x00080060, 0x00100020,
+                                             0x00200010, 0x00200011, 0x00200013}));
+  EXPECT_EQ(left, (std::set<std::uint32_t>{0x00080033}));
+  const DicomDirBytes dicomDir = job.created();
+  ASSERT_EQ(recordTypes(dicomDir), "PATIENT STUDY SERIES WAVEFORM");
+  EXPECT_EQ(dicomDir.records[1].at(0x00080020), "20200102");
+  EXPECT_EQ(dicomDir.records[3].at(0x00080033), "");
 }
 
 TEST(CurrentPractice, StudiesSeriesAndObjectsStandInOrderHoweverTheyCame) {

@@ -24,6 +24,7 @@ struct PlannedObject {
 struct MissingKey {
   Text source;  // the object's file
   DcTag tag;
+  bool isMadeUp;  // the record has a value all the same
 };
 
 // Patients of the set that may be one: the same ID under several names, or the same name under
