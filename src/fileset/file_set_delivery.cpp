@@ -2,6 +2,7 @@
 
 #include "disc/media_burn_util.h"
 #include "disc/media_processor.h"
+#include "foundation/file_system_flush.h"
 #include "foundation/find_handle.h"
 #include "foundation/working_directory_scope.h"
 #include "path_join.h"
@@ -102,6 +103,7 @@ bool FileSetDelivery::CopyToTarget() {
   const WorkingDirectoryScope workingDirectory;
   files_.SetAcceptEmptyFiles(options_.acceptsEmptyFiles);
   if (!files_.CreateDirectoryTree(target_)) return errors_.FailAs(files_);
+  FileSystemFlush flush(target_);
   Text from(source_);
   Text to(target_);
   const bool hasDicomDir = JoinBelow(from, kDicomDirName, errors_) &&
@@ -119,7 +121,7 @@ bool FileSetDelivery::CopyToTarget() {
                                hasDicomDir ? TextView(kDicomDirName) : TextView()) &&
           (!hasDicomDir ||
            (files_.CopyFile(to + kUnfinishedSuffix, from, /*append=*/false) &&
-            files_.MoveFile(to, to + kUnfinishedSuffix) && files_.FlushDirectory(target_)))) ||
+            files_.MoveFile(to, to + kUnfinishedSuffix) && files_.FlushAll(flush)))) ||
          errors_.FailAs(files_);
 }
 

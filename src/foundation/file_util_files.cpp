@@ -5,9 +5,9 @@
 
 #include "file_identity.h"
 #include "foundation/file_handle.h"
+#include "foundation/file_system_flush.h"
 #include "foundation/file_util.h"
 #include "path_parts.h"
-#include "platform/services.h"
 #include "read_only.h"
 
 namespace quillon {
@@ -119,24 +119,15 @@ bool CFileUtil::CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstN
 }
 
 bool CFileUtil::FlushCopy(HANDLE dst, const Text& dstName) {
-  FileIdentity identity;
   // A file in the target can be a link to one that lies elsewhere.
-  if (!flushDirectory_.empty() && ReadIdentity(dst, identity) && identity.volume == flushVolume_) {
-    return true;
-  }
+  if (flush_ != nullptr && flush_->Covers(dst)) return true;
   return FlushFileBuffers(dst) != FALSE || FailAt(dstName, kMsgCannotFlushStream, {});
 }
 
-bool CFileUtil::FlushCopies() {
+bool CFileUtil::FlushAll(FileSystemFlush& flush) {
   unflushedBytes_ = 0;
-  return FlushFileSystem(flushDirectory_.c_str()) != FALSE ||
-         FailAt(flushDirectory_, kMsgCannotFlushStream, {});
-}
-
-bool CFileUtil::FlushDirectory(TextView directory) {
-  const Text name(directory);
-  return CanFlushFileSystem(name.c_str()) == FALSE || FlushFileSystem(name.c_str()) != FALSE ||
-         FailAt(directory, kMsgCannotFlushStream, {});
+  return !flush.IsPossible() || flush.Flush() ||
+         FailAt(flush.Directory(), kMsgCannotFlushStream, {});
 }
 
 bool CFileUtil::MoveFile(TextView dst, TextView src) {

@@ -1,11 +1,8 @@
 // The walks of CFileUtil over a directory tree: its size, its files' number, its copy.
-#include <utility>
-
-#include "file_identity.h"
+#include "foundation/file_system_flush.h"
 #include "foundation/file_util.h"
 #include "foundation/find_handle.h"
 #include "path_parts.h"
-#include "platform/services.h"
 
 namespace quillon {
 
@@ -34,19 +31,14 @@ bool CFileUtil::CountFiles(std::uint32_t& count, TextView src, TextView fileSpec
 
 bool CFileUtil::CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse,
                               TextView leaveOut) {
-  Text target(dst);
-  FileIdentity identity;
-  if (CanFlushFileSystem(target.c_str()) == FALSE || !ReadIdentity(target, identity)) {
-    return Walk(dst, src, fileSpec, WalkMode::Copy, recurse, leaveOut);
-  }
+  FileSystemFlush flush(dst);
   // Also when memory runs out: a single copy afterwards waits for the disk itself.
   struct Scope {
-    Text& directory;
-    ~Scope() { directory.clear(); }
-  } const scope{flushDirectory_};
-  flushVolume_ = identity.volume;
-  flushDirectory_ = std::move(target);
-  return Walk(dst, src, fileSpec, WalkMode::Copy, recurse, leaveOut) && FlushCopies();
+    FileSystemFlush*& current;
+    ~Scope() { current = nullptr; }
+  } const scope{flush_};
+  if (flush.IsPossible()) flush_ = &flush;
+  return Walk(dst, src, fileSpec, WalkMode::Copy, recurse, leaveOut) && FlushAll(flush);
 }
 
 bool CFileUtil::Walk(TextView dst, TextView src, TextView fileSpec, WalkMode mode, bool recurse,
@@ -101,7 +93,7 @@ bool CFileUtil::WalkFile(const Text& dst, const Text& src, WalkMode mode) {
     case WalkMode::Copy:
       // In parts, so that who watches the bytes is not left waiting for all of them at the end.
       return CopyFile(dst, src, /*append=*/false) &&
-             (flushDirectory_.empty() || unflushedBytes_ < kBytesPerFlush || FlushCopies());
+             (flush_ == nullptr || unflushedBytes_ < kBytesPerFlush || FlushAll(*flush_));
     case WalkMode::Delete:
       return DeleteFile(src);
     case WalkMode::Count:

@@ -50,6 +50,7 @@ struct FileFacts {
 };
 
 class FileHandle;
+class FileSystemFlush;
 
 class CFileUtil : public CBaseItem {
  public:
@@ -164,9 +165,9 @@ class CFileUtil : public CBaseItem {
   [[nodiscard]] bool CopyDirectory(TextView dst, TextView src, TextView fileSpec, bool recurse,
                                    TextView leaveOut = {});
 
-  // What was renamed or deleted in a directory is on the disk when it succeeds, where the platform
-  // lets that be known.
-  [[nodiscard]] bool FlushDirectory(TextView directory);
+  // All that was written since flush was made is on the disk when it succeeds, where one flush is
+  // possible.
+  [[nodiscard]] bool FlushAll(FileSystemFlush& flush);
 
   // ---- the platform's temporary directory, with its trailing separator
 
@@ -209,12 +210,9 @@ class CFileUtil : public CBaseItem {
 
   // Answers whether the bytes of a file that was copied are on the disk, or will be with others.
   [[nodiscard]] bool FlushCopy(HANDLE dst, const Text& dstName);
-  [[nodiscard]] bool FlushCopies();
 
   bool acceptEmptyFiles_ = false;
-  // While a directory is copied: where to, if one flush serves all files on that file system.
-  Text flushDirectory_;
-  std::uint32_t flushVolume_ = 0;
+  FileSystemFlush* flush_ = nullptr;  // while a directory is copied
   std::uint64_t unflushedBytes_ = 0;
   std::function<void(std::uint64_t bytes)> copyProgress_;
   Text failedPath_;

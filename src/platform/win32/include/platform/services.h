@@ -16,16 +16,15 @@ inline UINT FileSystemCodePage() {
 #endif
 }
 
-// Brings all that was written to the file system of a directory to the disk, in the time that a few
-// files of their own would take. Windows lets nobody but administrators do that: there
-// CanFlushFileSystem answers FALSE, and so for a directory that cannot be read. A failure leaves
-// the last error.
+// Brings all that was written to the file system of a directory, whose handle was opened to be read
+// before, to the disk: in the time that a few files of their own would take. FALSE, with the last
+// error, also for what failed since that opening. Windows lets nobody but administrators do so.
 #ifdef _WIN32
-inline BOOL CanFlushFileSystem(LPCWSTR) { return FALSE; }
-inline BOOL FlushFileSystem(LPCWSTR) { return FALSE; }
+inline constexpr bool kFlushesFileSystems = false;
+inline BOOL FlushFileSystem(HANDLE) { return FALSE; }
 #else
-BOOL CanFlushFileSystem(LPCWSTR directory);
-BOOL FlushFileSystem(LPCWSTR directory);
+inline constexpr bool kFlushesFileSystems = true;
+BOOL FlushFileSystem(HANDLE directory);
 #endif
 
 }  // namespace quillon
