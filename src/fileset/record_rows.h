@@ -1,5 +1,5 @@
 // The directory records that objects have today: the type by the SOP class, and the keys of each
-// type. What the description of older media says stands in record_keys.h.
+// type. What older media have stands in record_keys.h.
 #pragma once
 
 #include <cstdint>
