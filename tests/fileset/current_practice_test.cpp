@@ -6,7 +6,6 @@
 #include "builder_job.h"
 #include "dicom_dir_bytes.h"
 #include "fileset/model/patient_list.h"
-#include "support/failing_new.h"
 
 namespace quillon::test {
 namespace {
@@ -113,36 +112,6 @@ TEST(CurrentPractice, UndeclaredCharactersAreToldOfAsMissing) {
   ASSERT_EQ(incomplete.size(), 1U);
   EXPECT_EQ(incomplete[0].tag, kCharacterSet);
   EXPECT_EQ(Plain(incomplete[0].source), file.string());
-}
-
-// Whatever allocation fails: the object is in the set with whole records, or is not.
-TEST(CurrentPractice, WithoutMemoryAnObjectIsAddedWholeOrNotAtAll) {
-  PracticeJob job;
-  const fs::path file = job.addText("a", "ISO_IR 192", "M\xC3\xBCller^J\xC3\xB6rg", 1);
-  int refused = 0;
-  const auto attempt = [&](long n, bool& happened) {
-    job.builder.DiscardPatientList();
-    bool isAdded = false;
-    try {
-      const FailingNew failing(n);
-      isAdded = job.builder.AddFile(WideOf(file));
-      happened = failing.happened();
-    } catch (const std::bad_alloc&) {
-      happened = true;
-    }
-    refused += isAdded ? 0 : 1;
-    EXPECT_EQ(job.count(), isAdded ? 1 : -1) << n;
-    if (!isAdded) return std::string();
-    EXPECT_TRUE(job.builder.PreviewFileSet({}, {})) << n << job.sentence();
-    EXPECT_EQ(job.builder.Planned().incomplete.size(), 0U) << n;
-    return std::string();
-  };
-  for (const char* const inStead : {"", "ISO_IR 100"}) {
-    SCOPED_TRACE(inStead);
-    job.builder.characterSet = inStead;
-    withEachAllocationFailing(attempt);
-  }
-  EXPECT_GT(refused, 100);
 }
 
 // What cannot be made up is not said to have been.

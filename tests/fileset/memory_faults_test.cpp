@@ -64,6 +64,35 @@ TEST(FileSetModel, WithoutMemoryNothingIsAdded) {
             (Sentences{"", "Cannot allocate storage for new media item information."}));
 }
 
+// Whatever allocation fails: the object is in the set with whole records, or is not.
+TEST(CurrentPractice, WithoutMemoryAnObjectIsAddedWholeOrNotAtAll) {
+  BuilderJob job;
+  job.builder.currentPractice = true;
+  job.builder.characterSet = "ISO_IR 100";
+  ObjectDescription description = object(1, 1, 1, 1);
+  description.patientName = "M\xFCller^J\xF6rg";
+  const fs::path file = job.make("a", description);
+  int refused = 0;
+  withEachAllocationFailing([&](long n, bool& happened) {
+    job.builder.DiscardPatientList();
+    bool isAdded = false;
+    try {
+      const FailingNew failing(n);
+      isAdded = job.builder.AddFile(WideOf(file));
+      happened = failing.happened();
+    } catch (const std::bad_alloc&) {
+      happened = true;
+    }
+    refused += isAdded ? 0 : 1;
+    EXPECT_EQ(job.count(), isAdded ? 1 : -1) << n;
+    if (!isAdded) return std::string();
+    EXPECT_TRUE(job.builder.PreviewFileSet({}, {})) << n << job.sentence();
+    EXPECT_EQ(job.builder.Planned().incomplete.size(), 0U) << n;
+    return std::string();
+  });
+  EXPECT_GT(refused, 50);
+}
+
 TEST(MediumLabel, WithoutMemoryIsWholeOrMissing) {
   BuilderJob job;
   CPatientList patients;
