@@ -70,6 +70,7 @@ std::vector<std::string> remarksOn(const std::vector<IncompleteKey>& incomplete)
     files[{one.tag, one.isMadeUp}].push_back(one.path);
   }
   std::vector<std::string> remarks;
+  remarks.reserve(files.size());
   for (const auto& [key, paths] : files) {
     const auto [tag, isMadeUp] = key;
     const bool isSet = tag == tags::kSpecificCharacterSet;
@@ -85,6 +86,7 @@ std::vector<std::string> remarksOn(const std::vector<IncompleteKey>& incomplete)
 
 std::vector<std::string> remarksOn(const std::vector<RepeatedPatient>& repeated) {
   std::vector<std::string> remarks;
+  remarks.reserve(repeated.size());
   for (const RepeatedPatient& patient : repeated) {
     remarks.push_back(
         (patient.isSameId ? "The patient ID \"" : "The patient name \"") + narrow(patient.same) +

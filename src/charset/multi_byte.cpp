@@ -46,8 +46,8 @@ std::size_t GbCharacterBytes(std::string_view text, bool hasFourBytes) {
       !IsWithin(text[2], 0x81, 0xFE) || !IsWithin(text[3], '0', '9')) {
     return 0;
   }
-  const unsigned code = static_cast<unsigned>(Byte(text[0])) << 24 | Byte(text[1]) << 16U |
-                        Byte(text[2]) << 8U | Byte(text[3]);
+  unsigned code = 0;
+  for (std::size_t i = 0; i < 4; ++i) code = code << 8U | Byte(text[i]);
   constexpr unsigned kLastOfFirstPlane = 0x8431A439;
   constexpr unsigned kFirstBehindIt = 0x90308130;
   constexpr unsigned kLast = 0xE3329A35;
