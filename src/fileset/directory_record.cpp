@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <string>
 
-#include "charset/character_set.h"
 #include "dicom/dict.h"
 #include "dicom/elem_sq.h"
 #include "dicom/tags.h"
@@ -26,7 +25,7 @@ bool GoesBeyondAscii(const DcElem& element) {
     }
     return false;
   }
-  return !IsDefaultRepertoire(ValueBytes(element));
+  return NeedsCharacterSet(element);
 }
 
 bool GoesBeyondAscii(const DcElemList& list) {

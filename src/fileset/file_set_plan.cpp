@@ -5,7 +5,6 @@
 #include <set>
 #include <string>
 
-#include "dicom/tags.h"
 #include "dicomobjects/dicom_file_facts.h"
 #include "directory_record.h"
 #include "file_id_rules.h"

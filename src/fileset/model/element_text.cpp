@@ -13,7 +13,7 @@ namespace {
 bool DecodeFirstValue(const DcElemList& dataSet, DcTag tag, const CharacterSet& characterSet,
                       Text& out) {
   const DcElem* const element = dataSet.find(tag);
-  if (element == nullptr || IsDefaultRepertoire(ValueBytes(*element))) return false;
+  if (element == nullptr || !NeedsCharacterSet(*element)) return false;
   out = DecodedText(*element, characterSet);
   out.resize(std::min(out.size(), out.find(OLESTR('\\'))));
   TrimText(out);
