@@ -13,6 +13,7 @@
 #include "interrupt_guard.h"
 #include "media_job.h"
 #include "medium_questions.h"
+#include "platform/read_ahead.h"
 #include "progress_bar.h"
 #include "root_guard.h"
 #include "source_walk.h"
@@ -186,7 +187,10 @@ class CreateJob {
       if (!goesOn) return false;
     }
     progress_.begin("Reading", list.files.size(), ProgressUnit::Files);
+    ReadAhead ahead(list.files.size(),
+                    [&list](std::size_t i) { return wide(absolutePath(list.files[i].path)); });
     for (std::size_t i = 0; i < list.files.size(); ++i) {
+      const ReadAhead::Turn turn(ahead, i);
       if (!add(list.files[i], staging)) return false;
       progress_.advance(i + 1);
     }

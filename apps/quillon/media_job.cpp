@@ -14,8 +14,6 @@ namespace quillon::cli {
 
 namespace {
 
-Text wide(std::string_view text) { return WidenText(text, FileSystemCodePage()); }
-
 std::string narrow(const ScopedBstr& text) { return cli::narrow(text.View()); }
 
 template <typename Getter>
@@ -174,6 +172,8 @@ Text patientKey(TextView name, TextView id) {
   // A backslash separates values in the file and therefore occurs in neither of the two.
   return key.append(OLESTR("\\")).append(id);
 }
+
+Text wide(std::string_view text) { return WidenText(text, FileSystemCodePage()); }
 
 std::string narrow(TextView text) { return NarrowText(text, FileSystemCodePage()); }
 

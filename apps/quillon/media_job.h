@@ -118,6 +118,7 @@ class MediaJob {
 Text patientKey(TextView name, TextView id);
 
 // A text of the object's in the program's code page.
+Text wide(std::string_view text);
 std::string narrow(TextView text);
 
 // What the label of a finished file set says; empty when it has none.

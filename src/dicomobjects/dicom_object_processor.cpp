@@ -19,7 +19,26 @@ constexpr std::array<TextView, 3> kUncompressed{
 constexpr std::size_t kMaxUidChars = 1024;
 constexpr unsigned kFirstOverlayGroup = 0x6000;
 constexpr unsigned kOverlayGroups = 16;  // 6000, 6002 ... 601E
+constexpr std::array kElementsRead{tags::kSopClassUid,
+                                   tags::kSopInstanceUid,
+                                   tags::kModality,
+                                   tags::kInstanceNumber,
+                                   tags::kSamplesPerPixel,
+                                   tags::kPhotometricInterpretation,
+                                   tags::kPlanarConfiguration,
+                                   tags::kNumberOfFrames,
+                                   tags::kRows,
+                                   tags::kColumns,
+                                   tags::kBitsAllocated,
+                                   tags::kBitsStored,
+                                   tags::kPixelRepresentation,
+                                   tags::kPixelPaddingValue};
 constexpr unsigned kMaskBits = std::numeric_limits<std::uint16_t>::digits;
+
+constexpr DcTag OverlayBitPosition(unsigned index) {
+  const auto group = static_cast<std::uint16_t>(kFirstOverlayGroup + 2 * index);
+  return dcTag(group, dcElement(tags::kOverlayBitPosition));
+}
 
 // False when the element is absent or has no value that could be a text; an empty text is one.
 bool ReadText(CDicomUtil& util, DcTag tag, Text& text) {
@@ -76,6 +95,12 @@ void ReadPixelDataPosition(const CDicomUtil& util, CDicomImageProperties& image)
 
 CDicomObjectProcessor::CDicomObjectProcessor() { SetClassName(OLESTR("CDicomObjectProcessor")); }
 
+std::vector<DcTag> CDicomObjectProcessor::ElementsRead() {
+  std::vector<DcTag> tags(kElementsRead.begin(), kElementsRead.end());
+  for (unsigned i = 0; i < kOverlayGroups; ++i) tags.push_back(OverlayBitPosition(i));
+  return tags;
+}
+
 bool CDicomObjectProcessor::ReadObjectProperties(TextView path, CDicomUtil& util,
                                                  CDicomObjectProperties& properties) {
   if (path.empty()) return Fail(kMsgFilenameInvalid);
@@ -110,7 +135,7 @@ bool CDicomObjectProcessor::ReadFileIdentity(CDicomUtil& util, CDicomObjectPrope
   if (path.empty()) return Fail(kMsgFilenameInvalid);
   if (!properties.SetFileName(path)) return Fail(kMsgCannotSetImageFilename, {path});
   // Only the low half has its place there.
-  properties.SetFileSize(static_cast<std::uint32_t>(util.GetReading().sizeBytes));
+  properties.SetFileSize(static_cast<std::uint32_t>(util.GetReading().file.sizeBytes));
   return true;
 }
 
@@ -228,10 +253,8 @@ bool CDicomObjectProcessor::ParseInstanceUid(CDicomUtil& util, CDicomObjectPrope
 bool CDicomObjectProcessor::ComputeOverlayMask(CDicomUtil& util, std::uint16_t& mask) {
   std::uint32_t sum = 0;
   for (unsigned i = 0; i < kOverlayGroups; ++i) {
-    const auto group = static_cast<std::uint16_t>(kFirstOverlayGroup + 2 * i);
     std::uint16_t position = 0;
-    if (ReadUint16(util, dcTag(group, dcElement(tags::kOverlayBitPosition)), position) &&
-        position > 0 && position < kMaskBits) {
+    if (ReadUint16(util, OverlayBitPosition(i), position) && position > 0 && position < kMaskBits) {
       sum += 1U << position;
     }
   }

@@ -123,10 +123,10 @@ void CDicomUtil::Clear() {
   reading_ = DcFileReading();
 }
 
-bool CDicomUtil::ReadFile(TextView path, bool deferPixelData) {
+bool CDicomUtil::ReadFile(TextView path, bool deferPixelData, const DcTagSet* kept) {
   try {
     Clear();
-    if (Load(path, deferPixelData)) return true;
+    if (Load(path, deferPixelData, kept)) return true;
   } catch (const std::bad_alloc&) {
     lastResult_ = kDcNoMemory;
   }
@@ -134,14 +134,14 @@ bool CDicomUtil::ReadFile(TextView path, bool deferPixelData) {
   return false;
 }
 
-bool CDicomUtil::Load(TextView path, bool deferPixelData) {
+bool CDicomUtil::Load(TextView path, bool deferPixelData, const DcTagSet* kept) {
   const std::string fileName = NarrowText(path, FileSystemCodePage());
   // A new list each time: it takes the hook that the checking switch of this moment asks for.
   auto elements = std::make_unique<DcElemList>();
   std::uint64_t offset = 0;
   std::uint32_t lengthBytes = 0;
   lastResult_ = deferPixelData ? dirReadFile(fileName.c_str(), metaInfo_, *elements, &offset,
-                                             &lengthBytes, &reading_)
+                                             &lengthBytes, &reading_, kept)
                                : dirReadFile(fileName.c_str(), metaInfo_, *elements, &reading_);
   if (lastResult_ != kDcOk) return false;
   Text taken(path);

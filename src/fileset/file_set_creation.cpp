@@ -57,9 +57,13 @@ bool FileSetCreation::CheckWritable() {
 bool FileSetCreation::MoveObjects() {
   CopyReport report(files_, progress_, plan_.Planned().bytes);
   std::uint64_t doneBytes = 0;
-  for (const PlannedObject& object : plan_.Planned().objects) {
+  const std::vector<PlannedObject>& objects = plan_.Planned().objects;
+  for (std::size_t i = 0; i < objects.size(); ++i) {
+    const PlannedObject& object = objects[i];
     const Text path = plan_.RootDirectory() + object.fileId;
-    if (!files_.MoveFile(path, object.source)) {
+    const DWORD attributes = plan_.RenamableAs(i);
+    if (!(attributes != 0 ? files_.MoveSeenFile(path, object.source, attributes)
+                          : files_.MoveFile(path, object.source))) {
       FailAs(files_);
       // It may be whole in the file set when only its source could not be removed.
       hasMoved_ = hasMoved_ || files_.PathExists(path);

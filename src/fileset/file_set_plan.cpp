@@ -235,9 +235,9 @@ bool FileSetPlan::AddObject(const CDicomObjectProperties& object, DcDirRec& pare
                  at_.patient->UniqueId(), object.FileName()});
   }
   planned_.objects.push_back(
-      {object.FileName(), std::move(fileId), facts.stamp, facts.stamp.sizeBytes});
-  planned_.bytes += facts.stamp.sizeBytes;
-  planned_.bytesOnDisk += RoundedToBlocks(facts.stamp.sizeBytes);
+      {object.FileName(), std::move(fileId), facts.file, facts.file.stamp.sizeBytes});
+  planned_.bytes += facts.file.stamp.sizeBytes;
+  planned_.bytesOnDisk += RoundedToBlocks(facts.file.stamp.sizeBytes);
   return true;
 }
 
@@ -337,6 +337,7 @@ bool FileSetPlan::CheckSources() {
   if (!check.CheckOutside(planned_.objects)) return false;
   keepsPatients_ = false;
   if (!check.Run(planned_.objects)) return false;
+  renamable_ = check.Renamable();
   keepsPatients_ = true;
   return CheckRoom(check.BytesToCopy());
 }
@@ -378,11 +379,11 @@ bool FileSetPlan::HandOver(std::size_t index, TextView copy) {
   PlannedObject& object = planned_.objects[index];
   WIN32_FILE_ATTRIBUTE_DATA data{};
   if (!files_.GetFileAttributes(object.source, data)) return FailAs(files_);
-  if (object.stamp && !(StampOf(data) == *object.stamp)) {
+  if (object.facts && !(StampOf(data) == object.facts->stamp)) {
     return Fail(kMsgSourceChanged, {object.source});
   }
   object.source = copy;
-  object.stamp.reset();
+  object.facts.reset();
   return true;
 }
 

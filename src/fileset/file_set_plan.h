@@ -42,6 +42,9 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] bool Make();
   // The last look at the files that will be moved, right before they are; see SourceCheck.
   [[nodiscard]] bool CheckSources();
+  // What that saw of an object's source: the attributes of a file that only gets another name, 0 of
+  // one that has to be looked at again.
+  [[nodiscard]] DWORD RenamableAs(std::size_t index) const { return renamable_[index]; }
 
   // A copy of an object's file is moved in its place. False, with a sentence, when the file is not
   // what it was when it was read: the copy is none of that.
@@ -113,6 +116,7 @@ class FileSetPlan : public CBaseItem {
   Position at_;
   KeyInventor inventor_;
   PlannedFileSet planned_;
+  std::vector<DWORD> renamable_;
   std::vector<Text> directories_;
   std::unique_ptr<DcDirDicomDir> dicomDir_;
   OtherContent content_;

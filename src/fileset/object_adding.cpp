@@ -13,8 +13,10 @@
 #include "directory_record.h"
 #include "fileset/model/element_text.h"
 #include "foundation/find_handle.h"
+#include "kept_elements.h"
 #include "key_inventor.h"
 #include "path_join.h"
+#include "platform/read_ahead.h"
 #include "platform/services.h"
 #include "record_keys.h"
 
@@ -107,14 +109,30 @@ bool ObjectAdding::AddDirectory(const Text& directory, bool isRecursive) {
   if (!JoinBelow(pattern, OLESTR("*.*"), errors_)) return false;
   FindHandle found(pattern);
   if (!found.IsOpen()) return errors_.Fail(kMsgSearchPatternInvalid, {pattern});
+  struct Entry {
+    Text name;
+    bool isDirectory;
+  };
+  std::vector<Entry> entries;
   do {
     const WIN32_FIND_DATAW& entry = found.Entry();
     if (IsDotEntry(entry) || (IsDirectory(entry) && !isRecursive)) continue;
-    if (!files_.ValidateName(entry.cFileName)) return errors_.FailAs(files_);
-    Text path(directory);
-    if (!JoinBelow(path, entry.cFileName, errors_)) return false;
-    if (!(IsDirectory(entry) ? AddDirectory(path, isRecursive) : AddFile(path))) return false;
+    entries.push_back({entry.cFileName, IsDirectory(entry)});
   } while (found.Next());
+  ReadAhead ahead(entries.size(), [&](std::size_t i) {
+    return entries[i].isDirectory ? Text() : directory + OLESTR("\\") + entries[i].name;
+  });
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    if (!files_.ValidateName(entries[i].name)) return errors_.FailAs(files_);
+    Text path(directory);
+    if (!JoinBelow(path, entries[i].name, errors_)) return false;
+    if (entries[i].isDirectory) {
+      if (!AddDirectory(path, isRecursive)) return false;
+      continue;
+    }
+    const ReadAhead::Turn turn(ahead, i);
+    if (!AddFile(path)) return false;
+  }
   // A share that went away in the middle has more files than were seen.
   return !found.EndedEarly() || errors_.Fail(kMsgSearchPatternInvalid, {pattern});
 }
@@ -122,8 +140,9 @@ bool ObjectAdding::AddDirectory(const Text& directory, bool isRecursive) {
 bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, AddedFile& told) {
   const bool mustBeFit = rules != nullptr;
   CDicomUtil object;
-  const bool isRead = IsNarrowable(fileName) && object.ReadFile(fileName, /*deferPixelData=*/true);
-  if (mustBeFit && (isRead || object.GetReading().sizeBytes != 0)) {
+  const bool isRead =
+      IsNarrowable(fileName) && object.ReadFile(fileName, /*deferPixelData=*/true, &KeptElements());
+  if (mustBeFit && (isRead || object.GetReading().file.sizeBytes != 0)) {
     told.outcome = JudgeFitness(object);
     if (told.outcome != AddOutcome::Added) return false;
     told.outcome = AddOutcome::Refused;
@@ -224,7 +243,9 @@ std::shared_ptr<const DicomFileFacts> ObjectAdding::FactsOf(const Source& source
   facts->sopInstanceUid = metaInfo.sopInstanceUid;
   facts->transferSyntaxUid = metaInfo.transferSyntaxUid;
   facts->transferSyntax = metaInfo.transferSyntax;
-  facts->stamp = {reading.sizeBytes, reading.lastWriteTime};
+  const DcFileStatus& status = reading.file;
+  facts->file = {
+      {status.volume, status.index}, {status.sizeBytes, status.lastWriteTime}, status.names};
   if (!options_.currentPractice) {
     facts->directory.record = MakeDocumentRecord(object, source.file, facts->recordProblem);
     return facts;

@@ -383,6 +383,18 @@ const RecordRow& RecordRowOf(DcDirRecType type) {
   return found == kObjectRows.end() ? kPrivateRow : *found;
 }
 
+std::vector<DcTag> AllRecordKeys() {
+  std::vector<DcTag> tags;
+  const auto add = [&tags](std::span<const RecordRow> rows) {
+    for (const RecordRow& row : rows) {
+      for (const RecordKey& key : row.keys) tags.push_back(key.tag);
+    }
+  };
+  add(kLevelRows);
+  add(kObjectRows);
+  return tags;
+}
+
 bool IsTopLevel(DcDirRecType type) {
   switch (type) {
     case HangingProtocol:

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "dicom/dir_rec.h"
 
@@ -33,6 +34,8 @@ struct RecordRow {
 const RecordRow& RecordRowOf(std::string_view sopClassUid);
 // Of a type that objects have, or of PATIENT, STUDY and SERIES.
 const RecordRow& RecordRowOf(DcDirRecType type);
+// The keys that any row has; some more than once.
+std::vector<DcTag> AllRecordKeys();
 // Objects of the type belong to no patient: their records stand at the top.
 bool IsTopLevel(DcDirRecType type);
 

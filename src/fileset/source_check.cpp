@@ -40,6 +40,17 @@ TextView ParentOf(TextView path) {
   return path.substr(0, separator == TextView::npos ? 0 : separator + 1);
 }
 
+// Whether a path is another one in its comparable form. Most differ in their last unit already.
+bool IsNamedAs(const Text& path, const Text& comparable) {
+  if (path.empty() || comparable.empty()) return false;
+  const auto upper = [](OLECHAR unit) {
+    return unit >= OLESTR('a') && unit <= OLESTR('z')
+               ? static_cast<OLECHAR>(unit - OLESTR('a') + OLESTR('A'))
+               : unit;
+  };
+  return upper(path.back()) == comparable.back() && ComparablePath(path) == comparable;
+}
+
 // Whether two paths lead to one name and not to two names of one file.
 bool IsSameName(const Text& a, const Text& b, CFileUtil& files) {
   const Text fullA = AbsolutePath(a);
@@ -66,6 +77,8 @@ bool SourceCheck::Run(const std::vector<PlannedObject>& objects) {
   bytesToCopy_ = 0;
   seen_.clear();
   seen_.reserve(objects.size());
+  renamable_.clear();
+  renamable_.reserve(objects.size());
   for (const PlannedObject& object : objects) {
     if (!CheckOne(object)) return false;
   }
@@ -80,10 +93,17 @@ bool SourceCheck::CheckOutside(const std::vector<PlannedObject>& objects) {
   FileIdentities existing;
   AddIdentity(dicomDir_, files_, existing);
   AddIdentitiesBelow(objectDirectory_, files_, existing);
+  TextView parent;
+  bool isParentInside = false;
   for (const PlannedObject& object : objects) {
-    const Text path = ComparablePath(object.source);
+    // Of files that lie side by side the directory is compared once.
+    if (const TextView next = ParentOf(object.source); parent.empty() || next != parent) {
+      parent = next;
+      isParentInside =
+          IsAtOrBelow(ComparablePath(parent.empty() ? object.source : Text(parent)), inside);
+    }
     FileIdentity identity;
-    if (IsAtOrBelow(path, inside) || path == directory ||
+    if (isParentInside || IsNamedAs(object.source, directory) || IsNamedAs(object.source, inside) ||
         (!existing.empty() && files_.GetFileIdentity(object.source, identity) &&
          existing.contains(identity))) {
       return errors_.Fail(kMsgSourceInsideFileSet, {object.source});
@@ -92,18 +112,36 @@ bool SourceCheck::CheckOutside(const std::vector<PlannedObject>& objects) {
   return true;
 }
 
+bool SourceCheck::IsSeenAgain(const PlannedObject& object, FileFacts& facts, DWORD& attributes) {
+  if (!object.facts || object.facts->identity.volume != root_.volume) return false;
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (!files_.GetFileAttributes(object.source, data) || data.dwFileAttributes == 0) return false;
+  constexpr DWORD kOthers =
+      FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE | FILE_ATTRIBUTE_REPARSE_POINT;
+  if ((data.dwFileAttributes & kOthers) != 0 || !(StampOf(data) == object.facts->stamp)) {
+    return false;
+  }
+  facts = *object.facts;
+  attributes = data.dwFileAttributes;
+  return true;
+}
+
 bool SourceCheck::CheckOne(const PlannedObject& object) {
   // That a file can be taken away is a matter of its directory, which is asked once.
   const TextView parent = ParentOf(object.source);
   const bool isNewParent = parent != lastParent_;
   FileFacts facts;
-  if (!files_.ProbeFile(object.source, /*forMoving=*/isNewParent, facts)) {
-    return errors_.FailAs(files_);
+  DWORD attributes = 0;
+  if (isNewParent || !IsSeenAgain(object, facts, attributes)) {
+    if (!files_.ProbeFile(object.source, /*forMoving=*/isNewParent, facts)) {
+      return errors_.FailAs(files_);
+    }
+    if (object.facts && !(object.facts->stamp == facts.stamp)) {
+      return errors_.Fail(kMsgSourceChanged, {object.source});
+    }
   }
   if (isNewParent) lastParent_ = parent;
-  if (object.stamp && !(*object.stamp == facts.stamp)) {
-    return errors_.Fail(kMsgSourceChanged, {object.source});
-  }
+  renamable_.push_back(attributes);
   // The second move would find nothing.
   if (IsSecond(object.source, facts)) return errors_.Fail(kMsgPathNotFound, {object.source});
   if (facts.isLink || facts.identity.volume != root_.volume) {

@@ -22,6 +22,9 @@ class SourceCheck {
   // Only the rule about the file set's own place.
   [[nodiscard]] bool CheckOutside(const std::vector<PlannedObject>& objects);
   [[nodiscard]] std::uint64_t BytesToCopy() const { return bytesToCopy_; }
+  // After Run, for each object: the attributes of a file on the root's volume that is no link, else
+  // 0.
+  [[nodiscard]] const std::vector<DWORD>& Renamable() const { return renamable_; }
 
  private:
   struct Seen {
@@ -36,6 +39,9 @@ class SourceCheck {
   };
 
   [[nodiscard]] bool CheckOne(const PlannedObject& object);
+  // True when the file is the one that was read, and there is nothing to open it for; facts are
+  // told then.
+  [[nodiscard]] bool IsSeenAgain(const PlannedObject& object, FileFacts& facts, DWORD& attributes);
   [[nodiscard]] bool IsSecond(const Text& path, const FileFacts& facts);
 
   CFileUtil& files_;
@@ -46,6 +52,7 @@ class SourceCheck {
   std::unordered_map<FileIdentity, Seen, IdentityHash> seen_;
   Text lastParent_;
   std::uint64_t bytesToCopy_ = 0;
+  std::vector<DWORD> renamable_;
 };
 
 }  // namespace quillon

@@ -1,5 +1,8 @@
 #include "foundation/file_util.h"
 
+#include <algorithm>
+#include <bitset>
+
 #include "path_parts.h"
 
 namespace quillon {
@@ -11,6 +14,8 @@ constexpr TextView kTempSubdirectoryName = OLESTR("QUILLON");
 
 // Where the separators of a directory part stand as no path has them; npos when all is well.
 std::size_t FindBadSeparators(TextView drive, TextView directory) {
+  const auto isPair = [](OLECHAR a, OLECHAR b) { return IsPathSeparator(a) && IsPathSeparator(b); };
+  if (std::ranges::adjacent_find(directory, isPair) == directory.end()) return TextView::npos;
   constexpr TextView kDoubled[] = {OLESTR("\\\\"), OLESTR("//")};
   constexpr TextView kTripled[] = {OLESTR("\\\\\\"), OLESTR("///")};
   for (std::size_t kind = 0; kind < std::size(kDoubled); ++kind) {
@@ -21,6 +26,14 @@ std::size_t FindBadSeparators(TextView drive, TextView directory) {
   }
   const std::size_t at = directory.find(OLESTR("\\/"));
   return at != TextView::npos ? at : directory.find(OLESTR("/\\"));
+}
+
+// Whether any of the characters, all of them ASCII, is in the text.
+bool HasAnyOf(TextView text, TextView characters) {
+  std::bitset<128> wanted;
+  for (const OLECHAR character : characters) wanted.set(character);
+  return std::ranges::any_of(
+      text, [&wanted](OLECHAR unit) { return unit < wanted.size() && wanted[unit]; });
 }
 
 std::uint64_t SizeOf(const WIN32_FILE_ATTRIBUTE_DATA& data) {
@@ -60,14 +73,14 @@ bool CFileUtil::ValidatePath(TextView path) {
   }
   if (!CheckDirectoryPart(parts.drive, parts.directory)) return false;
   if (!ValidateName(parts.fileName)) return false;
-  if (parts.extension.find_first_of(extensionInvalidChars_) != TextView::npos) {
+  if (HasAnyOf(parts.extension, extensionInvalidChars_)) {
     return Fail(kMsgExtensionCharacters, {parts.extension, extensionInvalidChars_});
   }
   return true;
 }
 
 bool CFileUtil::CheckDirectoryPart(TextView drive, TextView directory) {
-  if (directory.find_first_of(directoryInvalidChars_) != TextView::npos) {
+  if (HasAnyOf(directory, directoryInvalidChars_)) {
     return Fail(kMsgDirectoryCharacters, {directory, directoryInvalidChars_});
   }
   const std::size_t at = FindBadSeparators(drive, directory);
@@ -78,7 +91,7 @@ bool CFileUtil::CheckDirectoryPart(TextView drive, TextView directory) {
 }
 
 bool CFileUtil::ValidateName(TextView name) {
-  if (name.find_first_of(fileNameInvalidChars_) == TextView::npos) return true;
+  if (!HasAnyOf(name, fileNameInvalidChars_)) return true;
   return Fail(kMsgFilenameCharacters, {name, fileNameInvalidChars_});
 }
 

@@ -8,6 +8,7 @@
 #include "foundation/file_system_flush.h"
 #include "foundation/file_util.h"
 #include "path_parts.h"
+#include "platform/services.h"
 #include "read_only.h"
 
 namespace quillon {
@@ -47,6 +48,12 @@ bool Rename(const Text& to, const Text& from, DWORD flags) {
   return DespiteReadOnly(to, ClearReadOnly, [&] {
     return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | flags) != FALSE;
   });
+}
+
+// The mark of a file that was moved says nothing of what it is for now, and would keep it where it
+// is. It stays when the user's own names of the file would lose it.
+void FreeOfReadOnly(const Text& path, DWORD attributes) {
+  if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) ClearReadOnlyOfSoleName(path);
 }
 
 bool SeekToEnd(HANDLE file) {
@@ -147,12 +154,18 @@ bool CFileUtil::MoveFile(TextView dst, TextView src) {
   // Nobody waits for the disk here: after a power cut the file is whole under one name or the
   // other.
   if (!isLink && Rename(to, from, /*flags=*/0)) {
-    // The mark says nothing of what the file is for now, and would keep it where it is. It stays
-    // when the user's own names of the file would lose it.
-    if ((data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0) ClearReadOnlyOfSoleName(to);
+    FreeOfReadOnly(to, data.dwFileAttributes);
     return true;
   }
   return CopyAndReplace(to, from) && DeleteFile(src);
+}
+
+bool CFileUtil::MoveSeenFile(TextView dst, TextView src, DWORD attributes) {
+  const Text to(dst);
+  // What is in the way, or cannot be renamed, is looked at after all.
+  if (RenameFile(Text(src).c_str(), to.c_str()) == FALSE) return MoveFile(dst, src);
+  FreeOfReadOnly(to, attributes);
+  return true;
 }
 
 // The copy gets a name of its own first: what is written through a name that exists would change

@@ -45,12 +45,14 @@ bool DcFile::size(std::uint64_t& sizeBytes) const {
   return true;
 }
 
-bool DcFile::sizeAndTime(std::uint64_t& sizeBytes, std::uint64_t& lastWriteTime) const {
+bool DcFile::ask(DcFileStatus& status) const {
   BY_HANDLE_FILE_INFORMATION data{};
   if (GetFileInformationByHandle(handle_, &data) == 0) return false;
-  sizeBytes = (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
-  lastWriteTime = (std::uint64_t{data.ftLastWriteTime.dwHighDateTime} << 32) |
-                  data.ftLastWriteTime.dwLowDateTime;
+  const auto wide = [](DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; };
+  status = {wide(data.nFileSizeHigh, data.nFileSizeLow),
+            wide(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime),
+            data.dwVolumeSerialNumber, wide(data.nFileIndexHigh, data.nFileIndexLow),
+            data.nNumberOfLinks};
   return true;
 }
 

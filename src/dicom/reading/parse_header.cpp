@@ -10,10 +10,25 @@
 namespace quillon {
 namespace {
 
-// The VRs that can stand in a file. None when the two characters name no such VR.
-DcVr vrFromCode(const std::uint8_t* code) {
-  const DcVr vr = vrByCode(code[0], code[1]);
-  return vrRow(vr).isPseudo() ? DcVr::None : vr;
+// What the two characters of a VR say about its header, in one look: this is asked for every
+// element of every file. None when they name no VR that can stand in a file.
+struct CodedVr {
+  DcVr vr = DcVr::None;
+  bool isLong = hasLongHeader(DcVr::None);
+};
+constexpr auto kCodedVrs = [] {
+  std::array<CodedVr, kVrByCode.size()> coded{};
+  for (std::size_t i = 0; i < coded.size(); ++i) {
+    const DcVr vr = vrRow(kVrByCode[i]).isPseudo() ? DcVr::None : kVrByCode[i];
+    coded[i] = {vr, hasLongHeader(vr)};
+  }
+  return coded;
+}();
+
+CodedVr vrFromCode(const std::uint8_t* code) {
+  if (!isVrLetter(code[0]) || !isVrLetter(code[1])) return {};
+  return kCodedVrs[static_cast<std::size_t>(code[0] - 'A') * kVrCodeLetters +
+                   static_cast<std::size_t>(code[1] - 'A')];
 }
 
 // VRs that were made after the table. They, and every one still to come, have the long header.
@@ -68,8 +83,9 @@ bool utilGetElemInfo(const std::uint8_t* bytes, std::size_t available, unsigned 
     info.valueLength = load32(bytes + 4, big);
     return true;
   }
-  info.vr = vrFromCode(bytes + 4);
-  bool isLong = hasLongHeader(info.vr);
+  const CodedVr coded = vrFromCode(bytes + 4);
+  info.vr = coded.vr;
+  bool isLong = coded.isLong;
   if (info.vr == DcVr::None) {
     std::int32_t vm = 0;
     info.isVrFromDictionary = theDictionary().getElemVrVm(info.tag, info.vr, vm) == kDcOk;

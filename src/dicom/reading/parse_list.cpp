@@ -52,9 +52,11 @@ DcCode missingDelimiter(const char* function, std::uint64_t offset) {
 // One call of processElemListDM.
 class ListParser {
  public:
-  ListParser(DcElemList& list, const std::uint8_t* buffer, std::size_t length, DcUid transferSyntax,
-             unsigned flags, std::uint64_t offset, int depth)
+  // Without a list, and of what is not among the kept, nothing is built.
+  ListParser(DcElemList* list, const DcTagSet* kept, const std::uint8_t* buffer, std::size_t length,
+             DcUid transferSyntax, unsigned flags, std::uint64_t offset, int depth)
       : list_(list),
+        kept_(kept),
         buffer_(buffer),
         length_(length),
         transferSyntax_(transferSyntax),
@@ -63,13 +65,13 @@ class ListParser {
         isOpenEnd_((flags & kParseOpenEnd) != 0),
         offset_(offset),
         depth_(depth) {
-    if (list.size() > 0) highestTag_ = list.at(list.size() - 1)->tag();
+    if (list != nullptr && list->size() > 0) highestTag_ = list->at(list->size() - 1)->tag();
   }
 
   DcCode run(std::size_t& consumed) {
     const DcCode code = parseAll();
     consumed = at_;
-    if (!late_.empty()) list_.addAll(std::move(late_));
+    if (!late_.empty()) list_->addAll(std::move(late_));
     return code;
   }
 
@@ -162,20 +164,26 @@ class ListParser {
   // would cost quadratic time in a data set that is ordered backwards.
   DcElem& insert(std::unique_ptr<DcElem> element) {
     DcElem& inserted = *element;
-    if (list_.size() == 0 || inserted.tag() >= highestTag_) {
+    if (list_->size() == 0 || inserted.tag() >= highestTag_) {
       highestTag_ = inserted.tag();
-      list_.add(std::move(element));
+      list_->add(std::move(element));
     } else {
-      inserted.setStringHook(list_.stringHook());
+      inserted.setStringHook(list_->stringHook());
       late_.push_back(std::move(element));
     }
     return inserted;
   }
 
+  [[nodiscard]] bool isKept(DcTag tag) const {
+    return list_ != nullptr && (kept_ == nullptr || kept_->contains(tag));
+  }
+
   DcCode parseSequence(const ElemInfo& info, std::size_t remaining) {
-    auto made = std::make_unique<DcElemSq>(info.tag, DcVr::SQ);
-    DcElemSq& sequence = *made;
-    insert(std::move(made));
+    // A faulty icon is found by building it.
+    const bool isBuilt = isKept(info.tag) || info.tag == tags::kIconImageSequence;
+    auto made = isBuilt ? std::make_unique<DcElemSq>(info.tag, DcVr::SQ) : nullptr;
+    DcElemSq* const sequence = made.get();
+    if (isKept(info.tag)) insert(std::move(made));
     const bool isUndefined = info.valueLength == kUndefinedLength;
     at_ += info.headerBytes;
     std::size_t used = 0;
@@ -183,8 +191,8 @@ class ListParser {
         sequence, buffer_ + at_, isUndefined ? remaining : info.valueLength, syntaxOf(info),
         info.flags | (isUndefined ? kParseOpenEnd : 0U), used, position(), depth_ + 1);
     at_ += isUndefined ? used : info.valueLength;
-    for (std::size_t i = 0; i < sequence.itemCount(); ++i) {
-      if (sequence.item(i)->lostElements()) list_.noteLostElement();
+    for (std::size_t i = 0; isKept(info.tag) && i < sequence->itemCount(); ++i) {
+      if (sequence->item(i)->lostElements()) list_->noteLostElement();
     }
     return code;
   }
@@ -203,19 +211,24 @@ class ListParser {
       // Only a value of undefined length is encoded in the syntax of encapsulated pixel data.
       syntax = DcUid::ExplicitLittleEndian;
     }
+    if (isKept(info.tag)) keepValue(info, value, length, syntax);
+    at_ += info.headerBytes + length + trailer;
+    return kDcOk;
+  }
+
+  void keepValue(const ElemInfo& info, const std::uint8_t* value, std::uint32_t length,
+                 DcUid syntax) {
     DcElem& element = insert(std::make_unique<DcElem>(info.tag, nullptr, 0U, syntax, info.vr));
     const DcCode code = element.parseVal(value, length, syntax);
     if (code == kDcHookRefused || code == kDcNoMemory) drop(element);
-    if (code == kDcNoMemory) list_.noteLostElement();
-    at_ += info.headerBytes + length + trailer;
-    return kDcOk;
+    if (code == kDcNoMemory) list_->noteLostElement();
   }
 
   void drop(DcElem& element) {
     if (!late_.empty() && late_.back().get() == &element) {
       late_.pop_back();
     } else {
-      list_.remove(&element);
+      list_->remove(&element);
     }
   }
 
@@ -227,7 +240,8 @@ class ListParser {
   }
   [[nodiscard]] std::uint64_t position() const { return offset_ + at_; }
 
-  DcElemList& list_;
+  DcElemList* list_;
+  const DcTagSet* kept_;
   const std::uint8_t* buffer_;
   std::size_t length_;
   DcUid transferSyntax_;
@@ -245,15 +259,25 @@ class ListParser {
 
 }  // namespace
 
-DcCode processElemListDM(DcElemList& list, const std::uint8_t* buffer, std::size_t length,
-                         DcUid transferSyntax, unsigned flags, std::size_t& consumed,
-                         std::uint64_t offset, int depth) {
+namespace {
+
+DcCode parseElements(DcElemList* list, const DcTagSet* kept, const std::uint8_t* buffer,
+                     std::size_t length, DcUid transferSyntax, unsigned flags,
+                     std::size_t& consumed, std::uint64_t offset, int depth) {
   consumed = 0;
   if (depth > kMaxNesting) return tooDeep(kListFunction, offset);
-  return ListParser(list, buffer, length, transferSyntax, flags, offset, depth).run(consumed);
+  return ListParser(list, kept, buffer, length, transferSyntax, flags, offset, depth).run(consumed);
 }
 
-DcCode processSqValueDM(DcElemSq& sequence, const std::uint8_t* buffer, std::size_t length,
+}  // namespace
+
+DcCode processElemListDM(DcElemList& list, const std::uint8_t* buffer, std::size_t length,
+                         DcUid transferSyntax, unsigned flags, std::size_t& consumed,
+                         std::uint64_t offset, int depth, const DcTagSet* kept) {
+  return parseElements(&list, kept, buffer, length, transferSyntax, flags, consumed, offset, depth);
+}
+
+DcCode processSqValueDM(DcElemSq* sequence, const std::uint8_t* buffer, std::size_t length,
                         DcUid transferSyntax, unsigned flags, std::size_t& consumed,
                         std::uint64_t offset, int depth) {
   consumed = 0;
@@ -276,17 +300,20 @@ DcCode processSqValueDM(DcElemSq& sequence, const std::uint8_t* buffer, std::siz
     if (!isUndefined && itemLength > remaining) {
       return valueTooLong(itemLength, remaining, itemOffset);
     }
-    DcElemSqItem& item = *sequence.addItem(std::make_unique<DcElemSqItem>());
+    DcElemSqItem* const item =
+        sequence == nullptr ? nullptr : sequence->addItem(std::make_unique<DcElemSqItem>());
     std::size_t used = 0;
-    const DcCode code = processElemListDM(
-        item, buffer + consumed, isUndefined ? remaining : itemLength, transferSyntax,
+    const DcCode code = parseElements(
+        item, nullptr, buffer + consumed, isUndefined ? remaining : itemLength, transferSyntax,
         form | (isUndefined ? kParseOpenEnd : 0U), used, offset + consumed, depth);
     consumed += isUndefined ? used : itemLength;
-    item.offsetInBuffer = static_cast<std::uint32_t>(itemOffset);
-    item.lengthBytes = isUndefined ? static_cast<std::uint32_t>(used) : itemLength;
+    if (item != nullptr) {
+      item->offsetInBuffer = static_cast<std::uint32_t>(itemOffset);
+      item->lengthBytes = isUndefined ? static_cast<std::uint32_t>(used) : itemLength;
+    }
     if (code != kDcOk) return code;
-    if (sequence.tag() == tags::kIconImageSequence) {
-      if (const DcCode icon = item.processIconImage(); icon != kDcOk) return icon;
+    if (item != nullptr && sequence->tag() == tags::kIconImageSequence) {
+      if (const DcCode icon = item->processIconImage(); icon != kDcOk) return icon;
     }
   }
   return isOpenEnd ? missingDelimiter(kSequenceFunction, offset + consumed) : kDcOk;

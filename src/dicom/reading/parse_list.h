@@ -8,20 +8,22 @@
 #include "dicom/elem_list.h"
 #include "dicom/elem_sq.h"
 #include "dicom/parse_header.h"
+#include "dicom/tag_set.h"
 
 namespace quillon {
 
 // Parses the elements in `buffer` into `list`. flags: the form of the elements, with
 // kParseOpenEnd when they end at an item delimitation item. consumed: bytes read, with that item.
 // offset: where the buffer stands in the file, for messages. depth: 0 for a data set, 1 for the
-// items of its sequences.
+// items of its sequences. kept: the elements of this level that are wanted, null for all; the
+// others are stepped over, and what is wrong with their structure is found all the same.
 DcCode processElemListDM(DcElemList& list, const std::uint8_t* buffer, std::size_t length,
                          DcUid transferSyntax, unsigned flags, std::size_t& consumed,
-                         std::uint64_t offset, int depth);
+                         std::uint64_t offset, int depth, const DcTagSet* kept = nullptr);
 
-// Parses the items in `buffer` into `sequence`; kParseOpenEnd in flags when they end at a
-// sequence delimitation item. depth: that of the items.
-DcCode processSqValueDM(DcElemSq& sequence, const std::uint8_t* buffer, std::size_t length,
+// Parses the items in `buffer` into `sequence` (null: steps over them); kParseOpenEnd in flags
+// when they end at a sequence delimitation item. depth: that of the items.
+DcCode processSqValueDM(DcElemSq* sequence, const std::uint8_t* buffer, std::size_t length,
                         DcUid transferSyntax, unsigned flags, std::size_t& consumed,
                         std::uint64_t offset, int depth);
 

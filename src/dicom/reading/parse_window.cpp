@@ -48,12 +48,12 @@ bool FileWindow::Chunk::reserve(std::size_t wanted) {
 FileWindow::FileWindow(DcFile& file, bool isAtStart)
     : file_(file), filePosition_(isAtStart ? 0 : kUnknownPosition) {}
 
-bool FileWindow::measure() { return file_.sizeAndTime(size_, lastWriteTime_); }
+bool FileWindow::measure() { return file_.ask(status_); }
 
 const std::uint8_t* FileWindow::at(std::uint64_t position, std::size_t count) {
   if (const std::uint8_t* found = head_.find(position, count)) return found;
   if (const std::uint8_t* found = aside_.find(position, count)) return found;
-  if (position > size_ || count > size_ - position || count > kMaxPiece) return nullptr;
+  if (position > size() || count > size() - position || count > kMaxPiece) return nullptr;
   const std::size_t larger = std::max(kFirstChunk, head_.length * kGrowth);
   if (head_.start + larger >= position + count && larger <= kMaxHead) {
     return grow(larger) ? head_.find(position, count) : nullptr;
@@ -62,7 +62,7 @@ const std::uint8_t* FileWindow::at(std::uint64_t position, std::size_t count) {
 }
 
 bool FileWindow::grow(std::size_t wanted) {
-  const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size_));
+  const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size()));
   const std::size_t kept = head_.length;
   if (!head_.reserve(length)) {
     fault_ = kDcNoMemory;
@@ -75,7 +75,7 @@ bool FileWindow::grow(std::size_t wanted) {
 
 bool FileWindow::jump(std::uint64_t position) {
   const auto length =
-      static_cast<std::size_t>(std::min<std::uint64_t>(kFirstChunk, size_ - position));
+      static_cast<std::size_t>(std::min<std::uint64_t>(kFirstChunk, size() - position));
   aside_.length = 0;
   if (!aside_.reserve(kFirstChunk)) {
     fault_ = kDcNoMemory;

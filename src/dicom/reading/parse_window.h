@@ -23,8 +23,9 @@ class FileWindow {
   FileWindow(DcFile& file, bool isAtStart);
   // False when the size of the file cannot be obtained.
   [[nodiscard]] bool measure();
-  [[nodiscard]] std::uint64_t size() const { return size_; }
-  [[nodiscard]] std::uint64_t lastWriteTime() const { return lastWriteTime_; }
+  [[nodiscard]] std::uint64_t size() const { return status_.sizeBytes; }
+  // The file as it was measured.
+  [[nodiscard]] const DcFileStatus& status() const { return status_; }
   // Bytes [position, position + count), valid until the next call; null behind the end of the file
   // and when they cannot be had, which fault() tells.
   const std::uint8_t* at(std::uint64_t position, std::size_t count);
@@ -48,8 +49,7 @@ class FileWindow {
   [[nodiscard]] bool readAt(std::uint64_t position, std::uint8_t* to, std::size_t count);
 
   DcFile& file_;
-  std::uint64_t size_ = 0;
-  std::uint64_t lastWriteTime_ = 0;
+  DcFileStatus status_;
   std::uint64_t filePosition_;
   DcCode fault_ = kDcOk;
   Chunk head_;

@@ -90,7 +90,7 @@ std::uint64_t endOfHeader(const FileWindow& window, const PixelData& pixelData) 
 }
 
 DcCode parseDataSet(FileWindow& window, const char* fileName, const DataSetPlace& place,
-                    std::uint64_t end, DcElemList& elements) {
+                    std::uint64_t end, DcElemList& elements, const DcTagSet* kept) {
   const std::uint64_t start = std::min(place.offset, end);
   const std::uint8_t* bytes = nullptr;
   if (const DcCode code = window.load(start, end, bytes); code != kDcOk) {
@@ -98,7 +98,7 @@ DcCode parseDataSet(FileWindow& window, const char* fileName, const DataSetPlace
   }
   std::size_t consumed = 0;
   return processElemListDM(elements, bytes, static_cast<std::size_t>(end - start), place.syntax,
-                           parseFormOf(place.syntax), consumed, start, 0);
+                           parseFormOf(place.syntax), consumed, start, 0, kept);
 }
 
 void takeSopUids(const DcElemList& elements, DcFileMetaInfo& metaInfo) {
@@ -144,8 +144,7 @@ DcCode OpenedFile::open(const char* fileName, const char* function, DcFileMetaIn
   const bool isOpen = metaCode_ == kDcOk;
   if (isOpen) metaCode_ = readMetaInfo(window_, metaInfo, place_);
   if (reading != nullptr) {
-    reading->sizeBytes = window_.size();
-    reading->lastWriteTime = window_.lastWriteTime();
+    reading->file = window_.status();
     reading->hasMagic = place_.hasMagic;
     reading->metaCode = metaCode_;
     if (isOpen) reading->metaInfo = metaInfo;
@@ -156,7 +155,7 @@ DcCode OpenedFile::open(const char* fileName, const char* function, DcFileMetaIn
 
 // The whole file, or with pixelData what stands before it.
 DcCode readFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
-                DcFileReading* reading, PixelData* pixelData) try {
+                DcFileReading* reading, PixelData* pixelData, const DcTagSet* kept) try {
   if (fileName == nullptr) return nullFileName(kReadFunction);
   const DcLogFile inLog(fileName);
   OpenedFile file;
@@ -176,7 +175,7 @@ DcCode readFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elem
   }
   elements.clear();
   const std::uint64_t end = pixelData != nullptr ? endOfHeader(window, found) : window.size();
-  const DcCode code = parseDataSet(window, fileName, place, end, elements);
+  const DcCode code = parseDataSet(window, fileName, place, end, elements, kept);
   // A whole file with meta information is believed in what that leaves out.
   if (pixelData != nullptr || place.offset <= kMetaGroupAt) takeSopUids(elements, metaInfo);
   if (pixelData != nullptr) *pixelData = found;
@@ -203,14 +202,14 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
                    DcFileReading* reading) {
-  return readFile(fileName, metaInfo, elements, reading, nullptr);
+  return readFile(fileName, metaInfo, elements, reading, nullptr, nullptr);
 }
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
                    std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength,
-                   DcFileReading* reading) {
+                   DcFileReading* reading, const DcTagSet* kept) {
   PixelData pixelData;
-  const DcCode code = readFile(fileName, metaInfo, elements, reading, &pixelData);
+  const DcCode code = readFile(fileName, metaInfo, elements, reading, &pixelData, kept);
   if (pixelValueOffset != nullptr) *pixelValueOffset = pixelData.valueAt;
   if (pixelValueLength != nullptr) *pixelValueLength = pixelData.valueLength;
   return code;

@@ -1,6 +1,9 @@
 // What the handles of files and of enumerations point at.
 #pragma once
 
+#include <sys/stat.h>
+
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,6 +25,9 @@ struct FileHandle : HandleBase {
   // What the handle was opened for; the descriptor may be able to do more.
   bool mayRead = false;
   bool mayWrite = false;
+  // Of a file that was opened to be read alone: what opening saw of it, for the question that comes
+  // right behind it. Gone with that question or the first read.
+  std::optional<struct stat> seenAtOpening;
   // Directory of a file that this handle made and whose name may not be on the disk yet.
   std::string unsyncedDirectory;
 };

@@ -11,6 +11,7 @@
 
 #include "file_status.h"
 #include "open_files.h"
+#include "platform/services.h"
 #include "platform/win32/files.h"
 #include "win32/environment.h"
 #include "win32/last_error.h"
@@ -201,6 +202,15 @@ BOOL moveFile(const NativePath& from, const NativePath& to, DWORD flags) {
 }  // namespace quillon::platform
 
 using namespace quillon::platform;
+
+BOOL quillon::RenameFile(LPCWSTR fromName, LPCWSTR toName) {
+  const NativePath from = translatePath(fromName);
+  const NativePath to = translatePath(toName);
+  if (from.text.empty() || to.text.empty() || openFiles().isAnyFileOpen()) {
+    return moveFile(from, to, 0);
+  }
+  return renamePath(from, to, /*replace=*/false);
+}
 
 BOOL WINAPI GetFileAttributesExW(LPCWSTR fileName, GET_FILEEX_INFO_LEVELS level, LPVOID data) {
   return readAttributes(translatePath(fileName), level, data);

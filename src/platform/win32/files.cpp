@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <limits>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "file_handle.h"
 #include "file_status.h"
@@ -104,6 +106,7 @@ DWORD admit(FileHandle& file, const Opened& opened, const NativePath& path, DWOR
   // The kernel lets root write to a read-only file, Windows nobody.
   const bool isReadOnly = (status.st_mode & 0222) == 0;
   if (opened.existed && isReadOnly && (isWriting(access) || empties)) return ERROR_ACCESS_DENIED;
+  if (!file.mayWrite && opened.existed) file.seenAtOpening = status;
   const OpenFiles::Use use{file.mayRead, file.mayWrite, (access & DELETE) != 0, share};
   if (!openFiles().add(&file, opened.descriptor, status, use)) return ERROR_SHARING_VIOLATION;
   const bool isEmptied = !empties || !opened.existed || emptyFile(opened.descriptor, access, path);
@@ -240,8 +243,9 @@ BOOL WINAPI ReadFile(HANDLE handle, LPVOID buffer, DWORD length, LPDWORD read,
                      LPOVERLAPPED overlapped) {
   if (read == nullptr || overlapped != nullptr) return failWith(ERROR_INVALID_PARAMETER);
   *read = 0;
-  const FileHandle* file = fileOf(handle);
+  FileHandle* file = fileOf(handle);
   if (file == nullptr) return FALSE;
+  file->seenAtOpening.reset();
   if (!file->mayRead) return failWith(ERROR_ACCESS_DENIED);
   if (isBrokenRead(*file)) {
     readAndForget(*file, buffer, std::min(length, substitutes().readBreak.afterBytes));
@@ -311,11 +315,15 @@ BOOL WINAPI GetFileSizeEx(HANDLE handle, PLARGE_INTEGER size) {
 }
 
 BOOL WINAPI GetFileInformationByHandle(HANDLE handle, LPBY_HANDLE_FILE_INFORMATION information) {
-  const FileHandle* file = fileOf(handle);
+  FileHandle* file = fileOf(handle);
   if (file == nullptr) return FALSE;
   if (information == nullptr) return failWith(ERROR_INVALID_PARAMETER);
   struct stat status {};
-  if (::fstat(file->descriptor, &status) != 0) return failWithErrno(errno);
+  if (file->seenAtOpening) {
+    status = *std::exchange(file->seenAtOpening, std::nullopt);
+  } else if (::fstat(file->descriptor, &status) != 0) {
+    return failWithErrno(errno);
+  }
   *information = BY_HANDLE_FILE_INFORMATION{};
   fillData(*information, status, /*isLink=*/false);
   const auto device = static_cast<std::uint64_t>(status.st_dev);

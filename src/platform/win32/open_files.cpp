@@ -53,6 +53,11 @@ bool OpenFiles::isOpen(const struct stat& status) {
                      [&status](const Entry& entry) { return entry.isOf(status); });
 }
 
+bool OpenFiles::isAnyFileOpen() {
+  const std::lock_guard lock(mutex_);
+  return std::ranges::any_of(entries_, &Entry::isRegular);
+}
+
 bool OpenFiles::isAnythingOpenBelow(const std::string& realDirectory) {
   const std::string below = realDirectory.ends_with('/') ? realDirectory : realDirectory + '/';
   const std::lock_guard lock(mutex_);

@@ -33,6 +33,8 @@ class OpenFiles {
   // Whether a handle was opened without FILE_SHARE_DELETE, so that the file keeps its name.
   bool keepsName(const struct stat& status);
   bool isOpen(const struct stat& status);
+  // Whether any file, which is no directory, is open.
+  bool isAnyFileOpen();
   // Whether something below the directory is open, at any depth.
   bool isAnythingOpenBelow(const std::string& realDirectory);
 

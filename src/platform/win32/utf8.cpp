@@ -1,9 +1,21 @@
 #include "win32/utf8.h"
 
 #include <algorithm>
+#include <type_traits>
 
 namespace quillon::platform {
 namespace {
+
+// How many units at the start are ASCII, the same in both forms. Nearly every name is that alone.
+template <typename View>
+std::size_t asciiLength(View text) {
+  std::size_t length = 0;
+  while (length < text.size() &&
+         static_cast<std::make_unsigned_t<typename View::value_type>>(text[length]) < 0x80) {
+    ++length;
+  }
+  return length;
+}
 
 void appendUtf8(std::string& out, char32_t c) {
   const auto put = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
@@ -51,8 +63,11 @@ Utf8Character firstUtf8Character(std::string_view bytes) {
 }
 
 std::u16string wideFromNative(std::string_view bytes) {
-  std::u16string wide;
+  const std::size_t ascii = asciiLength(bytes);
+  std::u16string wide(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(ascii));
+  if (ascii == bytes.size()) return wide;
   wide.reserve(bytes.size());
+  bytes.remove_prefix(ascii);
   while (!bytes.empty()) {
     const Utf8Character c = firstUtf8Character(bytes);
     if (c.length == 0) {
@@ -69,9 +84,13 @@ std::u16string wideFromNative(std::string_view bytes) {
 }
 
 std::string nativeFromWide(std::u16string_view wide) {
-  std::string bytes;
+  const std::size_t ascii = asciiLength(wide);
+  std::string bytes(ascii, '\0');
+  std::transform(wide.begin(), wide.begin() + static_cast<std::ptrdiff_t>(ascii), bytes.begin(),
+                 [](char16_t unit) { return static_cast<char>(unit); });
+  if (ascii == wide.size()) return bytes;
   bytes.reserve(wide.size());
-  for (std::size_t i = 0; i < wide.size(); ++i) {
+  for (std::size_t i = ascii; i < wide.size(); ++i) {
     const char16_t unit = wide[i];
     if (isHighSurrogate(unit) && i + 1 < wide.size() && isLowSurrogate(wide[i + 1])) {
       ++i;

@@ -246,8 +246,8 @@ TEST_F(ReadingFiles, AReadingTellsOfTheFileItselfAndOfItsGroup0002) {
       SCOPED_TRACE(std::string(c.what) + (whole ? ", whole" : ", up to the pixel data"));
       const QuietLog quiet;
       EXPECT_EQ(whole ? readWhole(file) : readHeader(file), c.code);
-      EXPECT_EQ(reading_.sizeBytes, c.bytes.size());
-      EXPECT_EQ(reading_.lastWriteTime, kFileTime);
+      EXPECT_EQ(reading_.file.sizeBytes, c.bytes.size());
+      EXPECT_EQ(reading_.file.lastWriteTime, kFileTime);
       EXPECT_EQ(reading_.hasMagic, c.hasMagic);
       EXPECT_EQ(reading_.metaCode, c.metaCode);
       EXPECT_EQ(reading_.metaInfo.sopClassUid, c.classUid);
@@ -262,7 +262,7 @@ TEST_F(ReadingFiles, AReadingTellsOfTheFileItselfAndOfItsGroup0002) {
   // Nothing of the file before stays.
   EXPECT_EQ(readHeader((dir_ / "missing").string()), kDcStatFailed);
   EXPECT_EQ(reading_.metaCode, kDcStatFailed);
-  EXPECT_EQ(reading_.sizeBytes, 0U);
+  EXPECT_EQ(reading_.file.sizeBytes, 0U);
   EXPECT_EQ(reading_.metaInfo.sopClassUid, "");
 }
 

@@ -34,7 +34,7 @@ struct DicomFileFacts {
   std::string sopInstanceUid;
   std::string transferSyntaxUid;
   DcUid transferSyntax = DcUid::ImplicitLittleEndian;
-  FileStamp stamp;
+  FileFacts file;  // as it was when it was read
   // The object's directory record, unless it is an image's, which is made of the properties; or the
   // sentence of what a report, presentation state or key object document lacks for one.
   KeptRecord directory;

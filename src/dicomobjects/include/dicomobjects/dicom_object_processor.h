@@ -1,6 +1,8 @@
 // Reads the properties of one DICOM object.
 #pragma once
 
+#include <vector>
+
 #include <cstdint>
 #include <string_view>
 
@@ -16,6 +18,9 @@ class CDicomObjectProcessor : public CBaseItem {
 
   // Set: every missing attribute is taken as 0 or empty and the read goes on.
   void SetInstanceUidOptional(bool optional) { instanceUidOptional_ = optional; }
+
+  // What ReadProperties asks of a data set.
+  [[nodiscard]] static std::vector<DcTag> ElementsRead();
 
   // Loads the file into util (its pixel data deferred), then ReadProperties. Fails, with the path
   // in the sentence, for an empty path and a file that cannot be read.

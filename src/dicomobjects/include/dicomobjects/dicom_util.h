@@ -49,7 +49,8 @@ class CDicomUtil : public CBaseItem {
 
   // Parses the file. With deferPixelData the read stops before the pixel data and a placeholder
   // element stands for it. False: GetLastResult tells the toolkit's code, the file path is empty.
-  [[nodiscard]] bool ReadFile(TextView path, bool deferPixelData);
+  // kept (with deferPixelData alone): the elements that are wanted; null: all.
+  [[nodiscard]] bool ReadFile(TextView path, bool deferPixelData, const DcTagSet* kept = nullptr);
   [[nodiscard]] DcCode GetLastResult() const { return lastResult_; }
   void Clear();
 
@@ -110,7 +111,7 @@ class CDicomUtil : public CBaseItem {
   [[nodiscard]] bool GetDeferredPixelData(std::uint64_t& offset, std::uint32_t& lengthBytes) const;
 
  private:
-  [[nodiscard]] bool Load(TextView path, bool deferPixelData);
+  [[nodiscard]] bool Load(TextView path, bool deferPixelData, const DcTagSet* kept);
   [[nodiscard]] bool ReadFrom(const DcElemList& list, DcTag tag, DicomValue& value, bool asArray);
   [[nodiscard]] bool GetMetaValue(DcTag tag, DicomValue& value) const;
   [[nodiscard]] DcVr ValueVr(const DcElem& element) const;

@@ -14,8 +14,8 @@ namespace quillon {
 struct PlannedObject {
   Text source;  // the file that is moved
   Text fileId;  // its name in the set, below the root
-  // Of the file as it was when it was read; none when another file stands in for it.
-  std::optional<FileStamp> stamp;
+  // The file as it was when it was read; none when another file stands in for it.
+  std::optional<FileFacts> facts;
   std::uint64_t sizeBytes = 0;
 };
 

@@ -143,6 +143,9 @@ class CFileUtil : public CBaseItem {
   // failure src is whole in its place, and what dst was too (or both are whole, when only deleting
   // src failed).
   [[nodiscard]] bool MoveFile(TextView dst, TextView src);
+  // The same for a file that GetFileAttributes has just told these attributes of, on the volume of
+  // dst: it is not looked at again.
+  [[nodiscard]] bool MoveSeenFile(TextView dst, TextView src, DWORD attributes);
   // Writes lengthBytes (at least 1) to a file that is created when missing; with append behind what
   // it holds, else in its place, also when that was read-only. On the disk when it succeeds.
   [[nodiscard]] bool WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path,

@@ -7,6 +7,16 @@
 
 namespace quillon {
 
+// What an open file tells in one answer.
+struct DcFileStatus {
+  std::uint64_t sizeBytes = 0;
+  std::uint64_t lastWriteTime = 0;  // a FILETIME as one number
+  // Together they tell the file from every other.
+  std::uint32_t volume = 0;
+  std::uint64_t index = 0;
+  std::uint32_t names = 0;  // of the file
+};
+
 class DcFile {
  public:
   enum class Mode { Read, CreateNew, CreateOrTruncate, Append };
@@ -19,8 +29,7 @@ class DcFile {
   // All answer false on failure; the platform's last error tells why.
   [[nodiscard]] bool open(const char* fileName, Mode mode);
   [[nodiscard]] bool size(std::uint64_t& sizeBytes) const;
-  // The same in one question with the time of the last write, a FILETIME as one number.
-  [[nodiscard]] bool sizeAndTime(std::uint64_t& sizeBytes, std::uint64_t& lastWriteTime) const;
+  [[nodiscard]] bool ask(DcFileStatus& status) const;
   [[nodiscard]] bool seek(std::uint64_t offset);
   // readBytes is below lengthBytes only at the end of the file.
   [[nodiscard]] bool read(void* buffer, std::size_t lengthBytes, std::size_t& readBytes);

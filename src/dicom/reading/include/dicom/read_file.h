@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "dicom/elem_list.h"
+#include "dicom/file.h"
 #include "dicom/file_meta_info.h"
+#include "dicom/tag_set.h"
 #include "dicom/types.h"
 
 namespace quillon {
@@ -18,9 +20,8 @@ inline constexpr std::uint32_t kNoPixelData = 0xFFFFFFFF;
 // What a reading tells of the file itself. All of it comes from one open file and so belongs
 // together; a reading that fails tells what it had seen until then.
 struct DcFileReading {
-  std::uint64_t sizeBytes = 0;
-  std::uint64_t lastWriteTime = 0;  // a FILETIME as one number
-  bool hasMagic = false;            // "DICM" behind the preamble
+  DcFileStatus file;
+  bool hasMagic = false;  // "DICM" behind the preamble
   // What dirReadFileMetaInfo answers for the file. The meta information that dirReadFile gives is
   // this one, completed from the data set.
   DcCode metaCode = kDcOk;
@@ -39,9 +40,12 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
 // Reads only what stands before Pixel Data (7FE0,0010), however large the file is.
 // pixelValueOffset: where its value starts in the file (kNoPixelData without pixel data);
 // pixelValueLength: its length as declared, 0 without. Each, and reading, may be null.
+// kept: the elements of the data set that are wanted; null: all. The others are stepped over. The
+// answer is the one that it is for all of them. SOP Class and SOP Instance UID complete the meta
+// information when they are among them.
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
                    std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength,
-                   DcFileReading* reading = nullptr);
+                   DcFileReading* reading = nullptr, const DcTagSet* kept = nullptr);
 
 // Reads preamble and group 0002. A file of fewer than 136 bytes gives kDcOk and implicit little
 // endian; a larger one without "DICM" gives kDcNotDicom. dataSetOffset (may be null): where the

@@ -27,4 +27,12 @@ inline constexpr bool kFlushesFileSystems = true;
 BOOL FlushFileSystem(HANDLE directory);
 #endif
 
+// MoveFileEx without flags, of a file that the caller has looked at and knows to be no directory:
+// there is nothing left to ask but whether this process has it open.
+#ifdef _WIN32
+inline BOOL RenameFile(LPCWSTR from, LPCWSTR to) { return MoveFileExW(from, to, 0); }
+#else
+BOOL RenameFile(LPCWSTR from, LPCWSTR to);
+#endif
+
 }  // namespace quillon

@@ -1,0 +1,45 @@
+#include "kept_elements.h"
+
+#include <array>
+
+#include "dicom/tags.h"
+#include "dicomobjects/dicom_object_processor.h"
+#include "record_rows.h"
+
+namespace quillon {
+
+namespace {
+
+// What no record has as a key: where an object belongs, how its texts are to be read, what stands
+// in for a key that it lacks, and what tells which part of it goes into the record.
+constexpr std::array kOthers{
+    tags::kSpecificCharacterSet,
+    tags::kSopClassUid,
+    tags::kSopInstanceUid,
+    tags::kStudyDate,
+    tags::kSeriesDate,
+    tags::kAcquisitionDate,
+    tags::kContentDate,
+    tags::kStudyTime,
+    tags::kSeriesTime,
+    tags::kAcquisitionTime,
+    tags::kContentTime,
+    tags::kContentCreatorsName,
+    tags::kVerifyingObserverSequence,
+    tags::kMimeTypeOfEncapsulatedDocument,
+};
+
+}  // namespace
+
+const DcTagSet& KeptElements() {
+  static const DcTagSet elements = [] {
+    std::vector<DcTag> tags = AllRecordKeys();
+    const std::vector<DcTag> ofProperties = CDicomObjectProcessor::ElementsRead();
+    tags.insert(tags.end(), kOthers.begin(), kOthers.end());
+    tags.insert(tags.end(), ofProperties.begin(), ofProperties.end());
+    return DcTagSet(std::move(tags));
+  }();
+  return elements;
+}
+
+}  // namespace quillon
