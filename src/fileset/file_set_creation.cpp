@@ -1,5 +1,6 @@
 #include "file_set_creation.h"
 
+#include "foundation/move_batch.h"
 #include "medium_label.h"
 #include "unfinished_mark.h"
 
@@ -18,7 +19,7 @@ bool FileSetCreation::Run() {
   if (!WriteUnfinishedMark(root, plan_.Planned().objects, plan_.Options().sourcesStay, files_)) {
     return FailAs(files_);
   }
-  const bool isDone = PrepareRoot() && MoveObjects() && WriteDicomDir() &&
+  const bool isDone = PrepareRoot() && MoveObjects() && FlushCopies() && WriteDicomDir() &&
                       (plan_.Content().Copy() || FailAs(plan_.Content())) && WriteLabel();
   if (isDone || !hasMoved_) {
     const bool isRemoved = RemoveUnfinishedMark(root, files_);
@@ -55,6 +56,7 @@ bool FileSetCreation::CheckWritable() {
 }
 
 bool FileSetCreation::MoveObjects() {
+  MoveBatch batch(plan_.Places().rootDirectory);
   CopyReport report(files_, progress_, plan_.Planned().bytes);
   std::uint64_t doneBytes = 0;
   const std::vector<PlannedObject>& objects = plan_.Planned().objects;
@@ -62,8 +64,8 @@ bool FileSetCreation::MoveObjects() {
     const PlannedObject& object = objects[i];
     const Text path = plan_.RootDirectory() + object.fileId;
     const DWORD attributes = plan_.RenamableAs(i);
-    if (!(attributes != 0 ? files_.MoveSeenFile(path, object.source, attributes)
-                          : files_.MoveFile(path, object.source))) {
+    if (!(attributes != 0 ? files_.MoveSeenFile(path, object.source, attributes, batch)
+                          : files_.MoveFile(path, object.source, batch))) {
       FailAs(files_);
       // It may be whole in the file set when only its source could not be removed.
       hasMoved_ = hasMoved_ || files_.PathExists(path);
@@ -72,7 +74,15 @@ bool FileSetCreation::MoveObjects() {
     hasMoved_ = true;
     report.SetDone(doneBytes += object.sizeBytes);
   }
-  return true;
+  return files_.FinishMoves(batch) || FailAs(files_);
+}
+
+// Nobody has waited yet for copies that were handed over. Who made them may delete their sources
+// when there is a file set, so they are on the disk before there is a DICOMDIR.
+bool FileSetCreation::FlushCopies() {
+  if (!plan_.Options().sourcesStay) return true;
+  FileSystemFlush flush(plan_.Places().rootDirectory);
+  return files_.FlushAll(flush) || FailAs(files_);
 }
 
 bool FileSetCreation::WriteDicomDir() {

@@ -29,6 +29,7 @@ class FileSetCreation : public CBaseItem {
   [[nodiscard]] bool PrepareRoot();
   [[nodiscard]] bool CheckWritable();
   [[nodiscard]] bool MoveObjects();
+  [[nodiscard]] bool FlushCopies();
   [[nodiscard]] bool WriteDicomDir();
   [[nodiscard]] bool WriteLabel();
 

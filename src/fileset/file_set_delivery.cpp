@@ -84,16 +84,15 @@ bool FileSetDelivery::CheckTarget() {
 bool FileSetDelivery::CheckRoom() {
   const WorkingDirectoryScope workingDirectory;
   std::uint64_t freeBytes = 0;
-  std::uint64_t needed = 0;
   // Whatever cannot be found out here is for the copy to tell.
   if (!files_.GetFreeBytes(ExistingPart(target_, files_), freeBytes) ||
       !files_.ChangeDirectory(source_) ||
-      !files_.GetDirectorySize(needed, source_, kEveryFile, /*recurse=*/true)) {
+      !files_.GetDirectorySize(sizeBytes_, source_, kEveryFile, /*recurse=*/true)) {
     return true;
   }
-  return needed <= freeBytes ||
+  return sizeBytes_ <= freeBytes ||
          errors_.Fail(kMsgNotEnoughRoom, {target_, NumberText(static_cast<long long>(freeBytes)),
-                                          NumberText(static_cast<long long>(needed))});
+                                          NumberText(static_cast<long long>(sizeBytes_))});
 }
 
 // The DICOMDIR comes last, whole or not at all, and an old one goes first: a copy that breaks off,
@@ -110,12 +109,11 @@ bool FileSetDelivery::CopyToTarget() {
                            JoinBelow(to, kDicomDirName, errors_) && files_.PathExists(from);
   if (hasDicomDir && files_.PathExists(to) && !files_.DeleteFile(to)) return errors_.FailAs(files_);
   if (!files_.ChangeDirectory(source_)) return errors_.FailAs(files_);
-  std::uint64_t totalBytes = 0;
   // What keeps it from being measured is for the copy to tell.
-  if (options_.progress) {
-    static_cast<void>(files_.GetDirectorySize(totalBytes, source_, kEveryFile, /*recurse=*/true));
+  if (options_.progress && sizeBytes_ == 0) {
+    static_cast<void>(files_.GetDirectorySize(sizeBytes_, source_, kEveryFile, /*recurse=*/true));
   }
-  const CopyReport report(files_, options_.progress, totalBytes);
+  const CopyReport report(files_, options_.progress, sizeBytes_);
   return (files_.ChangeDirectory(source_) &&
           files_.CopyDirectory(target_, source_, kEveryFile, /*recurse=*/true,
                                hasDicomDir ? TextView(kDicomDirName) : TextView()) &&

@@ -46,6 +46,7 @@ class FileSetDelivery {
   CBaseItem& errors_;
   Text source_;  // both absolute
   Text target_;
+  std::uint64_t sizeBytes_ = 0;  // of the source, once it is measured
 };
 
 // False, with a sentence, where the platform is too old to record.

@@ -5,8 +5,9 @@
 
 namespace quillon {
 
-// Both leave the platform's last error when they answer false.
+// All leave the platform's last error when they answer false.
 bool ReadIdentity(HANDLE file, FileIdentity& identity);
 bool ReadIdentity(const Text& path, FileIdentity& identity);
+bool ReadFacts(HANDLE file, FileIdentity& identity, FileStamp& stamp);
 
 }  // namespace quillon

@@ -5,7 +5,6 @@
 
 #include "file_identity.h"
 #include "foundation/file_handle.h"
-#include "foundation/file_system_flush.h"
 #include "foundation/file_util.h"
 #include "path_parts.h"
 #include "platform/services.h"
@@ -85,7 +84,10 @@ bool CFileUtil::CopyFile(TextView dst, TextView src, bool append) {
   if (!ValidatePath(src)) return Fail(kMsgSourceFilenameInvalid);
   if (!ValidatePath(dst)) return Fail(kMsgDestinationFilenameInvalid);
   std::uint64_t sizeBytes = 0;
-  if (!GetFileSize64(src, sizeBytes)) return false;
+  return GetFileSize64(src, sizeBytes) && CopySized(dst, src, sizeBytes, append);
+}
+
+bool CFileUtil::CopySized(TextView dst, TextView src, std::uint64_t sizeBytes, bool append) {
   const Text fromName(src);
   const Text toName(dst);
   FileHandle from(OpenToRead(fromName));
@@ -93,48 +95,38 @@ bool CFileUtil::CopyFile(TextView dst, TextView src, bool append) {
   // Opening dst empties it; while src is open without sharing, that fails for another name of src.
   FileHandle to(OpenToWrite(toName, CREATE_ALWAYS));
   if (!to.IsOpen()) return FailAt(dst, kMsgCannotOpenFile, {dst});
-  return CopyOpened(to, from, append, toName, fromName);
+  return CopyOpened(to, from, sizeBytes, append, toName, fromName);
 }
 
 // Closes both, so that the copy is whole when this succeeds.
-bool CFileUtil::CopyOpened(FileHandle& to, FileHandle& from, bool append, const Text& dst,
-                           const Text& src) {
-  if (!CopyStream(to.Get(), from.Get(), append, dst, src)) return false;
+bool CFileUtil::CopyOpened(FileHandle& to, FileHandle& from, std::uint64_t sizeBytes, bool append,
+                           const Text& dst, const Text& src) {
+  if (!CopyStream(to.Get(), from.Get(), sizeBytes, append, dst, src)) return false;
   if (!to.Close()) return FailAt(dst, kMsgCannotCloseFile, {dst});
   if (!from.Close()) return FailAt(src, kMsgCannotCloseFile, {src});
   return true;
 }
 
-bool CFileUtil::CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstName,
-                           const Text& srcName) {
+bool CFileUtil::CopyStream(HANDLE dst, HANDLE src, std::uint64_t sizeBytes, bool append,
+                           const Text& dstName, const Text& srcName) {
   if (IsMissing(src)) return Fail(kMsgSourceStreamInvalid);
   if (IsMissing(dst)) return Fail(kMsgDestinationStreamInvalid);
   if (append && !SeekToEnd(dst)) return FailAt(dstName, kMsgCannotAppendToStream, {});
   const std::unique_ptr<std::uint8_t[]> chunk(new (std::nothrow) std::uint8_t[kChunkBytes]);
   if (chunk == nullptr) return Fail(kMsgNoStorageForFileCopy);
+  // What the system does not copy is read and written: all of it, the rest, or nothing.
+  CopyInSystem(dst, src, sizeBytes);
   for (;;) {
     DWORD readBytes = 0;
     if (ReadFile(src, chunk.get(), kChunkBytes, &readBytes, nullptr) == FALSE) {
       return FailAt(srcName, kMsgCannotReadStream, {});
     }
     if (!WriteAll(dst, chunk.get(), readBytes)) return FailAt(dstName, kMsgCannotWriteStream, {});
-    if (copyProgress_) copyProgress_(readBytes);
+    if (copyProgress_ && readBytes != 0) copyProgress_(readBytes);
     unflushedBytes_ += readBytes;
     if (readBytes < kChunkBytes) break;
   }
   return FlushCopy(dst, dstName);
-}
-
-bool CFileUtil::FlushCopy(HANDLE dst, const Text& dstName) {
-  // A file in the target can be a link to one that lies elsewhere.
-  if (flush_ != nullptr && flush_->Covers(dst)) return true;
-  return FlushFileBuffers(dst) != FALSE || FailAt(dstName, kMsgCannotFlushStream, {});
-}
-
-bool CFileUtil::FlushAll(FileSystemFlush& flush) {
-  unflushedBytes_ = 0;
-  return !flush.IsPossible() || flush.Flush() ||
-         FailAt(flush.Directory(), kMsgCannotFlushStream, {});
 }
 
 bool CFileUtil::MoveFile(TextView dst, TextView src) {
@@ -157,23 +149,27 @@ bool CFileUtil::MoveFile(TextView dst, TextView src) {
     FreeOfReadOnly(to, data.dwFileAttributes);
     return true;
   }
-  return CopyAndReplace(to, from) && DeleteFile(src);
+  // A link stands for a file that may be moved before the batch is finished.
+  if (batch_ != nullptr && !isLink) return CopyToBatch(to, from);
+  FileStamp stamp;
+  bool isOnDisk = false;
+  return CopyAndReplace(to, from, stamp, isOnDisk) && DeleteFile(src);
 }
 
-bool CFileUtil::MoveSeenFile(TextView dst, TextView src, DWORD attributes) {
+bool CFileUtil::MoveSeenFile(TextView dst, TextView src, DWORD attributes, MoveBatch& batch) {
   const Text to(dst);
   // What is in the way, or cannot be renamed, is looked at after all.
-  if (RenameFile(Text(src).c_str(), to.c_str()) == FALSE) return MoveFile(dst, src);
+  if (RenameFile(Text(src).c_str(), to.c_str()) == FALSE) return MoveFile(dst, src, batch);
   FreeOfReadOnly(to, attributes);
   return true;
 }
 
 // The copy gets a name of its own first: what is written through a name that exists would change
 // every other name of that file, and what a link leads to.
-bool CFileUtil::CopyAndReplace(const Text& dst, const Text& src) {
+bool CFileUtil::CopyAndReplace(const Text& dst, const Text& src, FileStamp& stamp, bool& isOnDisk) {
   FileHandle from(OpenToRead(src));
   FileIdentity source;
-  if (!from.IsOpen() || !ReadIdentity(from.Get(), source)) {
+  if (!from.IsOpen() || !ReadFacts(from.Get(), source, stamp)) {
     return FailAt(src, kMsgCannotOpenFile, {src});
   }
   // Then deleting src, by whatever other name, would delete the copy.
@@ -183,8 +179,9 @@ bool CFileUtil::CopyAndReplace(const Text& dst, const Text& src) {
   Text copy;
   FileHandle to(OpenBeside(dst, copy));
   if (!to.IsOpen()) return FailAt(dst, kMsgCannotOpenFile, {dst});
-  bool done = CopyOpened(to, from, /*append=*/false, dst, src);
-  if (done && !Rename(dst, copy, MOVEFILE_WRITE_THROUGH)) {
+  isOnDisk = !IsFlushedLater(to.Get());
+  bool done = CopyOpened(to, from, stamp.sizeBytes, /*append=*/false, dst, src);
+  if (done && !Rename(dst, copy, isOnDisk ? MOVEFILE_WRITE_THROUGH : 0)) {
     done = FailAt(dst, kMsgCannotOpenFile, {dst});
   }
   if (done) return true;

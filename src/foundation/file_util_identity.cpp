@@ -6,12 +6,18 @@
 
 namespace quillon {
 
-bool ReadIdentity(HANDLE file, FileIdentity& identity) {
+bool ReadFacts(HANDLE file, FileIdentity& identity, FileStamp& stamp) {
   BY_HANDLE_FILE_INFORMATION data{};
   if (GetFileInformationByHandle(file, &data) == FALSE) return false;
   identity.volume = data.dwVolumeSerialNumber;
   identity.index = (std::uint64_t{data.nFileIndexHigh} << 32) | data.nFileIndexLow;
+  stamp = StampOf(data);
   return true;
+}
+
+bool ReadIdentity(HANDLE file, FileIdentity& identity) {
+  FileStamp stamp;
+  return ReadFacts(file, identity, stamp);
 }
 
 bool ReadIdentity(const Text& path, FileIdentity& identity) {

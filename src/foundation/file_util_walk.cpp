@@ -73,7 +73,7 @@ bool CFileUtil::WalkEntries(TextView dst, TextView src, TextView fileSpec, WalkM
     const Text destination = mode == WalkMode::Copy ? JoinPath(dst, entry.cFileName) : Text();
     const bool done = IsDirectory(entry)
                           ? WalkDirectory(entry.cFileName, destination, source, fileSpec, mode)
-                          : WalkFile(destination, source, mode);
+                          : WalkFile(entry, destination, source, mode);
     if (!done) return false;
   } while (found.Next());
   return !found.EndedEarly() || FailAt(src, kMsgFileSpecificationInvalid, {fileSpec});
@@ -88,11 +88,12 @@ bool CFileUtil::WalkDirectory(TextView name, const Text& dst, const Text& src, T
   return mode != WalkMode::Delete || DeleteDirectoryTree(name, /*recurse=*/true);
 }
 
-bool CFileUtil::WalkFile(const Text& dst, const Text& src, WalkMode mode) {
+bool CFileUtil::WalkFile(const WIN32_FIND_DATAW& entry, const Text& dst, const Text& src,
+                         WalkMode mode) {
   switch (mode) {
     case WalkMode::Copy:
       // In parts, so that who watches the bytes is not left waiting for all of them at the end.
-      return CopyFile(dst, src, /*append=*/false) &&
+      return CopyEntry(entry, dst, src) &&
              (flush_ == nullptr || unflushedBytes_ < kBytesPerFlush || FlushAll(*flush_));
     case WalkMode::Delete:
       return DeleteFile(src);
@@ -108,6 +109,15 @@ bool CFileUtil::WalkFile(const Text& dst, const Text& src, WalkMode mode) {
   byteTotal64_ += sizeBytes;
   byteTotal_ += static_cast<std::uint32_t>(sizeBytes);
   return true;
+}
+
+// The listing has told of a plain file what CopyFile would ask for once more.
+bool CFileUtil::CopyEntry(const WIN32_FIND_DATAW& entry, const Text& dst, const Text& src) {
+  const std::uint64_t sizeBytes = std::uint64_t{entry.nFileSizeHigh} << 32 | entry.nFileSizeLow;
+  if (quillon::IsLink(entry) || sizeBytes == 0) return CopyFile(dst, src, /*append=*/false);
+  if (!ValidatePath(src)) return Fail(kMsgSourceFilenameInvalid);
+  if (!ValidatePath(dst)) return Fail(kMsgDestinationFilenameInvalid);
+  return CopySized(dst, src, sizeBytes, /*append=*/false);
 }
 
 }  // namespace quillon

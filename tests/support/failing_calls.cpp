@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <initializer_list>
 #include <string_view>
 #include <vector>
 
@@ -27,6 +28,12 @@ std::string_view directoryOf(std::string_view path) {
 bool fails(Call call) {
   return std::any_of(living().begin(), living().end(),
                      [call](FailingCall* one) { return one->strikes(call); });
+}
+
+bool isAnyOf(std::initializer_list<Call> kinds) {
+  return std::any_of(living().begin(), living().end(), [&kinds](FailingCall* one) {
+    return std::find(kinds.begin(), kinds.end(), one->kind()) != kinds.end();
+  });
 }
 
 }  // namespace
@@ -51,6 +58,7 @@ bool FailingCall::strikes(Call call) {
 using quillon::test::Call;
 using quillon::test::directoryOf;
 using quillon::test::fails;
+using quillon::test::isAnyOf;
 
 // The C library's own, as the linker finds them first in the program.
 extern "C" {
@@ -73,6 +81,16 @@ ssize_t read(int fd, void* buffer, size_t count) {
 
 ssize_t write(int fd, const void* buffer, size_t count) {
   return fails(Call::Write) ? -1 : ::syscall(SYS_write, fd, buffer, count);
+}
+
+ssize_t copy_file_range(int from, off64_t* fromAt, int to, off64_t* toAt, size_t count,
+                        unsigned int flags) {
+  if (fails(Call::CopyRange)) return -1;
+  if (isAnyOf({Call::Read, Call::Write})) {
+    errno = EOPNOTSUPP;
+    return -1;
+  }
+  return ::syscall(SYS_copy_file_range, from, fromAt, to, toAt, count, flags);
 }
 
 off_t lseek(int fd, off_t offset, int origin) noexcept {

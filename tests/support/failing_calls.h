@@ -8,6 +8,7 @@ enum class Call {
   Open,
   Read,
   Write,
+  CopyRange,  // bytes from file to file; cannot be done at all where reads or writes are to fail
   Seek,
   Sync,
   Close,
@@ -31,6 +32,7 @@ class FailingCall {
   [[nodiscard]] bool happened() const { return happened_; }
   // For the calls themselves.
   bool strikes(Call call);
+  [[nodiscard]] Call kind() const { return call_; }
 
  private:
   Call call_;

@@ -34,7 +34,9 @@ struct FileStamp {
   bool operator==(const FileStamp&) const = default;
 };
 
-inline FileStamp StampOf(const WIN32_FILE_ATTRIBUTE_DATA& data) {
+// Of a file's attributes or of an open file's information.
+template <typename Data>
+FileStamp StampOf(const Data& data) {
   return {std::uint64_t{data.nFileSizeHigh} << 32 | data.nFileSizeLow,
           std::uint64_t{data.ftLastWriteTime.dwHighDateTime} << 32 |
               data.ftLastWriteTime.dwLowDateTime};
@@ -51,6 +53,7 @@ struct FileFacts {
 
 class FileHandle;
 class FileSystemFlush;
+class MoveBatch;
 
 class CFileUtil : public CBaseItem {
  public:
@@ -143,9 +146,18 @@ class CFileUtil : public CBaseItem {
   // failure src is whole in its place, and what dst was too (or both are whole, when only deleting
   // src failed).
   [[nodiscard]] bool MoveFile(TextView dst, TextView src);
+  // The same for one of many files. Where src has to be copied and one flush reaches the copy, src
+  // stays for FinishMoves to delete. That is called here when the batch is full, whose failure is
+  // then this one's, and when this file's move fails, which stays the failure that is told.
+  [[nodiscard]] bool MoveFile(TextView dst, TextView src, MoveBatch& batch);
+  // Brings the copies of the batch to the disk and then deletes their sources. Every source is in
+  // its place when the flush fails. One that has changed since it was copied stays, with "The file
+  // ... has changed since it was added."; it and those behind it, which stay too, have copies. So
+  // do all when the batch ends without this.
+  [[nodiscard]] bool FinishMoves(MoveBatch& batch);
   // The same for a file that GetFileAttributes has just told these attributes of, on the volume of
   // dst: it is not looked at again.
-  [[nodiscard]] bool MoveSeenFile(TextView dst, TextView src, DWORD attributes);
+  [[nodiscard]] bool MoveSeenFile(TextView dst, TextView src, DWORD attributes, MoveBatch& batch);
   // Writes lengthBytes (at least 1) to a file that is created when missing; with append behind what
   // it holds, else in its place, also when that was read-only. On the disk when it succeeds.
   [[nodiscard]] bool WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path,
@@ -188,7 +200,9 @@ class CFileUtil : public CBaseItem {
                                  bool recurse, TextView leaveOut);
   [[nodiscard]] bool WalkDirectory(TextView name, const Text& dst, const Text& src,
                                    TextView fileSpec, WalkMode mode);
-  [[nodiscard]] bool WalkFile(const Text& dst, const Text& src, WalkMode mode);
+  [[nodiscard]] bool WalkFile(const WIN32_FIND_DATAW& entry, const Text& dst, const Text& src,
+                              WalkMode mode);
+  [[nodiscard]] bool CopyEntry(const WIN32_FIND_DATAW& entry, const Text& dst, const Text& src);
 
   [[nodiscard]] bool CheckDirectoryPart(TextView drive, TextView directory);
   [[nodiscard]] bool QueryAttributes(const Text& path, WIN32_FILE_ATTRIBUTE_DATA& data);
@@ -203,19 +217,29 @@ class CFileUtil : public CBaseItem {
   bool FailAt(TextView path, DWORD code, UINT id, std::initializer_list<TextArg> args);
   void ForgetFailure();
 
-  [[nodiscard]] bool CopyAndReplace(const Text& dst, const Text& src);
-  [[nodiscard]] bool CopyOpened(FileHandle& to, FileHandle& from, bool append, const Text& dst,
-                                const Text& src);
-  [[nodiscard]] bool CopyStream(HANDLE dst, HANDLE src, bool append, const Text& dstName,
-                                const Text& srcName);
+  // stamp gets that of what was copied; isOnDisk, whether the copy is, with its name.
+  [[nodiscard]] bool CopyAndReplace(const Text& dst, const Text& src, FileStamp& stamp,
+                                    bool& isOnDisk);
+  [[nodiscard]] bool CopyToBatch(const Text& dst, const Text& src);
+  // For a source of which the caller knows that it is a file, and about how large.
+  [[nodiscard]] bool CopySized(TextView dst, TextView src, std::uint64_t sizeBytes, bool append);
+  [[nodiscard]] bool CopyOpened(FileHandle& to, FileHandle& from, std::uint64_t sizeBytes,
+                                bool append, const Text& dst, const Text& src);
+  [[nodiscard]] bool CopyStream(HANDLE dst, HANDLE src, std::uint64_t sizeBytes, bool append,
+                                const Text& dstName, const Text& srcName);
+  // As much as the system itself copies of a file that is about so large.
+  void CopyInSystem(HANDLE dst, HANDLE src, std::uint64_t sizeBytes);
   [[nodiscard]] bool WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t lengthBytes,
                                  TextView path);
 
+  // Whether the bytes of a file come to the disk with those of others.
+  [[nodiscard]] bool IsFlushedLater(HANDLE file) const;
   // Answers whether the bytes of a file that was copied are on the disk, or will be with others.
   [[nodiscard]] bool FlushCopy(HANDLE dst, const Text& dstName);
 
   bool acceptEmptyFiles_ = false;
-  FileSystemFlush* flush_ = nullptr;  // while a directory is copied
+  FileSystemFlush* flush_ = nullptr;  // while a directory or a file of a batch is copied
+  MoveBatch* batch_ = nullptr;        // while a file of it is moved
   std::uint64_t unflushedBytes_ = 0;
   std::function<void(std::uint64_t bytes)> copyProgress_;
   Text failedPath_;

@@ -35,4 +35,15 @@ inline BOOL RenameFile(LPCWSTR from, LPCWSTR to) { return MoveFileExW(from, to, 
 BOOL RenameFile(LPCWSTR from, LPCWSTR to);
 #endif
 
+// Copies bytes, at most so many, from where one open file stands to where another one does, inside
+// the system: the two may share them on the disk afterwards until either is written to. Both then
+// stand behind what was copied. 0 bytes at the end of the source, and from files whose size the
+// system does not know. FALSE, with the last error, where it cannot be done (on Windows never can):
+// then nothing is copied, and reading and writing may do it, or tell which of the two fails.
+#ifdef _WIN32
+inline BOOL CopyFileBytes(HANDLE, HANDLE, DWORD, LPDWORD) { return FALSE; }
+#else
+BOOL CopyFileBytes(HANDLE target, HANDLE source, DWORD length, LPDWORD copied);
+#endif
+
 }  // namespace quillon
