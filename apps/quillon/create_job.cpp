@@ -288,10 +288,16 @@ class CreateJob {
                               " where they cannot share that with them.");
   }
 
-  // The old file set goes away only when everything for the new one is there.
+  // The old file set goes away only when everything for the new one is there, after a power cut
+  // too.
   bool layOut(Staging& staging) {
     if (!copySources(staging)) return false;
-    return !isWiping_ || !job_.clearRoot(staging.name()).failed() ||
+    if (!isWiping_) return true;
+    const Outcome flushed = staging.flush();
+    if (flushed.failed()) {
+      return fail("Cannot replace the file set in " + result_.root + ": " + flushed.text());
+    }
+    return !job_.clearRoot(staging.name()).failed() ||
            fail("The root directory " + result_.root + " cannot be wiped.");
   }
 

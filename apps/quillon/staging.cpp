@@ -135,6 +135,7 @@ Outcome Staging::copyIn(const std::string& source, std::string& copy) {
   }
   if (!S_ISREG(status.st_mode)) return "it is not a regular file.";
   FileHandle to(::open(copy.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  hasCopied_ = true;
   if (to.get() < 0 || !copyFile(from.get(), to.get()) || !to.close()) {
     std::string why = "it cannot be copied to " + directory_.path() + ": ";
     why.append(std::strerror(errno)).append(".");
@@ -165,15 +166,22 @@ bool Staging::copyFile(int source, int copy) {
 
 // Both files stand where an earlier, interrupted way of copying left them.
 bool Staging::copyByReading(int source, int copy, std::uint64_t done) {
-  std::vector<char> block(kBlockBytes);
+  block_.resize(kBlockBytes);
   for (;;) {
-    const ssize_t got = ::read(source, block.data(), block.size());
+    const ssize_t got = ::read(source, block_.data(), block_.size());
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return false;
     if (got == 0) return true;
-    if (!writeAll(copy, block.data(), static_cast<std::size_t>(got))) return false;
+    if (!writeAll(copy, block_.data(), static_cast<std::size_t>(got))) return false;
     report(done += static_cast<std::uint64_t>(got));
   }
+}
+
+Outcome Staging::flush() const {
+  if (!hasCopied_) return {};
+  const FileHandle directory(::open(directory_.path().c_str(), O_RDONLY | O_CLOEXEC));
+  if (directory.get() >= 0 && ::syncfs(directory.get()) == 0) return {};
+  return std::string("the copies cannot be brought to the disk: ") + std::strerror(errno) + ".";
 }
 
 void Staging::remove() {

@@ -35,6 +35,9 @@ class Staging {
   // reach the other), and copies the bytes otherwise. Fails with what goes on after "PATH: ".
   Outcome copyIn(const std::string& source, std::string& copy);
 
+  // Brings all copies to the disk at once. Fails with what goes on after "NAME: ".
+  [[nodiscard]] Outcome flush() const;
+
   // Told how many bytes of the file that is being copied are done, often.
   void setProgress(std::function<void(std::uint64_t bytes)> progress) {
     progress_ = std::move(progress);
@@ -68,6 +71,8 @@ class Staging {
   HeldDirectory directory_;
   std::size_t count_ = 0;
   bool canClone_ = true;
+  bool hasCopied_ = false;
+  std::vector<char> block_;
   std::function<void(std::uint64_t)> progress_;
   std::atomic<bool> isRemoved_ = false;
 };

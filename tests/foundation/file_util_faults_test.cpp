@@ -77,6 +77,56 @@ TEST_F(FileFaults, EachFailingCallHasItsSentence) {
   }
 }
 
+// Whatever the system has copied by then: reading and writing go on behind it.
+TEST_F(FileFaults, WhatTheSystemDoesNotCopyIsReadAndWritten) {
+  const std::string large = content_ + std::string((std::size_t{3} << 20) + 5, 'l');
+  Write("large", large);
+  for (const int nth : {0, 1, 2, 7}) {
+    for (const bool append : {false, true}) {
+      SCOPED_TRACE(std::to_string(nth) + (append ? ", behind" : ""));
+      Write("dst", "earlier");
+      std::uint64_t toldBytes = 0;
+      files_.SetCopyProgress([&toldBytes](std::uint64_t bytes) { toldBytes += bytes; });
+      const FailingCall failing(Call::CopyRange, nth, nth == 1 ? EXDEV : EIO);
+      EXPECT_TRUE(files_.CopyFile(Wide("dst"), Wide("large"), append)) << ErrorOf(files_);
+      EXPECT_TRUE(failing.happened());
+      EXPECT_TRUE(Read("dst") == large);
+      EXPECT_EQ(toldBytes, large.size());
+    }
+  }
+}
+
+// With one flush for all, too, a failure is the file's in which it happened, and ends the copy.
+TEST_F(FileFaults, ACopyOfManyFilesTellsWhichOneFailedAndLeavesNothingBesides) {
+  const platform::testing::Scope restored;
+  fs::create_directory("dst");
+  int flushes = 0;
+  platform::testing::SubstituteFileSystemFlush([&flushes]() -> DWORD {
+    ++flushes;
+    return ERROR_SUCCESS;
+  });
+  for (const char* name : {"tree/a", "tree/b", "tree/c", "tree/d"}) Write(name, content_);
+  fs::current_path(dir_ / "tree");
+  const auto copy = [&] { return files_.CopyDirectory(Wide("dst"), Wide("tree"), u"*.*", true); };
+  {
+    const FailingCall range(Call::CopyRange, 0, EOPNOTSUPP);
+    platform::testing::BreakRead("/tree/c", 2, 10, ERROR_IO_DEVICE);
+    EXPECT_FALSE(copy());
+  }
+  EXPECT_EQ(ErrorOf(files_), "Cannot read data from the source stream.");
+  EXPECT_EQ(Plain(files_.FailedPath()), Name("tree\\c"));
+  EXPECT_EQ(Plain(files_.FailedReason()),
+            "The request could not be performed because of an I/O device error.");
+  EXPECT_EQ(flushes, 0);
+  EXPECT_EQ(std::distance(fs::directory_iterator(dir_ / "dst"), {}), 3);
+  EXPECT_TRUE(Read("dst/a") == content_ && Read("dst/b") == content_);
+  EXPECT_FALSE(Exists("dst/d"));
+  platform::testing::BreakRead({}, 0, 0, ERROR_SUCCESS);
+  EXPECT_TRUE(copy()) << ErrorOf(files_);
+  EXPECT_EQ(flushes, 1);
+  EXPECT_TRUE(Read("dst/d") == content_);
+}
+
 // Between file systems a move is a copy and a deletion.
 TEST_F(FileFaults, AMoveBetweenFileSystemsLosesNothingWhateverFails) {
   for (int nth = 1;; ++nth) {
