@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "recorders/disc_record.h"
 #include "win32/environment.h"
@@ -39,12 +40,26 @@ std::uint64_t DiscRun::lengthBytes() const {
 DiscResult DiscRun::append(std::string_view bytes) {
   if (!writeAll(file_.get(), bytes)) return fileFailure(errno, "write", path_);
   put_ += bytes.size();
-  if (put_ - started_ >= kWriteBehindBytes) {
-    static_cast<void>(::sync_file_range(file_.get(), static_cast<off_t>(started_),
-                                        static_cast<off_t>(put_ - started_),
-                                        SYNC_FILE_RANGE_WRITE));
-    started_ = put_;
+  return put_ - started_ < kWriteBehindBytes ? DiscResult() : startWriting();
+}
+
+// What is on the disk leaves the cache at once: the pages serve the next part again. A cache that
+// grows with the image costs the kernel more than all else, pushes out what other programs work
+// with, and ends in a wait for all of it.
+DiscResult DiscRun::startWriting() {
+  static_cast<void>(::sync_file_range(file_.get(), static_cast<off_t>(started_),
+                                      static_cast<off_t>(put_ - started_), SYNC_FILE_RANGE_WRITE));
+  const auto position = static_cast<off_t>(arrived_);
+  const auto length = static_cast<off_t>(started_ - arrived_);
+  arrived_ = std::exchange(started_, put_);
+  if (length == 0) return S_OK;
+  constexpr unsigned kUntilWritten =
+      SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
+  // A failure that is told here is not told again by fsync.
+  if (::sync_file_range(file_.get(), position, length, kUntilWritten) != 0 && errno != ENOSYS) {
+    return fileFailure(errno, "write", path_);
   }
+  static_cast<void>(::posix_fadvise(file_.get(), position, length, POSIX_FADV_DONTNEED));
   return S_OK;
 }
 

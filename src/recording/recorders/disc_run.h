@@ -33,12 +33,14 @@ class DiscRun {
 
  private:
   DiscResult append(std::string_view bytes);
+  DiscResult startWriting();
 
   std::string path_;
   std::optional<SectorFault> fault_;
   Descriptor file_;
   std::uint64_t put_ = 0;
   std::uint64_t started_ = 0;  // writing to the disk has been started up to here
+  std::uint64_t arrived_ = 0;  // what lies before is on the disk and no longer in the cache
   bool isPulled_ = false;
 };
 
