@@ -131,10 +131,11 @@ DiscRoom roomOfDirectory(const std::string& directory) {
   for (fs::recursive_directory_iterator it(directory, error), end; !error && it != end;
        it.increment(error)) {
     std::error_code ignored;
-    const fs::file_status status = it->symlink_status(ignored);
-    if (fs::is_directory(status)) {
+    // What the directory says of its entries' types costs no look at each.
+    if (it->is_symlink(ignored)) continue;
+    if (it->is_directory(ignored)) {
       room.AddDirectory();
-    } else if (fs::is_regular_file(status)) {
+    } else if (it->is_regular_file(ignored)) {
       room.AddFile(it->file_size(ignored));
     }
   }

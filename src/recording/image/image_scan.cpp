@@ -1,10 +1,12 @@
 // Reads a directory of the disk into the tree of an image.
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <memory>
 
 #include "image/image_results.h"
 #include "image/image_time.h"
@@ -23,24 +25,35 @@ struct Identity {
   bool operator==(const Identity&) const = default;
 };
 
-class FindCloser {
- public:
-  explicit FindCloser(HANDLE find) : find_(find) {}
-  ~FindCloser() { FindClose(find_); }
-  FindCloser(const FindCloser&) = delete;
-  FindCloser& operator=(const FindCloser&) = delete;
+using DirectoryStream = std::unique_ptr<DIR, int (*)(DIR*)>;
 
- private:
-  HANDLE find_;
-};
+// Null leaves errno.
+DirectoryStream openDirectory(const std::string& native) {
+  return {::opendir(native.c_str()), &::closedir};
+}
+
+// In ascending order, so that of several things that are wrong always the same is told; false
+// leaves errno.
+bool readNames(DIR* stream, std::vector<std::string>& names) {
+  errno = 0;
+  while (const dirent* entry = ::readdir(stream)) {
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") names.emplace_back(name);
+  }
+  std::sort(names.begin(), names.end());
+  return errno == 0;
+}
 
 class Scanner {
  public:
   HRESULT scan(const std::string& native, ImageNode& directory);
 
  private:
-  HRESULT addEntry(const std::string& native, const WIN32_FIND_DATAW& data, ImageNode& directory);
-  HRESULT addFile(const std::string& native, const struct stat& status, ImageNode& file);
+  // The entry of that name in the directory that is open.
+  HRESULT addEntry(int open, const std::string& native, const std::string& name,
+                   ImageNode& directory);
+  static HRESULT addFile(int open, const std::string& native, const std::string& name,
+                         const struct stat& status, ImageNode& file);
 
   std::vector<Identity> above_;  // the directories that are being read, outermost first
 };
@@ -58,8 +71,9 @@ void takeTimes(const struct stat& status, ImageNode& node) {
 }
 
 HRESULT Scanner::scan(const std::string& native, ImageNode& directory) {
+  const DirectoryStream stream = openDirectory(native);
   struct stat status {};
-  if (::stat(native.c_str(), &status) != 0) {
+  if (!stream || ::fstat(::dirfd(stream.get()), &status) != 0) {
     return refuseCode(codeOfErrno(errno), u"The directory cannot be read", native);
   }
   const Identity identity{status.st_dev, status.st_ino};
@@ -68,58 +82,55 @@ HRESULT Scanner::scan(const std::string& native, ImageNode& directory) {
                       native);
   }
   takeTimes(status, directory);
-  WIN32_FIND_DATAW data{};
-  const HANDLE find = FindFirstFileW((wideFromNative(native) + u"/*").c_str(), &data);
-  if (find == INVALID_HANDLE_VALUE) {
-    if (GetLastError() == ERROR_FILE_NOT_FOUND) return S_OK;
-    return refuseCode(GetLastError(), u"The directory cannot be read", native);
+  std::vector<std::string> names;
+  if (!readNames(stream.get(), names)) {
+    return refuseCode(codeOfErrno(errno), u"The directory cannot be read", native);
   }
-  const FindCloser closer(find);
   above_.push_back(identity);
-  do {
-    if (const HRESULT hr = addEntry(native, data, directory); FAILED(hr)) return hr;
-  } while (FindNextFileW(find, &data) != FALSE);
-  if (GetLastError() != ERROR_NO_MORE_FILES) {
-    return refuseCode(GetLastError(), u"The directory cannot be read", native);
+  for (const std::string& name : names) {
+    const HRESULT hr = addEntry(::dirfd(stream.get()), native, name, directory);
+    if (FAILED(hr)) return hr;
   }
   above_.pop_back();
   return S_OK;
 }
 
-HRESULT Scanner::addEntry(const std::string& native, const WIN32_FIND_DATAW& data,
+HRESULT Scanner::addEntry(int open, const std::string& native, const std::string& name,
                           ImageNode& directory) {
-  const std::u16string_view name = data.cFileName;
-  if (name == u"." || name == u"..") return S_OK;
-  const std::string path = native + '/' + nativeFromWide(name);
+  std::string path = native;
+  path.append("/").append(name);
   // The layer would take it for a separator, and another file for this one.
-  if (name.find(u'\\') != std::u16string_view::npos) {
+  if (name.find('\\') != std::string::npos) {
     return refuseImage(IMAPI_E_INVALID_PATH, u"The name contains a backslash",
                        wideFromNative(path));
   }
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) {
-    if (errno == ENOENT) {
-      return refuseImage(IMAPI_E_NOT_FILE, u"The link leads nowhere", wideFromNative(path));
-    }
-    return refuseCode(codeOfErrno(errno), u"The file cannot be read", path);
+  if (::fstatat(open, name.c_str(), &status, 0) != 0) {
+    const int error = errno;
+    if (error != ENOENT) return refuseCode(codeOfErrno(error), u"The file cannot be read", path);
+    // What has gone since the names were read is no part of the directory.
+    if (::fstatat(open, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return S_OK;
+    return refuseImage(IMAPI_E_NOT_FILE, u"The link leads nowhere", wideFromNative(path));
   }
   auto node = std::make_shared<ImageNode>();
-  node->name = name;
+  node->name = wideFromNative(name);
   node->parent = &directory;
   node->isDirectory = S_ISDIR(status.st_mode);
-  const HRESULT hr = node->isDirectory ? scan(path, *node) : addFile(path, status, *node);
+  const HRESULT hr =
+      node->isDirectory ? scan(path, *node) : addFile(open, path, name, status, *node);
   if (FAILED(hr)) return hr;
   directory.children.emplace(node->name, node);
   return S_OK;
 }
 
-HRESULT Scanner::addFile(const std::string& native, const struct stat& status, ImageNode& file) {
+HRESULT Scanner::addFile(int open, const std::string& native, const std::string& name,
+                         const struct stat& status, ImageNode& file) {
   if (!S_ISREG(status.st_mode)) {
     return refuseImage(IMAPI_E_NOT_FILE, u"Only files and directories can be put on a disc",
                        wideFromNative(native));
   }
   // The data is read while the disc is written: what cannot be read then would cost the disc.
-  if (::faccessat(AT_FDCWD, native.c_str(), R_OK, AT_EACCESS) != 0) {
+  if (::faccessat(open, name.c_str(), R_OK, AT_EACCESS) != 0) {
     return refuseCode(codeOfErrno(errno), u"The file cannot be read", native);
   }
   takeTimes(status, file);
