@@ -38,6 +38,7 @@ that ship with the program; a file of that name is meant by ./text. It may read 
 Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 
 constexpr const char* kForReaders = "text";  // the one that writes for a terminal
+constexpr const char* kForPages = "html";
 
 struct HeaderOptions {
   std::vector<std::string> files;
@@ -90,16 +91,18 @@ class Headers {
  public:
   explicit Headers(const HeaderOptions& options)
       : isForReaders_(!options.isXml && options.stylesheet == kForReaders),
-        location_(options.isXml ? shippedStylesheet("xml")
-                  : isForReaders_ || options.stylesheet == "html"
-                      ? shippedStylesheet(options.stylesheet)
-                      : options.stylesheet) {
+        location_(options.stylesheet == kForPages ? shippedStylesheet(kForPages)
+                                                  : options.stylesheet) {
+    // These two are made without the XML library, which takes longer than all else together.
+    if (options.isXml) form_ = HeaderForm::Xml;
+    if (isForReaders_) form_ = HeaderForm::Columns;
     job_.setCharacterSet(options.characterSet);
   }
 
   Outcome read(const std::string& path, std::string& text) {
     const NamedFile file(path);
-    const Outcome loaded = job_.loadHeader(file.name(), location_, text);
+    const Outcome loaded = form_ ? job_.loadHeader(file.name(), *form_, text)
+                                 : job_.loadHeader(file.name(), location_, text);
     return loaded.failed() ? Outcome(file.inWordsOfUser(loaded.text())) : Outcome();
   }
   [[nodiscard]] Output shown(const std::string& text) const {
@@ -108,7 +111,8 @@ class Headers {
 
  private:
   bool isForReaders_;
-  std::string location_;
+  std::string location_;  // of the stylesheet, where there is no form
+  std::optional<HeaderForm> form_;
   MediaJob job_;
 };
 

@@ -153,6 +153,13 @@ Outcome MediaJob::loadHeader(std::string_view file, std::string_view stylesheet,
   return {};
 }
 
+Outcome MediaJob::loadHeader(std::string_view file, HeaderForm form, std::string& text) {
+  Text header;
+  if (!object_.LoadHeader(wide(file), form, header)) return errorText();
+  text = cli::narrow(header);
+  return {};
+}
+
 std::string MediaJob::failedFile() {
   Text path;
   Text reason;

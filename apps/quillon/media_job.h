@@ -97,8 +97,9 @@ class MediaJob {
   [[nodiscard]] std::optional<bool> holdsRewritableData();
   [[nodiscard]] bool isRecordable();
 
-  // The header of a DICOM file through the stylesheet at a path or URL.
+  // The header of a DICOM file through the stylesheet at a path or URL, or in a form without one.
   Outcome loadHeader(std::string_view file, std::string_view stylesheet, std::string& text);
+  Outcome loadHeader(std::string_view file, HeaderForm form, std::string& text);
 
   // Removes the root directory and the temporary directory of earlier jobs. What is left of a
   // creation that did not end is set aside (asideDirectory) unless removesAll.

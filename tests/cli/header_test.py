@@ -125,7 +125,15 @@ class Header(program.ProgramTest):
         if not PYDICOM.is_dir() or shutil.which("xsltproc") is None:
             self.skipTest("python3-pydicom or xsltproc is not installed")
         count = 0
-        for path in sorted((PYDICOM / "test_files").glob("*.dcm")) + sorted(
+        leaf = element(0x00080104, "LO", "A&<B>'\"@\tC") + element(0x00091001, "US", b"\1\0" * 40)
+        made = self.object(more={
+            0x00080005: element(0x00080005, "CS", "A<&'B>"),
+            0x00080008: element(0x00080008, "CS", "\\".join("ABCDEFGHIJKLM")),
+            0x00091001: element(0x00091001, "OB", bytes(range(200))),
+            0x00181078: element(0x00181078, "DT", ""),
+            0x0040A730: element(0x0040A730, "SQ", item(element(0x0040A730, "SQ", item(
+                leaf) * 2) + element(0x0040A043, "SQ", b"")) + item(b""))})
+        for path in [made] + sorted((PYDICOM / "test_files").glob("*.dcm")) + sorted(
                 (PYDICOM / "charset_files").glob("*.dcm")):
             run = self.run_program("header", "--xml", path)
             if run.returncode != 0:
@@ -143,6 +151,8 @@ class Header(program.ProgramTest):
                         check=True, capture_output=True).stdout
                     self.assertTrue(ours == theirs)
                     if name == "text":
+                        # Without a stylesheet the program makes the same of it.
+                        self.assertTrue(self.header(path) == ours)
                         shown = [line for line in ours.decode().splitlines()
                                  if line.lstrip(" ").startswith("(") and line.lstrip(" ")[5:6] == ","]
                         self.assertEqual(len(shown), tags)

@@ -3,6 +3,7 @@
 
 #include "dicom/dict.h"
 #include "dicomobjects/dicom_util.h"
+#include "dicomobjects/header_text.h"
 #include "dicomobjects/xml_document.h"
 #include "foundation/com_values.h"
 #include "server/media_object/media_rw.h"
@@ -94,6 +95,17 @@ bool CQuillonMediaRW::RenderHeader(TextView fileName, TextView stylesheetLocatio
     return builder_.Fail(kMsgCannotGetHeaderInformation, {fileName});
   }
   return builder_.FailAs(document);
+}
+
+bool CQuillonMediaRW::LoadHeader(TextView fileName, HeaderForm form, Text& header) {
+  try {
+    if (fileName.empty()) return builder_.Fail(kMsgArgumentsInvalid);
+    if (!PrepareToolkit() || !ReadHeaderXml(fileName, header)) return false;
+    if (form == HeaderForm::Columns) header = HeaderTextOf(header);
+    return true;
+  } catch (...) {
+    return builder_.Fail(kMsgCannotGetHeaderInformation, {fileName});
+  }
 }
 
 HRESULT CQuillonMediaRW::LoadHeaderTextFromFile(BSTR bstrFilename, BSTR bstrStylesheetLocation,

@@ -16,6 +16,8 @@
 
 namespace quillon {
 
+enum class HeaderForm { Xml, Columns };
+
 class CQuillonMediaRW : public CBaseItem {
  public:
   CQuillonMediaRW();
@@ -48,6 +50,11 @@ class CQuillonMediaRW : public CBaseItem {
   //   value checking off for the process.
 #define QUILLON_METHOD(method, parameters, arguments) HRESULT method parameters;
 #include "server/com_server/operations.inc"
+
+  // Not of the interface: a header in a form that no stylesheet is needed for, the XML itself or
+  // what HeaderTextOf makes of it. False, with the sentence in ErrMessageText, as
+  // LoadHeaderTextFromFile fails.
+  [[nodiscard]] bool LoadHeader(TextView fileName, HeaderForm form, Text& header);
 
   // Not of the interface: the builder behind it, for a host that is built together with the system
   // and creates its file set in steps.
