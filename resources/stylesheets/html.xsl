@@ -355,35 +355,36 @@
   </xsl:template>
 
   <xsl:template name="groupName">
+    <xsl:param name="grp" select="string(@grp)"/>
     <xsl:choose>
-      <xsl:when test="@grp = '0002'">File</xsl:when>
-      <xsl:when test="@grp = '0004'">Directory</xsl:when>
-      <xsl:when test="@grp = '0008'">Identification</xsl:when>
-      <xsl:when test="@grp = '0010'">Patient</xsl:when>
-      <xsl:when test="@grp = '0012'">Clinical trial</xsl:when>
-      <xsl:when test="@grp = '0018'">Acquisition</xsl:when>
-      <xsl:when test="@grp = '0020'">Relationship</xsl:when>
-      <xsl:when test="@grp = '0028'">Image</xsl:when>
-      <xsl:when test="@grp = '0032'">Study</xsl:when>
-      <xsl:when test="@grp = '0038'">Visit</xsl:when>
-      <xsl:when test="@grp = '0040'">Procedure and content</xsl:when>
-      <xsl:when test="@grp = '0054'">Nuclear medicine</xsl:when>
-      <xsl:when test="@grp = '0070'">Presentation</xsl:when>
-      <xsl:when test="@grp = '0088'">Storage</xsl:when>
-      <xsl:when test="@grp = '3002'">RT image</xsl:when>
-      <xsl:when test="@grp = '3004'">RT dose</xsl:when>
-      <xsl:when test="@grp = '3006'">RT structure set</xsl:when>
-      <xsl:when test="@grp = '300a'">RT plan</xsl:when>
-      <xsl:when test="@grp = '300c'">RT references</xsl:when>
-      <xsl:when test="@grp = '300e'">RT approval</xsl:when>
-      <xsl:when test="@grp = '5400'">Waveform</xsl:when>
-      <xsl:when test="starts-with(@grp, '50')">Curve</xsl:when>
-      <xsl:when test="starts-with(@grp, '60')">Overlay</xsl:when>
-      <xsl:when test="@grp = '7fe0'">Pixel data</xsl:when>
-      <xsl:when test="contains('13579bdf', substring(@grp, 4))">
-        <xsl:value-of select="concat('Private ', @grp)"/>
+      <xsl:when test="$grp = '0002'">File</xsl:when>
+      <xsl:when test="$grp = '0004'">Directory</xsl:when>
+      <xsl:when test="$grp = '0008'">Identification</xsl:when>
+      <xsl:when test="$grp = '0010'">Patient</xsl:when>
+      <xsl:when test="$grp = '0012'">Clinical trial</xsl:when>
+      <xsl:when test="$grp = '0018'">Acquisition</xsl:when>
+      <xsl:when test="$grp = '0020'">Relationship</xsl:when>
+      <xsl:when test="$grp = '0028'">Image</xsl:when>
+      <xsl:when test="$grp = '0032'">Study</xsl:when>
+      <xsl:when test="$grp = '0038'">Visit</xsl:when>
+      <xsl:when test="$grp = '0040'">Procedure and content</xsl:when>
+      <xsl:when test="$grp = '0054'">Nuclear medicine</xsl:when>
+      <xsl:when test="$grp = '0070'">Presentation</xsl:when>
+      <xsl:when test="$grp = '0088'">Storage</xsl:when>
+      <xsl:when test="$grp = '3002'">RT image</xsl:when>
+      <xsl:when test="$grp = '3004'">RT dose</xsl:when>
+      <xsl:when test="$grp = '3006'">RT structure set</xsl:when>
+      <xsl:when test="$grp = '300a'">RT plan</xsl:when>
+      <xsl:when test="$grp = '300c'">RT references</xsl:when>
+      <xsl:when test="$grp = '300e'">RT approval</xsl:when>
+      <xsl:when test="$grp = '5400'">Waveform</xsl:when>
+      <xsl:when test="starts-with($grp, '50')">Curve</xsl:when>
+      <xsl:when test="starts-with($grp, '60')">Overlay</xsl:when>
+      <xsl:when test="$grp = '7fe0'">Pixel data</xsl:when>
+      <xsl:when test="contains('13579bdf', substring($grp, 4))">
+        <xsl:value-of select="concat('Private ', $grp)"/>
       </xsl:when>
-      <xsl:otherwise><xsl:value-of select="concat('Group ', @grp)"/></xsl:otherwise>
+      <xsl:otherwise><xsl:value-of select="concat('Group ', $grp)"/></xsl:otherwise>
     </xsl:choose>
   </xsl:template>
 
