@@ -1,7 +1,11 @@
 #!/usr/bin/env bash
-# Times `quillon header` on headers of COUNT elements (10,000 and 100,000 unless given), side by side
-# and in the items of a sequence, beside `dcm2xml | xsltproc` with a stylesheet that prints the same
-# columns. Prints the lowest of five runs, user and system time, and ratios of one run on this machine.
+# Times `quillon header`, from the start of the process to its end:
+#   - on headers of COUNT elements (10,000 and 100,000 unless given), side by side and in the items of a
+#     sequence, as text and as a page, beside `dcm2xml | xsltproc` with stylesheets that give as much;
+#   - on one typical object, beside dcmdump;
+#   - on 1,000 of them in one process, beside `dcmdump +sd +r`.
+# Prints the lowest of several runs, in turns with the peer, user and system time, and ratios of one run
+# on this machine.
 #
 #   scripts/bench_header.sh [COUNT...]
 #
@@ -11,10 +15,9 @@ cd "$(dirname "$0")/.."
 build=${QUILLON_BUILD:-build/release}
 if [ -z "${QUILLON_BUILD:-}" ]; then
   cmake --preset release >/dev/null
-  cmake --build --preset release --target quillon >/dev/null
+  cmake --build --preset release --target quillon make_sample_objects >/dev/null
 fi
 [ $# -gt 0 ] || set -- 10000 100000
-runs=5
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -45,33 +48,50 @@ with open(path, "wb") as file:
 PY
 }
 
-peer() { dcm2xml "$1" 2>/dev/null | xsltproc bench/dcm2xml_text.xsl -; }
+peer() { dcm2xml "$1" 2>/dev/null | xsltproc "bench/dcm2xml_$2.xsl" -; }
 ours() { "$build/bin/quillon" header --stylesheet "$2" "$1"; }
 
-lowest() {  # command...
-  local low="" one TIMEFORMAT='%3U %3S'
-  for ((run = 0; run < runs; ++run)); do
-    one=$( { time "$@" >"$work/out"; } 2>&1 | awk '{ printf "%.3f", $1 + $2 }')
-    low=$(printf '%s\n%s\n' "$low" "$one" | grep . | sort -n | head -1)
-  done
-  echo "$low"
+seconds() {  # command...
+  local TIMEFORMAT='%3U %3S'
+  { time "$@" >"$work/out" 2>/dev/null; } 2>&1 | awk '{ printf "%.3f\n", $1 + $2 }'
 }
 
 line() { printf '%-9s %9s  %-32s %9s %10s\n' "$@"; }
+
+# Runs the peer's command and ours in turns. The peer is left out where it is not installed.
+compare() {  # runs layout elements peer-job our-job peer-program "peer command" "our command"
+  local runs=$1 layout=$2 count=$3 base="" one=""
+  : >"$work/base"
+  : >"$work/one"
+  for ((run = 0; run < runs; ++run)); do
+    # shellcheck disable=SC2086  # a command and its arguments
+    if command -v "$6" >/dev/null; then seconds $7 >>"$work/base"; fi
+    # shellcheck disable=SC2086
+    seconds $8 >>"$work/one"
+  done
+  base=$(sort -n "$work/base" | head -1)
+  one=$(sort -n "$work/one" | head -1)
+  [ -z "$base" ] || line "$layout" "$count" "$4" "$base" 1.00
+  line "$layout" "$count" "$5" "$one" \
+    "$(awk -v a="$one" -v b="$base" 'BEGIN { if (b > 0) printf "%.2f", a / b; else printf "-" }')"
+}
 
 line layout elements job seconds "to peer"
 for layout in flat sequence; do
   for count in "$@"; do
     make_object "$layout" "$count" "$work/object.dcm"
-    base=""
-    if command -v dcm2xml >/dev/null && command -v xsltproc >/dev/null; then
-      base=$(lowest peer "$work/object.dcm")
-      line "$layout" "$count" "dcm2xml | xsltproc" "$base" 1.00
-    fi
-    for stylesheet in text html; do
-      one=$(lowest ours "$work/object.dcm" "$stylesheet")
-      line "$layout" "$count" "quillon header ($stylesheet)" "$one" \
-        "$(awk -v a="$one" -v b="$base" 'BEGIN { if (b > 0) printf "%.2f", a / b; else printf "-" }')"
+    for form in text html; do
+      compare 5 "$layout" "$count" "dcm2xml | xsltproc ($form)" "quillon header ($form)" xsltproc \
+        "peer $work/object.dcm $form" "ours $work/object.dcm $form"
     done
   done
 done
+
+# One is too short for the clock, and a shell that forks takes as long.
+hundred_times() { yes "${*: -1}" | head -100 | xargs -n 1 "${@:1:$#-1}"; }
+"$build/bin/make_sample_objects" --bench 1000 "$work/objects" >/dev/null
+typical=$(find "$work/objects" -type f | sort | head -1)
+compare 5 typical 250 "dcmdump (100 processes)" "quillon header (100 processes)" dcmdump \
+  "hundred_times dcmdump $typical" "hundred_times $build/bin/quillon header $typical"
+compare 5 typical 250 "dcmdump +sd +r (1,000 files)" "quillon header -r (1,000 files)" dcmdump \
+  "dcmdump +sd +r $work/objects" "$build/bin/quillon header -r $work/objects"

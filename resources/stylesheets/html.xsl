@@ -475,8 +475,6 @@
 
   <!-- The name in words: sopInstanceUid as SOP Instance UID. -->
   <xsl:template name="words">
-    <xsl:param name="name" select="string(@name)"/>
-    <xsl:variable name="length" select="string-length($name)"/>
     <xsl:choose>
       <!-- What the dictionary does not know is named by its element number. -->
       <xsl:when test="@name = @element">
@@ -487,16 +485,16 @@
           </xsl:choose>
         </span>
       </xsl:when>
-      <xsl:when test="starts-with($name, 'sop')">
+      <xsl:when test="starts-with(@name, 'sop')">
         <xsl:value-of select="'SOP'"/>
         <xsl:call-template name="moreWords">
-          <xsl:with-param name="rest" select="substring($name, 4)"/>
+          <xsl:with-param name="rest" select="substring(@name, 4)"/>
         </xsl:call-template>
       </xsl:when>
       <xsl:otherwise>
-        <xsl:value-of select="translate(substring($name, 1, 1), $lower, $upper)"/>
+        <xsl:value-of select="translate(substring(@name, 1, 1), $lower, $upper)"/>
         <xsl:call-template name="moreWords">
-          <xsl:with-param name="rest" select="substring($name, 2)"/>
+          <xsl:with-param name="rest" select="substring(@name, 2)"/>
         </xsl:call-template>
       </xsl:otherwise>
     </xsl:choose>

@@ -6,17 +6,6 @@
 namespace quillon::platform {
 namespace {
 
-// How many units at the start are ASCII, the same in both forms. Nearly every name is that alone.
-template <typename View>
-std::size_t asciiLength(View text) {
-  std::size_t length = 0;
-  while (length < text.size() &&
-         static_cast<std::make_unsigned_t<typename View::value_type>>(text[length]) < 0x80) {
-    ++length;
-  }
-  return length;
-}
-
 void appendUtf8(std::string& out, char32_t c) {
   const auto put = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
   if (c < 0x80) {
@@ -34,6 +23,17 @@ void appendUtf8(std::string& out, char32_t c) {
     put(0x80 | ((c >> 6) & 0x3F));
     put(0x80 | (c & 0x3F));
   }
+}
+
+// Most texts are ASCII from one end to the other.
+constexpr unsigned kFirstNoAscii = 0x80;
+
+template <typename Unit>
+std::size_t lengthOfAscii(std::basic_string_view<Unit> text) {
+  const auto end = std::find_if(text.begin(), text.end(), [](Unit unit) {
+    return static_cast<std::make_unsigned_t<Unit>>(unit) >= kFirstNoAscii;
+  });
+  return static_cast<std::size_t>(end - text.begin());
 }
 
 }  // namespace
@@ -63,12 +63,13 @@ Utf8Character firstUtf8Character(std::string_view bytes) {
 }
 
 std::u16string wideFromNative(std::string_view bytes) {
-  const std::size_t ascii = asciiLength(bytes);
-  std::u16string wide(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(ascii));
-  if (ascii == bytes.size()) return wide;
+  std::u16string wide;
   wide.reserve(bytes.size());
-  bytes.remove_prefix(ascii);
   while (!bytes.empty()) {
+    const std::size_t ascii = lengthOfAscii(bytes);
+    wide.append(bytes.data(), bytes.data() + ascii);
+    bytes.remove_prefix(ascii);
+    if (bytes.empty()) break;
     const Utf8Character c = firstUtf8Character(bytes);
     if (c.length == 0) {
       wide.push_back(static_cast<char16_t>(0xDC00 + static_cast<unsigned char>(bytes[0])));
@@ -84,13 +85,13 @@ std::u16string wideFromNative(std::string_view bytes) {
 }
 
 std::string nativeFromWide(std::u16string_view wide) {
-  const std::size_t ascii = asciiLength(wide);
-  std::string bytes(ascii, '\0');
-  std::transform(wide.begin(), wide.begin() + static_cast<std::ptrdiff_t>(ascii), bytes.begin(),
-                 [](char16_t unit) { return static_cast<char>(unit); });
-  if (ascii == wide.size()) return bytes;
+  std::string bytes;
   bytes.reserve(wide.size());
-  for (std::size_t i = ascii; i < wide.size(); ++i) {
+  for (std::size_t i = 0; i < wide.size(); ++i) {
+    const std::size_t ascii = lengthOfAscii(wide.substr(i));
+    bytes.append(wide.data() + i, wide.data() + i + ascii);
+    i += ascii;
+    if (i == wide.size()) break;
     const char16_t unit = wide[i];
     if (isHighSurrogate(unit) && i + 1 < wide.size() && isLowSurrogate(wide[i + 1])) {
       ++i;

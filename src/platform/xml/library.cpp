@@ -255,12 +255,10 @@ bool XmlCall::mayRead(std::size_t bytes) {
 
 // Over the limit the transform is only told to stop, because the libraries do not take every
 // refusal of memory well; large pieces, which they do check for, are refused.
-bool XmlCall::mayTake(std::size_t bytes) {
-  constexpr std::size_t kLargePiece = std::size_t{1} << 20;
+bool XmlCall::mayTakeAfterLook(std::size_t bytes) {
   constexpr unsigned kPiecesBetweenClocks = 1024;
-  if (!isLimited_) return true;
   const bool isLarge = bytes >= kLargePiece;
-  if (refusal_.empty() && (isLarge || untilClock_-- == 0)) {
+  if (refusal_.empty() && (isLarge || untilClock_ == 0)) {
     untilClock_ = kPiecesBetweenClocks;
     checkClock();
   }

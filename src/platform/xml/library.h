@@ -66,8 +66,17 @@ class XmlCall {
   // The last text that the stylesheet itself gave out.
   [[nodiscard]] const std::string& message() const { return message_; }
 
-  // Asked by the allocator before it takes more; false refuses a large piece.
-  bool mayTake(std::size_t bytes);
+  // Asked by the allocator before it takes more; false refuses a large piece. Nearly every piece is
+  // small, fits, and is not the one at which to look at the clock.
+  bool mayTake(std::size_t bytes) {
+    if (!isLimited_) return true;
+    if (bytes >= kLargePiece || untilClock_ == 0 ||
+        static_cast<std::int64_t>(bytes) > memoryLimit_ - inUse_) {
+      return mayTakeAfterLook(bytes);
+    }
+    --untilClock_;
+    return true;
+  }
   // Asked before a piece of a file is kept, which counts as memory until gaveBack; false when the
   // call is stopped.
   bool mayRead(std::size_t bytes);
@@ -75,6 +84,9 @@ class XmlCall {
   void gaveBack(std::size_t bytes) { inUse_ -= static_cast<std::int64_t>(bytes); }
 
  private:
+  static constexpr std::size_t kLargePiece = std::size_t{1} << 20;
+
+  bool mayTakeAfterLook(std::size_t bytes);
   void stop(const std::string& reason);
   void checkClock();
 
