@@ -9,6 +9,7 @@
 #include "foundation/com_values.h"
 #include "foundation/text.h"
 #include "platform/services.h"
+#include "platform/xml.h"
 
 namespace quillon::cli {
 
@@ -35,6 +36,13 @@ std::string withNativeSeparators(std::string sentence, const std::string& direct
     at = end;
   }
   return sentence;
+}
+
+// False where the library that it comes from, or one below it, is missing.
+bool canMakeXmlDocument() {
+  ComPtr<IXMLDOMDocument> document;
+  return SUCCEEDED(CoCreateInstance(kClsidDomDocument, nullptr, CLSCTX_SERVER, IID_IXMLDOMDocument,
+                                    document.PutVoid()));
 }
 
 }  // namespace
@@ -147,7 +155,9 @@ Outcome MediaJob::loadHeader(std::string_view file, std::string_view stylesheet,
   ScopedBstr header;
   if (object_.LoadHeaderTextFromFile(fileName.Get(), location.Get(), header.Put()) != S_OK ||
       header.Get() == nullptr) {
-    return errorText();
+    return canMakeXmlDocument() ? errorText()
+                                : "Stylesheets need libquillon_xml.so of this installation, which "
+                                  "cannot be loaded.";
   }
   text = narrow(header);
   return {};

@@ -351,6 +351,13 @@ class Header(program.ProgramTest):
             self.assertEqual((run.returncode, run.stderr), (0, b""))
             self.assertEqual(run.stdout, self.header(*arguments, path))
         self.assertTrue((moved / "share/man/man1/quillon-header.1").is_file())
+        # What comes with the first object that needs it can be missing by then.
+        next(moved.glob("lib/**/libquillon_xml.so")).unlink()
+        run = subprocess.run([moved / "bin/quillon", "header", "--stylesheet", "html", path],
+                             capture_output=True, env=self.environment(), cwd=self.dir)
+        self.assertEqual((run.returncode, run.stdout, run.stderr), (1, b"", (
+            b"quillon: Stylesheets need libquillon_xml.so of this installation, which cannot be "
+            b"loaded.\n")))
 
 
 if __name__ == "__main__":
