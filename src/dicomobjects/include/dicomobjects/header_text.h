@@ -7,7 +7,7 @@ namespace quillon {
 
 // Makes of the XML that CDicomUtil::GetHeaderXml writes what resources/stylesheets/text.xsl makes
 // of it, to the last character: tag, VR, name and value in columns, the items of a sequence below
-// it, two columns further in. Takes a fraction of a percent of the time, and needs no XML library.
+// it, two columns further in. Takes about a fiftieth of the instructions, and needs no XML library.
 Text HeaderTextOf(TextView headerXml);
 
 }  // namespace quillon
