@@ -23,11 +23,22 @@ constexpr const char* kFileId = "DICOM\\QLN00001";
 
 using Bytes = std::vector<std::uint8_t>;
 Bytes encoded(DcElemList& list) {
+  if (list.size() == 0) return {};
   Bytes bytes(list.encodedLengthEstimate());
   std::uint32_t length = 0;
   require(list.DcElemList::frame(bytes.data(), length, DcUid::ExplicitLittleEndian) == kDcOk);
   bytes.resize(length);
   return bytes;
+}
+
+// As any reader of data sets has them: a control character at the end of a text, which is written
+// as a space, goes with the padding.
+Bytes encodedAsRead(DcElemList& list) {
+  const Bytes bytes = encoded(list);
+  DcElemList again;
+  require(again.parse(bytes.data(), static_cast<std::uint32_t>(bytes.size()),
+                      DcUid::ExplicitLittleEndian) == kDcOk);
+  return encoded(again);
 }
 
 // The records of a chain from the top, each below the one before, with its keys as written.
@@ -45,7 +56,7 @@ void writeAndReadAgain(const std::filesystem::path& root,
     // The directory's own group is written anew.
     record->removeGroup(0x0004);
     record->removeGroup(0x0000);
-    levels.push_back({record->type(), encoded(*record)});
+    levels.push_back({record->type(), encodedAsRead(*record)});
     above = above->addLower(std::move(record));
     require(above != nullptr);
   }

@@ -5,6 +5,7 @@
 #include "dicom/dir_dicom_dir.h"
 #include "fileset/dicom_dir_processor.h"
 #include "input_parts.h"
+#include "platform/services.h"
 #include "quiet.h"
 #include "scratch_directory.h"
 

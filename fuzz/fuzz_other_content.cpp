@@ -50,7 +50,7 @@ void makeSource(const fs::path& source, fuzz::InputParts& parts) {
     } else {
       const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
       if (file < 0) continue;
-      require(::write(file, name.data(), what / 4) >= 0);
+      require(::write(file, name.data(), std::min<std::size_t>(what / 4, name.size())) >= 0);
       ::close(file);
     }
   }

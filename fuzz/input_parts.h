@@ -4,14 +4,17 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
 namespace quillon::fuzz {
 
-// What must hold whatever the input is.
-inline void require(bool holds) {
-  if (!holds) std::abort();
+// What must hold whatever the input is; else the line is told before the process ends.
+inline void require(bool holds, int line = __builtin_LINE()) {
+  if (holds) return;
+  std::fprintf(stderr, "What line %d requires does not hold.\n", line);
+  std::abort();
 }
 
 class InputParts {

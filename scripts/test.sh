@@ -7,7 +7,8 @@
 #   scripts/test.sh           all
 #     --quick                 without Wine, the sanitizers and clang-tidy
 #     --deep                  also what takes hours or finds little: the static analyzer, Valgrind, the
-#                             tests that kill or pair jobs in every way, ten minutes of each fuzz target
+#                             tests that kill or pair jobs in every way, large sets, and an hour of
+#                             each fuzz target, two side by side (QUILLON_FUZZ_MINUTES: other minutes)
 set -uo pipefail
 cd "$(dirname "$0")/.."
 
@@ -69,6 +70,7 @@ analyzer() {
   tidied | xargs -P "$(nproc)" -n 1 clang-tidy -p build/release --quiet 2>/dev/null
 }
 every_kill() { QUILLON_DEEP_TESTS=1 ctest --preset release -R '^cli_(kill|two_jobs|unfinished)$' --timeout 7200; }
+large_sets() { QUILLON_DEEP_TESTS=1 ctest --preset release -R '^cli_load$' --timeout 7200; }
 valgrind_tests() {
   local test
   for test in dicom_elements dicom_reading dicomdir dicomobjects fileset; do
@@ -77,14 +79,27 @@ valgrind_tests() {
       "build/release/bin/${test}_test" --gtest_brief=1 || return 1
   done
 }
+# What is found lies in build/fuzz/crashes; the name of the input begins with that of its target.
+fuzz_target() {
+  local name=${1##*/fuzz_} found=build/fuzz/found/${1##*/fuzz_}
+  mkdir -p "$found" build/fuzz/crashes
+  if "$1" -max_total_time="$2" -timeout=30 -rss_limit_mb=2048 -print_final_stats=1 \
+    -artifact_prefix="build/fuzz/crashes/$name-" "$found" "fuzz/corpus/$name" 2>"$found.log"; then
+    echo "fuzz_$name: $(grep -a ' DONE ' "$found.log" | tail -n 1)"
+  else
+    echo "fuzz_$name: FAILED"
+    tail -n 60 "$found.log"
+    return 1
+  fi
+}
+export -f fuzz_target
 fuzz() {
   build fuzz || return 1
-  local target name
-  for target in build/fuzz/bin/fuzz_*; do
-    name=${target##*/fuzz_}
-    mkdir -p "build/fuzz/found/$name"
-    "$target" -max_total_time=600 -print_final_stats=1 "build/fuzz/found/$name" "fuzz/corpus/$name" || return 1
-  done
+  local seconds
+  seconds=$(awk "BEGIN { printf \"%d\", 60 * ${QUILLON_FUZZ_MINUTES:-60} }")
+  # Of 0 there would be no end.
+  [ "$seconds" -gt 0 ] || return 1
+  printf '%s\n' build/fuzz/bin/fuzz_* | xargs -P 2 -I{} bash -c 'fuzz_target {} '"$seconds"
 }
 
 packages=--test
@@ -110,6 +125,7 @@ if [ "$quick" -eq 0 ]; then
   else
     step "clang-tidy with the analyzer" analyzer
     step "every kill and pair" every_kill
+    step "large sets" large_sets
     step "Valgrind" valgrind_tests
     step "fuzzing" fuzz
   fi

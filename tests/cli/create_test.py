@@ -417,18 +417,6 @@ class Refusals(program.ProgramTest):
                     self.assertEqual(contents(self.source), before)
                     self.assertFalse(self.root.exists())
 
-    @unittest.skipUnless(os.environ.get("QUILLON_DEEP_TESTS"), "takes half a minute")
-    def test_there_is_no_name_for_the_hundred_thousandth_object(self):
-        file = dicom_file(instance="2.25.1.1.1.100000")
-        for number in range(100_000):
-            self.write(f"{number:05}", file.replace(b"1.100000", b"1.%06d" % (100_000 + number)))
-        error = self.create_set("--move", self.source, status=1)["error"]
-        self.assertIn("Cannot set the image file reference to DICOMOBJ\\QLN100000 for the", error)
-        self.assertFalse(self.root.exists())
-        self.assertEqual(len(os.listdir(self.source)), 100_000)
-        (self.source / "99999").unlink()
-        self.assertEqual(self.create_set("--move", self.source)["objects"], 99_999)
-
     def test_without_a_dicom_file_there_is_no_set(self):
         self.source.mkdir()
         for name in (None, "notes"):
