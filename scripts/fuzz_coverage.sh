@@ -25,15 +25,25 @@ for target in "$build"/bin/fuzz_*; do
 done
 llvm-profdata merge -sparse "$build"/profiles/*.profraw -o "$build/all.profdata"
 
-# The report's lines end with: lines, missed lines, cover, branches, missed branches, cover.
-report() {
-  llvm-cov report "${objects[@]:1:1}" "${objects[@]:2}" -instr-profile="$build/all.profdata" "$@"
-}
-if [ $# -gt 0 ]; then
-  report "$@"
-  exit
-fi
-for folder in src/charset src/dicom src/dicomobjects src/fileset src/foundation src/platform/com \
-  src/platform/win32 src/platform/xml src/recording/image src/recording/recorders; do
-  printf '%-26s %s of lines\n' "$folder" "$(report "$folder" | awk '$1 == "TOTAL" { print $10 }')"
-done
+llvm-cov export -summary-only "${objects[@]:1:1}" "${objects[@]:2}" \
+  -instr-profile="$build/all.profdata" 2>/dev/null >"$build/summary.json"
+python3 - "$build/summary.json" "$@" <<'END'
+import json, os, sys
+folders = sys.argv[2:] or ["src/charset", "src/dicom", "src/dicomobjects", "src/fileset", "src/foundation",
+                           "src/platform/com", "src/platform/win32", "src/platform/xml",
+                           "src/recording/image", "src/recording/recorders"]
+with open(sys.argv[1]) as summary:
+    files = json.load(summary)["data"][0]["files"]
+for folder in folders:
+    lines = covered = 0
+    for file in files:
+        path = os.path.relpath(os.path.normpath(file["filename"]))
+        if not path.startswith(folder.rstrip("/") + "/"):
+            continue
+        count = file["summary"]["lines"]
+        lines += count["count"]
+        covered += count["covered"]
+        if len(sys.argv) > 2:
+            print(f"{path:60} {count['percent']:6.1f} % of {count['count']} lines")
+    print(f"{folder:60} {100 * covered / max(lines, 1):6.1f} % of {lines} lines")
+END
