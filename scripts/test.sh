@@ -85,7 +85,7 @@ fuzz_target() {
   mkdir -p "$found" build/fuzz/crashes
   if "$1" -max_total_time="$2" -timeout=30 -rss_limit_mb=2048 -print_final_stats=1 \
     -artifact_prefix="build/fuzz/crashes/$name-" "$found" "fuzz/corpus/$name" 2>"$found.log"; then
-    echo "fuzz_$name: $(grep -a ' DONE ' "$found.log" | tail -n 1)"
+    echo "fuzz_$name: $(grep -a 'DONE ' "$found.log" | tail -n 1)"
   else
     echo "fuzz_$name: FAILED"
     tail -n 60 "$found.log"
