@@ -2,6 +2,7 @@
 // in each of them, under a legal name that no other has, with its data inside the image.
 #include <cstring>
 #include <set>
+#include <string>
 
 #include "image/image_layout.h"
 #include "image/image_names.h"
@@ -158,7 +159,7 @@ Number numberAt(const ImageBytes& bytes, std::size_t at) {
 // Each directory's list of records, those of a file in several sections taken together.
 void walkIso(const Image& image, std::uint32_t sector, std::uint32_t bytes, Tally& tally) {
   const ImageBytes list = image.read(sector, bytes);
-  std::set<ImageBytes> identifiers;
+  std::set<std::string> identifiers;
   for (std::size_t at = 0, number = 0; at < list.size();) {
     const unsigned length = list[at];
     if (length == 0) {
@@ -174,7 +175,7 @@ void walkIso(const Image& image, std::uint32_t sector, std::uint32_t bytes, Tall
     image.requireInside(extent, size);
     if (number++ >= 2) {  // behind the directory itself and the one above it
       const auto name = list.begin() + static_cast<std::ptrdiff_t>(at + 33);
-      const bool isNew = identifiers.insert(ImageBytes(name, name + nameBytes)).second;
+      const bool isNew = identifiers.insert(std::string(name, name + nameBytes)).second;
       if ((flags & 2) != 0) {
         require(isNew);
         ++tally.directories;
