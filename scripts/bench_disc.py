@@ -8,7 +8,8 @@ files of 256 MB. DIR (default: the temporary directory) needs room for 14 GB; al
 end. The commands take turns, so that a slow minute of the machine meets all of them; each starts
 with the tree in the cache and nothing left to flush. A recorder says that a disc is good only when
 its last byte is on the disk, and genisoimage and cp do not wait for that: they are timed alone and
-with a sync of what they wrote. Prints medians of one run on this machine, and the ratios.
+with a sync of what they wrote. Last, 10,000 objects are published, beside a copy of them, an image
+of that and a sync of each. Prints medians of one run on this machine, and the ratios.
 """
 
 import argparse
@@ -16,36 +17,17 @@ import os
 import shutil
 import statistics
 import subprocess
-import sys
 import tempfile
 import time
 from pathlib import Path
 
-REPOSITORY = Path(__file__).resolve().parent.parent
-BIN = REPOSITORY / "build/release/bin"
-
-
-def run(command, environment=None):
-    """Seconds of wall time and peak memory in MB of the command."""
-    began = time.monotonic()
-    child = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE)
-    errors = child.stderr.read()
-    _, status, usage = os.wait4(child.pid, 0)
-    seconds = time.monotonic() - began
-    if status != 0:
-        sys.exit(f"{' '.join(map(str, command))}: {errors.decode(errors='replace')}")
-    return seconds, usage.ru_maxrss / 1024
-
-
-def warm(tree):
-    """Reads the tree, in a process of its own: what this one holds would count as its children's peak."""
-    subprocess.run(["grep", "-rqa", "--max-count=1", "no such text here", tree], check=False)
+from bench_tools import QUILLON, Turns, make_objects, run, warm
 
 
 def make_set(work, count, large_files):
     objects, root = work / "objects", work / "set"
-    run([BIN / "make_sample_objects", "--bench", str(count), objects])
-    run([BIN / "quillon", "create", "--quiet", "--move", "--no-other-content", "--root", root, objects])
+    make_objects(objects, count)
+    run([QUILLON, "create", "--quiet", "--move", "--no-other-content", "--root", root, objects])
     shutil.rmtree(objects, ignore_errors=True)
     for number in range(large_files):
         with open(root / f"LARGE{number}", "wb") as file:
@@ -60,9 +42,9 @@ def measure(work, root, media, runs):
 
     def ours():
         shutil.rmtree(recorders, ignore_errors=True)
-        run([BIN / "quillon", "disc", "eject"], environment)  # the blank CD-R of a new recorder
-        run([BIN / "quillon", "disc", "insert", "--media", media], environment)
-        return [BIN / "quillon", "write", "--quiet", "--keep", "--root", root, "--volume", "BENCH"]
+        run([QUILLON, "disc", "eject"], environment)  # the blank CD-R of a new recorder
+        run([QUILLON, "disc", "insert", "--media", media], environment)
+        return [QUILLON, "write", "--quiet", "--keep", "--root", root, "--volume", "BENCH"]
 
     def genisoimage():
         image.unlink(missing_ok=True)
@@ -96,6 +78,28 @@ def measure(work, root, media, runs):
     return {name: [statistics.median(column) for column in zip(*rows)] for name, rows in results.items()}
 
 
+def publish(work, runs):
+    """From the objects to the disc, beside a staged copy of which genisoimage makes an image."""
+    objects, root, stage, image = work / "objects", work / "set", work / "stage", work / "peer.iso"
+    recorders = work / "recorders"
+    os.environ["QUILLON_RECORDERS"] = str(recorders)
+    make_objects(objects, 10000)
+
+    def prepare():
+        for tree in (recorders, root, stage):
+            shutil.rmtree(tree, ignore_errors=True)
+        image.unlink(missing_ok=True)
+        run([QUILLON, "disc", "eject"])  # the blank CD-R of a new recorder
+        run([QUILLON, "disc", "insert", "--media", "dvd+r"])
+        warm(objects)
+
+    ours = [QUILLON, "publish", "--quiet", "--no-other-content", "--root", root, "--volume", "BENCH", objects]
+    peer = (f"cp -r {objects} {stage} && sync -f {work} && "
+            f"genisoimage -quiet -J -udf -o {image} {stage} && sync {image}")
+    return Turns(runs).medians({"quillon publish": (prepare, ours),
+                                "cp -r, genisoimage": (prepare, ["sh", "-c", peer])})
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", 1)[0])
     parser.add_argument("--runs", type=int, default=5)
@@ -113,6 +117,12 @@ def main():
             for name, (alone, synced, memory) in rows.items():
                 print(line.format(tree, name, f"{alone:.2f}", f"{synced:.2f}", f"{memory:.0f}",
                                   f"{ours / alone:.2f}", f"{ours / synced:.2f}"), flush=True)
+    with tempfile.TemporaryDirectory(prefix="quillon-bench-", dir=arguments.dir) as directory:
+        rows = publish(Path(directory), arguments.runs)
+        ours = rows["quillon publish"][0]
+        for name, (seconds, memory) in rows.items():
+            print(line.format("publish, 10,000", name, "", f"{seconds:.2f}", f"{memory:.0f}", "",
+                              f"{ours / seconds:.2f}"), flush=True)
 
 
 if __name__ == "__main__":
