@@ -41,7 +41,11 @@ CDicomObjectProperties* CDicomObjectList::AddObject(CDicomUtil& util, bool insta
   }
   CDicomObjectProcessor processor;
   processor.SetInstanceUidOptional(instanceUidOptional);
-  if (!processor.ReadProperties(util, *item)) {
+  // Objects of one series differ in little.
+  item->ExpectLike(GetCount() == 0 ? nullptr : At(GetCount() - 1));
+  const bool isRead = processor.ReadProperties(util, *item);
+  item->ExpectLike(nullptr);
+  if (!isRead) {
     FailAs(processor);
     return nullptr;
   }
@@ -53,9 +57,9 @@ bool CDicomObjectList::Enter(std::unique_ptr<CDicomObjectProperties> properties)
   try {
     Append(std::move(properties), [this, position](const CDicomObjectProperties& item) {
       // Nothing is replaced: the first object of a UID or key stays the one that is found.
-      if (!item.InstanceUid().empty()) byUid_.emplace(item.InstanceUid(), position);
+      if (!item.InstanceUid().empty()) byUid_.emplace(item.SharedInstanceUid(), position);
       if (!item.InstanceKey().empty() && item.InstanceKey() != item.InstanceUid()) {
-        byKey_.emplace(item.InstanceKey(), position);
+        byKey_.emplace(item.SharedInstanceKey(), position);
       }
     });
     return true;

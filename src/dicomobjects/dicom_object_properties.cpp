@@ -53,38 +53,52 @@ void CDicomObjectProperties::Clear() {
   if (image_ != nullptr) image_->Clear();
   facts_.reset();
   fileSizeBytes_ = 0;
-  for (Text* text : {&dataSetTransferSyntaxUid_, &fileName_, &modality_, &sopClassUid_,
-                     &sopClassCode_, &sopClassName_, &transferSyntaxUid_, &transferSyntaxName_,
-                     &implementationVersionName_, &implementationClassUid_}) {
-    text->clear();
+  fileName_.clear();
+  for (SharedText* text : {&dataSetTransferSyntaxUid_, &modality_, &sopClassUid_, &sopClassCode_,
+                           &sopClassName_, &transferSyntaxUid_, &transferSyntaxName_,
+                           &implementationVersionName_, &implementationClassUid_}) {
+    text->Clear();
   }
   ClearInstance();
   ClearError();
 }
 
 void CDicomObjectProperties::ClearInstance() {
-  frameKey_.clear();
-  instanceKey_.clear();
-  instanceUid_.clear();
+  frameKey_.Clear();
+  instanceKey_.Clear();
+  instanceUid_.Clear();
+}
+
+bool CDicomObjectProperties::Store(Member member, TextView text, std::size_t maxLen) {
+  return (this->*member)
+      .Assign(text, allowEmpty_, maxLen, like_ == nullptr ? nullptr : &(like_->*member));
+}
+
+void CDicomObjectProperties::Look(Member member, TextView text) {
+  if (!(this->*member)
+           .Assign(text, /*allowEmpty=*/true, kNoLimit,
+                   like_ == nullptr ? nullptr : &(like_->*member))) {
+    (this->*member).Clear();
+  }
 }
 
 bool CDicomObjectProperties::SetSopClassUid(TextView uid) {
-  if (!AssignText(sopClassUid_, uid, allowEmpty_, kNoLimit)) return false;
+  if (!Store(&CDicomObjectProperties::sopClassUid_, uid, kNoLimit)) return false;
   const SopClassRow* row = FindSopClass(uid);
-  sopClassCode_ = row == nullptr ? TextView() : row->code;
-  sopClassName_ = row == nullptr ? TextView() : row->name;
+  Look(&CDicomObjectProperties::sopClassCode_, row == nullptr ? TextView() : row->code);
+  Look(&CDicomObjectProperties::sopClassName_, row == nullptr ? TextView() : row->name);
   return true;
 }
 
 bool CDicomObjectProperties::SetTransferSyntax(TextView uid) {
-  if (!AssignText(transferSyntaxUid_, uid, allowEmpty_, kNoLimit)) return false;
+  if (!Store(&CDicomObjectProperties::transferSyntaxUid_, uid, kNoLimit)) return false;
   const TransferSyntaxRow* row = FindTransferSyntax(uid);
-  transferSyntaxName_ = row == nullptr ? TextView() : row->name;
+  Look(&CDicomObjectProperties::transferSyntaxName_, row == nullptr ? TextView() : row->name);
   return true;
 }
 
 bool CDicomObjectProperties::SetDataSetTransferSyntaxUid(TextView uid) {
-  return AssignText(dataSetTransferSyntaxUid_, uid, allowEmpty_, kNoLimit);
+  return Store(&CDicomObjectProperties::dataSetTransferSyntaxUid_, uid, kNoLimit);
 }
 
 bool CDicomObjectProperties::SetFileName(TextView path) {
@@ -92,27 +106,28 @@ bool CDicomObjectProperties::SetFileName(TextView path) {
 }
 
 bool CDicomObjectProperties::SetFrameKey(TextView key) {
-  return AssignText(frameKey_, key, allowEmpty_, kMaxFrameKeyChars);
+  return Store(&CDicomObjectProperties::frameKey_, key, kMaxFrameKeyChars);
 }
 
 bool CDicomObjectProperties::SetModality(TextView modality) {
-  return AssignText(modality_, modality, allowEmpty_, kNoLimit);
+  return Store(&CDicomObjectProperties::modality_, modality, kNoLimit);
 }
 
 bool CDicomObjectProperties::SetImplementationVersionName(TextView name) {
-  return AssignText(implementationVersionName_, name, allowEmpty_, kMaxTextChars);
+  return Store(&CDicomObjectProperties::implementationVersionName_, name, kMaxTextChars);
 }
 
 bool CDicomObjectProperties::SetImplementationClassUid(TextView uid) {
-  return AssignText(implementationClassUid_, uid, allowEmpty_, kMaxTextChars);
+  return Store(&CDicomObjectProperties::implementationClassUid_, uid, kMaxTextChars);
 }
 
 bool CDicomObjectProperties::SetInstanceKey(TextView key) {
-  return AssignText(instanceKey_, key, allowEmpty_, kMaxTextChars);
+  return Store(&CDicomObjectProperties::instanceKey_, key, kMaxTextChars);
 }
 
+// Most objects are their own key.
 bool CDicomObjectProperties::SetInstanceUid(TextView uid) {
-  return AssignText(instanceUid_, uid, allowEmpty_, kMaxTextChars);
+  return instanceUid_.Assign(uid, allowEmpty_, kMaxTextChars, &instanceKey_);
 }
 
 CDicomImageProperties* CDicomObjectProperties::Image() {

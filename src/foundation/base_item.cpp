@@ -61,7 +61,7 @@ CBaseItem& CBaseItem::operator=(const CBaseItem& other) {
 bool CBaseItem::Reset() {
   References();
   module_ = nullptr;
-  className_.clear();
+  className_ = {};
   errorMessage_.clear();
   itemText_.clear();
   separator_.assign(1, OLESTR('\n'));
@@ -74,7 +74,7 @@ bool CBaseItem::Reset() {
 
 bool CBaseItem::SetClassName(TextView name) {
   if (name.empty()) return false;
-  className_.assign(name);
+  className_ = name;
   return true;
 }
 

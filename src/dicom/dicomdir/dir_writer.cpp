@@ -1,5 +1,6 @@
 #include "dir_writer.h"
 
+#include <algorithm>
 #include <string>
 
 #include "dicom/byte_order.h"
@@ -17,6 +18,9 @@ namespace {
 
 constexpr const char* kFunction = "DcDirDicomDir::write";
 constexpr std::size_t kGroupLengthElementBytes = 12;
+
+// What a record takes beside its keys, with a file ID and the three UIDs of what it refers to.
+constexpr std::uint64_t kMostBytesBesideKeys = 480;
 
 bool isMrdr(const DcDirRec& record) { return record.type() == DcDirRecType::Mrdr; }
 
@@ -133,8 +137,18 @@ void DcDirWriter::fillInLinks() {
   storeLe32(&bytes_[sequenceLengthAt_], static_cast<std::uint32_t>(bytes_.size() - firstItemAt));
 }
 
+std::uint64_t DcDirWriter::mostBytes(const DcDirRec& parent) {
+  std::uint64_t bytes = 0;
+  for (const auto& record : parent.lower_) {
+    bytes += kMostBytesBesideKeys + record->encodedLengthEstimate() + mostBytes(*record);
+  }
+  return bytes;
+}
+
 DcCode DcDirWriter::encode() {
   mrdrLinks_.clear();
+  // Growing would hold the bytes twice. What is not written to takes no memory.
+  bytes_.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(mostBytes(dir_), kMaxFileBytes)));
   DcCode rc = appendHeader();
   if (rc == kDcOk) rc = appendRecords(dir_);
   if (rc == kDcOk) fillInLinks();

@@ -32,6 +32,8 @@ class DcDirWriter {
     const DcDirRec* mrdr;
   };
 
+  // Of the records below, never less than they take.
+  static std::uint64_t mostBytes(const DcDirRec& parent);
   void appendMetaInformation();
   DcCode appendHeader();
   DcCode appendRecords(DcDirRec& parent);

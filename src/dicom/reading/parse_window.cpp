@@ -1,6 +1,7 @@
 #include "parse_window.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -15,6 +16,10 @@ constexpr std::size_t kGrowth = 4;
 // Longer beginnings are read when it is known how much of them is needed.
 constexpr std::size_t kMaxHead = std::size_t{16} << 20;
 constexpr std::uint64_t kUnknownPosition = std::numeric_limits<std::uint64_t>::max();
+
+// The first chunk of the file before, for the next one: where thousands are read, a block of that
+// size each time makes the allocator tidy up between two of them. It stays for the process.
+std::atomic<std::uint8_t*> spareChunk = nullptr;
 
 }  // namespace
 
@@ -37,7 +42,12 @@ const std::uint8_t* FileWindow::Chunk::find(std::uint64_t position, std::size_t 
 
 bool FileWindow::Chunk::reserve(std::size_t wanted) {
   if (wanted <= capacity) return true;
-  std::unique_ptr<std::uint8_t[]> larger(new (std::nothrow) std::uint8_t[wanted]);
+  std::unique_ptr<std::uint8_t[]> larger;
+  if (wanted <= kFirstChunk) {
+    larger.reset(spareChunk.exchange(nullptr));
+    wanted = kFirstChunk;
+  }
+  if (larger == nullptr) larger.reset(new (std::nothrow) std::uint8_t[wanted]);
   if (larger == nullptr) return false;
   if (length > 0) std::memcpy(larger.get(), bytes.get(), length);
   bytes = std::move(larger);
@@ -47,6 +57,14 @@ bool FileWindow::Chunk::reserve(std::size_t wanted) {
 
 FileWindow::FileWindow(DcFile& file, bool isAtStart)
     : file_(file), filePosition_(isAtStart ? 0 : kUnknownPosition) {}
+
+FileWindow::~FileWindow() {
+  if (head_.capacity != kFirstChunk) return;
+  std::uint8_t* none = nullptr;
+  if (spareChunk.compare_exchange_strong(none, head_.bytes.get())) {
+    static_cast<void>(head_.bytes.release());  // it is the spare one now
+  }
+}
 
 bool FileWindow::measure() { return file_.ask(status_); }
 

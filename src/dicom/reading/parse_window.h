@@ -21,6 +21,9 @@ class FileWindow {
 
   // isAtStart: the file was just opened, so that the first read needs no seek.
   FileWindow(DcFile& file, bool isAtStart);
+  ~FileWindow();
+  FileWindow(const FileWindow&) = delete;
+  FileWindow& operator=(const FileWindow&) = delete;
   // False when the size of the file cannot be obtained.
   [[nodiscard]] bool measure();
   [[nodiscard]] std::uint64_t size() const { return status_.sizeBytes; }

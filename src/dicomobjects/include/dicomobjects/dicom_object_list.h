@@ -35,12 +35,8 @@ class CDicomObjectList : public COwningList<CDicomObjectProperties> {
   using CBaseList::Add;
   using CBaseList::Sort;
 
-  struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(TextView text) const { return std::hash<TextView>{}(text); }
-  };
   // From the text to the position of the first object that has it.
-  using Index = std::unordered_map<Text, std::size_t, TextHash, std::equal_to<>>;
+  using Index = std::unordered_map<SharedText, std::size_t, SharedTextHash, SharedTextEqual>;
 
   // Appends the object and enters it in the index.
   [[nodiscard]] bool Enter(std::unique_ptr<CDicomObjectProperties> properties);

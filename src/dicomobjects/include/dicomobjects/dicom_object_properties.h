@@ -7,6 +7,7 @@
 
 #include "dicomobjects/dicom_image_properties.h"
 #include "foundation/base_item.h"
+#include "foundation/shared_text.h"
 
 namespace quillon {
 
@@ -23,6 +24,9 @@ class CDicomObjectProperties : public CBaseItem {
   void Clear();
   // Empties what tells the instance: UID, instance key and frame key.
   void ClearInstance();
+  // Texts that another object has alike are held once for both from now on. It lives until null
+  // takes its place.
+  void ExpectLike(const CDicomObjectProperties* other) { like_ = other; }
   // Set: the text setters accept empty values.
   void SetAllowEmpty(bool allow) { allowEmpty_ = allow; }
 
@@ -41,19 +45,23 @@ class CDicomObjectProperties : public CBaseItem {
   void SetFileSize(std::uint32_t sizeBytes) { fileSizeBytes_ = sizeBytes; }
 
   [[nodiscard]] std::uint32_t FileSize() const { return fileSizeBytes_; }
-  [[nodiscard]] const Text& SopClassUid() const { return sopClassUid_; }
-  [[nodiscard]] const Text& SopClassCode() const { return sopClassCode_; }
-  [[nodiscard]] const Text& SopClassName() const { return sopClassName_; }
-  [[nodiscard]] const Text& TransferSyntaxUid() const { return transferSyntaxUid_; }
-  [[nodiscard]] const Text& TransferSyntaxName() const { return transferSyntaxName_; }
-  [[nodiscard]] const Text& DataSetTransferSyntaxUid() const { return dataSetTransferSyntaxUid_; }
+  [[nodiscard]] const Text& SopClassUid() const { return sopClassUid_.Get(); }
+  [[nodiscard]] const Text& SopClassCode() const { return sopClassCode_.Get(); }
+  [[nodiscard]] const Text& SopClassName() const { return sopClassName_.Get(); }
+  [[nodiscard]] const Text& TransferSyntaxUid() const { return transferSyntaxUid_.Get(); }
+  [[nodiscard]] const Text& TransferSyntaxName() const { return transferSyntaxName_.Get(); }
+  [[nodiscard]] const Text& DataSetTransferSyntaxUid() const {
+    return dataSetTransferSyntaxUid_.Get();
+  }
   [[nodiscard]] const Text& FileName() const { return fileName_; }
-  [[nodiscard]] const Text& FrameKey() const { return frameKey_; }
-  [[nodiscard]] const Text& Modality() const { return modality_; }
-  [[nodiscard]] const Text& ImplementationVersionName() const { return implementationVersionName_; }
-  [[nodiscard]] const Text& ImplementationClassUid() const { return implementationClassUid_; }
-  [[nodiscard]] const Text& InstanceKey() const { return instanceKey_; }
-  [[nodiscard]] const Text& InstanceUid() const { return instanceUid_; }
+  [[nodiscard]] const Text& FrameKey() const { return frameKey_.Get(); }
+  [[nodiscard]] const Text& Modality() const { return modality_.Get(); }
+  [[nodiscard]] const Text& ImplementationVersionName() const {
+    return implementationVersionName_.Get();
+  }
+  [[nodiscard]] const Text& ImplementationClassUid() const { return implementationClassUid_.Get(); }
+  [[nodiscard]] const Text& InstanceKey() const { return instanceKey_.Get(); }
+  [[nodiscard]] const Text& InstanceUid() const { return instanceUid_.Get(); }
 
   // Image values: the properties are made on first use. Null, with a sentence, without memory.
   CDicomImageProperties* Image();
@@ -62,28 +70,38 @@ class CDicomObjectProperties : public CBaseItem {
   // Empty when the object has none.
   [[nodiscard]] Text InstanceNumber() const;
 
+  // The instance UID in a form that shares it.
+  [[nodiscard]] const SharedText& SharedInstanceUid() const { return instanceUid_; }
+  [[nodiscard]] const SharedText& SharedInstanceKey() const { return instanceKey_; }
+
   // What the reading told beside the properties; null when nobody kept it. Copies share it.
   void SetFacts(std::shared_ptr<const DicomFileFacts> facts) { facts_ = std::move(facts); }
   [[nodiscard]] const DicomFileFacts* Facts() const { return facts_.get(); }
 
  private:
+  using Member = SharedText CDicomObjectProperties::*;
+  [[nodiscard]] bool Store(Member member, TextView text, std::size_t maxLen);
+  // A text of a table, or none.
+  void Look(Member member, TextView text);
+
+  const CDicomObjectProperties* like_ = nullptr;
   std::unique_ptr<CDicomImageProperties> image_;
   std::shared_ptr<const DicomFileFacts> facts_;
   bool allowEmpty_ = false;
   std::uint32_t fileSizeBytes_ = 0;
-  Text dataSetTransferSyntaxUid_;
+  SharedText dataSetTransferSyntaxUid_;
   Text fileName_;
-  Text frameKey_;
-  Text modality_;
-  Text sopClassUid_;
-  Text sopClassCode_;
-  Text sopClassName_;
-  Text transferSyntaxUid_;
-  Text transferSyntaxName_;
-  Text implementationVersionName_;
-  Text implementationClassUid_;
-  Text instanceKey_;
-  Text instanceUid_;
+  SharedText frameKey_;
+  SharedText modality_;
+  SharedText sopClassUid_;
+  SharedText sopClassCode_;
+  SharedText sopClassName_;
+  SharedText transferSyntaxUid_;
+  SharedText transferSyntaxName_;
+  SharedText implementationVersionName_;
+  SharedText implementationClassUid_;
+  SharedText instanceKey_;
+  SharedText instanceUid_;
 };
 
 }  // namespace quillon

@@ -21,11 +21,12 @@ class CBaseItem {
   // Every field to its default. Always true.
   bool Reset();
 
-  // The name that messages give the object; derived constructors set it. False, and nothing
-  // changed, for an empty one.
+  // The name that messages give the object; derived constructors set it. The text lives longer than
+  // the object: each of many objects would hold a copy. False, and nothing changed, for an empty
+  // one.
   bool SetClassName(TextView name);
   void GetClassName(Text& out) const { out = className_; }
-  [[nodiscard]] const Text& ClassName() const { return className_; }
+  [[nodiscard]] TextView ClassName() const { return className_; }
 
   // The sentence of the last failure; no operation clears it at its beginning. Always true.
   bool SetErrorMessage(TextView text);
@@ -97,7 +98,7 @@ class CBaseItem {
 
  protected:
   mutable HINSTANCE module_ = nullptr;
-  Text className_;
+  TextView className_;
   Text errorMessage_;
   Text itemText_;
   Text separator_;
