@@ -27,7 +27,7 @@ if [ -z "${QUILLON_BUILD:-}" ]; then
 fi
 
 echo "$(nproc) cores, $(awk '/MemTotal/ { printf "%.0f GB", $2 / 1048576 }' /proc/meminfo), $(uname -sr)"
-dcmdump --version | head -1
+dcmdump --version | sed -n 1p
 genisoimage --version
 echo
 scripts/bench_creation.py --runs "$runs" "${place[@]}"

@@ -118,7 +118,7 @@ def main():
     arguments = parser.parse_args()
     if arguments.dir:
         arguments.dir.mkdir(parents=True, exist_ok=True)
-    print(f"{'job':<34} {'command':<20} {'seconds':>8} {'MB':>6}")
+    print(f"{'job':<34} {'command':<20} {'seconds':>8} {'MB':>6}", flush=True)
     with tempfile.TemporaryDirectory(prefix="quillon-bench-", dir=arguments.dir) as directory:
         bench = Bench(Path(directory), arguments.runs, arguments.counts)
         small = bench.moves()
