@@ -31,7 +31,7 @@ constexpr std::size_t kFilesRefilled = kFilesAhead / 2;
 constexpr std::chrono::steady_clock::duration kUsual = 400us;
 constexpr int kFading = 8;
 
-void readHead(const std::u16string& path) {
+void readHead(const std::basic_string<WCHAR>& path) {
   const platform::NativePath native = platform::translatePath(path.c_str());
   // Without waiting: a named pipe has no writer that would let the call return.
   const int file = ::open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);

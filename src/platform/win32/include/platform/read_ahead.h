@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/win32.h"
 
@@ -16,11 +17,13 @@ namespace quillon {
 // meets the same. Windows' own cache is left to itself.
 class ReadAhead {
  public:
-  using PathOf = std::function<std::u16string(std::size_t index)>;
+  using PathOf = std::function<std::basic_string<WCHAR>(std::size_t index)>;
 
 #ifdef _WIN32
-  ReadAhead(std::size_t, PathOf) {}
-  void noteRead(std::size_t, std::chrono::steady_clock::duration) noexcept {}
+  ReadAhead(std::size_t, const PathOf&) {}
+  struct Turn {
+    Turn(ReadAhead&, std::size_t) {}
+  };
 #else
   // pathOf is asked from other threads, at the same time too, for as long as this lives.
   ReadAhead(std::size_t count, PathOf pathOf);
@@ -30,7 +33,6 @@ class ReadAhead {
 
   // The file at index has been read, all in all in so long.
   void noteRead(std::size_t index, std::chrono::steady_clock::duration took) noexcept;
-#endif
 
   // Lives while the file at index is read.
   class Turn {
@@ -46,7 +48,6 @@ class ReadAhead {
     std::chrono::steady_clock::time_point began_ = std::chrono::steady_clock::now();
   };
 
-#ifndef _WIN32
  private:
   class Readers;
 
