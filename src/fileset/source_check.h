@@ -10,9 +10,10 @@
 namespace quillon {
 
 // False, with the sentence of the first object that cannot be moved: its source is gone, empty, no
-// file, has changed since it was read, is a file that comes up twice, cannot be read or taken away,
-// or already lies in the object directory or is the DICOMDIR, where it could be overwritten before
-// its turn. Tells the bytes that have to be copied because their volume is not the root's.
+// file, has changed since it was read, is a file that comes up twice, cannot be taken away or,
+// where it has to be copied, be read any more, or already lies in the object directory or is the
+// DICOMDIR, where it could be overwritten before its turn. Tells the bytes that have to be copied
+// because their volume is not the root's.
 class SourceCheck {
  public:
   SourceCheck(const Text& rootDirectory, const Text& objectDirectory, const Text& dicomDir,
