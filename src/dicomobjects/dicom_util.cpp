@@ -120,7 +120,7 @@ void CDicomUtil::Clear() {
   lastResult_ = kDcOk;
   // These can find no memory.
   metaInfo_.clear();
-  reading_ = DcFileReading();
+  reading_.clear();
 }
 
 bool CDicomUtil::ReadFile(TextView path, bool deferPixelData, const DcTagSet* kept) {

@@ -17,6 +17,10 @@ DcFileMetaInfo::DcFileMetaInfo()
     : implementationClassUid(std::string(kDcToolkitRoot) + kImplementationClass),
       implementationVersionName(kImplementationVersion) {}
 
-void DcFileMetaInfo::clear() { *this = DcFileMetaInfo(); }
+// Copied, so that the texts keep their room: this is done several times for every file.
+void DcFileMetaInfo::clear() {
+  static const DcFileMetaInfo fresh;
+  *this = fresh;
+}
 
 }  // namespace quillon

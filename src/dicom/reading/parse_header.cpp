@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "dicom/dict.h"
+#include "dicom/tags.h"
 #include "dicom/vr_table.h"
 
 namespace quillon {
@@ -29,6 +30,25 @@ CodedVr vrFromCode(const std::uint8_t* code) {
   if (!isVrLetter(code[0]) || !isVrLetter(code[1])) return {};
   return kCodedVrs[static_cast<std::size_t>(code[0] - 'A') * kVrCodeLetters +
                    static_cast<std::size_t>(code[1] - 'A')];
+}
+
+// Behind the groups that dictate a form, in front of the tags of items.
+constexpr DcTag kFirstPlainTag = 0x00050000;
+constexpr DcTag kEndOfPlainTags = 0xFFFE0000;
+
+constexpr auto kHasShortHeader = [] {
+  std::array<bool, kCodedVrs.size()> isShort{};
+  for (std::size_t i = 0; i < isShort.size(); ++i) {
+    isShort[i] = kCodedVrs[i].vr != DcVr::None && !kCodedVrs[i].isLong;
+  }
+  return isShort;
+}();
+
+bool hasShortHeader(const std::uint8_t* code) {
+  const auto first = static_cast<unsigned>(code[0]) - 'A';
+  const auto second = static_cast<unsigned>(code[1]) - 'A';
+  return first < kVrCodeLetters && second < kVrCodeLetters &&
+         kHasShortHeader[first * kVrCodeLetters + second];
 }
 
 // VRs that were made after the table. They, and every one still to come, have the long header.
@@ -97,6 +117,26 @@ bool utilGetElemInfo(const std::uint8_t* bytes, std::size_t available, unsigned 
   info.headerBytes = isLong ? kLongHeaderBytes : kShortHeaderBytes;
   info.valueLength = isLong ? load32(bytes + 8, big) : load16(bytes + 6, big);
   return true;
+}
+
+std::size_t passPlainElements(const std::uint8_t* bytes, std::size_t at, std::size_t length,
+                              const DcTagSet* wanted, DcTag& lastTag) {
+  const std::uint8_t* header = bytes + at;
+  std::size_t left = length - at;
+  DcTag last = lastTag;
+  while (left >= kShortHeaderBytes) {
+    const DcTag tag = loadTag(header, false);
+    if (tag <= last || tag < kFirstPlainTag || tag >= kEndOfPlainTags) break;
+    if (tag == tags::kPixelData || !hasShortHeader(header + 4)) break;
+    if (wanted != nullptr && wanted->contains(tag)) break;
+    const std::size_t elementBytes = kShortHeaderBytes + load16(header + 6, false);
+    if (elementBytes > left) break;
+    header += elementBytes;
+    left -= elementBytes;
+    last = tag;
+  }
+  lastTag = last;
+  return length - left;
 }
 
 }  // namespace quillon

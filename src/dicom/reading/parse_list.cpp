@@ -49,6 +49,9 @@ DcCode missingDelimiter(const char* function, std::uint64_t offset) {
   return kDcNotAccepted;
 }
 
+// What a data set has of which little is kept.
+constexpr std::size_t kUsualKeptElements = 64;
+
 // One call of processElemListDM.
 class ListParser {
  public:
@@ -69,6 +72,7 @@ class ListParser {
   }
 
   DcCode run(std::size_t& consumed) {
+    if (kept_ != nullptr) list_->reserve(kUsualKeptElements);
     const DcCode code = parseAll();
     consumed = at_;
     if (!late_.empty()) list_->addAll(std::move(late_));
@@ -79,7 +83,15 @@ class ListParser {
   enum class Step { Element, Passed, End, Error };
 
   DcCode parseAll() {
+    const bool hasPlainElements =
+        form_ == kParseExplicitLittleForm && (list_ == nullptr || kept_ != nullptr);
     while (length_ - at_ >= kShortHeaderBytes) {
+      if (hasPlainElements) {
+        const std::size_t from = at_;
+        at_ = passPlainElements(buffer_, at_, length_, kept_, lastTag_);
+        hasLastTag_ = hasLastTag_ || at_ != from;
+        if (length_ - at_ < kShortHeaderBytes) break;
+      }
       switch (itemStep()) {
         case Step::End:
           return kDcOk;

@@ -79,6 +79,16 @@ const std::uint8_t* FileWindow::at(std::uint64_t position, std::size_t count) {
   return jump(position) ? aside_.find(position, count) : nullptr;
 }
 
+const std::uint8_t* FileWindow::inMemory(std::uint64_t position, std::size_t& count) const {
+  for (const Chunk* chunk : {&head_, &aside_}) {
+    if (const std::uint8_t* found = chunk->find(position, 1)) {
+      count = chunk->length - static_cast<std::size_t>(position - chunk->start);
+      return found;
+    }
+  }
+  return nullptr;
+}
+
 bool FileWindow::grow(std::size_t wanted) {
   const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size()));
   const std::size_t kept = head_.length;

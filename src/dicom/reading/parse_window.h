@@ -32,6 +32,9 @@ class FileWindow {
   // Bytes [position, position + count), valid until the next call; null behind the end of the file
   // and when they cannot be had, which fault() tells.
   const std::uint8_t* at(std::uint64_t position, std::size_t count);
+  // The bytes from position on that are in memory as it is, with their count; null for none. Valid
+  // as those of at().
+  const std::uint8_t* inMemory(std::uint64_t position, std::size_t& count) const;
   // kDcOk, or why at() did not answer once: kDcReadFailed, kDcNoMemory.
   [[nodiscard]] DcCode fault() const { return fault_; }
   // All bytes [from, to) in one piece, valid while the window lives; the pieces that at() answered

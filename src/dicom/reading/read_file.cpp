@@ -49,14 +49,26 @@ struct PixelData {
   std::uint64_t faultAt = 0;
 };
 
+// Over the elements that cannot be the pixel data and whose values are in memory already.
+void passInMemory(const FileWindow& window, unsigned form, std::uint64_t& position) {
+  std::size_t count = 0;
+  const std::uint8_t* bytes = window.inMemory(position, count);
+  if (bytes == nullptr || form != kParseExplicitLittleForm) return;
+  DcTag lastTag = 0;
+  position += passPlainElements(bytes, 0, count, nullptr, lastTag);
+}
+
 // Steps over the elements of the data set. Pixel data of icon images does not count: it stands
 // inside a sequence.
 PixelData findPixelData(FileWindow& window, const DataSetPlace& place) {
   PixelData pixelData;
   const unsigned form = parseFormOf(place.syntax);
   std::uint64_t position = place.offset;
-  std::size_t available = 0;
-  while (const std::uint8_t* bytes = headerAt(window, position, available)) {
+  while (true) {
+    passInMemory(window, form, position);
+    std::size_t available = 0;
+    const std::uint8_t* bytes = headerAt(window, position, available);
+    if (bytes == nullptr) break;
     ElemInfo info;
     const bool isWhole = utilGetElemInfo(bytes, available, form, info);
     if (info.tag == tags::kPixelData) {
@@ -138,7 +150,7 @@ class OpenedFile {
 
 DcCode OpenedFile::open(const char* fileName, const char* function, DcFileMetaInfo& metaInfo,
                         DcFileReading* reading) {
-  if (reading != nullptr) *reading = DcFileReading();
+  if (reading != nullptr) reading->clear();
   metaCode_ = openToRead(file_, fileName, function);
   if (metaCode_ == kDcOk && !window_.measure()) metaCode_ = statError(function, fileName);
   const bool isOpen = metaCode_ == kDcOk;
@@ -185,6 +197,11 @@ DcCode readFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elem
 }
 
 }  // namespace
+
+void DcFileReading::clear() {
+  static const DcFileReading fresh;
+  *this = fresh;
+}
 
 DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
                            std::uint64_t* dataSetOffset) try {

@@ -1,5 +1,6 @@
 #include "dicom/read_file.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 
@@ -326,6 +327,81 @@ TEST_F(ReadingFiles, ReadingStopsInFrontOfThePixelData) {
   EXPECT_EQ(pixelOffset_, valueAt);
   EXPECT_EQ(pixelLength_, 0xFFFFFFFE);
   EXPECT_EQ(list_.size(), 1U);
+}
+
+// Data sets in which most elements are passed over by their headers alone, and what must not be
+// among those: each is met where it stands, whatever is kept and wherever the file is cut.
+TEST_F(ReadingFiles, WhatIsSteppedOverIsCheckedLikeWhatIsKept) {
+  const auto plain = [] {
+    DataSetBytes dataSet;
+    dataSet.text(0x00080016, "UI", kCtImage).text(0x00080060, "CS", "CT");
+    return std::move(dataSet.us(0x00280010, {5}).text(0x00280030, "DS", "1\\2"));
+  };
+  const Bytes pixels = DataSetBytes().raw(kPixelData, "OW", {1, 2, 3, 4}).take();
+  struct Case {
+    const char* what;
+    Bytes middle;  // between the plain elements and the pixel data
+    DcCode code;
+  };
+  const Case cases[] = {
+      {"nothing", {}, kDcOk},
+      {"a known tag that comes late", DataSetBytes().us(0x00280002, {1}).take(), kDcOk},
+      {"an unknown one", DataSetBytes().us(0x00270001, {1}).take(), kDcNotAccepted},
+      {"pixel data with a short header", DataSetBytes().us(kPixelData, {7}).take(), kDcOk},
+      {"a sequence",
+       DataSetBytes()
+           .beginSequence(0x00400275, true)
+           .beginItem(true)
+           .us(0x00400001, {1})
+           .endItem()
+           .endSequence()
+           .take(),
+       kDcOk},
+      {"a VR that nobody knows", DataSetBytes().text(0x00400001, "??", "AB").take(), kDcOk},
+      {"a younger VR", DataSetBytes().raw(0x00410001, "UC", Bytes(3000, 'x')).take(), kDcOk},
+      {"an item whose length reads like a VR",
+       {0xFE, 0xFF, 0x00, 0xE0, 'C', 'S', 2, 0, 'A', 'B'},
+       kDcNotAccepted},
+      {"the form of group 0002", DataSetBytes().text(0x00020003, "UI", "1.2").take(), kDcOk},
+      {"group 0000, which is implicit", {0, 0, 2, 0, 4, 0, 0, 0, 1, 2, 3, 4}, kDcOk},
+      {"values across the end of the first chunk",
+       DataSetBytes()
+           .text(0x00321050, "LT", std::string(9000, 'y'))
+           .text(0x00324000, "LT", std::string(9000, 'z'))
+           .us(0x00380010, {1})
+           .take(),
+       kDcOk},
+  };
+  const DcTagSet kept({0x00080060, 0x00280030, 0x00380010});
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    const Bytes file = dicomFile(plain().append(c.middle).append(pixels).take(), kCtImage, "1.2.3",
+                                 kExplicitLittleUid);
+    const std::size_t middleAt = file.size() - pixels.size() - c.middle.size();
+    std::size_t pixelsAt = file.size() - pixels.size();
+    if (c.what == cases[3].what) pixelsAt = middleAt;
+    for (std::size_t bytes = file.size(); bytes >= middleAt - 20; --bytes) {
+      if (bytes + 20 < pixelsAt) bytes = std::min(bytes, middleAt + 60);
+      SCOPED_TRACE(bytes);
+      const std::string name = write(firstOf(file, bytes));
+      const DcCode code = readHeader(name);
+      const std::string log = logged();
+      if (bytes == file.size()) {
+        EXPECT_EQ(code, c.code);
+        EXPECT_EQ(pixelOffset_, pixelsAt + 12);
+      }
+      DcElemList some;
+      std::uint64_t offset = 0;
+      EXPECT_EQ(dirReadFile(name.c_str(), meta_, some, &offset, nullptr, nullptr, &kept), code);
+      EXPECT_EQ(logged(), log);
+      EXPECT_EQ(offset, pixelOffset_);
+      for (const DcTag tag : {0x00080060U, 0x00280030U, 0x00380010U}) {
+        ASSERT_EQ(some.contains(tag), list_.contains(tag));
+        EXPECT_TRUE(!some.contains(tag) ||
+                    some.find(tag)->stringValues() == list_.find(tag)->stringValues());
+      }
+    }
+  }
 }
 
 TEST_F(ReadingFiles, HeadersOfEverySizeAreReadWhole) {

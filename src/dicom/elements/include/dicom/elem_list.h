@@ -38,6 +38,8 @@ class DcElemList {
   // Deletes every element of a group.
   void removeGroup(std::uint16_t group);
   void clear();
+  // Room for as many elements in all.
+  void reserve(std::size_t count) { elements_.reserve(count); }
   // Whether parsing dropped an element, in this list or in the items below it, because there was no
   // memory for its value: what is here is not all that was encoded. clear() forgets it.
   [[nodiscard]] bool lostElements() const { return lostElements_; }

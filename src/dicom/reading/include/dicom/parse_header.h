@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "dicom/element_form.h"
+#include "dicom/tag_set.h"
 #include "dicom/types.h"
 
 namespace quillon {
@@ -33,6 +34,14 @@ unsigned parseFormOf(DcUid transferSyntax);
 // Reads the header at `bytes`. False when fewer bytes are available than it takes.
 [[nodiscard]] bool utilGetElemInfo(const std::uint8_t* bytes, std::size_t available, unsigned flags,
                                    ElemInfo& info);
+
+// Steps over elements that are not wanted and whose headers leave nothing to look up: explicit
+// little endian with the short header, in ascending order, whole within `length`, not Pixel Data,
+// and of no group that dictates a form. Nearly every element of a file is one. Answers where the
+// first other element (or the rest of the bytes) stands. wanted may be null: none is. lastTag: the
+// tag in front of `at`, and on return of the last element that was stepped over.
+std::size_t passPlainElements(const std::uint8_t* bytes, std::size_t at, std::size_t length,
+                              const DcTagSet* wanted, DcTag& lastTag);
 
 // An item or delimitation tag stands in the byte order of the form, also where groups dictate one.
 inline DcTag loadItemTag(const std::uint8_t* bytes, unsigned flags) {

@@ -30,6 +30,8 @@ struct DcFileReading {
   // The file ends before the pixel data that it declares. Only a reading up to the pixel data
   // tells: one of the whole file fails then. A value of undefined length is not followed.
   bool isPixelDataCut = false;
+
+  void clear();
 };
 
 // Reads a whole file (at most 512 MiB). The list is emptied first. A file without "DICM" is read
