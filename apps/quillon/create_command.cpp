@@ -23,6 +23,9 @@ before anything is moved, unless --keep-going is given. Files that name no study
 (a DICOMDIR, say) and files with an object that was added already are passed over and listed.
 Symbolic links to directories are followed only when they are named on the command line.
 
+With --study, --series, --modality or --since an object must meet each of them; how many others there
+are is counted ("Left out"), and nothing else is asked of them.
+
 Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 
 struct CommandOptions {
@@ -32,9 +35,15 @@ struct CommandOptions {
 };
 
 int runCreate(CommandOptions& options) {
+  const Outcome listed = takeListedSources(options.job.selection, options.job.sources);
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
   MediaJob mediaJob;
-  const CreateResult result = createFileSet(options.job, mediaJob);
+  CreateResult result;
+  if (listed.failed()) {
+    result.outcome = listed;
+  } else {
+    result = createFileSet(options.job, mediaJob);
+  }
   std::string output =
       options.isJson ? jsonObject(jsonMembers(result), result.outcome) : plainText(result);
   return finish(Output::of(options.isJson, std::move(output)), result.outcome, result.remarks);
@@ -43,7 +52,7 @@ int runCreate(CommandOptions& options) {
 }  // namespace
 
 void addCreateOptions(CLI::App& command, CreateOptions& job) {
-  command.add_option("PATH", job.sources, "Files and directories to add")->required();
+  command.add_option("PATH", job.sources, "Files and directories to add");
   addRootOption(command, job.root);
   command.add_flag("--replace", job.isReplacing, "Wipe a root directory that holds something");
   command
@@ -72,6 +81,7 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
   command.add_flag("--invent", job.isInventing, "Make up the values that a DICOMDIR requires");
   command.add_flag("--one-patient", job.isForOnePatient, "Refuse files of more than one patient");
   addCharacterSetOption(command, job.characterSet);
+  addSelectionOptions(command, job.selection);
 }
 
 void addRootOption(CLI::App& command, std::optional<std::string>& root) {

@@ -63,7 +63,10 @@ mode_t usualDirectoryMode() {
 class CreateJob {
  public:
   CreateJob(const CreateOptions& options, MediaJob& job)
-      : options_(options), job_(job), progress_(options.showsProgress) {}
+      : options_(options),
+        selection_(selectionOf(options.selection)),
+        job_(job),
+        progress_(options.showsProgress) {}
 
   CreateResult run() {
     result_.isDryRun = options_.isDryRun;
@@ -194,7 +197,10 @@ class CreateJob {
       if (!add(list.files[i], staging)) return false;
       progress_.advance(i + 1);
     }
-    return !files_.empty() || fail(kNothingToAdd);
+    if (!files_.empty()) return true;
+    return fail(result_.notSelected == 0 ? std::string(kNothingToAdd)
+                                         : "The selection leaves out all of the DICOM files: " +
+                                               std::to_string(result_.notSelected) + ".");
   }
 
   [[nodiscard]] bool isMoved(const SourceFile& file) const {
@@ -215,8 +221,9 @@ class CreateJob {
       const Outcome renamed = staging.nameIn(absolutePath(file.path), path);
       if (renamed.failed()) return fail("Cannot add " + file.path + ": " + renamed.text());
     }
-    const Added added = job_.addFile(
-        path, {options_.patientKey, options_.isStrict, options_.isStrict && !options_.isInventing});
+    const Added added =
+        job_.addFile(path, {options_.patientKey, options_.isStrict,
+                            options_.isStrict && !options_.isInventing, &selection_});
     switch (added.outcome) {
       case AddOutcome::Added:
         if (added.isPixelDataCut) result_.remarks.push_back(file.path + ": " + kCut);
@@ -224,6 +231,9 @@ class CreateJob {
         return true;
       case AddOutcome::AlreadyAdded:
         return leaveOutSecond(file, added.firstFile);
+      case AddOutcome::NotSelected:
+        ++result_.notSelected;
+        return true;
       case AddOutcome::Refused:
         if (const Outcome read = canBeRead(file.path); read.failed()) {
           return leaveOutUnreadable(file.path, read.text(), true);
@@ -369,6 +379,7 @@ class CreateJob {
   }
 
   const CreateOptions& options_;
+  const ObjectSelection selection_;
   MediaJob& job_;
   ProgressBar progress_;
   CreateResult result_;

@@ -11,6 +11,7 @@
 #include "fileset/disc_room.h"
 #include "outcome.h"
 #include "record_remarks.h"
+#include "selection_options.h"
 
 namespace quillon::cli {
 
@@ -18,6 +19,7 @@ class MediaJob;
 
 struct CreateOptions {
   std::vector<std::string> sources;
+  SelectionOptions selection;
   std::optional<std::string> root;
   std::optional<std::string> objectDirectory;
   std::optional<std::string> patientKey;
@@ -61,6 +63,7 @@ struct CreateResult {
   std::uint64_t discSectors = 0;  // that a disc needs, at the most; told of a dry run
   std::string label;
   std::vector<PassedOver> passedOver;
+  std::size_t notSelected = 0;  // files that the selection leaves out
   std::vector<IncompleteKey> incomplete;
   Outcome outcome;
   std::vector<std::string> remarks;  // what the user should know beside it

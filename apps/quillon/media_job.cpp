@@ -94,6 +94,7 @@ Added MediaJob::addFile(std::string_view path, const AddRules& rules) {
   FitnessRules fitness;
   fitness.refusesCutFiles = rules.refusesCutFiles;
   fitness.refusesMissingKeys = rules.refusesMissingKeys;
+  fitness.selection = rules.selection;
   fitness.patientKey = [&rules](TextView name, TextView id) {
     return rules.patientKey ? wide(*rules.patientKey) : patientKey(name, id);
   };

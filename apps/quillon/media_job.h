@@ -20,6 +20,7 @@ struct AddRules {
   std::optional<std::string> patientKey;  // none: files fall under the patient that they name
   bool refusesCutFiles = false;
   bool refusesMissingKeys = false;
+  const ObjectSelection* selection = nullptr;  // null: of all
 };
 
 struct Added {

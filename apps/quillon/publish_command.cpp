@@ -32,6 +32,7 @@ Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 struct CommandOptions {
   CreateOptions create;
   WriteOptions write;
+  Outcome listed;  // how the list of sources was read
   bool isJson = false;
   bool hasExampleRoot = false;  // nobody's, for a look
   std::string logFile;
@@ -61,7 +62,9 @@ int publish(CommandOptions& options, std::vector<std::string> remarks,
   CreateResult created;
   MediaJob job;
   Delivery delivery(options.write, job, std::move(keepRoot));
-  if (Outcome asked = delivery.ask(options.create.sources); asked.failed()) {
+  Outcome asked = options.listed;
+  if (!asked.failed()) asked = delivery.ask(options.create.sources);
+  if (asked.failed()) {
     created.outcome = std::move(asked);
     created.isDryRun = options.create.isDryRun;
     created.root = delivery.result().root;
@@ -93,6 +96,7 @@ int publish(CommandOptions& options, std::vector<std::string> remarks,
 }
 
 int runPublish(CommandOptions& options) {
+  options.listed = takeListedSources(options.create.selection, options.create.sources);
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
   options.write.showsProgress = options.create.showsProgress;
   options.create.mayLink = !options.write.isKeeping && !options.write.isSimulating;

@@ -73,6 +73,9 @@ std::string plainText(const CreateResult& result) {
     out += "Series:    " + std::to_string(result.series) + "\n";
     out += "Objects:   " + std::to_string(result.objects) + "\n";
     out += "Bytes:     " + std::to_string(result.bytes) + "\n";
+    if (result.notSelected > 0) {
+      out += "Left out:  " + std::to_string(result.notSelected) + "\n";
+    }
     out += "Label:\n" + indented(result.label, "  ") + "\n";
     if (result.isDryRun) out += fitsText(result.discSectors);
   }
@@ -119,7 +122,9 @@ std::string jsonMembers(const CreateResult& result) {
     out += "{\"path\":" + jsonString(one.path) + ",\"reason\":" + jsonString(one.reason) + "}";
     separator = ",";
   }
-  out += "],\"incomplete\":[";
+  out += "],";
+  out += jsonMember("left_out", number(result.notSelected));
+  out += "\"incomplete\":[";
   separator = "";
   for (const IncompleteKey& one : result.incomplete) {
     out += separator;

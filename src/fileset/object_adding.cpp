@@ -12,6 +12,7 @@
 #include "dicomobjects/instance_uid.h"
 #include "directory_record.h"
 #include "fileset/model/element_text.h"
+#include "fileset/object_selection.h"
 #include "foundation/find_handle.h"
 #include "kept_elements.h"
 #include "key_inventor.h"
@@ -42,6 +43,21 @@ UINT CheckMakerUid(TextView uid) {
 // A name that the toolkit's code page cannot hold would lead it to another file.
 bool IsNarrowable(TextView fileName) {
   return WidenText(NarrowText(fileName, FileSystemCodePage()), FileSystemCodePage()) == fileName;
+}
+
+// What cannot be read is empty.
+ObjectPlace PlaceOf(const DcElemList& dataSet) {
+  ObjectPlace place;
+  static_cast<void>(ReadElementText(dataSet, tags::kStudyInstanceUid, place.studyUid));
+  static_cast<void>(ReadElementText(dataSet, tags::kSeriesInstanceUid, place.seriesUid));
+  static_cast<void>(ReadElementText(dataSet, tags::kModality, place.modality));
+  for (const DcTag tag :
+       {tags::kStudyDate, tags::kSeriesDate, tags::kAcquisitionDate, tags::kContentDate}) {
+    static_cast<void>(ReadElementText(dataSet, tag, place.date));
+    if (!place.date.empty()) break;
+  }
+  std::erase(place.date, OLESTR('.'));  // of the dates of old
+  return place;
 }
 
 // A file that a creation would refuse, as far as that shows in the file.
@@ -152,6 +168,8 @@ bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, Add
   }
   object.SettleUnknownVrs();
   const DcElemList& dataSet = *object.GetElementList();
+  const bool hasSelection =
+      mustBeFit && rules->selection != nullptr && !rules->selection->TakesAll();
   Source source{object, fileName, std::nullopt};
   if (options_.currentPractice) {
     source.characterSet = options_.characterSet.empty() ? CharacterSetOf(dataSet)
@@ -160,6 +178,10 @@ bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, Add
   if (options_.currentPractice && dataSet.contains(tags::kSopInstanceUid)) {
     const RecordRow& row = RecordRowOf(object.GetReading().metaInfo.sopClassUid);
     if (IsTopLevel(row.type)) {
+      if (hasSelection) {
+        told.outcome = AddOutcome::NotSelected;
+        return true;
+      }
       const std::array rows{&row};
       return (!mustBeFit || !rules->refusesMissingKeys || HasKeysOf(rows, source, told)) &&
              FileTopLevelObject(source, told);
@@ -172,6 +194,10 @@ bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, Add
         object.GetReading().metaInfo.transferSyntax == DcUid::DeflatedExplicitLittleEndian;
     told.outcome = isDeflated ? AddOutcome::Deflated : AddOutcome::NamesNoObject;
     return !mustBeFit || !isDeflated;
+  }
+  if (hasSelection && !rules->selection->Takes(PlaceOf(dataSet))) {
+    told.outcome = AddOutcome::NotSelected;
+    return true;
   }
   told.isPixelDataCut = object.IsPixelDataCut();
   return (!mustBeFit || ApplyRules(source, *rules, told)) && FileObject(source, mustBeFit, told);

@@ -56,7 +56,8 @@ class Creation(program.ProgramTest):
         notes = self.write("notes.txt", b"no DICOM in here")
         result = self.create_set(self.source)
         self.assertEqual(set(result), {"root", "patients", "studies", "series", "objects", "bytes",
-                                       "label", "passed_over", "incomplete", "error"})
+                                       "label", "passed_over", "left_out", "incomplete",
+                                       "error"})
         self.assertEqual(result["root"], str(self.root))
         self.assertEqual([result[k] for k in ("patients", "studies", "series", "objects", "bytes")],
                          [2, 3, 7, SAMPLE_FILES, sizes])

@@ -18,6 +18,7 @@ namespace quillon {
 
 class FileSetPlan;
 class RootClaim;
+struct ObjectSelection;
 
 // What became of a file that was to be added.
 enum class AddOutcome {
@@ -30,6 +31,7 @@ enum class AddOutcome {
   Deflated,            // its elements cannot be read
   PixelDataCut,        // the file ends before its pixel data does
   KeysMissing,         // its directory records would lack required keys
+  NotSelected,         // the selection leaves it out
   Refused,             // the error message tells why
 };
 
@@ -47,6 +49,9 @@ struct FitnessRules {
   bool refusesCutFiles = false;
   // With currentPractice: refuses a file without a value for every required key of its records.
   bool refusesMissingKeys = false;
+  // Leaves out objects before anything else is asked of them; null: none. One that belongs to no
+  // study is left out by every selection.
+  const ObjectSelection* selection = nullptr;
 };
 
 // How far the file set in a root directory has come.
@@ -107,7 +112,7 @@ class CDicomDirProcessor : public CBaseItem, public FileSetOptions {
 
   // The same in steps, for a host that does something in between. AddFitFile adds only what a
   // creation takes: false, with the outcome, for what AddFile would pass over or a plan refuse
-  // (true for AlreadyAdded and NamesNoObject).
+  // (true for AlreadyAdded, NamesNoObject and NotSelected).
   [[nodiscard]] bool AddFitFile(TextView fileName, const FitnessRules& rules, AddedFile& told);
   // After a failure in copying or moving: the file concerned and the platform's reason. False when
   // there is none.
