@@ -6,7 +6,7 @@ set -euo pipefail
 
 build_packages=(
   g++ cmake ninja-build pkg-config libcli11-dev
-  libxml2-dev libxslt1-dev libcurl4-openssl-dev libburn-dev
+  libxml2-dev libxslt1-dev libcurl4-openssl-dev libssl-dev libburn-dev
 )
 test_packages=(
   libgtest-dev googletest g++-mingw-w64-i686-win32 mingw-w64-tools
