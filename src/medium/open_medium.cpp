@@ -1,11 +1,15 @@
+#include "directory_source.h"
 #include "foundation/file_util.h"
 #include "medium/medium_source.h"
 
 namespace quillon {
 
 std::unique_ptr<MediumSource> OpenMedium(TextView path, CBaseItem& errors) {
-  CFileUtil files;
-  if (!files.PathExists(Text(path))) errors.SetErrorMessage(kMsgCannotOpenFile, {path});
+  const DWORD attributes = GetFileAttributesW(Text(path).c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+    return std::make_unique<DirectorySource>(path);
+  }
+  errors.SetErrorMessage(kMsgCannotOpenFile, {path});
   return nullptr;
 }
 

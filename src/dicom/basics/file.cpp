@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "dicom/byte_source.h"
 #include "platform/win32.h"
 
 namespace quillon {
@@ -38,7 +39,17 @@ bool DcFile::open(const char* fileName, Mode mode) {
   return true;
 }
 
+void DcFile::open(DcByteSource& source) {
+  static_cast<void>(close());
+  source_ = &source;
+  sourcePosition_ = 0;
+}
+
 bool DcFile::size(std::uint64_t& sizeBytes) const {
+  if (source_ != nullptr) {
+    sizeBytes = source_->sizeBytes();
+    return true;
+  }
   LARGE_INTEGER size{};
   if (GetFileSizeEx(handle_, &size) == 0) return false;
   sizeBytes = static_cast<std::uint64_t>(size.QuadPart);
@@ -46,6 +57,11 @@ bool DcFile::size(std::uint64_t& sizeBytes) const {
 }
 
 bool DcFile::ask(DcFileStatus& status) const {
+  if (source_ != nullptr) {
+    status = {};
+    status.sizeBytes = source_->sizeBytes();
+    return true;
+  }
   BY_HANDLE_FILE_INFORMATION data{};
   if (GetFileInformationByHandle(handle_, &data) == 0) return false;
   const auto wide = [](DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; };
@@ -57,6 +73,10 @@ bool DcFile::ask(DcFileStatus& status) const {
 }
 
 bool DcFile::seek(std::uint64_t offset) {
+  if (source_ != nullptr) {
+    sourcePosition_ = offset;
+    return true;
+  }
   LARGE_INTEGER distance{};
   distance.QuadPart = static_cast<LONGLONG>(offset);
   return SetFilePointerEx(handle_, distance, nullptr, FILE_BEGIN) != 0;
@@ -64,6 +84,15 @@ bool DcFile::seek(std::uint64_t offset) {
 
 bool DcFile::read(void* buffer, std::size_t lengthBytes, std::size_t& readBytes) {
   readBytes = 0;
+  if (source_ != nullptr) {
+    const std::uint64_t sizeBytes = source_->sizeBytes();
+    const std::uint64_t left = sourcePosition_ < sizeBytes ? sizeBytes - sourcePosition_ : 0;
+    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(lengthBytes, left));
+    if (wanted > 0 && !source_->readAt(sourcePosition_, buffer, wanted)) return false;
+    sourcePosition_ += wanted;
+    readBytes = wanted;
+    return true;
+  }
   while (readBytes < lengthBytes) {
     DWORD got = 0;
     if (ReadFile(handle_, static_cast<char*>(buffer) + readBytes, chunkOf(lengthBytes - readBytes),
@@ -93,6 +122,7 @@ bool DcFile::write(const void* buffer, std::size_t lengthBytes) {
 bool DcFile::flush() { return FlushFileBuffers(handle_) != 0; }
 
 bool DcFile::close() {
+  source_ = nullptr;
   if (handle_ == nullptr) return true;
   return CloseHandle(std::exchange(handle_, nullptr)) != 0;
 }

@@ -133,9 +133,9 @@ void takeSopUids(const DcElemList& elements, DcFileMetaInfo& metaInfo) {
 class OpenedFile {
  public:
   // The code with which reading must end, kDcOk when it goes on: also after kDcNotDicom, which
-  // metaCode keeps. reading may be null.
-  DcCode open(const char* fileName, const char* function, DcFileMetaInfo& metaInfo,
-              DcFileReading* reading);
+  // metaCode keeps. source: null for a file of that name. reading may be null.
+  DcCode open(DcByteSource* source, const char* fileName, const char* function,
+              DcFileMetaInfo& metaInfo, DcFileReading* reading);
 
   FileWindow& window() { return window_; }
   [[nodiscard]] const DataSetPlace& place() const { return place_; }
@@ -148,10 +148,14 @@ class OpenedFile {
   DcCode metaCode_ = kDcOk;
 };
 
-DcCode OpenedFile::open(const char* fileName, const char* function, DcFileMetaInfo& metaInfo,
-                        DcFileReading* reading) {
+DcCode OpenedFile::open(DcByteSource* source, const char* fileName, const char* function,
+                        DcFileMetaInfo& metaInfo, DcFileReading* reading) {
   if (reading != nullptr) reading->clear();
-  metaCode_ = openToRead(file_, fileName, function);
+  if (source != nullptr) {
+    file_.open(*source);
+  } else {
+    metaCode_ = openToRead(file_, fileName, function);
+  }
   if (metaCode_ == kDcOk && !window_.measure()) metaCode_ = statError(function, fileName);
   const bool isOpen = metaCode_ == kDcOk;
   if (isOpen) metaCode_ = readMetaInfo(window_, metaInfo, place_);
@@ -166,12 +170,13 @@ DcCode OpenedFile::open(const char* fileName, const char* function, DcFileMetaIn
 }
 
 // The whole file, or with pixelData what stands before it.
-DcCode readFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
-                DcFileReading* reading, PixelData* pixelData, const DcTagSet* kept) try {
+DcCode readFile(DcByteSource* source, const char* fileName, DcFileMetaInfo& metaInfo,
+                DcElemList& elements, DcFileReading* reading, PixelData* pixelData,
+                const DcTagSet* kept) try {
   if (fileName == nullptr) return nullFileName(kReadFunction);
   const DcLogFile inLog(fileName);
   OpenedFile file;
-  const DcCode metaCode = file.open(fileName, kReadFunction, metaInfo, reading);
+  const DcCode metaCode = file.open(source, fileName, kReadFunction, metaInfo, reading);
   if (metaCode != kDcOk) return metaCode;
   FileWindow& window = file.window();
   const DataSetPlace& place = file.place();
@@ -196,6 +201,16 @@ DcCode readFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elem
   return loadError(kDcNoMemory, kReadFunction, fileName);
 }
 
+DcCode readHeader(DcByteSource* source, const char* fileName, DcFileMetaInfo& metaInfo,
+                  DcElemList& elements, std::uint64_t* pixelValueOffset,
+                  std::uint32_t* pixelValueLength, DcFileReading* reading, const DcTagSet* kept) {
+  PixelData pixelData;
+  const DcCode code = readFile(source, fileName, metaInfo, elements, reading, &pixelData, kept);
+  if (pixelValueOffset != nullptr) *pixelValueOffset = pixelData.valueAt;
+  if (pixelValueLength != nullptr) *pixelValueLength = pixelData.valueLength;
+  return code;
+}
+
 }  // namespace
 
 void DcFileReading::clear() {
@@ -210,7 +225,8 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
   if (fileName == nullptr) return nullFileName(kFunction);
   const DcLogFile inLog(fileName);
   OpenedFile file;
-  static_cast<void>(file.open(fileName, kFunction, metaInfo, nullptr));  // metaCode keeps more
+  static_cast<void>(
+      file.open(nullptr, fileName, kFunction, metaInfo, nullptr));  // metaCode keeps more
   if (dataSetOffset != nullptr) *dataSetOffset = file.place().offset;
   return file.metaCode();
 } catch (const std::bad_alloc&) {
@@ -219,17 +235,21 @@ DcCode dirReadFileMetaInfo(const char* fileName, DcFileMetaInfo& metaInfo,
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
                    DcFileReading* reading) {
-  return readFile(fileName, metaInfo, elements, reading, nullptr, nullptr);
+  return readFile(nullptr, fileName, metaInfo, elements, reading, nullptr, nullptr);
 }
 
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
                    std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength,
                    DcFileReading* reading, const DcTagSet* kept) {
-  PixelData pixelData;
-  const DcCode code = readFile(fileName, metaInfo, elements, reading, &pixelData, kept);
-  if (pixelValueOffset != nullptr) *pixelValueOffset = pixelData.valueAt;
-  if (pixelValueLength != nullptr) *pixelValueLength = pixelData.valueLength;
-  return code;
+  return readHeader(nullptr, fileName, metaInfo, elements, pixelValueOffset, pixelValueLength,
+                    reading, kept);
+}
+
+DcCode dirReadFile(DcByteSource& source, const char* name, DcFileMetaInfo& metaInfo,
+                   DcElemList& elements, std::uint64_t* pixelValueOffset,
+                   std::uint32_t* pixelValueLength, DcFileReading* reading, const DcTagSet* kept) {
+  return readHeader(&source, name, metaInfo, elements, pixelValueOffset, pixelValueLength, reading,
+                    kept);
 }
 
 DcCode utilGetSqItemValLen(const std::uint8_t* lengthField, std::uint32_t remaining,

@@ -7,6 +7,8 @@
 
 namespace quillon {
 
+class DcByteSource;
+
 // What an open file tells in one answer.
 struct DcFileStatus {
   std::uint64_t sizeBytes = 0;
@@ -28,6 +30,9 @@ class DcFile {
 
   // All answer false on failure; the platform's last error tells why.
   [[nodiscard]] bool open(const char* fileName, Mode mode);
+  // To read bytes that lie elsewhere; the source lives as long as they are read. Of its status such
+  // a file has the size alone, and it cannot be written.
+  void open(DcByteSource& source);
   [[nodiscard]] bool size(std::uint64_t& sizeBytes) const;
   [[nodiscard]] bool ask(DcFileStatus& status) const;
   [[nodiscard]] bool seek(std::uint64_t offset);
@@ -38,7 +43,7 @@ class DcFile {
   [[nodiscard]] bool flush();
   // False when what was written may not be in the file.
   [[nodiscard]] bool close();
-  [[nodiscard]] bool isOpen() const { return handle_ != nullptr; }
+  [[nodiscard]] bool isOpen() const { return handle_ != nullptr || source_ != nullptr; }
 
   // Size of a regular file; false when there is none of that name.
   [[nodiscard]] static bool status(const char* fileName, std::uint64_t& sizeBytes);
@@ -51,6 +56,8 @@ class DcFile {
 
  private:
   void* handle_ = nullptr;
+  DcByteSource* source_ = nullptr;
+  std::uint64_t sourcePosition_ = 0;
 };
 
 }  // namespace quillon

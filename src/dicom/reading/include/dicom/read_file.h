@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "dicom/byte_source.h"
 #include "dicom/elem_list.h"
 #include "dicom/file.h"
 #include "dicom/file_meta_info.h"
@@ -48,6 +49,13 @@ DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& e
 DcCode dirReadFile(const char* fileName, DcFileMetaInfo& metaInfo, DcElemList& elements,
                    std::uint64_t* pixelValueOffset, std::uint32_t* pixelValueLength,
                    DcFileReading* reading = nullptr, const DcTagSet* kept = nullptr);
+
+// The same of bytes that lie elsewhere; the log calls them by the name. Of the file, reading tells
+// the size alone.
+DcCode dirReadFile(DcByteSource& source, const char* name, DcFileMetaInfo& metaInfo,
+                   DcElemList& elements, std::uint64_t* pixelValueOffset,
+                   std::uint32_t* pixelValueLength, DcFileReading* reading = nullptr,
+                   const DcTagSet* kept = nullptr);
 
 // Reads preamble and group 0002. A file of fewer than 136 bytes gives kDcOk and implicit little
 // endian; a larger one without "DICM" gives kDcNotDicom. dataSetOffset (may be null): where the
