@@ -54,6 +54,7 @@ inline constexpr DcTag kCodeValue = 0x00080100;
 inline constexpr DcTag kCodingSchemeDesignator = 0x00080102;
 inline constexpr DcTag kCodeMeaning = 0x00080104;
 inline constexpr DcTag kStudyDescription = 0x00081030;
+inline constexpr DcTag kSeriesDescription = 0x0008103E;
 inline constexpr DcTag kReferencedSeriesSequence = 0x00081115;
 inline constexpr DcTag kReferencedImageEvidenceSequence = 0x00089092;
 inline constexpr DcTag kPatientsName = 0x00100010;
