@@ -85,10 +85,7 @@ bool FileSetCreation::FlushCopies() {
   return files_.FlushAll(flush) || FailAs(files_);
 }
 
-bool FileSetCreation::WriteDicomDir() {
-  return plan_.DicomDir().write() == kDcOk ||
-         Fail(kMsgCannotCreateDicomDirIn, {plan_.RootDirectory()});
-}
+bool FileSetCreation::WriteDicomDir() { return plan_.WriteDicomDir() || FailAs(plan_); }
 
 bool FileSetCreation::WriteLabel() {
   hasLabel_ = true;

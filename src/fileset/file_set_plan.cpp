@@ -29,6 +29,12 @@ constexpr const OLECHAR* kStudyPrefix = OLESTR("S");
 constexpr const OLECHAR* kSeriesPrefix = OLESTR("E");
 constexpr std::size_t kDirectoryDigits = 7;
 
+// Where records stand in the tree of a DICOMDIR; objects of no patient stand at the top.
+constexpr std::size_t kTopDepth = 0;
+constexpr std::size_t kStudyDepth = 1;
+constexpr std::size_t kSeriesDepth = 2;
+constexpr std::size_t kObjectDepth = 3;
+
 // Who made the DICOMDIR: (0002,0012), (0002,0013) and (0002,0016).
 constexpr std::string_view kImplementationClassUid = "1.2.840.987654.1.1";
 constexpr std::string_view kImplementationVersionName = "QuillonV3,2,1,33";
@@ -141,7 +147,8 @@ bool FileSetPlan::BeginDicomDir() {
     if (metaInfo.sopInstanceUid.empty()) return Fail(kMsgCannotCreateDicomDirIn, {root_});
   }
   dicomDir_->setFileMetaInfo(metaInfo);
-  return true;
+  dicomDirWriter_ = std::make_unique<DcDirWriter>(*dicomDir_);
+  return dicomDirWriter_->begin() == kDcOk || Fail(kMsgCannotCreateDicomDirIn, {root_});
 }
 
 bool FileSetPlan::AddPatients() {
@@ -154,27 +161,29 @@ bool FileSetPlan::AddPatients() {
   for (std::size_t p = 0; p < patients_.GetCount(); ++p) {
     at_.patient = patients_.At(p);
     ++planned_.patients;
-    DcDirRec* const record = Attach(*dicomDir_, RecordOf(*at_.patient, MakePatientRecord));
-    const Text directory = DirectoryBelow({}, kPatientPrefix, p + 1);
-    if (record == nullptr || !AddStudies(*record, directory)) return false;
+    if (!AddRecord(RecordOf(*at_.patient, MakePatientRecord), kTopDepth) ||
+        !AddStudies(DirectoryBelow({}, kPatientPrefix, p + 1))) {
+      return false;
+    }
   }
   return true;
 }
 
-bool FileSetPlan::AddStudies(DcDirRec& patientRecord, TextView patientDirectory) {
+bool FileSetPlan::AddStudies(TextView patientDirectory) {
   const CStudyList& list = at_.patient->Studies();
   const auto studies = options_.currentPractice ? InOrder(list) : AsAdded<CStudy>(list);
   for (std::size_t s = 0; s < studies.size(); ++s) {
     at_.study = studies[s];
     ++planned_.studies;
-    DcDirRec* const record = Attach(patientRecord, RecordOf(*at_.study, MakeStudyRecord));
-    const Text directory = DirectoryBelow(patientDirectory, kStudyPrefix, s + 1);
-    if (record == nullptr || !AddSeries(*record, directory)) return false;
+    if (!AddRecord(RecordOf(*at_.study, MakeStudyRecord), kStudyDepth) ||
+        !AddSeries(DirectoryBelow(patientDirectory, kStudyPrefix, s + 1))) {
+      return false;
+    }
   }
   return true;
 }
 
-bool FileSetPlan::AddSeries(DcDirRec& studyRecord, TextView studyDirectory) {
+bool FileSetPlan::AddSeries(TextView studyDirectory) {
   const CSeriesList& list = at_.study->Series();
   const auto series = options_.currentPractice ? InOrder(list) : AsAdded<CSeries>(list);
   for (std::size_t e = 0; e < series.size(); ++e) {
@@ -184,20 +193,21 @@ bool FileSetPlan::AddSeries(DcDirRec& studyRecord, TextView studyDirectory) {
     if (options_.useHierarchyForDicomObjects) {
       at_.directory = DirectoryBelow(studyDirectory, kSeriesPrefix, e + 1);
     }
-    DcDirRec* const record = Attach(studyRecord, RecordOf(*at_.series, MakeSeriesRecord));
-    if (record == nullptr || !AddObjects(*record)) return false;
+    if (!AddRecord(RecordOf(*at_.series, MakeSeriesRecord), kSeriesDepth) || !AddObjects()) {
+      return false;
+    }
   }
   return true;
 }
 
-bool FileSetPlan::AddObjects(DcDirRec& seriesRecord) {
+bool FileSetPlan::AddObjects() {
   const CDicomObjectList& list = at_.series->Images();
   const auto objects =
       options_.currentPractice ? InOrder(list) : AsAdded<CDicomObjectProperties>(list);
   for (std::size_t i = 0; i < objects.size(); ++i) {
     keepsPatients_ = false;
     if (i == 0 && options_.useHierarchyForDicomObjects && !AddDirectory()) return false;
-    if (!AddObject(*objects[i], seriesRecord)) return false;
+    if (!AddObject(*objects[i])) return false;
   }
   return true;
 }
@@ -206,7 +216,7 @@ bool FileSetPlan::AddTopLevelObjects() {
   at_ = Position{};
   for (const CDicomObjectProperties* object : InOrder(patients_.TopLevelObjects())) {
     keepsPatients_ = false;
-    if (!AddObject(*object, *dicomDir_)) return false;
+    if (!AddObject(*object)) return false;
   }
   return true;
 }
@@ -220,20 +230,23 @@ bool FileSetPlan::AddDirectory() {
   return true;
 }
 
-bool FileSetPlan::AddObject(const CDicomObjectProperties& object, DcDirRec& parent) {
+bool FileSetPlan::AddObject(const CDicomObjectProperties& object) {
   Text fileId;
   Text path;
   if (!NameNextObject(fileId, path)) return false;
   if (hasOldObjects_ && IsDirectoryThere(path, files_)) return Fail(kMsgCannotOpenFile, {path});
   const DicomFileFacts& facts = *object.Facts();
-  DcDirRec* record = Attach(parent, MakeRecord(object, facts));
+  const auto record = MakeRecord(object, facts);
   if (record == nullptr) return false;
-  if (record->setRefFile(NarrowText(fileId, CP_ACP).c_str(), facts.Reference()) != kDcOk) {
+  // Each has a number of its own.
+  if (record->setRefFile(NarrowText(fileId, CP_ACP).c_str(), facts.Reference(),
+                         dicomDir_->rootPath()) != kDcOk) {
     if (at_.patient == nullptr) return Fail(kMsgCannotCreateDicomDirIn, {root_});
     return Fail(kMsgCannotSetImageReference,
                 {fileId, at_.series->SeriesInstanceUid(), at_.study->StudyInstanceUid(),
                  at_.patient->UniqueId(), object.FileName()});
   }
+  if (!AddRecord(record, at_.patient == nullptr ? kTopDepth : kObjectDepth)) return false;
   planned_.objects.push_back(
       {object.FileName(), std::move(fileId), facts.file, facts.file.stamp.sizeBytes});
   planned_.bytes += facts.file.stamp.sizeBytes;
@@ -387,11 +400,13 @@ bool FileSetPlan::HandOver(std::size_t index, TextView copy) {
   return true;
 }
 
-DcDirRec* FileSetPlan::Attach(DcDirRec& parent, std::unique_ptr<DcDirRec> child) {
-  if (child == nullptr) return nullptr;  // with its sentence
-  DcDirRec* record = parent.addLower(std::move(child));
-  if (record == nullptr) Fail(kMsgCannotCreateDicomDirIn, {root_});
-  return record;
+bool FileSetPlan::AddRecord(const std::unique_ptr<DcDirRec>& record, std::size_t depth) {
+  if (record == nullptr) return false;
+  return dicomDirWriter_->add(*record, depth) == kDcOk || Fail(kMsgCannotCreateDicomDirIn, {root_});
+}
+
+bool FileSetPlan::WriteDicomDir() {
+  return dicomDirWriter_->save() == kDcOk || Fail(kMsgCannotCreateDicomDirIn, {root_});
 }
 
 }  // namespace quillon

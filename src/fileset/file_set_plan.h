@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "dicom/dir_dicom_dir.h"
+#include "dicom/dir_writer.h"
 #include "fileset/dicom_dir_processor.h"
 #include "fileset/model/patient_list.h"
 #include "foundation/base_item.h"
@@ -63,7 +64,8 @@ class FileSetPlan : public CBaseItem {
   // Directories for objects, each with the separator at its end: the object directory, then those
   // below it in the order of their first object.
   [[nodiscard]] const std::vector<Text>& Directories() const { return directories_; }
-  [[nodiscard]] DcDirDicomDir& DicomDir() { return *dicomDir_; }
+  // Its bytes are made with the plan. False, with a sentence.
+  [[nodiscard]] bool WriteDicomDir();
   [[nodiscard]] OtherContent& Content() { return content_; }
 
  private:
@@ -83,10 +85,10 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] bool BeginDicomDir();
   [[nodiscard]] bool CheckOldEntries();
   [[nodiscard]] bool AddPatients();
-  [[nodiscard]] bool AddStudies(DcDirRec& patientRecord, TextView patientDirectory);
-  [[nodiscard]] bool AddSeries(DcDirRec& studyRecord, TextView studyDirectory);
-  [[nodiscard]] bool AddObjects(DcDirRec& seriesRecord);
-  [[nodiscard]] bool AddObject(const CDicomObjectProperties& object, DcDirRec& parent);
+  [[nodiscard]] bool AddStudies(TextView patientDirectory);
+  [[nodiscard]] bool AddSeries(TextView studyDirectory);
+  [[nodiscard]] bool AddObjects();
+  [[nodiscard]] bool AddObject(const CDicomObjectProperties& object);
   [[nodiscard]] bool AddTopLevelObjects();
   [[nodiscard]] bool AddDirectory();
   [[nodiscard]] bool NameNextObject(Text& fileId, Text& path);
@@ -101,8 +103,9 @@ class FileSetPlan : public CBaseItem {
                                      std::unique_ptr<DcDirRec> (*make)(const Node&));
   // Notes what a record lacks, and gives it what stands for that.
   void Complete(DcDirRec& record, const std::vector<DcTag>& missing, TextView source);
-  // addLower with its refusal, which the types used here never meet, made a failure.
-  DcDirRec* Attach(DcDirRec& parent, std::unique_ptr<DcDirRec> child);
+  // Adds it to the DICOMDIR, where no more than its bytes is kept. False, with a sentence; null is
+  // one whose making has left it.
+  [[nodiscard]] bool AddRecord(const std::unique_ptr<DcDirRec>& record, std::size_t depth);
 
   CPatientList& patients_;
   CFileUtil& files_;
@@ -119,6 +122,7 @@ class FileSetPlan : public CBaseItem {
   std::vector<DWORD> renamable_;
   std::vector<Text> directories_;
   std::unique_ptr<DcDirDicomDir> dicomDir_;
+  std::unique_ptr<DcDirWriter> dicomDirWriter_;
   OtherContent content_;
 };
 

@@ -4,11 +4,11 @@
 #include <string_view>
 
 #include "dicom/dict.h"
+#include "dicom/dir_writer.h"
 #include "dicom/log.h"
 #include "dicom/text_scan.h"
 #include "dir_file_id.h"
 #include "dir_reader.h"
-#include "dir_writer.h"
 
 namespace quillon {
 
@@ -118,9 +118,9 @@ DcCode DcDirDicomDir::write(const char* rootPath) try {
   if (root.empty()) return rootNotSet(kFunction);
   const std::string fileName = root + "/DICOMDIR";
   const DcLogFile inLog(fileName.c_str());
-  DcDirWriter writer(*this);
+  DcDirWriter writer(*this, fileName);
   const DcCode rc = writer.encode();
-  return rc == kDcOk ? writer.save(fileName) : rc;
+  return rc == kDcOk ? writer.save() : rc;
 } catch (const std::bad_alloc&) {
   return noMemory("DcDirDicomDir::write", rootPath != nullptr ? rootPath : rootPath_.c_str(), '/');
 }

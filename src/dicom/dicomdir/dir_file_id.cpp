@@ -38,6 +38,11 @@ DcCode dirCheckFileIdCharacters(const std::string& fileId, const char* function)
   return kDcOk;
 }
 
+DcCode dirCheckFileIdText(const std::string& fileId, const char* function) {
+  const DcCode rc = dirCheckFileIdLength(fileId, function);
+  return rc == kDcOk ? dirCheckFileIdCharacters(fileId, function) : rc;
+}
+
 DcCode dirSplitFileId(const std::string& fileId, const char* function,
                       std::vector<std::string>& parts) {
   parts.clear();

@@ -15,6 +15,8 @@ namespace quillon {
 // The three steps of refusing a file ID, each with its log line. `fileId` is trimmed.
 DcCode dirCheckFileIdLength(const std::string& fileId, const char* function);
 DcCode dirCheckFileIdCharacters(const std::string& fileId, const char* function);
+// The first two.
+DcCode dirCheckFileIdText(const std::string& fileId, const char* function);
 DcCode dirSplitFileId(const std::string& fileId, const char* function,
                       std::vector<std::string>& parts);
 

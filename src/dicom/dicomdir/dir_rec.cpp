@@ -127,8 +127,7 @@ DcCode DcDirRec::checkFileId(const char* fileId, std::string& trimmedId,
     return kDcFileNullArgument;
   }
   trimmedId = trimmed(fileId);
-  DcCode rc = dirCheckFileIdLength(trimmedId, kSetRefFile);
-  if (rc == kDcOk) rc = dirCheckFileIdCharacters(trimmedId, kSetRefFile);
+  const DcCode rc = dirCheckFileIdText(trimmedId, kSetRefFile);
   if (rc != kDcOk) return rc;
   const DcDirDicomDir* dir = dicomDir(kSetRefFile);
   if (dir == nullptr) return kDcHierarchyError;
@@ -164,6 +163,20 @@ DcCode DcDirRec::setRefFile(const char* fileId, const DcFileMetaInfo& metaInfo) 
   rc =
       dirTakeFileUids(metaInfo, rootPath.empty() ? id : dirFileName(rootPath, id), kSetRefFile,
                       reference.sopClassUid, reference.sopInstanceUid, reference.transferSyntaxUid);
+  if (rc == kDcOk) setReference(std::move(reference));
+  return rc;
+}
+
+DcCode DcDirRec::setRefFile(const char* fileId, const DcFileMetaInfo& metaInfo,
+                            const std::string& rootPath) {
+  const std::string id(trimmed(fileId));
+  Reference reference;
+  DcCode rc = dirCheckFileIdText(id, kSetRefFile);
+  if (rc == kDcOk) rc = dirSplitFileId(id, kSetRefFile, reference.fileIdParts);
+  if (rc == kDcOk) {
+    rc = dirTakeFileUids(metaInfo, dirFileName(rootPath, id), kSetRefFile, reference.sopClassUid,
+                         reference.sopInstanceUid, reference.transferSyntaxUid);
+  }
   if (rc == kDcOk) setReference(std::move(reference));
   return rc;
 }

@@ -42,13 +42,14 @@ bool staysInFile(const DcElemList& list) {
 
 DcCode DcDirRec::frame(std::vector<std::uint8_t>& file) {
   std::size_t mrdrLinkAt = 0;
-  return frameItem(file, mrdrLinkAt);
+  return frameItem(file, 0, mrdrLinkAt);
 }
 
-DcCode DcDirRec::frameItem(std::vector<std::uint8_t>& file, std::size_t& mrdrLinkAt) {
-  const std::size_t itemAt = file.size();
+DcCode DcDirRec::frameItem(std::vector<std::uint8_t>& bytes, std::size_t bytesBefore,
+                           std::size_t& mrdrLinkAt) {
+  const std::size_t itemAt = bytes.size();
   const bool isMrdr = type_ == DcDirRecType::Mrdr;
-  offsetInFile_ = static_cast<std::uint32_t>(itemAt);
+  offsetInFile_ = static_cast<std::uint32_t>(bytesBefore + itemAt);
   mrdrLinkAt = 0;
   if (type_ == DcDirRecType::Unknown) {
     dcLog(DcLogLevel::Warning, kFunction, "Record of type UNKNOWN framed at offset %d (0x%06x)",
@@ -59,7 +60,7 @@ DcCode DcDirRec::frameItem(std::vector<std::uint8_t>& file, std::size_t& mrdrLin
           static_cast<int>(offsetInFile_), offsetInFile_);
   }
 
-  DcDirElementBytes elements(file);
+  DcDirElementBytes elements(bytes);
   const std::size_t lengthAt = elements.itemHeader();
   elements.ul(tags::kOffsetOfTheNextDirectoryRecord, nextOffset_);
   elements.us(tags::kRecordInUseFlag, inUseFlag_);
@@ -89,15 +90,15 @@ DcCode DcDirRec::frameItem(std::vector<std::uint8_t>& file, std::size_t& mrdrLin
           static_cast<int>(offsetInFile_), offsetInFile_);
     return kDcNotAccepted;
   }
-  const std::size_t keysAt = file.size();
+  const std::size_t keysAt = bytes.size();
   std::uint32_t keyBytes = 0;
   if (size() != 0) {
-    file.resize(keysAt + static_cast<std::size_t>(encodedLengthEstimate()));
-    const DcCode rc = frame(&file[keysAt], keyBytes, DcUid::ExplicitLittleEndian);
+    bytes.resize(keysAt + static_cast<std::size_t>(encodedLengthEstimate()));
+    const DcCode rc = frame(&bytes[keysAt], keyBytes, DcUid::ExplicitLittleEndian);
     if (rc != kDcOk) return rc;
-    file.resize(keysAt + keyBytes);
+    bytes.resize(keysAt + keyBytes);
   }
-  storeLe32(&file[lengthAt], static_cast<std::uint32_t>(file.size() - itemAt - kItemHeaderBytes));
+  storeLe32(&bytes[lengthAt], static_cast<std::uint32_t>(bytes.size() - itemAt - kItemHeaderBytes));
   return kDcOk;
 }
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "dicom/dict.h"
+#include "dicom/dir_writer.h"
 #include "dir_test_tools.h"
 
 namespace quillon::test {
@@ -152,6 +153,73 @@ TEST_F(DicomDirWriting, LinksLeadThroughTheWholeTreeAndTheSequenceIsFilled) {
   const std::uint32_t second = raw.link(raw.headerOffset(kFirstRecord), kNext);
   EXPECT_EQ(raw.link(second, kNext), lastPatient);
   EXPECT_EQ(raw.link(lastPatient, kNext), 0u);
+}
+
+// Gives the records below parent to the writer as ones that hang nowhere.
+void addCopies(DcDirWriter& writer, const DcDirRec& parent, std::size_t depth,
+               const std::string& root) {
+  for (std::size_t i = 0; i < parent.lowerCount(); ++i) {
+    const DcDirRec& record = *parent.lower(i);
+    const auto copy = record.copyOfKeys();
+    if (record.type() == DcDirRecType::Image) {
+      DcFileMetaInfo meta;
+      meta.sopClassUid = record.refSopClassUid();
+      meta.sopInstanceUid = record.refSopInstanceUid();
+      meta.transferSyntaxUid = record.refTransferSyntaxUid();
+      ASSERT_EQ(copy->setRefFile(record.fileId().c_str(), meta, root), kDcOk);
+    }
+    ASSERT_EQ(writer.add(*copy, depth), kDcOk);
+    addCopies(writer, record, depth + 1, root);
+  }
+}
+
+// The bytes lie in several pieces, and links lead from one to another.
+TEST_F(DicomDirWriting, RecordsThatAreNotKeptGiveTheBytesOfTheTree) {
+  DcFileMetaInfo meta;
+  meta.sopClassUid = kCtImage;
+  meta.transferSyntaxUid = kExplicitLittleUid;
+  for (int p = 0; p < 3; ++p) {
+    DcDirRec* patient = addRecord(set_, DcDirRecType::Patient);
+    for (int s = 0; s < p * 7; ++s) {
+      DcDirRec* series = addRecord(*addRecord(*patient, DcDirRecType::Study), DcDirRecType::Series);
+      addTextKey(*series, 0x0020000E, std::string(static_cast<std::size_t>(s + 1), '1').c_str());
+      for (int i = 0; i < 200; ++i) {
+        const std::string name = std::to_string(p) + std::to_string(s) + "X" + std::to_string(i);
+        meta.sopInstanceUid = "1.2.3." + std::string(i % 50U, '4');
+        ASSERT_EQ(addRecord(*series, DcDirRecType::Image)->setRefFile(name.c_str(), meta), kDcOk);
+      }
+    }
+  }
+  ASSERT_EQ(set_.write(), kDcOk);
+  const Bytes expected = written();
+  ASSERT_GT(expected.size(), std::size_t{1} << 19);
+  std::filesystem::remove(dir_ / "DICOMDIR");
+
+  DcDirWriter writer(set_);
+  ASSERT_EQ(writer.begin(), kDcOk);
+  addCopies(writer, set_, 0, root());
+  ASSERT_EQ(writer.save(), kDcOk);
+  EXPECT_TRUE(written() == expected);
+}
+
+TEST_F(DicomDirWriting, RecordsThatAreNotKeptAreRefusedAsThoseOfATreeAre) {
+  DcDirWriter writer(set_);
+  ASSERT_EQ(writer.begin(), kDcOk);
+  DcDirRec patient(DcDirRecType::Patient);
+  DcDirRec image(DcDirRecType::Image);
+  EXPECT_EQ(writer.add(patient, 1), kDcHierarchyError) << "below none";
+  EXPECT_EQ(writer.add(image, 0), kDcHierarchyError);
+  EXPECT_EQ(writer.add(patient, 0), kDcOk);
+  EXPECT_EQ(writer.add(image, 1), kDcHierarchyError);
+  DcFileMetaInfo meta;
+  meta.sopClassUid = meta.sopInstanceUid = kCtImage;
+  EXPECT_EQ(image.setRefFile("lower", meta, root()), kDcInvalidFileId);
+  EXPECT_EQ(image.setRefFile("NAMEOFNINE", meta, root()), kDcInvalidFileId);
+  EXPECT_EQ(image.setRefFile(std::string(104, 'A').c_str(), meta, root()), kDcFileIdTooLong);
+  EXPECT_EQ(image.setRefFile("GOOD", {}, root()), kDcNotDicom);
+  EXPECT_EQ(image.fileId(), "");
+  EXPECT_EQ(image.setRefFile("GOOD", meta, root()), kDcOk);
+  EXPECT_EQ(image.fileId(), "GOOD");
 }
 
 TEST_F(DicomDirWriting, LinkedRecordsCarryTheOffsetOfTheirMrdr) {

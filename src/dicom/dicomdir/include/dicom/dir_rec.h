@@ -123,6 +123,10 @@ class DcDirRec : public DcElemList {
   // The same by what the caller knows the file's meta information to be (dirReadFileMetaInfo's
   // answer for it). No file is looked for, so the DICOMDIR needs no root path.
   DcCode setRefFile(const char* fileId, const DcFileMetaInfo& metaInfo);
+  // The same for a record that hangs nowhere and is to go to the DICOMDIR in rootPath by way of a
+  // DcDirWriter: whether another record has the file ID is the caller's to know.
+  DcCode setRefFile(const char* fileId, const DcFileMetaInfo& metaInfo,
+                    const std::string& rootPath);
   [[nodiscard]] const std::vector<std::string>& fileIdParts() const { return fileIdParts_; }
   [[nodiscard]] std::string fileId() const;  // parts joined with "\"
   // Root path of the DICOMDIR at the top, or kDcHierarchyError.
@@ -176,8 +180,10 @@ class DcDirRec : public DcElemList {
   void dropMrdrLink();
   DcCode parseItem(const std::uint8_t* value, std::uint32_t valueBytes, std::uint32_t offsetInFile);
   DcCode parseReference(std::uint32_t offsetInFile);
-  // mrdrLinkAt: where the offset of the MRDR stands in `file`, 0 without a link.
-  DcCode frameItem(std::vector<std::uint8_t>& file, std::size_t& mrdrLinkAt);
+  // bytes: behind the first bytesBefore of the file. mrdrLinkAt: where the offset of the MRDR
+  // stands in bytes, 0 without a link.
+  DcCode frameItem(std::vector<std::uint8_t>& bytes, std::size_t bytesBefore,
+                   std::size_t& mrdrLinkAt);
 
   DcDirRecType type_;
   DcDirRec* parent_ = nullptr;
