@@ -47,26 +47,31 @@ CBaseItem::CBaseItem(const CBaseItem& other) : CBaseItem() { *this = other; }
 
 CBaseItem& CBaseItem::operator=(const CBaseItem& other) {
   if (this == &other) return *this;
-  if (!other.itemText_.empty()) itemText_ = other.itemText_;
+  if (other.rare_ != nullptr) {
+    Rare& own = OwnRare();
+    if (!other.rare_->itemText.empty()) own.itemText = other.rare_->itemText;
+    own.itemValue64 = other.rare_->itemValue64;
+  } else if (rare_ != nullptr) {
+    rare_->itemValue64 = 0;
+  }
   if (!other.className_.empty()) className_ = other.className_;
-  errorMessage_ = other.errorMessage_;
-  separator_ = other.separator_;
+  SetErrorMessage(other.ErrorMessage());
   itemFlag_ = other.itemFlag_;
   detailedMessages_ = other.detailedMessages_;
-  itemValue64_ = other.itemValue64_;
   itemValue_ = other.itemValue_;
   return *this;
 }
 
+CBaseItem::Rare& CBaseItem::OwnRare() {
+  if (rare_ == nullptr) rare_ = std::make_unique<Rare>();
+  return *rare_;
+}
+
 bool CBaseItem::Reset() {
   References();
-  module_ = nullptr;
   className_ = {};
-  errorMessage_.clear();
-  itemText_.clear();
-  separator_.assign(1, OLESTR('\n'));
+  rare_.reset();
   itemValue_ = 0;
-  itemValue64_ = 0;
   itemFlag_ = false;
   detailedMessages_ = true;
   return true;
@@ -78,31 +83,38 @@ bool CBaseItem::SetClassName(TextView name) {
   return true;
 }
 
+const Text& CBaseItem::ErrorMessage() const {
+  static const Text none;
+  return rare_ == nullptr ? none : rare_->errorMessage;
+}
+
+void CBaseItem::GetItemText(Text& out) const {
+  if (rare_ == nullptr) {
+    out.clear();
+  } else {
+    out = rare_->itemText;
+  }
+}
+
 bool CBaseItem::SetErrorMessage(TextView text) {
-  errorMessage_.assign(text);
+  if (rare_ != nullptr || !text.empty()) OwnRare().errorMessage.assign(text);
   return true;
 }
 
-bool CBaseItem::SetErrorMessage(UINT id) {
-  errorMessage_ = LoadMessage(id);
-  return true;
-}
+bool CBaseItem::SetErrorMessage(UINT id) { return SetErrorMessage(LoadMessage(id)); }
 
 bool CBaseItem::SetErrorMessage(UINT id, std::initializer_list<TextArg> args) {
-  errorMessage_ = FormatText(LoadMessage(id), args);
-  if (errorMessage_.size() > kMaxErrorUnits) errorMessage_.resize(kMaxErrorUnits);
-  return true;
+  const Text message = FormatText(LoadMessage(id), args);
+  return SetErrorMessage(TextView(message).substr(0, kMaxErrorUnits));
 }
 
 bool CBaseItem::SetErrorFromLastError() {
   const DWORD code = GetLastError();
-  errorMessage_ = code == ERROR_SUCCESS ? References().failed : SystemText(code);
-  return true;
+  return SetErrorMessage(code == ERROR_SUCCESS ? References().failed : SystemText(code));
 }
 
 Text CBaseItem::LoadMessage(UINT id) const {
-  if (module_ == nullptr) module_ = OwnModule();
-  return Text(TableText(module_, id).substr(0, kMaxErrorUnits));
+  return Text(TableText(OwnModule(), id).substr(0, kMaxErrorUnits));
 }
 
 void CBaseItem::FormatClassMessage(Text& out, UINT id, TextView className,
@@ -153,7 +165,7 @@ bool CBaseItem::SetErrorLocation(TextView file, TextView method, int line, TextV
 bool CBaseItem::SetItemText(TextView text) {
   const TextView trimmed = TrimmedView(text);
   if (trimmed.empty()) return false;
-  itemText_.assign(trimmed);
+  OwnRare().itemText.assign(trimmed);
   return true;
 }
 

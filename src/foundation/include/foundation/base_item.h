@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "foundation/messages.h"
 #include "foundation/text.h"
@@ -14,7 +15,7 @@ class CBaseItem {
  public:
   CBaseItem();
   virtual ~CBaseItem();
-  // Copies all but the module handle; item text and class name only when they are not empty.
+  // Copies all; item text and class name only when they are not empty.
   CBaseItem(const CBaseItem& other);
   CBaseItem& operator=(const CBaseItem& other);
 
@@ -40,9 +41,9 @@ class CBaseItem {
   bool SetErrorMessage(UINT id, std::initializer_list<TextArg> args);
   // The platform's text for the thread's last error, "The operation failed." for none.
   bool SetErrorFromLastError();
-  void GetErrorMessage(Text& out) const { out = errorMessage_; }
-  [[nodiscard]] const Text& ErrorMessage() const { return errorMessage_; }
-  void ClearError() { errorMessage_.clear(); }
+  void GetErrorMessage(Text& out) const { out = ErrorMessage(); }
+  [[nodiscard]] const Text& ErrorMessage() const;
+  void ClearError() { SetErrorMessage(TextView()); }
 
   // Fails with a message, or with another object's sentence: both answer false.
   bool Fail(UINT id) {
@@ -84,26 +85,33 @@ class CBaseItem {
   bool SetErrorLocation(TextView file, TextView method, int line, TextView text);
   void SetDetailedMessages(bool detailed) { detailedMessages_ = detailed; }
 
-  void GetItemText(Text& out) const { out = itemText_; }
+  void GetItemText(Text& out) const;
   // Stored without white space at its ends. False, and the old text stays, when nothing is left.
   bool SetItemText(TextView text);
   bool GetSeparator(Text& out) const {
-    out = separator_;
+    out.assign(1, OLESTR('\n'));
     return true;
   }
   [[nodiscard]] std::uint32_t GetItemValue() const { return itemValue_; }
   void SetItemValue(std::uint32_t value) { itemValue_ = value; }
-  [[nodiscard]] std::uint64_t GetItemValue64() const { return itemValue64_; }
+  [[nodiscard]] std::uint64_t GetItemValue64() const {
+    return rare_ == nullptr ? 0 : rare_->itemValue64;
+  }
   [[nodiscard]] bool GetItemFlag() const { return itemFlag_; }
 
  protected:
-  mutable HINSTANCE module_ = nullptr;
+  // What few of the many items of lists ever have.
+  struct Rare {
+    Text errorMessage;
+    Text itemText;
+    std::uint64_t itemValue64 = 0;
+  };
+  // Made when it is missing.
+  Rare& OwnRare();
+
   TextView className_;
-  Text errorMessage_;
-  Text itemText_;
-  Text separator_;
+  std::unique_ptr<Rare> rare_;  // null: all of it is empty
   std::uint32_t itemValue_ = 0;
-  std::uint64_t itemValue64_ = 0;
   bool itemFlag_ = false;
   bool detailedMessages_ = true;
 };
