@@ -1,6 +1,7 @@
 #include "dicomobjects/dicom_object_list.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <utility>
 
@@ -9,18 +10,16 @@ namespace quillon {
 CDicomObjectList::CDicomObjectList() { SetClassName(OLESTR("CDicomObjectList")); }
 
 void CDicomObjectList::RemoveAll() {
-  byUid_.clear();
-  byKey_.clear();
+  byUid_.Clear();
+  byKey_.Clear();
   COwningList::RemoveAll();
 }
 
 void CDicomObjectList::RemoveLast() {
   if (GetCount() == 0) return;
-  const auto isLast = [position = GetCount() - 1](const auto& entry) {
-    return entry.second == position;
-  };
-  std::erase_if(byUid_, isLast);
-  std::erase_if(byKey_, isLast);
+  const auto last = static_cast<std::uint32_t>(GetCount() - 1);
+  byUid_.Remove(last);
+  byKey_.Remove(last);
   COwningList::RemoveLast();
 }
 
@@ -52,20 +51,34 @@ CDicomObjectProperties* CDicomObjectList::AddObject(CDicomUtil& util, bool insta
   return Enter(std::move(item)) ? At(GetCount() - 1) : nullptr;
 }
 
+std::uint32_t CDicomObjectList::PositionOf(const PositionIndex& index, TextView text,
+                                           Field field) const {
+  return index.Find(std::hash<TextView>{}(text), [&](std::uint32_t position) {
+    return std::invoke(field, *At(position)) == text;
+  });
+}
+
+void CDicomObjectList::EnterIn(PositionIndex& index, TextView text, Field field,
+                               std::uint32_t position) {
+  if (PositionOf(index, text, field) != PositionIndex::kNone) return;
+  index.Add(std::hash<TextView>{}(text), position);
+}
+
 bool CDicomObjectList::Enter(std::unique_ptr<CDicomObjectProperties> properties) {
-  const std::size_t position = GetCount();
+  const auto position = static_cast<std::uint32_t>(GetCount());
   try {
     Append(std::move(properties), [this, position](const CDicomObjectProperties& item) {
-      // Nothing is replaced: the first object of a UID or key stays the one that is found.
-      if (!item.InstanceUid().empty()) byUid_.emplace(item.SharedInstanceUid(), position);
-      if (!item.InstanceKey().empty() && item.InstanceKey() != item.InstanceUid()) {
-        byKey_.emplace(item.SharedInstanceKey(), position);
+      const Text& uid = item.InstanceUid();
+      const Text& key = item.InstanceKey();
+      if (!uid.empty()) EnterIn(byUid_, uid, &CDicomObjectProperties::InstanceUid, position);
+      if (!key.empty() && key != uid) {
+        EnterIn(byKey_, key, &CDicomObjectProperties::InstanceKey, position);
       }
     });
     return true;
   } catch (const std::bad_alloc&) {
     // A UID that was entered before its key could not be must not lead to the next object.
-    std::erase_if(byUid_, [position](const auto& entry) { return entry.second == position; });
+    byUid_.Remove(position);
     return Fail(kMsgNoStorageForImage);
   }
 }
@@ -75,12 +88,9 @@ CDicomObjectProperties* CDicomObjectList::FindByInstanceUid(TextView uid) {
     SetErrorMessage(kMsgInstanceUidInvalid);
     return nullptr;
   }
-  std::size_t position = GetCount();
-  for (const Index* index : {&byUid_, &byKey_}) {
-    const auto found = index->find(uid);
-    if (found != index->end()) position = std::min(position, found->second);
-  }
-  return At(position);
+  // Past the end for none.
+  return At(std::min(PositionOf(byUid_, uid, &CDicomObjectProperties::InstanceUid),
+                     PositionOf(byKey_, uid, &CDicomObjectProperties::InstanceKey)));
 }
 
 CDicomObjectProperties* CDicomObjectList::FindBySopInstanceUid(TextView uid) {
@@ -88,8 +98,7 @@ CDicomObjectProperties* CDicomObjectList::FindBySopInstanceUid(TextView uid) {
     SetErrorMessage(kMsgInstanceUidInvalid);
     return nullptr;
   }
-  const auto found = byUid_.find(uid);
-  return found == byUid_.end() ? nullptr : At(found->second);
+  return At(PositionOf(byUid_, uid, &CDicomObjectProperties::InstanceUid));
 }
 
 }  // namespace quillon

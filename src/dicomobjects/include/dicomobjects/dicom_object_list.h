@@ -1,14 +1,12 @@
 // The objects of one series, in the order in which they were added, found by index.
 #pragma once
 
-#include <cstddef>
-#include <functional>
 #include <memory>
-#include <unordered_map>
 
 #include "dicomobjects/dicom_object_processor.h"
 #include "dicomobjects/dicom_object_properties.h"
 #include "foundation/base_list.h"
+#include "foundation/position_index.h"
 
 namespace quillon {
 
@@ -35,14 +33,18 @@ class CDicomObjectList : public COwningList<CDicomObjectProperties> {
   using CBaseList::Add;
   using CBaseList::Sort;
 
-  // From the text to the position of the first object that has it.
-  using Index = std::unordered_map<SharedText, std::size_t, SharedTextHash, SharedTextEqual>;
+  using Field = const Text& (CDicomObjectProperties::*)() const;
 
+  // Position of the object that was entered with the text, else kNone.
+  [[nodiscard]] std::uint32_t PositionOf(const PositionIndex& index, TextView text,
+                                         Field field) const;
+  // Of several objects with one text the first one is found.
+  void EnterIn(PositionIndex& index, TextView text, Field field, std::uint32_t position);
   // Appends the object and enters it in the index.
   [[nodiscard]] bool Enter(std::unique_ptr<CDicomObjectProperties> properties);
 
-  Index byUid_;
-  Index byKey_;  // keys that differ from the object's UID
+  PositionIndex byUid_;
+  PositionIndex byKey_;  // keys that differ from the object's UID
 };
 
 }  // namespace quillon
