@@ -316,7 +316,7 @@ class CreateJob {
     progress_.begin("Copying", result_.bytes, ProgressUnit::Bytes);
     staging.setProgress([this](std::uint64_t bytes) { progress_.advance(copiedBytes_ + bytes); });
     for (std::size_t i = 0; i < objects.size(); ++i) {
-      const std::string source = narrow(objects[i].source);
+      const std::string source = narrow(objects[i].source.Get());
       const SourceFile& file = files_.at(source);
       if (!isMoved(file)) {
         std::string copy;

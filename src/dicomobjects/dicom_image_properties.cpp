@@ -12,13 +12,17 @@ CDicomImageProperties::CDicomImageProperties() { SetClassName(OLESTR("CDicomImag
 
 void CDicomImageProperties::Clear() {
   // A new object knows the defaults; the error state is not among the values.
-  Text error = ErrorMessage();
+  const Text error = ErrorMessage();
+  const CDicomImageProperties* const like = like_;
   *this = CDicomImageProperties();
+  like_ = like;
   SetErrorMessage(error);
 }
 
 bool CDicomImageProperties::SetPhotometricInterpretation(TextView text) {
-  return AssignText(photometricInterpretation_, text, kMaxTextChars);
+  return photometricInterpretation_.Assign(
+      text, /*allowEmpty=*/true, kMaxTextChars,
+      like_ == nullptr ? nullptr : &like_->photometricInterpretation_);
 }
 
 bool CDicomImageProperties::SetInstanceNumber(TextView text) {

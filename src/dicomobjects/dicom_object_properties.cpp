@@ -28,6 +28,7 @@ CDicomObjectProperties& CDicomObjectProperties::operator=(const CDicomObjectProp
   CBaseItem::operator=(other);
   image_ =
       other.image_ == nullptr ? nullptr : std::make_unique<CDicomImageProperties>(*other.image_);
+  if (image_ != nullptr) image_->ExpectLike(nullptr);
   facts_ = other.facts_;
   allowEmpty_ = other.allowEmpty_;
   fileSizeBytes_ = other.fileSizeBytes_;
@@ -53,10 +54,10 @@ void CDicomObjectProperties::Clear() {
   if (image_ != nullptr) image_->Clear();
   facts_.reset();
   fileSizeBytes_ = 0;
-  fileName_.clear();
-  for (SharedText* text : {&dataSetTransferSyntaxUid_, &modality_, &sopClassUid_, &sopClassCode_,
-                           &sopClassName_, &transferSyntaxUid_, &transferSyntaxName_,
-                           &implementationVersionName_, &implementationClassUid_}) {
+  for (SharedText* text :
+       {&fileName_, &dataSetTransferSyntaxUid_, &modality_, &sopClassUid_, &sopClassCode_,
+        &sopClassName_, &transferSyntaxUid_, &transferSyntaxName_, &implementationVersionName_,
+        &implementationClassUid_}) {
     text->Clear();
   }
   ClearInstance();
@@ -67,6 +68,11 @@ void CDicomObjectProperties::ClearInstance() {
   frameKey_.Clear();
   instanceKey_.Clear();
   instanceUid_.Clear();
+}
+
+void CDicomObjectProperties::ExpectLike(const CDicomObjectProperties* other) {
+  like_ = other;
+  if (image_ != nullptr) image_->ExpectLike(other == nullptr ? nullptr : other->ImageIfAny());
 }
 
 bool CDicomObjectProperties::Store(Member member, TextView text, std::size_t maxLen) {
@@ -102,11 +108,12 @@ bool CDicomObjectProperties::SetDataSetTransferSyntaxUid(TextView uid) {
 }
 
 bool CDicomObjectProperties::SetFileName(TextView path) {
-  return AssignText(fileName_, path, allowEmpty_, kMaxFileNameChars);
+  return Store(&CDicomObjectProperties::fileName_, path, kMaxFileNameChars);
 }
 
+// That of a first frame is the object's.
 bool CDicomObjectProperties::SetFrameKey(TextView key) {
-  return Store(&CDicomObjectProperties::frameKey_, key, kMaxFrameKeyChars);
+  return frameKey_.Assign(key, allowEmpty_, kMaxFrameKeyChars, &instanceKey_);
 }
 
 bool CDicomObjectProperties::SetModality(TextView modality) {
@@ -133,10 +140,11 @@ bool CDicomObjectProperties::SetInstanceUid(TextView uid) {
 CDicomImageProperties* CDicomObjectProperties::Image() {
   if (image_ == nullptr) {
     image_.reset(new (std::nothrow) CDicomImageProperties());
-    if (image_ == nullptr && fileName_.empty()) SetErrorMessage(kMsgNoStorageForImage);
-    if (image_ == nullptr && !fileName_.empty()) {
-      SetErrorMessage(kMsgNoStorageForImageFrom, {fileName_});
+    if (image_ == nullptr && FileName().empty()) SetErrorMessage(kMsgNoStorageForImage);
+    if (image_ == nullptr && !FileName().empty()) {
+      SetErrorMessage(kMsgNoStorageForImageFrom, {FileName()});
     }
+    ExpectLike(like_);
   }
   return image_.get();
 }

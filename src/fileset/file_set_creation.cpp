@@ -37,6 +37,8 @@ bool FileSetCreation::PrepareRoot() {
     if (!files_.CreateDirectoryTree(directory)) return FailAs(files_);
     keepsPatients_ = false;
   }
+  // Whatever comes of it now, they do not stay, and their memory is worth having.
+  plan_.ForgetPatients();
   const Text& content = plan_.Content().Destination();
   if (!content.empty() && !files_.CreateDirectoryTree(content)) return FailAs(files_);
   return CheckWritable();
@@ -49,7 +51,7 @@ bool FileSetCreation::CheckWritable() {
       CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     return Fail(kMsgCannotOpenFile,
-                {plan_.RootDirectory() + plan_.Planned().objects.front().fileId});
+                {plan_.RootDirectory() + plan_.Planned().objects.front().FileId()});
   }
   CloseHandle(file);
   return files_.DeleteFile(probe) || FailAs(files_);
@@ -62,10 +64,10 @@ bool FileSetCreation::MoveObjects() {
   const std::vector<PlannedObject>& objects = plan_.Planned().objects;
   for (std::size_t i = 0; i < objects.size(); ++i) {
     const PlannedObject& object = objects[i];
-    const Text path = plan_.RootDirectory() + object.fileId;
+    const Text path = plan_.RootDirectory() + object.FileId();
     const DWORD attributes = plan_.RenamableAs(i);
-    if (!(attributes != 0 ? files_.MoveSeenFile(path, object.source, attributes, batch)
-                          : files_.MoveFile(path, object.source, batch))) {
+    if (!(attributes != 0 ? files_.MoveSeenFile(path, object.source.Get(), attributes, batch)
+                          : files_.MoveFile(path, object.source.Get(), batch))) {
       FailAs(files_);
       // It may be whole in the file set when only its source could not be removed.
       hasMoved_ = hasMoved_ || files_.PathExists(path);

@@ -9,6 +9,7 @@
 #include "directory_record.h"
 #include "file_id_rules.h"
 #include "file_set_order.h"
+#include "fileset/model/for_each_object.h"
 #include "medium_label.h"
 #include "path_join.h"
 #include "platform/services.h"
@@ -73,6 +74,10 @@ bool IsDirectoryThere(const Text& path, CFileUtil& files) {
 }
 
 }  // namespace
+
+Text PlannedObject::FileId() const {
+  return directory.Get() + NumberedName(kObjectPrefix, number, kObjectDigits);
+}
 
 FileSetPlan::FileSetPlan(CPatientList& patients, CFileUtil& files, const FileSetOptions& options,
                          const FileSetPlaces& places)
@@ -153,6 +158,12 @@ bool FileSetPlan::BeginDicomDir() {
 
 bool FileSetPlan::AddPatients() {
   planned_ = PlannedFileSet{};
+  std::size_t objects = 0;
+  static_cast<void>(ForEachObject(patients_, [&objects](const CDicomObjectProperties&) {
+    ++objects;
+    return true;
+  }));
+  planned_.objects.reserve(objects);
   if (options_.currentPractice) planned_.repeatedPatients = FindRepeatedPatients(patients_);
   inventor_ = KeyInventor();
   for (std::size_t p = 0; options_.inventsMissingKeys && p < patients_.GetCount(); ++p) {
@@ -231,15 +242,15 @@ bool FileSetPlan::AddDirectory() {
 }
 
 bool FileSetPlan::AddObject(const CDicomObjectProperties& object) {
-  Text fileId;
-  Text path;
-  if (!NameNextObject(fileId, path)) return false;
-  if (hasOldObjects_ && IsDirectoryThere(path, files_)) return Fail(kMsgCannotOpenFile, {path});
+  PlannedObject planned;
+  NameNextObject(planned);
+  const Text fileId = planned.FileId();
+  if (!CheckName(fileId)) return false;
   const DicomFileFacts& facts = *object.Facts();
   const auto record = MakeRecord(object, facts);
   if (record == nullptr) return false;
   // Each has a number of its own.
-  if (record->setRefFile(NarrowText(fileId, CP_ACP).c_str(), facts.Reference(),
+  if (record->setRefFile(NarrowText(fileId, CP_ACP).c_str(), facts.Reference(object),
                          dicomDir_->rootPath()) != kDcOk) {
     if (at_.patient == nullptr) return Fail(kMsgCannotCreateDicomDirIn, {root_});
     return Fail(kMsgCannotSetImageReference,
@@ -247,40 +258,46 @@ bool FileSetPlan::AddObject(const CDicomObjectProperties& object) {
                  at_.patient->UniqueId(), object.FileName()});
   }
   if (!AddRecord(record, at_.patient == nullptr ? kTopDepth : kObjectDepth)) return false;
-  planned_.objects.push_back(
-      {object.FileName(), std::move(fileId), facts.file, facts.file.stamp.sizeBytes});
+  planned.source = object.SharedFileName();
+  planned.facts = object.SharedFacts();
+  planned.sizeBytes = facts.file.stamp.sizeBytes;
+  planned_.objects.push_back(std::move(planned));
   planned_.bytes += facts.file.stamp.sizeBytes;
   planned_.bytesOnDisk += RoundedToBlocks(facts.file.stamp.sizeBytes);
   return true;
 }
 
-bool FileSetPlan::NameNextObject(Text& fileId, Text& path) {
-  fileId = objectDirectory_;
-  fileId += at_.directory;
-  fileId += NumberedName(kObjectPrefix, static_cast<std::int64_t>(planned_.objects.size()) + 1,
-                         kObjectDigits);
+void FileSetPlan::NameNextObject(PlannedObject& object) const {
+  const std::vector<PlannedObject>& before = planned_.objects;
+  object.directory.Set(objectDirectory_ + at_.directory,
+                       before.empty() ? nullptr : &before.back().directory);
+  object.number = static_cast<std::uint32_t>(before.size() + 1);
+}
+
+bool FileSetPlan::CheckName(const Text& fileId) {
   if (!CheckFileId(fileId, files_, *this)) return false;
-  path = root_;
-  return JoinPath(path, fileId, *this);
+  Text path = root_;
+  if (!JoinPath(path, fileId, *this)) return false;
+  return !hasOldObjects_ || !IsDirectoryThere(path, files_) || Fail(kMsgCannotOpenFile, {path});
 }
 
 std::unique_ptr<DcDirRec> FileSetPlan::MakeRecord(const CDicomObjectProperties& object,
                                                   const DicomFileFacts& facts) {
-  if (!facts.recordProblem.empty()) {
+  const OwnRecord* own = facts.record.get();
+  if (own != nullptr && !own->problem.empty()) {
     // A document that cannot be read leaves the patients for another attempt.
     keepsPatients_ = true;
-    SetErrorMessage(facts.recordProblem);
+    SetErrorMessage(own->problem);
     return nullptr;
   }
-  const KeptRecord& kept = facts.directory;
-  auto record = kept.record == nullptr ? MakeImageRecord(object) : kept.record->copyOfKeys();
+  auto record = own == nullptr ? MakeImageRecord(object) : own->kept.record->copyOfKeys();
   if (record == nullptr) {
     Fail(kMsgCannotCreateDicomDirIn, {root_});  // no memory
   } else if (options_.currentPractice) {
-    Complete(*record,
-             kept.record == nullptr ? MissingKeys(RecordRowOf(record->type()), *record)
-                                    : kept.missingKeys,
-             object.FileName());
+    Complete(
+        *record,
+        own == nullptr ? MissingKeys(RecordRowOf(record->type()), *record) : own->kept.missingKeys,
+        object.FileName());
   }
   return record;
 }
@@ -391,11 +408,12 @@ std::uint64_t FileSetPlan::CountRecords() const {
 bool FileSetPlan::HandOver(std::size_t index, TextView copy) {
   PlannedObject& object = planned_.objects[index];
   WIN32_FILE_ATTRIBUTE_DATA data{};
-  if (!files_.GetFileAttributes(object.source, data)) return FailAs(files_);
-  if (object.facts && !(StampOf(data) == object.facts->stamp)) {
-    return Fail(kMsgSourceChanged, {object.source});
+  const Text& source = object.source.Get();
+  if (!files_.GetFileAttributes(source, data)) return FailAs(files_);
+  if (object.facts && !(StampOf(data) == object.facts->file.stamp)) {
+    return Fail(kMsgSourceChanged, {source});
   }
-  object.source = copy;
+  object.source.Set(copy);
   object.facts.reset();
   return true;
 }

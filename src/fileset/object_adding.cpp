@@ -247,7 +247,7 @@ bool ObjectAdding::FileTopLevelObject(const Source& source, AddedFile& told) {
   CDicomObjectProperties* const added =
       growth.Note(objects, objects.AddObject(source.file, /*instanceUidOptional=*/true));
   if (added == nullptr) return errors_.Fail(kMsgCannotReadDicomInformation, {source.fileName});
-  added->SetFacts(FactsOf(source, *added));
+  added->SetFacts(FactsOfLast(objects, source));
   growth.Keep();
   told.outcome = AddOutcome::Added;
   return true;
@@ -260,28 +260,33 @@ void ObjectAdding::KeepRecord(CRecordedItem& node, DcDirRecType type, const Sour
   node.SetRecord(std::move(kept), source.fileName);
 }
 
-std::shared_ptr<const DicomFileFacts> ObjectAdding::FactsOf(const Source& source,
-                                                            const CDicomObjectProperties& object) {
+std::shared_ptr<const DicomFileFacts> ObjectAdding::FactsOfLast(const CDicomObjectList& objects,
+                                                                const Source& source) {
+  const std::size_t last = objects.GetCount() - 1;
+  const CDicomObjectProperties& object = *objects.At(last);
   auto facts = std::make_shared<DicomFileFacts>();
   const DcFileReading& reading = source.file.GetReading();
-  const DcFileMetaInfo& metaInfo = reading.metaInfo;
-  facts->sopClassUid = metaInfo.sopClassUid;
-  facts->sopInstanceUid = metaInfo.sopInstanceUid;
-  facts->transferSyntaxUid = metaInfo.transferSyntaxUid;
-  facts->transferSyntax = metaInfo.transferSyntax;
+  facts->SetReference(reading.metaInfo, object,
+                      last == 0 ? nullptr : objects.At(last - 1)->Facts());
   const DcFileStatus& status = reading.file;
   facts->file = {
       {status.volume, status.index}, {status.sizeBytes, status.lastWriteTime}, status.names};
   if (!options_.currentPractice) {
-    facts->directory.record = MakeDocumentRecord(object, source.file, facts->recordProblem);
+    OwnRecord own;
+    own.kept.record = MakeDocumentRecord(object, source.file, own.problem);
+    if (own.kept.record != nullptr || !own.problem.empty()) {
+      facts->record = std::make_unique<OwnRecord>(std::move(own));
+    }
     return facts;
   }
-  const RecordRow& row = RecordRowOf(facts->sopClassUid);
+  const std::string& sopClassUid = reading.metaInfo.sopClassUid;
+  const RecordRow& row = RecordRowOf(sopClassUid);
   if (row.type == DcDirRecType::Image) return facts;
-  facts->directory = CopyRecord(row, source.file, options_.characterSet);
+  facts->record = std::make_unique<OwnRecord>();
+  facts->record->kept = CopyRecord(row, source.file, options_.characterSet);
   if (row.type == DcDirRecType::Private) {
     // The object's class tells what the record is. One that is too long is no UID.
-    static_cast<void>(facts->directory.record->setPrivateRecordUid(facts->sopClassUid));
+    static_cast<void>(facts->record->kept.record->setPrivateRecordUid(sopClassUid));
   }
   return facts;
 }
@@ -319,9 +324,9 @@ bool ObjectAdding::FileObject(const Source& source, bool mustBeFit, AddedFile& t
   if (added == nullptr || added->InstanceUid() != uid) {
     return errors_.Fail(kMsgCannotAddImage, {uid, seriesUid, studyUid, patientId_, fileName});
   }
-  auto facts = FactsOf(source, *added);
-  if (mustBeFit && !facts->recordProblem.empty()) {
-    errors_.SetErrorMessage(facts->recordProblem);
+  auto facts = FactsOfLast(images, source);
+  if (mustBeFit && facts->record != nullptr && !facts->record->problem.empty()) {
+    errors_.SetErrorMessage(facts->record->problem);
     return false;
   }
   added->SetFacts(std::move(facts));

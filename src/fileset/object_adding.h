@@ -52,8 +52,9 @@ class ObjectAdding {
   CStudy* StudyOf(const Source& source, ListGrowth& growth);
   CSeries* SeriesOf(const Source& source, CStudy& study, ListGrowth& growth);
   void KeepRecord(CRecordedItem& node, DcDirRecType type, const Source& source);
-  std::shared_ptr<const DicomFileFacts> FactsOf(const Source& source,
-                                                const CDicomObjectProperties& object);
+  // Of the last object of the list, which the source has just brought.
+  std::shared_ptr<const DicomFileFacts> FactsOfLast(const CDicomObjectList& objects,
+                                                    const Source& source);
 
   CPatientList& patients_;
   Text patientId_;

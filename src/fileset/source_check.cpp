@@ -1,7 +1,9 @@
 #include "source_check.h"
 
+#include <functional>
 #include <set>
 
+#include "dicomobjects/dicom_file_facts.h"
 #include "foundation/find_handle.h"
 #include "other_content.h"
 #include "path_join.h"
@@ -77,6 +79,7 @@ bool SourceCheck::Run(const std::vector<PlannedObject>& objects) {
   bytesToCopy_ = 0;
   seen_.clear();
   seen_.reserve(objects.size());
+  seenByIdentity_.Clear();
   renamable_.clear();
   renamable_.reserve(objects.size());
   for (const PlannedObject& object : objects) {
@@ -96,54 +99,56 @@ bool SourceCheck::CheckOutside(const std::vector<PlannedObject>& objects) {
   TextView parent;
   bool isParentInside = false;
   for (const PlannedObject& object : objects) {
+    const Text& source = object.source.Get();
     // Of files that lie side by side the directory is compared once.
-    if (const TextView next = ParentOf(object.source); parent.empty() || next != parent) {
+    if (const TextView next = ParentOf(source); parent.empty() || next != parent) {
       parent = next;
-      isParentInside =
-          IsAtOrBelow(ComparablePath(parent.empty() ? object.source : Text(parent)), inside);
+      isParentInside = IsAtOrBelow(ComparablePath(parent.empty() ? source : Text(parent)), inside);
     }
     FileIdentity identity;
-    if (isParentInside || IsNamedAs(object.source, directory) || IsNamedAs(object.source, inside) ||
-        (!existing.empty() && files_.GetFileIdentity(object.source, identity) &&
+    if (isParentInside || IsNamedAs(source, directory) || IsNamedAs(source, inside) ||
+        (!existing.empty() && files_.GetFileIdentity(source, identity) &&
          existing.contains(identity))) {
-      return errors_.Fail(kMsgSourceInsideFileSet, {object.source});
+      return errors_.Fail(kMsgSourceInsideFileSet, {source});
     }
   }
   return true;
 }
 
 bool SourceCheck::IsSeenAgain(const PlannedObject& object, FileFacts& facts, DWORD& attributes) {
-  if (!object.facts || object.facts->identity.volume != root_.volume) return false;
+  const Text& source = object.source.Get();
+  if (!object.facts || object.facts->file.identity.volume != root_.volume) return false;
   WIN32_FILE_ATTRIBUTE_DATA data{};
-  if (!files_.GetFileAttributes(object.source, data) || data.dwFileAttributes == 0) return false;
+  if (!files_.GetFileAttributes(source, data) || data.dwFileAttributes == 0) return false;
   constexpr DWORD kOthers =
       FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE | FILE_ATTRIBUTE_REPARSE_POINT;
-  if ((data.dwFileAttributes & kOthers) != 0 || !(StampOf(data) == object.facts->stamp)) {
+  if ((data.dwFileAttributes & kOthers) != 0 || !(StampOf(data) == object.facts->file.stamp)) {
     return false;
   }
-  facts = *object.facts;
+  facts = object.facts->file;
   attributes = data.dwFileAttributes;
   return true;
 }
 
 bool SourceCheck::CheckOne(const PlannedObject& object) {
+  const Text& source = object.source.Get();
   // That a file can be taken away is a matter of its directory, which is asked once.
-  const TextView parent = ParentOf(object.source);
+  const TextView parent = ParentOf(source);
   const bool isNewParent = parent != lastParent_;
   FileFacts facts;
   DWORD attributes = 0;
   if (isNewParent || !IsSeenAgain(object, facts, attributes)) {
-    if (!files_.ProbeFile(object.source, /*forMoving=*/isNewParent, facts)) {
+    if (!files_.ProbeFile(source, /*forMoving=*/isNewParent, facts)) {
       return errors_.FailAs(files_);
     }
-    if (object.facts && !(object.facts->stamp == facts.stamp)) {
-      return errors_.Fail(kMsgSourceChanged, {object.source});
+    if (object.facts && !(object.facts->file.stamp == facts.stamp)) {
+      return errors_.Fail(kMsgSourceChanged, {source});
     }
   }
   if (isNewParent) lastParent_ = parent;
   renamable_.push_back(attributes);
   // The second move would find nothing.
-  if (IsSecond(object.source, facts)) return errors_.Fail(kMsgPathNotFound, {object.source});
+  if (IsSecond(source, facts)) return errors_.Fail(kMsgPathNotFound, {source});
   if (facts.isLink || facts.identity.volume != root_.volume) {
     bytesToCopy_ += RoundedToBlocks(facts.stamp.sizeBytes);
   }
@@ -151,14 +156,21 @@ bool SourceCheck::CheckOne(const PlannedObject& object) {
 }
 
 bool SourceCheck::IsSecond(const Text& path, const FileFacts& facts) {
-  const auto [place, isNew] =
-      seen_.try_emplace(facts.identity, Seen{&path, facts.isLink, facts.links});
-  if (isNew) return false;
-  const Seen first = place->second;
+  const Seen now{facts.identity, &path, facts.links, facts.isLink};
+  const std::size_t hash =
+      std::hash<std::uint64_t>{}(facts.identity.index * 31 + facts.identity.volume);
+  const std::uint32_t place = seenByIdentity_.Find(
+      hash, [&](std::uint32_t position) { return seen_[position].identity == facts.identity; });
+  if (place == PositionIndex::kNone) {
+    seenByIdentity_.Add(hash, static_cast<std::uint32_t>(seen_.size()));
+    seen_.push_back(now);
+    return false;
+  }
+  const Seen first = seen_[place];
   // Of a link that came before only the link went away.
   const bool isGone =
       !first.isLink && (facts.isLink || facts.links == 1 || IsSameName(*first.path, path, files_));
-  if (!isGone) place->second = Seen{&path, facts.isLink, facts.links};
+  if (!isGone) seen_[place] = now;
   return isGone || (first.isLink && facts.isLink && IsSameName(*first.path, path, files_));
 }
 

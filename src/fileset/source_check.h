@@ -1,11 +1,11 @@
 // What can be known of the sources before the first of them is moved.
 #pragma once
 
-#include <unordered_map>
 #include <vector>
 
 #include "fileset/planned_file_set.h"
 #include "foundation/file_util.h"
+#include "foundation/position_index.h"
 
 namespace quillon {
 
@@ -28,15 +28,13 @@ class SourceCheck {
   [[nodiscard]] const std::vector<DWORD>& Renamable() const { return renamable_; }
 
  private:
+  // A source that was looked at: the identity of its file, and whether and how it may go away with
+  // another name.
   struct Seen {
+    FileIdentity identity;
     const Text* path;
-    bool isLink;
     std::uint32_t links;
-  };
-  struct IdentityHash {
-    std::size_t operator()(const FileIdentity& identity) const {
-      return std::hash<std::uint64_t>{}(identity.index * 31 + identity.volume);
-    }
+    bool isLink;
   };
 
   [[nodiscard]] bool CheckOne(const PlannedObject& object);
@@ -50,7 +48,8 @@ class SourceCheck {
   Text objectDirectory_;
   Text dicomDir_;
   FileIdentity root_;
-  std::unordered_map<FileIdentity, Seen, IdentityHash> seen_;
+  std::vector<Seen> seen_;
+  PositionIndex seenByIdentity_;
   Text lastParent_;
   std::uint64_t bytesToCopy_ = 0;
   std::vector<DWORD> renamable_;

@@ -16,6 +16,9 @@ constexpr std::string_view kTitle = "Unfinished file set";
 constexpr std::string_view kMoved = "moved";
 constexpr std::string_view kCopied = "copied";
 
+// The list of a large set is not held whole.
+constexpr std::size_t kMostBytesAtOnce = std::size_t{256} << 10;
+
 Text Below(const Text& root, TextView name) {
   Text path = root;
   if (!EndsInSeparator(path)) path += OLESTR('\\');
@@ -78,12 +81,21 @@ bool WriteUnfinishedMark(const Text& root, const std::vector<PlannedObject>& obj
                          bool sourcesStay, CFileUtil& files) {
   std::string text(kTitle);
   text.append("\n").append(sourcesStay ? kCopied : kMoved).append("\n");
+  const Text mark = Below(root, kUnfinishedMarkName);
+  bool isBegun = false;
+  const auto write = [&] {
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    const bool isWritten = files.WriteData(bytes, static_cast<std::uint32_t>(text.size()), mark,
+                                           /*append=*/isBegun);
+    isBegun = true;
+    text.clear();
+    return isWritten;
+  };
   for (const PlannedObject& one : objects) {
-    text.append(Line(one.fileId)).append("\t").append(Line(one.source)).append("\n");
+    if (text.size() >= kMostBytesAtOnce && !write()) return false;
+    text.append(Line(one.FileId())).append("\t").append(Line(one.source.Get())).append("\n");
   }
-  return files.WriteData(reinterpret_cast<const std::uint8_t*>(text.data()),
-                         static_cast<std::uint32_t>(text.size()), Below(root, kUnfinishedMarkName),
-                         /*append=*/false);
+  return write();
 }
 
 // On a full disk there is no mark, and that is no reason to keep anything.

@@ -8,7 +8,9 @@
 
 #include "dicom/dir_rec.h"
 #include "dicom/file_meta_info.h"
+#include "dicomobjects/dicom_object_properties.h"
 #include "foundation/file_util.h"
+#include "foundation/shared_text.h"
 
 namespace quillon {
 
@@ -18,27 +20,45 @@ struct KeptRecord {
   std::vector<DcTag> missingKeys;  // required ones that the object has no value for
 };
 
+// The record of an object that is no image, or the sentence of what a report, presentation state or
+// key object document lacks for one. An image's record is made of its properties.
+struct OwnRecord {
+  KeptRecord kept;
+  Text problem;
+};
+
 struct DicomFileFacts {
+  using Uid = SharedString<std::string>;
+
   // Meta information as far as a record refers to it, as the file itself has it: empty where the
   // file says nothing.
-  [[nodiscard]] DcFileMetaInfo Reference() const {
+  [[nodiscard]] DcFileMetaInfo Reference(const CDicomObjectProperties& object) const {
     DcFileMetaInfo metaInfo;
-    metaInfo.sopClassUid = sopClassUid;
-    metaInfo.sopInstanceUid = sopInstanceUid;
-    metaInfo.transferSyntaxUid = transferSyntaxUid;
+    metaInfo.sopClassUid = sopClassUid.Get();
+    metaInfo.sopInstanceUid =
+        isOwnInstance ? NarrowText(object.InstanceUid(), CP_ACP) : sopInstanceUid.Get();
+    metaInfo.transferSyntaxUid = transferSyntaxUid.Get();
     metaInfo.transferSyntax = transferSyntax;
     return metaInfo;
   }
+  // like, which may be null: the facts of an object that often has the same UIDs.
+  void SetReference(const DcFileMetaInfo& metaInfo, const CDicomObjectProperties& object,
+                    const DicomFileFacts* like) {
+    sopClassUid.Set(metaInfo.sopClassUid, like == nullptr ? nullptr : &like->sopClassUid);
+    transferSyntaxUid.Set(metaInfo.transferSyntaxUid,
+                          like == nullptr ? nullptr : &like->transferSyntaxUid);
+    transferSyntax = metaInfo.transferSyntax;
+    isOwnInstance = NarrowText(object.InstanceUid(), CP_ACP) == metaInfo.sopInstanceUid;
+    if (!isOwnInstance) sopInstanceUid.Set(metaInfo.sopInstanceUid);
+  }
 
-  std::string sopClassUid;
-  std::string sopInstanceUid;
-  std::string transferSyntaxUid;
+  Uid sopClassUid;
+  Uid sopInstanceUid;  // where it is not the one of the data set
+  Uid transferSyntaxUid;
   DcUid transferSyntax = DcUid::ImplicitLittleEndian;
-  FileFacts file;  // as it was when it was read
-  // The object's directory record, unless it is an image's, which is made of the properties; or the
-  // sentence of what a report, presentation state or key object document lacks for one.
-  KeptRecord directory;
-  Text recordProblem;
+  bool isOwnInstance = false;
+  FileFacts file;                     // as it was when it was read
+  std::unique_ptr<OwnRecord> record;  // null for an image
 };
 
 }  // namespace quillon

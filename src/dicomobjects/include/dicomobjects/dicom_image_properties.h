@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "foundation/base_item.h"
+#include "foundation/shared_text.h"
 
 namespace quillon {
 
@@ -12,6 +13,8 @@ class CDicomImageProperties : public CBaseItem {
   CDicomImageProperties();
   // Texts to empty, values to their defaults.
   void Clear();
+  // As CDicomObjectProperties' own.
+  void ExpectLike(const CDicomImageProperties* other) { like_ = other; }
 
   std::uint16_t bitsAllocated = 0;
   std::uint16_t rows = 0;
@@ -28,17 +31,20 @@ class CDicomImageProperties : public CBaseItem {
   std::uint16_t overlayMask = 0;
   std::uint32_t numberOfFrames = 1;
   std::uint32_t frameNumber = 1;  // from 1
-  std::uint64_t pixelDataOffset = 0;
   std::uint32_t pixelDataLength = 0;
+  std::uint64_t pixelDataOffset = 0;
 
   // At most 1,024 characters; a refused text leaves the old one.
   [[nodiscard]] bool SetPhotometricInterpretation(TextView text);
   [[nodiscard]] bool SetInstanceNumber(TextView text);
-  [[nodiscard]] const Text& PhotometricInterpretation() const { return photometricInterpretation_; }
+  [[nodiscard]] const Text& PhotometricInterpretation() const {
+    return photometricInterpretation_.Get();
+  }
   [[nodiscard]] const Text& InstanceNumber() const { return instanceNumber_; }
 
  private:
-  Text photometricInterpretation_;
+  const CDicomImageProperties* like_ = nullptr;
+  SharedText photometricInterpretation_;
   Text instanceNumber_;
 };
 

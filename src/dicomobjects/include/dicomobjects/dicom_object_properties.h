@@ -26,7 +26,7 @@ class CDicomObjectProperties : public CBaseItem {
   void ClearInstance();
   // Texts that another object has alike are held once for both from now on. It lives until null
   // takes its place.
-  void ExpectLike(const CDicomObjectProperties* other) { like_ = other; }
+  void ExpectLike(const CDicomObjectProperties* other);
   // Set: the text setters accept empty values.
   void SetAllowEmpty(bool allow) { allowEmpty_ = allow; }
 
@@ -53,7 +53,7 @@ class CDicomObjectProperties : public CBaseItem {
   [[nodiscard]] const Text& DataSetTransferSyntaxUid() const {
     return dataSetTransferSyntaxUid_.Get();
   }
-  [[nodiscard]] const Text& FileName() const { return fileName_; }
+  [[nodiscard]] const Text& FileName() const { return fileName_.Get(); }
   [[nodiscard]] const Text& FrameKey() const { return frameKey_.Get(); }
   [[nodiscard]] const Text& Modality() const { return modality_.Get(); }
   [[nodiscard]] const Text& ImplementationVersionName() const {
@@ -70,13 +70,13 @@ class CDicomObjectProperties : public CBaseItem {
   // Empty when the object has none.
   [[nodiscard]] Text InstanceNumber() const;
 
-  // The instance UID in a form that shares it.
-  [[nodiscard]] const SharedText& SharedInstanceUid() const { return instanceUid_; }
-  [[nodiscard]] const SharedText& SharedInstanceKey() const { return instanceKey_; }
+  // The file name in a form that shares it.
+  [[nodiscard]] const SharedText& SharedFileName() const { return fileName_; }
 
   // What the reading told beside the properties; null when nobody kept it. Copies share it.
   void SetFacts(std::shared_ptr<const DicomFileFacts> facts) { facts_ = std::move(facts); }
   [[nodiscard]] const DicomFileFacts* Facts() const { return facts_.get(); }
+  [[nodiscard]] const std::shared_ptr<const DicomFileFacts>& SharedFacts() const { return facts_; }
 
  private:
   using Member = SharedText CDicomObjectProperties::*;
@@ -84,13 +84,13 @@ class CDicomObjectProperties : public CBaseItem {
   // A text of a table, or none.
   void Look(Member member, TextView text);
 
+  bool allowEmpty_ = false;
+  std::uint32_t fileSizeBytes_ = 0;
   const CDicomObjectProperties* like_ = nullptr;
   std::unique_ptr<CDicomImageProperties> image_;
   std::shared_ptr<const DicomFileFacts> facts_;
-  bool allowEmpty_ = false;
-  std::uint32_t fileSizeBytes_ = 0;
   SharedText dataSetTransferSyntaxUid_;
-  Text fileName_;
+  SharedText fileName_;
   SharedText frameKey_;
   SharedText modality_;
   SharedText sopClassUid_;

@@ -2,20 +2,26 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <memory>
 #include <vector>
 
 #include "dicom/types.h"
 #include "fileset/disc_room.h"
-#include "foundation/file_util.h"
+#include "foundation/shared_text.h"
 
 namespace quillon {
 
+struct DicomFileFacts;
+
 struct PlannedObject {
-  Text source;  // the file that is moved
-  Text fileId;  // its name in the set, below the root
-  // The file as it was when it was read; none when another file stands in for it.
-  std::optional<FileFacts> facts;
+  // Its name in the set, below the root.
+  [[nodiscard]] Text FileId() const;
+
+  SharedText source;     // the file that is moved
+  SharedText directory;  // of its File ID, with a separator at its end unless it is empty
+  std::uint32_t number;  // in the set, from 1: its name is made of it
+  // What reading the file told; none when another file stands in for it.
+  std::shared_ptr<const DicomFileFacts> facts;
   std::uint64_t sizeBytes = 0;
 };
 
