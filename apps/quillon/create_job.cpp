@@ -7,9 +7,12 @@
 #include <array>
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <unordered_map>
+#include <utility>
 
 #include "disc_kinds.h"
+#include "foundation/position_index.h"
 #include "interrupt_guard.h"
 #include "media_job.h"
 #include "medium_questions.h"
@@ -59,6 +62,57 @@ mode_t usualDirectoryMode() {
   ::umask(mask);
   return mode_t{0777} & ~mask;
 }
+
+// The files that the walk found, and those that were added by the path that the object knows each
+// by: the absolute one, unless it had to be given another name.
+class SourceFiles {
+ public:
+  void take(std::vector<SourceFile> files) {
+    files_ = std::move(files);
+    files_.shrink_to_fit();
+  }
+  [[nodiscard]] std::size_t size() const { return files_.size(); }
+  [[nodiscard]] const SourceFile& operator[](std::size_t i) const { return files_[i]; }
+
+  void noteAdded(std::size_t i, const std::string& path, bool isRenamed) {
+    const auto position = static_cast<std::uint32_t>(i);
+    added_.Add(std::hash<std::string>{}(path), position);
+    if (isRenamed) renamed_.emplace(position, path);
+  }
+  [[nodiscard]] bool hasAdded() const { return added_.size() != 0; }
+  // Null for a path that none was added by.
+  [[nodiscard]] const SourceFile* find(const std::string& path) const {
+    const std::uint32_t i =
+        added_.Find(std::hash<std::string>{}(path),
+                    [&](std::uint32_t position) { return pathOf(position) == path; });
+    return i == PositionIndex::kNone ? nullptr : &files_[i];
+  }
+  // What the user calls it.
+  [[nodiscard]] const std::string& nameOf(const std::string& path) const {
+    const SourceFile* file = find(path);
+    return file == nullptr ? path : file->path;
+  }
+  // Files that had to be given another name are called by their own.
+  [[nodiscard]] std::string inUsersWords(const std::string& sentence) const {
+    const std::pair<const std::uint32_t, std::string>* named = nullptr;
+    for (const auto& one : renamed_) {
+      const bool isLonger = named == nullptr || one.second.size() > named->second.size();
+      if (isLonger && sentence.find(one.second) != std::string::npos) named = &one;
+    }
+    return named == nullptr ? sentence
+                            : replaced(sentence, named->second, files_[named->first].path);
+  }
+
+ private:
+  [[nodiscard]] std::string pathOf(std::uint32_t position) const {
+    const auto renamed = renamed_.find(position);
+    return renamed == renamed_.end() ? absolutePath(files_[position].path) : renamed->second;
+  }
+
+  std::vector<SourceFile> files_;
+  PositionIndex added_;
+  std::unordered_map<std::uint32_t, std::string> renamed_;
+};
 
 class CreateJob {
  public:
@@ -189,15 +243,16 @@ class CreateJob {
                               : leaveOut(problem.path, problem.reason, problem.endsJob);
       if (!goesOn) return false;
     }
-    progress_.begin("Reading", list.files.size(), ProgressUnit::Files);
-    ReadAhead ahead(list.files.size(),
-                    [&list](std::size_t i) { return wide(absolutePath(list.files[i].path)); });
-    for (std::size_t i = 0; i < list.files.size(); ++i) {
+    files_.take(std::move(list.files));
+    progress_.begin("Reading", files_.size(), ProgressUnit::Files);
+    ReadAhead ahead(files_.size(),
+                    [this](std::size_t i) { return wide(absolutePath(files_[i].path)); });
+    for (std::size_t i = 0; i < files_.size(); ++i) {
       const ReadAhead::Turn turn(ahead, i);
-      if (!add(list.files[i], staging)) return false;
+      if (!add(i, staging)) return false;
       progress_.advance(i + 1);
     }
-    if (!files_.empty()) return true;
+    if (files_.hasAdded()) return true;
     return fail(result_.notSelected == 0 ? std::string(kNothingToAdd)
                                          : "The selection leaves out all of the DICOM files: " +
                                                std::to_string(result_.notSelected) + ".");
@@ -214,12 +269,15 @@ class CreateJob {
     return job_.takesPath(path);
   }
 
-  bool add(const SourceFile& file, Staging& staging) {
+  bool add(std::size_t i, Staging& staging) {
+    const SourceFile& file = files_[i];
     std::string path = absolutePath(file.path);
+    bool isRenamed = false;
     if (const Outcome named = canBeMoved(path); named.failed()) {
       if (isMoved(file)) return leaveOut(file.path, named.text(), true);
       const Outcome renamed = staging.nameIn(absolutePath(file.path), path);
       if (renamed.failed()) return fail("Cannot add " + file.path + ": " + renamed.text());
+      isRenamed = true;
     }
     const Added added =
         job_.addFile(path, {options_.patientKey, options_.isStrict,
@@ -227,7 +285,7 @@ class CreateJob {
     switch (added.outcome) {
       case AddOutcome::Added:
         if (added.isPixelDataCut) result_.remarks.push_back(file.path + ": " + kCut);
-        files_.emplace(std::move(path), file);
+        files_.noteAdded(i, path, isRenamed);
         return true;
       case AddOutcome::AlreadyAdded:
         return leaveOutSecond(file, added.firstFile);
@@ -253,8 +311,7 @@ class CreateJob {
   }
 
   bool leaveOutSecond(const SourceFile& file, const std::string& firstFile) {
-    const auto first = files_.find(firstFile);
-    const std::string& path = first == files_.end() ? firstFile : first->second.path;
+    const std::string& path = files_.nameOf(firstFile);
     if (absolutePath(path) == absolutePath(file.path)) return true;
     return leaveOut(file.path, "it holds the same object as " + path + ".", false);
   }
@@ -262,7 +319,7 @@ class CreateJob {
   bool plan(Staging& staging) {
     if (!options_.isMoving) job_.setCopies(!options_.isDryRun && staging.needsRoom());
     const Outcome made = options_.isDryRun ? job_.preview() : job_.plan();
-    if (made.failed()) return fail(inUsersWords(made.text()));
+    if (made.failed()) return fail(files_.inUsersWords(made.text()));
     const PlannedFileSet& planned = job_.planned();
     if (options_.askSize && !passes(options_.askSize(planned.room))) return false;
     if (options_.isDryRun) tellOfDryRun(planned);
@@ -272,7 +329,7 @@ class CreateJob {
     result_.objects = planned.objects.size();
     result_.bytes = planned.bytes;
     for (const MissingKey& one : planned.incomplete) {
-      result_.incomplete.push_back({files_.at(narrow(one.source)).path, one.tag, one.isMadeUp});
+      result_.incomplete.push_back({files_.nameOf(narrow(one.source)), one.tag, one.isMadeUp});
     }
     for (std::string& remark : remarksOn(result_.incomplete)) {
       result_.remarks.push_back(std::move(remark));
@@ -317,7 +374,7 @@ class CreateJob {
     staging.setProgress([this](std::uint64_t bytes) { progress_.advance(copiedBytes_ + bytes); });
     for (std::size_t i = 0; i < objects.size(); ++i) {
       const std::string source = narrow(objects[i].source.Get());
-      const SourceFile& file = files_.at(source);
+      const SourceFile& file = *files_.find(source);
       if (!isMoved(file)) {
         std::string copy;
         // Nothing that follows can be copied either when the disk is full.
@@ -344,18 +401,9 @@ class CreateJob {
       if (result_.label.empty()) result_.remarks.push_back(job_.errorText());
       return;
     }
-    fail(inUsersWords(created.text()));
+    fail(files_.inUsersWords(created.text()));
     if (const std::string file = job_.failedFile(); !file.empty()) result_.remarks.push_back(file);
     if (rootEntry(result_.root) == RootEntry::NotEmpty) result_.remarks.push_back(whereFilesAre());
-  }
-
-  // Files that had to be given another name are called by their own.
-  [[nodiscard]] std::string inUsersWords(std::string sentence) const {
-    for (const auto& [path, file] : files_) {
-      if (sentence.find(path) == std::string::npos) continue;
-      return path == absolutePath(file.path) ? sentence : replaced(sentence, path, file.path);
-    }
-    return sentence;
   }
 
   void forgetTotals() {
@@ -388,8 +436,7 @@ class CreateJob {
   bool isWiping_ = false;
   std::atomic<bool> isCreating_ = false;
   std::uint64_t copiedBytes_ = 0;
-  // By the path that the object knows the file by.
-  std::unordered_map<std::string, SourceFile> files_;
+  SourceFiles files_;
 };
 
 }  // namespace
