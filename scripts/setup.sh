@@ -6,12 +6,12 @@ set -euo pipefail
 
 build_packages=(
   g++ cmake ninja-build pkg-config libcli11-dev
-  libxml2-dev libxslt1-dev libcurl4-openssl-dev libssl-dev libburn-dev
+  libxml2-dev libxslt1-dev libcurl4-openssl-dev libssl-dev libburn-dev libarchive-dev
 )
 test_packages=(
   libgtest-dev googletest g++-mingw-w64-i686-win32 mingw-w64-tools
   dcmtk dicom3tools libgdcm-tools python3 python3-pydicom
-  xsltproc openssl xorriso genisoimage p7zip-full libudfread-dev
+  xsltproc openssl xorriso genisoimage udftools p7zip-full unzip libudfread-dev
   clang-format clang-tidy
 )
 deep_packages=(clang valgrind)

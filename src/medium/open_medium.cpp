@@ -1,6 +1,8 @@
 #include "directory_source.h"
 #include "foundation/file_util.h"
+#include "image_source.h"
 #include "medium/medium_source.h"
+#include "zip_source.h"
 
 namespace quillon {
 
@@ -9,7 +11,10 @@ std::unique_ptr<MediumSource> OpenMedium(TextView path, CBaseItem& errors) {
   if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
     return std::make_unique<DirectorySource>(path);
   }
-  errors.SetErrorMessage(kMsgCannotOpenFile, {path});
+  if (IsImage(Text(path))) return OpenImage(path, errors);
+  if (IsZip(Text(path))) return OpenZip(path, errors);
+  const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
+  errors.SetErrorMessage(isThere ? kMsgNotAMedium : kMsgCannotOpenFile, {path});
   return nullptr;
 }
 
