@@ -24,6 +24,8 @@ void addRegisterCommands(CLI::App& program, int& exitStatus);
 // What create, or write, and publish have in common.
 void addCreateOptions(CLI::App& command, CreateOptions& job);
 void addWriteOptions(CLI::App& command, WriteOptions& job);
+// To be called when they are known; throws, as CLI11 does, for options that miss another.
+void checkWriteOptions(const WriteOptions& job);
 
 void addRootOption(CLI::App& command, std::optional<std::string>& root);
 // Refuses terms that are not known.

@@ -25,7 +25,7 @@ one is copied whether it has the room: what is refused then leaves nothing behin
 
 When the writing fails the file set is kept in its root directory: quillon write writes it without
 doing the rest again. With --overwrite and --to what the file set brings takes the place of what has
-the same name in the directory.
+the same name in the directory; with --iso or --zip the file is replaced.
 
 Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 
@@ -97,6 +97,11 @@ int publish(CommandOptions& options, std::vector<std::string> remarks,
 
 int runPublish(CommandOptions& options) {
   options.listed = takeListedSources(options.create.selection, options.create.sources);
+  if (options.write.isStreaming()) {
+    if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {
+      return finish({}, reserved, {});
+    }
+  }
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
   options.write.showsProgress = options.create.showsProgress;
   options.create.mayLink = !options.write.isKeeping && !options.write.isSimulating;
@@ -128,7 +133,8 @@ int runPublish(CommandOptions& options) {
 void addPublishCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<CommandOptions>();
   CLI::App* command = program.add_subcommand(
-      "publish", "Collects DICOM files and writes them to a disc or a directory as a file set");
+      "publish",
+      "Collects DICOM files and writes them to a disc, a directory or one file as a file set");
   addCreateOptions(*command, options->create);
   addWriteOptions(*command, options->write);
   addDryRunOption(*command, options->create.isDryRun);
@@ -136,7 +142,10 @@ void addPublishCommand(CLI::App& program, int& exitStatus) {
   addQuietOption(*command, options->create.showsProgress);
   addLogOption(*command, options->logFile);
   command->footer(kFooter);
-  command->callback([options, &exitStatus] { exitStatus = runPublish(*options); });
+  command->callback([options, &exitStatus] {
+    checkWriteOptions(options->write);
+    exitStatus = runPublish(*options);
+  });
 }
 
 }  // namespace quillon::cli

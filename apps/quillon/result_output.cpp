@@ -50,7 +50,15 @@ std::string dryRunMembers(std::uint64_t sectors) {
          kinds + "],";
 }
 
+std::string fileText(const char* kind, const std::string& path) {
+  return std::string(kind) + (path == "-" ? "on standard output" : path);
+}
+
 std::string targetText(const WriteResult& result) {
+  if (result.imageFile) {
+    return fileText("image ", *result.imageFile) + ", volume " + result.volume;
+  }
+  if (result.zip) return fileText("ZIP file ", *result.zip);
   if (result.target) return *result.target;
   std::string text = "disc " + result.volume + " in " + result.recorder;
   if (!result.isVirtual) return text;
@@ -146,6 +154,8 @@ std::string jsonMembers(const FoundSet& found) {
 std::string jsonMembers(const WriteResult& result) {
   return (result.found ? jsonMembers(*result.found) : "") +
          jsonMember("to", result.target ? jsonString(*result.target) : std::string("null")) +
+         (result.imageFile ? jsonMember("iso", jsonString(*result.imageFile)) : "") +
+         (result.zip ? jsonMember("zip", jsonString(*result.zip)) : "") +
          jsonMember("recorder", jsonTextOrNull(result.recorder)) +
          jsonMember("image", jsonTextOrNull(result.image)) +
          jsonMember("volume", jsonString(result.volume)) +

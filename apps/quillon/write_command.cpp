@@ -31,6 +31,11 @@ struct CommandOptions {
 };
 
 int runWrite(CommandOptions& options) {
+  if (options.job.isStreaming()) {
+    if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {
+      return finish({}, reserved, {});
+    }
+  }
   MediaJob mediaJob;
   const WriteResult result = Delivery(options.job, mediaJob).run();
   std::string output =
@@ -42,49 +47,77 @@ int runWrite(CommandOptions& options) {
 
 }  // namespace
 
+// What CLI11 cannot say: that one of several others is there.
+void checkWriteOptions(const WriteOptions& job) {
+  const bool isFile = job.image.has_value() || job.zip.has_value();
+  if (job.isOverwriting && !job.target && !isFile) {
+    throw CLI::RequiresError("--overwrite", "--to, --iso or --zip");
+  }
+}
+
 void addWriteOptions(CLI::App& command, WriteOptions& job) {
   CLI::Option* target =
       command.add_option("--to", job.target, "Copy the file set to a directory, not to a disc")
           ->type_name("DIR");
+  CLI::Option* image =
+      command
+          .add_option("--iso", job.image,
+                      "Write the image of the disc to a file, not to a disc; - is standard output")
+          ->type_name("FILE")
+          ->excludes(target);
+  CLI::Option* zip =
+      command
+          .add_option("--zip", job.zip,
+                      "Pack the file set into a ZIP file, not to a disc; - is standard output")
+          ->type_name("FILE")
+          ->excludes(target)
+          ->excludes(image);
+  command.add_flag("--compress", job.isCompressing, "Compress what goes into the ZIP file")
+      ->needs(zip);
   command
-      .add_flag("--overwrite", job.isOverwriting,
-                "Replace what is in the way in a directory that is not empty")
-      ->needs(target);
-  command
-      .add_option("--recorder", job.recorder,
-                  "Name of the recorder, as quillon disc list shows it (default: the first that "
-                  "writes)")
+      .add_option("--password-file", job.passwordFile,
+                  "Encrypt the ZIP file (AES-256) with the first line of this file")
+      ->type_name("FILE")
+      ->needs(zip);
+  command.add_flag("--overwrite", job.isOverwriting,
+                   "Replace what is in the way in a directory that is not empty, or the file");
+  // Of a disc alone.
+  const auto ofDisc = [&](CLI::Option* option) {
+    option->excludes(target)->excludes(image)->excludes(zip);
+  };
+  ofDisc(command
+             .add_option("--recorder", job.recorder,
+                         "Name of the recorder, as quillon disc list shows it (default: the first "
+                         "that writes)")
+             ->type_name("NAME"));
+  command.add_option("--volume", job.volume, "Volume name of the disc or image (default: Quillon)")
       ->type_name("NAME")
-      ->excludes(target);
-  command.add_option("--volume", job.volume, "Volume name of the disc (default: Quillon)")
-      ->type_name("NAME")
-      ->excludes(target);
-  command
-      .add_flag("--simulate", job.isSimulating,
-                "Only test the writing, where the disc-mastering service can")
-      ->excludes(target);
-  command
-      .add_flag("--full-erase", job.hasFullErase,
-                "Erase all of a rewritable disc that holds data, not only its contents table")
-      ->excludes(target);
-  command
-      .add_flag_callback(
-          "--no-eject", [&job] { job.isEjecting = false; }, "Leave the disc in the drive")
-      ->excludes(target);
+      ->excludes(target)
+      ->excludes(zip);
+  ofDisc(command.add_flag("--simulate", job.isSimulating,
+                          "Only test the writing, where the disc-mastering service can"));
+  ofDisc(command.add_flag(
+      "--full-erase", job.hasFullErase,
+      "Erase all of a rewritable disc that holds data, not only its contents table"));
+  ofDisc(command.add_flag_callback(
+      "--no-eject", [&job] { job.isEjecting = false; }, "Leave the disc in the drive"));
   command.add_flag("--keep", job.isKeeping, "Keep the file set in its root directory");
 }
 
 void addWriteCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<CommandOptions>();
   CLI::App* command = program.add_subcommand(
-      "write", "Writes a file set to the disc in a recorder, or copies it to a directory");
+      "write", "Writes a file set to the disc in a recorder, to a directory or into one file");
   addRootOption(*command, options->job.root);
   addWriteOptions(*command, options->job);
   addDryRunOption(*command, options->job.isDryRun);
   addJsonOption(*command, options->isJson);
   addQuietOption(*command, options->job.showsProgress);
   command->footer(kFooter);
-  command->callback([options, &exitStatus] { exitStatus = runWrite(*options); });
+  command->callback([options, &exitStatus] {
+    checkWriteOptions(options->job);
+    exitStatus = runWrite(*options);
+  });
 }
 
 }  // namespace quillon::cli

@@ -29,6 +29,13 @@ constexpr std::chrono::seconds kPatienceWithFiles{30};
 constexpr int kMostQuestions = 30;
 constexpr std::chrono::seconds kReadyWait{1};
 
+// Whoever has named none may not need one.
+std::string withoutRecorder(const platform::DiscResult& answer, const std::string& named) {
+  std::string sentence = narrow(answer.text);
+  if (!named.empty() || answer.code != HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) return sentence;
+  return sentence + " None is needed with --to DIRECTORY, --iso FILE or --zip FILE.";
+}
+
 }  // namespace
 
 Delivery::Delivery(const WriteOptions& options, MediaJob& job, std::function<void()> keepRoot)
@@ -44,6 +51,7 @@ Outcome Delivery::ask(const std::vector<std::string>& sources) {
 }
 
 Outcome Delivery::askSize(const DiscRoom& room) {
+  if (file_) return file_->askRoom(room);
   if (!result_.target) {
     return mayFit(recorder_, room.LeastSectors(job_.hasCurrentDiscService()));
   }
@@ -82,12 +90,27 @@ bool Delivery::applySettings() {
   result_.volume = options_.volume.value_or("Quillon");
   if (options_.volume && !passes(job_.setVolume(*options_.volume))) return false;
   job_.setRecording(options_.isSimulating, options_.hasFullErase, options_.isEjecting);
+  applyFile();
   if (!options_.target) return true;
   result_.target = absoluteRoot(*options_.target);
   return passes(job_.setTarget(*result_.target));
 }
 
+void Delivery::applyFile() {
+  if (!options_.image && !options_.zip) return;
+  MediumFileOptions file;
+  file.kind = options_.zip ? MediumFileOptions::Kind::Zip : MediumFileOptions::Kind::Image;
+  const std::string& path = options_.zip ? *options_.zip : *options_.image;
+  file.path = path == "-" ? path : absolutePath(path);
+  file.isReplacing = options_.isOverwriting;
+  file.isCompressing = options_.isCompressing;
+  file.passwordFile = options_.passwordFile;
+  (options_.zip ? result_.zip : result_.imageFile) = file.path;
+  file_.emplace(std::move(file));
+}
+
 bool Delivery::checkTarget(const std::vector<std::string>& sources) {
+  if (file_) return passes(file_->check(result_.root, sources));
   if (!result_.target) return true;
   const std::string& target = *result_.target;
   const std::string temporary = temporaryJobDirectory();
@@ -140,6 +163,7 @@ bool Delivery::checkWipe(const std::vector<std::string>& sources) {
 }
 
 bool Delivery::askMedium() {
+  if (file_) return true;
   return result_.target ? passes(mayFill(*result_.target)) : askRecorder();
 }
 
@@ -151,7 +175,7 @@ bool Delivery::askRecorder() {
   for (int asked = 1;; ++asked) {
     const platform::DiscResult answer =
         platform::describeDiscRecorder(options_.recorder, recorder_);
-    if (answer.failed()) return fail(narrow(answer.text));
+    if (answer.failed()) return fail(withoutRecorder(answer, options_.recorder));
     if (!recorder_.isBecomingReady || asked == kMostQuestions) break;
     progress_.advance(0);
     std::this_thread::sleep_for(kReadyWait);
@@ -209,34 +233,47 @@ void Delivery::deliver() {
   const DiscProgressScope discProgress(progress_);
   const InterruptGuard guard(
       [this, &discProgress] { interrupted(discProgress); },
-      result_.target ? kPatienceWithFiles : std::chrono::seconds(kPatienceWithDrive));
-  progress_.begin(result_.target ? "Copying the file set" : "Preparing the disc", 0,
-                  ProgressUnit::Bytes);
-  bool hasTotal = false;
-  job_.setProgress([&](std::uint64_t done, std::uint64_t total) {
-    if (!std::exchange(hasTotal, true)) {
-      progress_.begin("Copying the file set", total, ProgressUnit::Bytes);
-    }
-    progress_.advance(done);
-  });
+      result_.target || file_ ? kPatienceWithFiles : std::chrono::seconds(kPatienceWithDrive));
+  progress_.begin(activity(), 0, ProgressUnit::Bytes);
   isDelivering_ = true;
-  const Outcome written = job_.write();
+  const Outcome written = writeOut();
   isDelivering_ = false;
-  job_.setProgress({});
   progress_.clear();
   result_.isWritten = passes(written);
   if (!result_.isWritten) return tellFailure();
   if (!result_.isSimulated) findImage();
+  if (file_ && !file_->remark().empty()) result_.remarks.push_back(file_->remark());
   if (!staysWhenWritten()) wipe();
+}
+
+const char* Delivery::activity() const {
+  if (file_) return file_->isZip() ? "Packing the file set" : "Writing the image";
+  return result_.target ? "Copying the file set" : "Preparing the disc";
+}
+
+Outcome Delivery::writeOut() {
+  bool hasTotal = false;
+  const auto advance = [&](std::uint64_t done, std::uint64_t total) {
+    if (!std::exchange(hasTotal, true)) {
+      progress_.begin(file_ ? activity() : "Copying the file set", total, ProgressUnit::Bytes);
+    }
+    progress_.advance(done);
+  };
+  if (file_) return file_->write(result_.root, result_.volume, advance);
+  job_.setProgress(advance);
+  Outcome written = job_.write();
+  job_.setProgress({});
+  return written;
 }
 
 void Delivery::tellFailure() {
   if (const std::string file = job_.failedFile(); result_.target && !file.empty()) {
     result_.remarks.push_back(file);
   }
+  const bool isDisc = !result_.target && !file_;
   const platform::DiscWork work = platform::lastDiscWork();
-  if (!result_.target && !work.failure.empty()) result_.remarks.push_back(work.failure);
-  if (!result_.target && work.isWritten) {
+  if (isDisc && !work.failure.empty()) result_.remarks.push_back(work.failure);
+  if (isDisc && work.isWritten) {
     result_.remarks.push_back("The disc in " + recorder_.name +
                               " is written all the same; the file set stays in " + result_.root +
                               ".");
@@ -258,10 +295,12 @@ void Delivery::findImage() {
 }
 
 // Runs beside the job, in a process that is about to end.
-void Delivery::interrupted(const DiscProgressScope& discProgress) const {
+void Delivery::interrupted(const DiscProgressScope& discProgress) {
   if (!isDelivering_) return;
   if (keepRoot_) keepRoot_();
-  std::string told = result_.target ? whatIsCopied() : endDiscWork(discProgress);
+  std::string told = file_            ? file_->abandon()
+                     : result_.target ? whatIsCopied()
+                                      : endDiscWork(discProgress);
   if (told.ends_with('.')) told.pop_back();
   sayBelowProgress(told + "; the file set stays in " + result_.root + ".");
 }

@@ -1,4 +1,4 @@
-// One delivery of a finished file set: to the disc in a recorder or to a directory.
+// One delivery of a finished file set: to the disc in a recorder, to a directory or into one file.
 #pragma once
 
 #include <atomic>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "fileset/disc_room.h"
+#include "medium_file.h"
 #include "outcome.h"
 #include "progress_bar.h"
 #include "recording/disc_recorders.h"
@@ -22,7 +23,11 @@ class MediaJob;
 struct WriteOptions {
   std::optional<std::string> root;
   std::optional<std::string> target;  // a directory instead of a disc
-  std::string recorder;               // empty: the first that writes
+  std::optional<std::string> image;   // a file instead of either, as the next; "-": standard output
+  std::optional<std::string> zip;
+  bool isCompressing = false;               // of a ZIP file
+  std::optional<std::string> passwordFile;  // of a ZIP file
+  std::string recorder;                     // empty: the first that writes
   std::optional<std::string> volume;
   bool isOverwriting = false;
   bool isSimulating = false;
@@ -32,6 +37,8 @@ struct WriteOptions {
   // Everything is looked at and nothing changed.
   bool isDryRun = false;
   bool showsProgress = true;
+
+  [[nodiscard]] bool isStreaming() const { return image == "-" || zip == "-"; }
 };
 
 // What there is of a file set that is only looked at.
@@ -45,8 +52,10 @@ struct FoundSet {
 struct WriteResult {
   std::string root;
   std::optional<std::string> target;
+  std::optional<std::string> imageFile;  // of the one file that is written
+  std::optional<std::string> zip;
   std::string volume;
-  std::string recorder;  // empty for a directory, and while none has been asked
+  std::string recorder;  // empty for a directory or file, and while none has been asked
   bool isVirtual = false;
   std::string image;  // the contents of a virtual disc that was written, wherever it now is
   bool isSimulated = false;
@@ -87,6 +96,7 @@ class Delivery {
   [[nodiscard]] bool staysWhenWritten() const;
   [[nodiscard]] bool checkSettings(const std::vector<std::string>& sources);
   [[nodiscard]] bool applySettings();
+  void applyFile();
   [[nodiscard]] bool checkTarget(const std::vector<std::string>& sources);
   [[nodiscard]] bool checkTestRun();
   [[nodiscard]] bool checkWipe(const std::vector<std::string>& sources);
@@ -97,9 +107,11 @@ class Delivery {
   [[nodiscard]] bool makeRoom();
   void lookAtSet();
   void deliver();
+  Outcome writeOut();
+  [[nodiscard]] const char* activity() const;
   void tellFailure();
   void findImage();
-  void interrupted(const DiscProgressScope& discProgress) const;
+  void interrupted(const DiscProgressScope& discProgress);
   [[nodiscard]] std::string whatIsCopied() const;
   void wipe();
 
@@ -108,6 +120,7 @@ class Delivery {
   std::function<void()> keepRoot_;
   ProgressBar progress_;
   WriteResult result_;
+  std::optional<MediumFile> file_;
   platform::DiscRecorderStatus recorder_;
   bool isAsked_ = false;
   std::atomic<bool> isDelivering_ = false;

@@ -196,7 +196,8 @@ class Publishing(WriteTest):
     def test_without_a_recorder_no_source_is_even_looked_at(self):
         result = self.command("publish", "--move", self.dir / "no such source", status=1)
         self.assertEqual(result["error"], "There is no drive that writes discs; a virtual recorder "
-                         "is there when QUILLON_RECORDERS names a directory for it.")
+                         "is there when QUILLON_RECORDERS names a directory for it. None is needed "
+                         "with --to DIRECTORY, --iso FILE or --zip FILE.")
         self.assertEqual(os.listdir(self.dir / "tmp"), [])
 
     def test_a_target_that_cannot_be_filled_is_refused_before_a_file_is_read(self):
