@@ -5,6 +5,7 @@
 Findings are kept beside the seeds under names that say what they were: this script leaves them.
 """
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -134,3 +135,31 @@ put("late_binding", "calls", b"\1" + b"".join(
     b"\x04" + bytes([operation]) + bytes([len(values)]) + b"".join(values) + b"\0"
     for operation, values in ((20, [BSTR]), (21, [OUT_BOOL, BSTR]), (22, [OMITTED]), (1, []), (2, [BOOL]),
                               (39, [BSTR, BSTR]))))
+
+
+# medium_image: a byte for what is mended, then (sector, length, bytes) of each that is not empty.
+def sectors_of(image):
+    out = b""
+    for number in range(0, len(image), 2048):
+        bytes_ = image[number:number + 2048].rstrip(b"\0")
+        if bytes_:
+            out += (number // 2048).to_bytes(2, "little") + len(bytes_).to_bytes(2, "little") + bytes_
+    return out
+
+
+with tempfile.TemporaryDirectory() as folder:
+    tree, image = os.path.join(folder, "tree"), os.path.join(folder, "image.iso")
+    for name, size in {"DICOMDIR": 40, "OBJECTS/ONE": 10, "OBJECTS/small letters": 2049,
+                       "OBJECTS/DEEPER/TWO": 3, "VOID/NOTHING": 0}.items():
+        os.makedirs(os.path.dirname(os.path.join(tree, name)), exist_ok=True)
+        with open(os.path.join(tree, name), "wb") as f:
+            f.write(b"x" * size)
+    for root, _, names in os.walk(tree):
+        for name in [root] + [os.path.join(root, name) for name in names]:
+            os.utime(name, (1_600_000_000, 1_600_000_000))
+    for name, systems in (("iso", "1"), ("joliet", "2"), ("udf", "4"), ("all", "7")):
+        subprocess.run([os.path.join(BIN, "make_image"), "--systems", systems, image, tree], check=True)
+        put("medium_image", name, (b"\1" if systems == "4" else b"\0") + sectors_of(read(image)))
+    if shutil.which("genisoimage"):
+        subprocess.run(["genisoimage", "-quiet", "-R", "-o", image, tree], check=True)
+        put("medium_image", "rock-ridge", b"\0" + sectors_of(read(image)))

@@ -102,7 +102,9 @@ TEST_F(ImageSourceTest, EveryByteOfTheDescriptorsAndDirectoriesMayBeWrong) {
     std::size_t tried = 0;
     for (std::size_t at = 16 * kSectorBytes; at < bytes.size(); ++at) {
       // Of long rows of zeros the last ones will do.
-      if (bytes.find_first_not_of('\0', at) >= at + 4) continue;
+      const std::size_t next = bytes.find_first_not_of('\0', at);
+      if (next == std::string::npos) break;
+      at = std::max(at, next - 3);
       const std::size_t sector = at / kSectorBytes;
       const std::string before = bytes.substr(sector * kSectorBytes, kSectorBytes);
       // A small change and a large one, in turns.
