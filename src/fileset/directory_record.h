@@ -7,7 +7,7 @@
 
 #include "dicomobjects/dicom_file_facts.h"
 #include "dicomobjects/dicom_util.h"
-#include "record_rows.h"
+#include "fileset/record_rows.h"
 
 namespace quillon {
 

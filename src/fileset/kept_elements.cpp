@@ -4,7 +4,7 @@
 
 #include "dicom/tags.h"
 #include "dicomobjects/dicom_object_processor.h"
-#include "record_rows.h"
+#include "fileset/record_rows.h"
 
 namespace quillon {
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "fileset/model/patient_list.h"
+#include "fileset/root_names.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
 
@@ -39,8 +40,6 @@ class MediumLabel : public CBaseItem {
   Text text_;
   std::vector<Text> leftOut_;
 };
-
-inline constexpr const OLECHAR* kLabelFileName = OLESTR("LABEL.TXT");
 
 // Writes LABEL.TXT in the root: UTF-16 little endian without a byte-order mark, a line feed at the
 // end. False, with a sentence left in errors, also when the path would be too long.

@@ -7,9 +7,9 @@
 
 #include "fileset/dicom_dir_processor.h"
 #include "fileset/model/patient_list.h"
+#include "fileset/record_rows.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
-#include "record_rows.h"
 
 namespace quillon {
 

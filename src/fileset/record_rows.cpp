@@ -1,4 +1,4 @@
-#include "record_rows.h"
+#include "fileset/record_rows.h"
 
 #include <algorithm>
 #include <array>

@@ -12,12 +12,10 @@
 #include <vector>
 
 #include "fileset/dicom_dir_processor.h"
+#include "fileset/root_names.h"
 #include "foundation/file_util.h"
 
 namespace quillon {
-
-inline constexpr const OLECHAR* kDicomDirName = OLESTR("DICOMDIR");
-inline constexpr const OLECHAR* kUnfinishedMarkName = OLESTR("UNFINISHED.TXT");
 
 // Of an existing or missing directory. objectCount: how many objects of the mark's list are there;
 // 0 unless unfinished. A mark that cannot be read counts as one of moved objects. Of a job that
