@@ -17,6 +17,7 @@ void addPublishCommand(CLI::App& program, int& exitStatus);
 void addDiscCommand(CLI::App& program, int& exitStatus);
 void addListCommand(CLI::App& program, int& exitStatus);
 void addHeaderCommand(CLI::App& program, int& exitStatus);
+void addVerifyCommand(CLI::App& program, int& exitStatus);
 void addWipeCommand(CLI::App& program, int& exitStatus);
 // Two: register and unregister.
 void addRegisterCommands(CLI::App& program, int& exitStatus);

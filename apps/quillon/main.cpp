@@ -39,6 +39,7 @@ int run(int argc, char** argv) {
   quillon::cli::addDiscCommand(program, exitStatus);
   quillon::cli::addListCommand(program, exitStatus);
   quillon::cli::addHeaderCommand(program, exitStatus);
+  quillon::cli::addVerifyCommand(program, exitStatus);
   quillon::cli::addWipeCommand(program, exitStatus);
   quillon::cli::addRegisterCommands(program, exitStatus);
   try {

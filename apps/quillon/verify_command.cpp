@@ -1,0 +1,194 @@
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "commands.h"
+#include "foundation/text.h"
+#include "json_output.h"
+#include "medium/medium_source.h"
+#include "outcome.h"
+#include "platform/services.h"
+#include "progress_bar.h"
+#include "result_output.h"
+#include "toolkit_log.h"
+#include "verify/verify_medium.h"
+
+namespace quillon::cli {
+
+namespace {
+
+constexpr const char* kFooter =
+    R"(PATH is a directory, such as a mounted disc, or the DICOMDIR in it; of any maker. Nothing is
+changed. Each finding is one line: "error" (something cannot be read, or is another's than the DICOMDIR
+says), "warning" (readable, but not as the standard wants it) or "note".
+
+Exit status: 0 no error and no warning, 1 there is one, or the medium cannot be read, 2 wrong usage.)";
+
+constexpr std::string_view kDicomDirName = "DICOMDIR";
+constexpr std::array kSeverities{"error", "warning", "note"};
+
+struct CommandOptions {
+  std::string path;
+  bool hasNoSums = false;
+  bool isJson = false;
+  bool showsProgress = true;
+  std::string logFile;
+};
+
+std::string narrow(const Text& text) { return NarrowText(text, FileSystemCodePage()); }
+
+// What a medium says must not begin a line of its own.
+std::string oneLine(std::string text) {
+  for (char& c : text) {
+    if (c == '\n' || c == '\t') c = ' ';
+  }
+  return text;
+}
+
+std::string severityText(Severity severity) {
+  return kSeverities[static_cast<std::size_t>(severity)];
+}
+
+// "1 study", "2 studies".
+std::string countText(std::uint64_t count, std::string_view one, std::string_view many) {
+  return std::to_string(count) + " " + std::string(count == 1 ? one : many);
+}
+
+std::string sizeText(std::uint64_t bytes) {
+  constexpr double kStep = 1024;
+  constexpr std::array kUnits{"bytes", "KB", "MB", "GB", "TB"};
+  std::size_t unit = 0;
+  auto size = static_cast<double>(bytes);
+  for (; size >= kStep && unit + 1 < kUnits.size(); ++unit) size /= kStep;
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), unit == 0 ? "%.0f %s" : "%.1f %s", size, kUnits[unit]);
+  return text.data();
+}
+
+std::string verdictText(const VerifyReport& report) {
+  std::string verdict;
+  const auto add = [&](Severity severity, std::string_view one, std::string_view many) {
+    if (report.Count(severity) == 0) return;
+    verdict += (verdict.empty() ? "" : ", ") + countText(report.Count(severity), one, many);
+  };
+  add(Severity::Error, "error", "errors");
+  add(Severity::Warning, "warning", "warnings");
+  add(Severity::Note, "note", "notes");
+  return verdict.empty() ? "no findings" : verdict;
+}
+
+std::string plainText(const VerifyReport& report) {
+  std::string text;
+  for (const Finding& finding : report.findings) {
+    const std::string file = narrow(finding.file);
+    text += severityText(finding.severity) + ": " +
+            oneLine((file.empty() ? "" : file + ": ") + narrow(finding.message)) + "\n";
+  }
+  if (report.leftOut != 0) {
+    text += countText(report.leftOut, "more finding", "more findings") +
+            " of the same kinds, of which the first " + std::to_string(kMaxFindingsOfKind) +
+            " each are shown.\n";
+  }
+  text += "Verified: " + countText(report.patients, "patient", "patients") + ", " +
+          countText(report.studies, "study", "studies") + ", " +
+          countText(report.series, "series", "series") + ", " +
+          countText(report.records, "record", "records") + ", " +
+          countText(report.files, "file", "files") + ", " + sizeText(report.bytes);
+  if (report.checkedSums != 0) text += ", " + countText(report.checkedSums, "sum", "sums");
+  return text + ": " + verdictText(report) + ".\n";
+}
+
+std::string jsonMembers(const std::string& path, const VerifyReport& report) {
+  const auto number = [](const char* name, std::uint64_t value) {
+    return jsonMember(name, std::to_string(value));
+  };
+  std::string json =
+      jsonMember("path", jsonString(path)) + jsonMember("whole", jsonBool(report.IsWhole())) +
+      number("patients", report.patients) + number("studies", report.studies) +
+      number("series", report.series) + number("records", report.records) +
+      number("files", report.files) + number("bytes", report.bytes) +
+      number("sums", report.checkedSums) + number("errors", report.Count(Severity::Error)) +
+      number("warnings", report.Count(Severity::Warning)) +
+      number("notes", report.Count(Severity::Note)) + number("left_out", report.leftOut) +
+      "\"findings\":[";
+  const char* separator = "";
+  for (const Finding& finding : report.findings) {
+    json += separator;
+    json += "{" + jsonMember("severity", jsonString(severityText(finding.severity))) +
+            jsonMember("code", jsonString(finding.code)) +
+            jsonMember("file", jsonTextOrNull(narrow(finding.file))) +
+            jsonMember("record", jsonTextOrNull(narrow(finding.record))) +
+            "\"message\":" + jsonString(narrow(finding.message)) + "}";
+    separator = ",";
+  }
+  return json + "],";
+}
+
+// Of a DICOMDIR the directory that it stands in.
+std::string mediumOf(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path given(path);
+  if (given.filename() != kDicomDirName || !std::filesystem::is_regular_file(given, error)) {
+    return path;
+  }
+  const std::string directory = given.parent_path().string();
+  return directory.empty() ? "." : directory;
+}
+
+Outcome verify(const CommandOptions& options, VerifyReport& report) {
+  if (Outcome log = sendToolkitLog(options.logFile); log.failed()) return log;
+  CBaseItem errors;
+  const Text path = WidenText(mediumOf(options.path), FileSystemCodePage());
+  const std::unique_ptr<MediumSource> medium = OpenMedium(path, errors);
+  if (medium == nullptr) return narrow(errors.ErrorMessage());
+  ProgressBar bar(options.showsProgress);
+  bool hasBegun = false;
+  VerifyOptions how;
+  how.checksSums = !options.hasNoSums;
+  how.progress = [&](const VerifyProgress& progress) {
+    if (!hasBegun) {
+      bar.begin("Verifying", progress.total,
+                progress.isBytes ? ProgressUnit::Bytes : ProgressUnit::Files);
+    }
+    hasBegun = true;
+    bar.advance(progress.done);
+  };
+  if (!VerifyMedium(*medium, how, report, errors)) return narrow(errors.ErrorMessage());
+  return {};
+}
+
+int runVerify(const CommandOptions& options) {
+  VerifyReport report;
+  const Outcome outcome = verify(options, report);
+  std::string output;
+  if (options.isJson) {
+    output = jsonObject(jsonMembers(options.path, report), outcome);
+  } else if (!outcome.failed()) {
+    output = plainText(report);
+  }
+  const int status = finish(Output::of(options.isJson, std::move(output)), outcome, {});
+  constexpr int kExitFindings = 1;
+  return status == 0 && !report.IsWhole() ? kExitFindings : status;
+}
+
+}  // namespace
+
+void addVerifyCommand(CLI::App& program, int& exitStatus) {
+  const auto options = std::make_shared<CommandOptions>();
+  CLI::App* command = program.add_subcommand(
+      "verify", "Tells whether a medium is whole: its DICOMDIR, its files and their sums");
+  command->add_option("PATH", options->path, "The medium, or its DICOMDIR")->required();
+  command->add_flag("--no-sums", options->hasNoSums,
+                    "Do not compare the files with SHA256SUMS: only their headers are read");
+  addJsonOption(*command, options->isJson);
+  addQuietOption(*command, options->showsProgress);
+  addLogOption(*command, options->logFile);
+  command->footer(kFooter);
+  command->callback([options, &exitStatus] { exitStatus = runVerify(*options); });
+}
+
+}  // namespace quillon::cli
