@@ -23,12 +23,6 @@ std::string indented(const std::string& text, const char* indent) {
   return out;
 }
 
-// A line end in a name must not begin a line of its own.
-std::string singleLine(std::string text) {
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  return text;
-}
-
 // What a dry run tells beside.
 
 constexpr const char* kDryRunLine = "Dry run:   nothing is changed\n";
@@ -67,6 +61,11 @@ std::string targetText(const WriteResult& result) {
 }
 
 }  // namespace
+
+std::string singleLine(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
+}
 
 Output Output::forReaders(std::string_view text) { return Output(forTerminal(text)); }
 Output Output::asItIs(std::string bytes) { return Output(std::move(bytes)); }

@@ -42,6 +42,9 @@ std::string jsonMembers(const WriteResult& result);
 // The members and the error of the outcome, as a line.
 std::string jsonObject(const std::string& members, const Outcome& outcome);
 
+// A line end in a name must not begin a line of its own.
+std::string singleLine(std::string text);
+
 // Writes it now; that it could not be written, finish tells.
 void print(const Output& output);
 // Writes all of it and answers the exit status of the program.

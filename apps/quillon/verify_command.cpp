@@ -41,14 +41,6 @@ struct CommandOptions {
 
 std::string narrow(const Text& text) { return NarrowText(text, FileSystemCodePage()); }
 
-// What a medium says must not begin a line of its own.
-std::string oneLine(std::string text) {
-  for (char& c : text) {
-    if (c == '\n' || c == '\t') c = ' ';
-  }
-  return text;
-}
-
 std::string severityText(Severity severity) {
   return kSeverities[static_cast<std::size_t>(severity)];
 }
@@ -86,7 +78,7 @@ std::string plainText(const VerifyReport& report) {
   for (const Finding& finding : report.findings) {
     const std::string file = narrow(finding.file);
     text += severityText(finding.severity) + ": " +
-            oneLine((file.empty() ? "" : file + ": ") + narrow(finding.message)) + "\n";
+            singleLine((file.empty() ? "" : file + ": ") + narrow(finding.message)) + "\n";
   }
   if (report.leftOut != 0) {
     text += countText(report.leftOut, "more finding", "more findings") +

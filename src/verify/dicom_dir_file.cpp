@@ -16,6 +16,11 @@ namespace {
 constexpr std::size_t kMagicAt = 128;
 constexpr std::string_view kMagic = "DICM";
 constexpr std::size_t kMetaAt = kMagicAt + kMagic.size();
+// File-set ID (0004,1130), with which the header behind the meta information begins.
+constexpr std::string_view kHeaderBegin(
+    "\x04\x00\x30\x11"
+    "CS",
+    6);
 constexpr DcTag kMetaGroupLength = 0x00020000;
 constexpr std::size_t kMaxFileSetIdChars = 16;
 
@@ -56,7 +61,9 @@ bool DicomDirFile::Read(Findings& findings) {
     findings.Add(Fault::NoRecords, InDicomDir());
     return false;
   }
-  const std::size_t sequenceAt = ReadHeader(ReadMeta(begin, findings), findings);
+  const std::size_t headerAt = ReadMeta(begin, findings);
+  const std::size_t sequenceAt =
+      headerAt < bytes_.size() ? ReadHeader(headerAt, findings) : headerAt;
   ElemInfo info;
   if (TagAt(bytes_, sequenceAt) != tags::kDirectoryRecordSequence ||
       !utilGetElemInfo(reinterpret_cast<const std::uint8_t*>(bytes_.data()) + sequenceAt,
@@ -83,7 +90,8 @@ std::size_t DicomDirFile::ReadMeta(std::size_t begin, Findings& findings) const 
       ReadRawElements(bytes_, begin, bytes_.size(), [](DcTag tag) { return dcGroup(tag) != 2; });
   if (!meta.isWhole) {
     findings.Add(Fault::MetaDamaged, InDicomDir(), {HexText(meta.end)});
-    return meta.end;
+    const std::size_t header = bytes_.find(kHeaderBegin, begin);
+    return std::min(header, bytes_.size());
   }
   CheckMeta(meta, findings);
   std::uint32_t length = 0;
@@ -142,34 +150,53 @@ std::size_t DicomDirFile::ReadHeader(std::size_t begin, Findings& findings) {
   return header.end;
 }
 
+void DicomDirFile::AddRecord(std::size_t at, std::size_t valueAt, std::size_t valueEnd) {
+  places_.push_back({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(valueAt),
+                     static_cast<std::uint32_t>(valueEnd)});
+}
+
 void DicomDirFile::IndexRecords(std::size_t begin, std::size_t end, bool isOpen, bool isCut,
                                 Findings& findings) {
-  std::size_t damaged = 0;
   for (std::size_t at = begin; at < end;) {
     if (isOpen && TagAt(bytes_, at) == tags::kSequenceDelimitationItem) return;
-    RawItem item;
-    if (MeasureItem(bytes_, at, end, item)) {
-      if (places_.size() == kMaxRecords) {
-        findings.Add(Fault::RecordsGivenUp, InDicomDir(), {HexText(at)});
-        return;
-      }
-      places_.push_back({static_cast<std::uint32_t>(at), static_cast<std::uint32_t>(item.valueAt),
-                         static_cast<std::uint32_t>(item.valueEnd)});
-      at = item.end;
-      continue;
-    }
-    const std::size_t next = FindRecord(at + 1);
-    // The record in which a file was cut is no fault of its own.
-    if (!isCut || next < end) findings.Add(Fault::RecordDamaged, InDicomDir(), {HexText(at)});
-    if (++damaged == kMaxDamaged) {
+    if (places_.size() >= kMaxRecords || toldDamaged_.size() >= kMaxDamaged) {
       findings.Add(Fault::RecordsGivenUp, InDicomDir(), {HexText(at)});
       return;
     }
+    RawItem item;
+    if (MeasureItem(bytes_, at, end, item)) {
+      AddRecord(at, item.valueAt, item.valueEnd);
+      at = item.end;
+      continue;
+    }
+    const std::size_t next = Resume(at, end);
+    toldDamaged_.push_back(static_cast<std::uint32_t>(at));
+    // The record in which a file was cut is no fault of its own.
+    if (!isCut || next < end) findings.Add(Fault::RecordDamaged, InDicomDir(), {HexText(at)});
     at = next;
   }
   if (isOpen) {
     findings.Add(Fault::HeaderMissing, InDicomDir(), {KeyName(tags::kSequenceDelimitationItem)});
   }
+}
+
+std::size_t DicomDirFile::Resume(std::size_t at, std::size_t end) {
+  // The length of the record before may be what is wrong: then the next one begins within it.
+  const std::size_t from = places_.empty() ? at : places_.back().valueAt;
+  std::size_t next = FindRecord(from);
+  if (next < at) {
+    places_.back().valueEnd = static_cast<std::uint32_t>(next);
+    return next;
+  }
+  if (next == at) {
+    next = std::min(FindRecord(at + 1), end);
+    AddRecord(at, std::min(at + kItemHeaderBytes, next), next);
+  }
+  return std::min(next, end);
+}
+
+bool DicomDirFile::IsToldDamaged(std::size_t record) const {
+  return std::ranges::find(toldDamaged_, places_[record].at) != toldDamaged_.end();
 }
 
 // The next bytes that look like the beginning of a record: an item that begins with the offset of

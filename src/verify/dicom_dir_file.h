@@ -26,6 +26,9 @@ class DicomDirFile {
   [[nodiscard]] std::optional<std::size_t> RecordAt(std::uint32_t offset) const;
   [[nodiscard]] RawElements ElementsOf(std::size_t record) const;
 
+  // It was told already that this record is damaged.
+  [[nodiscard]] bool IsToldDamaged(std::size_t record) const;
+
   // Offset of the first record of the root; 0 for none. Where the file does not say, that of the
   // first record.
   [[nodiscard]] std::uint32_t RootOffset() const { return rootOffset_; }
@@ -43,10 +46,15 @@ class DicomDirFile {
   void CheckMeta(const RawElements& meta, Findings& findings) const;
   void IndexRecords(std::size_t begin, std::size_t end, bool isOpen, bool isCut,
                     Findings& findings);
+  void AddRecord(std::size_t at, std::size_t valueAt, std::size_t valueEnd);
+  // Goes on behind damaged bytes: answers where, after the place before or a new one was cut to
+  // what can be its record.
+  [[nodiscard]] std::size_t Resume(std::size_t at, std::size_t end);
   [[nodiscard]] std::size_t FindRecord(std::size_t from) const;
 
   std::string bytes_;
   std::vector<Place> places_;  // by offset
+  std::vector<std::uint32_t> toldDamaged_;
   bool hasRootOffset_ = false;
   std::uint32_t rootOffset_ = 0;
   std::optional<std::uint32_t> lastOffset_;

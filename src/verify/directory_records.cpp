@@ -121,7 +121,8 @@ bool DirectoryRecords::VisitRecord(std::size_t record, const Parent& parent, Par
   self.identities = parent.identities;
   Count(type);
   const FaultPlace place{InDicomDir().file, self.text};
-  if (!elements.isWhole) findings_.Add(Fault::RecordDamaged, place, {HexText(offset)});
+  if (!elements.isWhole && !file_.IsToldDamaged(record))
+    findings_.Add(Fault::RecordDamaged, place, {HexText(offset)});
   static_cast<void>(
       elements.Number(tags::kOffsetOfTheNextDirectoryRecord, links.next));  // missing: none
   static_cast<void>(

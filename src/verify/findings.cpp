@@ -45,7 +45,7 @@ constexpr std::array kRows{
     FaultRow{Inconsistent,          Warning, "dicomdir-inconsistent",    OLESTR("File-set Consistency Flag is %s, which says that the records may not be true; it must be 0x0.")},
     FaultRow{FileSetId,             Warning, "file-set-id",              OLESTR("File-set ID \"%s\" has more than 16 characters, or others than A-Z, 0-9, space and \"_\".")},
     FaultRow{Cut,                   Error,   "dicomdir-cut",             OLESTR("The file is cut: the records lead to offset %s, the file ends at %s.")},
-    FaultRow{LastOffset,            Warning,   "last-record-offset",       OLESTR("The offset of the last record of the root leads to %s; the last one stands at %s.")},
+    FaultRow{LastOffset, Note,   "last-record-offset",       OLESTR("The offset of the last record of the root leads to %s; the last one stands at %s.")},
     // Records
     FaultRow{RecordDamaged,         Error,   "record-damaged",           OLESTR("What stands at offset %s is no whole record.")},
     FaultRow{RecordsGivenUp,        Error,   "records-given-up",         OLESTR("Records behind offset %s were not read: too much is damaged, or there are too many.")},

@@ -4,8 +4,6 @@
 
 namespace quillon {
 
-namespace {
-
 Text Folded(TextView path) {
   Text folded(path);
   for (OLECHAR& unit : folded) {
@@ -15,8 +13,6 @@ Text Folded(TextView path) {
   }
   return folded;
 }
-
-}  // namespace
 
 MediumIndex::MediumIndex(std::vector<MediumEntry> entries) : entries_(std::move(entries)) {
   places_.reserve(entries_.size());

@@ -11,6 +11,9 @@
 
 namespace quillon {
 
+// With the letters of ASCII in upper case.
+Text Folded(TextView path);
+
 class MediumIndex {
  public:
   explicit MediumIndex(std::vector<MediumEntry> entries);
