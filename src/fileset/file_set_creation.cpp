@@ -37,8 +37,6 @@ bool FileSetCreation::PrepareRoot() {
     if (!files_.CreateDirectoryTree(directory)) return FailAs(files_);
     keepsPatients_ = false;
   }
-  // Whatever comes of it now, they do not stay, and their memory is worth having.
-  plan_.ForgetPatients();
   const Text& content = plan_.Content().Destination();
   if (!content.empty() && !files_.CreateDirectoryTree(content)) return FailAs(files_);
   return CheckWritable();

@@ -64,8 +64,6 @@ class FileSetPlan : public CBaseItem {
   // Directories for objects, each with the separator at its end: the object directory, then those
   // below it in the order of their first object.
   [[nodiscard]] const std::vector<Text>& Directories() const { return directories_; }
-  // The patients go: from here on all that is needed of them is in the plan.
-  void ForgetPatients() { patients_.RemoveAll(); }
   // Its bytes are made with the plan. False, with a sentence.
   [[nodiscard]] bool WriteDicomDir();
   [[nodiscard]] OtherContent& Content() { return content_; }

@@ -20,8 +20,8 @@ MB = 1_000_000
 # that grows with the square it would be nearly five times. What a machine's caches do to the larger
 # one stays well below.
 TIMES_PER_OBJECT = 2.5
-BYTES_PER_OBJECT = 4_500
-PROCESS_BYTES = 30 * MB
+BYTES_PER_OBJECT = 1_800
+PROCESS_BYTES = 15 * MB
 
 
 # A process's memory counts from what its maker had, so that a small one starts the program. Its
