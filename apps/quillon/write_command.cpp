@@ -101,6 +101,8 @@ void addWriteOptions(CLI::App& command, WriteOptions& job) {
       "Erase all of a rewritable disc that holds data, not only its contents table"));
   ofDisc(command.add_flag_callback(
       "--no-eject", [&job] { job.isEjecting = false; }, "Leave the disc in the drive"));
+  command.add_flag("--sums", job.hasSums,
+                   "Put the sums of all files beside the label (SHA256SUMS, for sha256sum -c)");
   command.add_flag("--keep", job.isKeeping, "Keep the file set in its root directory");
 }
 

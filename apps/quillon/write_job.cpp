@@ -14,6 +14,7 @@
 #include "medium_questions.h"
 #include "recording/virtual_discs.h"
 #include "root_guard.h"
+#include "set_sums.h"
 #include "source_walk.h"
 #include "terminal_text.h"
 
@@ -67,7 +68,7 @@ WriteResult Delivery::run() {
                                       passes(askSize(roomOfDirectory(result_.root)));
   if (isReady && options_.isDryRun) {
     lookAtSet();
-  } else if (isReady && makeRoom()) {
+  } else if (isReady && addSums() && makeRoom()) {
     deliver();
   }
   result_.isKept = rootEntry(result_.root) == RootEntry::NotEmpty;
@@ -211,6 +212,20 @@ bool Delivery::checkState() {
          fail("There is no file set in " + result_.root + ": it holds no DICOMDIR.");
 }
 
+// In the root, so that they reach every kind of medium by the same road.
+bool Delivery::addSums() {
+  if (!options_.hasSums) return true;
+  bool hasTotal = false;
+  const Outcome written = writeSums(result_.root, [&](std::uint64_t done, std::uint64_t total) {
+    if (!std::exchange(hasTotal, true)) {
+      progress_.begin("Summing the file set", total, ProgressUnit::Bytes);
+    }
+    progress_.advance(done);
+  });
+  progress_.clear();
+  return passes(written);
+}
+
 // Objects of an earlier set must not lie beside the new ones, so whole directories go.
 bool Delivery::makeRoom() {
   if (!result_.target || rootEntry(*result_.target) != RootEntry::NotEmpty) return true;
@@ -220,6 +235,8 @@ bool Delivery::makeRoom() {
     fs::remove_all(old, error);
     if (error) return fail("Cannot remove " + old.string() + ": " + error.message() + ".");
   }
+  // Those of an earlier set would be wrong now.
+  fs::remove(fs::path(*result_.target) / kSumsName, error);
   return !error || fail("The root directory " + result_.root + " cannot be read.");
 }
 

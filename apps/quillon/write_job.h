@@ -34,6 +34,7 @@ struct WriteOptions {
   bool hasFullErase = false;
   bool isEjecting = true;
   bool isKeeping = false;
+  bool hasSums = false;  // SHA256SUMS beside the label
   // Everything is looked at and nothing changed.
   bool isDryRun = false;
   bool showsProgress = true;
@@ -104,6 +105,7 @@ class Delivery {
   [[nodiscard]] bool askRecorder();
   [[nodiscard]] bool takeFileSet();
   [[nodiscard]] bool checkState();
+  [[nodiscard]] bool addSums();
   [[nodiscard]] bool makeRoom();
   void lookAtSet();
   void deliver();
