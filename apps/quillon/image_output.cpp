@@ -15,7 +15,7 @@ namespace quillon::cli {
 
 namespace {
 
-constexpr std::size_t kPieceBytes = 64 * 1024;
+constexpr std::size_t kPieceBytes = std::size_t{64} << 10;
 // As on discs.
 constexpr unsigned kFileSystems = FsiFileSystemISO9660 | FsiFileSystemJoliet | FsiFileSystemUDF;
 

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t kPieceBytes = 256 * 1024;
+constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
 
 struct SummedFile {
   std::string name;  // below the root

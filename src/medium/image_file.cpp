@@ -7,10 +7,10 @@ namespace quillon {
 
 namespace {
 
-constexpr std::size_t kBlockBytes = 32 * 1024;
+constexpr std::size_t kBlockBytes = std::size_t{32} << 10;
 // What is longer is read past the block.
-constexpr std::size_t kLongestCachedRead = 4 * 1024;
-constexpr std::size_t kLongestCall = 16 * 1024 * 1024;
+constexpr std::size_t kLongestCachedRead = std::size_t{4} << 10;
+constexpr std::size_t kLongestCall = std::size_t{16} << 20;
 
 }  // namespace
 

@@ -201,7 +201,9 @@ void Iso9660::ReadSystemUse(Bytes area, std::size_t hops, RockRidge& found) {
     const std::size_t length = area[2];
     if (length < 4 || length > area.size()) return;
     const Bytes entry = area.substr(0, length);
-    const auto is = [&](char a, char b) { return entry[0] == a && entry[1] == b; };
+    const auto is = [&](unsigned char a, unsigned char b) {
+      return entry[0] == a && entry[1] == b;
+    };
     if (is('N', 'M') && length > 5 && (entry[4] & kItselfOrAbove) == 0) {
       found.name.append(entry.begin() + 5, entry.end());
     } else if (is('S', 'L')) {

@@ -18,7 +18,7 @@ using Kind = MediumEntry::Kind;
 using platform::ArchiveEntry;
 using platform::ArchiveReader;
 
-constexpr std::size_t kSkippedAtOnce = 64 * 1024;
+constexpr std::size_t kSkippedAtOnce = std::size_t{64} << 10;
 
 // A reader, and how far it is.
 struct Cursor {

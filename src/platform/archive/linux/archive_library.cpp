@@ -20,9 +20,9 @@ const ArchiveLibrary* load() {
   void* const library = ::dlopen(kLibraryName, RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) return nullptr;
   static ArchiveLibrary found;
-  const bool hasAll =
-#define QUILLON_FIND(name) find(library, #name, found.name)&&
-      QUILLON_ARCHIVE_FUNCTIONS(QUILLON_FIND) true;
+  bool hasAll = true;
+#define QUILLON_FIND(name) hasAll = find(library, #name, found.name) && hasAll;
+  QUILLON_ARCHIVE_FUNCTIONS(QUILLON_FIND)
 #undef QUILLON_FIND
   return hasAll ? &found : nullptr;
 }

@@ -7,7 +7,7 @@ namespace quillon::platform {
 
 namespace {
 
-constexpr std::size_t kBlockBytes = 64 * 1024;
+constexpr std::size_t kBlockBytes = std::size_t{64} << 10;
 
 std::string textOr(const char* text, const char* other) { return text != nullptr ? text : other; }
 
