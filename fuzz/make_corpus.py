@@ -50,6 +50,7 @@ with tempfile.TemporaryDirectory() as folder:
         subprocess.run([os.path.join(BIN, "quillon"), "create", "--quiet", "--root", root, *options,
                         objects], check=True, stdout=subprocess.DEVNULL)
         put("dicomdir", name, read(os.path.join(root, "DICOMDIR")))
+        put("verify", name, read(os.path.join(root, "DICOMDIR")))
 
 for path in ("00100010,PN", "0040a043,SQ,1:00080104,LO", "00081115,SQ,1:0020000e,UI",
              "0040a730,SQ,1:0040a043,SQ,1:00080104,LO", "00020010,UI"):

@@ -169,16 +169,20 @@ void FileCheck::CompareUids(const FileRecord& record, const FaultPlace& place,
                             const FileHead& head) {
   struct Row {
     Fault fault;
+    DcTag inDataSet;
     const std::string& ofFile;
     const std::string& ofRecord;
   };
-  for (const Row& row :
-       {Row{Fault::SopClassDiffers, head.metaInfo.sopClassUid, record.sopClassUid},
-        Row{Fault::SopInstanceDiffers, head.metaInfo.sopInstanceUid, record.sopInstanceUid},
-        Row{Fault::TransferSyntaxDiffers, head.metaInfo.transferSyntaxUid,
-            record.transferSyntaxUid}}) {
+  for (const Row& row : {Row{Fault::SopClassDiffers, tags::kSopClassUid, head.metaInfo.sopClassUid,
+                             record.sopClassUid},
+                         Row{Fault::SopInstanceDiffers, tags::kSopInstanceUid,
+                             head.metaInfo.sopInstanceUid, record.sopInstanceUid},
+                         Row{Fault::TransferSyntaxDiffers, tags::kTransferSyntaxUid,
+                             head.metaInfo.transferSyntaxUid, record.transferSyntaxUid}}) {
     const std::string_view ofFile = TrimmedBytes(row.ofFile);
     if (ofFile.empty() || row.ofRecord.empty() || ofFile == row.ofRecord) continue;
+    // A file that says both is at fault, not the record.
+    if (FileValue(head.elements, row.inDataSet) == WideBytes(row.ofRecord)) continue;
     findings_.Add(row.fault, place, {ShownValue(ofFile), record.text, ShownValue(row.ofRecord)});
   }
 }
