@@ -15,8 +15,9 @@ class Sha256 {
   Sha256& operator=(const Sha256&) = delete;
 
   void Update(const void* bytes, std::size_t count);
-  // 64 lower-case hexadecimal digits; empty when the library has failed, without memory or because
-  // it is not allowed to compute this sum. Afterwards the object is at a new beginning.
+  // 64 lower-case hexadecimal digits; empty when the library is not there or has failed, without
+  // memory or because it is not allowed to compute this sum. Afterwards the object is at a new
+  // beginning.
   [[nodiscard]] std::string Finish();
 
  private:
