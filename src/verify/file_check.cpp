@@ -114,6 +114,8 @@ bool FileCheck::CheckNamed(const FileRecord& record) {
   } else if (!record.isShared) {
     findings_.Add(Fault::FileNamedTwice, place, {record.text, HexText(namedAt_[*entry])});
   }
+  // Millions of records may name one file, which is not opened for each of them.
+  if (!isFirst && ++repeats_ > kMaxFindingsOfKind) return true;
   const bool isSummed = isFirst && sums_.SumOf(*entry) != nullptr;
   if (sums_.IsThere() && isFirst && !isSummed) findings_.Add(Fault::SumMissing, place);
   const std::unique_ptr<MediumFile> file = medium_.Open(found.path);

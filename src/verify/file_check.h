@@ -53,6 +53,7 @@ class FileCheck {
   VerifyReport& report_;
   DcTagSet kept_;
   std::vector<std::uint32_t> namedAt_;  // offset of the record that names an entry; 0: none yet
+  std::size_t repeats_ = 0;             // records that named a file again
   VerifyProgress progress_;
   std::vector<std::uint8_t> buffer_;  // for one file after the other
 };

@@ -17,6 +17,9 @@ constexpr int kMaxDepth = 16;
 // No directory record is larger; to look for the end of a longer item would be looked for in vain.
 constexpr std::size_t kMaxOpenItemBytes = std::size_t{16} << 20;
 
+// Nor has one so many elements: of a hostile one each would take four times its own bytes.
+constexpr std::size_t kMaxElements = 100'000;
+
 const std::uint8_t* At(std::string_view bytes, std::size_t at) {
   return reinterpret_cast<const std::uint8_t*>(bytes.data()) + at;
 }
@@ -97,7 +100,8 @@ RawElements ReadRawElements(std::string_view bytes, std::size_t begin, std::size
   read.end = begin;
   while (read.end < end) {
     ElemInfo info;
-    if (!utilGetElemInfo(At(bytes, read.end), end - read.end, kParseExplicitLittleForm, info)) {
+    if (read.elements.size() == kMaxElements ||
+        !utilGetElemInfo(At(bytes, read.end), end - read.end, kParseExplicitLittleForm, info)) {
       return read;
     }
     if (isLast && isLast(info.tag)) break;

@@ -1,6 +1,7 @@
 #include "verify/verify_medium.h"
 
 #include <algorithm>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -157,7 +158,7 @@ bool Verification::Run(const Text& whatWasNotListed) {
 }  // namespace
 
 bool VerifyMedium(MediumSource& medium, const VerifyOptions& options, VerifyReport& report,
-                  CBaseItem& errors) {
+                  CBaseItem& errors) try {
   report = VerifyReport();
   std::vector<MediumEntry> entries;
   const bool isListed = medium.List(entries);
@@ -166,6 +167,9 @@ bool VerifyMedium(MediumSource& medium, const VerifyOptions& options, VerifyRepo
   Verification verification(medium, options, report, std::move(entries));
   if (verification.Run(isListed ? Text() : medium.ErrorMessage())) return true;
   errors.SetErrorMessage(OLESTR("The verification was stopped."));
+  return false;
+} catch (const std::bad_alloc&) {
+  errors.SetErrorMessage(OLESTR("There is not enough memory to verify the medium."));
   return false;
 }
 
