@@ -52,8 +52,8 @@ void requireWhole(const PlannedFileSet& planned, const fs::path& root) {
   require(dir.initialCode() == kDcOk && filesOf(dir) == planned.objects.size());
   for (const PlannedObject& object : planned.objects) {
     DcDirRec* record = nullptr;
-    require(dir.getRefFileObj(NarrowText(object.fileId, CP_ACP).c_str(), &record) == kDcOk);
-    std::string path = NarrowText(object.fileId, FileSystemCodePage());
+    require(dir.getRefFileObj(NarrowText(object.FileId(), CP_ACP).c_str(), &record) == kDcOk);
+    std::string path = NarrowText(object.FileId(), FileSystemCodePage());
     std::ranges::replace(path, '\\', '/');
     require(fs::file_size(root / path) == object.sizeBytes);
   }

@@ -33,8 +33,8 @@ void writeMark(const fs::path& root, const Text& wideRoot, unsigned choice, cons
   std::size_t present = 0;
   for (std::size_t i = 0; i < objects.size(); ++i) {
     const std::string name = "QLN0000" + std::to_string(i + 1);
-    objects[i].fileId = Text(name.begin(), name.end());
-    objects[i].source = source;
+    objects[i].number = static_cast<std::uint32_t>(i + 1);
+    objects[i].source.Set(source);
     if ((choice & (2U << i)) == 0) continue;
     fuzz::writeFile(root / name, "x");
     ++present;
