@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -120,11 +122,13 @@ std::string jsonMembers(const std::string& path, const VerifyReport& report) {
   return json + "],";
 }
 
-// Of a DICOMDIR the directory that it stands in.
+// Of a DICOMDIR, as which a mounted one may be called "dicomdir", the directory that it stands in.
 std::string mediumOf(const std::string& path) {
   std::error_code error;
   const std::filesystem::path given(path);
-  if (given.filename() != kDicomDirName || !std::filesystem::is_regular_file(given, error)) {
+  std::string name = given.filename().string();
+  std::ranges::transform(name, name.begin(), [](unsigned char c) { return std::toupper(c); });
+  if (name != kDicomDirName || !std::filesystem::is_regular_file(given, error)) {
     return path;
   }
   const std::string directory = given.parent_path().string();

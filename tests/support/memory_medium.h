@@ -16,13 +16,16 @@ class MemoryMedium final : public MediumSource {
  public:
   std::map<Text, Bytes> files;
   std::map<Text, MediumEntry::Kind> others;
+  std::map<Text, std::uint64_t> listedSizes;  // where the listing says another size
   Text unreadable;      // a file that cannot be read, although it can be opened
   int openedFiles = 0;  // so often a file was opened
   std::uint64_t readBytes = 0;
 
   bool List(std::vector<MediumEntry>& entries) override {
     for (const auto& [path, bytes] : files) {
-      entries.push_back({path, bytes.size(), MediumEntry::Kind::File});
+      const auto listed = listedSizes.find(path);
+      entries.push_back({path, listed == listedSizes.end() ? bytes.size() : listed->second,
+                         MediumEntry::Kind::File});
     }
     for (const auto& [path, kind] : others) entries.push_back({path, 0, kind});
     return true;
