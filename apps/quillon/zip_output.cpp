@@ -117,7 +117,9 @@ Outcome ZipOutput::collect(const std::string& directory, int level) {
   const std::size_t before = files_.size();
   std::vector<std::string> directories;
   for (const std::string& leaf : names) {
-    const std::string name = directory.empty() ? leaf : directory + "/" + leaf;
+    std::string name = directory;
+    if (!name.empty()) name += '/';
+    name += leaf;
     if (!isUtf8(name) || name.find('\\') != std::string::npos) {
       return "The name of the file " + pathOf(name) + " cannot stand in a ZIP file.";
     }
