@@ -7,6 +7,7 @@
 #include "dicom/file.h"
 #include "dicom/log.h"
 #include "dicom/read_file.h"
+#include "dicom/text_scan.h"
 
 namespace quillon {
 
@@ -38,7 +39,12 @@ DcCode dirCheckFileIdCharacters(const std::string& fileId, const char* function)
   return kDcOk;
 }
 
-DcCode dirCheckFileIdText(const std::string& fileId, const char* function) {
+DcCode dirTakeFileId(const char* given, const char* function, std::string& fileId) {
+  if (given == nullptr) {
+    dcLog(DcLogLevel::Error, function, "Null argument passed");
+    return kDcFileNullArgument;
+  }
+  fileId = trimmed(given);
   const DcCode rc = dirCheckFileIdLength(fileId, function);
   return rc == kDcOk ? dirCheckFileIdCharacters(fileId, function) : rc;
 }

@@ -15,10 +15,11 @@ namespace quillon {
 // The three steps of refusing a file ID, each with its log line. `fileId` is trimmed.
 DcCode dirCheckFileIdLength(const std::string& fileId, const char* function);
 DcCode dirCheckFileIdCharacters(const std::string& fileId, const char* function);
-// The first two.
-DcCode dirCheckFileIdText(const std::string& fileId, const char* function);
 DcCode dirSplitFileId(const std::string& fileId, const char* function,
                       std::vector<std::string>& parts);
+
+// A file ID as a caller gives it, trimmed and through the first two; null is refused.
+DcCode dirTakeFileId(const char* given, const char* function, std::string& fileId);
 
 std::string dirFileName(const std::string& rootPath, const std::string& fileId);
 

@@ -122,12 +122,7 @@ std::string DcDirRec::fileId() const {
 
 DcCode DcDirRec::checkFileId(const char* fileId, std::string& trimmedId,
                              Reference& reference) const {
-  if (fileId == nullptr) {
-    dcLog(DcLogLevel::Error, kSetRefFile, "Null argument passed");
-    return kDcFileNullArgument;
-  }
-  trimmedId = trimmed(fileId);
-  const DcCode rc = dirCheckFileIdText(trimmedId, kSetRefFile);
+  const DcCode rc = dirTakeFileId(fileId, kSetRefFile, trimmedId);
   if (rc != kDcOk) return rc;
   const DcDirDicomDir* dir = dicomDir(kSetRefFile);
   if (dir == nullptr) return kDcHierarchyError;
@@ -169,9 +164,9 @@ DcCode DcDirRec::setRefFile(const char* fileId, const DcFileMetaInfo& metaInfo) 
 
 DcCode DcDirRec::setRefFile(const char* fileId, const DcFileMetaInfo& metaInfo,
                             const std::string& rootPath) {
-  const std::string id(trimmed(fileId));
+  std::string id;
   Reference reference;
-  DcCode rc = dirCheckFileIdText(id, kSetRefFile);
+  DcCode rc = dirTakeFileId(fileId, kSetRefFile, id);
   if (rc == kDcOk) rc = dirSplitFileId(id, kSetRefFile, reference.fileIdParts);
   if (rc == kDcOk) {
     rc = dirTakeFileUids(metaInfo, dirFileName(rootPath, id), kSetRefFile, reference.sopClassUid,

@@ -213,6 +213,7 @@ TEST_F(DicomDirWriting, RecordsThatAreNotKeptAreRefusedAsThoseOfATreeAre) {
   EXPECT_EQ(writer.add(image, 1), kDcHierarchyError);
   DcFileMetaInfo meta;
   meta.sopClassUid = meta.sopInstanceUid = kCtImage;
+  EXPECT_EQ(image.setRefFile(nullptr, meta, root()), kDcFileNullArgument);
   EXPECT_EQ(image.setRefFile("lower", meta, root()), kDcInvalidFileId);
   EXPECT_EQ(image.setRefFile("NAMEOFNINE", meta, root()), kDcInvalidFileId);
   EXPECT_EQ(image.setRefFile(std::string(104, 'A').c_str(), meta, root()), kDcFileIdTooLong);
