@@ -129,12 +129,12 @@ Outcome MediumFile::askRoom(const DiscRoom& room) const {
 }
 
 Outcome MediumFile::write(const std::string& root, const std::string& volume,
-                          const Progress& progress) {
+                          const Progress& progress, const OutputFile::Check& check) {
   if (Outcome begun = output_.begin(); begun.failed()) return begun;
   Outcome written = isZip() ? writeZip(root, {options_.isCompressing, password_}, output_, progress)
                             : writeImage(root, volume, output_, progress);
   if (output_.failure().failed()) return output_.failure();
-  return written.failed() ? written : output_.finish();
+  return written.failed() ? written : output_.finish(check);
 }
 
 std::string MediumFile::abandon() {

@@ -34,14 +34,17 @@ class MediumFile {
   Outcome check(const std::string& root, const std::vector<std::string>& sources);
   // Whether its file system has the room.
   Outcome askRoom(const DiscRoom& room) const;
-  // Of the image, the volume's name.
-  Outcome write(const std::string& root, const std::string& volume, const Progress& progress);
+  // volume: of the image, its name. check: see OutputFile.
+  Outcome write(const std::string& root, const std::string& volume, const Progress& progress,
+                const OutputFile::Check& check);
 
   // For a thread beside the one that writes, in a process that is to end: nothing stays of a file
   // that is not whole. Answers what became of it, without a stop.
   std::string abandon();
 
   [[nodiscard]] const MediumFileOptions& options() const { return options_; }
+  // Empty without one, and before check.
+  [[nodiscard]] const std::string& password() const { return password_; }
   [[nodiscard]] bool isZip() const { return options_.kind == MediumFileOptions::Kind::Zip; }
   // What those who get the file should know; empty for nothing.
   [[nodiscard]] std::string remark() const;

@@ -123,7 +123,7 @@ bool OutputFile::isStillOurs() const {
          own.st_dev == named.st_dev && own.st_ino == named.st_ino;
 }
 
-Outcome OutputFile::finish() {
+Outcome OutputFile::finish(const Check& check) {
   if (isStandardOutput()) {
     // What goes through a pipe has gone; what is a file is brought to the disk.
     if (::fsync(descriptor_) != 0 && errno != EINVAL && errno != EROFS) return fails(errno);
@@ -131,6 +131,9 @@ Outcome OutputFile::finish() {
     return {};
   }
   if (::fsync(descriptor_) != 0) return fails(errno);
+  if (check) {
+    if (Outcome checked = check(temporary_); checked.failed()) return checked;
+  }
   if (isAbandoned_ || !isStillOurs()) {
     return "The file " + path_ + " cannot be written: another job has taken its place.";
   }

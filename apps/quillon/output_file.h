@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <functional>
 #include <string>
 
 #include "outcome.h"
@@ -34,8 +35,11 @@ class OutputFile {
   // False when it cannot be written; failure() says why.
   [[nodiscard]] bool write(const void* bytes, std::size_t count);
   [[nodiscard]] const Outcome& failure() const { return failure_; }
-  // Until then there is no file of that name, or the old one.
-  Outcome finish();
+  // Looks at what was written, at this path, when it is on the disk.
+  using Check = std::function<Outcome(const std::string& path)>;
+  // Until then there is no file of that name, or the old one: also when the check fails, which may
+  // be empty and is not made of standard output.
+  Outcome finish(const Check& check = {});
 
   // For a thread beside the one that writes: nothing stays of a file that is not finished. Whether
   // it is.

@@ -109,6 +109,9 @@ std::string plainText(const WriteResult& result) {
   if (result.isDryRun) return out + "Target:    " + targetText(result) + "\n";
   out += result.isSimulated ? "Test run:  " : "Written:   ";
   out += targetText(result) + "\n";
+  if (result.verifiedFiles) {
+    out += "Verified:  " + std::to_string(*result.verifiedFiles) + " files, read back\n";
+  }
   if (result.isKept) out += "Kept:      " + result.root + "\n";
   return out;
 }
@@ -160,6 +163,7 @@ std::string jsonMembers(const WriteResult& result) {
          jsonMember("volume", jsonString(result.volume)) +
          jsonMember("simulated", jsonBool(result.isSimulated)) +
          jsonMember("written", jsonBool(result.isWritten)) +
+         jsonMember("verified", jsonBool(result.verifiedFiles.has_value())) +
          jsonMember("kept", jsonBool(result.isKept));
 }
 

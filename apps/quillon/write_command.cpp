@@ -23,6 +23,10 @@ The disc is written in the first recorder that writes, or in the one of --record
 is written the recorder is asked for its disc, and the directory for room: what is certain not to
 fit is refused at once. A rewritable disc that holds data is erased first.
 
+What was written is read back, from the device and not from memory, and each file is compared with the
+file set, which is wiped only when all are the same; --no-verify leaves that out. What goes to standard
+output cannot be read back.
+
 Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 
 struct CommandOptions {
@@ -103,6 +107,9 @@ void addWriteOptions(CLI::App& command, WriteOptions& job) {
       "--no-eject", [&job] { job.isEjecting = false; }, "Leave the disc in the drive"));
   command.add_flag("--sums", job.hasSums,
                    "Put the sums of all files beside the label (SHA256SUMS, for sha256sum -c)");
+  command.add_flag_callback(
+      "--no-verify", [&job] { job.isReadBack = false; },
+      "Do not read back and compare what was written");
   command.add_flag("--keep", job.isKeeping, "Keep the file set in its root directory");
 }
 

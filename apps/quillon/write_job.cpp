@@ -12,6 +12,7 @@
 #include "interrupt_guard.h"
 #include "media_job.h"
 #include "medium_questions.h"
+#include "read_back.h"
 #include "recording/virtual_discs.h"
 #include "root_guard.h"
 #include "set_sums.h"
@@ -260,7 +261,35 @@ void Delivery::deliver() {
   if (!result_.isWritten) return tellFailure();
   if (!result_.isSimulated) findImage();
   if (file_ && !file_->remark().empty()) result_.remarks.push_back(file_->remark());
-  if (!staysWhenWritten()) wipe();
+  if (readBack() && !staysWhenWritten()) wipe();
+}
+
+// Of a file that was done before it took its name.
+bool Delivery::readBack() {
+  if (!options_.isReadBack || options_.isSimulating || file_) return true;
+  const std::string path = result_.target ? *result_.target : result_.image;
+  if (path.empty()) return true;
+  isReadingBack_ = true;
+  const Outcome compared =
+      compare(result_.target ? "The copy in " + path : "The disc in " + result_.recorder, path);
+  isReadingBack_ = false;
+  progress_.clear();
+  if (!compared.failed()) return true;
+  result_.remarks.push_back("The file set stays in " + result_.root + ".");
+  return passes(compared);
+}
+
+Outcome Delivery::compare(const std::string& what, const std::string& path) {
+  bool hasTotal = false;
+  ReadBack reading(result_.root, what, [&](std::uint64_t done, std::uint64_t total) {
+    if (!std::exchange(hasTotal, true)) {
+      progress_.begin("Reading back", total, ProgressUnit::Bytes);
+    }
+    progress_.advance(done);
+  });
+  Outcome compared = reading.check(path, file_ ? file_->password() : "", result_.remarks);
+  if (!compared.failed()) result_.verifiedFiles = reading.files();
+  return compared;
 }
 
 const char* Delivery::activity() const {
@@ -276,7 +305,15 @@ Outcome Delivery::writeOut() {
     }
     progress_.advance(done);
   };
-  if (file_) return file_->write(result_.root, result_.volume, advance);
+  if (file_) {
+    OutputFile::Check check;
+    if (options_.isReadBack && !options_.isStreaming()) {
+      check = [this](const std::string& path) {
+        return compare("The file " + file_->options().path, path);
+      };
+    }
+    return file_->write(result_.root, result_.volume, advance, check);
+  }
   job_.setProgress(advance);
   Outcome written = job_.write();
   job_.setProgress({});
@@ -313,9 +350,10 @@ void Delivery::findImage() {
 
 // Runs beside the job, in a process that is about to end.
 void Delivery::interrupted(const DiscProgressScope& discProgress) {
-  if (!isDelivering_) return;
+  if (!isDelivering_ && !isReadingBack_) return;
   if (keepRoot_) keepRoot_();
-  std::string told = file_            ? file_->abandon()
+  std::string told = isReadingBack_   ? "What was written was not compared to its end"
+                     : file_          ? file_->abandon()
                      : result_.target ? whatIsCopied()
                                       : endDiscWork(discProgress);
   if (told.ends_with('.')) told.pop_back();

@@ -34,7 +34,8 @@ struct WriteOptions {
   bool hasFullErase = false;
   bool isEjecting = true;
   bool isKeeping = false;
-  bool hasSums = false;  // SHA256SUMS beside the label
+  bool hasSums = false;    // SHA256SUMS beside the label
+  bool isReadBack = true;  // and compared before the set is wiped
   // Everything is looked at and nothing changed.
   bool isDryRun = false;
   bool showsProgress = true;
@@ -63,6 +64,8 @@ struct WriteResult {
   bool isDryRun = false;
   std::optional<FoundSet> found;  // of a dry run that did not fail
   bool isWritten = false;
+  // Files that were read back and are as in the set; none where that is not asked for or possible.
+  std::optional<std::size_t> verifiedFiles;
   bool isKept = false;  // the file set is still in its root
   Outcome outcome;
   std::vector<std::string> remarks;
@@ -110,6 +113,9 @@ class Delivery {
   void lookAtSet();
   void deliver();
   Outcome writeOut();
+  // Whether what was written is what should be, and the set can go.
+  [[nodiscard]] bool readBack();
+  Outcome compare(const std::string& what, const std::string& path);
   [[nodiscard]] const char* activity() const;
   void tellFailure();
   void findImage();
@@ -126,6 +132,7 @@ class Delivery {
   platform::DiscRecorderStatus recorder_;
   bool isAsked_ = false;
   std::atomic<bool> isDelivering_ = false;
+  std::atomic<bool> isReadingBack_ = false;
 };
 
 }  // namespace quillon::cli

@@ -29,7 +29,9 @@ struct Cursor {
 
 class ZipSource final : public MediumSource {
  public:
-  explicit ZipSource(TextView path) : path_(path) { SetClassName(OLESTR("ZipSource")); }
+  ZipSource(TextView path, const std::string& password) : path_(path), password_(password) {
+    SetClassName(OLESTR("ZipSource"));
+  }
 
   // Reads the list of the entries, so that what is no archive is refused at once.
   [[nodiscard]] bool Mount();
@@ -53,6 +55,7 @@ class ZipSource final : public MediumSource {
   [[nodiscard]] bool AddDirectories(TextView path, Text& directory);
 
   Text path_;
+  std::string password_;
   MediumListing listing_{*this};
   std::vector<std::size_t> positions_;  // in the archive, of the listing's entries
   std::unique_ptr<Cursor> idle_;
@@ -114,7 +117,7 @@ bool ZipFile::GoTo(std::uint64_t offset) {
 
 std::unique_ptr<Cursor> ZipSource::NewCursor() {
   auto cursor = std::make_unique<Cursor>();
-  if (cursor->reader.open(path_.c_str())) return cursor;
+  if (cursor->reader.open(path_.c_str(), password_)) return cursor;
   SetErrorMessage(kMsgArchiveUnreadable, {path_, ReasonOf(*cursor)});
   return nullptr;
 }
@@ -205,7 +208,7 @@ std::unique_ptr<MediumFile> ZipSource::Open(TextView path) {
   }
   std::unique_ptr<Cursor> cursor = CursorAt(positions_[index]);
   if (!cursor) return nullptr;
-  if (cursor->entry.isEncrypted) {
+  if (cursor->entry.isEncrypted && password_.empty()) {
     SetErrorMessage(kMsgArchiveEncrypted, {path});
     GiveBack(std::move(cursor));
     return nullptr;
@@ -223,8 +226,9 @@ bool IsZip(const Text& path) {
          std::string_view(signature.data(), 4) == std::string_view("PK\3\4", 4);
 }
 
-std::unique_ptr<MediumSource> OpenZip(TextView path, CBaseItem& errors) {
-  auto source = std::make_unique<ZipSource>(path);
+std::unique_ptr<MediumSource> OpenZip(TextView path, CBaseItem& errors,
+                                      const std::string& password) {
+  auto source = std::make_unique<ZipSource>(path, password);
   if (source->Mount()) return source;
   errors.FailAs(*source);
   return nullptr;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "medium/medium_source.h"
 
@@ -10,7 +11,8 @@ namespace quillon {
 
 // Whether a file begins as a ZIP file does.
 [[nodiscard]] bool IsZip(const Text& path);
-// Null, with a sentence.
-[[nodiscard]] std::unique_ptr<MediumSource> OpenZip(TextView path, CBaseItem& errors);
+// Null, with a sentence. password: as for OpenMedium.
+[[nodiscard]] std::unique_ptr<MediumSource> OpenZip(TextView path, CBaseItem& errors,
+                                                    const std::string& password);
 
 }  // namespace quillon

@@ -241,7 +241,8 @@ class Discs(DiscTest):
                     if text:
                         run = self.run_program(*command)
                         self.assertTrue(run.stdout.decode().endswith(
-                            f"\nWritten:   disc {volume} in {recorder.name}, an image: {place}\n"))
+                            f"\nWritten:   disc {volume} in {recorder.name}, an image: {place}\n"
+                            "Verified:  13 files, read back\n"))
                     else:
                         result = self.command(*command)
                         self.assertEqual((result["recorder"], result["image"]),

@@ -38,7 +38,7 @@ class Writing(WriteTest):
                 self.assertEqual(result, {
                     "root": str(self.root), "to": str(self.target), "recorder": None,
                     "image": None, "volume": "Quillon",
-                    "simulated": False, "written": True, "kept": keeps, "error": None})
+                    "simulated": False, "written": True, "verified": True, "kept": keeps, "error": None})
                 self.assertEqual(contents(self.target), made)
                 self.assertEqual(contents(self.root), made if keeps else {})
                 self.assertEqual(self.root.exists(), keeps)
@@ -48,7 +48,8 @@ class Writing(WriteTest):
         self.make_set()
         run = self.run_program("write", "--root", self.root, "--to", self.target, "--keep")
         self.assertEqual((run.returncode, run.stderr), (0, b""))
-        self.assertEqual(run.stdout.decode(), f"Written:   {self.target}\nKept:      {self.root}\n")
+        self.assertEqual(run.stdout.decode(), f"Written:   {self.target}\nVerified:  13 files, read back\n"
+                                              f"Kept:      {self.root}\n")
 
     def test_a_target_that_holds_something_is_replaced_only_when_asked(self):
         made = self.make_set()

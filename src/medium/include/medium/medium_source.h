@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "foundation/base_item.h"
@@ -44,6 +45,8 @@ class MediumSource : public CBaseItem {
 
 // The medium at a path, of whatever kind lies there. Null, with a sentence in errors, when there is
 // none that can be read.
-[[nodiscard]] std::unique_ptr<MediumSource> OpenMedium(TextView path, CBaseItem& errors);
+// password: of a ZIP file that is encrypted; without one its files cannot be opened.
+[[nodiscard]] std::unique_ptr<MediumSource> OpenMedium(TextView path, CBaseItem& errors,
+                                                       const std::string& password = {});
 
 }  // namespace quillon

@@ -12,6 +12,7 @@ namespace quillon::platform {
   FUNCTION(archive_read_new)                \
   FUNCTION(archive_read_free)               \
   FUNCTION(archive_read_support_format_zip_seekable) \
+  FUNCTION(archive_read_add_passphrase)     \
   FUNCTION(archive_read_open_filename)      \
   FUNCTION(archive_read_next_header)        \
   FUNCTION(archive_read_data)               \

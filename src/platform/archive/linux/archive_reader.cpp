@@ -33,7 +33,7 @@ ArchiveReader::~ArchiveReader() {
 std::string ArchiveReader::reason() const { return state_->reason; }
 
 // By its central directory alone, as every other program finds the entries.
-bool ArchiveReader::open(LPCWSTR path) {
+bool ArchiveReader::open(LPCWSTR path, const std::string& password) {
   const Utf8Scope names;
   State& state = *state_;
   if (state.library == nullptr) {
@@ -44,6 +44,8 @@ bool ArchiveReader::open(LPCWSTR path) {
   if (state.reader == nullptr) return state.reason = "there is not enough memory", false;
   const NativePath native = translatePath(path);
   return (state.library->archive_read_support_format_zip_seekable(state.reader) == ARCHIVE_OK &&
+          (password.empty() || state.library->archive_read_add_passphrase(
+                                   state.reader, password.c_str()) == ARCHIVE_OK) &&
           state.library->archive_read_open_filename(state.reader, native.text.c_str(),
                                                     kBlockBytes) == ARCHIVE_OK) ||
          state.fail();

@@ -6,7 +6,7 @@ struct ArchiveReader::State {};
 
 ArchiveReader::ArchiveReader() = default;
 ArchiveReader::~ArchiveReader() = default;
-bool ArchiveReader::open(LPCWSTR) { return false; }
+bool ArchiveReader::open(LPCWSTR, const std::string&) { return false; }
 ArchiveReader::Step ArchiveReader::next(ArchiveEntry&) { return Step::Failed; }
 bool ArchiveReader::read(void*, std::size_t) { return false; }
 bool ArchiveReader::isAtSoundEnd() { return false; }

@@ -30,8 +30,9 @@ class ArchiveReader {
   ArchiveReader(const ArchiveReader&) = delete;
   ArchiveReader& operator=(const ArchiveReader&) = delete;
 
-  // After a failure reason() tells, without a stop.
-  [[nodiscard]] bool open(LPCWSTR path);
+  // After a failure reason() tells, without a stop. password: of entries that are encrypted; empty:
+  // none is known.
+  [[nodiscard]] bool open(LPCWSTR path, const std::string& password = {});
   // Goes to the next entry, over what has not been read of this one.
   [[nodiscard]] Step next(ArchiveEntry& entry);
   // The next bytes of the entry. False when it has not so many.
