@@ -23,13 +23,17 @@ using fuzz::require;
 constexpr std::size_t kMostSectors = 512;
 constexpr std::size_t kPieceBytes = 8192;
 
+std::size_t numberAt(const std::uint8_t* at) {
+  return std::size_t{at[0]} | std::size_t{at[1]} << 8U;
+}
+
 std::string imageOf(const std::uint8_t* data, std::size_t size) {
   std::string image;
   const bool isMended = size > 0 && (data[0] & 1U) != 0;
   for (std::size_t at = 1; at + 4 <= size;) {
-    const std::size_t sector = (data[at] | data[at + 1] << 8) % kMostSectors;
+    const std::size_t sector = numberAt(data + at) % kMostSectors;
     const std::size_t start = sector * test::kSectorBytes;
-    const std::size_t wanted = data[at + 2] | data[at + 3] << 8;
+    const std::size_t wanted = numberAt(data + at + 2);
     at += 4;
     const std::size_t bytes = std::min({wanted, size - at, test::kSectorBytes});
     image.resize(std::max(image.size(), start + test::kSectorBytes));

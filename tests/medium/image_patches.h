@@ -18,10 +18,10 @@ inline void putLittle(std::string& bytes, std::size_t at, std::uint64_t number, 
   for (std::size_t i = 0; i < size; ++i) bytes[at + i] = static_cast<char>(number >> (8 * i));
 }
 
-// The CRC of ECMA 182 and the sum of the tag, of a descriptor whose tag tells its length.
+// The CRC of ECMA 182 and the sum of the tag, of a descriptor of at most a sector.
 inline void mendTag(std::string& bytes, std::size_t tag) {
   const std::size_t length = byteAt(bytes, tag + 10) | byteAt(bytes, tag + 11) << 8;
-  if (tag + 16 + length > bytes.size()) return;
+  if (length > kSectorBytes - 16 || tag + 16 + length > bytes.size()) return;
   unsigned crc = 0;
   for (std::size_t i = 0; i < length; ++i) {
     crc ^= byteAt(bytes, tag + 16 + i) << 8;

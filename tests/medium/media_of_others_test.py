@@ -78,6 +78,19 @@ class Images(MediaTest):
                     env={**os.environ, "QUILLON_REGISTRY": "/nonexistent/registry.reg"})
                 self.assert_whole(image)
 
+    def test_a_file_of_more_than_four_gib(self):
+        size = (4 << 30) + (32 << 20) + 1
+        with open(self.tree / "HUGE", "wb") as file:
+            file.seek(size - 1)
+            file.write(b"e")
+        for systems in (1, 2, 4):
+            with self.subTest(systems=systems):
+                image = self.dir / "image.iso"
+                run(MAKE_IMAGE, "--systems", systems, "--leave-out", 16 << 20, 4 << 30, image, self.tree,
+                    env={**os.environ, "QUILLON_REGISTRY": "/nonexistent/registry.reg"})
+                self.assertIn(f"ends with {ord('e')}: f {size} HUGE\n", run(READ_MEDIUM, image))
+                image.unlink()
+
     def test_names_of_plain_iso_9660_lose_their_versions(self):
         image = self.dir / "image.iso"
         run(judge("genisoimage"), "-quiet", "-iso-level", "1", "-o", image, self.tree)

@@ -1,6 +1,6 @@
 // Takes everything that is on a medium out to a directory, and prints what it is: kind, size and
-// path, a line each. Exit status 1, with the sentence on standard error, when something failed; the
-// rest is there all the same.
+// path, a line each. Without a directory the last byte of each file is read. Exit status 1, with
+// the sentence on standard error, when something failed; the rest is there all the same.
 //
 //   read_medium MEDIUM [DIRECTORY]
 #include <algorithm>
@@ -44,6 +44,16 @@ bool takeOut(MediumSource& source, const MediumEntry& entry, const fs::path& to)
   return out.good();
 }
 
+bool hasLastByte(MediumSource& source, const MediumEntry& entry) {
+  const std::unique_ptr<MediumFile> file = source.Open(entry.path);
+  if (!file) return complain(source);
+  char last = 0;
+  if (entry.sizeBytes == 0) return true;
+  if (!file->ReadAt(entry.sizeBytes - 1, &last, 1)) return false;
+  std::printf("ends with %d: ", last);
+  return true;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -55,6 +65,9 @@ int main(int argc, char** argv) {
   for (const MediumEntry& entry : entries) {
     constexpr char kKinds[] = {'f', 'd', 'l', 'o'};
     std::string name = narrow(entry.path);
+    if (argc < 3) {
+      isWhole = (entry.kind != MediumEntry::Kind::File || hasLastByte(*source, entry)) && isWhole;
+    }
     std::printf("%c %llu %s\n", kKinds[static_cast<std::size_t>(entry.kind)],
                 static_cast<unsigned long long>(entry.sizeBytes), name.c_str());
     if (argc < 3) continue;
