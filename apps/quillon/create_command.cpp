@@ -52,7 +52,8 @@ int runCreate(CommandOptions& options) {
 }  // namespace
 
 void addCreateOptions(CLI::App& command, CreateOptions& job) {
-  command.add_option("PATH", job.sources, "Files and directories to add");
+  command.add_option("PATH", job.sources,
+                     "Files, directories and media (images, ZIP files) to add");
   addRootOption(command, job.root);
   command.add_flag("--replace", job.isReplacing, "Wipe a root directory that holds something");
   command
@@ -70,6 +71,8 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
   command.add_flag_callback(
       "--no-subdirectories", [&job] { job.intoSubdirectories = false; },
       "Do not walk the subdirectories of directories");
+  command.add_flag("--via-dicomdir", job.isViaDicomDir,
+                   "Take of each PATH what its DICOMDIR names, in that order");
   command.add_flag_callback(
       "--no-other-content", [&job] { job.hasOtherContent = false; },
       "Do not copy the configured non-DICOM content");

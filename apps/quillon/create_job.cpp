@@ -15,6 +15,7 @@
 #include "foundation/position_index.h"
 #include "interrupt_guard.h"
 #include "media_job.h"
+#include "media_sources.h"
 #include "medium_questions.h"
 #include "platform/read_ahead.h"
 #include "progress_bar.h"
@@ -74,6 +75,16 @@ class SourceFiles {
   [[nodiscard]] std::size_t size() const { return files_.size(); }
   [[nodiscard]] const SourceFile& operator[](std::size_t i) const { return files_[i]; }
 
+  // The bytes of that file lie elsewhere: it comes out of an image, say.
+  void noteStored(std::size_t i, const std::string& path) {
+    stored_.emplace(static_cast<std::uint32_t>(i), path);
+  }
+  // Null for a file that lies where it is called.
+  [[nodiscard]] const std::string* storedAt(std::size_t i) const {
+    const auto found = stored_.find(static_cast<std::uint32_t>(i));
+    return found == stored_.end() ? nullptr : &found->second;
+  }
+
   void noteAdded(std::size_t i, const std::string& path, bool isRenamed) {
     const auto position = static_cast<std::uint32_t>(i);
     added_.Add(std::hash<std::string>{}(path), position);
@@ -86,6 +97,11 @@ class SourceFiles {
         added_.Find(std::hash<std::string>{}(path),
                     [&](std::uint32_t position) { return pathOf(position) == path; });
     return i == PositionIndex::kNone ? nullptr : &files_[i];
+  }
+  // Whether that path, which one was added by, is that of a stored file.
+  [[nodiscard]] bool isStored(const std::string& path) const {
+    const SourceFile* file = find(path);
+    return file != nullptr && storedAt(static_cast<std::size_t>(file - files_.data())) != nullptr;
   }
   // What the user calls it.
   [[nodiscard]] const std::string& nameOf(const std::string& path) const {
@@ -112,6 +128,7 @@ class SourceFiles {
   std::vector<SourceFile> files_;
   PositionIndex added_;
   std::unordered_map<std::uint32_t, std::string> renamed_;
+  std::unordered_map<std::uint32_t, std::string> stored_;
 };
 
 class CreateJob {
@@ -236,7 +253,12 @@ class CreateJob {
   }
 
   bool collect(Staging& staging) {
-    SourceList list = walkSources(options_.sources, {options_.intoSubdirectories, result_.root});
+    MediaSources media(options_.isViaDicomDir);
+    const std::vector<std::string> plain = media.takeFrom(options_.sources);
+    SourceList list = walkSources(plain, {options_.intoSubdirectories, result_.root});
+    std::vector<std::string> stored;
+    const std::size_t walked = list.files.size();
+    if (!passes(media.list(staging, list, stored))) return false;
     for (const SourceProblem& problem : list.problems) {
       const bool goesOn = problem.isMissing
                               ? leaveOutUnreadable(problem.path, problem.reason, problem.endsJob)
@@ -244,6 +266,9 @@ class CreateJob {
       if (!goesOn) return false;
     }
     files_.take(std::move(list.files));
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+      if (!stored[i].empty()) files_.noteStored(walked + i, stored[i]);
+    }
     progress_.begin("Reading", files_.size(), ProgressUnit::Files);
     ReadAhead ahead(files_.size(),
                     [this](std::size_t i) { return wide(absolutePath(files_[i].path)); });
@@ -273,7 +298,10 @@ class CreateJob {
     const SourceFile& file = files_[i];
     std::string path = absolutePath(file.path);
     bool isRenamed = false;
-    if (const Outcome named = canBeMoved(path); named.failed()) {
+    if (const std::string* stored = files_.storedAt(i); stored != nullptr) {
+      path = *stored;
+      isRenamed = true;
+    } else if (const Outcome named = canBeMoved(path); named.failed()) {
       if (isMoved(file)) return leaveOut(file.path, named.text(), true);
       const Outcome renamed = staging.nameIn(absolutePath(file.path), path);
       if (renamed.failed()) return fail("Cannot add " + file.path + ": " + renamed.text());
@@ -293,7 +321,7 @@ class CreateJob {
         ++result_.notSelected;
         return true;
       case AddOutcome::Refused:
-        if (const Outcome read = canBeRead(file.path); read.failed()) {
+        if (const Outcome read = canBeRead(path); read.failed()) {
           return leaveOutUnreadable(file.path, read.text(), true);
         }
         return leaveOut(file.path, replaced(job_.errorText(), path, file.path), true);
@@ -378,7 +406,9 @@ class CreateJob {
       if (!isMoved(file)) {
         std::string copy;
         // Nothing that follows can be copied either when the disk is full.
-        const Outcome copied = staging.copyIn(source, copy);
+        const bool isCopy = staging.holds(source) && files_.isStored(source);
+        const Outcome copied = isCopy ? Outcome() : staging.copyIn(source, copy);
+        if (isCopy) copy = source;
         if (copied.failed()) return fail("Cannot add " + file.path + ": " + copied.text());
         const Outcome taken = job_.handOver(i, copy);
         if (taken.failed()) return fail(replaced(taken.text(), source, file.path));

@@ -26,6 +26,8 @@ struct CreateOptions {
   bool isReplacing = false;
   bool hasHierarchy = false;
   bool intoSubdirectories = true;
+  // Of directories too only what their DICOMDIR names is taken.
+  bool isViaDicomDir = false;
   bool hasOtherContent = true;
   bool isMoving = false;
   bool isKeepingGoing = false;

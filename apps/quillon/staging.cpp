@@ -6,11 +6,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
 
+#include "medium/medium_source.h"
 #include "terminal_text.h"
 
 namespace quillon::cli {
@@ -143,6 +145,30 @@ Outcome Staging::copyIn(const std::string& source, std::string& copy) {
     return why;
   }
   return {};
+}
+
+Outcome Staging::takeIn(quillon::MediumFile& source, std::string& copy) {
+  if (Outcome made = makeDirectory(); made.failed()) return made;
+  copy = nextName();
+  FileHandle to(::open(copy.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  hasCopied_ = true;
+  block_.resize(kBlockBytes);
+  const auto fails = [&](const std::string& why) {
+    ::unlink(copy.c_str());
+    return Outcome(why);
+  };
+  const std::string toDirectory = "it cannot be copied to " + directory_.path() + ": ";
+  if (to.get() < 0) return fails(toDirectory + std::strerror(errno) + ".");
+  for (std::uint64_t at = 0; at < source.SizeBytes();) {
+    const auto count =
+        static_cast<std::size_t>(std::min<std::uint64_t>(block_.size(), source.SizeBytes() - at));
+    if (!source.ReadAt(at, block_.data(), count)) return fails("it cannot be read.");
+    if (!writeAll(to.get(), block_.data(), count)) {
+      return fails(toDirectory + std::strerror(errno) + ".");
+    }
+    at += count;
+  }
+  return to.close() ? Outcome() : fails(toDirectory + std::strerror(errno) + ".");
 }
 
 bool Staging::copyFile(int source, int copy) {

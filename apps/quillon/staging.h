@@ -8,11 +8,16 @@
 #include <functional>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "held_directory.h"
 #include "outcome.h"
+
+namespace quillon {
+class MediumFile;
+}
 
 namespace quillon::cli {
 
@@ -34,6 +39,13 @@ class Staging {
   // Shares the blocks with the source where the file system can (later writes to either do not
   // reach the other), and copies the bytes otherwise. Fails with what goes on after "PATH: ".
   Outcome copyIn(const std::string& source, std::string& copy);
+
+  // The same of a file of a medium that is no directory.
+  Outcome takeIn(quillon::MediumFile& source, std::string& copy);
+  // Whether it is one of the copies.
+  [[nodiscard]] bool holds(std::string_view path) const {
+    return !directory_.path().empty() && path.starts_with(directory_.path() + "/");
+  }
 
   // Brings all copies to the disk at once. Fails with what goes on after "NAME: ".
   [[nodiscard]] Outcome flush() const;

@@ -13,6 +13,7 @@
 #include "findings.h"
 #include "medium_index.h"
 #include "sums_file.h"
+#include "whole_file.h"
 
 namespace quillon {
 
@@ -34,14 +35,6 @@ class UncheckedValues {
  private:
   bool wereChecked_;
 };
-
-// False when it cannot be read or is larger.
-bool ReadWhole(MediumSource& medium, TextView path, std::uint64_t maxBytes, std::string& bytes) {
-  const std::unique_ptr<MediumFile> file = medium.Open(path);
-  if (file == nullptr || file->SizeBytes() > maxBytes) return false;
-  bytes.resize(static_cast<std::size_t>(file->SizeBytes()));
-  return bytes.empty() || file->ReadAt(0, bytes.data(), bytes.size());
-}
 
 bool IsReadable(OLECHAR unit) {
   return unit >= OLESTR(' ') ? unit != 0x7F && (unit < 0xD800 || unit > 0xF8FF)

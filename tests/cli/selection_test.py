@@ -111,6 +111,58 @@ class Selection(program.ProgramTest):
         self.assertFalse(self.root.exists())
 
 
+class MediaAsSources(program.ProgramTest):
+    """What lies in images, in ZIP files and on media with a DICOMDIR is taken out of them."""
+
+    def medium(self):
+        """A file set of three of four objects, and one that its DICOMDIR does not name."""
+        for number in range(3):
+            self.write(str(number), dicom_file(instance=f"2.25.9.{number}"))
+        self.create("--root", self.dir / "medium", self.source)
+        (self.dir / "medium/EXTRA").write_bytes(dicom_file(instance="2.25.9.9"))
+        return self.dir / "medium"
+
+    def test_images_and_zip_files_are_opened_where_they_are_named(self):
+        medium = self.medium()
+        for option, name in (("--iso", "set.iso"), ("--zip", "set.zip")):
+            file = self.dir / name
+            self.command("write", "--keep", "--root", medium, option, file)
+            before = file.stat()
+            for more, objects in (([], 3), ([self.write("4", dicom_file(instance="2.25.9.4"))], 4),
+                                  (["--move"], 3), (["--hierarchy", "--via-dicomdir"], 3)):
+                with self.subTest(name, more=more):
+                    result = self.create_set("--replace", file, *more)
+                    self.assertEqual((result["objects"], result["passed_over"]), (objects, []))
+                    digests = set(contents(self.root).values())
+                    self.assertLessEqual(
+                        {digest for path, digest in contents(medium).items() if "QLN" in path}, digests)
+            self.assertEqual(file.stat().st_mtime_ns, before.st_mtime_ns)
+            self.command("publish", "--to", self.dir / f"copy-{name}", file)
+
+    def test_of_a_directory_what_its_dicomdir_names_is_taken_on_demand(self):
+        medium = self.medium()
+        self.assertEqual(self.create_set(medium)["objects"], 4)
+        self.assertEqual(self.create_set("--replace", "--via-dicomdir", medium)["objects"], 3)
+        (medium / "DICOMOBJ/QLN00002").unlink()
+        result = self.create_set("--replace", "--via-dicomdir", medium, status=1)
+        self.assertEqual(result["error"], f"Cannot add {medium}/DICOMOBJ/QLN00002: it is not there, "
+                                          "and the DICOMDIR names it.")
+        result = self.create_set("--replace", "--via-dicomdir", "--keep-going", medium)
+        self.assertEqual((result["objects"], len(result["passed_over"])), (2, 1))
+        result = self.create_set("--replace", "--via-dicomdir", self.source, status=1)
+        self.assertIn("There is no DICOMDIR", result["error"])
+
+    def test_a_damaged_file_of_a_medium_is_called_by_the_mediums_name(self):
+        medium = self.medium()
+        damaged = medium / "DICOMOBJ/QLN00002"
+        damaged.write_bytes(damaged.read_bytes()[:-1])
+        image = self.dir / "set.iso"
+        self.command("write", "--keep", "--no-verify", "--root", medium, "--iso", image)
+        result = self.create_set(image, status=1)
+        self.assertIn(f"{image}/DICOMOBJ/QLN00002", result["error"])
+        self.assertFalse(self.root.exists())
+
+
 if __name__ == "__main__":
     program.QUILLON = str(Path(sys.argv.pop(1)).resolve())
     unittest.main(verbosity=2)
