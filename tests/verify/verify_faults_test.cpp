@@ -19,6 +19,7 @@ using test::kFile1;
 using test::kFile2;
 using test::kFile3;
 using test::MadeMedium;
+using test::MadeRecord;
 using enum test::MadeMedium::Record;
 
 std::string narrow(const Text& text) { return NarrowText(text, CP_ACP); }
@@ -459,6 +460,18 @@ TEST_F(VerifyMediumTest, FollowsTheFragmentsOfCompressedPixelData) {
       {"in the last fragment", cutBy(20), {}, "file-cut DICOM/IM000001\n"},
       {"in a long one", cutBy(50'000), {}, "file-cut DICOM/IM000001\n"},
   });
+}
+
+TEST_F(VerifyMediumTest, SaysThatACompressedDataSetWasNotCompared) {
+  check({{"deflated",
+          [](MadeMedium& m) {
+            MadeRecord& record = m.records[kImage1];
+            record.transferSyntaxUid = "1.2.840.10008.1.2.1.99";
+            m.file(kFile1) = test::dicomFile(test::Bytes(500, 'z'), record.sopClassUid,
+                                             record.sopInstanceUid, record.transferSyntaxUid);
+          },
+          {},
+          "file-deflated DICOM/IM000001\n"}});
 }
 
 TEST_F(VerifyMediumTest, FindsFileIdsThatAreNone) {
