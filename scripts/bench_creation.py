@@ -96,10 +96,25 @@ class Bench:
             shutil.rmtree(target, ignore_errors=True)
             warm(self.root)
 
+        write = [QUILLON, "write", "--quiet", "--keep", "--to", target, "--root", self.root]
+
+        def without_sums():
+            (self.root / "SHA256SUMS").unlink(missing_ok=True)
+            file_set()
+
         results = self.turns.medians({
-            "quillon": (file_set, [QUILLON, "write", "--quiet", "--keep", "--to", target, "--root", self.root]),
-            "cp -r; sync -f": (file_set, shell(f"cp -r {self.root} {target}"))})
+            "quillon": (without_sums, [*write, "--no-verify"]),
+            "with --sums": (without_sums, [*write, "--no-verify", "--sums"]),
+            "read back": (without_sums, write),
+            "cp -r; sync -f": (without_sums, shell(f"cp -r {self.root} {target}")),
+            "and diff -r": (without_sums, shell(f"cp -r {self.root} {target} && {sync} && diff -r {self.root} {target}"))})
         self.report("write --to", results, {"cp -r; sync -f": 1.1})
+        subprocess.run([*write, "--no-verify", "--sums", "--overwrite"], check=True, stdout=subprocess.DEVNULL)
+        warm(target)
+        results = self.turns.medians({
+            "quillon": (lambda: None, [QUILLON, "verify", "--quiet", target]),
+            "sha256sum -c": (lambda: None, ["sh", "-c", f"cd {target} && sha256sum -c --quiet SHA256SUMS"])})
+        self.report("verify, with sums", results, {"sha256sum -c": 1.1})
 
     def cold(self):
         heads = f"find {self.copy} -type f -print0 | xargs -0 -P8 -n100 head -qc16384"

@@ -44,7 +44,7 @@ def measure(work, root, media, runs):
         shutil.rmtree(recorders, ignore_errors=True)
         run([QUILLON, "disc", "eject"], environment)  # the blank CD-R of a new recorder
         run([QUILLON, "disc", "insert", "--media", media], environment)
-        return [QUILLON, "write", "--quiet", "--keep", "--root", root, "--volume", "BENCH"]
+        return [QUILLON, "write", "--quiet", "--no-verify", "--keep", "--root", root, "--volume", "BENCH"]
 
     def genisoimage():
         image.unlink(missing_ok=True)
@@ -93,7 +93,7 @@ def publish(work, runs):
         run([QUILLON, "disc", "insert", "--media", "dvd+r"])
         warm(objects)
 
-    ours = [QUILLON, "publish", "--quiet", "--no-other-content", "--root", root, "--volume", "BENCH", objects]
+    ours = [QUILLON, "publish", "--quiet", "--no-verify", "--no-other-content", "--root", root, "--volume", "BENCH", objects]
     peer = (f"cp -r {objects} {stage} && sync -f {work} && "
             f"genisoimage -quiet -J -udf -o {image} {stage} && sync {image}")
     return Turns(runs).medians({"quillon publish": (prepare, ours),
