@@ -19,8 +19,8 @@ class DcDirDicomDir;
 
 class DcDirWriter {
  public:
-  // dir outlives this object: what its header says is written, into its root directory unless a file
-  // name is given.
+  // dir outlives this object: what its header says is written, into its root directory unless a
+  // file name is given.
   explicit DcDirWriter(DcDirDicomDir& dir);
   DcDirWriter(DcDirDicomDir& dir, std::string fileName);
 
@@ -28,9 +28,9 @@ class DcDirWriter {
   DcCode begin();
   // The next record, in the order of the file: at the top for depth 0, else below the last one that
   // came with a depth one less. Stores its offset. kDcHierarchyError where it may not stand,
-  // kDcNotAccepted for a key that cannot be written: it is as if the record had not come. Nothing is
-  // to be written after kDcFileTooLarge (above 512 MiB) and kDcNoMemory. Links to MRDR records stay
-  // 0.
+  // kDcNotAccepted for a key that cannot be written: it is as if the record had not come. Nothing
+  // is to be written after kDcFileTooLarge (above 512 MiB) and kDcNoMemory. Links to MRDR records
+  // stay 0.
   DcCode add(DcDirRec& record, std::size_t depth);
   // The header and the DICOMDIR's own records, links to MRDR records included. Stores the records'
   // offsets.
