@@ -58,8 +58,8 @@ TEST_F(ByteSources, AreReadAsAFileOfTheSameBytesIs) {
     std::uint64_t offsets[2] = {};
     std::uint32_t lengths[2] = {};
     DcFileReading readings[2];
-    const DcCode code = dirReadFile((dir_ / "file").c_str(), metas[0], lists[0], &offsets[0],
-                                    &lengths[0], &readings[0]);
+    const DcCode code = dirReadFile((dir_ / "file").string().c_str(), metas[0], lists[0],
+                                    &offsets[0], &lengths[0], &readings[0]);
     Source source(row.bytes);
     EXPECT_EQ(
         dirReadFile(source, "name", metas[1], lists[1], &offsets[1], &lengths[1], &readings[1]),
