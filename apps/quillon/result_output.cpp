@@ -112,6 +112,7 @@ std::string plainText(const WriteResult& result) {
   if (result.verifiedFiles) {
     out += "Verified:  " + std::to_string(*result.verifiedFiles) + " files, read back\n";
   }
+  if (result.discs > 1) out += "Discs:     " + std::to_string(result.writtenDiscs) + "\n";
   if (result.isKept) out += "Kept:      " + result.root + "\n";
   return out;
 }
@@ -163,6 +164,7 @@ std::string jsonMembers(const WriteResult& result) {
          jsonMember("volume", jsonString(result.volume)) +
          jsonMember("simulated", jsonBool(result.isSimulated)) +
          jsonMember("written", jsonBool(result.isWritten)) +
+         (result.discs > 1 ? jsonMember("discs", std::to_string(result.writtenDiscs)) : "") +
          jsonMember("verified", jsonBool(result.verifiedFiles.has_value())) +
          jsonMember("kept", jsonBool(result.isKept));
 }

@@ -23,6 +23,8 @@ The disc is written in the first recorder that writes, or in the one of --record
 is written the recorder is asked for its disc, and the directory for room: what is certain not to
 fit is refused at once. A rewritable disc that holds data is erased first.
 
+With --copies each further disc is asked for and waited for, and the file set is wiped after the last.
+
 What was written is read back, from the device and not from memory, and each file is compared with the
 file set, which is wiped only when all are the same; --no-verify leaves that out. What goes to standard
 output cannot be read back.
@@ -105,6 +107,23 @@ void addWriteOptions(CLI::App& command, WriteOptions& job) {
       "Erase all of a rewritable disc that holds data, not only its contents table"));
   ofDisc(command.add_flag_callback(
       "--no-eject", [&job] { job.isEjecting = false; }, "Leave the disc in the drive"));
+  // The disc that was written must not be in the drive any more when the next one is looked for.
+  CLI::Option* copies = command
+                            .add_option_function<int>(
+                                "--copies", [&job](int discs) { job.discs = discs; },
+                                "Write so many discs, one after the other (default: 1)")
+                            ->check(CLI::Range(1, 99))
+                            ->type_name("N")
+                            ->excludes("--no-eject")
+                            ->excludes("--simulate");
+  ofDisc(copies);
+  command
+      .add_option_function<int>(
+          "--wait", [&job](int seconds) { job.discWait = std::chrono::seconds(seconds); },
+          "Wait so long for each further disc (default: 600)")
+      ->check(CLI::Range(0, 86400))
+      ->type_name("SECONDS")
+      ->needs(copies);
   command.add_flag("--sums", job.hasSums,
                    "Put the sums of all files beside the label (SHA256SUMS, for sha256sum -c)");
   command.add_flag_callback(

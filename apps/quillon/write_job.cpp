@@ -72,6 +72,7 @@ WriteResult Delivery::run() {
   } else if (isReady && addSums() && makeRoom()) {
     deliver();
   }
+  result_.writtenDiscs = writtenDiscs_;
   result_.isKept = rootEntry(result_.root) == RootEntry::NotEmpty;
   return std::move(result_);
 }
@@ -89,6 +90,7 @@ bool Delivery::applySettings() {
   result_.root = job_.root();
   result_.isSimulated = options_.isSimulating;
   result_.isDryRun = options_.isDryRun;
+  result_.discs = options_.discs;
   result_.volume = options_.volume.value_or("Quillon");
   if (options_.volume && !passes(job_.setVolume(*options_.volume))) return false;
   job_.setRecording(options_.isSimulating, options_.hasFullErase, options_.isEjecting);
@@ -252,16 +254,65 @@ void Delivery::deliver() {
   const InterruptGuard guard(
       [this, &discProgress] { interrupted(discProgress); },
       result_.target || file_ ? kPatienceWithFiles : std::chrono::seconds(kPatienceWithDrive));
+  for (int number = 1; number <= options_.discs; ++number) {
+    if ((number > 1 && !awaitDisc(number)) || !deliverOne()) {
+      if (number > 1) {
+        result_.isWritten = false;  // not as often as it should be
+        result_.remarks.push_back(std::to_string(number - 1) + " of " +
+                                  std::to_string(options_.discs) + " discs " +
+                                  (number == 2 ? "is" : "are") + " written.");
+      }
+      return;
+    }
+    writtenDiscs_ = number;
+  }
+  if (!staysWhenWritten()) wipe();
+}
+
+bool Delivery::deliverOne() {
   progress_.begin(activity(), 0, ProgressUnit::Bytes);
   isDelivering_ = true;
   const Outcome written = writeOut();
   isDelivering_ = false;
   progress_.clear();
   result_.isWritten = passes(written);
-  if (!result_.isWritten) return tellFailure();
+  if (!result_.isWritten) {
+    tellFailure();
+    return false;
+  }
   if (!result_.isSimulated) findImage();
   if (file_ && !file_->remark().empty()) result_.remarks.push_back(file_->remark());
-  if (readBack() && !staysWhenWritten()) wipe();
+  return readBack();
+}
+
+// Asked again and again: whoever changes discs has no other way to say that it is done.
+bool Delivery::awaitDisc(int number) {
+  isAwaitingDisc_ = true;
+  const std::string disc =
+      "disc " + std::to_string(number) + " of " + std::to_string(options_.discs);
+  say("Put " + disc + " into " + recorder_.name + ".");
+  const auto deadline = std::chrono::steady_clock::now() + options_.discWait;
+  std::string why;
+  for (;;) {
+    platform::DiscRecorderStatus status;
+    const platform::DiscResult answer = platform::describeDiscRecorder(recorder_.name, status);
+    const bool isThere = !answer.failed() && status.hasDisc;
+    const Outcome fit = isThere ? mayRecord(status) : Outcome("");
+    if (!fit.failed()) {
+      recorder_ = std::move(status);
+      break;
+    }
+    if (isThere && fit.text() != why) say(fit.text());
+    why = fit.text();
+    if (std::chrono::steady_clock::now() >= deadline) {
+      isAwaitingDisc_ = false;
+      return fail("Nobody put " + disc + " into " + recorder_.name + " within " +
+                  std::to_string(options_.discWait.count()) + " seconds.");
+    }
+    std::this_thread::sleep_for(kReadyWait);
+  }
+  isAwaitingDisc_ = false;
+  return true;
 }
 
 // Of a file that was done before it took its name.
@@ -350,9 +401,11 @@ void Delivery::findImage() {
 
 // Runs beside the job, in a process that is about to end.
 void Delivery::interrupted(const DiscProgressScope& discProgress) {
-  if (!isDelivering_ && !isReadingBack_) return;
+  if (!isDelivering_ && !isReadingBack_ && !isAwaitingDisc_) return;
   if (keepRoot_) keepRoot_();
-  std::string told = isReadingBack_   ? "What was written was not compared to its end"
+  std::string told = isAwaitingDisc_ ? std::to_string(writtenDiscs_) + " of " +
+                                           std::to_string(options_.discs) + " discs are written"
+                     : isReadingBack_ ? "What was written was not compared to its end"
                      : file_          ? file_->abandon()
                      : result_.target ? whatIsCopied()
                                       : endDiscWork(discProgress);

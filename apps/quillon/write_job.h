@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -34,8 +35,10 @@ struct WriteOptions {
   bool hasFullErase = false;
   bool isEjecting = true;
   bool isKeeping = false;
-  bool hasSums = false;    // SHA256SUMS beside the label
-  bool isReadBack = true;  // and compared before the set is wiped
+  bool hasSums = false;                // SHA256SUMS beside the label
+  bool isReadBack = true;              // and compared before the set is wiped
+  int discs = 1;                       // that are written, one after the other
+  std::chrono::seconds discWait{600};  // for each but the first
   // Everything is looked at and nothing changed.
   bool isDryRun = false;
   bool showsProgress = true;
@@ -66,7 +69,9 @@ struct WriteResult {
   bool isWritten = false;
   // Files that were read back and are as in the set; none where that is not asked for or possible.
   std::optional<std::size_t> verifiedFiles;
-  bool isKept = false;  // the file set is still in its root
+  int discs = 1;         // that were asked for
+  int writtenDiscs = 0;  // and, where that was asked for, are as in the set
+  bool isKept = false;   // the file set is still in its root
   Outcome outcome;
   std::vector<std::string> remarks;
 };
@@ -112,6 +117,10 @@ class Delivery {
   [[nodiscard]] bool makeRoom();
   void lookAtSet();
   void deliver();
+  // One disc, directory or file. Whether the set is there.
+  [[nodiscard]] bool deliverOne();
+  // Waits for the disc of that number, from 2.
+  [[nodiscard]] bool awaitDisc(int number);
   Outcome writeOut();
   // Whether what was written is what should be, and the set can go.
   [[nodiscard]] bool readBack();
@@ -133,6 +142,8 @@ class Delivery {
   bool isAsked_ = false;
   std::atomic<bool> isDelivering_ = false;
   std::atomic<bool> isReadingBack_ = false;
+  std::atomic<bool> isAwaitingDisc_ = false;
+  std::atomic<int> writtenDiscs_ = 0;
 };
 
 }  // namespace quillon::cli

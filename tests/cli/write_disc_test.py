@@ -249,6 +249,36 @@ class Discs(DiscTest):
                                          (recorder.name, str(place)))
                     self.assertEqual(self.volume_name(place), volume)
 
+    def test_several_discs_are_asked_for_and_written_alike(self):
+        self.sample_tree()
+        self.run_program("disc", "insert")
+        command = [program.QUILLON, "publish", "--copies", "3", "--volume", "COPY", self.source]
+        with subprocess.Popen(command, env=self.environment(), stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, cwd=self.dir / "work") as run:
+            for number in (2, 3):
+                asked = run.stderr.readline().decode()
+                self.assertEqual(asked, f"quillon: Put disc {number} of 3 into {self.recorder.name}.\n")
+                inserted = self.run_program("disc", "insert")
+                self.assertEqual(inserted.returncode, 0, inserted.stderr)
+            output = run.stdout.read().decode()
+            self.assertEqual((run.wait(120), run.stderr.read()), (0, b""))
+        self.assertIn("\nVerified:  13 files, read back\nDiscs:     3\n", output)
+        images = sorted((self.recorder / "ejected").glob("*.iso"))
+        self.assertEqual(len(images), 3)
+        listed = [self.run_program("list", "--json", image).stdout.split(b"patients")[1]
+                  for image in images]
+        self.assertEqual(listed, [listed[0]] * 3)
+
+    def test_a_disc_that_nobody_puts_in_ends_the_job_and_keeps_the_set(self):
+        self.sample_tree()
+        self.create_set(self.source)
+        self.run_program("disc", "insert")
+        result = self.command("write", "--copies", "2", "--wait", "1", status=1)
+        self.assertEqual((result["discs"], result["kept"]), (1, True))
+        self.assertEqual(result["error"], f"Nobody put disc 2 of 2 into {self.recorder.name} within "
+                                          "1 seconds.")
+        self.assertTrue((self.root / "DICOMDIR").exists())
+
     def test_an_interrupted_burn_tells_what_the_disc_is_now(self):
         self.large_object(650 << 20)
         before = program.everything(self.source)
