@@ -49,17 +49,18 @@ std::recursive_mutex& burnMutex() {
   return mutex;
 }
 
-DiscResult burnFailure(HRESULT code, const std::string& address) {
+std::string takeBurnMessage() {
   const std::lock_guard lock(burnMutex());
-  const std::string reason = firstMessage();
+  return firstMessage();
+}
+
+DiscResult burnFailure(HRESULT code, const std::string& address) {
+  const std::string reason = takeBurnMessage();
   if (reason.empty()) return code;
   return {code, wideFromNative("The drive \"" + address + "\" failed: " + reason + ".")};
 }
 
-void forgetBurnMessages() {
-  const std::lock_guard lock(burnMutex());
-  static_cast<void>(firstMessage());
-}
+void forgetBurnMessages() { static_cast<void>(takeBurnMessage()); }
 
 DiscResult GrabbedDrive::grab(const std::string& address, GrabMode mode) {
   const std::lock_guard lock(burnMutex());

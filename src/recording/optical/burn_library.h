@@ -23,6 +23,8 @@ std::recursive_mutex& burnMutex();
 // A failure with libburn's own reason in its sentence, which is the first thing it has said since
 // forgetBurnMessages. It goes nowhere else.
 DiscResult burnFailure(HRESULT code, const std::string& address);
+// The reason alone, without a full stop; empty for none.
+std::string takeBurnMessage();
 // Forgets what earlier calls have said.
 void forgetBurnMessages();
 

@@ -103,6 +103,14 @@ std::uint32_t readableSectors(burn_drive* drive) {
   return isKnown ? sectorCount(sectors) : 0;
 }
 
+// Of a disc whose sectors are not written over.
+std::uint32_t lastSession(burn_drive* drive) {
+  int start = 0;
+  const bool isKnown = burn_disc_get_msc1(drive, &start) > 0;
+  forgetBurnMessages();
+  return isKnown ? sectorCount(start) : 0;
+}
+
 std::vector<LONG> writeSpeeds(burn_drive* drive, int profile) {
   std::vector<LONG> speeds;
   burn_speed_descriptor* list = nullptr;
@@ -162,6 +170,7 @@ void readOverwritable(burn_drive* drive, MediaFacts& facts) {
   facts.isOverwritable = facts.isErasable = true;
   facts.isHeuristicallyBlank = used == 0;
   facts.isPhysicallyBlank = readable == 0;
+  facts.readableSectors = readable;
   facts.totalSectors = sectorCount(burn_disc_available_space(drive, nullptr) / kSectorBytes);
   facts.freeSectors = facts.totalSectors - std::min(facts.totalSectors, used);
   facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_OVERWRITE_ONLY);
@@ -177,7 +186,8 @@ void readSequential(burn_drive* drive, burn_disc_status status, int profile, Med
     facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_BLANK);
     return;
   }
-  const std::uint32_t used = readableSectors(drive);
+  const std::uint32_t used = facts.readableSectors = readableSectors(drive);
+  facts.lastSession = lastSession(drive);
   facts.totalSectors = capacityOfWritten(drive, profile, facts, used);
   if (status == BURN_DISC_APPENDABLE) {
     facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_APPENDABLE);
@@ -203,6 +213,7 @@ void readSequential(burn_drive* drive, burn_disc_status status, int profile, Med
 void readBroken(burn_drive* drive, int profile, MediaFacts& facts) {
   facts.isErasable = burn_disc_erasable(drive) != 0;
   facts.totalSectors = capacityOfWritten(drive, profile, facts, 0);
+  facts.readableSectors = readableSectors(drive);
   facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_DAMAGED);
   if (facts.isErasable) facts.state |= bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_ERASE_REQUIRED);
 }
@@ -304,7 +315,8 @@ DiscResult readMedia(const GrabbedDrive& grabbed, MediaFacts& facts) {
   facts.present = true;
   if (row != nullptr) facts.physicalType = row->type;
   if (row == nullptr || !row->isWritable) {
-    facts.totalSectors = readableSectors(drive);
+    facts.totalSectors = facts.readableSectors = readableSectors(drive);
+    facts.lastSession = lastSession(drive);
     facts.writeProtect = static_cast<DWORD>(IMAPI_WRITEPROTECTED_READ_ONLY_MEDIA);
     facts.state = bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_UNSUPPORTED_MEDIA) |
                   bit(IMAPI_FORMAT2_DATA_MEDIA_STATE_WRITE_PROTECTED);

@@ -215,7 +215,10 @@ DiscResult syncFile(const std::string& address) {
   if (!isFileAddress(address)) return S_OK;
   const std::string path = address.substr(std::char_traits<char>::length(kFileAddress));
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (file.isOpen() && ::fsync(file.get()) == 0) return S_OK;
+  if (file.isOpen() && ::fsync(file.get()) == 0) {
+    static_cast<void>(::posix_fadvise(file.get(), 0, 0, POSIX_FADV_DONTNEED));
+    return S_OK;
+  }
   return {E_IMAPI_UNEXPECTED_RESPONSE_FROM_DEVICE,
           wideFromNative("The file \"" + path + "\" cannot be written.")};
 }

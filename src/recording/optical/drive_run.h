@@ -1,4 +1,4 @@
-// Writing and erasing the disc in a drive.
+// Writing, erasing and reading the disc in a drive.
 #pragma once
 
 #include <string>
@@ -16,5 +16,8 @@ DiscResult writeInDrive(const GrabbedDrive& grabbed, const std::string& address,
                         const WriteRequest& request);
 DiscResult eraseInDrive(const GrabbedDrive& grabbed, const std::string& address, bool full,
                         const DiscProgressCallback& progress);
+// What is left of Recorder::read.
+DiscResult readInDrive(const GrabbedDrive& grabbed, const std::string& address,
+                       std::uint32_t sector, std::uint32_t count, void* bytes);
 
 }  // namespace quillon::platform

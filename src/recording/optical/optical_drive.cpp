@@ -4,6 +4,7 @@
 #include "drive_facts.h"
 #include "drive_run.h"
 #include "recorders/catalogue.h"
+#include "run_parts.h"
 
 namespace quillon::platform {
 
@@ -36,7 +37,10 @@ DiscResult OpticalDrive::currentPages(CurrentPages& pages) {
 }
 
 DiscResult OpticalDrive::lock(bool force, std::u16string_view clientName) {
-  return drive_.take(this, force, clientName);
+  DiscResult result = drive_.take(this, force, clientName);
+  // What is read then comes from the disk.
+  if (!result.failed()) static_cast<void>(syncFile(address_));
+  return result;
 }
 
 DiscResult OpticalDrive::unlock() {
@@ -62,6 +66,11 @@ DiscResult OpticalDrive::openTray() {
   if (isFileAddress(address_)) return S_OK;
   DiscResult result = makeReady();
   return result.failed() ? result : drive_.openTray();
+}
+
+DiscResult OpticalDrive::fetch(std::uint32_t sector, std::uint32_t count, void* bytes) {
+  DiscResult result = makeReady();
+  return result.failed() ? result : readInDrive(drive_.grabbed(), address_, sector, count, bytes);
 }
 
 namespace {

@@ -25,6 +25,7 @@ class OpticalDrive final : public Recorder {
   DiscResult burn(const WriteRequest& request) override;
   DiscResult blank(bool full, const DiscProgressCallback& progress) override;
   DiscResult openTray() override;
+  DiscResult fetch(std::uint32_t sector, std::uint32_t count, void* bytes) override;
 
  private:
   // The drive is open for what follows, also after its tray was opened.

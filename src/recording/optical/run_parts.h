@@ -26,7 +26,8 @@ void waitUntilIdle(burn_drive* drive, Tell tell) {
 
 // A new disc of a kind that takes no data before it is formatted is formatted.
 DiscResult formatWhenNew(const GrabbedDrive& grabbed, const std::string& address);
-// libburn does not wait for the disk under a file.
+// libburn does not wait for the disk under a file. The system forgets its copy of it, so that it is
+// read from there.
 DiscResult syncFile(const std::string& address);
 // libburn keeps what it knew of the disc before.
 void learnNewState(burn_drive* drive);

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstring>
+#include <utility>
 
 #include "recorders/catalogue.h"
 #include "recorders/disc_types.h"
 #include "recorders/progress.h"
+#include "recording/disc_reader.h"
 #include "recording/virtual_discs.h"
 #include "virtual_recorder.h"
 #include "win32/utf8.h"
@@ -138,12 +141,13 @@ DiscRecorderStatus statusOf(Recorder& recorder) {
   return status;
 }
 
-DiscResult noRecorder(const std::string& name) {
+// what: the drive that is wanted, where no name is.
+DiscResult noRecorder(const std::string& name, const char* what = "drive that writes discs") {
   std::string sentence = "There is no recorder \"" + name + "\".";
   if (name.empty()) {
-    sentence =
-        "There is no drive that writes discs; a virtual recorder is there when QUILLON_RECORDERS "
-        "names a directory for it.";
+    sentence = "There is no ";
+    sentence.append(what).append(
+        "; a virtual recorder is there when QUILLON_RECORDERS names a directory for it.");
   }
   return {HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), wideFromNative(sentence)};
 }
@@ -168,7 +172,122 @@ DiscResult findByName(const std::string& name, std::unique_ptr<Recorder>& found)
   return noRecorder(name);
 }
 
+// An empty name stands for the first whose disc holds something. One that cannot be asked may have
+// the disc that is meant, so that none is taken behind it.
+DiscResult findDisc(const std::string& name, std::unique_ptr<Recorder>& found) {
+  RecorderList recorders;
+  DiscResult result = listRecorders(recorders);
+  if (result.failed()) return result;
+  DiscResult none = noRecorder(name, "drive");
+  bool hasAsked = false;
+  bool hasDisc = false;
+  for (std::unique_ptr<Recorder>& recorder : recorders) {
+    if (!name.empty() && recorder->identity().name != name) continue;
+    MediaFacts media;
+    result = recorder->media(media);
+    if (!result.failed()) {
+      result = checkReadable(recorder->identity(), media);
+    } else if (name.empty()) {
+      return withSentence(std::move(result), recorder->identity().name);
+    }
+    if (!result.failed()) {
+      found = std::move(recorder);
+      return S_OK;
+    }
+    // Of several, one with a blank disc says more than one without.
+    if (!hasAsked || (media.present && !hasDisc)) {
+      none = withSentence(std::move(result), recorder->identity().name);
+    }
+    hasAsked = true;
+    hasDisc = hasDisc || media.present;
+  }
+  return none;
+}
+
+class HeldDisc final : public DiscReader {
+ public:
+  explicit HeldDisc(std::unique_ptr<Recorder> recorder) : recorder_(std::move(recorder)) {}
+
+  DiscResult take();
+
+  [[nodiscard]] const std::string& recorder() const override { return recorder_->identity().name; }
+  [[nodiscard]] std::uint64_t sizeBytes() const override {
+    return std::uint64_t{sectors_} * kSectorBytes;
+  }
+  [[nodiscard]] bool readAt(std::uint64_t offset, void* bytes, std::size_t count) override;
+  [[nodiscard]] const DiscResult& failure() const override { return failure_; }
+
+ private:
+  [[nodiscard]] bool read(std::uint32_t sector, std::uint32_t count, void* bytes) {
+    DiscResult result = recorder_->read(sector, count, bytes);
+    if (!result.failed()) return true;
+    failure_ = withSentence(std::move(result), recorder());
+    return false;
+  }
+
+  std::unique_ptr<Recorder> recorder_;
+  RecorderHold hold_{*recorder_};
+  std::uint32_t sectors_ = 0;
+  DiscResult failure_;
+  // The sector of which a part was read last: the next part follows.
+  std::array<char, kSectorBytes> part_{};
+  std::uint64_t partOf_ = UINT64_MAX;
+};
+
+// The disc is looked at again: it may be another one by now.
+DiscResult HeldDisc::take() {
+  MediaFacts media;
+  DiscResult result = hold_.acquire(kHand);
+  if (!result.failed()) result = recorder_->media(media);
+  if (!result.failed()) result = checkReadable(recorder_->identity(), media);
+  sectors_ = media.readableSectors;
+  return withSentence(std::move(result), recorder());
+}
+
+bool HeldDisc::readAt(std::uint64_t offset, void* bytes, std::size_t count) {
+  constexpr std::size_t kMostSectors = 512;
+  if (offset > sizeBytes() || count > sizeBytes() - offset) {
+    failure_ = {E_INVALIDARG, wideFromNative("The disc in the recorder \"" + recorder() +
+                                             "\" ends before what is to be read.")};
+    return false;
+  }
+  auto* to = static_cast<char*>(bytes);
+  while (count > 0) {
+    const auto sector = static_cast<std::uint32_t>(offset / kSectorBytes);
+    const auto within = static_cast<std::size_t>(offset % kSectorBytes);
+    std::size_t piece = 0;
+    if (within == 0 && count >= kSectorBytes) {
+      const std::size_t whole = std::min(count / kSectorBytes, kMostSectors);
+      if (!read(sector, static_cast<std::uint32_t>(whole), to)) return false;
+      piece = whole * kSectorBytes;
+    } else {
+      if (partOf_ != sector) {
+        partOf_ = UINT64_MAX;
+        if (!read(sector, 1, part_.data())) return false;
+        partOf_ = sector;
+      }
+      piece = std::min<std::size_t>(count, kSectorBytes - within);
+      std::memcpy(to, part_.data() + within, piece);
+    }
+    to += piece;
+    offset += piece;
+    count -= piece;
+  }
+  return true;
+}
+
 }  // namespace
+
+DiscResult openDisc(const std::string& recorder, std::unique_ptr<DiscReader>& disc) {
+  disc.reset();
+  std::unique_ptr<Recorder> found;
+  DiscResult result = findDisc(recorder, found);
+  if (result.failed()) return result;
+  auto held = std::make_unique<HeldDisc>(std::move(found));
+  result = held->take();
+  if (!result.failed()) disc = std::move(held);
+  return result;
+}
 
 DiscResult listDiscRecorders(std::vector<DiscRecorderStatus>& recorders) {
   recorders.clear();

@@ -9,6 +9,7 @@
 
 #include "platform/imapi2_errors.h"
 #include "recorders/disc_record.h"
+#include "recorders/recorder.h"
 #include "win32/utf8.h"
 #include "win32/whole_file.h"
 
@@ -114,7 +115,26 @@ bool FaultPlan::parseLine(std::string_view line) {
   if (words[0] == "erase-pulled-at") {
     return parseSectorFault(words, {0, pulled, true}, eraseFault_);
   }
+  if (words[0] == "read-fails-at") {
+    return parseSectorFault(words, {0, E_IMAPI_UNEXPECTED_RESPONSE_FROM_DEVICE, false}, readFault_);
+  }
+  if (words[0] == "read-changes-at") {
+    return words.size() == 2 && parseSectorFault(words, {}, readChange_);
+  }
   return words[0] == "answer" && parseAnswer(words);
+}
+
+DiscResult FaultPlan::spoil(std::uint32_t first, std::uint32_t& sectors, char* bytes) const {
+  const auto isHit = [&](const std::optional<SectorFault>& fault) {
+    return fault && fault->sector >= first && fault->sector - first < sectors;
+  };
+  if (isHit(readChange_)) {
+    char& changed = bytes[(readChange_->sector - first) * kSectorBytes];
+    changed = static_cast<char>(changed ^ 1);
+  }
+  if (!isHit(readFault_)) return S_OK;
+  sectors = static_cast<std::uint32_t>(readFault_->sector - first);
+  return readFault_->code;
 }
 
 bool FaultPlan::parseAnswer(const std::vector<std::string_view>& words) {

@@ -7,6 +7,8 @@
 //   write-pulled-at N          the disc is pulled out when writing comes to sector N
 //   erase-fails-at N [CODE]    the same for erasing; the code is 0x80AA0905 or CODE
 //   erase-pulled-at N
+//   read-fails-at N [CODE]     sector N cannot be read; the code is 0xC0AA0301 or CODE
+//   read-changes-at N          the first byte of sector N is read as another one
 //   answer NAME CODE [TIMES]   the operation NAME of the interfaces answers CODE instead of being
 //                              done: EjectMedia, AcquireExclusiveAccess, get_FreeSectorsOnMedia,
 //                              Write, EraseMedia ...; with its interface in front where two have
@@ -52,6 +54,9 @@ class FaultPlan {
   DiscResult askReady();
   [[nodiscard]] std::optional<SectorFault> writeFault() const { return writeFault_; }
   [[nodiscard]] std::optional<SectorFault> eraseFault() const { return eraseFault_; }
+  // What becomes of sectors that were read, from first on: a failure leaves in sectors how many of
+  // them come before it.
+  DiscResult spoil(std::uint32_t first, std::uint32_t& sectors, char* bytes) const;
 
  private:
   struct Answer {
@@ -68,6 +73,8 @@ class FaultPlan {
   std::uint64_t notReadyLeft_ = 0;
   std::optional<SectorFault> writeFault_;
   std::optional<SectorFault> eraseFault_;
+  std::optional<SectorFault> readFault_;
+  std::optional<SectorFault> readChange_;
   std::size_t badLine_ = 0;  // from 1
 };
 

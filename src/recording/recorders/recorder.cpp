@@ -65,6 +65,20 @@ DiscResult checkErasable(const DriveIdentity& drive, const MediaFacts& media) {
   return S_OK;
 }
 
+DiscResult checkReadable(const DriveIdentity& drive, const MediaFacts& media) {
+  if (!media.present) return E_IMAPI_RECORDER_MEDIA_NO_MEDIA;
+  std::string sentence = "The disc in the recorder \"" + drive.name + "\"";
+  if (media.readableSectors == 0 || media.isBlank()) {
+    sentence += " is blank.";
+  } else if (media.lastSession > 0) {
+    // What the first one holds may have been replaced since.
+    sentence += " has several sessions: only a mounted one can be read.";
+  } else {
+    return S_OK;
+  }
+  return {E_IMAPI_RECORDER_MEDIA_INCOMPATIBLE, wideFromNative(sentence)};
+}
+
 bool isValidClientName(std::u16string_view name) {
   constexpr std::size_t kMaxUnits = 63;
   static constexpr std::u16string_view kMarks = u" ,.-:;_";
@@ -142,6 +156,15 @@ DiscResult Recorder::eject() {
   if (!result.failed()) result = openTray();
   noteWork(result);
   return result;
+}
+
+DiscResult Recorder::read(std::uint32_t sector, std::uint32_t count, void* bytes) {
+  RecorderHold hold(*this);
+  DiscResult result = isHeld() ? DiscResult() : hold.acquire(kOwnClientName);
+  if (result.failed() || count == 0) return result;
+  const DiscOperation operation;
+  if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
+  return fetch(sector, count, bytes);
 }
 
 ProgressReporter::ProgressReporter(const DiscProgressCallback& callback, DiscStage stage,

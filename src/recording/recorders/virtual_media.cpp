@@ -56,6 +56,7 @@ MediaFacts factsOf(const DiscRecord& record) {
   facts.isHeuristicallyBlank = record.isBlank();
   facts.totalSectors = record.capacitySectors;
   facts.freeSectors = freeSectors(record);
+  facts.readableSectors = record.isBlank() ? 0 : record.usedSectors;
   facts.writeSpeeds = type.writeSpeeds;
   return facts;
 }

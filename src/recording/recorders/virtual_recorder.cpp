@@ -1,5 +1,8 @@
 #include "virtual_recorder.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <iterator>
@@ -70,6 +73,12 @@ DiscState stateAfterWrite(const DiscType& type, const WriteRequest& request) {
   return isClosed ? DiscState::Finalised : DiscState::Appendable;
 }
 
+DiscResult sectorFailure(HRESULT code, const std::string& recorder, std::uint32_t sector) {
+  std::string sentence = "The virtual recorder \"" + recorder + "\" cannot read sector ";
+  sentence.append(std::to_string(sector)).append(" of its disc.");
+  return {code, wideFromNative(sentence)};
+}
+
 }  // namespace
 
 VirtualRecorder::VirtualRecorder(std::string directory)
@@ -88,6 +97,7 @@ DiscResult VirtualRecorder::lock(bool, std::u16string_view clientName) {
 }
 
 DiscResult VirtualRecorder::unlock() {
+  image_ = Descriptor();
   lock_.release();
   return S_OK;
 }
@@ -126,6 +136,7 @@ DiscResult VirtualRecorder::currentPages(CurrentPages& pages) {
 }
 
 DiscResult VirtualRecorder::burn(const WriteRequest& request) {
+  image_ = Descriptor();
   std::optional<DiscRecord> disc;
   DiscResult result = readDiscRecord(directory_, disc);
   if (result.failed()) return result;
@@ -133,6 +144,7 @@ DiscResult VirtualRecorder::burn(const WriteRequest& request) {
 }
 
 DiscResult VirtualRecorder::blank(bool full, const DiscProgressCallback& progress) {
+  image_ = Descriptor();
   std::optional<DiscRecord> disc;
   DiscResult result = readDiscRecord(directory_, disc);
   if (result.failed()) return result;
@@ -220,10 +232,43 @@ DiscResult VirtualRecorder::blankDisc(DiscRecord record, bool full,
 }
 
 DiscResult VirtualRecorder::openTray() {
+  image_ = Descriptor();
   std::string leftAt;
   DiscResult result = takeDiscOut(directory_, leftAt);
   noteEjected(leftAt);
   return result;
+}
+
+// What is read comes from the disk: whoever wrote the image waited for that, so the system can
+// forget its copy.
+DiscResult VirtualRecorder::openImage() {
+  if (image_.isOpen()) return S_OK;
+  const std::string path = directory_ + "/" + kImageFile;
+  image_ = Descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!image_.isOpen()) return fileFailure(errno, "read", path);
+  static_cast<void>(::posix_fadvise(image_.get(), 0, 0, POSIX_FADV_DONTNEED));
+  return S_OK;
+}
+
+DiscResult VirtualRecorder::fetch(std::uint32_t sector, std::uint32_t count, void* bytes) {
+  DiscResult result = openImage();
+  if (result.failed()) return result;
+  auto* const to = static_cast<char*>(bytes);
+  const std::size_t length = std::size_t{count} * kSectorBytes;
+  const auto first = static_cast<off_t>(sector) * kSectorBytes;
+  std::size_t done = 0;
+  while (done < length) {
+    const ssize_t got =
+        ::pread(image_.get(), to + done, length - done, first + static_cast<off_t>(done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  std::uint32_t readable = static_cast<std::uint32_t>(done / kSectorBytes);
+  if (faults_ != nullptr) result = faults_->spoil(sector, readable, to);
+  if (!result.failed() && readable == count) return S_OK;
+  return sectorFailure(result.failed() ? result.code : E_IMAPI_UNEXPECTED_RESPONSE_FROM_DEVICE,
+                       identity_.name, sector + readable);
 }
 
 }  // namespace quillon::platform

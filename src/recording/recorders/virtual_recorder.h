@@ -7,6 +7,7 @@
 #include "recorders/disc_record.h"
 #include "recorders/recorder.h"
 #include "recorders/recorder_lock.h"
+#include "win32/whole_file.h"
 
 namespace quillon::platform {
 
@@ -33,8 +34,11 @@ class VirtualRecorder final : public Recorder {
   DiscResult burn(const WriteRequest& request) override;
   DiscResult blank(bool full, const DiscProgressCallback& progress) override;
   DiscResult openTray() override;
+  DiscResult fetch(std::uint32_t sector, std::uint32_t count, void* bytes) override;
 
  private:
+  // Opens the contents for reading, once in a while of exclusive access.
+  DiscResult openImage();
   DiscResult burnDisc(DiscRecord record, const WriteRequest& request);
   DiscResult blankDisc(DiscRecord record, bool full, const DiscProgressCallback& progress);
   // Ends a run that failed: the disc is damaged, or out.
@@ -42,6 +46,7 @@ class VirtualRecorder final : public Recorder {
 
   std::string directory_;
   RecorderLock lock_;
+  Descriptor image_;                   // being read
   std::shared_ptr<FaultPlan> faults_;  // null for a recorder that behaves
 };
 

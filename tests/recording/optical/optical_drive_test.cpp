@@ -6,6 +6,7 @@
 #include <fstream>
 
 #include "recorder_fixture.h"
+#include "recording/disc_reader.h"
 #include "recording/disc_recorders.h"
 
 namespace quillon::test {
@@ -57,6 +58,25 @@ TEST_F(OpticalDrive, WhatIsWrittenIsOnTheDiscAndStaysUntilItIsErased) {
     EXPECT_EQ(client.write(sectors, 6), E_IMAPI_DF2DATA_MEDIA_NOT_BLANK);
     EXPECT_TRUE(content(sectors) == patternBytes(sectors, 5));
     EXPECT_EQ(client.eraseDisc(false), S_OK);
+  }
+}
+
+// The drive stays open between the two, and the disc has grown meanwhile.
+TEST_F(OpticalDrive, WhatHasJustBeenWrittenIsReadFromTheDisc) {
+  Client client;
+  for (const std::uint64_t sectors : {std::uint64_t{40}, std::uint64_t{3000}}) {
+    SCOPED_TRACE(sectors);
+    ASSERT_EQ(client.write(sectors, 5), S_OK);
+    std::unique_ptr<platform::DiscReader> disc;
+    const platform::DiscResult opened = platform::openDisc("", disc);
+    ASSERT_EQ(opened.code, S_OK) << narrow(opened.text);
+    ASSERT_GE(disc->sizeBytes(), sectors * kSector);
+    std::vector<std::uint8_t> bytes(sectors * kSector);
+    EXPECT_TRUE(disc->readAt(0, bytes.data(), bytes.size())) << narrow(disc->failure().text);
+    EXPECT_TRUE(bytes == patternBytes(sectors, 5));
+    EXPECT_EQ(client.write(sectors, 6), E_IMAPI_RECORDER_LOCKED);
+    disc.reset();
+    ASSERT_EQ(client.eraseDisc(false), S_OK);
   }
 }
 

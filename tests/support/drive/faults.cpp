@@ -45,6 +45,12 @@ Sense Faults::ofSectors(std::string_view name, std::int64_t first, std::int64_t 
   return kGood;
 }
 
+void Faults::changeRead(std::int64_t first, std::int64_t count, std::uint8_t* data) const {
+  constexpr std::int64_t kSector = 2048;
+  const std::int64_t sector = plan_.number("read_changed", -1);
+  if (sector >= first && sector < first + count) data[(sector - first) * kSector + 1000] ^= 1;
+}
+
 bool Faults::meets(std::string_view name, std::int64_t end) const {
   const std::int64_t sector = plan_.number(name, -1);
   return sector >= 0 && sector < end;

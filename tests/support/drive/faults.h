@@ -12,6 +12,7 @@ namespace emulated {
 // What the lines of faults.txt make of a drive; how often each has struck stands in state.txt.
 //   <COMMAND NAME> = sense [once] [after n]   that command fails, from its n+1st on; "once": only
 //   then write = sector sense [once]               WRITE that reaches the sector; read: READ
+//   read_changed = sector                          READ gives another byte there than was written
 //   likewise blank, format, eject, close, sync = sense [once] [after n] pulled = sector the disc is
 //   gone when a WRITE or READ reaches it slow = milliseconds                       each command;
 //   slow_write: each WRITE becoming_ready = n                        not ready until TEST UNIT
@@ -27,6 +28,8 @@ class Faults {
   // to reached; those before it were.
   Sense ofSectors(std::string_view name, std::int64_t first, std::int64_t count,
                   std::int64_t& reached);
+  // What READ gives where "read_changed" is planned.
+  void changeRead(std::int64_t first, std::int64_t count, std::uint8_t* data) const;
   // Whether a transfer that ends there meets what "pulled" or "unplugged" is planned for.
   bool meets(std::string_view name, std::int64_t end) const;
   std::int64_t number(std::string_view name) const { return plan_.number(name); }

@@ -32,6 +32,7 @@ Sense readSectors(Drive& drive, Command& command, std::int64_t first, std::int64
   const auto bytes = static_cast<std::size_t>(count * kSectorBytes);
   if (command.isToDrive() || bytes > command.dataBytes()) return kBadCommandField;
   if (!drive.readSectors(first, command.data(), count)) return kMediumError;
+  drive.faults.changeRead(first, count, command.data());
   command.answered(bytes);
   return kGood;
 }

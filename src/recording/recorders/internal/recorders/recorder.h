@@ -51,6 +51,10 @@ struct MediaFacts {
   bool isHeuristicallyBlank = false;  // holds no file system, although sectors may be written
   std::uint32_t totalSectors = 0;
   std::uint32_t freeSectors = 0;  // for the next write without overwriting
+  // From the first one on, as far as the device tells; 0 of a blank disc. Some of them may hold no
+  // data, such as the last two of a CD's track.
+  std::uint32_t readableSectors = 0;
+  std::uint32_t lastSession = 0;  // the first sector of its first track
   std::vector<LONG> writeSpeeds;  // sectors per second, fastest first
 
   [[nodiscard]] bool isBlank() const { return isPhysicallyBlank || isHeuristicallyBlank; }
@@ -92,6 +96,8 @@ DiscResult checkWritable(const DriveIdentity& drive, const MediaFacts& media,
                          const WriteRequest& request);
 // The same for erasing.
 DiscResult checkErasable(const DriveIdentity& drive, const MediaFacts& media);
+// What is not to be read at all: no disc, or nothing on it.
+DiscResult checkReadable(const DriveIdentity& drive, const MediaFacts& media);
 
 // The names that exclusive access takes: 1 to 63 letters, digits, blanks and , . - : ; _
 bool isValidClientName(std::u16string_view name);
@@ -132,6 +138,12 @@ class Recorder {
   DiscResult erase(bool full, std::u16string_view clientName, const DiscProgressCallback& progress);
   DiscResult eject();
 
+  // The sectors [sector, sector + count), from the disc itself and not from what the system
+  // remembers of it. A failure names the first sector that cannot be had. It takes exclusive access
+  // in the same way; a client that reads more than once holds it meanwhile, and asks for the media
+  // to learn how many sectors there are.
+  DiscResult read(std::uint32_t sector, std::uint32_t count, void* bytes);
+
  protected:
   Recorder() = default;
 
@@ -144,6 +156,7 @@ class Recorder {
   virtual DiscResult burn(const WriteRequest& request) = 0;
   virtual DiscResult blank(bool full, const DiscProgressCallback& progress) = 0;
   virtual DiscResult openTray() = 0;
+  virtual DiscResult fetch(std::uint32_t sector, std::uint32_t count, void* bytes) = 0;
 
   DriveIdentity identity_;
 
