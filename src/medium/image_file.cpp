@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
+
+#include "foundation/file_handle.h"
 
 namespace quillon {
 
@@ -12,23 +15,60 @@ constexpr std::size_t kBlockBytes = std::size_t{32} << 10;
 constexpr std::size_t kLongestCachedRead = std::size_t{4} << 10;
 constexpr std::size_t kLongestCall = std::size_t{16} << 20;
 
+class SystemFile final : public MediumFile {
+ public:
+  explicit SystemFile(const Text& path)
+      : file_(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {
+    LARGE_INTEGER size{};
+    if (IsOpen() && GetFileSizeEx(file_.Get(), &size) != FALSE && size.QuadPart > 0) {
+      sizeBytes_ = static_cast<std::uint64_t>(size.QuadPart);
+    }
+  }
+
+  [[nodiscard]] bool IsOpen() const { return file_.IsOpen(); }
+  [[nodiscard]] std::uint64_t SizeBytes() const override { return sizeBytes_; }
+  [[nodiscard]] bool ReadAt(std::uint64_t offset, void* bytes, std::size_t count) override;
+
+ private:
+  FileHandle file_;
+  std::uint64_t sizeBytes_ = 0;
+};
+
+bool SystemFile::ReadAt(std::uint64_t offset, void* bytes, std::size_t count) {
+  auto* to = static_cast<std::uint8_t*>(bytes);
+  LARGE_INTEGER position{};
+  position.QuadPart = static_cast<LONGLONG>(offset);
+  if (SetFilePointerEx(file_.Get(), position, nullptr, FILE_BEGIN) == FALSE) return false;
+  while (count > 0) {
+    DWORD got = 0;
+    const auto wanted = static_cast<DWORD>(std::min(count, kLongestCall));
+    if (ReadFile(file_.Get(), to, wanted, &got, nullptr) == FALSE || got == 0) return false;
+    to += got;
+    count -= got;
+  }
+  return true;
+}
+
 }  // namespace
 
-ImageFile::ImageFile(const Text& path)
-    : file_(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {
-  LARGE_INTEGER size{};
-  if (IsOpen() && GetFileSizeEx(file_.Get(), &size) != FALSE && size.QuadPart > 0) {
-    sizeBytes_ = static_cast<std::uint64_t>(size.QuadPart);
-  }
+std::unique_ptr<MediumFile> OpenSystemFile(const Text& path) {
+  auto file = std::make_unique<SystemFile>(path);
+  if (!file->IsOpen()) return nullptr;
+  return file;
+}
+
+ImageFile::ImageFile(std::unique_ptr<MediumFile> bytes) : bytes_(std::move(bytes)) {
+  if (IsOpen()) sizeBytes_ = bytes_->SizeBytes();
 }
 
 bool ImageFile::ReadAt(std::uint64_t offset, void* bytes, std::size_t count) {
   if (!Holds(offset, count)) return false;
   auto* to = static_cast<std::uint8_t*>(bytes);
-  if (count > kLongestCachedRead) return ReadThrough(offset, to, count);
+  if (count > kLongestCachedRead) return bytes_->ReadAt(offset, to, count);
   while (count > 0) {
-    if (!FillBlock(offset / kBlockBytes)) return false;
+    // A disc has sectors that nobody can read; what is asked for may lie beside them.
+    if (!FillBlock(offset / kBlockBytes)) return bytes_->ReadAt(offset, to, count);
     const auto at = static_cast<std::size_t>(offset % kBlockBytes);
     const std::size_t piece = std::min(count, block_.size() - at);
     std::memcpy(to, block_.data() + at, piece);
@@ -44,22 +84,8 @@ bool ImageFile::FillBlock(std::uint64_t block) {
   blockNumber_ = UINT64_MAX;
   const std::uint64_t start = block * kBlockBytes;
   block_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kBlockBytes, sizeBytes_ - start)));
-  if (!ReadThrough(start, block_.data(), block_.size())) return false;
+  if (!bytes_->ReadAt(start, block_.data(), block_.size())) return false;
   blockNumber_ = block;
-  return true;
-}
-
-bool ImageFile::ReadThrough(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
-  LARGE_INTEGER position{};
-  position.QuadPart = static_cast<LONGLONG>(offset);
-  if (SetFilePointerEx(file_.Get(), position, nullptr, FILE_BEGIN) == FALSE) return false;
-  while (count > 0) {
-    DWORD got = 0;
-    const auto wanted = static_cast<DWORD>(std::min(count, kLongestCall));
-    if (ReadFile(file_.Get(), bytes, wanted, &got, nullptr) == FALSE || got == 0) return false;
-    bytes += got;
-    count -= got;
-  }
   return true;
 }
 

@@ -1,20 +1,24 @@
 // The bytes of an image, whatever lies in it. No byte beyond its end is ever asked of the system.
 #pragma once
 
-#include <array>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
-#include "foundation/file_handle.h"
 #include "foundation/text.h"
+#include "medium/medium_source.h"
 
 namespace quillon {
 
+// A file of the system, as the bytes of an image. Null when it cannot be opened.
+[[nodiscard]] std::unique_ptr<MediumFile> OpenSystemFile(const Text& path);
+
 class ImageFile {
  public:
-  explicit ImageFile(const Text& path);
+  // Null: there is no image.
+  explicit ImageFile(std::unique_ptr<MediumFile> bytes);
 
-  [[nodiscard]] bool IsOpen() const { return file_.IsOpen(); }
+  [[nodiscard]] bool IsOpen() const { return bytes_ != nullptr; }
   [[nodiscard]] std::uint64_t SizeBytes() const { return sizeBytes_; }
   // Whether all of [offset, offset + count) lies in the image.
   [[nodiscard]] bool Holds(std::uint64_t offset, std::uint64_t count) const {
@@ -24,10 +28,9 @@ class ImageFile {
   [[nodiscard]] bool ReadAt(std::uint64_t offset, void* bytes, std::size_t count);
 
  private:
-  [[nodiscard]] bool ReadThrough(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
   [[nodiscard]] bool FillBlock(std::uint64_t block);
 
-  FileHandle file_;
+  std::unique_ptr<MediumFile> bytes_;
   std::uint64_t sizeBytes_ = 0;
   // Directories are read a few bytes at a time: the block that was asked of last.
   std::vector<std::uint8_t> block_;

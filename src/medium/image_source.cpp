@@ -28,9 +28,11 @@ class ExtentFile final : public MediumFile {
 
 class ImageSource final : public MediumSource {
  public:
-  explicit ImageSource(const Text& path) : image_(path) { SetClassName(OLESTR("ImageSource")); }
+  explicit ImageSource(std::unique_ptr<MediumFile> bytes) : image_(std::move(bytes)) {
+    SetClassName(OLESTR("ImageSource"));
+  }
 
-  [[nodiscard]] bool Mount(TextView path);
+  [[nodiscard]] bool Mount(TextView name);
   [[nodiscard]] bool List(std::vector<MediumEntry>& entries) override {
     Walk();
     return listing_.Answer(entries);
@@ -50,14 +52,14 @@ class ImageSource final : public MediumSource {
   bool isWalked_ = false;
 };
 
-bool ImageSource::Mount(TextView path) {
-  if (!image_.IsOpen()) return Fail(kMsgCannotOpenFile, {path});
+bool ImageSource::Mount(TextView name) {
+  if (!image_.IsOpen()) return Fail(kMsgCannotOpenFile, {name});
   Text unsupported;
   system_ = OpenUdf(image_, unsupported);
   if (!system_) system_ = OpenIso9660(image_);
   if (system_) return true;
-  return unsupported.empty() ? Fail(kMsgImageWithoutFileSystem, {path})
-                             : Fail(kMsgImageUdfUnsupported, {path, unsupported});
+  return unsupported.empty() ? Fail(kMsgImageWithoutFileSystem, {name})
+                             : Fail(kMsgImageUdfUnsupported, {name, unsupported});
 }
 
 void ImageSource::Walk() {
@@ -109,7 +111,7 @@ std::unique_ptr<MediumFile> ImageSource::Open(TextView path) {
 
 bool IsImage(const Text& path) {
   constexpr std::uint64_t kFirstIdentifierAt = 16 * 2048 + 1;
-  ImageFile image(path);
+  ImageFile image(OpenSystemFile(path));
   std::array<char, 5> identifier{};
   if (!image.IsOpen() || !image.ReadAt(kFirstIdentifierAt, identifier.data(), identifier.size())) {
     return false;
@@ -119,8 +121,13 @@ bool IsImage(const Text& path) {
 }
 
 std::unique_ptr<MediumSource> OpenImage(TextView path, CBaseItem& errors) {
-  auto source = std::make_unique<ImageSource>(Text(path));
-  if (source->Mount(path)) return source;
+  return OpenImage(OpenSystemFile(Text(path)), path, errors);
+}
+
+std::unique_ptr<MediumSource> OpenImage(std::unique_ptr<MediumFile> bytes, TextView name,
+                                        CBaseItem& errors) {
+  auto source = std::make_unique<ImageSource>(std::move(bytes));
+  if (source->Mount(name)) return source;
   errors.FailAs(*source);
   return nullptr;
 }

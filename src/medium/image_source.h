@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "medium/medium_source.h"
+#include "medium/medium_image.h"
 
 namespace quillon {
 

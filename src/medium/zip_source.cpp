@@ -220,7 +220,7 @@ std::unique_ptr<MediumFile> ZipSource::Open(TextView path) {
 }  // namespace
 
 bool IsZip(const Text& path) {
-  ImageFile file(path);
+  ImageFile file(OpenSystemFile(path));
   std::array<char, 4> signature{};
   return file.IsOpen() && file.ReadAt(0, signature.data(), signature.size()) &&
          std::string_view(signature.data(), 4) == std::string_view("PK\3\4", 4);

@@ -202,6 +202,50 @@ TEST_F(ImageSourceTest, HarmIsToldAndNotFollowed) {
   }
 }
 
+// The bytes of an image of which one sector cannot be read.
+class Scratched final : public MediumFile {
+ public:
+  Scratched(const std::string& bytes, std::size_t sector) : bytes_(bytes), sector_(sector) {}
+  [[nodiscard]] std::uint64_t SizeBytes() const override { return bytes_.size(); }
+  [[nodiscard]] bool ReadAt(std::uint64_t offset, void* bytes, std::size_t count) override {
+    const std::uint64_t scratch = sector_ * kSectorBytes;
+    if (offset < scratch + kSectorBytes && offset + count > scratch) return false;
+    EXPECT_LE(offset + count, bytes_.size());
+    bytes_.copy(static_cast<char*>(bytes), count, static_cast<std::size_t>(offset));
+    return true;
+  }
+
+ private:
+  const std::string& bytes_;
+  std::size_t sector_;
+};
+
+// Small files share the blocks that directories are read in.
+TEST_F(ImageSourceTest, ASectorThatCannotBeReadCostsWhatLiesInIt) {
+  for (const LONG systems : {3, 4}) {
+    const std::string bytes = made(systems);
+    const std::size_t sector = bytes.find("first") / kSectorBytes;
+    ASSERT_GT(sector, 16U);
+    errors_.ClearError();
+    const auto source =
+        OpenImage(std::make_unique<Scratched>(bytes, sector), wide("of a disc"), errors_);
+    ASSERT_NE(source, nullptr) << utf8(errors_.ErrorMessage());
+    std::vector<MediumEntry> entries;
+    EXPECT_TRUE(source->List(entries));
+    std::size_t files = 0;
+    for (const MediumEntry& entry : entries) {
+      if (entry.kind != Kind::File) continue;
+      ++files;
+      const auto file = source->Open(entry.path);
+      ASSERT_NE(file, nullptr);
+      std::string content(static_cast<std::size_t>(entry.sizeBytes), '\0');
+      EXPECT_EQ(file->ReadAt(0, content.data(), content.size()), utf8(entry.path) != "OBJECTS\\ONE")
+          << utf8(entry.path);
+    }
+    EXPECT_EQ(files, 4U);
+  }
+}
+
 TEST_F(ImageSourceTest, AFileThatLiesOutsideIsToldWhenItIsOpened) {
   std::string bytes = made(1);
   putLittle(bytes, recordOf(bytes, "ONE.;1") + 10, 0xFFFFFFFF, 4);
