@@ -5,6 +5,7 @@
 #include <string>
 
 #include "commands.h"
+#include "disc_medium.h"
 #include "json_output.h"
 #include "media_job.h"
 #include "medium/medium_contents.h"
@@ -18,15 +19,16 @@ namespace quillon::cli {
 namespace {
 
 constexpr const char* kFooter =
-    R"(Says whose images a medium or a directory of files holds, by what the headers of the files say. A
-DICOMDIR is not asked, and nothing is changed: quillon verify checks whether the one fits the others.
+    R"(Says whose images a medium or a directory of files holds, by what the headers of the files say.
+With --disc the disc in a recorder is read, from the drive itself; one that is mounted is unmounted
+for it. A DICOMDIR is not asked, and nothing is changed: quillon verify checks whether the one fits the others.
 
 Exit status: 0 done, 1 the medium cannot be read, 2 wrong usage.)";
 
 constexpr std::size_t kMaxNamed = 10;  // files that a remark of their own is made of
 
 struct ListOptions {
-  std::string path;
+  MediumChoice medium;
   bool isJson = false;
   bool showsProgress = true;
   std::string logFile;
@@ -148,9 +150,8 @@ std::string jsonOf(const PatientContents& patient) {
          jsonList(patient.studies, [](const StudyContents& one) { return jsonOf(one); }) + "}";
 }
 
-std::string jsonMembersOf(const std::string& path, const MediumContents& contents) {
-  return jsonMember("path", jsonString(path)) +
-         jsonMember("patients",
+std::string jsonMembersOf(const MediumContents& contents) {
+  return jsonMember("patients",
                     jsonList(contents.patients, [](const auto& one) { return jsonOf(one); })) +
          jsonMember("studies", std::to_string(contents.studies)) +
          jsonMember("series", std::to_string(contents.series)) +
@@ -180,7 +181,7 @@ int runList(const ListOptions& options) {
   MediumContents contents;
   CBaseItem errors;
   Outcome outcome;
-  const std::unique_ptr<MediumSource> medium = OpenMedium(wide(absolutePath(options.path)), errors);
+  ChosenMedium medium;
   ProgressBar progress(options.showsProgress);
   bool hasBegun = false;
   const auto advance = [&](std::size_t done, std::size_t total) {
@@ -188,17 +189,22 @@ int runList(const ListOptions& options) {
     hasBegun = true;
     progress.advance(done);
   };
-  if (medium == nullptr || !ListContents(*medium, advance, contents, errors)) {
+  const std::string path = options.medium.isDisc ? "" : absolutePath(options.medium.path);
+  outcome = medium.open(options.medium, wide(path));
+  if (!outcome.failed() && !ListContents(medium.source(), advance, contents, errors)) {
     outcome = narrow(errors.ErrorMessage());
   }
   progress.clear();
   std::string output;
   if (options.isJson) {
-    output = jsonObject(jsonMembersOf(options.path, contents), outcome);
+    output = jsonObject(medium.jsonMembers(options.medium) + jsonMembersOf(contents), outcome);
   } else if (!outcome.failed()) {
     output = tableOf(contents);
   }
-  return finish(Output::of(options.isJson, std::move(output)), outcome, remarksOn(contents));
+  std::vector<std::string> remarks = remarksOn(contents);
+  const std::vector<std::string> failures = medium.failuresBeside(outcome);
+  remarks.insert(remarks.end(), failures.begin(), failures.end());
+  return finish(Output::of(options.isJson, std::move(output)), outcome, remarks);
 }
 
 }  // namespace
@@ -207,12 +213,15 @@ void addListCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<ListOptions>();
   CLI::App* command = program.add_subcommand(
       "list", "Lists the patients, studies and series of a medium or a directory");
-  command->add_option("PATH", options->path, "A medium, or a directory of DICOM files")->required();
+  addMediumChoice(*command, options->medium, "A medium, or a directory of DICOM files");
   addJsonOption(*command, options->isJson);
   addQuietOption(*command, options->showsProgress);
   addLogOption(*command, options->logFile);
   command->footer(kFooter);
-  command->callback([options, &exitStatus] { exitStatus = runList(*options); });
+  command->callback([options, &exitStatus] {
+    checkMediumChoice(options->medium);
+    exitStatus = runList(*options);
+  });
 }
 
 }  // namespace quillon::cli

@@ -133,6 +133,7 @@ void MediaJob::setRecording(bool simulate, bool fullErase, bool eject) {
 
 Outcome MediaJob::write() {
   builder().clearAfterWrite = false;
+  builder().holdsRootWhenWritten = true;
   VARIANT_BOOL isWritten = VARIANT_FALSE;
   return outcomeOf(object_.Write(&isWritten) == S_OK && isWritten == VARIANT_TRUE);
 }

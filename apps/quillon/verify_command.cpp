@@ -7,11 +7,12 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "commands.h"
+#include "disc_medium.h"
 #include "foundation/text.h"
 #include "json_output.h"
-#include "medium/medium_source.h"
 #include "outcome.h"
 #include "platform/services.h"
 #include "progress_bar.h"
@@ -24,7 +25,8 @@ namespace quillon::cli {
 namespace {
 
 constexpr const char* kFooter =
-    R"(PATH is a directory, such as a mounted disc, or the DICOMDIR in it; of any maker. Nothing is
+    R"(PATH is a directory, such as a mounted disc, or the DICOMDIR in it; of any maker. With --disc the
+disc in a recorder is read, from the drive itself; one that is mounted is unmounted for it. Nothing is
 changed. Each finding is one line: "error" (something cannot be read, or is another's than the DICOMDIR
 says), "warning" (readable, but not as the standard wants it) or "note".
 
@@ -34,7 +36,7 @@ constexpr std::string_view kDicomDirName = "DICOMDIR";
 constexpr std::array kSeverities{"error", "warning", "note"};
 
 struct CommandOptions {
-  std::string path;
+  MediumChoice medium;
   bool hasNoSums = false;
   bool isJson = false;
   bool showsProgress = true;
@@ -96,19 +98,19 @@ std::string plainText(const VerifyReport& report) {
   return text + ": " + verdictText(report) + ".\n";
 }
 
-std::string jsonMembers(const std::string& path, const VerifyReport& report) {
+std::string jsonMembers(const VerifyReport& report) {
   const auto number = [](const char* name, std::uint64_t value) {
     return jsonMember(name, std::to_string(value));
   };
-  std::string json =
-      jsonMember("path", jsonString(path)) + jsonMember("whole", jsonBool(report.IsWhole())) +
-      number("patients", report.patients) + number("studies", report.studies) +
-      number("series", report.series) + number("records", report.records) +
-      number("files", report.files) + number("bytes", report.bytes) +
-      number("sums", report.checkedSums) + number("errors", report.Count(Severity::Error)) +
-      number("warnings", report.Count(Severity::Warning)) +
-      number("notes", report.Count(Severity::Note)) + number("left_out", report.leftOut) +
-      "\"findings\":[";
+  std::string json = jsonMember("whole", jsonBool(report.IsWhole())) +
+                     number("patients", report.patients) + number("studies", report.studies) +
+                     number("series", report.series) + number("records", report.records) +
+                     number("files", report.files) + number("bytes", report.bytes) +
+                     number("sums", report.checkedSums) +
+                     number("errors", report.Count(Severity::Error)) +
+                     number("warnings", report.Count(Severity::Warning)) +
+                     number("notes", report.Count(Severity::Note)) +
+                     number("left_out", report.leftOut) + "\"findings\":[";
   const char* separator = "";
   for (const Finding& finding : report.findings) {
     json += separator;
@@ -135,12 +137,10 @@ std::string mediumOf(const std::string& path) {
   return directory.empty() ? "." : directory;
 }
 
-Outcome verify(const CommandOptions& options, VerifyReport& report) {
+Outcome verify(const CommandOptions& options, ChosenMedium& medium, VerifyReport& report) {
   if (Outcome log = sendToolkitLog(options.logFile); log.failed()) return log;
-  CBaseItem errors;
-  const Text path = WidenText(mediumOf(options.path), FileSystemCodePage());
-  const std::unique_ptr<MediumSource> medium = OpenMedium(path, errors);
-  if (medium == nullptr) return narrow(errors.ErrorMessage());
+  const Text path = WidenText(mediumOf(options.medium.path), FileSystemCodePage());
+  if (Outcome opened = medium.open(options.medium, path); opened.failed()) return opened;
   ProgressBar bar(options.showsProgress);
   bool hasBegun = false;
   VerifyOptions how;
@@ -153,20 +153,23 @@ Outcome verify(const CommandOptions& options, VerifyReport& report) {
     hasBegun = true;
     bar.advance(progress.done);
   };
-  if (!VerifyMedium(*medium, how, report, errors)) return narrow(errors.ErrorMessage());
+  CBaseItem errors;
+  if (!VerifyMedium(medium.source(), how, report, errors)) return narrow(errors.ErrorMessage());
   return {};
 }
 
 int runVerify(const CommandOptions& options) {
   VerifyReport report;
-  const Outcome outcome = verify(options, report);
+  ChosenMedium medium;
+  const Outcome outcome = verify(options, medium, report);
   std::string output;
   if (options.isJson) {
-    output = jsonObject(jsonMembers(options.path, report), outcome);
+    output = jsonObject(medium.jsonMembers(options.medium) + jsonMembers(report), outcome);
   } else if (!outcome.failed()) {
     output = plainText(report);
   }
-  const int status = finish(Output::of(options.isJson, std::move(output)), outcome, {});
+  const int status = finish(Output::of(options.isJson, std::move(output)), outcome,
+                            medium.failuresBeside(outcome));
   constexpr int kExitFindings = 1;
   return status == 0 && !report.IsWhole() ? kExitFindings : status;
 }
@@ -177,14 +180,17 @@ void addVerifyCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<CommandOptions>();
   CLI::App* command = program.add_subcommand(
       "verify", "Tells whether a medium is whole: its DICOMDIR, its files and their sums");
-  command->add_option("PATH", options->path, "The medium, or its DICOMDIR")->required();
+  addMediumChoice(*command, options->medium, "The medium, or its DICOMDIR");
   command->add_flag("--no-sums", options->hasNoSums,
                     "Do not compare the files with SHA256SUMS: only their headers are read");
   addJsonOption(*command, options->isJson);
   addQuietOption(*command, options->showsProgress);
   addLogOption(*command, options->logFile);
   command->footer(kFooter);
-  command->callback([options, &exitStatus] { exitStatus = runVerify(*options); });
+  command->callback([options, &exitStatus] {
+    checkMediumChoice(options->medium);
+    exitStatus = runVerify(*options);
+  });
 }
 
 }  // namespace quillon::cli

@@ -1,5 +1,7 @@
 #include "write_job.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
@@ -8,11 +10,13 @@
 
 #include "create_job.h"
 #include "disc_kinds.h"
+#include "disc_medium.h"
 #include "disc_progress_scope.h"
 #include "interrupt_guard.h"
 #include "media_job.h"
 #include "medium_questions.h"
 #include "read_back.h"
+#include "recording/disc_interruption.h"
 #include "recording/virtual_discs.h"
 #include "root_guard.h"
 #include "set_sums.h"
@@ -36,6 +40,47 @@ std::string withoutRecorder(const platform::DiscResult& answer, const std::strin
   std::string sentence = narrow(answer.text);
   if (!named.empty() || answer.code != HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)) return sentence;
   return sentence + " None is needed with --to DIRECTORY, --iso FILE or --zip FILE.";
+}
+
+bool readsDiscBack(const WriteOptions& options) {
+  return options.isReadBack && !options.isSimulating && !options.target && !options.image &&
+         !options.zip;
+}
+
+// The recorder is free again when it comes back.
+Outcome checkDisc(ReadBack& reading, const std::string& what, const std::string& recorder,
+                  std::vector<std::string>& remarks) {
+  DiscMedium disc;
+  if (const Outcome opened = disc.open(recorder); opened.failed()) {
+    return what + " cannot be read back: " + opened.text();
+  }
+  Outcome compared = reading.check(disc.source(), remarks);
+  remarks.insert(remarks.end(), disc.failures().begin(), disc.failures().end());
+  return compared;
+}
+
+Outcome ejectWritten(WriteResult& result) {
+  std::string image;
+  bool hadDisc = false;
+  const platform::DiscResult ejected = platform::ejectDisc(result.recorder, image, hadDisc);
+  if (!image.empty()) result.image = image;
+  if (!ejected.failed()) return {};
+  result.remarks.push_back("The disc in " + result.recorder +
+                           " is written all the same; the file set stays in " + result.root + ".");
+  return narrow(ejected.text);
+}
+
+// Names and inodes of what lies in a directory.
+std::vector<std::pair<std::string, ino_t>> entriesOf(const std::string& directory) {
+  std::vector<std::pair<std::string, ino_t>> entries;
+  std::error_code error;
+  for (fs::directory_iterator it(directory, error), end; !error && it != end; it.increment(error)) {
+    struct stat status {};
+    if (::lstat(it->path().c_str(), &status) == 0) {
+      entries.emplace_back(it->path().filename().string(), status.st_ino);
+    }
+  }
+  return entries;
 }
 
 }  // namespace
@@ -93,7 +138,9 @@ bool Delivery::applySettings() {
   result_.discs = options_.discs;
   result_.volume = options_.volume.value_or("Quillon");
   if (options_.volume && !passes(job_.setVolume(*options_.volume))) return false;
-  job_.setRecording(options_.isSimulating, options_.hasFullErase, options_.isEjecting);
+  // A disc that is read back is ejected after that.
+  job_.setRecording(options_.isSimulating, options_.hasFullErase,
+                    options_.isEjecting && !readsDiscBack(options_));
   applyFile();
   if (!options_.target) return true;
   result_.target = absoluteRoot(*options_.target);
@@ -315,21 +362,27 @@ bool Delivery::awaitDisc(int number) {
   return true;
 }
 
-// Of a file that was done before it took its name.
+// Of a file that was done before it took its name. A disc that is not what was written stays in its
+// drive, to be looked at.
 bool Delivery::readBack() {
-  if (!options_.isReadBack || options_.isSimulating || file_) return true;
-  const std::string path = result_.target ? *result_.target : result_.image;
-  if (path.empty()) return true;
+  const bool isDisc = readsDiscBack(options_);
+  if (!isDisc && (!options_.isReadBack || !result_.target)) return true;
   isReadingBack_ = true;
-  const Outcome compared =
-      compare(result_.target ? "The copy in " + path : "The disc in " + result_.recorder, path);
+  const Outcome compared = isDisc ? compare("The disc in " + recorder_.name, "")
+                                  : compare("The copy in " + *result_.target, *result_.target);
   isReadingBack_ = false;
   progress_.clear();
-  if (!compared.failed()) return true;
-  result_.remarks.push_back("The file set stays in " + result_.root + ".");
+  if (!compared.failed()) {
+    return !isDisc || !options_.isEjecting || passes(ejectWritten(result_));
+  }
+  result_.remarks.push_back((isDisc
+                                 ? "The disc stays in " + recorder_.name + ", and the file set in "
+                                 : "The file set stays in ") +
+                            result_.root + ".");
   return passes(compared);
 }
 
+// An empty path is that of the disc.
 Outcome Delivery::compare(const std::string& what, const std::string& path) {
   bool hasTotal = false;
   ReadBack reading(result_.root, what, [&](std::uint64_t done, std::uint64_t total) {
@@ -338,7 +391,9 @@ Outcome Delivery::compare(const std::string& what, const std::string& path) {
     }
     progress_.advance(done);
   });
-  Outcome compared = reading.check(path, file_ ? file_->password() : "", result_.remarks);
+  Outcome compared = path.empty()
+                         ? checkDisc(reading, what, recorder_.name, result_.remarks)
+                         : reading.check(path, file_ ? file_->password() : "", result_.remarks);
   if (!compared.failed()) result_.verifiedFiles = reading.files();
   return compared;
 }
@@ -403,6 +458,8 @@ void Delivery::findImage() {
 void Delivery::interrupted(const DiscProgressScope& discProgress) {
   if (!isDelivering_ && !isReadingBack_ && !isAwaitingDisc_) return;
   if (keepRoot_) keepRoot_();
+  // Nothing else holds the drive then.
+  if (isReadingBack_ && !result_.target) static_cast<void>(platform::StopDiscOperations());
   std::string told = isAwaitingDisc_ ? std::to_string(writtenDiscs_) + " of " +
                                            std::to_string(options_.discs) + " discs are written"
                      : isReadingBack_ ? "What was written was not compared to its end"
@@ -433,9 +490,14 @@ std::string Delivery::whatIsCopied() const {
 
 void Delivery::wipe() {
   std::string asideDirectory;
+  const auto before = entriesOf(result_.root);
   job_.wipe(/*removesAll=*/false, asideDirectory);
-  const RootEntry state = rootEntry(result_.root);
-  if (state == RootEntry::Missing || state == RootEntry::Empty) return;
+  // The root is anybody's from then on: another job may have filled it already.
+  const auto after = entriesOf(result_.root);
+  const auto isLeft = [&](const auto& entry) { return std::ranges::count(after, entry) != 0; };
+  if (rootEntry(result_.root) != RootEntry::Unreadable && std::ranges::none_of(before, isLeft)) {
+    return;
+  }
   fail("The file set is written, but the root directory " + result_.root + " cannot be wiped.");
 }
 

@@ -241,9 +241,16 @@ bool CDicomDirProcessor::CheckOperatingSystem() { return quillon::CheckOperating
 
 bool CDicomDirProcessor::WriteMedia(TextView sourceDirectory, bool simulate, bool fullErase,
                                     bool eject, bool clearSource) {
-  const DeliveryOptions options{simulate,    fullErase,         eject,
-                                clearSource, performDirectCopy, directCopyDirectory_,
-                                volumeName_, currentPractice,   progress};
+  const DeliveryOptions options{simulate,
+                                fullErase,
+                                eject,
+                                clearSource,
+                                holdsRootWhenWritten,
+                                performDirectCopy,
+                                directCopyDirectory_,
+                                volumeName_,
+                                currentPractice,
+                                progress};
   return FileSetDelivery(options, *claim_, files_, *this)
       .Run(sourceDirectory.empty() ? TextView(rootDirectory_) : sourceDirectory);
 }

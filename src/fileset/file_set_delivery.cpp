@@ -58,7 +58,7 @@ bool FileSetDelivery::Run(TextView source) {
   }
   if (options_.isSourceCleared) isDelivered = ClearSource(isDelivered);
   // A file set that is still to be delivered stays this job's.
-  if (isDelivered) claim_.Release();
+  if (isDelivered && !options_.isSourceHeld) claim_.Release();
   return isDelivered;
 }
 

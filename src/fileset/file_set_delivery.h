@@ -15,6 +15,8 @@ struct DeliveryOptions {
   bool isEjected;
   // The source is deleted afterwards, whether or not it was delivered.
   bool isSourceCleared;
+  // It stays this job's when it was delivered too.
+  bool isSourceHeld;
   // To this directory instead of a disc.
   bool isDirectCopy;
   TextView targetDirectory;

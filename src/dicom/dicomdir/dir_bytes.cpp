@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <utility>
 
 #include "dicom/byte_order.h"
 #include "dicom/file.h"
@@ -17,7 +19,10 @@ void DcDirBytes::append(const std::vector<std::uint8_t>& bytes) {
   for (std::size_t done = 0; done < bytes.size();) {
     const std::size_t at = size_ % kPieceBytes;
     // What is not written to yet takes no memory.
-    if (at == 0) pieces_.emplace_back(new std::uint8_t[kPieceBytes]);
+    if (at == 0) {
+      std::unique_ptr<std::uint8_t[]> piece(new std::uint8_t[kPieceBytes]);
+      pieces_.push_back(std::move(piece));
+    }
     const std::size_t count = std::min(bytes.size() - done, kPieceBytes - at);
     std::copy_n(bytes.data() + done, count, pieces_.back().get() + at);
     done += count;

@@ -190,6 +190,9 @@ class CDicomDirProcessor : public CBaseItem, public FileSetOptions {
 
   bool allowAddHierarchyTree = true;
   bool clearAfterWrite = true;
+  // A root that was written stays this job's until it is wiped or this object goes: for one who
+  // compares the medium with it, or writes it again.
+  bool holdsRootWhenWritten = false;
   bool performFullErase = false;
   bool simulateCreation = false;
   bool ejectMediumAfterCreation = true;
