@@ -159,7 +159,8 @@ std::string jsonMembersOf(const MediumContents& contents) {
          jsonMember("bytes", std::to_string(contents.bytes)) +
          jsonMember("without_study", std::to_string(contents.withoutStudy)) +
          jsonMember("unreadable",
-                    jsonList(contents.unreadable, [](const Text& one) { return jsonText(one); })) +
+                    jsonList(contents.unreadable,
+                             [](const Text& one) { return jsonString(mediumPath(one)); })) +
          jsonMember("other_files", std::to_string(contents.otherFiles));
 }
 
@@ -171,7 +172,7 @@ std::vector<std::string> remarksOn(const MediumContents& contents) {
                         " more files cannot be read.");
       break;
     }
-    remarks.push_back(narrow(path) + " cannot be read.");
+    remarks.push_back(mediumPath(path) + " cannot be read.");
   }
   return remarks;
 }

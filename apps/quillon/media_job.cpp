@@ -196,6 +196,12 @@ Text wide(std::string_view text) { return WidenText(text, FileSystemCodePage());
 
 std::string narrow(TextView text) { return NarrowText(text, FileSystemCodePage()); }
 
+std::string mediumPath(TextView path) {
+  std::string text = narrow(path);
+  std::replace(text.begin(), text.end(), '\\', '/');
+  return text;
+}
+
 std::string labelOfFileSet(const std::string& root) {
   std::ifstream file(root + "/LABEL.TXT", std::ios::binary);
   const std::string bytes{std::istreambuf_iterator<char>(file), {}};

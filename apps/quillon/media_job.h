@@ -122,6 +122,8 @@ Text patientKey(TextView name, TextView id);
 // A text of the object's in the program's code page.
 Text wide(std::string_view text);
 std::string narrow(TextView text);
+// A path on a medium, with slashes, as people write it.
+std::string mediumPath(TextView path);
 
 // What the label of a finished file set says; empty when it has none.
 std::string labelOfFileSet(const std::string& root);

@@ -38,12 +38,6 @@ bool isMediumFile(const std::string& path) {
   return mayBeMediumFile(path) && OpenMedium(wide(absolutePath(path)), errors) != nullptr;
 }
 
-std::string withSlashes(TextView path) {
-  std::string text = narrow(path);
-  std::replace(text.begin(), text.end(), '\\', '/');
-  return text;
-}
-
 // Those that the DICOMDIR names, else, of a medium that has none, all.
 Outcome filesOf(MediumSource& medium, bool needsDicomDir, std::vector<ReferencedFile>& files) {
   CBaseItem errors;
@@ -87,7 +81,7 @@ Outcome MediaSources::listOne(const std::string& source, Staging& staging, Sourc
   if (Outcome found = filesOf(*medium, isViaDicomDir_, files); found.failed()) return found;
   const bool isDirectory = isOfKind(source, S_IFDIR);
   for (const ReferencedFile& file : files) {
-    std::string path = source + (source.ends_with('/') ? "" : "/") + withSlashes(file.path);
+    std::string path = source + (source.ends_with('/') ? "" : "/") + mediumPath(file.path);
     if (!file.isThere) {
       list.problems.push_back(
           {std::move(path), "it is not there, and the DICOMDIR names it.", true});

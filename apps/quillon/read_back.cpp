@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <set>
 #include <tuple>
@@ -23,12 +22,6 @@ namespace {
 
 constexpr std::size_t kBlockBytes = std::size_t{1} << 20;
 constexpr std::size_t kMaxNamed = 10;  // files that a remark of their own is made of
-
-std::string shown(TextView path) {
-  std::string text = narrow(path);
-  std::replace(text.begin(), text.end(), '\\', '/');
-  return text;
-}
 
 // What was written is on the device by now, so nothing is lost but the copy in memory.
 void forgetCached(const fs::path& file) {
@@ -146,9 +139,9 @@ Outcome ReadBack::compare(MediumSource& medium, std::vector<std::string>& remark
     const auto file = medium.Open(entry.path);
     const auto ownFile = set->Open(entry.path);
     const std::string difference = comparison.differenceOf(file.get(), ownFile.get());
-    if (!difference.empty()) faults.push_back(shown(entry.path) + " " + difference + ".");
+    if (!difference.empty()) faults.push_back(mediumPath(entry.path) + " " + difference + ".");
   }
-  for (const Text& path : missing) faults.push_back(shown(path) + " is missing.");
+  for (const Text& path : missing) faults.push_back(mediumPath(path) + " is missing.");
   if (faults.empty()) return {};
   const std::size_t count = faults.size();
   for (std::size_t i = 0; i < std::min(count, kMaxNamed); ++i) remarks.push_back(faults[i]);
