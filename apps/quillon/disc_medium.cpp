@@ -78,42 +78,4 @@ Outcome DiscMedium::open(const std::string& recorder) {
   return failures_.empty() ? narrow(errors.ErrorMessage()) : failures_.front();
 }
 
-void addMediumChoice(CLI::App& command, MediumChoice& choice, const std::string& pathHelp) {
-  CLI::Option* path = command.add_option("PATH", choice.path, pathHelp);
-  CLI::Option* disc =
-      command.add_flag("--disc", choice.isDisc, "The disc in a recorder, not PATH")->excludes(path);
-  command
-      .add_option("--recorder", choice.recorder,
-                  "Name of the recorder, as quillon disc list shows it (default: the first whose "
-                  "disc holds something)")
-      ->type_name("NAME")
-      ->needs(disc);
-}
-
-void checkMediumChoice(const MediumChoice& choice) {
-  if (choice.path.empty() && !choice.isDisc) throw CLI::RequiredError("PATH or --disc");
-}
-
-Outcome ChosenMedium::open(const MediumChoice& choice, TextView path) {
-  if (choice.isDisc) {
-    guard_.emplace([] { static_cast<void>(platform::StopDiscOperations()); }, kPatienceWithDrive);
-    return disc_.open(choice.recorder);
-  }
-  CBaseItem errors;
-  path_ = OpenMedium(path, errors);
-  return path_ != nullptr ? Outcome() : Outcome(narrow(errors.ErrorMessage()));
-}
-
-std::vector<std::string> ChosenMedium::failuresBeside(const Outcome& outcome) const {
-  std::vector<std::string> failures = disc_.failures();
-  std::erase(failures, outcome.text());
-  return failures;
-}
-
-std::string ChosenMedium::jsonMembers(const MediumChoice& choice) const {
-  if (!choice.isDisc) return jsonMember("path", jsonString(choice.path));
-  const std::string& recorder = disc_.recorder().empty() ? choice.recorder : disc_.recorder();
-  return jsonMember("path", "null") + jsonMember("recorder", jsonTextOrNull(recorder));
-}
-
 }  // namespace quillon::cli

@@ -1,5 +1,6 @@
 #include "image_output.h"
 
+#include <optional>
 #include <vector>
 
 #include "foundation/base_item.h"
@@ -54,9 +55,19 @@ HRESULT makeStream(const std::string& directory, const std::string& volume,
 
 }  // namespace
 
-Outcome writeImage(const std::string& directory, const std::string& volume, OutputFile& output,
-                   const MediumFile::Progress& progress) {
+platform::LateFile lateFileOf(SetSums& sums, const std::string& directory) {
+  return {directory, wide(kSumsName), sums.textBytes(), [&sums](std::string& bytes) {
+            if (sums.finish().failed()) return false;
+            bytes = sums.text();
+            return true;
+          }};
+}
+
+Outcome writeImage(const std::string& directory, const std::string& volume, SetSums* sums,
+                   OutputFile& output, const MediumOutput::Progress& progress) {
   const ComLibrary com;
+  std::optional<platform::LateFileScope> late;
+  if (sums != nullptr) late.emplace(lateFileOf(*sums, directory));
   ComPtr<IStream> stream;
   STATSTG stat{};
   HRESULT hr = makeStream(directory, volume, stream);

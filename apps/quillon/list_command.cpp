@@ -1,11 +1,10 @@
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <memory>
 #include <string>
 
+#include "chosen_medium.h"
 #include "commands.h"
-#include "disc_medium.h"
+#include "figures.h"
 #include "json_output.h"
 #include "media_job.h"
 #include "medium/medium_contents.h"
@@ -26,28 +25,6 @@ for it. A DICOMDIR is not asked, and nothing is changed: quillon verify checks w
 Exit status: 0 done, 1 the medium cannot be read, 2 wrong usage.)";
 
 constexpr std::size_t kMaxNamed = 10;  // files that a remark of their own is made of
-
-struct ListOptions {
-  MediumChoice medium;
-  bool isJson = false;
-  bool showsProgress = true;
-  std::string logFile;
-};
-
-std::string counted(std::size_t count, const char* one, const char* many) {
-  return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
-std::string sizeText(std::uint64_t bytes) {
-  constexpr std::array kUnits{"KB", "MB", "GB", "TB"};
-  if (bytes < 1024) return std::to_string(bytes) + " B";
-  auto size = static_cast<double>(bytes);
-  std::size_t unit = 0;
-  for (size /= 1024; size >= 1023.95 && unit + 1 < kUnits.size(); ++unit) size /= 1024;
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%.1f %s", size, kUnits[unit]);
-  return text.data();
-}
 
 // YYYY-MM-DD; what is no date stays as it is.
 std::string dateText(TextView date) {
@@ -102,9 +79,9 @@ std::string tableOf(const MediumContents& contents) {
     }
   }
   if (!out.empty()) out += "\n";
-  out += counted(contents.patients.size(), "patient", "patients") + ", " +
-         counted(contents.studies, "study", "studies") + ", " + std::to_string(contents.series) +
-         " series, " + counted(contents.objects, "object", "objects") + ", " +
+  out += countText(contents.patients.size(), "patient", "patients") + ", " +
+         countText(contents.studies, "study", "studies") + ", " + std::to_string(contents.series) +
+         " series, " + countText(contents.objects, "object", "objects") + ", " +
          sizeText(contents.bytes);
   if (contents.withoutStudy > 0) {
     out += "; " + std::to_string(contents.withoutStudy) + " of the objects belong to no study";
@@ -177,7 +154,7 @@ std::vector<std::string> remarksOn(const MediumContents& contents) {
   return remarks;
 }
 
-int runList(const ListOptions& options) {
+int runList(const ReadingOptions& options) {
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
   MediumContents contents;
   CBaseItem errors;
@@ -211,13 +188,10 @@ int runList(const ListOptions& options) {
 }  // namespace
 
 void addListCommand(CLI::App& program, int& exitStatus) {
-  const auto options = std::make_shared<ListOptions>();
+  const auto options = std::make_shared<ReadingOptions>();
   CLI::App* command = program.add_subcommand(
       "list", "Lists the patients, studies and series of a medium or a directory");
-  addMediumChoice(*command, options->medium, "A medium, or a directory of DICOM files");
-  addJsonOption(*command, options->isJson);
-  addQuietOption(*command, options->showsProgress);
-  addLogOption(*command, options->logFile);
+  addReadingOptions(*command, *options, "A medium, or a directory of DICOM files");
   command->footer(kFooter);
   command->callback([options, &exitStatus] {
     checkMediumChoice(options->medium);

@@ -46,6 +46,9 @@ class MediaJob {
     builder().isForOnePatient = isForOnePatient;
   }
 
+  // As the registry says, else on.
+  [[nodiscard]] bool hasCurrentPractice() { return builder().currentPractice; }
+
   [[nodiscard]] std::string root();
   [[nodiscard]] std::string label();
   // The object's last sentence.

@@ -125,14 +125,14 @@ Outcome mayHold(const std::string& directory, std::uint64_t neededBytes) {
          " has " + roomText(*free) + " free: make room there, or copy fewer studies.";
 }
 
-DiscRoom roomOfDirectory(const std::string& directory) {
+DiscRoom roomOfDirectory(const std::string& directory, std::string_view leftOut) {
   DiscRoom room;
   std::error_code error;
   for (fs::recursive_directory_iterator it(directory, error), end; !error && it != end;
        it.increment(error)) {
     std::error_code ignored;
     // What the directory says of its entries' types costs no look at each.
-    if (it->is_symlink(ignored)) continue;
+    if (it->is_symlink(ignored) || it->path().filename() == leftOut) continue;
     if (it->is_directory(ignored)) {
       room.AddDirectory();
     } else if (it->is_regular_file(ignored)) {

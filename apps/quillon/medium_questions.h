@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "fileset/disc_room.h"
 #include "outcome.h"
@@ -23,7 +24,7 @@ Outcome mayHold(const std::string& directory, std::uint64_t neededBytes);
 // What this user may still write there; nothing where the file system does not tell.
 std::optional<std::uint64_t> freeBytesAt(const std::string& directory);
 
-// Of all that lies in a directory that is to be written to a disc.
-DiscRoom roomOfDirectory(const std::string& directory);
+// Of all that lies in a directory that is to be written to a disc, but for what has this name.
+DiscRoom roomOfDirectory(const std::string& directory, std::string_view leftOut = {});
 
 }  // namespace quillon::cli

@@ -44,6 +44,18 @@ std::string dryRunMembers(std::uint64_t sectors) {
          kinds + "],";
 }
 
+// Of each file by its name; none where no sums were made.
+std::string sumsMember(const std::vector<FileSum>& sums) {
+  if (sums.empty()) return {};
+  std::string out = "\"sums\":{";
+  const char* separator = "";
+  for (const FileSum& one : sums) {
+    out += separator + jsonString(one.name) + ":" + jsonString(one.sha256);
+    separator = ",";
+  }
+  return out + "},";
+}
+
 std::string fileText(const char* kind, const std::string& path) {
   return std::string(kind) + (path == "-" ? "on standard output" : path);
 }
@@ -166,7 +178,7 @@ std::string jsonMembers(const WriteResult& result) {
          jsonMember("written", jsonBool(result.isWritten)) +
          (result.discs > 1 ? jsonMember("discs", std::to_string(result.writtenDiscs)) : "") +
          jsonMember("verified", jsonBool(result.verifiedFiles.has_value())) +
-         jsonMember("kept", jsonBool(result.isKept));
+         jsonMember("kept", jsonBool(result.isKept)) + sumsMember(result.sums);
 }
 
 std::string jsonObject(const std::string& members, const Outcome& outcome) {

@@ -5,48 +5,23 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
-#include <filesystem>
-#include <vector>
+#include <limits>
+#include <new>
+#include <system_error>
 
 #include "platform/sha256.h"
 
 namespace quillon::cli {
 
-namespace fs = std::filesystem;
-
 namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{256} << 10;
-
-struct SummedFile {
-  std::string name;  // below the root
-  std::uint64_t sizeBytes = 0;
-};
-
-Outcome unreadable(const std::string& path, const std::string& reason) {
-  return "The file " + path + " cannot be read: " + reason + ".";
-}
-
-// Links are followed, as the delivery follows them.
-Outcome collect(const std::string& root, std::vector<SummedFile>& files) {
-  std::error_code error;
-  constexpr auto kFollows = fs::directory_options::follow_directory_symlink;
-  constexpr int kMostLevels = 64;  // a link that leads back up has no end
-  for (fs::recursive_directory_iterator it(root, kFollows, error), end; !error && it != end;
-       it.increment(error)) {
-    if (it.depth() > kMostLevels) {
-      return "The directory " + it->path().string() + " leads back to one above it.";
-    }
-    const std::string name = it->path().lexically_relative(root).string();
-    if (name == kSumsName || it->is_directory(error) || error) continue;
-    files.push_back({name, it->file_size(error)});
-    if (error) break;
-  }
-  if (error) return unreadable(root, error.message());
-  std::ranges::sort(files, {}, &SummedFile::name);
-  return {};
-}
+// Beyond the delivery: much less than what a machine keeps of what it has read.
+constexpr std::uint64_t kMostAheadBytes = std::uint64_t{64} << 20;
+constexpr std::size_t kDigits = 64;
+constexpr std::uint64_t kLongestName = 255;
 
 // A line end in a name, or a backslash, stands behind a backslash, and one before the line says so.
 std::string lineOf(const std::string& sum, const std::string& name) {
@@ -63,59 +38,151 @@ std::string lineOf(const std::string& sum, const std::string& name) {
   return (written == name ? "" : "\\") + sum + "  " + written + "\n";
 }
 
-class SetSums {
- public:
-  SetSums(std::string root, const MediumFile::Progress& progress)
-      : root_(std::move(root)), progress_(progress), piece_(kPieceBytes) {}
-
-  // The lines of all files.
-  Outcome make(std::string& lines) {
-    std::vector<SummedFile> files;
-    if (Outcome found = collect(root_, files); found.failed()) return found;
-    for (const SummedFile& file : files) totalBytes_ += file.sizeBytes;
-    for (const SummedFile& file : files) {
-      std::string sum;
-      if (Outcome summed = sumOf(root_ + "/" + file.name, sum); summed.failed()) return summed;
-      lines += lineOf(sum, file.name);
-    }
-    return {};
-  }
-
- private:
-  Outcome sumOf(const std::string& path, std::string& sum) {
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0) return unreadable(path, std::strerror(errno));
-    Sha256 bytes;
-    ssize_t got = 0;
-    do {
-      got = ::read(descriptor, piece_.data(), piece_.size());
-      if (got > 0) {
-        bytes.Update(piece_.data(), static_cast<std::size_t>(got));
-        progress_(doneBytes_ += static_cast<std::uint64_t>(got), totalBytes_);
-      }
-    } while (got > 0 || (got < 0 && errno == EINTR));
-    const int error = errno;
-    ::close(descriptor);
-    if (got < 0) return unreadable(path, std::strerror(error));
-    sum = bytes.Finish();
-    return sum.empty() ? Outcome("The system has no SHA-256.") : Outcome();
-  }
-
-  std::string root_;
-  const MediumFile::Progress& progress_;
-  std::vector<char> piece_;
-  std::uint64_t totalBytes_ = 0;
-  std::uint64_t doneBytes_ = 0;
-};
-
 }  // namespace
 
-Outcome writeSums(const std::string& root, const MediumFile::Progress& progress) {
-  std::string lines;
-  if (Outcome made = SetSums(root, progress).make(lines); made.failed()) return made;
-  OutputFile output(root + "/" + kSumsName, /*isReplacing=*/true);
-  if (Outcome begun = output.begin(); begun.failed()) return begun;
-  return output.write(lines.data(), lines.size()) ? output.finish() : output.failure();
+bool SetSums::isPossible() { return !Sha256().Finish().empty(); }
+
+std::uint64_t SetSums::leastBytes(std::uint64_t files) {
+  return files * (kDigits + lineOf("", "N").size());
+}
+
+std::uint64_t SetSums::mostBytes(std::uint64_t files) {
+  return files * (kDigits + lineOf("", "").size() + kLongestName);
+}
+
+SetSums::~SetSums() {
+  isStopped_ = true;
+  follow(std::numeric_limits<std::uint64_t>::max());
+  if (thread_.joinable()) thread_.join();
+}
+
+Outcome SetSums::begin() {
+  if (Outcome listed = listSetFiles(root_, files_); listed.failed()) return listed;
+  std::erase_if(files_,
+                [](const SetFile& file) { return file.isDirectory || file.name == kSumsName; });
+  for (const SetFile& file : files_) {
+    textBytes_ += lineOf(std::string(kDigits, '0'), file.name).size();
+  }
+  start();
+  return {};
+}
+
+// Signals are for the threads that know what to do about them.
+void SetSums::start() {
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  try {
+    thread_ = std::thread([this] { run(); });
+  } catch (const std::system_error&) {  // no thread: finish does it
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+void SetSums::follow(std::uint64_t deliveredBytes) {
+  {
+    const std::lock_guard lock(mutex_);
+    allowedBytes_ =
+        deliveredBytes +
+        std::min(kMostAheadBytes, std::numeric_limits<std::uint64_t>::max() - deliveredBytes);
+  }
+  moved_.notify_one();
+}
+
+bool SetSums::mayGoOn() {
+  std::unique_lock lock(mutex_);
+  moved_.wait(lock, [this] { return isStopped_ || doneBytes_ <= allowedBytes_; });
+  return !isStopped_;
+}
+
+void SetSums::run() try {
+  std::vector<char> piece(kPieceBytes);
+  for (const SetFile& file : files_) {
+    made_ = sumOf(file, piece, sums_.emplace_back());
+    if (made_.failed() || isStopped_) return;
+  }
+} catch (const std::bad_alloc&) {
+  made_ = "There is not enough memory for the sums of the files.";
+}
+
+Outcome SetSums::sumOf(const SetFile& file, std::vector<char>& piece, std::string& sum) {
+  const std::string path = root_ + "/" + file.name;
+  const SourceDescriptor source(path);
+  if (source.number() < 0) return unreadable(path, errno);
+  Sha256 bytes;
+  std::uint64_t sizeBytes = 0;
+  while (mayGoOn()) {
+    const ssize_t got = ::read(source.number(), piece.data(), piece.size());
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return unreadable(path, errno);
+    if (got == 0) break;
+    bytes.Update(piece.data(), static_cast<std::size_t>(got));
+    sizeBytes += static_cast<std::uint64_t>(got);
+    doneBytes_ += static_cast<std::uint64_t>(got);
+  }
+  if (isStopped_) return {};
+  if (sizeBytes != file.sizeBytes || !isAsListed(source.number(), file)) {
+    return "The file " + path + " has changed while its sum was computed.";
+  }
+  sum = bytes.Finish();
+  return sum.empty() ? Outcome("The system has no SHA-256.") : Outcome();
+}
+
+Outcome SetSums::finish() {
+  if (!isFinished_) finished_ = complete();
+  isFinished_ = true;
+  return finished_;
+}
+
+Outcome SetSums::complete() {
+  follow(std::numeric_limits<std::uint64_t>::max());
+  if (thread_.joinable()) {
+    thread_.join();
+  } else {
+    run();
+  }
+  if (made_.failed()) return made_;
+  for (const FileSum& one : sums()) text_ += lineOf(one.sha256, one.name);
+  // A set that may only be read is delivered all the same.
+  if (::access(root_.c_str(), W_OK) != 0) return {};
+  return write(root_);
+}
+
+// Under its own name from the start: nothing else may be left in a file set.
+Outcome SetSums::write(const std::string& directory) const {
+  const std::string path = directory + "/" + kSumsName;
+  const auto failed = [&path](int error) {
+    return "The file " + path + " cannot be written: " + std::strerror(error) + ".";
+  };
+  const int file =
+      ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666);
+  if (file < 0) return failed(errno);
+  bool isWritten = true;
+  for (std::size_t done = 0; isWritten && done < text_.size();) {
+    const ssize_t count = ::write(file, text_.data() + done, text_.size() - done);
+    isWritten = count >= 0 || errno == EINTR;
+    if (count > 0) done += static_cast<std::size_t>(count);
+  }
+  isWritten = isWritten && ::fsync(file) == 0;
+  int error = errno;
+  if (::close(file) != 0 && isWritten) {
+    isWritten = false;
+    error = errno;
+  }
+  if (!isWritten) return failed(error);
+  const SourceDescriptor parent(directory);
+  return parent.number() >= 0 && ::fsync(parent.number()) == 0 ? Outcome() : failed(errno);
+}
+
+std::vector<FileSum> SetSums::sums() const {
+  std::vector<FileSum> all;
+  all.reserve(files_.size());
+  for (std::size_t i = 0; i < files_.size() && i < sums_.size(); ++i) {
+    all.push_back({files_[i].name, sums_[i]});
+  }
+  std::ranges::sort(all, {}, &FileSum::name);
+  return all;
 }
 
 }  // namespace quillon::cli

@@ -9,8 +9,9 @@
 #include <utility>
 #include <vector>
 
+#include "chosen_medium.h"
 #include "commands.h"
-#include "disc_medium.h"
+#include "figures.h"
 #include "foundation/text.h"
 #include "json_output.h"
 #include "outcome.h"
@@ -35,34 +36,14 @@ Exit status: 0 no error and no warning, 1 there is one, or the medium cannot be 
 constexpr std::string_view kDicomDirName = "DICOMDIR";
 constexpr std::array kSeverities{"error", "warning", "note"};
 
-struct CommandOptions {
-  MediumChoice medium;
+struct CommandOptions : ReadingOptions {
   bool hasNoSums = false;
-  bool isJson = false;
-  bool showsProgress = true;
-  std::string logFile;
 };
 
 std::string narrow(const Text& text) { return NarrowText(text, FileSystemCodePage()); }
 
 std::string severityText(Severity severity) {
   return kSeverities[static_cast<std::size_t>(severity)];
-}
-
-// "1 study", "2 studies".
-std::string countText(std::uint64_t count, std::string_view one, std::string_view many) {
-  return std::to_string(count) + " " + std::string(count == 1 ? one : many);
-}
-
-std::string sizeText(std::uint64_t bytes) {
-  constexpr double kStep = 1024;
-  constexpr std::array kUnits{"bytes", "KB", "MB", "GB", "TB"};
-  std::size_t unit = 0;
-  auto size = static_cast<double>(bytes);
-  for (; size >= kStep && unit + 1 < kUnits.size(); ++unit) size /= kStep;
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), unit == 0 ? "%.0f %s" : "%.1f %s", size, kUnits[unit]);
-  return text.data();
 }
 
 std::string verdictText(const VerifyReport& report) {
@@ -180,12 +161,9 @@ void addVerifyCommand(CLI::App& program, int& exitStatus) {
   const auto options = std::make_shared<CommandOptions>();
   CLI::App* command = program.add_subcommand(
       "verify", "Tells whether a medium is whole: its DICOMDIR, its files and their sums");
-  addMediumChoice(*command, options->medium, "The medium, or its DICOMDIR");
+  addReadingOptions(*command, *options, "The medium, or its DICOMDIR");
   command->add_flag("--no-sums", options->hasNoSums,
                     "Do not compare the files with SHA256SUMS: only their headers are read");
-  addJsonOption(*command, options->isJson);
-  addQuietOption(*command, options->showsProgress);
-  addLogOption(*command, options->logFile);
   command->footer(kFooter);
   command->callback([options, &exitStatus] {
     checkMediumChoice(options->medium);

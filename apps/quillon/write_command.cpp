@@ -124,8 +124,13 @@ void addWriteOptions(CLI::App& command, WriteOptions& job) {
       ->check(CLI::Range(0, 86400))
       ->type_name("SECONDS")
       ->needs(copies);
-  command.add_flag("--sums", job.hasSums,
-                   "Put the sums of all files beside the label (SHA256SUMS, for sha256sum -c)");
+  CLI::Option* sums = command.add_flag_callback(
+      "--sums", [&job] { job.hasSums = true; },
+      "Put the sums of all files beside the label (SHA256SUMS, for sha256sum -c); the default");
+  command
+      .add_flag_callback(
+          "--no-sums", [&job] { job.hasSums = false; }, "Compute no sums and write none")
+      ->excludes(sums);
   command.add_flag_callback(
       "--no-verify", [&job] { job.isReadBack = false; },
       "Do not read back and compare what was written");

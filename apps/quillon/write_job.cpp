@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <limits>
 #include <thread>
 #include <utility>
 
@@ -12,6 +13,7 @@
 #include "disc_kinds.h"
 #include "disc_medium.h"
 #include "disc_progress_scope.h"
+#include "image_output.h"
 #include "interrupt_guard.h"
 #include "media_job.h"
 #include "medium_questions.h"
@@ -97,7 +99,8 @@ Outcome Delivery::ask(const std::vector<std::string>& sources) {
   return result_.outcome;
 }
 
-Outcome Delivery::askSize(const DiscRoom& room) {
+Outcome Delivery::askSize(const DiscRoom& ofSet) {
+  const DiscRoom room = withSums(ofSet);
   if (file_) return file_->askRoom(room);
   if (!result_.target) {
     return mayFit(recorder_, room.LeastSectors(job_.hasCurrentDiscService()));
@@ -111,10 +114,10 @@ Outcome Delivery::askSize(const DiscRoom& room) {
 WriteResult Delivery::run() {
   const bool isReady = isAsked_ ? takeFileSet()
                                 : checkSettings({}) && takeFileSet() && askMedium() &&
-                                      passes(askSize(roomOfDirectory(result_.root)));
+                                      passes(askSize(roomOfDirectory(result_.root, kSumsName)));
   if (isReady && options_.isDryRun) {
     lookAtSet();
-  } else if (isReady && addSums() && makeRoom()) {
+  } else if (isReady && makeRoom() && beginSums()) {
     deliver();
   }
   result_.writtenDiscs = writtenDiscs_;
@@ -126,7 +129,8 @@ WriteResult Delivery::run() {
 bool Delivery::staysWhenWritten() const { return options_.isKeeping || options_.isSimulating; }
 
 bool Delivery::checkSettings(const std::vector<std::string>& sources) {
-  return applySettings() && checkTarget(sources) && checkTestRun() && checkWipe(sources);
+  return applySettings() && chooseSums() && checkTarget(sources) && checkTestRun() &&
+         checkWipe(sources);
 }
 
 bool Delivery::applySettings() {
@@ -149,8 +153,8 @@ bool Delivery::applySettings() {
 
 void Delivery::applyFile() {
   if (!options_.image && !options_.zip) return;
-  MediumFileOptions file;
-  file.kind = options_.zip ? MediumFileOptions::Kind::Zip : MediumFileOptions::Kind::Image;
+  MediumOutputOptions file;
+  file.kind = options_.zip ? MediumOutputOptions::Kind::Zip : MediumOutputOptions::Kind::Image;
   const std::string& path = options_.zip ? *options_.zip : *options_.image;
   file.path = path == "-" ? path : absolutePath(path);
   file.isReplacing = options_.isOverwriting;
@@ -262,18 +266,42 @@ bool Delivery::checkState() {
          fail("There is no file set in " + result_.root + ": it holds no DICOMDIR.");
 }
 
-// In the root, so that they reach every kind of medium by the same road.
-bool Delivery::addSums() {
-  if (!options_.hasSums) return true;
-  bool hasTotal = false;
-  const Outcome written = writeSums(result_.root, [&](std::uint64_t done, std::uint64_t total) {
-    if (!std::exchange(hasTotal, true)) {
-      progress_.begin("Summing the file set", total, ProgressUnit::Bytes);
-    }
-    progress_.advance(done);
-  });
-  progress_.clear();
-  return passes(written);
+// A test run writes nothing that anybody would check.
+bool Delivery::chooseSums() {
+  hasSums_ = options_.hasSums.value_or(job_.hasCurrentPractice()) && !options_.isSimulating;
+  if (!hasSums_ || SetSums::isPossible()) return true;
+  hasSums_ = false;
+  const char* const kWhy = "The system cannot compute SHA-256: its libcrypto is missing.";
+  if (options_.hasSums) return fail(kWhy);
+  result_.remarks.push_back(std::string(kWhy) + " What is written has no SHA256SUMS.");
+  return true;
+}
+
+DiscRoom Delivery::withSums(const DiscRoom& room) const {
+  DiscRoom all = room;
+  if (hasSums_) {
+    all.AddFile(SetSums::leastBytes(room.Files()), SetSums::mostBytes(room.Files()));
+  }
+  return all;
+}
+
+// Those of another delivery may be those of other files by now.
+bool Delivery::beginSums() {
+  if (options_.isSimulating) return true;
+  if (!hasSums_) {
+    std::error_code error;
+    fs::remove(fs::path(result_.root) / kSumsName, error);
+    return true;
+  }
+  return passes(sums_.emplace(result_.root).begin());
+}
+
+// The delivery is done but for them.
+Outcome Delivery::finishSums() {
+  if (!sums_) return {};
+  if (Outcome made = sums_->finish(); made.failed()) return made;
+  result_.sums = sums_->sums();
+  return result_.target ? sums_->write(*result_.target) : Outcome();
 }
 
 // Objects of an earlier set must not lie beside the new ones, so whole directories go.
@@ -340,6 +368,7 @@ bool Delivery::awaitDisc(int number) {
   say("Put " + disc + " into " + recorder_.name + ".");
   const auto deadline = std::chrono::steady_clock::now() + options_.discWait;
   std::string why;
+  std::string told;
   for (;;) {
     platform::DiscRecorderStatus status;
     const platform::DiscResult answer = platform::describeDiscRecorder(recorder_.name, status);
@@ -349,7 +378,11 @@ bool Delivery::awaitDisc(int number) {
       recorder_ = std::move(status);
       break;
     }
-    if (isThere && fit.text() != why) say(fit.text());
+    // Whoever puts a disc in has the recorder for a moment.
+    if (isThere && fit.text() == why && why != told) {
+      say(why);
+      told = why;
+    }
     why = fit.text();
     if (std::chrono::steady_clock::now() >= deadline) {
       isAwaitingDisc_ = false;
@@ -410,7 +443,9 @@ Outcome Delivery::writeOut() {
       progress_.begin(file_ ? activity() : "Copying the file set", total, ProgressUnit::Bytes);
     }
     progress_.advance(done);
+    if (sums_) sums_->follow(done);
   };
+  Outcome written;
   if (file_) {
     OutputFile::Check check;
     if (options_.isReadBack && !options_.isStreaming()) {
@@ -418,12 +453,29 @@ Outcome Delivery::writeOut() {
         return compare("The file " + file_->options().path, path);
       };
     }
-    return file_->write(result_.root, result_.volume, advance, check);
+    SetSums* const sums = sums_ ? &*sums_ : nullptr;
+    written = file_->write(result_.root, result_.volume, sums, advance, check);
+  } else {
+    job_.setProgress(advance);
+    written = result_.target ? job_.write() : writeDisc();
+    job_.setProgress({});
   }
-  job_.setProgress(advance);
-  Outcome written = job_.write();
-  job_.setProgress({});
-  return written;
+  if (!written.failed()) return finishSums();
+  // What went wrong with them is more than that they cannot be read.
+  return sums_ && sums_->failure().failed() ? sums_->failure() : written;
+}
+
+// The legacy service is handed the files beforehand; the current one makes the image while it
+// writes.
+Outcome Delivery::writeDisc() {
+  std::optional<platform::LateFileScope> late;
+  if (sums_ && !job_.hasCurrentDiscService()) {
+    if (Outcome made = sums_->finish(); made.failed()) return made;
+  } else if (sums_) {
+    sums_->follow(std::numeric_limits<std::uint64_t>::max());
+    late.emplace(lateFileOf(*sums_, result_.root));
+  }
+  return job_.write();
 }
 
 void Delivery::tellFailure() {

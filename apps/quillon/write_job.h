@@ -11,10 +11,11 @@
 #include <vector>
 
 #include "fileset/disc_room.h"
-#include "medium_file.h"
+#include "medium_output.h"
 #include "outcome.h"
 #include "progress_bar.h"
 #include "recording/disc_recorders.h"
+#include "set_sums.h"
 
 namespace quillon::cli {
 
@@ -35,7 +36,8 @@ struct WriteOptions {
   bool hasFullErase = false;
   bool isEjecting = true;
   bool isKeeping = false;
-  bool hasSums = false;                // SHA256SUMS beside the label
+  // SHA256SUMS beside the label; without a value where that is current practice and can be done.
+  std::optional<bool> hasSums;
   bool isReadBack = true;              // and compared before the set is wiped
   int discs = 1;                       // that are written, one after the other
   std::chrono::seconds discWait{600};  // for each but the first
@@ -69,9 +71,10 @@ struct WriteResult {
   bool isWritten = false;
   // Files that were read back and are as in the set; none where that is not asked for or possible.
   std::optional<std::size_t> verifiedFiles;
-  int discs = 1;         // that were asked for
-  int writtenDiscs = 0;  // and, where that was asked for, are as in the set
-  bool isKept = false;   // the file set is still in its root
+  int discs = 1;              // that were asked for
+  int writtenDiscs = 0;       // and, where that was asked for, are as in the set
+  bool isKept = false;        // the file set is still in its root
+  std::vector<FileSum> sums;  // of what was written; none where they are not asked for
   Outcome outcome;
   std::vector<std::string> remarks;
 };
@@ -113,7 +116,10 @@ class Delivery {
   [[nodiscard]] bool askRecorder();
   [[nodiscard]] bool takeFileSet();
   [[nodiscard]] bool checkState();
-  [[nodiscard]] bool addSums();
+  [[nodiscard]] bool chooseSums();
+  [[nodiscard]] bool beginSums();
+  Outcome finishSums();
+  [[nodiscard]] DiscRoom withSums(const DiscRoom& room) const;
   [[nodiscard]] bool makeRoom();
   void lookAtSet();
   void deliver();
@@ -122,6 +128,7 @@ class Delivery {
   // Waits for the disc of that number, from 2.
   [[nodiscard]] bool awaitDisc(int number);
   Outcome writeOut();
+  Outcome writeDisc();
   // Whether what was written is what should be, and the set can go.
   [[nodiscard]] bool readBack();
   Outcome compare(const std::string& what, const std::string& path);
@@ -137,7 +144,9 @@ class Delivery {
   std::function<void()> keepRoot_;
   ProgressBar progress_;
   WriteResult result_;
-  std::optional<MediumFile> file_;
+  std::optional<MediumOutput> file_;
+  bool hasSums_ = false;
+  std::optional<SetSums> sums_;
   platform::DiscRecorderStatus recorder_;
   bool isAsked_ = false;
   std::atomic<bool> isDelivering_ = false;

@@ -163,7 +163,7 @@ class JobTest(program.ProgramTest):
                 found.append(f"{name} is missing")
         if sum("QLN" in name for name in made) > len(digests):
             found.append("there are objects of others")
-        parts = ("DICOMDIR", "DICOMOBJ/QLN", "LABEL.TXT", "QUILLON/")
+        parts = ("DICOMDIR", "DICOMOBJ/QLN", "LABEL.TXT", "QUILLON/", "SHA256SUMS")
         return found + [f"{name} is no part of a file set" for name in made
                         if not name.startswith(parts)]
 

@@ -150,7 +150,7 @@ class Whole(FileTest):
                     self.assertIsNone(archive.testzip())
                     infos = archive.infolist()
                     self.assertEqual(infos[0].filename, "DICOMDIR")
-                    self.assertEqual({info.filename for info in infos}, set(made))
+                    self.assertEqual({info.filename for info in infos}, {*made, program.SUMS})
                     method = zipfile.ZIP_DEFLATED if options else zipfile.ZIP_STORED
                     self.assertEqual({info.compress_type for info in infos}, {method})
                 out = self.dir / "out"
@@ -165,19 +165,48 @@ class Whole(FileTest):
         for kind in ("to", *KINDS):
             with self.subTest(kind=kind):
                 medium = self.media / f"sums.{kind}"
-                self.write_set(f"--{kind}", medium, "--sums", "--keep")
+                result = self.write_set(f"--{kind}", medium, "--keep")
+                self.assertEqual(result["sums"], made)
                 found = medium if kind == "to" else self.dir / "out"
                 if kind != "to":
                     self.unpacked(medium)
+                lines = (found / program.SUMS).read_text().splitlines()
+                self.assertEqual(len(lines), len(made))
+                self.assertEqual(lines, (self.root / program.SUMS).read_text().splitlines())
                 if kind == "iso":  # a line end in a name is none in an image
                     continue
-                output_of("sh", "-c", f"cd {found} && sha256sum --strict -c SHA256SUMS")
-                self.assertEqual(len((found / "SHA256SUMS").read_text().splitlines()), len(made))
-                self.assertEqual(set(contents(found)) - set(made), {"SHA256SUMS"})
-        # A set without sums does not leave those of another one in the directory.
-        (self.root / "SHA256SUMS").unlink()
-        self.write_set("--to", self.media / "sums.to", "--overwrite")
-        self.assertFalse((self.media / "sums.to/SHA256SUMS").exists())
+                output_of("sh", "-c", f"cd {found} && sha256sum --strict -c {program.SUMS}")
+        # Those of another delivery do not go with files that may have changed.
+        (self.root / program.SUMS).write_text("old")
+        for options, has_sums in (["--no-sums"], False), ([], True):
+            result = self.write_set("--to", self.media / "sums.to", "--overwrite", "--keep", *options)
+            self.assertEqual("sums" in result, has_sums)
+            for directory in (self.media / "sums.to", self.root):
+                self.assertEqual((directory / program.SUMS).exists(), has_sums)
+                self.assertEqual(contents(directory), made)
+        (self.root / program.SUMS).write_text("old")
+        self.configure(current_practice=0)
+        self.assertNotIn("sums", self.write_set("--to", self.media / "plain", "--keep"))
+        self.assertIn("sums", self.write_set("--to", self.media / "asked", "--sums"))
+
+    def test_a_set_that_nobody_may_write_to_is_delivered_with_its_sums(self):
+        made = self.make_set()
+        os.chmod(self.root, 0o555)
+        os.chmod(self.media, 0o777)
+        user = {"preexec_fn": lambda: os.setuid(program.NOBODY)} if os.geteuid() == 0 else {}
+        for kind in ("to", *KINDS):
+            with self.subTest(kind=kind):
+                medium = self.media / f"medium.{kind}"
+                run = self.run_program("write", "--root", self.root, f"--{kind}", medium, "--keep",
+                                       **user)
+                if b"cannot be taken" in run.stderr:
+                    self.skipTest(run.stderr.decode())
+                self.assertEqual(run.returncode, 0, run.stderr)
+                found = medium if kind == "to" else self.dir / "out"
+                if kind != "to":
+                    self.unpacked(medium)
+                self.assertEqual(contents(found), made)
+                self.assertEqual(len((found / program.SUMS).read_text().splitlines()), len(made))
 
     def test_with_a_password_nobody_reads_it_without(self):
         made = self.make_set()
@@ -193,6 +222,17 @@ class Whole(FileTest):
         self.assertEqual(self.unpacked(medium, "Schlüssel 1"), made)
         self.assertIn("AES-256", output_of(judge("7z"), "l", "-slt", medium))
         output_of(judge("7z"), "t", "-pother", medium, status=2)
+        for command in ("verify", "list"):
+            run = self.run_program(command, medium, "--password-file", secret)
+            self.assertEqual((run.returncode, run.stderr), (0, b""), run.stdout)
+            self.assertNotEqual(self.run_program(command, medium).stderr + run.stdout, b"")
+        self.assertEqual(self.run_program("verify", medium).returncode, 1)
+        secret.write_bytes(b"another")
+        self.assertEqual(self.run_program("verify", medium, "--password-file", secret).returncode, 1)
+        secret.chmod(0o644)
+        run = self.run_program("list", medium, "--password-file", secret)
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("can be read by others", run.stderr.decode())
 
     def test_a_dash_is_standard_output_and_the_results_go_elsewhere(self):
         made = self.make_set()

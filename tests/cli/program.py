@@ -244,10 +244,14 @@ def digest_of(data):
     return hashlib.sha256(data).hexdigest()
 
 
+SUMS = "SHA256SUMS"
+
+
 def contents(directory):
-    """Relative path to digest of every regular file below the directory."""
+    """Relative path to digest of every regular file below the directory, but for the sums of a set
+    that was written: they tell of the others."""
     found = {}
     for path in sorted(Path(directory).rglob("*")):
-        if path.is_file() and not path.is_symlink():
+        if path.is_file() and not path.is_symlink() and path != Path(directory) / SUMS:
             found[str(path.relative_to(directory))] = digest_of(path.read_bytes())
     return found

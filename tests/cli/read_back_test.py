@@ -42,7 +42,7 @@ class ReadBack(program.ProgramTest):
                 result = json.loads(run.stdout)
                 self.assertTrue(result["error"].startswith(what.strip()), result)
                 self.assertTrue(result["error"].endswith(
-                    " is not what was written: 1 of 14 files is not the same."), result)
+                    " is not what was written: 1 of 15 files is not the same."), result)
                 self.assertEqual((result["verified"], result["kept"]), (False, True))
                 # A ZIP file knows the sums of its files.
                 self.assertRegex(run.stderr.decode(),

@@ -242,7 +242,7 @@ class Discs(DiscTest):
                         run = self.run_program(*command)
                         self.assertTrue(run.stdout.decode().endswith(
                             f"\nWritten:   disc {volume} in {recorder.name}, an image: {place}\n"
-                            "Verified:  13 files, read back\n"))
+                            "Verified:  14 files, read back\n"))
                     else:
                         result = self.command(*command)
                         self.assertEqual((result["recorder"], result["image"]),
@@ -262,7 +262,7 @@ class Discs(DiscTest):
                 self.assertEqual(inserted.returncode, 0, inserted.stderr)
             output = run.stdout.read().decode()
             self.assertEqual((run.wait(120), run.stderr.read()), (0, b""))
-        self.assertIn("\nVerified:  13 files, read back\nDiscs:     3\n", output)
+        self.assertIn("\nVerified:  14 files, read back\nDiscs:     3\n", output)
         images = sorted((self.recorder / "ejected").glob("*.iso"))
         self.assertEqual(len(images), 3)
         listed = [self.run_program("list", "--json", image).stdout.split(b"patients")[1]

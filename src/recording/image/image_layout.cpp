@@ -79,6 +79,7 @@ std::uint32_t ImageLayout::addEntry(const ImageNode& node, std::uint32_t parent)
   entry.modified = node.modified;
   entry.size = node.size;
   entry.source = node.source;
+  entry.isLast = node.isLast;
   return static_cast<std::uint32_t>(entries_.size() - 1);
 }
 
@@ -186,13 +187,15 @@ void ImageLayout::placeIsoTree(std::uint8_t which) {
 // False when the sectors run out: their numbers, and those of a drive, have 31 bits.
 bool ImageLayout::placeFiles() {
   constexpr std::uint64_t kMostSectors = std::numeric_limits<LONG>::max() - 32;
-  for (std::uint32_t index = 0; index < entries_.size(); ++index) {
-    LayoutEntry& entry = entries_[index];
-    if (entry.isDirectory || entry.size == 0) continue;
-    const std::uint64_t sectors = sectorsFor(entry.size);
-    if (sectors > kMostSectors || next_ + sectors > kMostSectors) return false;
-    entry.dataSector = static_cast<std::uint32_t>(next_);
-    add(Segment::Kind::FileData, index, sectors);
+  for (const bool placesLast : {false, true}) {
+    for (std::uint32_t index = 0; index < entries_.size(); ++index) {
+      LayoutEntry& entry = entries_[index];
+      if (entry.isDirectory || entry.size == 0 || entry.isLast != placesLast) continue;
+      const std::uint64_t sectors = sectorsFor(entry.size);
+      if (sectors > kMostSectors || next_ + sectors > kMostSectors) return false;
+      entry.dataSector = static_cast<std::uint32_t>(next_);
+      add(Segment::Kind::FileData, index, sectors);
+    }
   }
   return next_ <= kMostSectors;
 }

@@ -11,6 +11,7 @@
 #include "image/image_results.h"
 #include "image/image_time.h"
 #include "image/image_tree.h"
+#include "image/late_file.h"
 #include "platform/win32/files.h"
 #include "win32/last_error.h"
 #include "win32/path_translation.h"
@@ -158,7 +159,9 @@ HRESULT scanDirectory(std::u16string_view path, ImageNode& directory) {
   if (native.empty() || ::stat(native.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) {
     return refuseImage(IMAPI_E_NOT_DIR, u"This is not a directory", path);
   }
-  return Scanner().scan(native, directory);
+  const HRESULT hr = Scanner().scan(native, directory);
+  if (SUCCEEDED(hr)) addLateFile(native, directory);
+  return hr;
 }
 
 }  // namespace quillon::platform

@@ -9,7 +9,8 @@
 //   256   UDF anchor; 257 is block 0 of the partition, its file set     |
 //   next  UDF file entries and directories, directory by directory
 //         ISO 9660 path tables (little endian, big endian) and directories, then those of Joliet
-//         file data, in the order of the entries: DICOMDIR, then directory by directory
+//         file data, in the order of the entries: DICOMDIR, then directory by directory; then that
+//         of a late file
 //   last  UDF anchor
 // The file data is there once; all file systems point at it.
 #pragma once

@@ -40,7 +40,8 @@ struct ImageNode {
 
   Children children;  // of a directory
   std::uint64_t size = 0;
-  FileSource source;  // of a file
+  FileSource source;    // of a file
+  bool isLast = false;  // its data lies behind that of all other files
 };
 
 struct ImageSettings {

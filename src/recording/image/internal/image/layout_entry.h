@@ -11,6 +11,7 @@ namespace quillon::platform {
 
 // Entries are numbered in the order in which their data lies: a directory, its files in ascending
 // order (a DICOMDIR in the root before all others), then its directories with what is in them.
+// The data of one that is last lies behind all others.
 struct LayoutEntry {
   std::u16string name;
   std::uint32_t parent = 0;
@@ -18,6 +19,7 @@ struct LayoutEntry {
   std::int64_t modified = 0;
   std::uint64_t size = 0;
   FileSource source;
+  bool isLast = false;
   std::uint32_t dataSector = 0;  // of a file that is not empty
 
   // Of a directory: its files are numbered one after the other.

@@ -14,7 +14,9 @@
 
 namespace quillon::cli {
 
-struct MediumFileOptions {
+class SetSums;
+
+struct MediumOutputOptions {
   enum class Kind : std::uint8_t { Image, Zip };
 
   Kind kind = Kind::Image;
@@ -24,37 +26,37 @@ struct MediumFileOptions {
   std::optional<std::string> passwordFile;  // its first line encrypts
 };
 
-class MediumFile {
+class MediumOutput {
  public:
   using Progress = std::function<void(std::uint64_t doneBytes, std::uint64_t totalBytes)>;
 
-  explicit MediumFile(MediumFileOptions options);
+  explicit MediumOutput(MediumOutputOptions options);
 
   // Whether it may be written there, of a file set in that root and from these sources.
   Outcome check(const std::string& root, const std::vector<std::string>& sources);
   // Whether its file system has the room.
   Outcome askRoom(const DiscRoom& room) const;
-  // volume: of the image, its name. check: see OutputFile.
-  Outcome write(const std::string& root, const std::string& volume, const Progress& progress,
-                const OutputFile::Check& check);
+  // volume: of the image, its name. sums: those of the files, which go with them, or null. check:
+  // see OutputFile.
+  Outcome write(const std::string& root, const std::string& volume, SetSums* sums,
+                const Progress& progress, const OutputFile::Check& check);
 
   // For a thread beside the one that writes, in a process that is to end: nothing stays of a file
   // that is not whole. Answers what became of it, without a stop.
   std::string abandon();
 
-  [[nodiscard]] const MediumFileOptions& options() const { return options_; }
+  [[nodiscard]] const MediumOutputOptions& options() const { return options_; }
   // Empty without one, and before check.
   [[nodiscard]] const std::string& password() const { return password_; }
-  [[nodiscard]] bool isZip() const { return options_.kind == MediumFileOptions::Kind::Zip; }
+  [[nodiscard]] bool isZip() const { return options_.kind == MediumOutputOptions::Kind::Zip; }
   // What those who get the file should know; empty for nothing.
   [[nodiscard]] std::string remark() const;
 
  private:
   Outcome checkPlace() const;
   Outcome checkOldFile(const std::vector<std::string>& sources) const;
-  Outcome readPassword();
 
-  MediumFileOptions options_;
+  MediumOutputOptions options_;
   OutputFile output_;
   std::string directory_;
   std::string password_;
