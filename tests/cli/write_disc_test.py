@@ -249,6 +249,45 @@ class Discs(DiscTest):
                                          (recorder.name, str(place)))
                     self.assertEqual(self.volume_name(place), volume)
 
+    def test_a_disc_is_verified_and_read_back_with_the_faults_of_its_recorder(self):
+        self.sample_tree()
+        self.large_object(4 << 20)
+        self.create_set(self.source)
+        made = contents(self.root)
+
+        def judged(command):
+            run = self.run_program(command, "--disc", "--recorder", "drive", "--json")
+            return run.returncode, json.loads(run.stdout)
+
+        def written(fault):
+            self.insert("cd-r")
+            self.faults(fault)
+            return self.run_program("write", "--root", self.root, "--keep", "--no-eject")
+
+        for service in ("", LEGACY_SERVICE):
+            self.registry.write_text(service or "Windows Registry Editor Version 5.00\n")
+            self.assertEqual(written("").returncode, 0)
+            status, report = judged("verify")
+            self.assertEqual((status, report["whole"], report["recorder"]), (0, True, "drive"), report)
+            self.assertEqual(report["sums"], len(made))
+            self.assertEqual(judged("list")[1]["objects"], report["files"])
+            for fault, told in (("read-changes-at 1000", "has other bytes"),
+                                ("read-fails-at 1000", "cannot be read")):
+                with self.subTest(fault, legacy=bool(service)):
+                    self.faults(fault)
+                    status, report = judged("verify")
+                    self.assertEqual((status, report["errors"]), (1, 1), report)
+                    victim = report["findings"][0]["file"]
+                    run = written(fault)
+                    self.assertEqual(run.returncode, 1)
+                    said = run.stderr.decode()
+                    self.assertIn(f"The disc in drive is not what was written: 1 of {len(made) + 1} files "
+                                  "is not the same.\n", said)
+                    self.assertIn(f"quillon: {victim} {told}.\n", said)
+                    self.assertEqual(contents(self.root), made)
+                    self.assertEqual(judged("verify")[1]["errors"], 1)
+                    self.faults()
+
     def test_several_discs_are_asked_for_and_written_alike(self):
         self.sample_tree()
         self.run_program("disc", "insert")
