@@ -169,6 +169,7 @@ class CreateJob {
     job_.setOtherContent(options_.hasOtherContent);
     job_.setCharacterSet(options_.characterSet);
     job_.setRecords(options_.isInventing, options_.isForOnePatient);
+    job_.setPlaceAmongMedia(options_.mediumNumber, options_.mediumCount);
     if (!options_.objectDirectory) return true;
     std::string name = *options_.objectDirectory;
     std::replace(name.begin(), name.end(), '/', '\\');
@@ -259,6 +260,7 @@ class CreateJob {
     std::vector<std::string> stored;
     const std::size_t walked = list.files.size();
     if (!passes(media.list(staging, list, stored))) return false;
+    if (options_.part != nullptr) list.problems.clear();
     for (const SourceProblem& problem : list.problems) {
       const bool goesOn = problem.isMissing
                               ? leaveOutUnreadable(problem.path, problem.reason, problem.endsJob)
@@ -296,6 +298,7 @@ class CreateJob {
 
   bool add(std::size_t i, Staging& staging) {
     const SourceFile& file = files_[i];
+    if (options_.part != nullptr && !options_.part->contains(file.path)) return true;
     std::string path = absolutePath(file.path);
     bool isRenamed = false;
     if (const std::string* stored = files_.storedAt(i); stored != nullptr) {
@@ -349,6 +352,10 @@ class CreateJob {
     const Outcome made = options_.isDryRun ? job_.preview() : job_.plan();
     if (made.failed()) return fail(files_.inUsersWords(made.text()));
     const PlannedFileSet& planned = job_.planned();
+    if (options_.part != nullptr && planned.objects.size() != options_.part->size()) {
+      return fail("The sources have changed since it was planned what goes on which medium.");
+    }
+    if (options_.tellsObjects) tellOfObjects(planned);
     if (options_.askSize && !passes(options_.askSize(planned.room))) return false;
     if (options_.isDryRun) tellOfDryRun(planned);
     result_.patients = planned.patients;
@@ -369,6 +376,20 @@ class CreateJob {
       result_.remarks.push_back("The label leaves out \"" + narrow(line) + "\": it is not a date.");
     }
     return true;
+  }
+
+  void tellOfObjects(const PlannedFileSet& planned) {
+    const std::vector<PlannedSeries>& series = planned.seriesOfObjects;
+    for (std::size_t i = 0; i < series.size(); ++i) {
+      const std::size_t end =
+          i + 1 < series.size() ? series[i + 1].firstObject : planned.objects.size();
+      result_.seriesOfObjects.push_back({narrow(series[i].studyUid), narrow(series[i].studyDate),
+                                         series[i].firstObject, end - series[i].firstObject});
+    }
+    for (const PlannedObject& object : planned.objects) {
+      result_.plannedObjects.push_back(
+          {files_.nameOf(narrow(object.source.Get())), object.sizeBytes});
+    }
   }
 
   void tellOfDryRun(const PlannedFileSet& planned) {

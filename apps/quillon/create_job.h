@@ -6,12 +6,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "fileset/disc_room.h"
 #include "outcome.h"
 #include "record_remarks.h"
 #include "selection_options.h"
+#include "span_plan.h"
 
 namespace quillon::cli {
 
@@ -43,6 +45,14 @@ struct CreateOptions {
   // Everything is looked at and nothing changed.
   bool isDryRun = false;
   bool showsProgress = true;
+  // Of several media that hold what would not fit one.
+  unsigned mediumNumber = 1;
+  unsigned mediumCount = 1;
+  // Of the files that the sources hold only these are meant, by the names that the user would give
+  // them; the others are told of elsewhere. Null: all.
+  const std::unordered_set<std::string>* part = nullptr;
+  // The result says which object lies where.
+  bool tellsObjects = false;
   // Asked when it is known what the file set takes, before anything is copied or moved. May be
   // empty.
   std::function<Outcome(const DiscRoom& room)> askSize;
@@ -65,6 +75,8 @@ struct CreateResult {
   std::uint64_t discSectors = 0;  // that a disc needs, at the most; told of a dry run
   std::string label;
   std::vector<PassedOver> passedOver;
+  std::vector<SpanSeries> seriesOfObjects;  // where they were asked for, as the next
+  std::vector<SpanObject> plannedObjects;
   std::size_t notSelected = 0;  // files that the selection leaves out
   std::vector<IncompleteKey> incomplete;
   Outcome outcome;

@@ -49,6 +49,12 @@ class MediaJob {
   // As the registry says, else on.
   [[nodiscard]] bool hasCurrentPractice() { return builder().currentPractice; }
 
+  // Which of several media this is, from 1.
+  void setPlaceAmongMedia(unsigned number, unsigned count) {
+    builder().mediumNumber = number;
+    builder().mediumCount = count;
+  }
+
   [[nodiscard]] std::string root();
   [[nodiscard]] std::string label();
   // The object's last sentence.

@@ -1,17 +1,16 @@
-#include <filesystem>
 #include <functional>
 #include <memory>
 #include <utility>
 
 #include "commands.h"
-#include "media_job.h"
 #include "private_root.h"
+#include "publish_job.h"
 #include "result_output.h"
+#include "span_options.h"
+#include "span_output.h"
 #include "toolkit_log.h"
 
 namespace quillon::cli {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -32,58 +31,26 @@ Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 struct CommandOptions {
   CreateOptions create;
   WriteOptions write;
+  SpanOptions span;
   Outcome listed;  // how the list of sources was read
   bool isJson = false;
   bool hasExampleRoot = false;  // nobody's, for a look
   std::string logFile;
 };
 
-// A file set that stays after all must not share its bytes with the sources: what is done to one
-// would reach the other. False when there is no room for copies, say.
-bool giveOwnBytes(const std::string& root) {
-  std::error_code error;
-  for (fs::recursive_directory_iterator it(root, error), end; !error && it != end;
-       it.increment(error)) {
-    if (!it->is_regular_file(error) || it->hard_link_count(error) < 2) continue;
-    fs::path copy = it->path();
-    copy += ".own";
-    fs::copy_file(it->path(), copy, error);
-    if (!error) fs::rename(copy, it->path(), error);
-    if (error) {
-      std::error_code ignored;
-      fs::remove(copy, ignored);
-    }
-  }
-  return !error;
-}
-
-int publish(CommandOptions& options, std::vector<std::string> remarks,
-            std::function<void()> keepRoot, WriteResult& written) {
-  CreateResult created;
-  MediaJob job;
-  Delivery delivery(options.write, job, std::move(keepRoot));
-  Outcome asked = options.listed;
-  if (!asked.failed()) asked = delivery.ask(options.create.sources);
-  if (asked.failed()) {
-    created.outcome = std::move(asked);
-    created.isDryRun = options.create.isDryRun;
-    created.root = delivery.result().root;
+int publishOnOne(CommandOptions& options, std::vector<std::string> remarks,
+                 std::function<void()> keepRoot, WriteResult& written) {
+  Published published;
+  if (options.listed.failed()) {
+    published.created.outcome = options.listed;
+    published.created.isDryRun = options.create.isDryRun;
   } else {
-    options.create.askSize = [&delivery](const DiscRoom& room) { return delivery.askSize(room); };
-    created = createFileSet(options.create, job);
+    published = publishFileSet(options.create, options.write, std::move(keepRoot));
   }
-  if (created.outcome.failed() || options.create.isDryRun) {
-    written = delivery.result();
-    written.outcome = {};
-  } else {
-    written = delivery.run();
-    if (options.create.mayLink && written.isKept && !giveOwnBytes(written.root)) {
-      written.remarks.emplace_back(
-          "Files of the file set still share their bytes with the sources.");
-    }
-  }
+  CreateResult& created = published.created;
+  written = published.written;
   if (options.hasExampleRoot) created.root.clear();
-  const Outcome& outcome = created.outcome.failed() ? created.outcome : written.outcome;
+  const Outcome& outcome = published.outcome();
   std::string output = options.isJson ? jsonMembers(created) : plainText(created);
   if (options.isJson) {
     output = jsonObject(output + jsonMembers(written), outcome);
@@ -93,6 +60,27 @@ int publish(CommandOptions& options, std::vector<std::string> remarks,
   remarks.insert(remarks.end(), created.remarks.begin(), created.remarks.end());
   remarks.insert(remarks.end(), written.remarks.begin(), written.remarks.end());
   return finish(Output::of(options.isJson, std::move(output)), outcome, remarks);
+}
+
+// The plan is told before the first medium is asked for, the rest at the end.
+int publishOnSeveral(CommandOptions& options, std::vector<std::string> remarks,
+                     std::function<void()> keepRoot, bool& isKept) {
+  SpanResult result;
+  if (options.listed.failed()) {
+    result.outcome = options.listed;
+  } else {
+    const auto tellPlan = [&options](const SpanResult& planned) {
+      if (!options.isJson) print(Output::forReaders(planTextOf(planned)));
+    };
+    result = SpannedPublication(options.create, options.write, options.span, std::move(keepRoot),
+                                tellPlan)
+                 .run();
+  }
+  isKept = !result.media.empty() && result.media.back().published.written.isKept;
+  std::string output =
+      options.isJson ? jsonObject(jsonMembers(result), result.outcome) : plainText(result);
+  remarks.insert(remarks.end(), result.remarks.begin(), result.remarks.end());
+  return finish(Output::of(options.isJson, std::move(output)), result.outcome, remarks);
 }
 
 int runPublish(CommandOptions& options) {
@@ -106,7 +94,6 @@ int runPublish(CommandOptions& options) {
   options.write.showsProgress = options.create.showsProgress;
   options.create.mayLink = !options.write.isKeeping && !options.write.isSimulating;
   options.write.isDryRun = options.create.isDryRun;
-  WriteResult written;
   // Two jobs that name no root must not meet in one.
   PrivateRoot own;
   std::vector<std::string> remarks;
@@ -122,9 +109,17 @@ int runPublish(CommandOptions& options) {
     options.create.root = own.root();
   }
   options.write.root = options.create.root;
-  const int status = publish(
-      options, std::move(remarks), [&own] { own.keep(); }, written);
-  own.end(written.isKept);
+  const auto keepRoot = [&own] { own.keep(); };
+  bool isKept = false;
+  int status = 0;
+  if (options.span.isWanted) {
+    status = publishOnSeveral(options, std::move(remarks), keepRoot, isKept);
+  } else {
+    WriteResult written;
+    status = publishOnOne(options, std::move(remarks), keepRoot, written);
+    isKept = written.isKept;
+  }
+  own.end(isKept);
   return status;
 }
 
@@ -141,9 +136,11 @@ void addPublishCommand(CLI::App& program, int& exitStatus) {
   addJsonOption(*command, options->isJson);
   addQuietOption(*command, options->create.showsProgress);
   addLogOption(*command, options->logFile);
+  addSpanOptions(*command, options->span);
   command->footer(kFooter);
   command->callback([options, &exitStatus] {
     checkWriteOptions(options->write);
+    checkSpanOptions(options->span, options->write);
     exitStatus = runPublish(*options);
   });
 }

@@ -98,11 +98,14 @@ std::string plainText(const CreateResult& result) {
     out += "Label:\n" + indented(result.label, "  ") + "\n";
     if (result.isDryRun) out += fitsText(result.discSectors);
   }
-  if (!result.passedOver.empty()) {
-    out += "Passed over:\n";
-    for (const PassedOver& one : result.passedOver) {
-      out += "  " + singleLine(one.path) + ": " + singleLine(one.reason) + "\n";
-    }
+  return out + passedOverText(result);
+}
+
+std::string passedOverText(const CreateResult& result) {
+  if (result.passedOver.empty()) return {};
+  std::string out = "Passed over:\n";
+  for (const PassedOver& one : result.passedOver) {
+    out += "  " + singleLine(one.path) + ": " + singleLine(one.reason) + "\n";
   }
   return out;
 }

@@ -32,6 +32,8 @@ class Output {
 };
 
 std::string plainText(const CreateResult& result);
+// The part of that which names what was passed over.
+std::string passedOverText(const CreateResult& result);
 std::string plainText(const WriteResult& result);
 
 // Members of a JSON object, each with a comma behind it.

@@ -13,6 +13,7 @@
 #include "disc_kinds.h"
 #include "disc_medium.h"
 #include "disc_progress_scope.h"
+#include "disc_wait.h"
 #include "image_output.h"
 #include "interrupt_guard.h"
 #include "media_job.h"
@@ -360,39 +361,12 @@ bool Delivery::deliverOne() {
   return readBack();
 }
 
-// Asked again and again: whoever changes discs has no other way to say that it is done.
 bool Delivery::awaitDisc(int number) {
   isAwaitingDisc_ = true;
-  const std::string disc =
-      "disc " + std::to_string(number) + " of " + std::to_string(options_.discs);
-  say("Put " + disc + " into " + recorder_.name + ".");
-  const auto deadline = std::chrono::steady_clock::now() + options_.discWait;
-  std::string why;
-  std::string told;
-  for (;;) {
-    platform::DiscRecorderStatus status;
-    const platform::DiscResult answer = platform::describeDiscRecorder(recorder_.name, status);
-    const bool isThere = !answer.failed() && status.hasDisc;
-    const Outcome fit = isThere ? mayRecord(status) : Outcome("");
-    if (!fit.failed()) {
-      recorder_ = std::move(status);
-      break;
-    }
-    // Whoever puts a disc in has the recorder for a moment.
-    if (isThere && fit.text() == why && why != told) {
-      say(why);
-      told = why;
-    }
-    why = fit.text();
-    if (std::chrono::steady_clock::now() >= deadline) {
-      isAwaitingDisc_ = false;
-      return fail("Nobody put " + disc + " into " + recorder_.name + " within " +
-                  std::to_string(options_.discWait.count()) + " seconds.");
-    }
-    std::this_thread::sleep_for(kReadyWait);
-  }
+  const Outcome there =
+      cli::awaitDisc(recorder_.name, discOf(number, options_.discs), options_.discWait, recorder_);
   isAwaitingDisc_ = false;
-  return true;
+  return passes(there);
 }
 
 // Of a file that was done before it took its name. A disc that is not what was written stays in its

@@ -213,6 +213,11 @@ bool FileSetPlan::AddSeries(TextView studyDirectory) {
 
 bool FileSetPlan::AddObjects() {
   const CDicomObjectList& list = at_.series->Images();
+  if (list.GetCount() > 0) {
+    planned_.seriesOfObjects.push_back({at_.study->StudyInstanceUid(),
+                                        at_.series->SeriesInstanceUid(), at_.study->StudyDate(),
+                                        planned_.objects.size()});
+  }
   const auto objects =
       options_.currentPractice ? InOrder(list) : AsAdded<CDicomObjectProperties>(list);
   for (std::size_t i = 0; i < objects.size(); ++i) {
@@ -225,6 +230,9 @@ bool FileSetPlan::AddObjects() {
 
 bool FileSetPlan::AddTopLevelObjects() {
   at_ = Position{};
+  if (patients_.TopLevelObjects().GetCount() > 0) {
+    planned_.seriesOfObjects.push_back({{}, {}, {}, planned_.objects.size()});
+  }
   for (const CDicomObjectProperties* object : InOrder(patients_.TopLevelObjects())) {
     keepsPatients_ = false;
     if (!AddObject(*object)) return false;
@@ -355,6 +363,7 @@ bool FileSetPlan::CheckContentPlaces() {
 
 bool FileSetPlan::ComposeLabel() {
   MediumLabel label(options_.currentPractice);
+  label.SetPlaceAmongMedia(options_.mediumNumber, options_.mediumCount);
   if (!label.Compose(patients_)) return FailAs(label);
   planned_.label = label.GetText();
   planned_.labelRemarks = label.LeftOut();

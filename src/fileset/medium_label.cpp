@@ -18,6 +18,7 @@ constexpr LabelText kBirthDate        {kMsgLabelBirthDate,        OLESTR("Birth 
 constexpr LabelText kStudyDate        {kMsgLabelStudyDate,        OLESTR("Study Date:  ")};
 constexpr LabelText kMultipleStudies  {kMsgLabelMultipleStudies,  OLESTR("Multiple Studies")};
 constexpr LabelText kMultiplePatients {kMsgLabelMultiplePatients, OLESTR("Multiple Patients")};
+constexpr LabelText kDisc             {kMsgLabelDisc,             OLESTR("Disc ")};
 constexpr LabelText kCreationDate     {kMsgLabelCreationDate,     OLESTR("Fileset Creation Date:  ")};
 constexpr LabelText kCreator          {kMsgLabelCreator,          OLESTR("Fileset Creator:  Quillon")};
 constexpr LabelText kContent          {kMsgLabelContent,          OLESTR("Fileset Content:  ")};
@@ -70,6 +71,9 @@ bool MediumLabel::Compose(const CPatientList& patients) {
     AppendLine(kMultiplePatients);
   } else if (!AppendPatient(*patients.At(0))) {
     return false;
+  }
+  if (count_ > 1) {
+    AppendLine(kDisc, NumberText(number_) + OLESTR(" of ") + NumberText(count_));
   }
   AppendLine(kCreationDate, *today);
   AppendLine(kCreator);

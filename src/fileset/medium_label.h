@@ -21,6 +21,12 @@ class MediumLabel : public CBaseItem {
   // leavesOutBadDates: a date that is none has no line, instead of failing the label.
   explicit MediumLabel(bool leavesOutBadDates);
 
+  // For a line that says so, unless it is one of one.
+  void SetPlaceAmongMedia(unsigned number, unsigned count) {
+    number_ = number;
+    count_ = count;
+  }
+
   // From a list of at least one patient. False, with a sentence, when a date of the patient or the
   // study is none, or the only patient has no study.
   [[nodiscard]] bool Compose(const CPatientList& patients);
@@ -37,6 +43,8 @@ class MediumLabel : public CBaseItem {
   [[nodiscard]] bool AppendDate(const LabelText& title, TextView date);
 
   bool leavesOutBadDates_;
+  unsigned number_ = 1;
+  unsigned count_ = 1;
   Text text_;
   std::vector<Text> leftOut_;
 };

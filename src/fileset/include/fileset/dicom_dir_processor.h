@@ -79,6 +79,10 @@ struct FileSetOptions {
   bool inventsMissingKeys = false;
   // A set with more than one patient is refused.
   bool isForOnePatient = false;
+  // Of several media that hold what would not fit one: which this is, from 1, and how many there
+  // are. The label tells, unless it is one of one.
+  unsigned mediumNumber = 1;
+  unsigned mediumCount = 1;
   // The objects are handed over as copies (see HandOver), so that their loss is none, and need room
   // on the root's file system.
   bool sourcesStay = false;

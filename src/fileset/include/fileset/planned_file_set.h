@@ -25,6 +25,14 @@ struct PlannedObject {
   std::uint64_t sizeBytes = 0;
 };
 
+// The objects of one series stand one after the other in the plan.
+struct PlannedSeries {
+  Text studyUid;
+  Text seriesUid;
+  Text studyDate;                 // as the object has it
+  std::size_t firstObject = 0;    // the last of them stands before the next series' first
+};
+
 // A required key of a directory record that the object which the record is made of has no value
 // for.
 struct MissingKey {
@@ -48,6 +56,8 @@ struct PlannedFileSet {
   std::uint64_t bytes = 0;             // of the objects
   std::uint64_t bytesOnDisk = 0;       // the same in whole blocks
   std::vector<PlannedObject> objects;  // in the order of moving
+  // Those with objects; one without UIDs holds the objects of no patient.
+  std::vector<PlannedSeries> seriesOfObjects;
   Text label;
   std::vector<Text> labelRemarks;  // the lines that the label leaves out: dates that are none
   DiscRoom room;                   // on a disc

@@ -1,0 +1,61 @@
+#include "publish_job.h"
+
+#include <filesystem>
+#include <utility>
+
+#include "media_job.h"
+
+namespace quillon::cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A file set that stays after all must not share its bytes with the sources: what is done to one
+// would reach the other. False when there is no room for copies, say.
+bool giveOwnBytes(const std::string& root) {
+  std::error_code error;
+  for (fs::recursive_directory_iterator it(root, error), end; !error && it != end;
+       it.increment(error)) {
+    if (!it->is_regular_file(error) || it->hard_link_count(error) < 2) continue;
+    fs::path copy = it->path();
+    copy += ".own";
+    fs::copy_file(it->path(), copy, error);
+    if (!error) fs::rename(copy, it->path(), error);
+    if (error) {
+      std::error_code ignored;
+      fs::remove(copy, ignored);
+    }
+  }
+  return !error;
+}
+
+}  // namespace
+
+Published publishFileSet(CreateOptions create, const WriteOptions& write,
+                         std::function<void()> keepRoot) {
+  Published published;
+  MediaJob job;
+  Delivery delivery(write, job, std::move(keepRoot));
+  if (Outcome asked = delivery.ask(create.sources); asked.failed()) {
+    published.created.outcome = std::move(asked);
+    published.created.isDryRun = create.isDryRun;
+    published.created.root = delivery.result().root;
+  } else {
+    create.askSize = [&delivery](const DiscRoom& room) { return delivery.askSize(room); };
+    published.created = createFileSet(create, job);
+  }
+  if (published.created.outcome.failed() || create.isDryRun) {
+    published.written = delivery.result();
+    published.written.outcome = {};
+    return published;
+  }
+  published.written = delivery.run();
+  if (create.mayLink && published.written.isKept && !giveOwnBytes(published.written.root)) {
+    published.written.remarks.emplace_back(
+        "Files of the file set still share their bytes with the sources.");
+  }
+  return published;
+}
+
+}  // namespace quillon::cli
