@@ -51,6 +51,7 @@ bool canMakeXmlDocument() {
 // workstation is set up otherwise.
 MediaJob::MediaJob() {
   if (!builder().HasPracticeSetting()) builder().currentPractice = true;
+  builder().makesSums = false;  // it makes them beside the delivery
 }
 
 // A put answers S_OK even when the value was refused, which shows in the value alone.

@@ -11,6 +11,7 @@
 #include <new>
 #include <system_error>
 
+#include "fileset/set_sums.h"
 #include "platform/sha256.h"
 
 namespace quillon::cli {
@@ -23,31 +24,16 @@ constexpr std::uint64_t kMostAheadBytes = std::uint64_t{64} << 20;
 constexpr std::size_t kDigits = 64;
 constexpr std::uint64_t kLongestName = 255;
 
-// A line end in a name, or a backslash, stands behind a backslash, and one before the line says so.
-std::string lineOf(const std::string& sum, const std::string& name) {
-  std::string written;
-  for (const char c : name) {
-    if (c == '\n') {
-      written += "\\n";
-    } else if (c == '\r') {
-      written += "\\r";
-    } else {
-      written += c == '\\' ? std::string("\\\\") : std::string(1, c);
-    }
-  }
-  return (written == name ? "" : "\\") + sum + "  " + written + "\n";
-}
-
 }  // namespace
 
 bool SetSums::isPossible() { return !Sha256().Finish().empty(); }
 
 std::uint64_t SetSums::leastBytes(std::uint64_t files) {
-  return files * (kDigits + lineOf("", "N").size());
+  return files * (kDigits + SumLine("", "N").size());
 }
 
 std::uint64_t SetSums::mostBytes(std::uint64_t files) {
-  return files * (kDigits + lineOf("", "").size() + kLongestName);
+  return files * (kDigits + SumLine("", "").size() + kLongestName);
 }
 
 SetSums::~SetSums() {
@@ -61,7 +47,7 @@ Outcome SetSums::begin() {
   std::erase_if(files_,
                 [](const SetFile& file) { return file.isDirectory || file.name == kSumsName; });
   for (const SetFile& file : files_) {
-    textBytes_ += lineOf(std::string(kDigits, '0'), file.name).size();
+    textBytes_ += SumLine(std::string(kDigits, '0'), file.name).size();
   }
   start();
   return {};
@@ -143,7 +129,7 @@ Outcome SetSums::complete() {
     run();
   }
   if (made_.failed()) return made_;
-  for (const FileSum& one : sums()) text_ += lineOf(one.sha256, one.name);
+  for (const FileSum& one : sums()) text_ += SumLine(one.sha256, one.name);
   // A set that may only be read is delivered all the same.
   if (::access(root_.c_str(), W_OK) != 0) return {};
   return write(root_);

@@ -250,6 +250,7 @@ bool CDicomDirProcessor::WriteMedia(TextView sourceDirectory, bool simulate, boo
                                 directCopyDirectory_,
                                 volumeName_,
                                 currentPractice,
+                                currentPractice && makesSums && !simulate,
                                 progress};
   return FileSetDelivery(options, *claim_, files_, *this)
       .Run(sourceDirectory.empty() ? TextView(rootDirectory_) : sourceDirectory);

@@ -2,6 +2,7 @@
 
 #include "disc/media_burn_util.h"
 #include "disc/media_processor.h"
+#include "fileset/set_sums.h"
 #include "foundation/file_system_flush.h"
 #include "foundation/find_handle.h"
 #include "foundation/working_directory_scope.h"
@@ -43,6 +44,7 @@ bool FileSetDelivery::Run(TextView source) {
     // The copy works from inside the source, where relative names would mean something else.
     source_ = AbsolutePath(source_);
     if (!claim_.TakeFinished(source_, files_, errors_)) return false;
+    if (options_.hasSums && !MakeSums()) return false;
     if (options_.isDirectCopy) {
       target_ = options_.targetDirectory;
       if (!target_.empty()) {
@@ -60,6 +62,13 @@ bool FileSetDelivery::Run(TextView source) {
   // A file set that is still to be delivered stays this job's.
   if (isDelivered && !options_.isSourceHeld) claim_.Release();
   return isDelivered;
+}
+
+// Not beside what is no file set.
+bool FileSetDelivery::MakeSums() {
+  Text dicomDir(source_);
+  if (!JoinBelow(dicomDir, kDicomDirName, errors_) || !files_.PathExists(dicomDir)) return true;
+  return WriteSetSums(source_, files_, errors_);
 }
 
 // A copy onto the source itself, or into what is cleared with it, would be none. When the target

@@ -22,6 +22,7 @@ struct DeliveryOptions {
   TextView targetDirectory;
   TextView volumeName;  // of the disc; empty for the usual one
   bool acceptsEmptyFiles;
+  bool hasSums;  // of the source's files, in the source
   const CopyReport::Callback& progress;  // hears of a direct copy; may be empty
 };
 
@@ -36,6 +37,7 @@ class FileSetDelivery {
   [[nodiscard]] bool Run(TextView source);
 
  private:
+  [[nodiscard]] bool MakeSums();
   [[nodiscard]] bool CheckTarget();
   [[nodiscard]] bool CheckRoom();
   [[nodiscard]] bool CopyToTarget();

@@ -258,7 +258,7 @@ bool FileCheck::CheckOther(std::size_t entry, bool isTold) {
   const bool isSummed = sums_.SumOf(entry) != nullptr;
   // Another file set may lie below.
   const bool isLookedAt =
-      isTold && Folded(NameOf(found.path)) != kDicomDirName && found.path != kSumsName;
+      isTold && Folded(NameOf(found.path)) != kDicomDirName && found.path != kSumsFileName;
   if (!progress_.isBytes) Advance(1);
   if (!isSummed && !isLookedAt) return true;
   const std::unique_ptr<MediumFile> file = medium_.Open(found.path);

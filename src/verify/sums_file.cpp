@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "fileset/root_names.h"
 #include "platform/services.h"
 
 namespace quillon {
@@ -61,14 +62,14 @@ void SumsFile::ReadLine(std::string_view line, std::size_t number, MediumIndex& 
   constexpr std::size_t kNameAt = kSumDigits + 2;  // behind a space and the mark of the form
   if (line.size() <= kNameAt || !std::ranges::all_of(digits, IsHex) || line[kSumDigits] != ' ' ||
       (line[kSumDigits + 1] != ' ' && line[kSumDigits + 1] != '*')) {
-    findings.Add(Fault::SumsLine, {kSumsName, {}}, {number});
+    findings.Add(Fault::SumsLine, {kSumsFileName, {}}, {number});
     return;
   }
   std::string name(line.substr(kNameAt));
   if (isEscaped) name = Unescaped(name);
   while (name.starts_with("./")) name.erase(0, 2);
   if (LeadsOutside(name)) {
-    findings.Add(Fault::SumsOutside, {kSumsName, {}}, {number, ShownValue(name)});
+    findings.Add(Fault::SumsOutside, {kSumsFileName, {}}, {number, ShownValue(name)});
     return;
   }
   std::ranges::replace(name, '/', '\\');

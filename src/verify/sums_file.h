@@ -13,8 +13,6 @@
 
 namespace quillon {
 
-inline constexpr const OLECHAR* kSumsName = OLESTR("SHA256SUMS");
-
 class SumsFile {
  public:
   // Reads it from the text; what is wrong with its lines is told, files that are not there too.

@@ -96,13 +96,13 @@ void Verification::CheckRootFiles() {
 }
 
 void Verification::ReadSums() {
-  const auto found = options_.checksSums ? index_.FindInRoot(kSumsName) : std::nullopt;
+  const auto found = options_.checksSums ? index_.FindInRoot(kSumsFileName) : std::nullopt;
   if (!found) return;
   std::string text;
   if (ReadWhole(medium_, index_.Entries()[*found].path, kMaxSumsBytes, text)) {
     sums_.Read(text, index_, findings_);
   } else {
-    findings_.Add(Fault::SumsUnreadable, {kSumsName, {}});
+    findings_.Add(Fault::SumsUnreadable, {kSumsFileName, {}});
   }
 }
 

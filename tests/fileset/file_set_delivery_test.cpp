@@ -57,6 +57,33 @@ TEST_F(WriteFlow, ADirectCopyMakesItsDirectoryAndReplacesFilesOfTheSameName) {
   EXPECT_EQ(fs::current_path(), before_);
 }
 
+TEST_F(WriteFlow, WithCurrentPracticeTheSumsOfTheFilesGoWithThem) {
+  writeText(job_.root / "SHA256SUMS", "of an earlier set");
+  job_.builder.currentPractice = true;
+  ASSERT_TRUE(copy(false)) << job_.sentence();
+  const std::string sums =
+      "f8945fc443f902fb3c0b3cc95c849b46107f46dd9f97b00d623b815889e7ef1d  DICOMDIR\n"
+      "f0ea995aeaa69f4179d7baa6f9757bcab21f36bf7aecb19eac01be6e67528454  DICOMOBJ/P1/QLN00001\n"
+      "2ecd7e7924368e04a0bb0d2c7721b53c53a998ff1717175920adcf7b0ce373fa  DICOMOBJ/P1/QLN00002\n"
+      "1225b68bb49af90963ac3a212cb1d6e24a8af4ae89293c0fa6243242a64a8f96  LABEL.TXT\n"
+      "353b4f4ac3ab77553ea726f1f9e37796a626d017f9f6a211978c4e17a0131d21  QUILLON/a/b/c/d\n";
+  for (const fs::path& directory : {job_.root, target_}) {
+    const auto bytes = readBytes(directory / "SHA256SUMS");
+    EXPECT_EQ(std::string(bytes.begin(), bytes.end()), sums) << directory;
+    fs::remove(directory / "SHA256SUMS");
+  }
+  job_.builder.makesSums = false;
+  ASSERT_TRUE(copy(false)) << job_.sentence();
+  job_.builder.currentPractice = false;
+  job_.builder.makesSums = true;
+  ASSERT_TRUE(copy(false)) << job_.sentence();
+  // What is no file set is delivered as it is.
+  fs::remove(job_.root / "DICOMDIR");
+  job_.builder.currentPractice = true;
+  ASSERT_TRUE(copy(false)) << job_.sentence();
+  expectTree(target_);
+}
+
 #ifndef _WIN32
 // What follows may be a power cut, or the end of the file set that was copied.
 TEST_F(WriteFlow, ADirectCopyIsOnTheDiskBeforeItsDicomDirAndThatBeforeItHasSucceeded) {

@@ -197,6 +197,9 @@ class CDicomDirProcessor : public CBaseItem, public FileSetOptions {
   // A root that was written stays this job's until it is wiped or this object goes: for one who
   // compares the medium with it, or writes it again.
   bool holdsRootWhenWritten = false;
+  // With currentPractice: a set that is delivered has SHA256SUMS beside its label. Off for one who
+  // makes it himself.
+  bool makesSums = true;
   bool performFullErase = false;
   bool simulateCreation = false;
   bool ejectMediumAfterCreation = true;

@@ -8,5 +8,6 @@ namespace quillon {
 inline constexpr const OLECHAR* kDicomDirName = OLESTR("DICOMDIR");
 inline constexpr const OLECHAR* kUnfinishedMarkName = OLESTR("UNFINISHED.TXT");
 inline constexpr const OLECHAR* kLabelFileName = OLESTR("LABEL.TXT");
+inline constexpr const OLECHAR* kSumsFileName = OLESTR("SHA256SUMS");
 
 }  // namespace quillon
