@@ -17,12 +17,6 @@
 
 namespace quillon {
 
-namespace {
-
-constexpr const OLECHAR* kCurrentPracticeValue = OLESTR("CurrentPractice");
-
-}  // namespace
-
 CDicomDirProcessor::CDicomDirProcessor()
     : patients_(std::make_unique<CPatientList>()),
       claim_(std::make_unique<RootClaim>()),

@@ -1,13 +1,9 @@
 // The registry key with the settings of media creation.
 #pragma once
 
-#include "foundation/text.h"
+#include "fileset/setting_names.h"
 
 namespace quillon {
-
-// Below HKEY_LOCAL_MACHINE.
-inline constexpr const OLECHAR* kMediaCreationKeyPath =
-    OLESTR("SOFTWARE\\Tarn Imaging\\Quillon\\Workstation\\MediaCreation");
 
 class MediaCreationKey {
  public:

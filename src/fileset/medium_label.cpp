@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
+#include "institution.h"
 #include "path_join.h"
 
 namespace quillon {
@@ -23,6 +25,11 @@ constexpr LabelText kCreationDate     {kMsgLabelCreationDate,     OLESTR("Filese
 constexpr LabelText kCreator          {kMsgLabelCreator,          OLESTR("Fileset Creator:  Quillon")};
 constexpr LabelText kContent          {kMsgLabelContent,          OLESTR("Fileset Content:  ")};
 constexpr LabelText kDicomOnly        {kMsgLabelDicomOnly,        OLESTR("DICOM ONLY")};
+constexpr LabelText kInstitution      {kMsgLabelInstitution,      OLESTR("Institution:  ")};
+constexpr LabelText kAddress          {kMsgLabelAddress,          OLESTR("Address:  ")};
+constexpr LabelText kPhone            {kMsgLabelPhone,            OLESTR("Phone:  ")};
+constexpr LabelText kWeb              {kMsgLabelWeb,              OLESTR("Web:  ")};
+constexpr LabelText kDisclaimer       {kMsgLabelDisclaimer,       OLESTR("Disclaimer:  ")};
 // clang-format on
 
 constexpr const OLECHAR* kDateFormat = OLESTR("dd MMM yyyy");
@@ -78,7 +85,7 @@ bool MediumLabel::Compose(const CPatientList& patients) {
   AppendLine(kCreationDate, *today);
   AppendLine(kCreator);
   AppendLine(kContent, Lookup(kDicomOnly));
-  return true;
+  return AppendInstitution();
 }
 
 bool MediumLabel::AppendPatient(const CPatient& patient) {
@@ -95,6 +102,24 @@ bool MediumLabel::AppendPatient(const CPatient& patient) {
   }
   if (studies.GetCount() == 0) return Fail(kMsgNoStudiesForPatient);
   return AppendDate(kStudyDate, studies.At(0)->StudyDate());
+}
+
+// Behind the lines that every label has, so that these stand where they always stood.
+bool MediumLabel::AppendInstitution() {
+  Institution institution;
+  if (!ReadInstitution(institution, *this)) return false;
+  const std::pair<const LabelText&, Text&> lines[] = {{kInstitution, institution.name},
+                                                      {kAddress, institution.address},
+                                                      {kPhone, institution.phone},
+                                                      {kWeb, institution.web},
+                                                      {kDisclaimer, institution.disclaimer}};
+  for (const auto& [title, value] : lines) {
+    // A line end in a value begins no line of its own.
+    std::ranges::replace_if(
+        value, [](OLECHAR unit) { return unit < OLESTR(' '); }, OLESTR(' '));
+    if (!value.empty()) AppendLine(title, value);
+  }
+  return true;
 }
 
 void MediumLabel::AppendLine(const LabelText& title, TextView value) {

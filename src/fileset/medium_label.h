@@ -1,4 +1,5 @@
-// The label of the medium: a few lines that say whose data it holds, when and by what it was made.
+// The label of the medium: a few lines that say whose data it holds, when and by what it was made,
+// and who hands it out where that is configured.
 #pragma once
 
 #include <vector>
@@ -28,7 +29,7 @@ class MediumLabel : public CBaseItem {
   }
 
   // From a list of at least one patient. False, with a sentence, when a date of the patient or the
-  // study is none, or the only patient has no study.
+  // study is none, the only patient has no study, or the institution cannot be read.
   [[nodiscard]] bool Compose(const CPatientList& patients);
   // Lines joined by line feeds, none at the end.
   [[nodiscard]] const Text& GetText() const { return text_; }
@@ -38,6 +39,7 @@ class MediumLabel : public CBaseItem {
  private:
   [[nodiscard]] Text Lookup(const LabelText& text) const;
   void AppendLine(const LabelText& title, TextView value = {});
+  [[nodiscard]] bool AppendInstitution();
   [[nodiscard]] bool AppendPatient(const CPatient& patient);
   // No line for a date that does not have the eight characters of one.
   [[nodiscard]] bool AppendDate(const LabelText& title, TextView date);

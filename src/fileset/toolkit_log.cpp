@@ -21,7 +21,7 @@ void SendToolkitLogTo(const std::string& file) {
 void SendToolkitLogAsConfigured() {
   Text file;
   MediaCreationKey key;
-  if (key.Open()) static_cast<void>(key.ReadText(OLESTR("ToolkitLogFile"), file));
+  if (key.Open()) static_cast<void>(key.ReadText(kToolkitLogValue, file));
   // The working directory of later is that of the host, or of a copy under way.
   SendToolkitLogTo(file.empty() ? "" : NarrowText(AbsolutePath(file), FileSystemCodePage()));
 }

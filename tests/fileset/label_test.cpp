@@ -107,6 +107,39 @@ TEST(MediumLabel, SaysWhoseDataItIs) {
   }
 }
 
+TEST(MediumLabel, NamesTheInstitutionThatIsConfigured) {
+  const struct {
+    const char* name;
+    const char* value;
+    std::string line;  // behind those of every label
+  } cases[] = {{"InstitutionName", "City Hospital", "\nInstitution:  City Hospital"},
+               {"InstitutionAddress", "1 High Street", "\nAddress:  1 High Street"},
+               {"InstitutionPhone", "+49 1", "\nPhone:  +49 1"},
+               {"InstitutionWeb", "https://example.org", "\nWeb:  https://example.org"},
+               {"InstitutionDisclaimer", "a\tb", "\nDisclaimer:  a b"},
+               {"InstitutionName", "", ""}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    BuilderJob job;
+    job.registry.setText(c.name, c.value);
+    job.add("a", object(1, 1, 1, 1));
+    ASSERT_TRUE(job.create()) << job.sentence();
+    const std::string label = Plain(job.builder.IheLabel());
+    const std::string end = kFileSetLines + c.line;
+    EXPECT_TRUE(label.ends_with(end)) << label;
+  }
+  BuilderJob job;
+  job.registry.setNumber("InstitutionWeb", 1);
+  const fs::path file = job.add("a", object(1, 1, 1, 1));
+  EXPECT_FALSE(job.create());
+  EXPECT_EQ(job.sentence(),
+            "Cannot query the registry key \"SOFTWARE\\Tarn Imaging\\Quillon\\Workstation\\"
+            "MediaCreation\" for the value of \"InstitutionWeb\" for this reason:  \"The registry "
+            "value is missing or corrupt.\"");
+  EXPECT_TRUE(fs::exists(file));
+  EXPECT_FALSE(fs::exists(job.root));
+}
+
 TEST(MediumLabel, ADateThatIsNoneFailsTheCreation) {
   const struct {
     const char* what;
