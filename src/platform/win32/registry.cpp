@@ -9,6 +9,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "platform/registry_file_status.h"
 #include "platform/win32/errors.h"
 #include "registry_store.h"
 
@@ -143,6 +144,16 @@ bool isStorable(std::u16string_view name) {
 
 using namespace quillon::platform;
 
+RegistryFileStatus quillon::platform::registryFileStatus() {
+  const std::lock_guard lock(registry().mutex);
+  const RegistryStore::Location location = RegistryStore::locate();
+  RegistryFileStatus told{location.readFrom, location.writeTo};
+  RegistryDocument* document = nullptr;
+  told.code = registry().store.read(document);
+  if (told.code == 0) told.damagedLine = document->damagedLine;
+  return told;
+}
+
 LSTATUS WINAPI RegOpenKeyExW(HKEY handle, LPCWSTR subKey, DWORD, REGSAM access, PHKEY result) {
   if (result == nullptr) return status(ERROR_INVALID_PARAMETER);
   const std::lock_guard lock(registry().mutex);
@@ -220,6 +231,16 @@ LSTATUS WINAPI RegSetValueExW(HKEY handle, LPCWSTR valueName, DWORD, DWORD type,
   return changeKey(handle, KEY_SET_VALUE, [&](RegistryKey& key) {
     key.values.insert_or_assign(std::u16string(nameOf(valueName)),
                                 RegistryValue{type, {data, data + lengthBytes}});
+    return LSTATUS{0};
+  });
+}
+
+LSTATUS WINAPI RegDeleteValueW(HKEY handle, LPCWSTR valueName) {
+  const std::lock_guard lock(registry().mutex);
+  return changeKey(handle, KEY_SET_VALUE, [valueName](RegistryKey& key) {
+    const auto found = key.values.find(nameOf(valueName));
+    if (found == key.values.end()) return status(ERROR_FILE_NOT_FOUND);
+    key.values.erase(found);
     return LSTATUS{0};
   });
 }

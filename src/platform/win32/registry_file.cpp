@@ -137,20 +137,24 @@ class Parser {
 
   void parse(std::u16string_view text) {
     while (!text.empty()) {
+      const std::size_t number = lines_ + 1;
       const std::u16string line = takeLine(text);
       const std::u16string_view content = trimmed(line);
       if (content.empty() || content[0] == u';' || content == kHeading || content == kOldHeading) {
         continue;
       }
-      if (content[0] == u'[' ? !parseKey(content) : !parseValue(content)) document_.damaged = true;
+      if (content[0] == u'[' ? parseKey(content) : parseValue(content)) continue;
+      if (!document_.damaged) document_.damagedLine = number;
+      document_.damaged = true;
     }
   }
 
  private:
   // A line of bytes that ends in "\" goes on in the next; a text may end in one.
-  static std::u16string takeLine(std::u16string_view& text) {
+  std::u16string takeLine(std::u16string_view& text) {
     std::u16string line;
     for (;;) {
+      ++lines_;
       const std::size_t end = std::min(text.find(u'\n'), text.size());
       const std::u16string_view part = trimmed(text.substr(0, end));
       text.remove_prefix(std::min(end + 1, text.size()));
@@ -202,6 +206,7 @@ class Parser {
   RegistryDocument& document_;
   RegistryKey* key_ = nullptr;
   bool ignoresValues_ = false;
+  std::size_t lines_ = 0;  // taken
 };
 
 std::u16string fromUtf16Bytes(std::string_view bytes) {

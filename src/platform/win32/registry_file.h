@@ -57,6 +57,7 @@ struct RegistryDocument {
   // A line that is not understood: such a file is read as far as it goes and never rewritten, which
   // would lose the line.
   bool damaged = false;
+  std::size_t damagedLine = 0;  // the first such line, from 1
 };
 
 RegistryDocument parseRegistry(std::string_view bytes);

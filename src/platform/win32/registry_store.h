@@ -20,12 +20,13 @@ class RegistryStore {
   // own; other than 0 nothing is written.
   LSTATUS change(const std::function<LSTATUS(RegistryKey& roots)>& change);
 
- private:
   struct Location {
     std::string readFrom;
     std::string writeTo;
   };
   static Location locate();
+
+ private:
   LSTATUS load(const std::string& path);
   LSTATUS save(const std::string& path);
 

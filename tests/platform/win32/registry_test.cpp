@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "layer_fixture.h"
+#include "platform/registry_file_status.h"
 #include "registry_file.h"
 
 namespace quillon::test {
@@ -190,10 +191,12 @@ TEST_F(Registry, ALineThatIsNotUnderstoodIsNeverLost) {
         std::string("Windows Registry Editor Version 5.00\n[HKEY_CURRENT_USER\\K]\n\"N\"=\"v\"\n") +
         line + "\n";
     write(content);
+    EXPECT_EQ(platform::registryFileStatus().damagedLine, 4U);
     EXPECT_EQ(text(HKEY_CURRENT_USER, u"K", u"N"), u"v");
     HKEY key = nullptr;
     ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, u"K", 0, KEY_ALL_ACCESS, &key), 0);
     EXPECT_EQ(setText(key, u"P", u"q"), static_cast<LSTATUS>(ERROR_BADKEY));
+    EXPECT_EQ(RegDeleteValueW(key, u"N"), static_cast<LSTATUS>(ERROR_BADKEY));
     RegCloseKey(key);
     EXPECT_EQ(read(), content);
   }
@@ -225,6 +228,23 @@ TEST_F(Registry, CallsAnswerTheirCode) {
   EXPECT_EQ(RegDeleteKeyW(key, u"Product"), 1018);
   EXPECT_EQ(RegCloseKey(key), 0);
   EXPECT_EQ(text(HKEY_CURRENT_USER, u"Software", u"U"), u"M\u00FCller") << "not below the tree";
+}
+
+TEST_F(Registry, AValueIsRemovedAlone) {
+  write(std::string(kSample) + "\"V\"=hex:01,\\\r\n  02\r\nnonsense\r\n");
+  EXPECT_EQ(platform::registryFileStatus().damagedLine, 25U) << "lines that go on count";
+  write(kSample);
+  EXPECT_EQ(platform::registryFileStatus().damagedLine, 0U);
+  HKEY key = nullptr;
+  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, kProduct, 0, KEY_READ, &key), 0);
+  EXPECT_EQ(RegDeleteValueW(key, u"Path"), 5) << "opened for reading";
+  RegCloseKey(key);
+  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, kProduct, 0, KEY_SET_VALUE, &key), 0);
+  EXPECT_EQ(RegDeleteValueW(key, u"PATH"), 0);
+  EXPECT_EQ(RegDeleteValueW(key, u"Path"), 2);
+  RegCloseKey(key);
+  EXPECT_EQ(text(HKEY_LOCAL_MACHINE, kProduct, u"Path"), u"<2>");
+  EXPECT_EQ(text(HKEY_LOCAL_MACHINE, kProduct, u""), u"default");
 }
 
 TEST_F(Registry, DeletingAKeyLeavesItsNeighbours) {

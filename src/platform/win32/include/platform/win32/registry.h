@@ -55,6 +55,8 @@ LSTATUS WINAPI RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, L
                                 LPBYTE data, LPDWORD lengthBytes);
 LSTATUS WINAPI RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD reserved, DWORD type,
                               const BYTE* data, DWORD lengthBytes);
+// 2 for a value that the key does not have.
+LSTATUS WINAPI RegDeleteValueW(HKEY key, LPCWSTR valueName);
 // Refuses (5) a key that has subkeys.
 LSTATUS WINAPI RegDeleteKeyW(HKEY key, LPCWSTR subKey);
 // 259 past the last one, 234 when the name does not fit. Deleting a key makes those behind it move
