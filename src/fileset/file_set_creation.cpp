@@ -37,8 +37,9 @@ bool FileSetCreation::PrepareRoot() {
     if (!files_.CreateDirectoryTree(directory)) return FailAs(files_);
     keepsPatients_ = false;
   }
-  const Text& content = plan_.Content().Destination();
-  if (!content.empty() && !files_.CreateDirectoryTree(content)) return FailAs(files_);
+  for (const Text& directory : plan_.Content().Destinations()) {
+    if (!files_.CreateDirectoryTree(directory)) return FailAs(files_);
+  }
   return CheckWritable();
 }
 

@@ -59,7 +59,7 @@ Text DirectoryBelow(TextView parent, const OLECHAR* prefix, std::size_t number) 
 
 // What a DICOMDIR takes per record, and a label; both are small beside any object.
 constexpr std::uint64_t kBytesPerRecord = 1024;
-constexpr std::uint64_t kBytesForLabel = 16384;
+constexpr std::size_t kBytesForLabel = 16384;
 
 // What each takes at the least: the elements that every record opens with, and the reference to an
 // object's file.
@@ -87,7 +87,7 @@ FileSetPlan::FileSetPlan(CPatientList& patients, CFileUtil& files, const FileSet
       places_(places),
       root_(places.rootDirectory),
       objectDirectory_(places.objectDirectory),
-      content_(files, options.currentPractice) {
+      content_(files, options_) {
   SetClassName(OLESTR("CDicomDirProcessor"));
 }
 
@@ -100,11 +100,7 @@ bool FileSetPlan::Make() {
   if (!CheckOldEntries() || !BeginDicomDir()) return false;
   if (!AddPatients() || !AddTopLevelObjects()) return false;
   keepsPatients_ = false;
-  if (options_.includeOtherContent &&
-      !content_.Plan(places_.rootDirectory, places_.otherContentDirectory)) {
-    return FailAs(content_);
-  }
-  if (!CheckContentPlaces() || !ComposeLabel()) return false;
+  if (!PlanContent() || !ComposeLabel()) return false;
   keepsPatients_ = true;
   planned_.room = RoomOnDisc();
   return !options_.needsRoomForCopies || CheckRoom(planned_.bytesOnDisk);
@@ -156,6 +152,20 @@ bool FileSetPlan::BeginDicomDir() {
   return dicomDirWriter_->begin() == kDcOk || Fail(kMsgCannotCreateDicomDirIn, {root_});
 }
 
+void FileSetPlan::NoteIdentities() {
+  std::set<TextView> seen;
+  const auto note = [&seen](std::vector<Text>& list, const Text& value) {
+    if (!value.empty() && seen.insert(value).second) list.push_back(value);
+  };
+  for (std::size_t p = 0; p < patients_.GetCount(); ++p) {
+    const CPatient& patient = *patients_.At(p);
+    note(planned_.patientIds, patient.PatientId());
+    for (std::size_t s = 0; s < patient.Studies().GetCount(); ++s) {
+      note(planned_.studyUids, patient.Studies().At(s)->StudyInstanceUid());
+    }
+  }
+}
+
 bool FileSetPlan::AddPatients() {
   planned_ = PlannedFileSet{};
   std::size_t objects = 0;
@@ -164,6 +174,7 @@ bool FileSetPlan::AddPatients() {
     return true;
   }));
   planned_.objects.reserve(objects);
+  NoteIdentities();
   if (options_.currentPractice) planned_.repeatedPatients = FindRepeatedPatients(patients_);
   inventor_ = KeyInventor();
   for (std::size_t p = 0; options_.inventsMissingKeys && p < patients_.GetCount(); ++p) {
@@ -340,25 +351,16 @@ void FileSetPlan::Complete(DcDirRec& record, const std::vector<DcTag>& missing, 
   AddEmptyKeys(row, record);
 }
 
-bool FileSetPlan::CheckContentPlaces() {
+bool FileSetPlan::PlanContent() {
   Text labelPath = root_;
   if (!JoinPath(labelPath, kLabelFileName, *this)) return false;
-  if (IsDirectoryThere(labelPath, files_)) return Fail(kMsgCannotOpenFile, {labelPath});
-  if (!content_.HasContent()) return true;
-  const Text root = ComparablePath(root_);
-  const Text objects = ComparablePath(ObjectDirectory());
-  const Text place = ComparablePath(content_.Destination());
-  // In a directory of its own, as it usually is, it is in nobody's way.
-  if (place != root && !IsAtOrBelow(place, objects) && !IsAtOrBelow(objects, place)) return true;
-  const std::array own{ComparablePath(dicomDirPath_), ComparablePath(labelPath),
-                       ComparablePath(root_ + kUnfinishedMarkName)};
-  return std::ranges::none_of(content_.Files(),
-                              [&](const Text& file) {
-                                const Text path = ComparablePath(file);
-                                return IsAtOrBelow(path, objects) ||
-                                       std::ranges::find(own, path) != own.end();
-                              }) ||
-         Fail(kMsgDestinationFilenameInvalid);
+  if (options_.includeOtherContent) {
+    const OtherContents::Places places{places_.rootDirectory, places_.otherContentDirectory,
+                                       ObjectDirectory()};
+    if (!content_.Plan(places)) return FailAs(content_);
+    planned_.contentGap = content_.Gap();
+  }
+  return !IsDirectoryThere(labelPath, files_) || Fail(kMsgCannotOpenFile, {labelPath});
 }
 
 bool FileSetPlan::ComposeLabel() {
@@ -385,8 +387,9 @@ bool FileSetPlan::CheckRoom(std::uint64_t bytesToCopy) {
   std::uint64_t freeBytes = 0;
   // A file system that does not tell is not one without room.
   if (!files_.GetFreeBytes(ExistingPart(AbsolutePath(root_), files_), freeBytes)) return true;
-  const std::uint64_t needed =
-      bytesToCopy + content_.BytesOnDisk() + CountRecords() * kBytesPerRecord + kBytesForLabel;
+  const std::uint64_t needed = bytesToCopy + content_.BytesOnDisk() +
+                               CountRecords() * kBytesPerRecord +
+                               std::max(kBytesForLabel, planned_.label.size() * sizeof(char16_t));
   return needed <= freeBytes ||
          Fail(kMsgNotEnoughRoom,
               {places_.rootDirectory, NumberText(static_cast<long long>(freeBytes)),

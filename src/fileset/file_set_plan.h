@@ -14,7 +14,7 @@
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
 #include "key_inventor.h"
-#include "other_content.h"
+#include "other_contents.h"
 
 namespace quillon {
 
@@ -66,7 +66,7 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] const std::vector<Text>& Directories() const { return directories_; }
   // Its bytes are made with the plan. False, with a sentence.
   [[nodiscard]] bool WriteDicomDir();
-  [[nodiscard]] OtherContent& Content() { return content_; }
+  [[nodiscard]] OtherContents& Content() { return content_; }
 
  private:
   // Where the walk over the patients stands.
@@ -95,7 +95,8 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] bool CheckName(const Text& fileId);
   std::unique_ptr<DcDirRec> MakeRecord(const CDicomObjectProperties& object,
                                        const DicomFileFacts& facts);
-  [[nodiscard]] bool CheckContentPlaces();
+  [[nodiscard]] bool PlanContent();
+  void NoteIdentities();
   [[nodiscard]] bool ComposeLabel();
   // The record that a node keeps, completed, or the one that is made of its texts. Null, with a
   // sentence, without memory.
@@ -124,7 +125,7 @@ class FileSetPlan : public CBaseItem {
   std::vector<Text> directories_;
   std::unique_ptr<DcDirDicomDir> dicomDir_;
   std::unique_ptr<DcDirWriter> dicomDirWriter_;
-  OtherContent content_;
+  OtherContents content_;
 };
 
 }  // namespace quillon

@@ -11,8 +11,20 @@ namespace quillon {
 
 namespace {
 
-constexpr const OLECHAR* kValueName = OLESTR("OtherContentSourceDir");
 constexpr const OLECHAR* kEveryFile = OLESTR("*.*");
+
+// Whether every level of a path below the root leads down.
+bool StaysBelow(TextView path) {
+  if (path == OLESTR(".")) return true;
+  for (;;) {
+    const std::size_t end = std::min(path.find_first_of(OLESTR("\\/")), path.size());
+    const TextView level = path.substr(0, end);
+    const bool isName = level.find_first_not_of(OLESTR(". ")) != TextView::npos;
+    if (!isName || level.find(OLESTR(':')) != TextView::npos) return false;
+    if (end == path.size()) return true;
+    path.remove_prefix(end + 1);
+  }
+}
 
 }  // namespace
 
@@ -30,10 +42,10 @@ bool OtherContent::ReadSourceDirectory(Text& directory, bool& isMissing) {
     return Fail(kMsgCannotOpenRegistryKey,
                 {kMediaCreationKeyPath, LoadMessage(kMsgRegistryKeyMissing)});
   }
-  if (!key.ReadText(kValueName, directory)) {
+  if (!key.ReadText(kOtherContentValue, directory)) {
     isMissing = key.IsMissing();
     return Fail(kMsgCannotQueryRegistryValue,
-                {kMediaCreationKeyPath, kValueName, LoadMessage(kMsgRegistryValueMissing)});
+                {kMediaCreationKeyPath, kOtherContentValue, LoadMessage(kMsgRegistryValueMissing)});
   }
   if (!key.Close()) {
     return Fail(kMsgCannotCloseRegistryKey,
@@ -42,19 +54,55 @@ bool OtherContent::ReadSourceDirectory(Text& directory, bool& isMissing) {
   return true;
 }
 
-bool OtherContent::Plan(const Text& rootDirectory, TextView otherContentDirectory) {
+void OtherContent::Forget() {
   hasContent_ = false;
   bytesOnDisk_ = 0;
+  room_ = DiscRoom();
   planned_.clear();
+  plannedDirectories_.clear();
   destination_.clear();
   remark_.clear();
+  gap_.clear();
+}
+
+bool OtherContent::PlanConfigured(const Text& rootDirectory, TextView otherContentDirectory) {
+  Forget();
   // A workstation on which no source was configured has nothing to copy; the sentence tells why.
   bool isMissing = false;
   if (!ReadSourceDirectory(source_, isMissing)) {
     remark_ = ErrorMessage();
+    if (!isMissing) gap_ = remark_;
     return true;
   }
-  if (source_.empty() || !files_.PathExists(source_)) return true;
+  if (source_.empty()) return true;
+  if (!files_.PathExists(source_)) {
+    CBaseItem sentence;
+    sentence.Fail(kMsgContentSourceMissing, {source_});
+    gap_ = sentence.ErrorMessage();
+    return true;
+  }
+  return PlanCopy(rootDirectory, otherContentDirectory);
+}
+
+bool OtherContent::PlanNamed(const Text& source, const Text& rootDirectory,
+                             TextView otherContentDirectory) {
+  Forget();
+  source_ = source;
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (source_.empty() || !files_.GetFileAttributes(source_, data) ||
+      (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+    return Fail(kMsgContentSourceMissing, {source_});
+  }
+  if (files_.LiesWithin(source_, rootDirectory)) {
+    return Fail(kMsgContentInRoot, {source_, rootDirectory});
+  }
+  if (!StaysBelow(otherContentDirectory)) {
+    return Fail(kMsgContentPlaceInvalid, {otherContentDirectory});
+  }
+  return PlanCopy(rootDirectory, otherContentDirectory);
+}
+
+bool OtherContent::PlanCopy(const Text& rootDirectory, TextView otherContentDirectory) {
   // The copy works from inside the source, where relative names would mean something else.
   source_ = AbsolutePath(source_);
   Text destination = AbsolutePath(rootDirectory);
@@ -65,6 +113,7 @@ bool OtherContent::Plan(const Text& rootDirectory, TextView otherContentDirector
       otherContentDirectory.starts_with(OLESTR('/'))) {
     otherContentDirectory.remove_prefix(1);
   }
+  if (otherContentDirectory == OLESTR(".")) otherContentDirectory = {};
   if (!otherContentDirectory.empty() && !JoinBelow(destination, otherContentDirectory, *this)) {
     return false;
   }
@@ -72,7 +121,10 @@ bool OtherContent::Plan(const Text& rootDirectory, TextView otherContentDirector
   if (!files_.ChangeDirectory(source_)) return FailAs(files_);
   std::vector<FileIdentity> above;
   if (!PlanDirectory(source_, destination, above)) return false;
-  if (!otherContentDirectory.empty()) room_.AddDirectory();
+  if (!otherContentDirectory.empty()) {
+    room_.AddDirectory();
+    plannedDirectories_.push_back(destination);
+  }
   destination_ = destination;
   hasContent_ = true;
   return true;
@@ -91,7 +143,10 @@ bool OtherContent::PlanDirectory(const Text& source, const Text& destination,
     const DWORD code = GetLastError();
     return code == ERROR_FILE_NOT_FOUND || Fail(kMsgFileSpecificationInvalid, {kEveryFile});
   }
-  if (!above.empty()) room_.AddDirectory();
+  if (!above.empty()) {
+    room_.AddDirectory();
+    plannedDirectories_.push_back(destination);
+  }
   above.push_back(identity);
   do {
     const WIN32_FIND_DATAW& entry = found.Entry();

@@ -1,5 +1,5 @@
-// The workstation's non-DICOM content: where it comes from, how much it is, whether all of it can
-// be copied, and the copy of it that lies beside the DICOM objects.
+// One directory of non-DICOM content, the workstation's or another: where it comes from, how much
+// it is, whether all of it can be copied, and the copy of it that lies beside the DICOM objects.
 #pragma once
 
 #include <cstdint>
@@ -26,21 +26,28 @@ class OtherContent : public CBaseItem {
   // cannot be read; isMissing then tells whether that is because nothing was ever configured.
   [[nodiscard]] bool ReadSourceDirectory(Text& directory, bool& isMissing);
 
-  // Looks for the source and goes through all of it as the copy below rootDirectory would. True
-  // when there is nothing to copy; when no source is configured with the registry's sentence left
-  // as the remark. False, with the sentence that the copy would fail with, or because the root lies
-  // in the source.
-  [[nodiscard]] bool Plan(const Text& rootDirectory, TextView otherContentDirectory);
-  // What Plan found.
+  // Looks for the configured source and goes through all of it as the copy below rootDirectory
+  // would. True when there is nothing to copy; when no source is configured with the registry's
+  // sentence left as the remark. False, with the sentence that the copy would fail with, or because
+  // the root lies in the source. An otherContentDirectory of "." is the root.
+  [[nodiscard]] bool PlanConfigured(const Text& rootDirectory, TextView otherContentDirectory);
+  // The same of a source that somebody has named: it must be there, and outside the root.
+  [[nodiscard]] bool PlanNamed(const Text& source, const Text& rootDirectory,
+                               TextView otherContentDirectory);
+  // What they found.
   [[nodiscard]] bool HasContent() const { return hasContent_; }
+  [[nodiscard]] const Text& Source() const { return source_; }
   [[nodiscard]] std::uint64_t BytesOnDisk() const { return bytesOnDisk_; }
   [[nodiscard]] const DiscRoom& Room() const { return room_; }
   // Where it will lie, absolute; empty without content.
   [[nodiscard]] const Text& Destination() const { return destination_; }
-  // The files that the copy makes.
+  // What the copy makes.
   [[nodiscard]] const std::vector<Text>& Files() const { return planned_; }
+  [[nodiscard]] const std::vector<Text>& Directories() const { return plannedDirectories_; }
   // Why there is none, when the configuration cannot be read; else empty.
   [[nodiscard]] const Text& Remark() const { return remark_; }
+  // Why there is none although there should be: something is configured, and cannot be had.
+  [[nodiscard]] const Text& Gap() const { return gap_; }
 
   // Of all files below the configured source; 0 when there is none. False, with a sentence.
   [[nodiscard]] bool GetSize(std::uint64_t& sizeBytes);
@@ -50,6 +57,8 @@ class OtherContent : public CBaseItem {
   [[nodiscard]] bool Copy();
 
  private:
+  void Forget();
+  [[nodiscard]] bool PlanCopy(const Text& rootDirectory, TextView otherContentDirectory);
   template <typename Total>
   [[nodiscard]] bool Measure(bool (CFileUtil::*measure)(Total&, TextView, TextView, bool),
                              Total& total);
@@ -65,7 +74,9 @@ class OtherContent : public CBaseItem {
   Text source_;
   Text destination_;
   Text remark_;
+  Text gap_;
   std::vector<Text> planned_;
+  std::vector<Text> plannedDirectories_;
 };
 
 }  // namespace quillon

@@ -174,7 +174,8 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
          writeText(job.dir / "viewer/QLN00001", "x");
          job.registry.setOtherContent(job.dir / "viewer");
        },
-       "The destination filename is invalid.",
+       "The other content of {viewer} would put DICOMOBJ/QLN00001 into the file set, which has its "
+       "own there.",
        false,
        {},
        all},

@@ -135,6 +135,132 @@ TEST(OtherContent, EmptyFilesAreCopiedAsTheFieldHasThem) {
   EXPECT_TRUE(fs::exists(job.dir / "out/QUILLON/data/zero"));
 }
 
+NamedContent named(const fs::path& source, const std::string& directory) {
+  return {WideOf(source), WideOf(directory)};
+}
+
+TEST(OtherContent, OfNamedDirectoriesTakesThePlaceOfTheConfiguredOne) {
+  ContentJob job;
+  writeText(job.dir / "start/autorun.inf", "a");
+  writeText(job.dir / "start/README.TXT", "r");
+  writeText(job.dir / "help/Text/b", "b");
+  writeText(job.dir / "more/Text/c", "c");
+  job.builder.otherContents = {named(job.dir / "start", "."), named(job.dir / "help", "VIEW/HELP"),
+                               named(job.dir / "more", "VIEW\\HELP")};
+  const fs::path before = fs::current_path();
+  ASSERT_TRUE(job.create()) << job.sentence();
+  EXPECT_EQ(fs::current_path(), before);
+  std::vector<std::string> expected{"DICOMDIR",        "DICOMOBJ/QLN00001", "LABEL.TXT",
+                                    "README.TXT",      "VIEW/HELP/Text/b",  "autorun.inf",
+                                    "VIEW/HELP/Text/c"};
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(filesBelow(job.root), expected);
+}
+
+TEST(OtherContent, IsRefusedWhereTheFileSetOrOtherContentHasSomething) {
+  const struct {
+    const char* what;
+    std::vector<std::string> files;  // "first/..." and "second/..."
+    std::vector<std::string> places;
+    std::string sentence;
+  } cases[] = {
+      {"a DICOMDIR", {"first/dicomdir"}, {"."}, "{first}:dicomdir"},
+      {"a label that is a directory", {"first/LABEL.TXT/x"}, {"."}, "{first}:LABEL.TXT/x"},
+      {"the mark of a creation", {"first/x"}, {"UNFINISHED.TXT"}, "{first}:UNFINISHED.TXT/x"},
+      {"sums of its own", {"first/SHA256SUMS"}, {"."}, "{first}:SHA256SUMS"},
+      {"a file among the objects", {"first/DICOMOBJ/x"}, {"."}, "{first}:DICOMOBJ/x"},
+      {"a file for the objects' directory", {"first/dicomobj"}, {"."}, "{first}:dicomobj"},
+      {"directories that differ in case", {"first/x", "second/y"}, {"AB", "ab"}, "{both}:ab"},
+      {"one file twice", {"first/a/x", "second/X"}, {".", "a"}, "{both}:a/X"},
+      {"a file for a directory", {"first/a", "second/x"}, {".", "A"}, "{both}:A"},
+      {"a directory for a file", {"first/x", "second/a"}, {"A", "."}, "{both}:a"},
+      {"outside the root", {"first/x"}, {"../x"}, "../x"},
+      {"a drive", {"first/x"}, {"C:"}, "C:"},
+      {"no name", {"first/x"}, {""}, ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    ContentJob job;
+    for (const std::string& file : c.files) writeText(job.dir / file, "x");
+    const fs::path first = job.dir / "first";
+    const fs::path second = job.dir / "second";
+    for (const std::string& place : c.places) {
+      job.builder.otherContents.push_back(
+          named(job.builder.otherContents.empty() ? first : second, place));
+    }
+    EXPECT_FALSE(job.create());
+    std::string sentence = "The other content cannot lie in " + c.sentence + " of the file set.";
+    if (c.sentence.starts_with("{first}:")) {
+      sentence = "The other content of " + first.string() + " would put " + c.sentence.substr(8) +
+                 " into the file set, which has its own there.";
+    } else if (c.sentence.starts_with("{both}:")) {
+      sentence = "The other content of " + first.string() + " and of " + second.string() +
+                 " would both put " + c.sentence.substr(7) + " into the file set.";
+    }
+    EXPECT_EQ(job.sentence(), sentence);
+    EXPECT_FALSE(fs::exists(job.root));
+    EXPECT_TRUE(fs::exists(job.in / "a"));
+  }
+}
+
+#ifndef _WIN32
+TEST(OtherContent, MayDifferInCaseAloneWhereAHostHasConfiguredIt) {
+  ContentJob job;
+  writeText(job.source / "viewer.exe", "x");
+  ASSERT_TRUE(job.builder.PreviewFileSet({}, {})) << job.sentence();
+  const auto sentence = [&](const std::string& name) {
+    return "The other content of " + job.source.string() + " has " + name +
+           " twice but for the case of letters, and a medium cannot have both.";
+  };
+  job.builder.currentPractice = true;
+  EXPECT_FALSE(job.builder.PreviewFileSet({}, {}));
+  EXPECT_EQ(job.sentence(), sentence("QUILLON/viewer.exe"));
+  job.builder.currentPractice = false;
+  job.builder.otherContents = {named(job.source, "A")};
+  job.add("a", {});
+  EXPECT_FALSE(job.create());
+  EXPECT_EQ(job.sentence(), sentence("A/viewer.exe"));
+  EXPECT_FALSE(fs::exists(job.root));
+}
+#endif
+
+TEST(OtherContent, ThatCannotBeHadIsToldAndRefusedWhereItIsAskedFor) {
+  ContentJob job;
+  const std::string gone = (job.dir / "none").string();
+  const std::string sentence = "The directory " + gone + " of the other content is not there.";
+  job.registry.setOtherContent(gone);
+  ASSERT_TRUE(job.builder.PreviewFileSet({}, {})) << job.sentence();
+  EXPECT_EQ(Plain(job.builder.Planned().contentGap), sentence);
+  job.builder.refusesContentGaps = true;
+  EXPECT_FALSE(job.builder.PreviewFileSet({}, {}));
+  EXPECT_EQ(job.sentence(), sentence);
+  job.registry.setNumber("OtherContentSourceDir", 1);
+  job.add("a", {});
+  EXPECT_FALSE(job.create());
+  EXPECT_EQ(job.sentence(), kNoValue);
+  // Nothing is missing where nothing is configured.
+  job.registry.remove();
+  job.add("a", {});
+  EXPECT_TRUE(job.builder.PreviewFileSet({}, {})) << job.sentence();
+
+  job.registry.setOtherContent(gone);
+  job.builder.refusesContentGaps = false;
+  for (const fs::path& source : {job.dir / "none", job.source / "VIEWER.EXE"}) {
+    job.builder.otherContents = {named(source, "A")};
+    job.add("a", {});
+    EXPECT_FALSE(job.create());
+    EXPECT_EQ(job.sentence(),
+              "The directory " + source.string() + " of the other content is not there.");
+  }
+  writeText(job.root / "VIEW/x", "x");
+  job.builder.otherContents = {named(job.root / "VIEW", "A")};
+  job.add("a", {});
+  EXPECT_FALSE(job.create());
+  EXPECT_EQ(job.sentence(), "The directory " + (job.root / "VIEW").string() +
+                                " of the other content lies in the root directory " +
+                                job.root.string() + ".");
+}
+
 TEST(Totals, CountTheObjectsAndTheOtherContent) {
   ContentJob job;
   ObjectDescription second;

@@ -62,10 +62,21 @@ enum class RootState {
   UnfinishedCopies,  // the same, but their sources stayed
 };
 
+// A directory of non-DICOM content, and the one below the root that it is copied to; "." is the
+// root itself.
+struct NamedContent {
+  Text source;
+  Text directory;
+};
+
 // How a file set is made.
 struct FileSetOptions {
   bool useHierarchyForDicomObjects = false;
   bool includeOtherContent = true;
+  // They take the place of the configured content, unless there are none.
+  std::vector<NamedContent> otherContents;
+  // Configured content that cannot be had ends the plan, instead of being left out.
+  bool refusesContentGaps = false;
   // Where the description of the medium is at odds with what the field does today, follow the
   // field: dates that are none are left out of the label, and empty files of the other content are
   // copied; texts are read by their character set, and records name it; an object has the record

@@ -61,6 +61,10 @@ struct PlannedFileSet {
   Text label;
   std::vector<Text> labelRemarks;  // the lines that the label leaves out: dates that are none
   DiscRoom room;                   // on a disc
+  Text contentGap;  // why configured content is left out that should be there; else empty
+  // Whose it is: each once, in the order of the records, without empty ones.
+  std::vector<Text> patientIds;
+  std::vector<Text> studyUids;
   // With currentPractice only.
   std::vector<MissingKey> incomplete;
   std::vector<RepeatedPatient> repeatedPatients;
