@@ -19,6 +19,7 @@ void addListCommand(CLI::App& program, int& exitStatus);
 void addHeaderCommand(CLI::App& program, int& exitStatus);
 void addVerifyCommand(CLI::App& program, int& exitStatus);
 void addWipeCommand(CLI::App& program, int& exitStatus);
+void addConfigCommand(CLI::App& program, int& exitStatus);
 // Two: register and unregister.
 void addRegisterCommands(CLI::App& program, int& exitStatus);
 

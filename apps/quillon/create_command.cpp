@@ -6,6 +6,7 @@
 #include "create_job.h"
 #include "media_job.h"
 #include "result_output.h"
+#include "settings.h"
 #include "toolkit_log.h"
 
 namespace quillon::cli {
@@ -35,6 +36,7 @@ struct CommandOptions {
 };
 
 int runCreate(CommandOptions& options) {
+  if (const Outcome registry = checkRegistry(); registry.failed()) return finish({}, registry, {});
   const Outcome listed = takeListedSources(options.job.selection, options.job.sources);
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
   MediaJob mediaJob;
@@ -73,14 +75,12 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
       "Do not walk the subdirectories of directories");
   command.add_flag("--via-dicomdir", job.isViaDicomDir,
                    "Take of each PATH what its DICOMDIR names, in that order");
-  command.add_flag_callback(
-      "--no-other-content", [&job] { job.hasOtherContent = false; },
-      "Do not copy the configured non-DICOM content");
+  addOtherContentOptions(command, job.otherContent);
   command.add_flag("--move", job.isMoving, "Move the files into the file set");
   command.add_flag("--keep-going", job.isKeepingGoing, "Pass over files that cannot be added");
   command.add_flag("--strict", job.isStrict,
                    "Refuse files that end before their pixel data does, or lack a value that a "
-                   "DICOMDIR requires");
+                   "DICOMDIR requires, and a medium without the configured other content");
   command.add_flag("--invent", job.isInventing, "Make up the values that a DICOMDIR requires");
   command.add_flag("--one-patient", job.isForOnePatient, "Refuse files of more than one patient");
   addCharacterSetOption(command, job.characterSet);

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <unordered_map>
 #include <utility>
 
@@ -166,7 +167,7 @@ class CreateJob {
     }
     result_.root = job_.root();
     job_.setHierarchy(options_.hasHierarchy);
-    job_.setOtherContent(options_.hasOtherContent);
+    if (!passes(applyOtherContent(options_.otherContent, options_.isStrict, job_))) return false;
     job_.setCharacterSet(options_.characterSet);
     job_.setRecords(options_.isInventing, options_.isForOnePatient);
     job_.setPlaceAmongMedia(options_.mediumNumber, options_.mediumCount);
@@ -229,6 +230,7 @@ class CreateJob {
     }
     std::vector<std::string> sources;
     for (const std::string& source : options_.sources) sources.push_back(absolutePath(source));
+    std::ranges::move(contentSources(options_.otherContent), std::back_inserter(sources));
     isWiping_ = passes(mayWipe(result_.root, sources));
     return isWiping_;
   }
@@ -371,6 +373,9 @@ class CreateJob {
     }
     for (std::string& remark : remarksOn(planned.repeatedPatients)) {
       result_.remarks.push_back(std::move(remark));
+    }
+    if (!planned.contentGap.empty()) {
+      result_.remarks.push_back(narrow(planned.contentGap) + " The medium goes without it.");
     }
     for (const Text& line : planned.labelRemarks) {
       result_.remarks.push_back("The label leaves out \"" + narrow(line) + "\": it is not a date.");

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "fileset/disc_room.h"
+#include "other_content_options.h"
 #include "outcome.h"
 #include "record_remarks.h"
 #include "selection_options.h"
@@ -30,7 +31,7 @@ struct CreateOptions {
   bool intoSubdirectories = true;
   // Of directories too only what their DICOMDIR names is taken.
   bool isViaDicomDir = false;
-  bool hasOtherContent = true;
+  OtherContentOptions otherContent;
   bool isMoving = false;
   bool isKeepingGoing = false;
   // Files that are not whole, or lack what a directory record needs, are refused.

@@ -41,6 +41,7 @@ int run(int argc, char** argv) {
   quillon::cli::addHeaderCommand(program, exitStatus);
   quillon::cli::addVerifyCommand(program, exitStatus);
   quillon::cli::addWipeCommand(program, exitStatus);
+  quillon::cli::addConfigCommand(program, exitStatus);
   quillon::cli::addRegisterCommands(program, exitStatus);
   try {
     refuseEmptyValues(argc, argv);

@@ -70,6 +70,10 @@ Outcome MediaJob::setObjectDirectory(std::string_view path) {
   return "The object directory " + std::string(path) + " is invalid.";
 }
 
+Outcome MediaJob::setOtherContentDirectory(std::string_view name) {
+  return outcomeOf(builder().SetOtherContentDirectory(wide(name)));
+}
+
 std::string MediaJob::root() { return read(object_, &CQuillonMediaRW::get_DicomRootDirectory); }
 
 std::string MediaJob::label() { return read(object_, &CQuillonMediaRW::get_IheLabel); }

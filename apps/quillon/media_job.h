@@ -38,7 +38,17 @@ class MediaJob {
   Outcome setRoot(std::string_view path);
   Outcome setObjectDirectory(std::string_view path);
   void setHierarchy(bool enabled) { builder().useHierarchyForDicomObjects = enabled; }
-  void setOtherContent(bool enabled) { builder().includeOtherContent = enabled; }
+  // refusesGaps: of configured content that cannot be had.
+  void setOtherContent(bool enabled, bool refusesGaps) {
+    builder().includeOtherContent = enabled;
+    builder().refusesContentGaps = refusesGaps;
+  }
+  // In the place of the configured content, unless there are none.
+  void setOtherContents(std::vector<NamedContent> contents) {
+    builder().otherContents = std::move(contents);
+  }
+  // Of the configured content.
+  Outcome setOtherContentDirectory(std::string_view name);
   // In the place of the one that files declare; empty: theirs.
   void setCharacterSet(const std::string& term) { builder().characterSet = term; }
   void setRecords(bool inventsMissingKeys, bool isForOnePatient) {

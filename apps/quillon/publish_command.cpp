@@ -6,6 +6,7 @@
 #include "private_root.h"
 #include "publish_job.h"
 #include "result_output.h"
+#include "settings.h"
 #include "span_options.h"
 #include "span_output.h"
 #include "toolkit_log.h"
@@ -84,6 +85,7 @@ int publishOnSeveral(CommandOptions& options, std::vector<std::string> remarks,
 }
 
 int runPublish(CommandOptions& options) {
+  if (const Outcome registry = checkRegistry(); registry.failed()) return finish({}, registry, {});
   options.listed = takeListedSources(options.create.selection, options.create.sources);
   if (options.write.isStreaming()) {
     if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {

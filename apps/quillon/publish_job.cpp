@@ -1,7 +1,10 @@
 #include "publish_job.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <utility>
+#include <vector>
 
 #include "media_job.h"
 
@@ -37,7 +40,9 @@ Published publishFileSet(CreateOptions create, const WriteOptions& write,
   Published published;
   MediaJob job;
   Delivery delivery(write, job, std::move(keepRoot));
-  if (Outcome asked = delivery.ask(create.sources); asked.failed()) {
+  std::vector<std::string> sources = create.sources;
+  std::ranges::move(contentSources(create.otherContent), std::back_inserter(sources));
+  if (Outcome asked = delivery.ask(sources); asked.failed()) {
     published.created.outcome = std::move(asked);
     published.created.isDryRun = create.isDryRun;
     published.created.root = delivery.result().root;

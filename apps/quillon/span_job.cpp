@@ -161,7 +161,7 @@ CreateOptions SpannedPublication::createOptionsOf(int number) const {
   options.part = &result_.plan[static_cast<std::size_t>(number - 1)].files;
   options.mediumNumber = static_cast<unsigned>(number);
   options.mediumCount = static_cast<unsigned>(result_.plan.size());
-  if (span_.hasContentOnFirstOnly && number > 1) options.hasOtherContent = false;
+  if (span_.hasContentOnFirstOnly && number > 1) options.otherContent = {.isTaken = false, .named = {}};
   return options;
 }
 

@@ -4,6 +4,7 @@
 #include "json_output.h"
 #include "media_job.h"
 #include "result_output.h"
+#include "settings.h"
 #include "write_job.h"
 
 namespace quillon::cli {
@@ -37,6 +38,7 @@ struct CommandOptions {
 };
 
 int runWrite(CommandOptions& options) {
+  if (const Outcome registry = checkRegistry(); registry.failed()) return finish({}, registry, {});
   if (options.job.isStreaming()) {
     if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {
       return finish({}, reserved, {});
