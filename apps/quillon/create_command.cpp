@@ -4,6 +4,7 @@
 
 #include "commands.h"
 #include "create_job.h"
+#include "job_audit.h"
 #include "media_job.h"
 #include "result_output.h"
 #include "settings.h"
@@ -31,6 +32,7 @@ Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 
 struct CommandOptions {
   CreateOptions job;
+  AuditOptions audit;
   bool isJson = false;
   std::string logFile;
 };
@@ -40,15 +42,27 @@ int runCreate(CommandOptions& options) {
   const Outcome listed = takeListedSources(options.job.selection, options.job.sources);
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
   MediaJob mediaJob;
+  JobAudit audit("create");
+  std::vector<std::string> taken = contentSources(options.job.otherContent);
+  taken.push_back(options.job.root ? absoluteRoot(*options.job.root) : mediaJob.root());
+  if (const Outcome opened =
+          audit.open(options.audit, options.job.sources, taken, options.job.isDryRun);
+      opened.failed()) {
+    return finish({}, opened, {});
+  }
+  options.job.whenInterrupted = [&audit] { audit.interrupted(); };
   CreateResult result;
   if (listed.failed()) {
     result.outcome = listed;
   } else {
     result = createFileSet(options.job, mediaJob);
   }
+  audit.note(result);
+  Outcome outcome = result.outcome;
+  audit.conclude(outcome, result.remarks);
   std::string output =
-      options.isJson ? jsonObject(jsonMembers(result), result.outcome) : plainText(result);
-  return finish(Output::of(options.isJson, std::move(output)), result.outcome, result.remarks);
+      options.isJson ? jsonObject(jsonMembers(result), outcome) : plainText(result);
+  return finish(Output::of(options.isJson, std::move(output)), outcome, result.remarks);
 }
 
 }  // namespace
@@ -123,6 +137,7 @@ void addCreateCommand(CLI::App& program, int& exitStatus) {
   addJsonOption(*command, options->isJson);
   addQuietOption(*command, options->job.showsProgress);
   addLogOption(*command, options->logFile);
+  addAuditOptions(*command, options->audit);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runCreate(*options); });
 }

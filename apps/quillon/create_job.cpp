@@ -358,6 +358,8 @@ class CreateJob {
       return fail("The sources have changed since it was planned what goes on which medium.");
     }
     if (options_.tellsObjects) tellOfObjects(planned);
+    for (const Text& id : planned.patientIds) result_.patientIds.push_back(narrow(id));
+    for (const Text& uid : planned.studyUids) result_.studyUids.push_back(narrow(uid));
     if (options_.askSize && !passes(options_.askSize(planned.room))) return false;
     if (options_.isDryRun) tellOfDryRun(planned);
     result_.patients = planned.patients;
@@ -480,6 +482,7 @@ class CreateJob {
     staging.remove();
     if (isRootMade_) ::rmdir(result_.root.c_str());
     if (isCreating_) sayBelowProgress(whereFilesAre());
+    if (options_.whenInterrupted) options_.whenInterrupted();
   }
 
   const CreateOptions& options_;

@@ -57,6 +57,8 @@ struct CreateOptions {
   // Asked when it is known what the file set takes, before anything is copied or moved. May be
   // empty.
   std::function<Outcome(const DiscRoom& room)> askSize;
+  // Called beside the job when a signal ends it. May be empty.
+  std::function<void()> whenInterrupted;
 };
 
 struct PassedOver {
@@ -75,6 +77,9 @@ struct CreateResult {
   std::uint64_t bytes = 0;
   std::uint64_t discSectors = 0;  // that a disc needs, at the most; told of a dry run
   std::string label;
+  // Whose the objects are, as far as that was found out.
+  std::vector<std::string> patientIds;
+  std::vector<std::string> studyUids;
   std::vector<PassedOver> passedOver;
   std::vector<SpanSeries> seriesOfObjects;  // where they were asked for, as the next
   std::vector<SpanObject> plannedObjects;

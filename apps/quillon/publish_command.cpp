@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "commands.h"
+#include "job_audit.h"
+#include "media_job.h"
 #include "private_root.h"
 #include "publish_job.h"
 #include "result_output.h"
@@ -33,6 +35,7 @@ struct CommandOptions {
   CreateOptions create;
   WriteOptions write;
   SpanOptions span;
+  AuditOptions audit;
   Outcome listed;  // how the list of sources was read
   bool isJson = false;
   bool hasExampleRoot = false;  // nobody's, for a look
@@ -40,18 +43,19 @@ struct CommandOptions {
 };
 
 int publishOnOne(CommandOptions& options, std::vector<std::string> remarks,
-                 std::function<void()> keepRoot, WriteResult& written) {
+                 std::function<void()> keepRoot, JobAudit& audit, WriteResult& written) {
   Published published;
   if (options.listed.failed()) {
-    published.created.outcome = options.listed;
+    published.created.outcome = published.outcome = options.listed;
     published.created.isDryRun = options.create.isDryRun;
+    audit.conclude(published.outcome, published.written.remarks);
   } else {
-    published = publishFileSet(options.create, options.write, std::move(keepRoot));
+    published = publishFileSet(options.create, options.write, std::move(keepRoot), audit);
   }
   CreateResult& created = published.created;
   written = published.written;
   if (options.hasExampleRoot) created.root.clear();
-  const Outcome& outcome = published.outcome();
+  const Outcome& outcome = published.outcome;
   std::string output = options.isJson ? jsonMembers(created) : plainText(created);
   if (options.isJson) {
     output = jsonObject(output + jsonMembers(written), outcome);
@@ -65,7 +69,7 @@ int publishOnOne(CommandOptions& options, std::vector<std::string> remarks,
 
 // The plan is told before the first medium is asked for, the rest at the end.
 int publishOnSeveral(CommandOptions& options, std::vector<std::string> remarks,
-                     std::function<void()> keepRoot, bool& isKept) {
+                     std::function<void()> keepRoot, JobAudit& audit, bool& isKept) {
   SpanResult result;
   if (options.listed.failed()) {
     result.outcome = options.listed;
@@ -74,9 +78,10 @@ int publishOnSeveral(CommandOptions& options, std::vector<std::string> remarks,
       if (!options.isJson) print(Output::forReaders(planTextOf(planned)));
     };
     result = SpannedPublication(options.create, options.write, options.span, std::move(keepRoot),
-                                tellPlan)
+                                tellPlan, audit)
                  .run();
   }
+  audit.conclude(result.outcome, result.remarks);
   isKept = !result.media.empty() && result.media.back().published.written.isKept;
   std::string output =
       options.isJson ? jsonObject(jsonMembers(result), result.outcome) : plainText(result);
@@ -93,6 +98,18 @@ int runPublish(CommandOptions& options) {
     }
   }
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
+  JobAudit audit("publish");
+  std::vector<std::string> taken = contentSources(options.create.otherContent);
+  if (options.create.root) taken.push_back(absoluteRoot(*options.create.root));
+  taken.push_back(temporaryJobDirectory());
+  if (const Outcome opened =
+          audit.open(options.audit, options.create.sources, taken, options.create.isDryRun);
+      opened.failed()) {
+    return finish({}, opened, {});
+  }
+  options.create.whenInterrupted =
+      options.write.whenInterrupted = [&audit] { audit.interrupted(); };
+  options.write.lookAtSet = [&audit](const std::string& root) { audit.lookAtSet(root); };
   options.write.showsProgress = options.create.showsProgress;
   options.create.mayLink = !options.write.isKeeping && !options.write.isSimulating;
   options.write.isDryRun = options.create.isDryRun;
@@ -115,10 +132,10 @@ int runPublish(CommandOptions& options) {
   bool isKept = false;
   int status = 0;
   if (options.span.isWanted) {
-    status = publishOnSeveral(options, std::move(remarks), keepRoot, isKept);
+    status = publishOnSeveral(options, std::move(remarks), keepRoot, audit, isKept);
   } else {
     WriteResult written;
-    status = publishOnOne(options, std::move(remarks), keepRoot, written);
+    status = publishOnOne(options, std::move(remarks), keepRoot, audit, written);
     isKept = written.isKept;
   }
   own.end(isKept);
@@ -139,6 +156,7 @@ void addPublishCommand(CLI::App& program, int& exitStatus) {
   addQuietOption(*command, options->create.showsProgress);
   addLogOption(*command, options->logFile);
   addSpanOptions(*command, options->span);
+  addAuditOptions(*command, options->audit);
   command->footer(kFooter);
   command->callback([options, &exitStatus] {
     checkWriteOptions(options->write);

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "job_audit.h"
 #include "media_job.h"
 
 namespace quillon::cli {
@@ -36,13 +37,15 @@ bool giveOwnBytes(const std::string& root) {
 }  // namespace
 
 Published publishFileSet(CreateOptions create, const WriteOptions& write,
-                         std::function<void()> keepRoot) {
+                         std::function<void()> keepRoot, JobAudit& audit) {
   Published published;
   MediaJob job;
   Delivery delivery(write, job, std::move(keepRoot));
   std::vector<std::string> sources = create.sources;
   std::ranges::move(contentSources(create.otherContent), std::back_inserter(sources));
-  if (Outcome asked = delivery.ask(sources); asked.failed()) {
+  Outcome asked = delivery.ask(sources);
+  audit.note(delivery.result());
+  if (asked.failed()) {
     published.created.outcome = std::move(asked);
     published.created.isDryRun = create.isDryRun;
     published.created.root = delivery.result().root;
@@ -50,16 +53,22 @@ Published publishFileSet(CreateOptions create, const WriteOptions& write,
     create.askSize = [&delivery](const DiscRoom& room) { return delivery.askSize(room); };
     published.created = createFileSet(create, job);
   }
+  audit.note(published.created);
+  audit.note(delivery.result());
   if (published.created.outcome.failed() || create.isDryRun) {
     published.written = delivery.result();
     published.written.outcome = {};
-    return published;
+  } else {
+    published.written = delivery.run();
+    if (create.mayLink && published.written.isKept && !giveOwnBytes(published.written.root)) {
+      published.written.remarks.emplace_back(
+          "Files of the file set still share their bytes with the sources.");
+    }
   }
-  published.written = delivery.run();
-  if (create.mayLink && published.written.isKept && !giveOwnBytes(published.written.root)) {
-    published.written.remarks.emplace_back(
-        "Files of the file set still share their bytes with the sources.");
-  }
+  audit.note(published.written);
+  published.outcome =
+      published.created.outcome.failed() ? published.created.outcome : published.written.outcome;
+  audit.conclude(published.outcome, published.written.remarks);
   return published;
 }
 

@@ -9,16 +9,17 @@
 
 namespace quillon::cli {
 
+class JobAudit;
+
 struct Published {
   CreateResult created;
   WriteResult written;  // as far as it came
-  [[nodiscard]] const Outcome& outcome() const {
-    return created.outcome.failed() ? created.outcome : written.outcome;
-  }
+  Outcome outcome;      // of both, and of their record
 };
 
-// The delivery is asked before the creation begins. keepRoot: see Delivery.
+// The delivery is asked before the creation begins. keepRoot: see Delivery. audit gets all that
+// there is to record, and the end.
 Published publishFileSet(CreateOptions create, const WriteOptions& write,
-                         std::function<void()> keepRoot);
+                         std::function<void()> keepRoot, JobAudit& audit);
 
 }  // namespace quillon::cli

@@ -6,6 +6,7 @@
 
 #include "disc_wait.h"
 #include "fileset/disc_room.h"
+#include "job_audit.h"
 #include "media_job.h"
 #include "source_walk.h"
 
@@ -39,12 +40,14 @@ std::string volumeOf(std::string name, int number) {
 
 SpannedPublication::SpannedPublication(const CreateOptions& create, const WriteOptions& write,
                                        const SpanOptions& span, std::function<void()> keepRoot,
-                                       std::function<void(const SpanResult&)> onPlan)
+                                       std::function<void(const SpanResult&)> onPlan,
+                                       JobAudit& audit)
     : create_(create),
       write_(write),
       span_(span),
       keepRoot_(std::move(keepRoot)),
-      onPlan_(std::move(onPlan)) {}
+      onPlan_(std::move(onPlan)),
+      audit_(audit) {}
 
 SpanResult SpannedPublication::run() {
   if (!askCapacity() || !makePlan()) return std::move(result_);
@@ -161,7 +164,8 @@ CreateOptions SpannedPublication::createOptionsOf(int number) const {
   options.part = &result_.plan[static_cast<std::size_t>(number - 1)].files;
   options.mediumNumber = static_cast<unsigned>(number);
   options.mediumCount = static_cast<unsigned>(result_.plan.size());
-  if (span_.hasContentOnFirstOnly && number > 1) options.otherContent = {.isTaken = false, .named = {}};
+  if (span_.hasContentOnFirstOnly && number > 1)
+    options.otherContent = {.isTaken = false, .named = {}};
   return options;
 }
 
@@ -225,6 +229,7 @@ bool SpannedPublication::isThere(int number) const {
 bool SpannedPublication::publish(int number) {
   const WriteOptions write = writeOptionsOf(number);
   const bool isFirst = result_.media.empty() && !span_.isResuming;
+  if (!result_.media.empty()) audit_.beginAnother();
   if (isOnDisc() && !isFirst) {
     platform::DiscRecorderStatus disc;
     const std::string what = discOf(number, static_cast<int>(result_.plan.size()));
@@ -232,7 +237,7 @@ bool SpannedPublication::publish(int number) {
   }
   SpannedMedium& medium = result_.media.emplace_back();
   medium.number = number;
-  medium.published = publishFileSet(createOptionsOf(number), write, keepRoot_);
+  medium.published = publishFileSet(createOptionsOf(number), write, keepRoot_, audit_);
   for (const auto* remarks :
        {&medium.published.created.remarks, &medium.published.written.remarks}) {
     // What is true of an object has been told with the plan.
@@ -241,7 +246,7 @@ bool SpannedPublication::publish(int number) {
           return std::ranges::find(result_.remarks, remark) == result_.remarks.end();
         });
   }
-  return passes(medium.published.outcome());
+  return passes(medium.published.outcome);
 }
 
 void SpannedPublication::tellHowToGoOn() {

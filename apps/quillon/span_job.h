@@ -47,10 +47,11 @@ struct SpanResult {
 
 class SpannedPublication {
  public:
-  // Both have their root. onPlan hears of the plan before the first medium is begun.
+  // Both have their root. audit, which is open, gets a record of each medium. onPlan hears of the
+  // plan before the first medium is begun.
   SpannedPublication(const CreateOptions& create, const WriteOptions& write,
                      const SpanOptions& span, std::function<void()> keepRoot,
-                     std::function<void(const SpanResult&)> onPlan);
+                     std::function<void(const SpanResult&)> onPlan, JobAudit& audit);
 
   SpanResult run();
 
@@ -80,6 +81,7 @@ class SpannedPublication {
   const SpanOptions& span_;
   std::function<void()> keepRoot_;
   std::function<void(const SpanResult&)> onPlan_;
+  JobAudit& audit_;
   SpanResult result_;
   std::uint64_t capacitySectors_ = 0;
   std::optional<SpanState> state_;

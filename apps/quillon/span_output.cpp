@@ -31,7 +31,7 @@ std::string planTextOf(const SpanResult& planned) {
 std::string plainText(const SpanResult& result) {
   std::string out;
   for (const SpannedMedium& medium : result.media) {
-    if (medium.published.outcome().failed()) continue;
+    if (medium.published.outcome.failed()) continue;
     if (result.plan.size() > 1) {
       out += "Medium " + std::to_string(medium.number) + " of " +
              std::to_string(result.plan.size()) + "\n";
@@ -57,7 +57,7 @@ std::string jsonMembers(const SpanResult& result) {
     std::string one = jsonObject(jsonMember("number", std::to_string(medium.number)) +
                                      jsonMembers(medium.published.created) +
                                      jsonMembers(medium.published.written),
-                                 medium.published.outcome());
+                                 medium.published.outcome);
     one.pop_back();  // the line end
     out += separator + one;
     separator = ",";

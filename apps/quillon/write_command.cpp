@@ -1,6 +1,8 @@
 #include <memory>
 
 #include "commands.h"
+#include "create_job.h"
+#include "job_audit.h"
 #include "json_output.h"
 #include "media_job.h"
 #include "result_output.h"
@@ -34,6 +36,7 @@ Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 
 struct CommandOptions {
   WriteOptions job;
+  AuditOptions audit;
   bool isJson = false;
 };
 
@@ -45,12 +48,24 @@ int runWrite(CommandOptions& options) {
     }
   }
   MediaJob mediaJob;
-  const WriteResult result = Delivery(options.job, mediaJob).run();
+  JobAudit audit("write");
+  const std::string root = options.job.root ? absoluteRoot(*options.job.root) : mediaJob.root();
+  if (const Outcome opened =
+          audit.open(options.audit, {}, {root, temporaryJobDirectory()}, options.job.isDryRun);
+      opened.failed()) {
+    return finish({}, opened, {});
+  }
+  options.job.whenInterrupted = [&audit] { audit.interrupted(); };
+  options.job.lookAtSet = [&audit](const std::string& set) { audit.lookAtSet(set); };
+  WriteResult result = Delivery(options.job, mediaJob).run();
+  audit.note(result);
+  Outcome outcome = result.outcome;
+  audit.conclude(outcome, result.remarks);
   std::string output =
-      options.isJson ? jsonObject("\"root\":" + jsonString(result.root) + "," + jsonMembers(result),
-                                  result.outcome)
-                     : plainText(result);
-  return finish(Output::of(options.isJson, std::move(output)), result.outcome, result.remarks);
+      options.isJson
+          ? jsonObject("\"root\":" + jsonString(result.root) + "," + jsonMembers(result), outcome)
+          : plainText(result);
+  return finish(Output::of(options.isJson, std::move(output)), outcome, result.remarks);
 }
 
 }  // namespace
@@ -148,6 +163,7 @@ void addWriteCommand(CLI::App& program, int& exitStatus) {
   addDryRunOption(*command, options->job.isDryRun);
   addJsonOption(*command, options->isJson);
   addQuietOption(*command, options->job.showsProgress);
+  addAuditOptions(*command, options->audit);
   command->footer(kFooter);
   command->callback([options, &exitStatus] {
     checkWriteOptions(options->job);

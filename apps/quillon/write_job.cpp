@@ -327,8 +327,12 @@ void Delivery::lookAtSet() {
 
 void Delivery::deliver() {
   const DiscProgressScope discProgress(progress_);
+  if (options_.lookAtSet) options_.lookAtSet(result_.root);
   const InterruptGuard guard(
-      [this, &discProgress] { interrupted(discProgress); },
+      [this, &discProgress] {
+        interrupted(discProgress);
+        if (options_.whenInterrupted) options_.whenInterrupted();
+      },
       result_.target || file_ ? kPatienceWithFiles : std::chrono::seconds(kPatienceWithDrive));
   for (int number = 1; number <= options_.discs; ++number) {
     if ((number > 1 && !awaitDisc(number)) || !deliverOne()) {
@@ -342,6 +346,7 @@ void Delivery::deliver() {
     }
     writtenDiscs_ = number;
   }
+  if (options_.lookAtSet) options_.lookAtSet(result_.root);
   if (!staysWhenWritten()) wipe();
 }
 

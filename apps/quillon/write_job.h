@@ -44,6 +44,10 @@ struct WriteOptions {
   // Everything is looked at and nothing changed.
   bool isDryRun = false;
   bool showsProgress = true;
+  // Called with the root while the set is in it: before it is delivered, and before it is wiped.
+  // May be empty, as the next, which is called beside the job when a signal ends it.
+  std::function<void(const std::string& root)> lookAtSet;
+  std::function<void()> whenInterrupted;
 
   [[nodiscard]] bool isStreaming() const { return image == "-" || zip == "-"; }
 };
