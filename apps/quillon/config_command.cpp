@@ -89,7 +89,7 @@ std::string lineOf(const char* name, const Effective& value, const char* meaning
 }
 
 int runShow(const ConfigOptions& options) {
-  Outcome outcome = checkRegistry();
+  Outcome outcome = checkRegistryFile();
   std::vector<std::string> remarks;
   const platform::RegistryFileStatus file = platform::registryFileStatus();
   std::string text = "Registry file: " + file.path + "\n\n";
@@ -135,7 +135,7 @@ int finishOne(const ConfigOptions& options, const Setting& setting, const Effect
 int runGet(const ConfigOptions& options) {
   const Setting& setting = settingOf(options.name);
   Effective value;
-  Outcome outcome = checkRegistry();
+  Outcome outcome = checkRegistryFile();
   if (!outcome.failed()) outcome = lookUp(setting, value);
   std::string text = value.text.empty() ? "" : value.text + "\n";
   return finishOne(options, setting, value, std::move(text), outcome);
@@ -152,7 +152,7 @@ int runSet(const ConfigOptions& options) {
   const Setting& setting = settingOf(options.name);
   std::string text = options.value;
   Outcome outcome = checkSetting(setting, text);
-  if (!outcome.failed()) outcome = checkRegistry();
+  if (!outcome.failed()) outcome = checkRegistryFile();
   const platform::RegistryFileStatus before = platform::registryFileStatus();
   if (!outcome.failed()) outcome = writeSetting(setting, text);
   Effective value;
@@ -164,7 +164,7 @@ int runSet(const ConfigOptions& options) {
 
 int runUnset(const ConfigOptions& options) {
   const Setting& setting = settingOf(options.name);
-  Outcome outcome = checkRegistry();
+  Outcome outcome = checkRegistryFile();
   const platform::RegistryFileStatus before = platform::registryFileStatus();
   bool wasSet = false;
   if (!outcome.failed()) outcome = removeSetting(setting, wasSet);

@@ -37,10 +37,17 @@ struct CommandOptions {
   std::string logFile;
 };
 
+// Before anything of the job.
+int refuse(const CommandOptions& options, const Outcome& why) {
+  std::string output = options.isJson ? jsonObject(jsonMembers(CreateResult()), why) : "";
+  return finish(Output::of(options.isJson, std::move(output)), why, {});
+}
+
 int runCreate(CommandOptions& options) {
-  if (const Outcome registry = checkRegistry(); registry.failed()) return finish({}, registry, {});
+  if (const Outcome registry = checkRegistry(); registry.failed()) return refuse(options, registry);
   const Outcome listed = takeListedSources(options.job.selection, options.job.sources);
-  if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
+  if (const Outcome log = sendToolkitLog(options.logFile); log.failed())
+    return refuse(options, log);
   MediaJob mediaJob;
   JobAudit audit("create");
   std::vector<std::string> taken = contentSources(options.job.otherContent);
@@ -48,7 +55,7 @@ int runCreate(CommandOptions& options) {
   if (const Outcome opened =
           audit.open(options.audit, options.job.sources, taken, options.job.isDryRun);
       opened.failed()) {
-    return finish({}, opened, {});
+    return refuse(options, opened);
   }
   options.job.whenInterrupted = [&audit] { audit.interrupted(); };
   CreateResult result;

@@ -14,6 +14,7 @@
 #include "recording/disc_recorders.h"
 #include "recording/virtual_discs.h"
 #include "result_output.h"
+#include "settings.h"
 #include "terminal_text.h"
 
 namespace quillon::cli {
@@ -236,7 +237,10 @@ CLI::App* addVerb(CLI::App& disc, const char* name, const char* description, Run
   CLI::App* verb = disc.add_subcommand(name, description);
   addJsonOption(*verb, options->isJson);
   verb->footer(kExitFooter);
-  verb->callback([options, run, &exitStatus] { exitStatus = run(*options); });
+  verb->callback([options, run, &exitStatus] {
+    const Outcome registry = checkRegistry();
+    exitStatus = registry.failed() ? finishBare(*options, registry) : run(*options);
+  });
   return verb;
 }
 

@@ -89,15 +89,24 @@ int publishOnSeveral(CommandOptions& options, std::vector<std::string> remarks,
   return finish(Output::of(options.isJson, std::move(output)), result.outcome, remarks);
 }
 
+// Before anything of the job.
+int refuse(const CommandOptions& options, const Outcome& why) {
+  std::string output =
+      options.isJson ? jsonObject(jsonMembers(CreateResult()) + jsonMembers(WriteResult()), why)
+                     : "";
+  return finish(Output::of(options.isJson, std::move(output)), why, {});
+}
+
 int runPublish(CommandOptions& options) {
-  if (const Outcome registry = checkRegistry(); registry.failed()) return finish({}, registry, {});
+  if (const Outcome registry = checkRegistry(); registry.failed()) return refuse(options, registry);
   options.listed = takeListedSources(options.create.selection, options.create.sources);
   if (options.write.isStreaming()) {
     if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {
       return finish({}, reserved, {});
     }
   }
-  if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
+  if (const Outcome log = sendToolkitLog(options.logFile); log.failed())
+    return refuse(options, log);
   JobAudit audit("publish");
   std::vector<std::string> taken = contentSources(options.create.otherContent);
   if (options.create.root) taken.push_back(absoluteRoot(*options.create.root));
@@ -105,7 +114,7 @@ int runPublish(CommandOptions& options) {
   if (const Outcome opened =
           audit.open(options.audit, options.create.sources, taken, options.create.isDryRun);
       opened.failed()) {
-    return finish({}, opened, {});
+    return refuse(options, opened);
   }
   options.create.whenInterrupted =
       options.write.whenInterrupted = [&audit] { audit.interrupted(); };
@@ -123,7 +132,7 @@ int runPublish(CommandOptions& options) {
     std::vector<std::string> removed;
     remarks = PrivateRoot::removeAbandoned(removed);
     if (const Outcome made = own.make(options.create.isMoving); made.failed()) {
-      return finish({}, made, {});
+      return refuse(options, made);
     }
     options.create.root = own.root();
   }

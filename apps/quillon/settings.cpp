@@ -301,7 +301,7 @@ Outcome removeSetting(const Setting& setting, bool& wasSet) {
                                                                       : unwritable(code);
 }
 
-Outcome checkRegistry() {
+Outcome checkRegistryFile() {
   const platform::RegistryFileStatus file = platform::registryFileStatus();
   if (file.code != 0) {
     return "The registry file " + file.path + " cannot be read: " + systemReason(file.code);
@@ -309,6 +309,15 @@ Outcome checkRegistry() {
   if (file.damagedLine == 0) return {};
   return "The registry file " + file.path + " cannot be understood: line " +
          std::to_string(file.damagedLine) + " is neither a key nor a value.";
+}
+
+Outcome checkRegistry() {
+  Outcome outcome = checkRegistryFile();
+  for (const Setting& setting : kSettings) {
+    std::optional<std::string> value;
+    if (!outcome.failed()) outcome = readSetting(setting, value);
+  }
+  return outcome;
 }
 
 }  // namespace quillon::cli

@@ -50,6 +50,8 @@ Outcome writeSetting(const Setting& setting, const std::string& value);
 Outcome removeSetting(const Setting& setting, bool& wasSet);
 
 // Fails when not all of the registry's file can be read: what it says beyond would be passed over.
+Outcome checkRegistryFile();
+// The same, and when a value in it is of another type than it should be.
 Outcome checkRegistry();
 
 }  // namespace quillon::cli

@@ -40,8 +40,15 @@ struct CommandOptions {
   bool isJson = false;
 };
 
+// Before anything of the job.
+int refuse(const CommandOptions& options, const Outcome& why) {
+  std::string output =
+      options.isJson ? jsonObject("\"root\":null," + jsonMembers(WriteResult()), why) : "";
+  return finish(Output::of(options.isJson, std::move(output)), why, {});
+}
+
 int runWrite(CommandOptions& options) {
-  if (const Outcome registry = checkRegistry(); registry.failed()) return finish({}, registry, {});
+  if (const Outcome registry = checkRegistry(); registry.failed()) return refuse(options, registry);
   if (options.job.isStreaming()) {
     if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {
       return finish({}, reserved, {});
@@ -53,7 +60,7 @@ int runWrite(CommandOptions& options) {
   if (const Outcome opened =
           audit.open(options.audit, {}, {root, temporaryJobDirectory()}, options.job.isDryRun);
       opened.failed()) {
-    return finish({}, opened, {});
+    return refuse(options, opened);
   }
   options.job.whenInterrupted = [&audit] { audit.interrupted(); };
   options.job.lookAtSet = [&audit](const std::string& set) { audit.lookAtSet(set); };

@@ -128,9 +128,20 @@ class Config(program.ProgramTest):
                     run = self.run_program(*arguments)
                     self.assertEqual((run.returncode, run.stderr), (1, sentence))
                     self.assertEqual(everything(self.dir), before)
-        self.registry.write_text(good.replace('"Service"="none"', '"Service"=dword:00000001'))
-        self.assertEqual(self.verb("get", "Service", status=1)["error"],
-                         f"The value Service in the registry file {self.registry} is not a text.")
+        # A value of another type would not be there for those who read it.
+        self.registry.write_text(good + '"AuditFile"=dword:00000001\n')
+        sentence = f"The value AuditFile in the registry file {self.registry} is not a text."
+        before = everything(self.dir)
+        self.assertEqual(self.verb("get", "AuditFile", status=1)["error"], sentence)
+        self.assertEqual(self.config(status=1)["error"], sentence)
+        for command in (["create", "--root", self.dir / "new", self.file],
+                        ["publish", "--to", self.dir / "out", self.file],
+                        ["write", "--root", self.root, "--to", self.dir / "out"]):
+            self.assertEqual(self.command(*command, status=1)["error"], sentence)
+        self.assertIn(sentence, self.run_program("disc", "list").stderr.decode())
+        self.assertEqual(everything(self.dir), before)
+        self.verb("unset", "AuditFile")
+        self.create_set("--replace", self.file)
 
     def test_the_label_names_the_institution(self):
         lines = []
