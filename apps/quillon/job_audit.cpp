@@ -79,7 +79,7 @@ Outcome checkPlace(const std::string& file, const std::vector<std::string>& take
   });
   if (around == taken.end()) return {};
   return "The audit file " + file + " lies in " + *around +
-         ", which the job wipes or copies onto the medium.";
+         ", which is the job's own or goes onto the medium.";
 }
 
 std::string mediumOf(const WriteResult& written) {

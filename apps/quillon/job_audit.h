@@ -32,7 +32,7 @@ class JobAudit {
   explicit JobAudit(std::string command) : command_(std::move(command)) {}
 
   // Before anything of the job begins. Fails when its end could not be recorded as asked for, and
-  // for a file in one of `taken`: directories that the job wipes or copies onto the medium. Nothing
+  // for a file in one of `taken`: directories that are the job's own or go onto the medium. Nothing
   // is recorded of a dry run.
   Outcome open(const AuditOptions& options, const std::vector<std::string>& sources,
                const std::vector<std::string>& taken, bool isDryRun);

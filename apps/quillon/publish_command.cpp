@@ -110,6 +110,7 @@ int runPublish(CommandOptions& options) {
   JobAudit audit("publish");
   std::vector<std::string> taken = contentSources(options.create.otherContent);
   if (options.create.root) taken.push_back(absoluteRoot(*options.create.root));
+  if (options.write.target) taken.push_back(absoluteRoot(*options.write.target));
   taken.push_back(temporaryJobDirectory());
   if (const Outcome opened =
           audit.open(options.audit, options.create.sources, taken, options.create.isDryRun);
@@ -132,7 +133,9 @@ int runPublish(CommandOptions& options) {
     std::vector<std::string> removed;
     remarks = PrivateRoot::removeAbandoned(removed);
     if (const Outcome made = own.make(options.create.isMoving); made.failed()) {
-      return refuse(options, made);
+      Outcome outcome = made;
+      audit.conclude(outcome, remarks);
+      return refuse(options, outcome);
     }
     options.create.root = own.root();
   }

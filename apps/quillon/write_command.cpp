@@ -57,8 +57,9 @@ int runWrite(CommandOptions& options) {
   MediaJob mediaJob;
   JobAudit audit("write");
   const std::string root = options.job.root ? absoluteRoot(*options.job.root) : mediaJob.root();
-  if (const Outcome opened =
-          audit.open(options.audit, {}, {root, temporaryJobDirectory()}, options.job.isDryRun);
+  std::vector<std::string> taken{root, temporaryJobDirectory()};
+  if (options.job.target) taken.push_back(absoluteRoot(*options.job.target));
+  if (const Outcome opened = audit.open(options.audit, {}, taken, options.job.isDryRun);
       opened.failed()) {
     return refuse(options, opened);
   }

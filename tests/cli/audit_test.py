@@ -153,16 +153,20 @@ class Audit(program.ProgramTest):
         self.create_set(self.file)
         viewer = self.dir / "viewer"
         viewer.mkdir()
+        target = self.dir / "target"
+        target.mkdir()
         for command in (["create", "--replace", "--root", self.root, self.file],
                         ["publish", "--replace", "--root", self.root, "--to", self.dir / "out", self.file],
                         ["write", "--root", self.root, "--to", self.dir / "out"],
+                        ["publish", "--to", target, self.file],
+                        ["write", "--root", self.root, "--to", target],
                         ["publish", "--other-content", viewer, "--to", self.dir / "out", self.file]):
-            around = viewer if viewer in command else self.root
+            around = next(one for one in (viewer, target, self.root) if one in command)
             with self.subTest(command):
                 run = self.run_program(*command, "--audit", around / "audit")
                 self.assertEqual((run.returncode, run.stderr.decode()),
                                  (1, f"quillon: The audit file {around}/audit lies in {around}, which "
-                                     "the job wipes or copies onto the medium.\n"))
+                                     "is the job's own or goes onto the medium.\n"))
                 self.assertFalse((around / "audit").exists())
 
     def test_a_disc_is_recorded_by_its_recorder(self):
