@@ -91,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CFileUtil files;
   OtherContent content(files, acceptsEmptyFiles);
   const Text wideRoot = platform::wideFromNative(root.native());
-  const bool isPlanned = content.Plan(wideRoot, OLESTR("OTHER"));
+  const bool isPlanned = content.PlanConfigured(wideRoot, OLESTR("OTHER"));
   require(filesBelow(root).empty());
   if (!isPlanned) {
     require(!content.ErrorMessage().empty());

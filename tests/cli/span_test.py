@@ -1,4 +1,5 @@
 """What does not fit one medium goes onto several: each whole in itself, all together everything once."""
+import json
 import os
 import re
 import signal
@@ -70,7 +71,10 @@ class Spanning(SpanTest):
         for kind, name, made in (("--iso", "set.iso", "set-{}.iso"), ("--zip", "set.zip", "set-{}.zip"),
                                  ("--to", "usb", "usb-{}")):
             with self.subTest(kind):
-                result = self.publish(kind, self.dir / name, "--capacity", "4.9MB", "--viewer-on", "first")
+                audit = self.dir / "audit.jsonl"
+                audit.unlink(missing_ok=True)
+                result = self.publish(kind, self.dir / name, "--capacity", "4.9MB", "--viewer-on", "first",
+                                      "--audit", audit)
                 count = len(result["plan"])
                 self.assertIn(count, (4, 5))
                 media = [self.dir / made.format(number + 1) for number in range(count)]
@@ -90,6 +94,10 @@ class Spanning(SpanTest):
                 self.assertTrue(studies[0] <= found[0])
                 self.assertEqual([one["number"] for one in result["media"]], list(range(1, count + 1)))
                 self.assertFalse((self.dir / name).exists())
+                records = [json.loads(line) for line in audit.read_text().splitlines()]
+                self.assertEqual([record["medium"]["path"] for record in records], list(map(str, media)))
+                self.assertEqual(len({uid for record in records for uid in record["studies"]}), 7)
+                self.assertEqual({record["result"] for record in records}, {"written"})
         self.assertEqual(contents(self.source), before)
         # What fits needs no number.
         result = self.publish("--iso", self.dir / "one.iso", "--capacity", "100MB")
