@@ -5,6 +5,7 @@
 
 #include "file_identity.h"
 #include "foundation/file_handle.h"
+#include "foundation/file_system_flush.h"
 #include "foundation/file_util.h"
 #include "path_parts.h"
 #include "platform/services.h"
@@ -220,7 +221,18 @@ bool CFileUtil::WriteChunks(HANDLE file, const std::uint8_t* data, std::uint32_t
     data += chunkBytes;
     lengthBytes -= chunkBytes;
   }
-  return FlushFileBuffers(file) != FALSE || FailAt(path, kMsgCannotFlushStream, {});
+  return IsFlushedLater(file) || FlushFileBuffers(file) != FALSE ||
+         FailAt(path, kMsgCannotFlushStream, {});
+}
+
+bool CFileUtil::WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path,
+                          FileSystemFlush& flush) {
+  struct Scope {
+    FileSystemFlush*& current;
+    ~Scope() { current = nullptr; }
+  } const scope{flush_};
+  if (flush.IsPossible()) flush_ = &flush;
+  return WriteData(data, lengthBytes, path, /*append=*/false);
 }
 
 bool CFileUtil::WriteBuffer(const CBuffer& buffer, TextView path, bool append) {

@@ -162,6 +162,9 @@ class CFileUtil : public CBaseItem {
   // it holds, else in its place, also when that was read-only. On the disk when it succeeds.
   [[nodiscard]] bool WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path,
                                bool append);
+  // The same, without append, for one of many files that FlushAll brings to the disk.
+  [[nodiscard]] bool WriteData(const std::uint8_t* data, std::uint32_t lengthBytes, TextView path,
+                               FileSystemFlush& flush);
   // The same with the bytes of a buffer, which must hold some.
   [[nodiscard]] bool WriteBuffer(const CBuffer& buffer, TextView path, bool append);
 
