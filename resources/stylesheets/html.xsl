@@ -48,20 +48,27 @@
         </style>
       </head>
       <body>
+        <xsl:if test="/data-set/@above">
+          <nav class="above" aria-label="Medium">
+            <a href="{/data-set/@above}">Back to the study</a>
+          </nav>
+        </xsl:if>
         <xsl:call-template name="summary"/>
         <xsl:call-template name="contents"/>
-        <xsl:for-each select="$firstOfGroups">
-          <section id="g{@grp}">
-            <h2>
-              <xsl:call-template name="groupName"/>
-              <xsl:value-of select="' '"/>
-              <span class="grp"><xsl:value-of select="@grp"/></span>
-            </h2>
-            <xsl:call-template name="table">
-              <xsl:with-param name="tags" select="key('group', @grp)"/>
-            </xsl:call-template>
-          </section>
-        </xsl:for-each>
+        <main>
+          <xsl:for-each select="$firstOfGroups">
+            <section id="g{@grp}">
+              <h2>
+                <xsl:call-template name="groupName"/>
+                <xsl:value-of select="' '"/>
+                <span class="grp"><xsl:value-of select="@grp"/></span>
+              </h2>
+              <xsl:call-template name="table">
+                <xsl:with-param name="tags" select="key('group', @grp)"/>
+              </xsl:call-template>
+            </section>
+          </xsl:for-each>
+        </main>
       </body>
     </html>
   </xsl:template>
@@ -346,7 +353,7 @@
   <!-- ==== The elements ==== -->
 
   <xsl:template name="contents">
-    <nav>
+    <nav aria-label="Groups of elements">
       <xsl:for-each select="$firstOfGroups">
         <a href="#g{@grp}"><xsl:call-template name="groupName"/></a>
         <xsl:value-of select="' '"/>
@@ -392,7 +399,12 @@
     <xsl:param name="tags"/>
     <table>
       <thead>
-        <tr><th>Tag</th><th>Name</th><th>VR</th><th>Value</th></tr>
+        <tr>
+          <th scope="col">Tag</th>
+          <th scope="col">Name</th>
+          <th scope="col">VR</th>
+          <th scope="col">Value</th>
+        </tr>
       </thead>
       <tbody>
         <xsl:apply-templates select="$tags"/>
@@ -535,9 +547,11 @@
 body { margin: 0 auto; max-width: 75rem; padding: 1.5rem; background: #fff; color: var(--ink);
   font: 15px/1.45 system-ui, "Segoe UI", "Helvetica Neue", Arial, sans-serif; }
 header { border-top: 4px solid var(--accent); background: var(--tint); padding: 1rem 1.25rem 1.25rem; }
-h1 { margin: 0; font-size: 1.7rem; }
+h1 { margin: 0; font-size: 1.7rem; overflow-wrap: anywhere; }
 .patient { margin: .25rem 0 1rem; }
-.patient span { margin-right: 1.25rem; white-space: nowrap; }
+.patient span { margin-right: 1.25rem; overflow-wrap: anywhere; }
+.above { margin: 0 0 .75rem; line-height: 1.45; }
+nav.above a { border: 0; padding: 0; text-decoration: underline; font-size: 1rem; }
 .patient b, dt { color: var(--soft); font-weight: 600; }
 .cards { display: grid; grid-template-columns: repeat(auto-fit, minmax(17rem, 1fr)); gap: 1rem; }
 .card { background: #fff; border: 1px solid var(--line); border-radius: 4px; padding: .75rem 1rem; }
@@ -572,7 +586,21 @@ summary:hover { background: var(--tint); }
 .item h3 { margin: 0; font-size: .8rem; color: var(--accent); }
 .item tr:last-child > td { border-bottom: 0; }
 tbody > tr:hover > td { background: var(--tint); }
+@media (max-width: 640px) {
+  body { padding: .75rem; }
+  header { padding: .75rem; }
+  .cards { grid-template-columns: 1fr; }
+  table { font-size: .85rem; }
+  th, td { padding-right: .4rem; }
+  .name { overflow-wrap: anywhere; }
+  .tag, .item .tag { width: 4.9rem; font-size: .7rem; }
+  .name, .item .name { width: 34%; }
+  .vr { width: 1.6rem; font-size: .75rem; }
+  .value { font-size: .8rem; }
+  .item { padding-left: .4rem; }
+}
 @media print {
+  .above { display: none; }
   @page { margin: 14mm; }
   body { max-width: none; padding: 0; font-size: 9pt; }
   nav { display: none; }

@@ -112,6 +112,13 @@ void HeaderXml::BeginDocument() {
     }
     Put("\"");
   }
+  if (!options_.above.empty()) {
+    Text above = options_.above;
+    EscapeXmlText(above);
+    Put(" above=\"");
+    out_ += above;
+    Put("\"");
+  }
   Put(">\n");
 }
 

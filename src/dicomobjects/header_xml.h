@@ -18,7 +18,8 @@
 // The root element says in which character set texts were read, where they were read in one:
 // <data-set charset="ISO_IR 100">, as it was declared or as it was told. Where none was declared
 // (charset="") or none that is known, code-page="1252" is the number of the system's, which took
-// its place.
+// its place. above="STUDY001.HTM" is the page that leads to one made of the header, where there is
+// one.
 //
 // Nothing is indented. `total` is the number of values, `count` (and VM) that of the ones written.
 // Pixel data that is left out reads NOT LOADED, with a line for the length of its group before it.

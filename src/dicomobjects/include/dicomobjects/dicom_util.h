@@ -38,6 +38,8 @@ struct HeaderOptions {
   bool currentPractice = false;
   // Stands for what the data set and its items declare, also without currentPractice. Empty: none.
   std::string characterSet;
+  // For a stylesheet that makes a page: the page that leads to it. Empty: none.
+  Text above = {};
 };
 
 class CDicomUtil : public CBaseItem {
