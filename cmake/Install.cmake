@@ -28,4 +28,4 @@ endif()
 # The program finds them from its own place; hosts of the media object name them by path.
 install(DIRECTORY resources/stylesheets/
         DESTINATION "${CMAKE_INSTALL_DATADIR}/quillon/stylesheets"
-        FILES_MATCHING PATTERN "*.xsl")
+        FILES_MATCHING PATTERN "*.xsl" PATTERN "*.css")

@@ -254,7 +254,10 @@ bool ObjectAdding::FileTopLevelObject(const Source& source, AddedFile& told) {
 }
 
 void ObjectAdding::KeepRecord(CRecordedItem& node, DcDirRecType type, const Source& source) {
-  if (!options_.currentPractice) return;
+  if (!options_.currentPractice) {
+    node.SetCharacterSetOfBytes(CharacterSetOf(source.DataSet()).Terms());
+    return;
+  }
   KeptRecord kept = CopyRecord(RecordRowOf(type), source.file, options_.characterSet);
   if (options_.inventsMissingKeys) TakeOtherTimes(*kept.record, source.DataSet(), kept.missingKeys);
   node.SetRecord(std::move(kept), source.fileName);
@@ -380,6 +383,11 @@ CSeries* ObjectAdding::SeriesOf(const Source& source, CStudy& study, ListGrowth&
     return nullptr;
   }
   KeepRecord(*series, DcDirRecType::Series, source);
+  Text description;
+  // One that cannot be read is none.
+  if (TakeElementText(source.DataSet(), tags::kSeriesDescription, description, source.Set())) {
+    series->SetDescription(std::move(description));
+  }
   return series;
 }
 

@@ -16,6 +16,9 @@ class CSeries : public CRecordedItem {
   [[nodiscard]] const Text& SeriesInstanceUid() const { return seriesInstanceUid_; }
   [[nodiscard]] const Text& Modality() const { return modality_; }
   [[nodiscard]] const Text& SeriesNumber() const { return seriesNumber_; }
+  // No key of a record: pages tell it.
+  [[nodiscard]] const Text& Description() const { return description_; }
+  void SetDescription(Text description) { description_ = std::move(description); }
   [[nodiscard]] CDicomObjectList& Images() { return images_; }
   [[nodiscard]] const CDicomObjectList& Images() const { return images_; }
 
@@ -24,6 +27,7 @@ class CSeries : public CRecordedItem {
   Text seriesInstanceUid_;
   Text modality_;
   Text seriesNumber_;
+  Text description_;
   CDicomObjectList images_;
 };
 
