@@ -72,6 +72,26 @@ int runCreate(CommandOptions& options) {
   return finish(Output::of(options.isJson, std::move(output)), outcome, result.remarks);
 }
 
+void addPageOptions(CLI::App& command, CreateOptions& job) {
+  const auto set = [&command, &job](const char* name, bool hasPages, const char* description) {
+    return command.add_flag_callback(
+        name, [&job, hasPages] { job.hasPages = hasPages; }, description);
+  };
+  CLI::Option* with = set("--pdi", true, "Add README.TXT, INDEX.HTM and pages for a browser");
+  CLI::Option* without = set("--no-pdi", false, "Add none, whatever is configured");
+  without->excludes(with);
+  command
+      .add_option_function<std::string>(
+          "--pages",
+          [&job](const std::string& directory) {
+            job.hasPages = true;
+            job.pageStylesheets = directory;
+          },
+          "The same by stylesheets of your own: pages.xsl, html.xsl, pages.css")
+      ->excludes(without)
+      ->type_name("DIR");
+}
+
 }  // namespace
 
 void addCreateOptions(CLI::App& command, CreateOptions& job) {
@@ -103,6 +123,7 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
                    "Refuse files that end before their pixel data does, or lack a value that a "
                    "DICOMDIR requires, and a medium without the configured other content");
   command.add_flag("--invent", job.isInventing, "Make up the values that a DICOMDIR requires");
+  addPageOptions(command, job);
   command.add_flag("--one-patient", job.isForOnePatient, "Refuse files of more than one patient");
   addCharacterSetOption(command, job.characterSet);
   addSelectionOptions(command, job.selection);

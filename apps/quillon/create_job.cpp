@@ -171,10 +171,19 @@ class CreateJob {
     job_.setCharacterSet(options_.characterSet);
     job_.setRecords(options_.isInventing, options_.isForOnePatient);
     job_.setPlaceAmongMedia(options_.mediumNumber, options_.mediumCount);
+    if (!applyPages()) return false;
     if (!options_.objectDirectory) return true;
     std::string name = *options_.objectDirectory;
     std::replace(name.begin(), name.end(), '/', '\\');
     return passes(job_.setObjectDirectory(name));
+  }
+
+  bool applyPages() {
+    if (options_.hasPages) job_.setPages(*options_.hasPages);
+    if (!options_.pageStylesheets) return true;
+    if (options_.pageStylesheets->empty()) return fail("The directory of stylesheets has no name.");
+    job_.setPageStylesheets(absolutePath(*options_.pageStylesheets));
+    return true;
   }
 
   // What takeRoot would refuse, but for a root that another job has.
@@ -350,6 +359,7 @@ class CreateJob {
   }
 
   bool plan(Staging& staging) {
+    job_.setEmptiesRoot(isWiping_);
     if (!options_.isMoving) job_.setCopies(!options_.isDryRun && staging.needsRoom());
     const Outcome made = options_.isDryRun ? job_.preview() : job_.plan();
     if (made.failed()) return fail(files_.inUsersWords(made.text()));
@@ -378,6 +388,9 @@ class CreateJob {
     }
     if (!planned.contentGap.empty()) {
       result_.remarks.push_back(narrow(planned.contentGap) + " The medium goes without it.");
+    }
+    for (const Text& remark : planned.pageRemarks) {
+      result_.remarks.push_back(files_.inUsersWords(narrow(remark)));
     }
     for (const Text& line : planned.labelRemarks) {
       result_.remarks.push_back("The label leaves out \"" + narrow(line) + "\": it is not a date.");

@@ -41,6 +41,9 @@ struct CreateOptions {
   bool isForOnePatient = false;
   // In the place of the one that the files declare; empty: theirs.
   std::string characterSet;
+  // README.TXT and pages for a browser; not given: as the registry says.
+  std::optional<bool> hasPages;
+  std::optional<std::string> pageStylesheets;  // the directory of stylesheets of the user's own
   // The objects may be hard links to the sources: nobody will have the file set after this job.
   bool mayLink = false;
   // Everything is looked at and nothing changed.

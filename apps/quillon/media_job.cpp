@@ -130,6 +130,10 @@ Outcome MediaJob::setTarget(std::string_view path) {
   return outcomeOf(object_.put_DirectCopyDirectory(text.Get()) == S_OK);
 }
 
+void MediaJob::setPageStylesheets(std::string_view directory) {
+  builder().pageStylesheets = wide(directory);
+}
+
 void MediaJob::setRecording(bool simulate, bool fullErase, bool eject) {
   builder().simulateCreation = simulate;
   builder().performFullErase = fullErase;

@@ -64,6 +64,10 @@ class MediaJob {
     builder().mediumNumber = number;
     builder().mediumCount = count;
   }
+  void setPages(bool enabled) { builder().portableData = enabled; }
+  void setPageStylesheets(std::string_view directory);
+  // What the root holds will be gone when the plan is carried out.
+  void setEmptiesRoot(bool isEmptied) { builder().emptiesRoot = isEmptied; }
 
   [[nodiscard]] std::string root();
   [[nodiscard]] std::string label();

@@ -33,6 +33,8 @@ CDicomDirProcessor::CDicomDirProcessor()
   DWORD practice = 0;
   hasPracticeSetting_ = key.Open() && key.ReadNumber(kCurrentPracticeValue, practice);
   currentPractice = hasPracticeSetting_ && practice != 0;
+  DWORD pages = 0;
+  portableData = key.IsOpen() && key.ReadNumber(kPortableDataValue, pages) && pages != 0;
 }
 
 CDicomDirProcessor::~CDicomDirProcessor() = default;
@@ -100,7 +102,7 @@ bool CDicomDirProcessor::WriteLabel(CPatientList* patients, TextView rootDirecto
   ClearIheLabel();
   if (patients == nullptr || patients->GetCount() == 0) return Fail(kMsgNoPatientInformation);
   if (!files_.ValidatePath(rootDirectory)) return FailAs(files_);
-  MediumLabel label(currentPractice);
+  MediumLabel label(currentPractice, portableData);
   if (!label.Compose(*patients)) return FailAs(label);
   iheLabel_ = label.GetText();
   return WriteLabelFile(iheLabel_, rootDirectory, files_, *this);
@@ -223,6 +225,7 @@ bool CDicomDirProcessor::CreatePlannedFileSet() {
   if (isCreated) {
     // A source of other content that cannot be found out is no failure; the sentence tells why.
     if (!plan->Content().Remark().empty()) SetErrorMessage(plan->Content().Remark());
+    if (!plan->Pages().Remarks().empty()) SetErrorMessage(plan->Pages().Remarks().front());
   } else {
     FailAs(creation);
     claim_->Release();

@@ -19,8 +19,9 @@ bool FileSetCreation::Run() {
   if (!WriteUnfinishedMark(root, plan_.Planned().objects, plan_.Options().sourcesStay, files_)) {
     return FailAs(files_);
   }
-  const bool isDone = PrepareRoot() && MoveObjects() && FlushCopies() && WriteDicomDir() &&
-                      (plan_.Content().Copy() || FailAs(plan_.Content())) && WriteLabel();
+  const bool isDone = PrepareRoot() && MoveObjects() && FlushCopies() && WritePages() &&
+                      WriteDicomDir() && (plan_.Content().Copy() || FailAs(plan_.Content())) &&
+                      WriteLabel();
   if (isDone || !hasMoved_) {
     const bool isRemoved = RemoveUnfinishedMark(root, files_);
     if (isDone && !isRemoved) return FailAs(files_);
@@ -39,6 +40,9 @@ bool FileSetCreation::PrepareRoot() {
   }
   for (const Text& directory : plan_.Content().Destinations()) {
     if (!files_.CreateDirectoryTree(directory)) return FailAs(files_);
+  }
+  if (plan_.Pages().HasPages() && !files_.CreateDirectoryTree(plan_.Pages().Directory())) {
+    return FailAs(files_);
   }
   return CheckWritable();
 }
@@ -84,6 +88,10 @@ bool FileSetCreation::FlushCopies() {
   if (!plan_.Options().sourcesStay) return true;
   FileSystemFlush flush(plan_.Places().rootDirectory);
   return files_.FlushAll(flush) || FailAs(files_);
+}
+
+bool FileSetCreation::WritePages() {
+  return !plan_.Pages().HasPages() || plan_.Pages().Write() || FailAs(plan_.Pages());
 }
 
 bool FileSetCreation::WriteDicomDir() { return plan_.WriteDicomDir() || FailAs(plan_); }

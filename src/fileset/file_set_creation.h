@@ -30,6 +30,7 @@ class FileSetCreation : public CBaseItem {
   [[nodiscard]] bool CheckWritable();
   [[nodiscard]] bool MoveObjects();
   [[nodiscard]] bool FlushCopies();
+  [[nodiscard]] bool WritePages();
   [[nodiscard]] bool WriteDicomDir();
   [[nodiscard]] bool WriteLabel();
 

@@ -22,7 +22,7 @@ struct DeliveryOptions {
   TextView targetDirectory;
   TextView volumeName;  // of the disc; empty for the usual one
   bool acceptsEmptyFiles;
-  bool hasSums;  // of the source's files, in the source
+  bool hasSums;                          // of the source's files, in the source
   const CopyReport::Callback& progress;  // hears of a direct copy; may be empty
 };
 

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "fileset/model/patient_list.h"
+#include "fileset/dicom_dir_processor.h"
 
 namespace quillon {
 
@@ -22,5 +22,11 @@ std::vector<const Item*> AsAdded(const List& list) {
 std::vector<const CStudy*> InOrder(const CStudyList& studies);
 std::vector<const CSeries*> InOrder(const CSeriesList& series);
 std::vector<const CDicomObjectProperties*> InOrder(const CDicomObjectList& objects);
+
+// The order that the options ask for.
+template <typename Item, typename List>
+std::vector<const Item*> Ordered(const List& list, const FileSetOptions& options) {
+  return options.currentPractice ? InOrder(list) : AsAdded<Item>(list);
+}
 
 }  // namespace quillon

@@ -87,7 +87,8 @@ FileSetPlan::FileSetPlan(CPatientList& patients, CFileUtil& files, const FileSet
       places_(places),
       root_(places.rootDirectory),
       objectDirectory_(places.objectDirectory),
-      content_(files, options_) {
+      content_(files, options_),
+      portableData_(files, options_, places_, institution_) {
   SetClassName(OLESTR("CDicomDirProcessor"));
 }
 
@@ -102,6 +103,7 @@ bool FileSetPlan::Make() {
   keepsPatients_ = false;
   if (!PlanContent() || !ComposeLabel()) return false;
   keepsPatients_ = true;
+  if (options_.portableData && !PlanPages()) return false;
   planned_.room = RoomOnDisc();
   return !options_.needsRoomForCopies || CheckRoom(planned_.bytesOnDisk);
 }
@@ -192,8 +194,7 @@ bool FileSetPlan::AddPatients() {
 }
 
 bool FileSetPlan::AddStudies(TextView patientDirectory) {
-  const CStudyList& list = at_.patient->Studies();
-  const auto studies = options_.currentPractice ? InOrder(list) : AsAdded<CStudy>(list);
+  const auto studies = Ordered<CStudy>(at_.patient->Studies(), options_);
   for (std::size_t s = 0; s < studies.size(); ++s) {
     at_.study = studies[s];
     ++planned_.studies;
@@ -206,8 +207,7 @@ bool FileSetPlan::AddStudies(TextView patientDirectory) {
 }
 
 bool FileSetPlan::AddSeries(TextView studyDirectory) {
-  const CSeriesList& list = at_.study->Series();
-  const auto series = options_.currentPractice ? InOrder(list) : AsAdded<CSeries>(list);
+  const auto series = Ordered<CSeries>(at_.study->Series(), options_);
   for (std::size_t e = 0; e < series.size(); ++e) {
     at_.series = series[e];
     ++planned_.series;
@@ -229,8 +229,7 @@ bool FileSetPlan::AddObjects() {
                                         at_.series->SeriesInstanceUid(), at_.study->StudyDate(),
                                         planned_.objects.size()});
   }
-  const auto objects =
-      options_.currentPractice ? InOrder(list) : AsAdded<CDicomObjectProperties>(list);
+  const auto objects = Ordered<CDicomObjectProperties>(list, options_);
   for (std::size_t i = 0; i < objects.size(); ++i) {
     keepsPatients_ = false;
     if (i == 0 && options_.useHierarchyForDicomObjects && !AddDirectory()) return false;
@@ -364,11 +363,20 @@ bool FileSetPlan::PlanContent() {
 }
 
 bool FileSetPlan::ComposeLabel() {
-  MediumLabel label(options_.currentPractice);
+  MediumLabel label(options_.currentPractice, options_.portableData);
   label.SetPlaceAmongMedia(options_.mediumNumber, options_.mediumCount);
   if (!label.Compose(patients_)) return FailAs(label);
   planned_.label = label.GetText();
   planned_.labelRemarks = label.LeftOut();
+  return true;
+}
+
+bool FileSetPlan::PlanPages() {
+  if (!ReadInstitution(institution_, *this)) return false;
+  if (!portableData_.Plan(patients_, root_, ObjectDirectory(), planned_, content_)) {
+    return FailAs(portableData_);
+  }
+  planned_.pageRemarks = portableData_.Remarks();
   return true;
 }
 
@@ -387,7 +395,7 @@ bool FileSetPlan::CheckRoom(std::uint64_t bytesToCopy) {
   std::uint64_t freeBytes = 0;
   // A file system that does not tell is not one without room.
   if (!files_.GetFreeBytes(ExistingPart(AbsolutePath(root_), files_), freeBytes)) return true;
-  const std::uint64_t needed = bytesToCopy + content_.BytesOnDisk() +
+  const std::uint64_t needed = bytesToCopy + content_.BytesOnDisk() + portableData_.BytesOnDisk() +
                                CountRecords() * kBytesPerRecord +
                                std::max(kBytesForLabel, planned_.label.size() * sizeof(char16_t));
   return needed <= freeBytes ||
@@ -398,6 +406,7 @@ bool FileSetPlan::CheckRoom(std::uint64_t bytesToCopy) {
 
 DiscRoom FileSetPlan::RoomOnDisc() const {
   DiscRoom room = content_.Room();
+  room.Add(portableData_.Room());
   for (const PlannedObject& object : planned_.objects) room.AddFile(object.sizeBytes);
   const std::uint64_t records = CountRecords();
   room.AddFile(records * kLeastBytesPerRecord + planned_.objects.size() * kLeastBytesPerReference,

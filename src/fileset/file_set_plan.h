@@ -13,8 +13,10 @@
 #include "fileset/model/patient_list.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
+#include "institution.h"
 #include "key_inventor.h"
 #include "other_contents.h"
+#include "portable_data.h"
 
 namespace quillon {
 
@@ -67,6 +69,7 @@ class FileSetPlan : public CBaseItem {
   // Its bytes are made with the plan. False, with a sentence.
   [[nodiscard]] bool WriteDicomDir();
   [[nodiscard]] OtherContents& Content() { return content_; }
+  [[nodiscard]] PortableData& Pages() { return portableData_; }
 
  private:
   // Where the walk over the patients stands.
@@ -98,6 +101,7 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] bool PlanContent();
   void NoteIdentities();
   [[nodiscard]] bool ComposeLabel();
+  [[nodiscard]] bool PlanPages();
   // The record that a node keeps, completed, or the one that is made of its texts. Null, with a
   // sentence, without memory.
   template <typename Node>
@@ -126,6 +130,8 @@ class FileSetPlan : public CBaseItem {
   std::unique_ptr<DcDirDicomDir> dicomDir_;
   std::unique_ptr<DcDirWriter> dicomDirWriter_;
   OtherContents content_;
+  Institution institution_;
+  PortableData portableData_;
 };
 
 }  // namespace quillon

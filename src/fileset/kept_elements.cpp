@@ -11,7 +11,8 @@ namespace quillon {
 namespace {
 
 // What no record has as a key: where an object belongs, how its texts are to be read, what stands
-// in for a key that it lacks, what tells which part of it goes into the record, and what pages tell.
+// in for a key that it lacks, what tells which part of it goes into the record, and what pages
+// tell.
 constexpr std::array kOthers{
     tags::kSpecificCharacterSet,
     tags::kSopClassUid,

@@ -15,6 +15,7 @@ class MediaCreationKey {
   // For reading values.
   [[nodiscard]] bool Open();
   [[nodiscard]] bool Close();
+  [[nodiscard]] bool IsOpen() const { return key_ != nullptr; }
   // False when there is no such value, or it is of another type; out is unchanged then.
   [[nodiscard]] bool ReadText(const OLECHAR* name, Text& out);
   [[nodiscard]] bool ReadNumber(const OLECHAR* name, DWORD& out);

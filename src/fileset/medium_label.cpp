@@ -30,6 +30,7 @@ constexpr LabelText kAddress          {kMsgLabelAddress,          OLESTR("Addres
 constexpr LabelText kPhone            {kMsgLabelPhone,            OLESTR("Phone:  ")};
 constexpr LabelText kWeb              {kMsgLabelWeb,              OLESTR("Web:  ")};
 constexpr LabelText kDisclaimer       {kMsgLabelDisclaimer,       OLESTR("Disclaimer:  ")};
+constexpr LabelText kDicomPlusWeb     {kMsgLabelDicomPlusWeb,     OLESTR("DICOM PLUS WEB")};
 // clang-format on
 
 constexpr const OLECHAR* kDateFormat = OLESTR("dd MMM yyyy");
@@ -65,7 +66,8 @@ std::optional<Text> FormatDate(TextView date, const OLECHAR* format) {
 
 }  // namespace
 
-MediumLabel::MediumLabel(bool leavesOutBadDates) : leavesOutBadDates_(leavesOutBadDates) {
+MediumLabel::MediumLabel(bool leavesOutBadDates, bool hasPages)
+    : leavesOutBadDates_(leavesOutBadDates), hasPages_(hasPages) {
   SetClassName(OLESTR("CDicomDirProcessor"));
 }
 
@@ -84,7 +86,7 @@ bool MediumLabel::Compose(const CPatientList& patients) {
   }
   AppendLine(kCreationDate, *today);
   AppendLine(kCreator);
-  AppendLine(kContent, Lookup(kDicomOnly));
+  AppendLine(kContent, Lookup(hasPages_ ? kDicomPlusWeb : kDicomOnly));
   return AppendInstitution();
 }
 

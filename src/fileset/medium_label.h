@@ -19,8 +19,9 @@ struct LabelText {
 
 class MediumLabel : public CBaseItem {
  public:
-  // leavesOutBadDates: a date that is none has no line, instead of failing the label.
-  explicit MediumLabel(bool leavesOutBadDates);
+  // leavesOutBadDates: a date that is none has no line, instead of failing the label. hasPages: the
+  // medium has pages for a browser beside the objects.
+  explicit MediumLabel(bool leavesOutBadDates, bool hasPages = false);
 
   // For a line that says so, unless it is one of one.
   void SetPlaceAmongMedia(unsigned number, unsigned count) {
@@ -47,6 +48,7 @@ class MediumLabel : public CBaseItem {
   bool leavesOutBadDates_;
   unsigned number_ = 1;
   unsigned count_ = 1;
+  bool hasPages_;
   Text text_;
   std::vector<Text> leftOut_;
 };

@@ -163,7 +163,13 @@ class JobTest(program.ProgramTest):
                 found.append(f"{name} is missing")
         if sum("QLN" in name for name in made) > len(digests):
             found.append("there are objects of others")
-        parts = ("DICOMDIR", "DICOMOBJ/QLN", "LABEL.TXT", "QUILLON/", "SHA256SUMS")
+        parts = ("DICOMDIR", "DICOMOBJ/QLN", "LABEL.TXT", "QUILLON/", "SHA256SUMS",
+                 "IHE_PDI/", "INDEX.HTM", "README.TXT")
+        # A set with pages has all of them.
+        pages = {name for name in made if name.startswith(parts[-3:])}
+        if pages and not pages >= {"INDEX.HTM", "README.TXT", "IHE_PDI/STYLE.CSS",
+                                   "IHE_PDI/STUDY001.HTM", "IHE_PDI/HEAD0001.HTM"}:
+            found.append(f"of the pages there are only {pages}")
         return found + [f"{name} is no part of a file set" for name in made
                         if not name.startswith(parts)]
 

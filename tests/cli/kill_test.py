@@ -173,7 +173,7 @@ class KilledProgram(KillTest):
 
     def test_a_creation_that_moves(self):
         self.on_both_file_systems(lambda: self.kill_everywhere(
-            self.command("create", "--move", "--quiet", self.source), self.check_moved,
+            self.command("create", "--move", "--pdi", "--quiet", self.source), self.check_moved,
             last_changes=LAST_CHANGES))
 
     def test_a_creation_of_copies(self):

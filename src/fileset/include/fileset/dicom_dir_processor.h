@@ -83,6 +83,13 @@ struct FileSetOptions {
   // type of its SOP class, with the elements of the object as keys; studies, series and objects
   // stand in order; the set's UID is unique. By default as the registry says, else off.
   bool currentPractice = false;
+  // The set gets README.TXT, INDEX.HTM and pages for a browser. By default as the registry says,
+  // else off.
+  bool portableData = false;
+  // The directory of the stylesheets that make them; empty: those that ship.
+  Text pageStylesheets;
+  // What the root holds will be gone when the plan is carried out.
+  bool emptiesRoot = false;
   // The rest goes with currentPractice. Stands for the Specific Character Set (0008,0005) of every
   // file, where files declare a wrong one; empty: none does.
   std::string characterSet;

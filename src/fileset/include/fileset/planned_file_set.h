@@ -60,6 +60,7 @@ struct PlannedFileSet {
   std::vector<PlannedSeries> seriesOfObjects;
   Text label;
   std::vector<Text> labelRemarks;  // the lines that the label leaves out: dates that are none
+  std::vector<Text> pageRemarks;   // sentences about pages that are not as one would expect
   DiscRoom room;                   // on a disc
   Text contentGap;  // why configured content is left out that should be there; else empty
   // Whose it is: each once, in the order of the records, without empty ones.

@@ -10,6 +10,7 @@ inline constexpr const OLECHAR* kMediaCreationKeyPath =
     OLESTR("SOFTWARE\\Tarn Imaging\\Quillon\\Workstation\\MediaCreation");
 
 inline constexpr const OLECHAR* kCurrentPracticeValue = OLESTR("CurrentPractice");
+inline constexpr const OLECHAR* kPortableDataValue = OLESTR("PortableData");
 inline constexpr const OLECHAR* kOtherContentValue = OLESTR("OtherContentSourceDir");
 inline constexpr const OLECHAR* kToolkitLogValue = OLESTR("ToolkitLogFile");
 inline constexpr const OLECHAR* kInstitutionNameValue = OLESTR("InstitutionName");
