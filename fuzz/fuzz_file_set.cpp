@@ -81,6 +81,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   builder.useHierarchyForDicomObjects = (choice & 2U) != 0;
   builder.inventsMissingKeys = (choice & 4U) != 0;
   builder.isForOnePatient = (choice & 8U) != 0;
+  if ((choice & 128U) != 0) {
+    for (const Profile& profile : AllProfiles()) builder.profiles.push_back(&profile);
+  }
   builder.includeOtherContent = false;
   builder.characterSet = parts.text();
   const Text key = WidenText(parts.text(), CP_UTF8);

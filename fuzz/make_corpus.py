@@ -111,7 +111,7 @@ for kind, record_type in (("CT1", 10), ("SR", 29), ("PR", 17), ("KO", 12)):
     put("directory_record", "sample-" + kind,
         bytes([record_type, syntax_of(file)]) + b"\0" + data_set(file))
     length = len(file).to_bytes(2, "little")
-    for host, choice in (("host", 0x40), ("program", 0x03)):
+    for host, choice in (("host", 0x40), ("program", 0x03), ("profiles", 0x83)):
         put("file_set", "%s-%s" % (host, kind), bytes([choice]) + b"\0\0" + length + file)
     put("stylesheet", "sample-" + kind, bytes([4 * record_type % 32]) + file)
 put("directory_record", "invented", bytes([29, 0x81]) + b"ISO_IR 192\0")

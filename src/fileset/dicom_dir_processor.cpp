@@ -12,6 +12,7 @@
 #include "medium_label.h"
 #include "object_adding.h"
 #include "other_content.h"
+#include "profile_watch.h"
 #include "root_claim.h"
 #include "unfinished_mark.h"
 
@@ -42,6 +43,7 @@ CDicomDirProcessor::~CDicomDirProcessor() = default;
 void CDicomDirProcessor::DiscardPatientList() {
   plan_.reset();
   patients_.reset();
+  watch_.reset();
 }
 
 bool CDicomDirProcessor::HasPatients() {
@@ -111,20 +113,30 @@ bool CDicomDirProcessor::WriteLabel(CPatientList* patients, TextView rootDirecto
 CPatientList& CDicomDirProcessor::ListForAdding() {
   plan_.reset();
   if (patients_ == nullptr) patients_ = std::make_unique<CPatientList>();
+  if (watch_ == nullptr && currentPractice && !profiles.empty()) {
+    watch_ = std::make_unique<ProfileWatch>(profiles);
+  }
   return *patients_;
+}
+
+void CDicomDirProcessor::ForgetPatients() {
+  patients_->RemoveAll();
+  watch_.reset();
+}
+
+ObjectAdding CDicomDirProcessor::AddingTo(CPatientList& list, TextView patientId) {
+  return {list, patientId, *this, watch_.get(), files_, *this};
 }
 
 bool CDicomDirProcessor::AddFile(TextView fileName) {
   ClearIheLabel();
-  return TakesPath(fileName) &&
-         ObjectAdding(ListForAdding(), uniquePatientId_, *this, files_, *this).AddFile(fileName);
+  return TakesPath(fileName) && AddingTo(ListForAdding(), uniquePatientId_).AddFile(fileName);
 }
 
 bool CDicomDirProcessor::AddFitFile(TextView fileName, const FitnessRules& rules, AddedFile& told) {
   ClearIheLabel();
   told = AddedFile{};
-  return TakesPath(fileName) &&
-         ObjectAdding(ListForAdding(), {}, *this, files_, *this).AddFitFile(fileName, rules, told);
+  return TakesPath(fileName) && AddingTo(ListForAdding(), {}).AddFitFile(fileName, rules, told);
 }
 
 bool CDicomDirProcessor::AddDirectory(TextView directory, bool createAfterwards) {
@@ -132,7 +144,7 @@ bool CDicomDirProcessor::AddDirectory(TextView directory, bool createAfterwards)
   Text start(directory);
   if (start.empty() && !files_.GetCurrentDirectory(start)) return FailAs(files_);
   if (!TakesPath(start)) return false;
-  ObjectAdding adding(ListForAdding(), uniquePatientId_, *this, files_, *this);
+  ObjectAdding adding = AddingTo(ListForAdding(), uniquePatientId_);
   if (!adding.AddDirectory(start, allowAddHierarchyTree)) return false;
   return !createAfterwards || CreateDicomFileSet({}, {});
 }
@@ -161,7 +173,7 @@ std::unique_ptr<FileSetPlan> CDicomDirProcessor::BeginPlan(TextView rootDirector
   FileSetPlaces places{rootDirectory_, objectDirectory_, otherContentDirectory_};
   if (!rootDirectory.empty()) places.rootDirectory = rootDirectory;
   if (!objectDirectory.empty()) places.objectDirectory = objectDirectory;
-  auto plan = std::make_unique<FileSetPlan>(*patients_, files_, *this, places);
+  auto plan = std::make_unique<FileSetPlan>(*patients_, watch_.get(), files_, *this, places);
   if (plan->CheckDirectories()) return plan;
   FailAs(*plan);
   return nullptr;
@@ -175,7 +187,7 @@ bool CDicomDirProcessor::FinishPlan(std::unique_ptr<FileSetPlan> plan) {
   const bool keepsPatients = plan->KeepsPatients();
   FailAs(*plan);
   plan.reset();
-  if (!keepsPatients) patients_->RemoveAll();
+  if (!keepsPatients) ForgetPatients();
   claim_->Release();
   return false;
 }
@@ -197,6 +209,10 @@ bool CDicomDirProcessor::PreviewFileSet(TextView rootDirectory, TextView objectD
 
 const PlannedFileSet& CDicomDirProcessor::Planned() const { return plan_->Planned(); }
 
+std::span<const ProfileReport> CDicomDirProcessor::ProfileReports() const {
+  return watch_ == nullptr ? std::span<const ProfileReport>() : watch_->Reports();
+}
+
 bool CDicomDirProcessor::HandOver(std::size_t index, TextView copy) {
   return plan_->HandOver(index, copy) || FailAs(*plan_);
 }
@@ -214,7 +230,7 @@ bool CDicomDirProcessor::CreatePlannedFileSet() {
   const std::unique_ptr<FileSetPlan> plan = std::move(plan_);
   if (!plan->CheckSources()) {
     FailAs(*plan);
-    if (!plan->KeepsPatients()) patients_->RemoveAll();
+    if (!plan->KeepsPatients()) ForgetPatients();
     claim_->Release();
     return false;
   }
@@ -230,7 +246,7 @@ bool CDicomDirProcessor::CreatePlannedFileSet() {
     FailAs(creation);
     claim_->Release();
   }
-  if (isCreated || !creation.KeepsPatients()) patients_->RemoveAll();
+  if (isCreated || !creation.KeepsPatients()) ForgetPatients();
   return isCreated;
 }
 
@@ -303,7 +319,7 @@ void CDicomDirProcessor::Wipe(bool removesAll, Text& asideDirectory) {
   const WorkingDirectoryScope workingDirectory;
   ClearIheLabel();
   plan_.reset();
-  if (patients_ != nullptr) patients_->RemoveAll();
+  if (patients_ != nullptr) ForgetPatients();
   RemoveRoot(removesAll, asideDirectory);
   RemoveTemporaryFiles();
 }

@@ -8,6 +8,7 @@
 #include "dicom/tags.h"
 #include "dicomobjects/decoded_text.h"
 #include "dicomobjects/documents.h"
+#include "profiles/profile_check.h"
 
 namespace quillon {
 
@@ -96,7 +97,8 @@ bool IsHl7Document(const DcElemList& dataSet) {
 std::unique_ptr<DcElem> CopyKey(DcTag tag, CDicomUtil& file) {
   if (tag == tags::kVerificationDateTime) return VerificationDateTime(file);
   const DcElemList& dataSet = *file.GetElementList();
-  const DcElem* element = dataSet.find(tag);
+  // The groups are there when a profile wants keys that may lie in them.
+  const DcElem* element = FindForKey(dataSet, tag);
   if (element == nullptr) return nullptr;
   if (tag == tags::kContentSequence) return ConceptModifiers(*element);
   if (tag == tags::kBlendingSequence) return BlendedSeries(*element);
@@ -120,7 +122,10 @@ KeptRecord CopyRecord(const RecordRow& row, CDicomUtil& file,
                       std::string_view declaredCharacterSet) {
   auto record = std::make_unique<DcDirRec>(row.type);
   for (const RecordKey& key : row.keys) {
-    if (auto element = CopyKey(key.tag, file)) record->addKey(std::move(element));
+    auto element = CopyKey(key.tag, file);
+    // A key that need not be there must not be empty.
+    if (element == nullptr || (key.need == KeyNeed::IfThere && !HasValue(element.get()))) continue;
+    record->addKey(std::move(element));
   }
   if (dirRefersToFile(row.type)) {
     if (auto uid = CopyKey(tags::kSopInstanceUid, file)) record->addKey(std::move(uid));

@@ -13,6 +13,7 @@
 #include "medium_label.h"
 #include "path_join.h"
 #include "platform/services.h"
+#include "profile_watch.h"
 #include "record_keys.h"
 #include "repeated_patients.h"
 #include "source_check.h"
@@ -79,9 +80,10 @@ Text PlannedObject::FileId() const {
   return directory.Get() + NumberedName(kObjectPrefix, number, kObjectDigits);
 }
 
-FileSetPlan::FileSetPlan(CPatientList& patients, CFileUtil& files, const FileSetOptions& options,
-                         const FileSetPlaces& places)
+FileSetPlan::FileSetPlan(CPatientList& patients, ProfileWatch* watch, CFileUtil& files,
+                         const FileSetOptions& options, const FileSetPlaces& places)
     : patients_(patients),
+      watch_(watch),
       files_(files),
       options_(options),
       places_(places),
@@ -100,6 +102,8 @@ bool FileSetPlan::Make() {
   }
   if (!CheckOldEntries() || !BeginDicomDir()) return false;
   if (!AddPatients() || !AddTopLevelObjects()) return false;
+  keepsPatients_ = true;
+  if (!CheckProfiles()) return false;
   keepsPatients_ = false;
   if (!PlanContent() || !ComposeLabel()) return false;
   keepsPatients_ = true;
@@ -312,10 +316,9 @@ std::unique_ptr<DcDirRec> FileSetPlan::MakeRecord(const CDicomObjectProperties& 
   if (record == nullptr) {
     Fail(kMsgCannotCreateDicomDirIn, {root_});  // no memory
   } else if (options_.currentPractice) {
-    Complete(
-        *record,
-        own == nullptr ? MissingKeys(RecordRowOf(record->type()), *record) : own->kept.missingKeys,
-        object.FileName());
+    Complete(*record,
+             own == nullptr ? MissingKeys(RowOf(record->type()), *record) : own->kept.missingKeys,
+             object.FileName());
   }
   return record;
 }
@@ -335,19 +338,41 @@ std::unique_ptr<DcDirRec> FileSetPlan::RecordOf(const Node& node,
 }
 
 void FileSetPlan::Complete(DcDirRec& record, const std::vector<DcTag>& missing, TextView source) {
-  if (missing.empty()) return AddEmptyKeys(RecordRowOf(record.type()), record);
+  if (missing.empty()) return AddEmptyKeys(RowOf(record.type()), record);
   if (options_.inventsMissingKeys) {
     inventor_.Invent(record, missing);
   } else if (record.type() == DcDirRecType::Study) {
     GiveUsualStudyId(record, missing);
   }
-  const RecordRow& row = RecordRowOf(record.type());
+  const RecordRow& row = RowOf(record.type());
   const std::vector<DcTag> left = MissingKeys(row, record);
   for (const DcTag tag : missing) {
     const bool isMadeUp = std::ranges::find(left, tag) == left.end();
     planned_.incomplete.push_back({Text(source), tag, isMadeUp});
   }
   AddEmptyKeys(row, record);
+}
+
+const RecordRow& FileSetPlan::RowOf(DcDirRecType type) const {
+  const RecordRow& row = RecordRowOf(type);
+  return watch_ == nullptr ? row : watch_->RowOf(row);
+}
+
+bool FileSetPlan::CheckProfiles() {
+  if (watch_ == nullptr) return true;
+  watch_->Conclude(planned_);
+  const auto reports = watch_->Reports();
+  const bool isMet =
+      std::ranges::any_of(reports, [](const ProfileReport& report) { return report.count == 0; });
+  if (isMet || !options_.refusesProfileViolations) return true;
+  if (reports.size() > 1) return Fail(kMsgNoProfileMet);
+  const ProfileReport& report = reports.front();
+  const ProfileViolation& first = report.violations.front();
+  const Text& source = first.source.Get();
+  return Fail(
+      kMsgProfileNotMet,
+      {WidenText(report.profile->name, CP_ACP), NumberText(static_cast<long long>(report.count)),
+       source.empty() ? first.rule : source + OLESTR(": ") + first.rule, first.found});
 }
 
 bool FileSetPlan::PlanContent() {

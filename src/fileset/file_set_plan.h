@@ -11,6 +11,7 @@
 #include "dicom/dir_writer.h"
 #include "fileset/dicom_dir_processor.h"
 #include "fileset/model/patient_list.h"
+#include "fileset/record_rows.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
 #include "institution.h"
@@ -20,6 +21,7 @@
 
 namespace quillon {
 
+class ProfileWatch;
 struct DicomFileFacts;
 
 // Begins the name of each object; a counter follows.
@@ -34,9 +36,9 @@ struct FileSetPlaces {
 
 class FileSetPlan : public CBaseItem {
  public:
-  // patients: at least one. Both outlive this object.
-  FileSetPlan(CPatientList& patients, CFileUtil& files, const FileSetOptions& options,
-              const FileSetPlaces& places);
+  // patients: at least one. watch: null where no profile is asked for. They outlive this object.
+  FileSetPlan(CPatientList& patients, ProfileWatch* watch, CFileUtil& files,
+              const FileSetOptions& options, const FileSetPlaces& places);
 
   // Whether the names of the root and the object directory can be used. False, with a sentence.
   [[nodiscard]] bool CheckDirectories();
@@ -107,6 +109,10 @@ class FileSetPlan : public CBaseItem {
   template <typename Node>
   std::unique_ptr<DcDirRec> RecordOf(const Node& node,
                                      std::unique_ptr<DcDirRec> (*make)(const Node&));
+  // The row of records of the type, with the keys of the profiles.
+  [[nodiscard]] const RecordRow& RowOf(DcDirRecType type) const;
+  // Whether the set meets them, where that is asked for.
+  [[nodiscard]] bool CheckProfiles();
   // Notes what a record lacks, and gives it what stands for that.
   void Complete(DcDirRec& record, const std::vector<DcTag>& missing, TextView source);
   // Adds it to the DICOMDIR, where no more than its bytes is kept. False, with a sentence; null is
@@ -114,6 +120,7 @@ class FileSetPlan : public CBaseItem {
   [[nodiscard]] bool AddRecord(const std::unique_ptr<DcDirRec>& record, std::size_t depth);
 
   CPatientList& patients_;
+  ProfileWatch* watch_;
   CFileUtil& files_;
   FileSetOptions options_;
   FileSetPlaces places_;

@@ -34,14 +34,16 @@ constexpr std::array kOthers{
 }  // namespace
 
 const DcTagSet& KeptElements() {
-  static const DcTagSet elements = [] {
-    std::vector<DcTag> tags = AllRecordKeys();
-    const std::vector<DcTag> ofProperties = CDicomObjectProcessor::ElementsRead();
-    tags.insert(tags.end(), kOthers.begin(), kOthers.end());
-    tags.insert(tags.end(), ofProperties.begin(), ofProperties.end());
-    return DcTagSet(std::move(tags));
-  }();
+  static const DcTagSet elements(KeptTags());
   return elements;
+}
+
+std::vector<DcTag> KeptTags() {
+  std::vector<DcTag> tags = AllRecordKeys();
+  const std::vector<DcTag> ofProperties = CDicomObjectProcessor::ElementsRead();
+  tags.insert(tags.end(), kOthers.begin(), kOthers.end());
+  tags.insert(tags.end(), ofProperties.begin(), ofProperties.end());
+  return tags;
 }
 
 }  // namespace quillon

@@ -19,6 +19,7 @@
 #include "path_join.h"
 #include "platform/read_ahead.h"
 #include "platform/services.h"
+#include "profile_watch.h"
 #include "record_keys.h"
 
 namespace quillon {
@@ -156,8 +157,9 @@ bool ObjectAdding::AddDirectory(const Text& directory, bool isRecursive) {
 bool ObjectAdding::ReadAndFile(TextView fileName, const FitnessRules* rules, AddedFile& told) {
   const bool mustBeFit = rules != nullptr;
   CDicomUtil object;
+  const DcTagSet& kept = watch_ == nullptr ? KeptElements() : watch_->Elements();
   const bool isRead =
-      IsNarrowable(fileName) && object.ReadFile(fileName, /*deferPixelData=*/true, &KeptElements());
+      IsNarrowable(fileName) && object.ReadFile(fileName, /*deferPixelData=*/true, &kept);
   if (mustBeFit && (isRead || object.GetReading().file.sizeBytes != 0)) {
     told.outcome = JudgeFitness(object);
     if (told.outcome != AddOutcome::Added) return false;
@@ -248,9 +250,16 @@ bool ObjectAdding::FileTopLevelObject(const Source& source, AddedFile& told) {
       growth.Note(objects, objects.AddObject(source.file, /*instanceUidOptional=*/true));
   if (added == nullptr) return errors_.Fail(kMsgCannotReadDicomInformation, {source.fileName});
   added->SetFacts(FactsOfLast(objects, source));
+  if (watch_ != nullptr) {
+    watch_->Look(added->SharedFileName(), source.file.GetReading().metaInfo, source.DataSet());
+  }
   growth.Keep();
   told.outcome = AddOutcome::Added;
   return true;
+}
+
+const RecordRow& ObjectAdding::RowOf(const RecordRow& row) const {
+  return watch_ == nullptr ? row : watch_->RowOf(row);
 }
 
 void ObjectAdding::KeepRecord(CRecordedItem& node, DcDirRecType type, const Source& source) {
@@ -258,7 +267,7 @@ void ObjectAdding::KeepRecord(CRecordedItem& node, DcDirRecType type, const Sour
     node.SetCharacterSetOfBytes(CharacterSetOf(source.DataSet()).Terms());
     return;
   }
-  KeptRecord kept = CopyRecord(RecordRowOf(type), source.file, options_.characterSet);
+  KeptRecord kept = CopyRecord(RowOf(RecordRowOf(type)), source.file, options_.characterSet);
   if (options_.inventsMissingKeys) TakeOtherTimes(*kept.record, source.DataSet(), kept.missingKeys);
   node.SetRecord(std::move(kept), source.fileName);
 }
@@ -283,8 +292,8 @@ std::shared_ptr<const DicomFileFacts> ObjectAdding::FactsOfLast(const CDicomObje
     return facts;
   }
   const std::string& sopClassUid = reading.metaInfo.sopClassUid;
-  const RecordRow& row = RecordRowOf(sopClassUid);
-  if (row.type == DcDirRecType::Image) return facts;
+  const RecordRow& row = RowOf(RecordRowOf(sopClassUid));
+  if (row.type == DcDirRecType::Image && watch_ == nullptr) return facts;
   facts->record = std::make_unique<OwnRecord>();
   facts->record->kept = CopyRecord(row, source.file, options_.characterSet);
   if (row.type == DcDirRecType::Private) {
@@ -333,6 +342,9 @@ bool ObjectAdding::FileObject(const Source& source, bool mustBeFit, AddedFile& t
     return false;
   }
   added->SetFacts(std::move(facts));
+  if (watch_ != nullptr) {
+    watch_->Look(added->SharedFileName(), source.file.GetReading().metaInfo, dataSet);
+  }
   growth.Keep();
   told.outcome = AddOutcome::Added;
   return true;

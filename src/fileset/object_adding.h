@@ -14,17 +14,20 @@
 namespace quillon {
 
 class CDicomUtil;
+class ProfileWatch;
 
 // Each operation answers true on success; a failure leaves one sentence in errors, and the list as
 // it was but for the files before it.
 class ObjectAdding {
  public:
-  // patientId: the job's unique one. AddFitFile goes by that of its rules.
+  // patientId: the job's unique one. AddFitFile goes by that of its rules. watch: null where no
+  // profile is asked for.
   ObjectAdding(CPatientList& patients, TextView patientId, const FileSetOptions& options,
-               CFileUtil& files, CBaseItem& errors)
+               ProfileWatch* watch, CFileUtil& files, CBaseItem& errors)
       : patients_(patients),
         patientId_(patientId),
         options_(options),
+        watch_(watch),
         files_(files),
         errors_(errors) {}
 
@@ -51,6 +54,8 @@ class ObjectAdding {
   // The nodes that the object belongs to, added where they are missing; null with a sentence.
   CStudy* StudyOf(const Source& source, ListGrowth& growth);
   CSeries* SeriesOf(const Source& source, CStudy& study, ListGrowth& growth);
+  // The row of the records of such objects, with the keys of the profiles.
+  [[nodiscard]] const RecordRow& RowOf(const RecordRow& row) const;
   void KeepRecord(CRecordedItem& node, DcDirRecType type, const Source& source);
   // Of the last object of the list, which the source has just brought.
   std::shared_ptr<const DicomFileFacts> FactsOfLast(const CDicomObjectList& objects,
@@ -59,6 +64,7 @@ class ObjectAdding {
   CPatientList& patients_;
   Text patientId_;
   const FileSetOptions& options_;
+  ProfileWatch* watch_;
   CFileUtil& files_;
   CBaseItem& errors_;
 };

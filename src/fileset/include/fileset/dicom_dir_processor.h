@@ -6,17 +6,21 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "fileset/model/patient_list.h"
 #include "fileset/planned_file_set.h"
+#include "fileset/profile_report.h"
 #include "foundation/base_item.h"
 #include "foundation/file_util.h"
 
 namespace quillon {
 
 class FileSetPlan;
+class ObjectAdding;
+class ProfileWatch;
 class RootClaim;
 struct ObjectSelection;
 
@@ -95,6 +99,11 @@ struct FileSetOptions {
   std::string characterSet;
   // Required keys that an object has no value for get one that is made up.
   bool inventsMissingKeys = false;
+  // The application profiles that the set is held to, set before the first file is added. Records
+  // have the keys of all of them; ProfileReports tells what does not meet them. Of several one is
+  // to be met.
+  std::vector<const Profile*> profiles;
+  bool refusesProfileViolations = false;
   // A set with more than one patient is refused.
   bool isForOnePatient = false;
   // Of several media that hold what would not fit one: which this is, from 1, and how many there
@@ -157,6 +166,8 @@ class CDicomDirProcessor : public CBaseItem, public FileSetOptions {
   [[nodiscard]] bool PreviewFileSet(TextView rootDirectory, TextView objectDirectory);
   // After one of the two.
   [[nodiscard]] const PlannedFileSet& Planned() const;
+  // After a plan, one that was refused for them too: how far each of the profiles is met.
+  [[nodiscard]] std::span<const ProfileReport> ProfileReports() const;
   // A copy that the host made of a planned file is moved in its place. False when the file has
   // changed since it was added.
   [[nodiscard]] bool HandOver(std::size_t index, TextView copy);
@@ -230,6 +241,9 @@ class CDicomDirProcessor : public CBaseItem, public FileSetOptions {
 
  private:
   [[nodiscard]] CPatientList& ListForAdding();
+  [[nodiscard]] ObjectAdding AddingTo(CPatientList& list, TextView patientId);
+  // With what the profiles found in them.
+  void ForgetPatients();
   [[nodiscard]] bool HasPatients();
   [[nodiscard]] bool SetPath(Text& setting, TextView path);
   [[nodiscard]] bool SetPathInRoot(Text& setting, TextView path);
@@ -240,6 +254,7 @@ class CDicomDirProcessor : public CBaseItem, public FileSetOptions {
   void RemoveTemporaryFiles();
 
   std::unique_ptr<CPatientList> patients_;
+  std::unique_ptr<ProfileWatch> watch_;  // where a profile is asked for
   CFileUtil files_;
   std::unique_ptr<RootClaim> claim_;
   std::unique_ptr<FileSetPlan> plan_;
