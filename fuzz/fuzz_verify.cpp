@@ -1,5 +1,6 @@
 // A DICOMDIR of a medium that holds a few objects: verified.
 #include "input_parts.h"
+#include "profiles/profile.h"
 #include "quiet.h"
 #include "support/memory_medium.h"
 #include "support/object_maker.h"
@@ -33,7 +34,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   VerifyReport report;
   CBaseItem errors;
-  fuzz::require(VerifyMedium(medium, {}, report, errors));
+  VerifyOptions options;
+  options.profile = FindProfile(size % 2 == 0 ? "STD-XA1K-CD" : "STD-GEN-DVD-JPEG");
+  fuzz::require(VerifyMedium(medium, options, report, errors));
   std::uint64_t counted = 0;
   for (const std::uint64_t count : report.counts) counted += count;
   fuzz::require(counted == report.findings.size() + report.leftOut);

@@ -5,6 +5,7 @@
 
 #include "charset/character_set.h"
 #include "dicom/tags.h"
+#include "profiles/profile_check.h"
 #include "record_rules.h"
 
 namespace quillon {
@@ -19,6 +20,20 @@ constexpr std::array kReferences{tags::kReferencedFileClassUid, tags::kReference
 Text RecordText(std::string_view typeName, std::uint32_t offset) {
   Text text = typeName.empty() ? Text() : ShownValue(typeName) + OLESTR(" ");
   return text + OLESTR("record at offset ") + HexText(offset);
+}
+
+// Of that size and with 8 bits a pixel.
+bool HasIcon(const RawElements& elements, std::uint16_t pixels) {
+  const RawElement* icon = elements.Find(tags::kIconImageSequence);
+  RawItem item;
+  if (icon == nullptr || !MeasureItem(icon->value, 0, icon->value.size(), item)) return false;
+  const RawElements inner = ReadRawElements(icon->value, item.valueAt, item.valueEnd);
+  std::uint16_t rows = 0;
+  std::uint16_t columns = 0;
+  std::uint16_t bits = 0;
+  return inner.Number(tags::kRows, rows) && rows == pixels &&
+         inner.Number(tags::kColumns, columns) && columns == pixels &&
+         inner.Number(tags::kBitsAllocated, bits) && bits == 8;
 }
 
 Text OffsetText(const OLECHAR* which, const Text& record) {
@@ -41,9 +56,10 @@ Text IdentityText(DcTag tag, std::string_view bytes, std::string_view characterS
   return text;
 }
 
-DirectoryRecords::DirectoryRecords(const DicomDirFile& file, Findings& findings,
-                                   VerifyReport& report, OnFile onFile)
+DirectoryRecords::DirectoryRecords(const DicomDirFile& file, const Profile* profile,
+                                   Findings& findings, VerifyReport& report, OnFile onFile)
     : file_(file),
+      profile_(profile),
       findings_(findings),
       report_(report),
       onFile_(std::move(onFile)),
@@ -119,6 +135,7 @@ bool DirectoryRecords::VisitRecord(std::size_t record, const Parent& parent, Par
   const DcDirRecType type = dirGetType(typeName);
   self.text = RecordText(typeName, offset);
   self.identities = parent.identities;
+  self.lackedKeys = parent.lackedKeys;
   Count(type);
   const FaultPlace place{InDicomDir().file, self.text};
   if (!elements.isWhole && !file_.IsToldDamaged(record))
@@ -136,6 +153,7 @@ bool DirectoryRecords::VisitRecord(std::size_t record, const Parent& parent, Par
     }
   }
   CheckRecord(elements, type, place, findings_);
+  if (profile_ != nullptr) CheckProfile(elements, type, offset, self);
   const std::string_view characterSet = elements.Text(tags::kSpecificCharacterSet);
   for (std::size_t i = 0; i < kIdentities; ++i) {
     const DcTag tag = kIdentityRows[i].tag;
@@ -144,6 +162,34 @@ bool DirectoryRecords::VisitRecord(std::size_t record, const Parent& parent, Par
     }
   }
   return VisitFile(elements, type, self, offset);
+}
+
+void DirectoryRecords::CheckProfile(const RawElements& elements, DcDirRecType type,
+                                    std::uint32_t offset, Parent& self) {
+  const FaultPlace place{InDicomDir().file, self.text};
+  const Text name = WideBytes(profile_->name);
+  for (const ProfileKey& key : profile_->keys) {
+    if (!Concerns(key, type, elements.Text(tags::kReferencedFileClassUid))) continue;
+    const RawElement* element = elements.Find(key.element.tag);
+    const bool hasValue = element != nullptr && !TrimmedBytes(element->value).empty();
+    const bool isForAll = key.need == ProfileNeed::Value || key.need == ProfileNeed::Place;
+    if (!isForAll) {
+      if (!hasValue) self.lackedKeys.push_back({&key, offset, self.text});
+    } else if (element == nullptr || (key.need == ProfileNeed::Value && !hasValue)) {
+      findings_.Add(Fault::ProfileKeyMissing, place, {name, WideBytes(KeyRule(key)), self.text});
+    }
+  }
+  if (profile_->iconPixels != 0 && type == DcDirRecType::Image &&
+      !HasIcon(elements, profile_->iconPixels)) {
+    findings_.Add(Fault::ProfileIconDiffers, place,
+                  {name, WideBytes(IconRule(*profile_)), self.text});
+  }
+  const std::string_view id = elements.Text(tags::kPatientId);
+  if (profile_->hasUniquePatientIds && type == DcDirRecType::Patient && !id.empty() &&
+      !patientIds_.emplace(id).second) {
+    findings_.Add(Fault::ProfilePatientIdRepeated, place,
+                  {name, WideBytes(kPatientIdRule), self.text, ShownValue(id)});
+  }
 }
 
 std::optional<RawElements> DirectoryRecords::FindMrdr(const RawElements& elements,
@@ -194,6 +240,7 @@ bool DirectoryRecords::VisitFile(const RawElements& elements, DcDirRecType type,
   named.sopInstanceUid = elements.Text(tags::kReferencedFileInstanceUid);
   named.transferSyntaxUid = elements.Text(tags::kReferencedFileXferSynUid);
   named.identities = self.identities;
+  named.lackedKeys = self.lackedKeys;
   return onFile_(named);
 }
 

@@ -6,12 +6,14 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "dicom/dir_rec.h"
 #include "dicom/tags.h"
 #include "dicom_dir_file.h"
 #include "findings.h"
+#include "profiles/profile.h"
 
 namespace quillon {
 
@@ -47,6 +49,13 @@ using Identities = std::array<IdentityValue, kIdentities>;
 // the delimiters at its end.
 Text IdentityText(DcTag tag, std::string_view bytes, std::string_view characterSet);
 
+// A key of the profile that a record lacks, which is a fault where its objects have a value for it.
+struct LackedKey {
+  const ProfileKey* key = nullptr;
+  std::uint32_t recordOffset = 0;
+  Text record;
+};
+
 // A record that names a file.
 struct FileRecord {
   std::uint32_t offset = 0;
@@ -57,14 +66,16 @@ struct FileRecord {
   std::string sopInstanceUid;
   std::string transferSyntaxUid;
   Identities identities;
+  std::vector<LackedKey> lackedKeys;  // its own and those of the records above it
 };
 
 class DirectoryRecords {
  public:
   // What is done with each record that names a file; false ends the walk.
   using OnFile = std::function<bool(const FileRecord&)>;
-  DirectoryRecords(const DicomDirFile& file, Findings& findings, VerifyReport& report,
-                   OnFile onFile);
+  // profile: null where none is asked for.
+  DirectoryRecords(const DicomDirFile& file, const Profile* profile, Findings& findings,
+                   VerifyReport& report, OnFile onFile);
 
   // False when it was ended.
   [[nodiscard]] bool Walk();
@@ -74,6 +85,7 @@ class DirectoryRecords {
     std::optional<DcDirRecType> type;  // none: not known
     Text text;
     Identities identities;
+    std::vector<LackedKey> lackedKeys;
   };
   struct Links {
     std::uint32_t next = 0;
@@ -87,12 +99,17 @@ class DirectoryRecords {
   [[nodiscard]] bool VisitRecord(std::size_t record, const Parent& parent, Parent& self,
                                  Links& links);
   void Count(DcDirRecType type);
+  // What the profile wants of the record; notes what its objects have to be asked for.
+  void CheckProfile(const RawElements& elements, DcDirRecType type, std::uint32_t offset,
+                    Parent& self);
   [[nodiscard]] bool VisitFile(const RawElements& elements, DcDirRecType type, const Parent& self,
                                std::uint32_t offset);
   // The record that an MRDR offset leads to: its elements name the file.
   std::optional<RawElements> FindMrdr(const RawElements& elements, const Parent& self);
 
   const DicomDirFile& file_;
+  const Profile* profile_;
+  std::unordered_set<std::string> patientIds_;  // where a profile is asked for
   Findings& findings_;
   VerifyReport& report_;
   OnFile onFile_;

@@ -8,10 +8,12 @@
 #include "dicom/dict.h"
 #include "dicom/tags.h"
 #include "dicomobjects/decoded_text.h"
+#include "fileset/record_rows.h"
 #include "fileset/root_names.h"
 #include "head_reader.h"
 #include "platform/services.h"
 #include "platform/sha256.h"
+#include "profiles/profile_check.h"
 
 namespace quillon {
 
@@ -19,9 +21,13 @@ namespace {
 
 constexpr std::size_t kPieceBytes = std::size_t{1} << 20;
 
-DcTagSet WantedTags() {
+DcTagSet WantedTags(const Profile* profile) {
   std::vector<DcTag> wanted{tags::kSpecificCharacterSet, tags::kSopClassUid, tags::kSopInstanceUid};
   for (const IdentityRow& row : kIdentityRows) wanted.push_back(row.tag);
+  if (profile != nullptr) {
+    const std::vector<DcTag> more = ElementsOf(*profile);
+    wanted.insert(wanted.end(), more.begin(), more.end());
+  }
   return DcTagSet(std::move(wanted));
 }
 
@@ -61,7 +67,7 @@ FileCheck::FileCheck(MediumSource& medium, MediumIndex& index, const SumsFile& s
       isCaseIgnored_(isCaseIgnored),
       findings_(findings),
       report_(report),
-      kept_(WantedTags()),
+      kept_(WantedTags(options.profile)),
       namedAt_(index.Entries().size()) {
   if (sums.IsThere()) {
     buffer_.resize(kPieceBytes);
@@ -157,6 +163,7 @@ void FileCheck::Compare(const FileRecord& record, const FaultPlace& place, HeadR
   CompareUids(record, place, head);
   if (head.metaInfo.transferSyntax == DcUid::DeflatedExplicitLittleEndian) {
     findings_.Add(Fault::FileDeflated, place);
+    if (options_.profile != nullptr) CheckProfile(record, place, head);
     return;
   }
   if (head.code != kDcOk) {
@@ -165,6 +172,30 @@ void FileCheck::Compare(const FileRecord& record, const FaultPlace& place, HeadR
   }
   if (head.isCut) findings_.Add(Fault::FileCut, place);
   CompareIdentities(record, place, head);
+  if (options_.profile != nullptr) CheckProfile(record, place, head);
+}
+
+void FileCheck::CheckProfile(const FileRecord& record, const FaultPlace& place,
+                             const FileHead& head) {
+  const Text name = WideBytes(options_.profile->name);
+  const std::string sopClass(TrimmedBytes(head.metaInfo.sopClassUid));
+  const std::string syntax(TrimmedBytes(head.metaInfo.transferSyntaxUid));
+  const bool isReadable =
+      head.metaInfo.transferSyntax != DcUid::DeflatedExplicitLittleEndian && head.code == kDcOk;
+  const ProfileObject object{sopClass, syntax, RecordRowOf(sopClass).type != DcDirRecType::Private,
+                             head.elements, isReadable};
+  for (const ProfileBreach& breach : CheckObject(*options_.profile, object)) {
+    findings_.Add(Fault::ProfileObjectDiffers, place,
+                  {name, WideBytes(breach.rule), ShownValue(std::string_view(breach.found))});
+  }
+  if (!isReadable) return;
+  for (const LackedKey& lacked : record.lackedKeys) {
+    const DcTag tag = lacked.key->element.tag;
+    if (!WantsValue(*lacked.key, head.elements)) continue;
+    if (!toldKeys_.emplace(lacked.recordOffset, tag).second) continue;
+    findings_.Add(Fault::ProfileKeyMissing, {InDicomDir().file, lacked.record},
+                  {name, WideBytes(KeyRule(*lacked.key)), lacked.record});
+  }
 }
 
 void FileCheck::CompareUids(const FileRecord& record, const FaultPlace& place,

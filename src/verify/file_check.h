@@ -4,6 +4,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
+#include <utility>
 #include <vector>
 
 #include "dicom/tag_set.h"
@@ -38,6 +40,7 @@ class FileCheck {
   void CompareUids(const FileRecord& record, const FaultPlace& place, const struct FileHead& head);
   void CompareIdentities(const FileRecord& record, const FaultPlace& place,
                          const struct FileHead& head);
+  void CheckProfile(const FileRecord& record, const FaultPlace& place, const struct FileHead& head);
   [[nodiscard]] bool CheckOther(std::size_t entry, bool isTold);
   // Reads the rest of the file for its sum.
   [[nodiscard]] bool CheckSum(std::size_t entry, const FaultPlace& place, HeadReader& reader);
@@ -52,6 +55,7 @@ class FileCheck {
   Findings& findings_;
   VerifyReport& report_;
   DcTagSet kept_;
+  std::set<std::pair<std::uint32_t, DcTag>> toldKeys_;  // of records, by their offsets
   std::vector<std::uint32_t> namedAt_;  // offset of the record that names an entry; 0: none yet
   std::size_t repeats_ = 0;             // records that named a file again
   VerifyProgress progress_;

@@ -101,6 +101,12 @@ constexpr std::array kRows{
     FaultRow{SumDiffers,            Error,   "sum-differs",              OLESTR("The SHA-256 sum of the file is %s, SHA256SUMS says %s.")},
     FaultRow{SumMissing,            Warning, "sum-missing",              OLESTR("SHA256SUMS has no sum of the file.")},
     FaultRow{SumImpossible,         Error,   "sum-impossible",           OLESTR("The SHA-256 sum cannot be computed on this system.")},
+    // An application profile
+    FaultRow{ProfileMediumDiffers,     Warning, "profile-medium",     OLESTR("%s: %s; it is %s.")},
+    FaultRow{ProfileObjectDiffers,     Warning, "profile-object",     OLESTR("%s: %s; it is %s.")},
+    FaultRow{ProfileKeyMissing,        Warning, "profile-key",        OLESTR("%s: %s; the %s has none.")},
+    FaultRow{ProfileIconDiffers,       Warning, "profile-icon",       OLESTR("%s: %s; the %s has no such one.")},
+    FaultRow{ProfilePatientIdRepeated, Warning, "profile-patient-id", OLESTR("%s: %s; the %s has \"%s\", as another one has.")},
 };
 // clang-format on
 

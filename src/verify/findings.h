@@ -89,8 +89,15 @@ enum class Fault : std::uint8_t {
   SumDiffers,
   SumMissing,
   SumImpossible,
+
+  ProfileMediumDiffers,
+  ProfileObjectDiffers,
+  ProfileKeyMissing,
+  ProfileIconDiffers,
+  ProfilePatientIdRepeated,
 };
-inline constexpr std::size_t kFaults = static_cast<std::size_t>(Fault::SumImpossible) + 1;
+inline constexpr std::size_t kFaults =
+    static_cast<std::size_t>(Fault::ProfilePatientIdRepeated) + 1;
 
 // Where a fault lies.
 struct FaultPlace {

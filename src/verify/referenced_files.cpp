@@ -35,7 +35,7 @@ bool FindReferencedFiles(MediumSource& medium, std::vector<ReferencedFile>& file
     return false;
   }
   std::unordered_set<Text> seen;
-  DirectoryRecords records(dicomDir, findings, report, [&](const FileRecord& record) {
+  DirectoryRecords records(dicomDir, nullptr, findings, report, [&](const FileRecord& record) {
     auto entry = index.Find(record.path);
     if (!entry) entry = index.FindFolded(record.path);
     const bool isThere = entry && index.Entries()[*entry].kind == MediumEntry::Kind::File;

@@ -12,6 +12,7 @@
 #include "fileset/root_names.h"
 #include "findings.h"
 #include "medium_index.h"
+#include "profiles/profile_check.h"
 #include "sums_file.h"
 #include "whole_file.h"
 
@@ -69,6 +70,7 @@ class Verification {
   [[nodiscard]] bool Run(const Text& whatWasNotListed);
 
  private:
+  void CheckMediumKind();
   void CheckRootFiles();
   void ReadSums();
   // False when there is none that can be read.
@@ -82,6 +84,17 @@ class Verification {
   SumsFile sums_;
   bool isCaseIgnored_ = false;
 };
+
+void Verification::CheckMediumKind() {
+  const Profile* profile = options_.profile;
+  if (profile == nullptr || options_.mediumKind.empty() ||
+      TakesMedium(*profile, options_.mediumKind)) {
+    return;
+  }
+  findings_.Add(
+      Fault::ProfileMediumDiffers, {},
+      {WideBytes(profile->name), WideBytes(MediumRule(*profile)), WideBytes(options_.mediumKind)});
+}
 
 void Verification::CheckRootFiles() {
   if (index_.FindInRoot(kUnfinishedMarkName)) {
@@ -131,6 +144,7 @@ bool Verification::Run(const Text& whatWasNotListed) {
   if (!whatWasNotListed.empty()) {
     findings_.Add(Fault::ListingIncomplete, {}, {whatWasNotListed});
   }
+  CheckMediumKind();
   CheckRootFiles();
   ReadSums();
   std::string bytes;
@@ -141,7 +155,7 @@ bool Verification::Run(const Text& whatWasNotListed) {
   if (hasDicomDir) {
     DicomDirFile dicomDir(std::move(bytes));
     hasRecords = dicomDir.Read(findings_);
-    DirectoryRecords records(dicomDir, findings_, report_,
+    DirectoryRecords records(dicomDir, options_.profile, findings_, report_,
                              [&](const FileRecord& record) { return files.CheckNamed(record); });
     if (hasRecords && !records.Walk()) return false;
   }

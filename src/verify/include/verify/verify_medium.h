@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -14,6 +15,8 @@
 #include "medium/medium_source.h"
 
 namespace quillon {
+
+struct Profile;
 
 enum class Severity : std::uint8_t {
   Error,    // something cannot be read, or is another's than the DICOMDIR says
@@ -63,6 +66,10 @@ struct VerifyProgress {
 struct VerifyOptions {
   // Without, files are read up to their pixel data only, and SHA256SUMS is not looked at.
   bool checksSums = true;
+  // The application profile that the medium is held to; null: none. What kind of medium it is, as
+  // in TakesMedium; empty where that is not known.
+  const Profile* profile = nullptr;
+  std::string mediumKind;
   std::function<void(const VerifyProgress&)> progress;
   std::function<bool()> isStopped;  // asked before each file and each piece of one
 };
