@@ -1,5 +1,8 @@
 #include "chosen_medium.h"
 
+#include <array>
+#include <fstream>
+#include <string_view>
 #include <vector>
 
 #include "commands.h"
@@ -49,6 +52,15 @@ Outcome ChosenMedium::open(const MediumChoice& choice, TextView path) {
   CBaseItem errors;
   path_ = OpenMedium(path, errors, password);
   return path_ != nullptr ? Outcome() : Outcome(narrow(errors.ErrorMessage()));
+}
+
+std::string ChosenMedium::kind(const MediumChoice& choice) const {
+  if (choice.isDisc) return disc_.media();
+  constexpr std::string_view kZipBegin = "PK";
+  std::array<char, kZipBegin.size()> begin{};
+  std::ifstream file(choice.path, std::ios::binary);
+  if (!file.read(begin.data(), begin.size())) return {};  // a directory
+  return std::string_view(begin.data(), begin.size()) == kZipBegin ? "zip" : "image";
 }
 
 std::vector<std::string> ChosenMedium::failuresBeside(const Outcome& outcome) const {

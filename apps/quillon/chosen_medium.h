@@ -41,6 +41,8 @@ class ChosenMedium {
   Outcome open(const MediumChoice& choice, TextView path);
   // The rest is for one that is open.
   [[nodiscard]] MediumSource& source() { return path_ ? *path_ : disc_.source(); }
+  // Of a disc its kind, "image" or "zip"; empty for a directory, which may be anything.
+  [[nodiscard]] std::string kind(const MediumChoice& choice) const;
   // Members of a JSON object that say which medium it is, also of one that could not be opened.
   [[nodiscard]] std::string jsonMembers(const MediumChoice& choice) const;
   // The sectors that could not be read, but for one that is the outcome itself.

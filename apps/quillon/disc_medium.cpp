@@ -3,7 +3,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <fstream>
 #include <thread>
 #include <utility>
 
@@ -71,6 +73,7 @@ Outcome DiscMedium::open(const std::string& recorder) {
   }
   if (opened.failed()) return narrow(opened.text);
   recorder_ = disc->recorder();
+  media_ = disc->media();
   CBaseItem errors;
   source_ = OpenImage(std::make_unique<DiscBytes>(std::move(disc), failures_),
                       wide("of the disc in " + recorder_), errors);

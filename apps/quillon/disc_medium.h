@@ -24,12 +24,15 @@ class DiscMedium {
   // The rest is for one that is open.
   [[nodiscard]] MediumSource& source() { return *source_; }
   [[nodiscard]] const std::string& recorder() const { return recorder_; }
+  // The kind of disc, as quillon disc has it.
+  [[nodiscard]] const std::string& media() const { return media_; }
   // A sentence for each sector that could not be read; of many the first ones.
   [[nodiscard]] const std::vector<std::string>& failures() const { return failures_; }
 
  private:
   std::vector<std::string> failures_;  // outlives what adds to it
   std::string recorder_;
+  std::string media_;
   std::unique_ptr<MediumSource> source_;
 };
 

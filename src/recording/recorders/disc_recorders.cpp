@@ -211,6 +211,7 @@ class HeldDisc final : public DiscReader {
   DiscResult take();
 
   [[nodiscard]] const std::string& recorder() const override { return recorder_->identity().name; }
+  [[nodiscard]] const std::string& media() const override { return media_; }
   [[nodiscard]] std::uint64_t sizeBytes() const override {
     return std::uint64_t{sectors_} * kSectorBytes;
   }
@@ -228,6 +229,7 @@ class HeldDisc final : public DiscReader {
   std::unique_ptr<Recorder> recorder_;
   RecorderHold hold_{*recorder_};
   std::uint32_t sectors_ = 0;
+  std::string media_;
   DiscResult failure_;
   // The sector of which a part was read last: the next part follows.
   std::array<char, kSectorBytes> part_{};
@@ -241,6 +243,7 @@ DiscResult HeldDisc::take() {
   if (!result.failed()) result = recorder_->media(media);
   if (!result.failed()) result = checkReadable(recorder_->identity(), media);
   sectors_ = media.readableSectors;
+  media_ = mediaName(media.physicalType);
   return withSentence(std::move(result), recorder());
 }
 

@@ -19,6 +19,8 @@ class DiscReader {
   DiscReader& operator=(const DiscReader&) = delete;
 
   [[nodiscard]] virtual const std::string& recorder() const = 0;
+  // The kind of disc, as in DiscRecorderStatus.
+  [[nodiscard]] virtual const std::string& media() const = 0;
   // As far as the disc can hold data; some of its last sectors may be none.
   [[nodiscard]] virtual std::uint64_t sizeBytes() const = 0;
   // All of the bytes [offset, offset + count), from the disc itself and not from what the system
