@@ -15,6 +15,7 @@ void addCreateCommand(CLI::App& program, int& exitStatus);
 void addWriteCommand(CLI::App& program, int& exitStatus);
 void addPublishCommand(CLI::App& program, int& exitStatus);
 void addDiscCommand(CLI::App& program, int& exitStatus);
+void addProfilesCommand(CLI::App& program, int& exitStatus);
 void addListCommand(CLI::App& program, int& exitStatus);
 void addHeaderCommand(CLI::App& program, int& exitStatus);
 void addVerifyCommand(CLI::App& program, int& exitStatus);

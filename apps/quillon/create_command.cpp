@@ -126,6 +126,7 @@ void addCreateOptions(CLI::App& command, CreateOptions& job) {
   addPageOptions(command, job);
   command.add_flag("--one-patient", job.isForOnePatient, "Refuse files of more than one patient");
   addCharacterSetOption(command, job.characterSet);
+  addProfileOption(command, job.profile, /*hasAuto=*/true);
   addSelectionOptions(command, job.selection);
 }
 

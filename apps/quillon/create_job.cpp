@@ -19,6 +19,7 @@
 #include "media_sources.h"
 #include "medium_questions.h"
 #include "platform/read_ahead.h"
+#include "profiles/profile_check.h"
 #include "progress_bar.h"
 #include "root_guard.h"
 #include "source_walk.h"
@@ -172,6 +173,7 @@ class CreateJob {
     job_.setRecords(options_.isInventing, options_.isForOnePatient);
     job_.setPlaceAmongMedia(options_.mediumNumber, options_.mediumCount);
     if (!applyPages()) return false;
+    if (!passes(applyProfile())) return false;
     if (!options_.objectDirectory) return true;
     std::string name = *options_.objectDirectory;
     std::replace(name.begin(), name.end(), '/', '\\');
@@ -184,6 +186,70 @@ class CreateJob {
     if (options_.pageStylesheets->empty()) return fail("The directory of stylesheets has no name.");
     job_.setPageStylesheets(absolutePath(*options_.pageStylesheets));
     return true;
+  }
+
+  Outcome applyProfile() {
+    const ProfileChoice& choice = options_.profile;
+    result_.profile.name = choice.isAuto() || choice.isNone()
+                               ? choice.name
+                               : std::string(choice.profiles.front()->name);
+    if (choice.isNone()) return {};
+    if (!job_.hasCurrentPractice()) {
+      return "--profile needs the records of today, which CurrentPractice 0 switches off.";
+    }
+    std::vector<const Profile*> profiles = choice.profiles;
+    if (!options_.mediumKind.empty()) {
+      std::erase_if(profiles, [this](const Profile* profile) {
+        return !TakesMedium(*profile, options_.mediumKind);
+      });
+    }
+    if (choice.isAuto()) {
+      if (profiles.empty() && options_.isStrict) {
+        return "A file set on " + mediumText() + " meets none of the profiles.";
+      }
+      job_.setProfiles(std::move(profiles), options_.isStrict);
+      return {};
+    }
+    const Profile& profile = *choice.profiles.front();
+    if (profiles.empty()) noteMedium(profile);
+    if (profiles.empty() && options_.isStrict) {
+      return "The file set does not meet " + std::string(profile.name) + ": " +
+             MediumRule(profile) + "; it is " + mediumText() + ".";
+    }
+    job_.setProfiles(choice.profiles, options_.isStrict);
+    return {};
+  }
+
+  void noteMedium(const Profile& profile) {
+    ++result_.profile.count;
+    result_.profile.faults.push_back({{}, MediumRule(profile), mediumText()});
+  }
+
+  [[nodiscard]] std::string mediumText() const {
+    const std::string& kind = options_.mediumKind;
+    return kind == "image"       ? "an image of a disc"
+           : kind == "directory" ? "a directory"
+           : kind == "zip"       ? "a ZIP file"
+                                 : "a " + discName(kind);
+  }
+
+  // Also of a plan that was refused for it.
+  void tellOfProfiles() {
+    for (const ProfileReport& report : job_.profileReports()) {
+      if (options_.profile.isAuto()) {
+        if (report.count == 0) result_.profile.met.emplace_back(report.profile->name);
+        continue;
+      }
+      result_.profile.count += report.count;
+      for (const ProfileViolation& one : report.violations) {
+        const Text& source = one.source.Get();
+        result_.profile.faults.push_back({source.empty() ? "" : files_.nameOf(narrow(source)),
+                                          narrow(one.rule), narrow(one.found)});
+      }
+    }
+    for (std::string& remark : remarksOn(result_.profile)) {
+      result_.remarks.push_back(std::move(remark));
+    }
   }
 
   // What takeRoot would refuse, but for a root that another job has.
@@ -362,6 +428,7 @@ class CreateJob {
     job_.setEmptiesRoot(isWiping_);
     if (!options_.isMoving) job_.setCopies(!options_.isDryRun && staging.needsRoom());
     const Outcome made = options_.isDryRun ? job_.preview() : job_.plan();
+    tellOfProfiles();
     if (made.failed()) return fail(files_.inUsersWords(made.text()));
     const PlannedFileSet& planned = job_.planned();
     if (options_.part != nullptr && planned.objects.size() != options_.part->size()) {

@@ -12,6 +12,7 @@
 #include "fileset/disc_room.h"
 #include "other_content_options.h"
 #include "outcome.h"
+#include "profile_options.h"
 #include "record_remarks.h"
 #include "selection_options.h"
 #include "span_plan.h"
@@ -39,6 +40,10 @@ struct CreateOptions {
   // What they lack is made up.
   bool isInventing = false;
   bool isForOnePatient = false;
+  // What the set is held to, with isStrict or else nothing is made; and what it will be written to,
+  // as in TakesMedium, where that is known.
+  ProfileChoice profile;
+  std::string mediumKind;
   // In the place of the one that the files declare; empty: theirs.
   std::string characterSet;
   // README.TXT and pages for a browser; not given: as the registry says.
@@ -88,6 +93,7 @@ struct CreateResult {
   std::vector<SpanObject> plannedObjects;
   std::size_t notSelected = 0;  // files that the selection leaves out
   std::vector<IncompleteKey> incomplete;
+  ProfileResult profile;
   Outcome outcome;
   std::vector<std::string> remarks;  // what the user should know beside it
 };

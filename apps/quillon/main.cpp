@@ -37,6 +37,7 @@ int run(int argc, char** argv) {
   quillon::cli::addWriteCommand(program, exitStatus);
   quillon::cli::addPublishCommand(program, exitStatus);
   quillon::cli::addDiscCommand(program, exitStatus);
+  quillon::cli::addProfilesCommand(program, exitStatus);
   quillon::cli::addListCommand(program, exitStatus);
   quillon::cli::addHeaderCommand(program, exitStatus);
   quillon::cli::addVerifyCommand(program, exitStatus);

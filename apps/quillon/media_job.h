@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -68,6 +69,14 @@ class MediaJob {
   void setPageStylesheets(std::string_view directory);
   // What the root holds will be gone when the plan is carried out.
   void setEmptiesRoot(bool isEmptied) { builder().emptiesRoot = isEmptied; }
+  // Files that are added after that are held to them; only with the records of today.
+  void setProfiles(std::vector<const Profile*> profiles, bool refusesViolations) {
+    builder().profiles = std::move(profiles);
+    builder().refusesProfileViolations = refusesViolations;
+  }
+  [[nodiscard]] std::span<const ProfileReport> profileReports() {
+    return builder().ProfileReports();
+  }
 
   [[nodiscard]] std::string root();
   [[nodiscard]] std::string label();

@@ -50,6 +50,7 @@ Published publishFileSet(CreateOptions create, const WriteOptions& write,
     published.created.isDryRun = create.isDryRun;
     published.created.root = delivery.result().root;
   } else {
+    create.mediumKind = delivery.mediumKind();
     create.askSize = [&delivery](const DiscRoom& room) { return delivery.askSize(room); };
     published.created = createFileSet(create, job);
   }

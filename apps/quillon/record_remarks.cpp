@@ -14,8 +14,6 @@ namespace quillon::cli {
 
 namespace {
 
-constexpr std::size_t kMostNamed = 3;
-
 // "studyInstanceUid" -> "Study Instance UID"
 std::string wordsOf(const std::string& keyword) {
   std::string words;
@@ -31,18 +29,6 @@ std::string wordsOf(const std::string& keyword) {
                    [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
   }
   return words;
-}
-
-// The first few, with commas between them, and how many more there are.
-template <typename Items, typename TextOf>
-std::string someOf(const Items& items, TextOf textOf) {
-  std::string text;
-  for (std::size_t i = 0; i < std::min(items.size(), kMostNamed); ++i) {
-    text += (i == 0 ? "" : ", ") + textOf(items[i]);
-  }
-  if (items.size() > kMostNamed)
-    text += " and " + std::to_string(items.size() - kMostNamed) + " more";
-  return text;
 }
 
 }  // namespace

@@ -95,6 +95,7 @@ std::string plainText(const CreateResult& result) {
     if (result.notSelected > 0) {
       out += "Left out:  " + std::to_string(result.notSelected) + "\n";
     }
+    out += plainText(result.profile);
     out += "Label:\n" + indented(result.label, "  ") + "\n";
     if (result.isDryRun) out += fitsText(result.discSectors);
   }
@@ -160,6 +161,7 @@ std::string jsonMembers(const CreateResult& result) {
     separator = ",";
   }
   out += "],";
+  out += jsonMembers(result.profile);
   return result.isDryRun ? out + dryRunMembers(result.discSectors) : out;
 }
 

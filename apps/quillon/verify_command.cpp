@@ -16,6 +16,7 @@
 #include "json_output.h"
 #include "outcome.h"
 #include "platform/services.h"
+#include "profile_options.h"
 #include "progress_bar.h"
 #include "result_output.h"
 #include "toolkit_log.h"
@@ -38,6 +39,7 @@ constexpr std::array kSeverities{"error", "warning", "note"};
 
 struct CommandOptions : ReadingOptions {
   bool hasNoSums = false;
+  ProfileChoice profile;
 };
 
 std::string narrow(const Text& text) { return NarrowText(text, FileSystemCodePage()); }
@@ -126,6 +128,10 @@ Outcome verify(const CommandOptions& options, ChosenMedium& medium, VerifyReport
   bool hasBegun = false;
   VerifyOptions how;
   how.checksSums = !options.hasNoSums;
+  if (!options.profile.isNone()) {
+    how.profile = options.profile.profiles.front();
+    how.mediumKind = medium.kind(options.medium);
+  }
   how.progress = [&](const VerifyProgress& progress) {
     if (!hasBegun) {
       bar.begin("Verifying", progress.total,
@@ -164,6 +170,7 @@ void addVerifyCommand(CLI::App& program, int& exitStatus) {
   addReadingOptions(*command, *options, "The medium, or its DICOMDIR");
   command->add_flag("--no-sums", options->hasNoSums,
                     "Do not compare the files with SHA256SUMS: only their headers are read");
+  addProfileOption(*command, options->profile, /*hasAuto=*/false);
   command->footer(kFooter);
   command->callback([options, &exitStatus] {
     checkMediumChoice(options->medium);

@@ -112,6 +112,10 @@ Outcome Delivery::askSize(const DiscRoom& ofSet) {
   return mayHold(*result_.target, room.Bytes());
 }
 
+std::string Delivery::mediumKind() const {
+  return result_.zip ? "zip" : file_ ? "image" : result_.target ? "directory" : recorder_.media;
+}
+
 WriteResult Delivery::run() {
   const bool isReady = isAsked_ ? takeFileSet()
                                 : checkSettings({}) && takeFileSet() && askMedium() &&

@@ -92,6 +92,8 @@ class Delivery {
   // Whether there can be such a delivery of files from these sources, as far as that is known
   // before there is a file set. Asks the recorder, once, which is then the one of this process.
   Outcome ask(const std::vector<std::string>& sources);
+  // After that: what it is that will be written, a kind of disc, "image", "directory" or "zip".
+  [[nodiscard]] std::string mediumKind() const;
   // The same once it is known how much it is.
   Outcome askSize(const DiscRoom& room);
 
