@@ -18,6 +18,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
+constexpr std::uint64_t kSentAtOnceBytes = std::uint64_t{32} << 20;
+
 constexpr mode_t kPermissions = 0666;  // of which the user's mask takes its part
 
 // What standard output was before the results went elsewhere.
@@ -111,6 +113,12 @@ bool OutputFile::write(const void* bytes, std::size_t count) {
     }
     from += taken;
     count -= static_cast<std::size_t>(taken);
+    unsentBytes_ += static_cast<std::uint64_t>(taken);
+  }
+  // The disk has something to do meanwhile, and less at the end. What cannot be done is not needed.
+  if (unsentBytes_ >= kSentAtOnceBytes) {
+    static_cast<void>(::sync_file_range(descriptor_, 0, 0, SYNC_FILE_RANGE_WRITE));
+    unsentBytes_ = 0;
   }
   return true;
 }

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -58,6 +59,7 @@ class OutputFile {
   std::string temporary_;
   bool isReplacing_;
   int descriptor_ = -1;
+  std::uint64_t unsentBytes_ = 0;
   Outcome failure_;
   std::atomic<bool> isAbandoned_ = false;
   std::atomic<bool> isFinished_ = false;
