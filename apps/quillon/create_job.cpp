@@ -22,6 +22,7 @@
 #include "profiles/profile_check.h"
 #include "progress_bar.h"
 #include "root_guard.h"
+#include "source_files.h"
 #include "source_walk.h"
 #include "staging.h"
 #include "terminal_text.h"
@@ -51,87 +52,12 @@ constexpr std::array kUnfit{
 };
 // clang-format on
 
-std::string replaced(std::string text, const std::string& what, const std::string& with) {
-  for (std::size_t at = text.find(what); !what.empty() && at != std::string::npos;
-       at = text.find(what, at + with.size())) {
-    text.replace(at, what.size(), with);
-  }
-  return text;
-}
-
 // What mkdir would have given a new directory.
 mode_t usualDirectoryMode() {
   const mode_t mask = ::umask(0);
   ::umask(mask);
   return mode_t{0777} & ~mask;
 }
-
-// The files that the walk found, and those that were added by the path that the object knows each
-// by: the absolute one, unless it had to be given another name.
-class SourceFiles {
- public:
-  void take(std::vector<SourceFile> files) {
-    files_ = std::move(files);
-    files_.shrink_to_fit();
-  }
-  [[nodiscard]] std::size_t size() const { return files_.size(); }
-  [[nodiscard]] const SourceFile& operator[](std::size_t i) const { return files_[i]; }
-
-  // The bytes of that file lie elsewhere: it comes out of an image, say.
-  void noteStored(std::size_t i, const std::string& path) {
-    stored_.emplace(static_cast<std::uint32_t>(i), path);
-  }
-  // Null for a file that lies where it is called.
-  [[nodiscard]] const std::string* storedAt(std::size_t i) const {
-    const auto found = stored_.find(static_cast<std::uint32_t>(i));
-    return found == stored_.end() ? nullptr : &found->second;
-  }
-
-  void noteAdded(std::size_t i, const std::string& path, bool isRenamed) {
-    const auto position = static_cast<std::uint32_t>(i);
-    added_.Add(std::hash<std::string>{}(path), position);
-    if (isRenamed) renamed_.emplace(position, path);
-  }
-  [[nodiscard]] bool hasAdded() const { return added_.size() != 0; }
-  // Null for a path that none was added by.
-  [[nodiscard]] const SourceFile* find(const std::string& path) const {
-    const std::uint32_t i =
-        added_.Find(std::hash<std::string>{}(path),
-                    [&](std::uint32_t position) { return pathOf(position) == path; });
-    return i == PositionIndex::kNone ? nullptr : &files_[i];
-  }
-  // Whether that path, which one was added by, is that of a stored file.
-  [[nodiscard]] bool isStored(const std::string& path) const {
-    const SourceFile* file = find(path);
-    return file != nullptr && storedAt(static_cast<std::size_t>(file - files_.data())) != nullptr;
-  }
-  // What the user calls it.
-  [[nodiscard]] const std::string& nameOf(const std::string& path) const {
-    const SourceFile* file = find(path);
-    return file == nullptr ? path : file->path;
-  }
-  // Files that had to be given another name are called by their own.
-  [[nodiscard]] std::string inUsersWords(const std::string& sentence) const {
-    const std::pair<const std::uint32_t, std::string>* named = nullptr;
-    for (const auto& one : renamed_) {
-      const bool isLonger = named == nullptr || one.second.size() > named->second.size();
-      if (isLonger && sentence.find(one.second) != std::string::npos) named = &one;
-    }
-    return named == nullptr ? sentence
-                            : replaced(sentence, named->second, files_[named->first].path);
-  }
-
- private:
-  [[nodiscard]] std::string pathOf(std::uint32_t position) const {
-    const auto renamed = renamed_.find(position);
-    return renamed == renamed_.end() ? absolutePath(files_[position].path) : renamed->second;
-  }
-
-  std::vector<SourceFile> files_;
-  PositionIndex added_;
-  std::unordered_map<std::uint32_t, std::string> renamed_;
-  std::unordered_map<std::uint32_t, std::string> stored_;
-};
 
 class CreateJob {
  public:

@@ -132,11 +132,12 @@ Outcome SetSums::complete() {
   for (const FileSum& one : sums()) text_ += SumLine(one.sha256, one.name);
   // A set that may only be read is delivered all the same.
   if (::access(root_.c_str(), W_OK) != 0) return {};
-  return write(root_);
+  // Whoever finds a part of it makes it anew.
+  return write(root_, /*isFlushed=*/false);
 }
 
 // Under its own name from the start: nothing else may be left in a file set.
-Outcome SetSums::write(const std::string& directory) const {
+Outcome SetSums::write(const std::string& directory, bool isFlushed) const {
   const std::string path = directory + "/" + kSumsName;
   const auto failed = [&path](int error) {
     return "The file " + path + " cannot be written: " + std::strerror(error) + ".";
@@ -150,13 +151,14 @@ Outcome SetSums::write(const std::string& directory) const {
     isWritten = count >= 0 || errno == EINTR;
     if (count > 0) done += static_cast<std::size_t>(count);
   }
-  isWritten = isWritten && ::fsync(file) == 0;
+  isWritten = isWritten && (!isFlushed || ::fsync(file) == 0);
   int error = errno;
   if (::close(file) != 0 && isWritten) {
     isWritten = false;
     error = errno;
   }
   if (!isWritten) return failed(error);
+  if (!isFlushed) return {};
   const SourceDescriptor parent(directory);
   return parent.number() >= 0 && ::fsync(parent.number()) == 0 ? Outcome() : failed(errno);
 }

@@ -50,8 +50,9 @@ class SetSums {
   // Of what was finished: a line for each file, and each file.
   [[nodiscard]] const std::string& text() const { return text_; }
   [[nodiscard]] std::vector<FileSum> sums() const;
-  // Writes the text into a directory, in the place of an older one; on the disk when it succeeds.
-  [[nodiscard]] Outcome write(const std::string& directory) const;
+  // Writes the text into a directory, in the place of an older one; where isFlushed, it is on the
+  // disk when that succeeds.
+  [[nodiscard]] Outcome write(const std::string& directory, bool isFlushed) const;
 
  private:
   void start();

@@ -306,7 +306,7 @@ Outcome Delivery::finishSums() {
   if (!sums_) return {};
   if (Outcome made = sums_->finish(); made.failed()) return made;
   result_.sums = sums_->sums();
-  return result_.target ? sums_->write(*result_.target) : Outcome();
+  return result_.target ? sums_->write(*result_.target, /*isFlushed=*/true) : Outcome();
 }
 
 // Objects of an earlier set must not lie beside the new ones, so whole directories go.

@@ -8,6 +8,13 @@
 
 namespace quillon {
 
+namespace {
+
+// CALG_SHA_256: the headers have it for later systems alone.
+constexpr ALG_ID kSha256 = ALG_CLASS_HASH | ALG_TYPE_ANY | 12;
+
+}  // namespace
+
 // By the system's provider, which has the sum since the third service pack of Windows XP.
 struct Sha256::State {
   HCRYPTPROV provider = 0;
@@ -29,7 +36,7 @@ struct Sha256::State {
   State& operator=(const State&) = delete;
 
   void begin() {
-    hasFailed = provider == 0 || CryptCreateHash(provider, CALG_SHA_256, 0, 0, &hash) == FALSE;
+    hasFailed = provider == 0 || CryptCreateHash(provider, kSha256, 0, 0, &hash) == FALSE;
     if (hasFailed) hash = 0;
   }
   void end() {
