@@ -184,17 +184,29 @@ WriteOptions SpannedPublication::writeOptionsOf(int number) const {
 bool SpannedPublication::begin() {
   state_.emplace(planText());
   const bool isUnderWay = state_->read(done_);
+  if (!span_.isResuming) done_.clear();
+  std::erase_if(done_, [this](int number) { return !isThere(number); });
+  if (!isOnDisc() && !askPlaces()) return false;
   if (!span_.isResuming) {
-    done_.clear();
     if (result_.plan.size() == 1) return true;
     if (const Outcome begun = state_->begin(); begun.failed()) {
       result_.remarks.push_back(begun.text() + " It cannot be gone on with after an interruption.");
     }
     return true;
   }
-  std::erase_if(done_, [this](int number) { return !isThere(number); });
   return isUnderWay ||
          passes("There is no interrupted job that would put the same files on the same media.");
+}
+
+// What is in the way of a later medium is told before the first one is made.
+bool SpannedPublication::askPlaces() {
+  for (int number = 1; number <= static_cast<int>(result_.plan.size()); ++number) {
+    if (done_.contains(number)) continue;
+    const WriteOptions write = writeOptionsOf(number);
+    MediaJob job;
+    if (!passes(Delivery(write, job).ask(create_.sources))) return false;
+  }
+  return true;
 }
 
 // Whatever is not the same would make other media of the rest.

@@ -71,6 +71,7 @@ class SpannedPublication {
   [[nodiscard]] WriteOptions writeOptionsOf(int number) const;
   [[nodiscard]] bool isOnDisc() const { return !write_.target && !write_.image && !write_.zip; }
   [[nodiscard]] bool begin();
+  [[nodiscard]] bool askPlaces();
   [[nodiscard]] std::string planText() const;
   [[nodiscard]] bool isThere(int number) const;
   [[nodiscard]] bool publish(int number);

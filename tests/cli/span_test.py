@@ -185,21 +185,32 @@ class Resuming(SpanTest):
         self.assertEqual(self.discs("--resume"), 1)
         self.assertIn("There is no interrupted job that would put the same files on the same media.", self.said)
 
-    def test_a_medium_that_fails_is_made_again_and_no_other(self):
+    def test_media_that_are_done_are_not_made_again(self):
         self.seven_studies()
-        (self.dir / "a-3.iso").mkdir()
         arguments = ["--iso", self.dir / "a.iso", "--capacity", "5MB"]
+        # What is in the way of a later one is told before the first.
+        (self.dir / "a-3.iso").write_bytes(b"old")
         result = self.publish(*arguments, status=1)
-        self.assertEqual([one["error"] is None for one in result["media"]], [True, True, False])
-        before = {number: (self.dir / f"a-{number}.iso").stat().st_ino for number in (1, 2)}
-        (self.dir / "a-3.iso").rmdir()
+        self.assertIn("a-3.iso exists; --overwrite replaces it.", result["error"])
+        self.assertEqual([path.name for path in self.dir.glob("a*.iso")], ["a-3.iso"])
+        (self.dir / "a-3.iso").unlink()
+
+        def has_noted_the_second():
+            return any("2\n" in path.read_text() for path in (self.dir / "state").rglob("*") if path.is_file())
+
+        self.interrupt(signal.SIGKILL, has_noted_the_second, "publish", "--span", *arguments, self.source)
+        made = (self.dir / "a-2.iso").stat().st_ino
         # Other files on other media are another job.
         self.add(9, 9, "20250101", 1, [MEGABYTE])
         self.publish(*arguments, "--resume", status=1)
         subprocess.run(["rm", "-r", self.source / "9"], check=True)
-        result = self.publish(*arguments, "--resume")
-        self.assertEqual([one["number"] for one in result["media"]], [3, 4])
-        self.assertEqual({number: (self.dir / f"a-{number}.iso").stat().st_ino for number in (1, 2)}, before)
+        (self.dir / "a-1.iso").unlink()  # one that is gone is made again
+        result = self.publish(*arguments, "--overwrite", "--resume")
+        numbers = [one["number"] for one in result["media"]]
+        self.assertEqual((numbers[0], 2 in numbers), (1, False))
+        self.assertEqual((self.dir / "a-2.iso").stat().st_ino, made)
+        self.assertEqual(sorted(path.name for path in self.dir.glob("a-*.iso")),
+                         [f"a-{number}.iso" for number in range(1, 5)])
 
 
 if __name__ == "__main__":
