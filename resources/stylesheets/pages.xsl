@@ -83,6 +83,9 @@
         <xsl:value-of select="', '"/>
         <xsl:call-template name="contents"/>
       </p>
+      <xsl:if test="@discs">
+        <p><xsl:value-of select="concat('Disc ', @disc, ' of ', @discs)"/></p>
+      </xsl:if>
     </div>
     <h2>Patients and studies</h2>
     <xsl:apply-templates select="patient"/>

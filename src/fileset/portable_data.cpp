@@ -125,6 +125,8 @@ MediumModel PortableData::ModelOf(const CPatientList& patients) const {
   }
   medium.objectsOfNoPatient = patients.TopLevelObjects().GetCount();
   medium.bytes = planned_->bytes;
+  medium.number = options_.mediumNumber;
+  medium.count = options_.mediumCount;
   medium.fileIdOf = [this](std::size_t i) { return planned_->objects[i].FileId(); };
   medium.objectDirectory = objectDirectory_;
   medium.otherContentDirectory = otherContentDirectory_;

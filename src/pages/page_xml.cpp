@@ -176,6 +176,10 @@ class PageWriter {
       xml_.Attribute("other-content", InRoot(Reference(medium_.otherContentDirectory)));
     }
     xml_.Attribute("objects-in", medium_.objectDirectory);
+    if (medium_.count > 1) {
+      xml_.Attribute("disc", medium_.number);
+      xml_.Attribute("discs", medium_.count);
+    }
     xml_.Attribute("created", medium_.origin.created);
     xml_.Attribute("software", SoftwareName());
     const MediumTotals totals = TotalsOf(medium_);

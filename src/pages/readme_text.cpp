@@ -93,6 +93,11 @@ void PutContents(const MediumModel& medium, Lines& lines) {
                       Count(totals.studies, "study", "studies") + " of " +
                       Count(totals.patients, "patient.", "patients."),
                   kIndent);
+  if (medium.count > 1) {
+    lines.Paragraph("This is disc " + std::to_string(medium.number) + " of " +
+                        std::to_string(medium.count) + ": the others hold other objects.",
+                    kIndent);
+  }
   const std::string place = Ascii(medium.objectDirectory);
   lines.Paragraph(
       "The file DICOMDIR lists them all" +

@@ -74,7 +74,7 @@ class Spanning(SpanTest):
                 audit = self.dir / "audit.jsonl"
                 audit.unlink(missing_ok=True)
                 result = self.publish(kind, self.dir / name, "--capacity", "4.9MB", "--viewer-on", "first",
-                                      "--audit", audit)
+                                      "--audit", audit, "--pdi")
                 count = len(result["plan"])
                 self.assertIn(count, (4, 5))
                 media = [self.dir / made.format(number + 1) for number in range(count)]
@@ -82,6 +82,8 @@ class Spanning(SpanTest):
                 for number, medium in enumerate(media, 1):
                     objects, label, files = self.objects_on(medium)
                     self.assertIn(f"\nDisc {number} of {count}\n", label)
+                    page = medium if medium.is_dir() else self.dir / "out"
+                    self.assertIn(f"<p>Disc {number} of {count}</p>", (page / "INDEX.HTM").read_text())
                     self.assertEqual("QUILLON/START.EXE" in files, number == 1)
                     size = medium.stat().st_size if medium.is_file() else sum(
                         path.stat().st_size for path in medium.rglob("*"))

@@ -122,6 +122,11 @@ TEST(PageXml, TellsOfThePageThatIsMade) {
              "style=\"STYLE.CSS\"");
   EXPECT_HAS(study, "objects=\"2\" header=\"HEAD0001.HTM\"");
   EXPECT_HAS(study, "<object file=\"DICOMOBJ\\QLN00006\"");
+  EXPECT_HAS_NOT(index, " disc=");
+  medium.model.number = 2;
+  medium.model.count = 3;
+  EXPECT_HAS(medium.index(), "disc=\"2\" discs=\"3\"");
+  EXPECT_HAS(ReadmeText(medium.model), "This is disc 2 of 3: ");
   medium.model.indexIsBelow = true;
   EXPECT_HAS(medium.index(), "index=\"INDEX.HTM\" readme=\"../README.TXT\" style=\"STYLE.CSS\"");
   EXPECT_HAS(medium.studyPage(), "index=\"INDEX.HTM\"");

@@ -53,6 +53,9 @@ struct MediumModel {
   std::size_t objectsOfNoPatient = 0;
   std::uint64_t bytes = 0;  // of all objects
   MediumOrigin origin;
+  // Of several media that hold one set of objects: which this is, from 1, and how many there are.
+  unsigned number = 1;
+  unsigned count = 1;
   // The name of an object in the file set, by its number from 0.
   std::function<Text(std::size_t)> fileIdOf;
 
