@@ -51,8 +51,16 @@ Published publishFileSet(CreateOptions create, const WriteOptions& write,
     published.created.root = delivery.result().root;
   } else {
     create.mediumKind = delivery.mediumKind();
-    create.askSize = [&delivery](const DiscRoom& room) { return delivery.askSize(room); };
+    bool isTooLarge = false;
+    create.askSize = [&](const DiscRoom& room) {
+      Outcome fit = delivery.askSize(room);
+      isTooLarge = fit.failed() && delivery.isOnDisc();
+      return fit;
+    };
     published.created = createFileSet(create, job);
+    if (isTooLarge && create.part == nullptr) {
+      published.created.remarks.emplace_back("With --span it goes onto several discs.");
+    }
   }
   audit.note(published.created);
   audit.note(delivery.result());

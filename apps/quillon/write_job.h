@@ -101,6 +101,7 @@ class Delivery {
   // could not be written, when that is wanted and after a test run; otherwise it is wiped at the
   // end. In a dry run it is looked at only.
   WriteResult run();
+  [[nodiscard]] bool isOnDisc() const { return !file_ && !result_.target; }
   // Of the disc that was asked about.
   [[nodiscard]] std::uint64_t discSectors() const { return recorder_.usableSectors; }
   // What is known of it so far.

@@ -134,6 +134,8 @@ class Discs(DiscTest):
                                  f"{media.upper()} in drive has 3 MB: " + advice.format(larger))
                 self.assertFalse(self.root.exists())
                 self.assert_nothing_lost(before, self.source)
+        run = self.run_program("publish", self.source)
+        self.assertTrue(run.stderr.endswith(b"\nquillon: With --span it goes onto several discs.\n"))
         self.create_set(self.source)
         result = self.command("write", status=1)
         self.assertIn("The file set needs 11 MB", result["error"])
