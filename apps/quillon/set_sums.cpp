@@ -130,10 +130,12 @@ Outcome SetSums::complete() {
   }
   if (made_.failed()) return made_;
   for (const FileSum& one : sums()) text_ += SumLine(one.sha256, one.name);
-  // A set that may only be read is delivered all the same.
+  // A set that may only be read, or whose disk is full, is delivered with them all the same.
   if (::access(root_.c_str(), W_OK) != 0) return {};
-  // Whoever finds a part of it makes it anew.
-  return write(root_, /*isFlushed=*/false);
+  if (write(root_, /*isFlushed=*/false).failed()) {
+    static_cast<void>(::unlink((root_ + "/" + kSumsName).c_str()));
+  }
+  return {};
 }
 
 // Under its own name from the start: nothing else may be left in a file set.

@@ -42,7 +42,8 @@ class SetSums {
   [[nodiscard]] std::uint64_t textBytes() const { return textBytes_; }
   // So far has the delivery come; the sums do not go far beyond it.
   void follow(std::uint64_t deliveredBytes);
-  // Waits for the last sum and writes the text to the file of that name in the root, where it can.
+  // Waits for the last sum, and writes the text to the file of that name in the root where that can
+  // be done.
   // To be asked again, it answers the same.
   Outcome finish();
   // Why finish failed, once it did.
