@@ -13,7 +13,7 @@ test_packages=(
   dcmtk dicom3tools libgdcm-tools python3 python3-pydicom
   chromium libxml2-utils w3c-sgml-lib
   xsltproc openssl xorriso genisoimage udftools p7zip-full unzip libudfread-dev
-  clang-format clang-tidy
+  clang-format clang-tidy jq parallel
 )
 deep_packages=(clang valgrind)
 
