@@ -1,9 +1,10 @@
 // A host in its smallest form: makes a DICOM file set of a directory with DICOM files, by the
 // server that is registered on this machine.
 //
-//   host_example SOURCE ROOT PATIENT_KEY
+//   host_example SOURCE ROOT PATIENT_KEY [TARGET]
 //
-// The files in SOURCE are moved into the file set below ROOT.
+// The files in SOURCE are moved into the file set below ROOT. With TARGET the set is then copied to
+// that directory, and goes from ROOT only when it is there.
 //
 // An object can be called in two ways. Late binding asks for an operation by its name and passes
 // variants, as scripts do; early binding calls through the interface that quillon_media_rw.h
@@ -89,7 +90,22 @@ int fail(IQuillonMediaRW& media) {
   return 1;
 }
 
-int run(const std::string& source, const std::string& root, const std::string& patientKey) {
+// Keeps the set in its root until it is delivered; a failure can be tried again.
+int deliver(IQuillonMediaRW& media, const std::string& target) {
+  if (media.put_ClearAfterWrite(VARIANT_FALSE) != S_OK ||
+      media.put_PerformDirectCopy(VARIANT_TRUE) != S_OK ||
+      media.put_DirectCopyDirectory(Bstr(target).Get()) != S_OK) {
+    return fail(media);
+  }
+  VARIANT_BOOL done = VARIANT_FALSE;
+  if (media.Write(&done) != S_OK || done != VARIANT_TRUE) return fail(media);
+  media.Wipe();
+  std::printf("delivered to %s\n", target.c_str());
+  return 0;
+}
+
+int run(const std::string& source, const std::string& root, const std::string& patientKey,
+        const std::string& target) {
   CLSID clsid{};
   HRESULT hr = CLSIDFromProgID(quillon::kProgId, &clsid);
   if (FAILED(hr)) return fail("the server is not registered", hr);
@@ -117,18 +133,18 @@ int run(const std::string& source, const std::string& root, const std::string& p
   media->get_IheLabel(label.Put());
   std::printf("%u files in %s\n%s\n", static_cast<unsigned>(files), root.c_str(),
               label.Utf8().c_str());
-  return 0;
+  return target.empty() ? 0 : deliver(*media, target);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 4) {
-    std::fputs("usage: host_example SOURCE ROOT PATIENT_KEY\n", stderr);
+  if (argc != 4 && argc != 5) {
+    std::fputs("usage: host_example SOURCE ROOT PATIENT_KEY [TARGET]\n", stderr);
     return 2;
   }
   CoInitialize(nullptr);
-  const int status = run(argv[1], argv[2], argv[3]);
+  const int status = run(argv[1], argv[2], argv[3], argc == 5 ? argv[4] : "");
   CoUninitialize();
   return status;
 }

@@ -2,9 +2,10 @@
 """A host in Python, in its smallest form, for Linux: makes a DICOM file set of a directory with DICOM
 files, by the server that is registered on this machine (quillon register), and prints it as JSON.
 
-    host.py SOURCE ROOT PATIENT_KEY
+    host.py SOURCE ROOT PATIENT_KEY [TARGET]
 
-The files in SOURCE are moved into the file set below ROOT. Needs nothing but the standard library and
+The files in SOURCE are moved into the file set below ROOT. With TARGET the set is then copied to that
+directory, and goes from ROOT only when it is there. Needs nothing but the standard library and
 libquillon_host.so.0, which has the functions of COM under their plain names; $QUILLON_HOST_LIBRARY
 names it where the system does not find it. Operations are called by their names, as scripts do.
 """
@@ -129,7 +130,10 @@ class Object:
                 com.VariantClear(byref(variant))
 
     def put(self, name, value):
+        """A refused text answers S_OK; what holds afterwards tells it."""
         self._invoke(PROPERTY_PUT, name, value)
+        if self.get(name) != value:
+            raise Failed(f"{name} cannot be {value}.")
 
     def get(self, name):
         return self._invoke(PROPERTY_GET, name)[1]
@@ -140,11 +144,24 @@ class Object:
         if result != 0 or done is not True:
             raise Failed(self.get("ErrMessageText") or f"{name} failed.")
 
+    def do_always(self, name):
+        """Of an operation that answers nothing."""
+        check(self._invoke(METHOD, name)[0], name)
+
     def release(self):
         self._method(2)()
 
 
-def make_file_set(source, root, patient_key):
+def deliver(media, target):
+    """Keeps the set in its root until it is delivered; a failure can be tried again."""
+    media.put("ClearAfterWrite", False)
+    media.put("PerformDirectCopy", True)
+    media.put("DirectCopyDirectory", target)
+    media.do("Write")
+    media.do_always("Wipe")
+
+
+def make_file_set(source, root, patient_key, target=None):
     media = Object(PROG_ID)
     try:
         media.put("DicomRootDirectory", root)
@@ -153,14 +170,17 @@ def make_file_set(source, root, patient_key):
         media.do("AddDirectory", source)
         files, size = media.get("TotalNumberOfFilesInFileSet"), media.get("TotalSizeOfFileSet")
         media.do("CreateDicomFileSet")
-        return {"root": root, "files": files, "bytes": size, "label": media.get("IheLabel")}
+        label = media.get("IheLabel")
+        if target is not None:
+            deliver(media, target)
+        return {"root": root, "files": files, "bytes": size, "label": label, "target": target}
     finally:
         media.release()
 
 
 def main():
-    if len(sys.argv) != 4:
-        print("usage: host.py SOURCE ROOT PATIENT_KEY", file=sys.stderr)
+    if len(sys.argv) not in (4, 5):
+        print("usage: host.py SOURCE ROOT PATIENT_KEY [TARGET]", file=sys.stderr)
         return 2
     com.CoInitialize(None)
     try:

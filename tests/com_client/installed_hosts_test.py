@@ -64,6 +64,27 @@ class InstalledHosts(unittest.TestCase):
                 "pkg-config": [self.dir / "host_example"],
                 "cmake": [self.dir / "tree/host_example"]}
 
+    def assert_delivers(self, host, source, place):
+        """A target that cannot be made leaves the set where it is; one that can leaves no root."""
+        self.write_practice(1)
+        root, target = place / "set", place / "out"
+        place.mkdir()
+        target.write_text("in the way")
+        run = self.start(*host, source, root, "DOE^JOHN", target)
+        self.assertEqual(run.returncode, 1, run.stdout)
+        self.assertIn(f"Cannot create the directory {target.name} for", run.stderr)
+        self.succeed(self.dir / "prefix/bin/quillon", "verify", root)
+        target.unlink()
+        again = self.input(place.name + " again")
+        self.succeed(*host, again, place / "other", "DOE^JOHN", target)
+        self.assertFalse((place / "other").exists())
+        self.succeed("sha256sum", "--quiet", "-c", "SHA256SUMS", cwd=target)
+        self.succeed(self.dir / "prefix/bin/quillon", "verify", target)
+        self.write_practice(0)
+
+    def write_practice(self, value):
+        self.succeed(self.dir / "prefix/bin/quillon", "config", "set", "CurrentPractice", value)
+
     def test_hosts_are_built_and_make_file_sets(self):
         readme = (SOURCE / "README.md").read_text()
         self.assertIn(BY_PKG_CONFIG, " ".join(readme.replace("\\\n", " ").split()))
@@ -85,6 +106,7 @@ class InstalledHosts(unittest.TestCase):
                 self.assertEqual((run.returncode, run.stdout), (1, ""))
                 self.assertIn("The file search specification", run.stderr)
                 self.assertFalse(log.exists())
+                self.assert_delivers(host, self.input("for " + name), self.dir / ("a " + name))
         with open(self.environment["QUILLON_REGISTRY"], "a", encoding="utf-8") as registry:
             registry.write(f"\n[{KEY}]\n\"ToolkitLogFile\"=\"{log}\"\n")
         for name, host in hosts.items():
