@@ -32,6 +32,15 @@ class Config(program.ProgramTest):
     def shown(self):
         return {one["name"]: one for one in self.config()["values"]}
 
+    def test_the_guide_has_the_table_of_the_values(self):
+        guide = Path(__file__).resolve().parents[2] / "docs/guide-administration.md"
+        told = [line for line in guide.read_text().splitlines() if line.startswith("| `")]
+        table = []
+        for name, one in self.shown().items():
+            default = "" if one["from"] == "environment" else one["value"] or ""
+            table.append(f"| `{name}` | {one['type']} | {default} | {one['meaning']} |")
+        self.assertEqual(told, table)
+
     def test_every_value_can_be_set_shown_and_taken_away(self):
         viewer = self.dir / "view"
         viewer.mkdir()

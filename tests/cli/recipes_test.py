@@ -138,6 +138,24 @@ class Recipes(program.ProgramTest):
         self.assertFalse(refused.exists())
         self.assertEqual(list((self.dir / "tmp").iterdir()), [])
 
+    @needs("jq")
+    def test_a_station_says_in_one_line_what_became_of_the_discs(self):
+        recorders = {"QUILLON_RECORDERS": str(self.dir / "recorders")}
+        self.registry.unlink()
+        study, cut = self.objects / "DOE", self.dir / "cut"
+        cut.write_bytes((study / "CT1/IM00001").read_bytes()[:-8])
+        none, empty = self.dir / "none", "There is no disc in virtual-1: put a blank disc in.\n"
+        refused = f"Cannot read the DICOM information from {none}.\n"
+        for arguments, status, said in (
+                ((none, "V"), 1, refused),
+                ((cut, "V"), 1, f"Cannot add {cut}: the file ends before its pixel data does.\n"),
+                ((study, "V", "many"), 2, "This station is set up wrongly: quillon ended with 2.\n"),
+                ((study, "V_1"), 0, "Done: 10 objects on V_1, read back.\n"),
+                ((study, "V_1"), 1, empty)):
+            with self.subTest(said):
+                run = self.recipe("kiosk.sh", *arguments, status=status, **recorders)
+                self.assertEqual((run.stdout, run.stderr), (said, ""))
+
     @needs("systemd-analyze")
     def test_systemd_understands_the_units(self):
         units = []
