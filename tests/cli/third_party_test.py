@@ -1,0 +1,49 @@
+"""Which libraries of others a command loads, against docs/third-party.md."""
+import os
+import re
+import subprocess
+import sys
+import unittest
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).parent))
+import program  # noqa: E402
+from program import dicom_file  # noqa: E402
+
+PAGE = Path(__file__).resolve().parents[2] / "docs/third-party.md"
+SYSTEM = {"libc", "libm", "libpthread", "ld-linux-x86-64", "libstdc++", "libgcc_s"}
+XML = {"libxml2", "libxslt", "libexslt"}
+
+
+class ThirdParty(program.ProgramTest):
+    def loaded(self, *arguments):
+        run = subprocess.run([program.QUILLON, *map(str, arguments)], capture_output=True, text=True,
+                             env={**self.environment(), "LD_DEBUG": "files"}, cwd=self.dir / "work")
+        return {Path(path).name.partition(".so")[0]
+                for path in re.findall(r"calling init: (\S+)", run.stderr)}
+
+    def test_commands_load_what_they_need(self):
+        self.configure()
+        file, zip_file = self.write("one", dicom_file()), self.dir / "one.zip"
+        named = set(re.findall(r"\blib(?:burn|crypto|archive|xml2|xslt|exslt|curl)\b",
+                               "\n".join(line for line in PAGE.read_text().splitlines()
+                                         if line.startswith("|"))))
+        self.assertEqual(len(named), 7)
+        start = self.loaded("--version") - SYSTEM - {"linux-vdso"}
+        self.assertLessEqual(start, {"libburn"})
+        for arguments, more in (
+                (("header", file), set()),
+                (("publish", "--no-sums", "--to", self.dir / "out", file), set()),
+                (("publish", "--to", self.dir / "out2", file), {"libcrypto"}),
+                (("publish", "--zip", zip_file, file), {"libcrypto", "libarchive", "libxml2"}),
+                (("list", zip_file), {"libarchive", "libxml2"}),
+                (("header", "--stylesheet", "html", file), XML),
+                (("header", "--stylesheet", "http://127.0.0.1:9/x", file),
+                 XML | {"libcurl", "libcrypto"})):
+            with self.subTest(arguments):
+                self.assertEqual(self.loaded(*arguments) & named, start | more)
+
+
+if __name__ == "__main__":
+    program.QUILLON = os.path.abspath(sys.argv[1])
+    unittest.main(argv=[sys.argv[0], "-v", *sys.argv[2:]])
