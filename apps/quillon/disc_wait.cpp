@@ -21,6 +21,7 @@ std::string discOf(int number, int count) {
 
 Outcome awaitDisc(const std::string& recorder, const std::string& disc, std::chrono::seconds wait,
                   platform::DiscRecorderStatus& status) {
+  const std::string discIntoRecorder = disc + " into " + recorder;
   const auto deadline = std::chrono::steady_clock::now() + wait;
   std::string why;
   std::string told;
@@ -33,7 +34,7 @@ Outcome awaitDisc(const std::string& recorder, const std::string& disc, std::chr
       status = std::move(now);
       return {};
     }
-    if (!hasAsked) say("Put " + disc + " into " + recorder + ".");
+    if (!hasAsked) say("Put " + discIntoRecorder + ".");
     // Whoever puts a disc in has the recorder for a moment.
     if (isThere && fit.text() == why && why != told) {
       say(why);
@@ -41,8 +42,8 @@ Outcome awaitDisc(const std::string& recorder, const std::string& disc, std::chr
     }
     why = fit.text();
     if (std::chrono::steady_clock::now() >= deadline) {
-      return "Nobody put " + disc + " into " + recorder + " within " +
-             std::to_string(wait.count()) + " seconds.";
+      return "Nobody put " + discIntoRecorder + " within " + std::to_string(wait.count()) +
+             " seconds.";
     }
     std::this_thread::sleep_for(kBetweenQuestions);
   }
