@@ -8,6 +8,7 @@
 #include "commands.h"
 #include "json_output.h"
 #include "media_job.h"
+#include "nearest_name.h"
 #include "platform/registry_file_status.h"
 #include "result_output.h"
 #include "settings.h"
@@ -69,8 +70,8 @@ Outcome lookUp(const Setting& setting, Effective& effective) {
 
 const Setting& settingOf(const std::string& name) {
   if (const Setting* found = findSetting(name); found != nullptr) return *found;
-  throw CLI::ValidationError("there is no value " + name + "; the nearest is " +
-                             nearestSetting(name).name);
+  throw CLI::ValidationError("there is no value " + name + "; did you mean " +
+                             nearestName(name, settingNames()) + "? quillon config shows them all");
 }
 
 std::string jsonOf(const char* name, const char* type, const Effective& value,

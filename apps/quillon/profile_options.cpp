@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "json_output.h"
+#include "nearest_name.h"
 #include "record_remarks.h"
 
 namespace quillon::cli {
@@ -20,6 +21,12 @@ std::vector<const Profile*> everyProfile() {
   return profiles;
 }
 
+std::vector<std::string> profileNames() {
+  std::vector<std::string> names;
+  for (const Profile& profile : AllProfiles()) names.emplace_back(profile.name);
+  return names;
+}
+
 std::string choose(ProfileChoice& choice, const std::string& name, bool hasAuto) {
   choice.name = name;
   if (hasAuto && name == kAuto) {
@@ -28,7 +35,7 @@ std::string choose(ProfileChoice& choice, const std::string& name, bool hasAuto)
   }
   const Profile* profile = FindProfile(name);
   if (profile == nullptr) {
-    return name + " is no profile; did you mean " + std::string(NearestProfile(name)) +
+    return name + " is no profile; did you mean " + nearestName(name, profileNames()) +
            "? quillon profiles lists them";
   }
   choice.profiles = {profile};

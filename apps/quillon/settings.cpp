@@ -4,7 +4,6 @@
 #include <array>
 #include <filesystem>
 #include <sstream>
-#include <utility>
 #include <vector>
 
 #include "create_job.h"
@@ -55,21 +54,6 @@ std::string lowered(std::string_view text) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   });
   return low;
-}
-
-// How many letters to add, remove or change between the two.
-std::size_t distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({changed, row[j] + 1, row[j + 1] + 1});
-    }
-  }
-  return row.back();
 }
 
 class RegistryKey {
@@ -175,10 +159,11 @@ const Setting* findSetting(std::string_view name) {
   return found == kSettings.end() ? nullptr : &*found;
 }
 
-const Setting& nearestSetting(std::string_view name) {
-  return *std::ranges::min_element(kSettings, {}, [&](const Setting& one) {
-    return distance(lowered(one.name), lowered(name));
-  });
+std::vector<std::string> settingNames() {
+  std::vector<std::string> names;
+  names.reserve(kSettings.size());
+  for (const Setting& setting : kSettings) names.emplace_back(setting.name);
+  return names;
 }
 
 const char* kindName(SettingKind kind) {

@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/text.h"
 #include "outcome.h"
@@ -36,8 +37,7 @@ struct Setting {
 std::span<const Setting> allSettings();
 // By its name in any case; null: there is none.
 const Setting* findSetting(std::string_view name);
-// The one whose name is least unlike.
-const Setting& nearestSetting(std::string_view name);
+std::vector<std::string> settingNames();
 const char* kindName(SettingKind kind);
 
 // Of the registry; nothing where it has none. Fails for a value of another type.

@@ -12,22 +12,6 @@ namespace {
 
 char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
-// How many characters have to be put in, taken out or changed.
-std::size_t Distance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  for (std::size_t j = 0; j < row.size(); ++j) row[j] = j;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::size_t changed = diagonal + (Upper(a[i]) == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({row[j] + 1, diagonal + 1, changed});
-    }
-  }
-  return row.back();
-}
-
 }  // namespace
 
 const Profile* FindProfile(std::string_view name) {
@@ -36,12 +20,6 @@ const Profile* FindProfile(std::string_view name) {
     return std::ranges::equal(profile.name, name, {}, {}, Upper);
   });
   return found == profiles.end() ? nullptr : &*found;
-}
-
-std::string_view NearestProfile(std::string_view name) {
-  const auto nearest = std::ranges::min_element(
-      AllProfiles(), {}, [&](const Profile& profile) { return Distance(name, profile.name); });
-  return nearest->name;
 }
 
 std::string MediaText(const Profile& profile) {

@@ -107,7 +107,7 @@ class Config(program.ProgramTest):
         for arguments in (["set", "InstitutonName", "x"], ["get", "institutionnam"]):
             run = self.run_program("config", *arguments)
             self.assertEqual(run.returncode, 2)
-            self.assertIn(b"the nearest is InstitutionName", run.stderr)
+            self.assertIn(b"did you mean InstitutionName?", run.stderr)
 
     def test_the_environment_is_told_and_the_users_own_file_is_made(self):
         self.more = {"QUILLON_REGISTRY": "", "QUILLON_RECORDERS": str(self.dir / "recorders")}

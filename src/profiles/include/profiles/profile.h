@@ -96,8 +96,6 @@ struct Profile {
 std::span<const Profile> AllProfiles();
 // Null when there is none. Upper and lower case are the same.
 const Profile* FindProfile(std::string_view name);
-// The name that looks most like one that there is not.
-std::string_view NearestProfile(std::string_view name);
 
 // "CD-R", "USB".
 std::string MediaText(const Profile& profile);
