@@ -1,36 +1,24 @@
 // quillon: makes DICOM interchange media on the command line.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <csignal>
-#include <cstdio>
 #include <exception>
-#include <sstream>
 #include <string>
 
 #include "commands.h"
 #include "terminal_text.h"
 #include "toolkit_log.h"
+#include "usage.h"
 
 namespace {
 
 constexpr int kExitFailed = 1;
-constexpr int kExitUsage = 2;
-
-// CLI11 takes "--root=" for "--root", whose value is then whatever stands next.
-void refuseEmptyValues(int argc, char** argv) {
-  for (int i = 1; i < argc; ++i) {
-    const std::string argument = argv[i];
-    if (argument == "--") return;  // paths
-    if (argument.starts_with("--") && argument.find('=') == argument.size() - 1) {
-      throw CLI::ArgumentMismatch(argument + " has no value behind it");
-    }
-  }
-}
 
 int run(int argc, char** argv) {
   // Commands with --log set it anew.
   static_cast<void>(quillon::cli::sendToolkitLog(""));
   CLI::App program("Makes DICOM interchange media: a file set with DICOMDIR and label", "quillon");
-  program.set_version_flag("--version", "quillon " QUILLON_VERSION);
+  program.set_version_flag("-V,--version", "quillon " QUILLON_VERSION);
   program.require_subcommand(1);
   int exitStatus = 0;
   quillon::cli::addCreateCommand(program, exitStatus);
@@ -44,16 +32,16 @@ int run(int argc, char** argv) {
   quillon::cli::addWipeCommand(program, exitStatus);
   quillon::cli::addConfigCommand(program, exitStatus);
   quillon::cli::addRegisterCommands(program, exitStatus);
+  quillon::cli::addHelpCommand(program);
+  quillon::cli::Arguments arguments(argv + std::min(argc, 1), argv + argc);
   try {
-    refuseEmptyValues(argc, argv);
-    program.parse(argc, argv);
+    quillon::cli::askForHelp(arguments);
+    quillon::cli::refuseEmptyValues(arguments);
+    quillon::cli::checkCommandNames(program, arguments);
+    // It takes them from the end.
+    program.parse(quillon::cli::Arguments(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {
-    std::ostringstream help;
-    std::ostringstream complaint;
-    const int status = program.exit(error, help, complaint);
-    std::fputs(quillon::cli::forTerminal(help.str()).c_str(), stdout);
-    std::fputs(quillon::cli::forTerminal(complaint.str()).c_str(), stderr);
-    return status == 0 ? 0 : kExitUsage;
+    return quillon::cli::finishWithoutCommand(program, error, arguments);
   }
   return exitStatus;
 }

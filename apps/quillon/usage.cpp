@@ -1,0 +1,135 @@
+#include "usage.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <sstream>
+
+#include "nearest_name.h"
+#include "result_output.h"
+#include "terminal_text.h"
+
+namespace quillon::cli {
+
+namespace {
+
+constexpr int kExitUsage = 2;
+constexpr const char* kHelp = "help";
+
+// In their order.
+std::vector<const CLI::App*> commandsOf(const CLI::App& command) {
+  return command.get_subcommands([](const CLI::App*) { return true; });
+}
+
+std::vector<std::string> namesOf(const std::vector<const CLI::App*>& commands) {
+  std::vector<std::string> names;
+  names.reserve(commands.size());
+  for (const CLI::App* command : commands) names.push_back(command->get_name());
+  return names;
+}
+
+// What stands before "--": behind it are paths.
+Arguments beforePaths(const Arguments& arguments) {
+  return {arguments.begin(), std::ranges::find(arguments, "--")};
+}
+
+bool isOption(const std::string& argument) {
+  return argument.size() > 1 && argument.front() == '-' && argument != "--";
+}
+
+// The command that was recognised: "quillon disc list".
+struct Recognised {
+  const CLI::App* command;
+  std::string name;
+};
+Recognised recognised(const CLI::App& program) {
+  Recognised found{&program, program.get_name()};
+  while (!found.command->get_subcommands().empty()) {
+    found.command = found.command->get_subcommands().front();
+    found.name += " " + found.command->get_name();
+  }
+  return found;
+}
+
+std::string noSuchOption(const Recognised& of, const std::string& argument) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : of.command->get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    for (const std::string& name : option->get_snames()) names.push_back("-" + name);
+  }
+  const std::string option = argument.substr(0, argument.find('='));
+  return of.name + " has no option " + option + didYouMean(option, names);
+}
+
+std::string complaintOn(const Recognised& of, const CLI::App& program,
+                        const CLI::ParseError& error) {
+  // An option that there is not takes the words with it that the command then lacks.
+  const std::vector<std::string> remaining = program.remaining(/*recurse=*/true);
+  const auto unknown = std::ranges::find_if(remaining, isOption);
+  if (unknown != remaining.end()) return noSuchOption(of, *unknown);
+  std::string sentence = error.what();
+  if (!sentence.ends_with('.') && !sentence.ends_with('?')) sentence += '.';
+  return sentence;
+}
+
+}  // namespace
+
+void addHelpCommand(CLI::App& program) {
+  const auto words = std::make_shared<Arguments>();
+  CLI::App* help = program.add_subcommand(kHelp, "Prints what --help of a command prints");
+  help->add_option("COMMAND", *words, "A command, such as disc, or disc insert")->expected(0, 2);
+  help->callback([words] {});
+}
+
+void askForHelp(Arguments& arguments) {
+  if (arguments.empty() || arguments.front() != kHelp) return;
+  if (std::ranges::any_of(arguments, isOption)) return;
+  arguments.erase(arguments.begin());
+  arguments.emplace_back("--help");
+}
+
+void checkCommandNames(const CLI::App& program, const Arguments& arguments) {
+  const CLI::App* command = &program;
+  std::string above;
+  for (const std::string& argument : beforePaths(arguments)) {
+    const auto commands = commandsOf(*command);
+    if (commands.empty()) return;
+    // Options of what has commands take no values.
+    if (isOption(argument)) continue;
+    const auto found = std::ranges::find(commands, argument, &CLI::App::get_name);
+    if (found == commands.end()) {
+      throw CLI::ParseError("there is no command \"" + above + argument + '"' +
+                                didYouMean(argument, namesOf(commands)),
+                            CLI::ExitCodes::ExtrasError);
+    }
+    command = *found;
+    above += argument + " ";
+  }
+}
+
+void refuseEmptyValues(const Arguments& arguments) {
+  // CLI11 takes "--root=" for "--root", whose value is then whatever stands next.
+  for (const std::string& argument : beforePaths(arguments)) {
+    if (argument.starts_with("--") && argument.find('=') == argument.size() - 1) {
+      throw CLI::ArgumentMismatch(argument + " has no value behind it");
+    }
+  }
+}
+
+int finishWithoutCommand(const CLI::App& program, const CLI::ParseError& error,
+                         const Arguments& arguments) {
+  if (error.get_exit_code() == 0) {
+    std::ostringstream asked;
+    static_cast<void>(program.exit(error, asked, asked));
+    return finish(Output::forReaders(asked.str()), {}, {});
+  }
+  const Recognised of = recognised(program);
+  const Outcome outcome = complaintOn(of, program, error);
+  const Arguments options = beforePaths(arguments);
+  const bool isJson = std::ranges::count(options, "--json") != 0;
+  static_cast<void>(finish(Output::asItIs(isJson ? jsonObject("", outcome) : ""), outcome, {}));
+  std::fputs(("Run " + of.name + " --help for more information.\n").c_str(), stderr);
+  return kExitUsage;
+}
+
+}  // namespace quillon::cli
