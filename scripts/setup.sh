@@ -12,6 +12,7 @@ test_packages=(
   libgtest-dev googletest g++-mingw-w64-i686-win32 mingw-w64-tools
   dcmtk dicom3tools libgdcm-tools python3 python3-pydicom
   chromium libxml2-utils w3c-sgml-lib
+  zsh fish
   xsltproc openssl xorriso genisoimage udftools p7zip-full unzip libudfread-dev
   clang-format clang-tidy jq parallel
 )

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "command_tree.h"
 #include "commands.h"
 #include "json_output.h"
 #include "media_job.h"
@@ -193,7 +194,9 @@ void addConfigCommand(CLI::App& program, int& exitStatus) {
                        int (*run)(const ConfigOptions&)) {
     CLI::App* verb = config->add_subcommand(name, description);
     addJsonOption(*verb, options->isJson);
-    verb->add_option("NAME", options->name, "A value, as quillon config shows it")->required();
+    verb->add_option("NAME", options->name, "A value, as quillon config shows it")
+        ->required()
+        ->check(offers(settingNames()));
     verb->callback([options, run, &exitStatus] { exitStatus = run(*options); });
     return verb;
   };

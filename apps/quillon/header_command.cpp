@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "charset/character_set.h"
+#include "command_tree.h"
 #include "commands.h"
 #include "foundation/file_util.h"
 #include "foundation/text.h"
@@ -210,6 +211,7 @@ void addHeaderCommand(CLI::App& program, int& exitStatus) {
       command
           ->add_option("--stylesheet", options->stylesheet,
                        "text, html, or the path or http(s) URL of a stylesheet (default: text)")
+          ->check(offers({kForReaders, kForPages}))
           ->type_name("LOCATION");
   command->add_flag("--xml", options->isXml, "Print the XML that stylesheets are given")
       ->excludes(stylesheet);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "commands.h"
+#include "completion.h"
 #include "terminal_text.h"
 #include "toolkit_log.h"
 #include "usage.h"
@@ -32,6 +33,7 @@ int run(int argc, char** argv) {
   quillon::cli::addWipeCommand(program, exitStatus);
   quillon::cli::addConfigCommand(program, exitStatus);
   quillon::cli::addRegisterCommands(program, exitStatus);
+  quillon::cli::addCompletionCommand(program, exitStatus);
   quillon::cli::addHelpCommand(program);
   quillon::cli::Arguments arguments(argv + std::min(argc, 1), argv + argc);
   try {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "command_tree.h"
 #include "json_output.h"
 #include "nearest_name.h"
 #include "record_remarks.h"
@@ -60,6 +61,8 @@ std::vector<std::vector<const ProfileFault*>> byRule(const std::vector<ProfileFa
 }  // namespace
 
 void addProfileOption(CLI::App& command, ProfileChoice& choice, bool hasAuto) {
+  std::vector<std::string> names = profileNames();
+  if (hasAuto) names.emplace_back(kAuto);
   command
       .add_option_function<std::string>(
           "--profile",
@@ -70,6 +73,7 @@ void addProfileOption(CLI::App& command, ProfileChoice& choice, bool hasAuto) {
           hasAuto ? "Tell what does not meet this application profile (quillon profiles lists "
                     "them); auto: tell which ones are met"
                   : "Hold the medium to this application profile (quillon profiles lists them)")
+      ->check(offers(names))
       ->type_name("NAME");
 }
 

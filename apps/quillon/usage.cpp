@@ -5,6 +5,7 @@
 #include <memory>
 #include <sstream>
 
+#include "command_tree.h"
 #include "nearest_name.h"
 #include "result_output.h"
 #include "terminal_text.h"
@@ -77,7 +78,9 @@ std::string complaintOn(const Recognised& of, const CLI::App& program,
 void addHelpCommand(CLI::App& program) {
   const auto words = std::make_shared<Arguments>();
   CLI::App* help = program.add_subcommand(kHelp, "Prints what --help of a command prints");
-  help->add_option("COMMAND", *words, "A command, such as disc, or disc insert")->expected(0, 2);
+  help->add_option("COMMAND", *words, "A command, such as disc, or disc insert")
+      ->expected(0, 2)
+      ->check(offers(namesOf(commandsOf(program))));
   help->callback([words] {});
 }
 
