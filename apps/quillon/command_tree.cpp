@@ -83,10 +83,15 @@ CommandWord commandOf(CLI::App& app, const std::string& above, const std::string
 
 CommandWord commandTree(CLI::App& program) { return commandOf(program, "", ""); }
 
+std::string joined(const std::vector<std::string>& words, const char* separator) {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : separator) + word;
+  return text;
+}
+
 CLI::Validator offers(const std::vector<std::string>& names) {
-  std::string description = "{";
-  for (const std::string& name : names) description += (description.size() > 1 ? "," : "") + name;
-  return CLI::Validator([](std::string&) { return std::string(); }, description + "}", kOffers)
+  const std::string description = "{" + joined(names, ",") + "}";
+  return CLI::Validator([](std::string&) { return std::string(); }, description, kOffers)
       .active(false);
 }
 

@@ -40,4 +40,7 @@ CommandWord commandTree(CLI::App& program);
 // which others are right as well.
 CLI::Validator offers(const std::vector<std::string>& names);
 
+// With a separator between.
+std::string joined(const std::vector<std::string>& words, const char* separator);
+
 }  // namespace quillon::cli

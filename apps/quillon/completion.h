@@ -14,8 +14,6 @@ std::string fishCompletion(const CommandWord& program);
 // "completion SHELL" prints one.
 void addCompletionCommand(CLI::App& program, int& exitStatus);
 
-// With a separator between.
-std::string joined(const std::vector<std::string>& words, const char* separator);
 // All commands of the tree but the program, each before those below it.
 std::vector<const CommandWord*> everyCommand(const CommandWord& program);
 

@@ -27,12 +27,6 @@ void collect(const CommandWord& command, std::vector<const CommandWord*>& all) {
 
 }  // namespace
 
-std::string joined(const std::vector<std::string>& words, const char* separator) {
-  std::string text;
-  for (const std::string& word : words) text += (text.empty() ? "" : separator) + word;
-  return text;
-}
-
 std::vector<const CommandWord*> everyCommand(const CommandWord& program) {
   std::vector<const CommandWord*> all;
   collect(program, all);

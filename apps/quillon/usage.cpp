@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <sstream>
 
 #include "command_tree.h"
@@ -38,16 +39,26 @@ bool isOption(const std::string& argument) {
   return argument.size() > 1 && argument.front() == '-' && argument != "--";
 }
 
-// The command that was recognised: "quillon disc list".
+// How far the line names commands.
 struct Recognised {
   const CLI::App* command;
-  std::string name;
+  std::string name;  // "quillon disc list"
+  std::optional<std::string> unknown;
 };
-Recognised recognised(const CLI::App& program) {
-  Recognised found{&program, program.get_name()};
-  while (!found.command->get_subcommands().empty()) {
-    found.command = found.command->get_subcommands().front();
-    found.name += " " + found.command->get_name();
+Recognised recognised(const CLI::App& program, const Arguments& arguments) {
+  Recognised found{&program, program.get_name(), {}};
+  for (const std::string& argument : beforePaths(arguments)) {
+    const auto commands = commandsOf(*found.command);
+    if (commands.empty()) break;
+    // Options of what has commands take no values.
+    if (isOption(argument)) continue;
+    const auto next = std::ranges::find(commands, argument, &CLI::App::get_name);
+    if (next == commands.end()) {
+      found.unknown = argument;
+      break;
+    }
+    found.command = *next;
+    found.name += " " + argument;
   }
   return found;
 }
@@ -92,21 +103,18 @@ void askForHelp(Arguments& arguments) {
 }
 
 void checkCommandNames(const CLI::App& program, const Arguments& arguments) {
-  const CLI::App* command = &program;
-  std::string above;
-  for (const std::string& argument : beforePaths(arguments)) {
-    const auto commands = commandsOf(*command);
-    if (commands.empty()) return;
-    // Options of what has commands take no values.
-    if (isOption(argument)) continue;
-    const auto found = std::ranges::find(commands, argument, &CLI::App::get_name);
-    if (found == commands.end()) {
-      throw CLI::ParseError("there is no command \"" + above + argument + '"' +
-                                didYouMean(argument, namesOf(commands)),
-                            CLI::ExitCodes::ExtrasError);
-    }
-    command = *found;
-    above += argument + " ";
+  const Recognised found = recognised(program, arguments);
+  const std::vector<std::string> names = namesOf(commandsOf(*found.command));
+  if (found.unknown) {
+    const std::string words = found.name + " " + *found.unknown;
+    throw CLI::ParseError("there is no command \"" + words.substr(program.get_name().size() + 1) +
+                              '"' + didYouMean(*found.unknown, names),
+                          CLI::ExitCodes::ExtrasError);
+  }
+  if (found.command->get_require_subcommand_min() > 0 &&
+      std::ranges::none_of(arguments, isOption)) {
+    throw CLI::ParseError(found.name + " needs a command: " + joined(names, ", "),
+                          CLI::ExitCodes::RequiredError);
   }
 }
 
@@ -126,7 +134,7 @@ int finishWithoutCommand(const CLI::App& program, const CLI::ParseError& error,
     static_cast<void>(program.exit(error, asked, asked));
     return finish(Output::forReaders(asked.str()), {}, {});
   }
-  const Recognised of = recognised(program);
+  const Recognised of = recognised(program, arguments);
   const Outcome outcome = complaintOn(of, program, error);
   const Arguments options = beforePaths(arguments);
   const bool isJson = std::ranges::count(options, "--json") != 0;

@@ -90,15 +90,17 @@ class UsageTest(program.ProgramTest):
             (["publsh"], 'there is no command "publsh"; did you mean publish?', "quillon"),
             (["Write", "--root", "x"], 'there is no command "Write"; did you mean write?', "quillon"),
             (["help", "publsh"], 'there is no command "publsh"; did you mean publish?', "quillon"),
-            (["disc", "lst"], 'there is no command "disc lst"; did you mean list?', "quillon"),
-            (["config", "--json=1", "xyz"], 'there is no command "config xyz".', "quillon"),
+            (["disc", "lst"], 'there is no command "disc lst"; did you mean list?', "quillon disc"),
+            (["config", "-x", "xyz"], 'there is no command "config xyz".', "quillon config"),
             (["create"], "PATH is required.", "quillon create"),
             (["create", "--repalce"], "quillon create has no option --repalce; did you mean "
                                       "--replace?", "quillon create"),
             (["disc", "list", "--recrder=x"], "quillon disc list has no option --recrder.",
              "quillon disc list"),
             (["wipe", "more"], "The following argument was not expected: more.", "quillon wipe"),
-            (["write", "--root="], "--root= has no value behind it.", "quillon"),
+            (["write", "--root="], "--root= has no value behind it.", "quillon write"),
+            (["disc"], "quillon disc needs a command: list, status, insert, eject, erase.",
+             "quillon disc"),
         ]
         for arguments, sentence, command in cases:
             with self.subTest(arguments):
