@@ -45,7 +45,7 @@ struct Unfit {
 constexpr std::array kUnfit{
     Unfit{AddOutcome::NamesNoObject,      Ending::Never,   "it names no study, series or instance."},
     Unfit{AddOutcome::OtherDirectory,     Ending::Never,   "it is the directory of another file set."},
-    Unfit{AddOutcome::NotDicom,           Ending::OfNamed, "it is not a DICOM file: \"DICM\" does not stand after a preamble of 128 bytes."},
+    Unfit{AddOutcome::NotDicom,           Ending::OfNamed, kNotDicom},
     Unfit{AddOutcome::IncompleteMetaInfo, Ending::Always,  "its file meta information is incomplete."},
     Unfit{AddOutcome::Deflated,           Ending::Always,  "its data set is deflated, and such files cannot be read."},
     Unfit{AddOutcome::PixelDataCut,       Ending::Always,  kCut},

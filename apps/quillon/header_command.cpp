@@ -87,6 +87,34 @@ std::string shippedStylesheet(const std::string& name) {
   return (directory / (name + ".xsl")).string();
 }
 
+// "DICM" behind the preamble.
+bool isMarkedAsDicom(const std::string& path) {
+  constexpr std::streamoff kPreambleBytes = 128;
+  std::array<char, 4> mark{};
+  std::ifstream file(path, std::ios::binary);
+  file.seekg(kPreambleBytes).read(mark.data(), mark.size());
+  return file && std::string_view(mark.data(), mark.size()) == "DICM";
+}
+
+// What the object's sentence goes on with, where it only says that a file cannot be read. Empty
+// when more is not known.
+std::string whyUnreadable(const std::string& path) {
+  std::error_code error;
+  if (std::filesystem::is_directory(path, error)) {
+    return "it is a directory, and -r takes the files in it.";
+  }
+  if (const Outcome readable = canBeRead(path); readable.failed()) return readable.text();
+  return isMarkedAsDicom(path) ? "" : kNotDicom;
+}
+
+std::string withReason(std::string sentence, const std::string& path) {
+  if (!sentence.starts_with("Cannot read the DICOM information from ")) return sentence;
+  const std::string reason = whyUnreadable(path);
+  if (reason.empty()) return sentence;
+  sentence.pop_back();
+  return sentence + ": " + reason;
+}
+
 // What the files have in common.
 class Headers {
  public:
@@ -104,7 +132,8 @@ class Headers {
     const NamedFile file(path);
     const Outcome loaded = form_ ? job_.loadHeader(file.name(), *form_, text)
                                  : job_.loadHeader(file.name(), location_, text);
-    return loaded.failed() ? Outcome(file.inWordsOfUser(loaded.text())) : Outcome();
+    if (!loaded.failed()) return {};
+    return withReason(file.inWordsOfUser(loaded.text()), path);
   }
   [[nodiscard]] Output shown(const std::string& text) const {
     return Output::of(!isForReaders_, text);
@@ -116,15 +145,6 @@ class Headers {
   std::optional<HeaderForm> form_;
   MediaJob job_;
 };
-
-// "DICM" behind the preamble.
-bool isMarkedAsDicom(const std::string& path) {
-  constexpr std::streamoff kPreambleBytes = 128;
-  std::array<char, 4> mark{};
-  std::ifstream file(path, std::ios::binary);
-  file.seekg(kPreambleBytes).read(mark.data(), mark.size());
-  return file && std::string_view(mark.data(), mark.size()) == "DICM";
-}
 
 // The files that are named, and with isRecursive those of the directories.
 SourceList filesOf(const HeaderOptions& options) {

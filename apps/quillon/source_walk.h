@@ -42,6 +42,9 @@ SourceList walkSources(const std::vector<std::string>& arguments, const SourceWa
 
 // Whether a file can be opened and read; else the system's reason, which goes on after "PATH: ".
 Outcome canBeRead(const std::string& path);
+// The same of one that is no DICOM file.
+inline constexpr const char* kNotDicom =
+    "it is not a DICOM file: \"DICM\" does not stand after a preamble of 128 bytes.";
 
 // Against the current directory; "." and ".." stay as they are.
 std::string absolutePath(std::string_view path);

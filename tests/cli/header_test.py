@@ -302,13 +302,13 @@ class Header(program.ProgramTest):
         path = self.object()
         none = self.write("none.dcm", b"nothing")
         broken = self.write("broken.xsl", b"<xsl:stylesheet")
-        self.assertEqual(self.header(none, status=1),
-                         f"quillon: Cannot read the DICOM information from {none}.\n")
-        self.assertEqual(self.header(self.source / "absent", status=1),
-                         f"quillon: Cannot read the DICOM information from {self.source}/absent.\n")
-        empty = self.write("empty.dcm", b"")
-        self.assertEqual(self.header(empty, status=1),
-                         f"quillon: Cannot read the DICOM information from {empty}.\n")
+        not_dicom = 'it is not a DICOM file: "DICM" does not stand after a preamble of 128 bytes.'
+        for file, reason in (
+                (none, not_dicom), (self.write("empty.dcm", b""), not_dicom),
+                (self.source / "absent", "it cannot be opened: No such file or directory."),
+                (self.source, "it is a directory, and -r takes the files in it.")):
+            self.assertEqual(self.header(file, status=1), "quillon: Cannot read the DICOM information "
+                             f"from {file}: {reason}\n")
         for location in (broken, self.source / "absent.xsl", none):
             sentence = self.header("--stylesheet", location, path, status=1)
             self.assertRegex(sentence, r"^quillon: [A-Z].*\n$")
@@ -334,7 +334,8 @@ class Header(program.ProgramTest):
         self.assertIn(b"DOE^JOHN", self.header(os.fsdecode(name)))
         run = self.run_program("header", os.fsdecode(name + b"x"))
         self.assertEqual(run.stderr,
-                         b"quillon: Cannot read the DICOM information from " + name + b"x.\n")
+                         b"quillon: Cannot read the DICOM information from " + name
+                         + b"x: it cannot be opened: No such file or directory.\n")
 
     def test_an_installed_program_finds_its_stylesheets(self):
         if shutil.which("cmake") is None:
