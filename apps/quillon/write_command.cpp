@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
 #include <memory>
 
 #include "commands.h"
@@ -78,12 +81,28 @@ int runWrite(CommandOptions& options) {
 
 }  // namespace
 
+// A directory that is called like a file would be found out about at the disc burner.
+void refuseFileName(const std::string& directory) {
+  std::error_code error;
+  std::string extension = std::filesystem::path(directory).extension().string();
+  std::ranges::transform(extension, extension.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  if ((extension != ".iso" && extension != ".zip") ||
+      std::filesystem::is_directory(directory, error)) {
+    return;
+  }
+  throw CLI::ValidationError("--to " + directory + " would be a directory; --" +
+                             extension.substr(1) + " writes such a file, and --to " + directory +
+                             "/ the directory");
+}
+
 // What CLI11 cannot say: that one of several others is there.
 void checkWriteOptions(const WriteOptions& job) {
   const bool isFile = job.image.has_value() || job.zip.has_value();
   if (job.isOverwriting && !job.target && !isFile) {
     throw CLI::RequiresError("--overwrite", "--to, --iso or --zip");
   }
+  if (job.target) refuseFileName(*job.target);
 }
 
 void addWriteOptions(CLI::App& command, WriteOptions& job) {

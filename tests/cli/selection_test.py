@@ -137,7 +137,7 @@ class MediaAsSources(program.ProgramTest):
                     self.assertLessEqual(
                         {digest for path, digest in contents(medium).items() if "QLN" in path}, digests)
             self.assertEqual(file.stat().st_mtime_ns, before.st_mtime_ns)
-            self.command("publish", "--to", self.dir / f"copy-{name}", file)
+            self.command("publish", "--to", self.dir / f"copy{option}", file)
 
     def test_of_a_directory_what_its_dicomdir_names_is_taken_on_demand(self):
         medium = self.medium()

@@ -98,6 +98,8 @@ class UsageTest(program.ProgramTest):
             (["disc", "list", "--recrder=x"], "quillon disc list has no option --recrder.",
              "quillon disc list"),
             (["wipe", "more"], "The following argument was not expected: more.", "quillon wipe"),
+            (["publish", "--to", "x.ISO", "y"], "--to x.ISO would be a directory; --iso writes such "
+             "a file, and --to x.ISO/ the directory.", "quillon publish"),
             (["write", "--root="], "--root= has no value behind it.", "quillon write"),
             (["disc"], "quillon disc needs a command: list, status, insert, eject, erase.",
              "quillon disc"),
