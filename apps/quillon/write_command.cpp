@@ -10,6 +10,7 @@
 #include "media_job.h"
 #include "result_output.h"
 #include "settings.h"
+#include "toolkit_log.h"
 #include "write_job.h"
 
 namespace quillon::cli {
@@ -40,6 +41,7 @@ Exit status: 0 done, 1 the job failed, 2 wrong usage.)";
 struct CommandOptions {
   WriteOptions job;
   AuditOptions audit;
+  std::string logFile;
   bool isJson = false;
 };
 
@@ -57,6 +59,8 @@ int runWrite(CommandOptions& options) {
       return finish({}, reserved, {});
     }
   }
+  if (const Outcome log = sendToolkitLog(options.logFile); log.failed())
+    return refuse(options, log);
   MediaJob mediaJob;
   JobAudit audit("write");
   const std::string root = options.job.root ? absoluteRoot(*options.job.root) : mediaJob.root();
@@ -190,6 +194,7 @@ void addWriteCommand(CLI::App& program, int& exitStatus) {
   addDryRunOption(*command, options->job.isDryRun);
   addJsonOption(*command, options->isJson);
   addQuietOption(*command, options->job.showsProgress);
+  addLogOption(*command, options->logFile);
   addAuditOptions(*command, options->audit);
   command->footer(kFooter);
   command->callback([options, &exitStatus] {
