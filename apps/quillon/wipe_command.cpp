@@ -81,7 +81,10 @@ int runWipe(const CommandOptions& options) {
   const Outcome outcome = wipe(options, root, remarks, removed);
   std::string output;
   if (options.isJson) {
-    output = jsonObject("\"root\":" + jsonString(root) + ",", outcome);
+    std::string paths;
+    for (const std::string& path : removed) paths += (paths.empty() ? "" : ",") + jsonString(path);
+    output = jsonObject(
+        jsonMember("root", jsonString(root)) + jsonMember("removed", "[" + paths + "]"), outcome);
   } else {
     for (const std::string& path : removed) output += "Removed:   " + path + "\n";
     if (!outcome.failed() && removed.empty() && remarks.empty())

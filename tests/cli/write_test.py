@@ -355,7 +355,9 @@ class Wiping(WriteTest):
         self.assertEqual(said, [
             f"Removed:   {self.dir}/.quillon-1-killed\nRemoved:   {self.root}\n"
             f"Removed:   {self.dir}/tmp/QUILLON\n", "There is nothing to remove.\n"])
-        self.assertEqual(self.wipe(), {"root": str(self.root), "error": None})
+        self.assertEqual(self.wipe(), {"root": str(self.root), "removed": [], "error": None})
+        self.make_set()
+        self.assertEqual(self.wipe()["removed"], [str(self.root)])
         self.assertFalse(self.root.exists() or (self.dir / "tmp/QUILLON").exists())
         self.assertTrue(self.source.exists())
 
