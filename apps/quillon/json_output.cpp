@@ -64,6 +64,25 @@ std::string jsonTextOrNull(std::string_view text) {
 
 std::string jsonBool(bool value) { return value ? "true" : "false"; }
 
+std::string jsonPathMembers(std::string_view path) {
+  std::string members = jsonMember("path", jsonTextOrNull(path));
+  std::string hex;
+  bool isUtf8 = true;
+  for (std::string_view rest = path; isUtf8 && !rest.empty();) {
+    const std::size_t bytes = utf8SequenceBytes(rest);
+    isUtf8 = bytes != 0;
+    rest.remove_prefix(bytes);
+  }
+  if (isUtf8) return members;
+  for (const char c : path) {
+    char digits[3];
+    std::snprintf(digits, sizeof digits, "%02x",
+                  static_cast<unsigned>(static_cast<std::uint8_t>(c)));
+    hex += digits;
+  }
+  return members + jsonMember("path_hex", jsonString(hex));
+}
+
 std::string jsonMember(const char* name, const std::string& json) {
   return "\"" + std::string(name) + "\":" + json + ",";
 }

@@ -14,4 +14,7 @@ std::string jsonBool(bool value);
 // A member of an object with the comma behind it.
 std::string jsonMember(const char* name, const std::string& json);
 
+// The member "path", and where that is no UTF-8 "path_hex" with its bytes.
+std::string jsonPathMembers(std::string_view path);
+
 }  // namespace quillon::cli

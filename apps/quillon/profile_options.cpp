@@ -129,9 +129,8 @@ std::string jsonMembers(const ProfileResult& result) {
   json += jsonMember("violations", std::to_string(result.count)) + "\"found\":[";
   for (const ProfileFault& fault : result.faults) {
     json += separator;
-    json += "{" + jsonMember("path", jsonTextOrNull(fault.path)) +
-            jsonMember("rule", jsonString(fault.rule)) + "\"value\":" + jsonString(fault.found) +
-            "}";
+    json += "{" + jsonPathMembers(fault.path) + jsonMember("rule", jsonString(fault.rule)) +
+            "\"value\":" + jsonString(fault.found) + "}";
     separator = ",";
   }
   return json + "]},";

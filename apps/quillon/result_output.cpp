@@ -146,7 +146,7 @@ std::string jsonMembers(const CreateResult& result) {
   const char* separator = "";
   for (const PassedOver& one : result.passedOver) {
     out += separator;
-    out += "{\"path\":" + jsonString(one.path) + ",\"reason\":" + jsonString(one.reason) + "}";
+    out += "{" + jsonPathMembers(one.path) + "\"reason\":" + jsonString(one.reason) + "}";
     separator = ",";
   }
   out += "],";
@@ -155,8 +155,7 @@ std::string jsonMembers(const CreateResult& result) {
   separator = "";
   for (const IncompleteKey& one : result.incomplete) {
     out += separator;
-    out += "{" + jsonMember("path", jsonString(one.path)) +
-           jsonMember("key", jsonString(keyName(one.tag))) +
+    out += "{" + jsonPathMembers(one.path) + jsonMember("key", jsonString(keyName(one.tag))) +
            "\"made_up\":" + jsonBool(one.isMadeUp) + "}";
     separator = ",";
   }

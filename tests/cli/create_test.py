@@ -142,6 +142,15 @@ class Creation(program.ProgramTest):
         self.assertEqual(self.create_set(self.source)["objects"], len(names))
         self.assertEqual(sorted(images(self.root).values()), sorted(before.values()))
 
+    def test_a_script_finds_a_file_passed_over_by_the_bytes_of_its_name(self):
+        self.write("one", dicom_file())
+        names = [os.fsencode(self.source) + b"/bytes\xff\xfe", os.fsencode(self.source) + b"/caf\xc3\xa9"]
+        for name in names:
+            Path(os.fsdecode(name)).write_bytes(b"x")
+        odd, plain = self.create_set(self.source)["passed_over"]
+        self.assertEqual(bytes.fromhex(odd["path_hex"]), names[0])
+        self.assertEqual((plain["path"].encode(), "path_hex" in plain), (names[1], False))
+
     def test_relative_names_are_of_the_current_directory(self):
         self.write("in/1", dicom_file())
         result = self.create("--root", "out", "in", cwd=self.source)
