@@ -75,6 +75,7 @@ class CreateJob {
       if (collect(staging) && plan(staging) && !options_.isDryRun && layOut(staging)) create();
     }
     progress_.clear();
+    remarkOnMissed();
     if (result_.outcome.failed()) forgetTotals();
     return std::move(result_);
   }
@@ -236,13 +237,23 @@ class CreateJob {
     return isWiping_;
   }
 
+  // The exit status of a job that keeps going does not tell of them.
+  void remarkOnMissed() {
+    const auto missed = std::ranges::count_if(result_.passedOver, &PassedOver::isMissed);
+    if (missed == 0) return;
+    result_.remarks.push_back(missed == 1
+                                  ? "A file that was to be added is not in the file set."
+                                  : std::to_string(missed) +
+                                        " files that were to be added are not in the file set.");
+  }
+
   // Answers whether the job goes on.
   bool leaveOut(const std::string& path, const std::string& reason, bool endsJob) {
     if (endsJob && !options_.isKeepingGoing) {
       const bool isSentence = !reason.empty() && reason.front() >= 'A' && reason.front() <= 'Z';
       return fail(isSentence ? reason : "Cannot add " + path + ": " + reason);
     }
-    result_.passedOver.push_back({path, reason});
+    result_.passedOver.push_back({path, reason, endsJob});
     return true;
   }
 

@@ -72,6 +72,7 @@ struct CreateOptions {
 struct PassedOver {
   std::string path;
   std::string reason;
+  bool isMissed = false;  // it would end a job that does not keep going
 };
 
 struct CreateResult {

@@ -14,6 +14,9 @@ namespace {
 constexpr int kExitDone = 0;
 constexpr int kExitFailed = 1;
 
+// Not more than a terminal shows.
+constexpr std::size_t kMostPassedOver = 20;
+
 std::string indented(const std::string& text, const char* indent) {
   std::string out = indent;
   for (const char c : text) {
@@ -104,11 +107,16 @@ std::string plainText(const CreateResult& result) {
 
 std::string passedOverText(const CreateResult& result) {
   if (result.passedOver.empty()) return {};
-  std::string out = "Passed over:\n";
+  std::string out = "Passed over: " + std::to_string(result.passedOver.size()) + "\n";
+  // What was to be added is named in any number.
+  std::size_t others = 0;
   for (const PassedOver& one : result.passedOver) {
+    if (!one.isMissed && ++others > kMostPassedOver) continue;
     out += "  " + singleLine(one.path) + ": " + singleLine(one.reason) + "\n";
   }
-  return out;
+  if (others <= kMostPassedOver) return out;
+  return out + "  and " + std::to_string(others - kMostPassedOver) +
+         " more; with --json all are named\n";
 }
 
 std::string plainText(const WriteResult& result) {

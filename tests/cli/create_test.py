@@ -74,8 +74,23 @@ class Creation(program.ProgramTest):
         text = run.stdout.decode()
         for wanted in (f"Root:      {self.root}\n", "Patients:  1\n", "Objects:   1\n",
                        "  Patient Name:  DOE JOHN\n  Patient ID:  12345\n",
-                       f"Passed over:\n  {self.source}/notes: it is not a DICOM file"):
+                       f"Passed over: 1\n  {self.source}/notes: it is not a DICOM file"):
             self.assertIn(wanted, text)
+
+    def test_of_many_files_passed_over_those_to_be_added_are_named(self):
+        self.write("one", dicom_file())
+        for number in range(50):
+            self.write(f"notes{number}", b"x")
+        run = self.run_program("create", "--root", self.root, "--keep-going", self.source,
+                               self.source / "notes9", self.dir / "absent")
+        self.assertEqual(run.returncode, 0)
+        text = run.stdout.decode()
+        self.assertIn("Passed over: 52\n", text)
+        self.assertTrue(text.endswith("  and 30 more; with --json all are named\n"), text)
+        for named in ("source/notes9: it is not", "absent: "):
+            self.assertIn(f"\n  {self.dir}/{named}", text)
+        self.assertIn(b"quillon: 2 files that were to be added are not in the file set.\n",
+                      run.stderr)
 
     def test_options_reach_the_set(self):
         self.sample_tree()
