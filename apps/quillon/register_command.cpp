@@ -9,6 +9,7 @@
 
 #include "commands.h"
 #include "foundation/text.h"
+#include "json_output.h"
 #include "platform/services.h"
 #include "result_output.h"
 
@@ -36,6 +37,11 @@ constexpr Verb kRegister{"register", "DllRegisterServer",
 constexpr Verb kUnregister{"unregister", "DllUnregisterServer",
                            "Removes what register wrote into the registry"};
 
+struct Options {
+  std::string library;
+  bool isJson = false;
+};
+
 // Where the build and the installation put the library, seen from the program.
 fs::path ownLibrary() {
   std::error_code error;
@@ -61,9 +67,9 @@ std::string systemText(HRESULT hr) {
 }
 
 // Lets the library register itself: it knows its classes, and its path goes into the registry.
-Outcome runExport(const Verb& verb, const std::string& given) {
+Outcome runExport(const Verb& verb, const std::string& given, fs::path& library) {
   std::error_code error;
-  const fs::path library = given.empty() ? ownLibrary() : fs::absolute(given, error);
+  library = given.empty() ? ownLibrary() : fs::absolute(given, error);
   if (library.empty()) {
     return std::string("Cannot ") + verb.name + ": there is no " + kLibrary +
            " beside the program.";
@@ -81,10 +87,17 @@ Outcome runExport(const Verb& verb, const std::string& given) {
 void addCommand(CLI::App& program, const Verb& verb, int& exitStatus) {
   CLI::App* const command = program.add_subcommand(verb.name, verb.description);
   command->footer(kFooter);
-  const auto library = std::make_shared<std::string>();
-  command->add_option("LIBRARY", *library, "The server (default: the one beside the program)");
-  command->callback(
-      [&verb, library, &exitStatus] { exitStatus = finish({}, runExport(verb, *library), {}); });
+  const auto options = std::make_shared<Options>();
+  command->add_option("LIBRARY", options->library,
+                      "The server (default: the one beside the program)");
+  addJsonOption(*command, options->isJson);
+  command->callback([&verb, options, &exitStatus] {
+    fs::path library;
+    const Outcome outcome = runExport(verb, options->library, library);
+    const std::string json = jsonMember("library", jsonTextOrNull(library.string()));
+    exitStatus =
+        finish(Output::asItIs(options->isJson ? jsonObject(json, outcome) : ""), outcome, {});
+  });
 }
 
 }  // namespace

@@ -112,6 +112,10 @@ class UsageTest(program.ProgramTest):
         self.assertEqual(json.loads(run.stdout)["error"] + "\n",
                          run.stderr.decode().removeprefix("quillon: ").split("Run")[0])
 
+    def test_a_failed_registration_names_the_library(self):
+        result = self.command("register", "nothing.so", status=1)
+        self.assertEqual(result["library"], str(self.dir / "work/nothing.so"))
+
     def test_bash_completes(self):
         profiles = [one["name"] for one in self.command("profiles")["profiles"]]
         settings = [one["name"] for one in self.command("config")["values"]
