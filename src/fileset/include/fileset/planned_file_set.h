@@ -29,8 +29,8 @@ struct PlannedObject {
 struct PlannedSeries {
   Text studyUid;
   Text seriesUid;
-  Text studyDate;                 // as the object has it
-  std::size_t firstObject = 0;    // the last of them stands before the next series' first
+  Text studyDate;               // as the object has it
+  std::size_t firstObject = 0;  // the last of them stands before the next series' first
 };
 
 // A required key of a directory record that the object which the record is made of has no value
