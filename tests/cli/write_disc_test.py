@@ -14,7 +14,7 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
 import program  # noqa: E402
-from program import contents  # noqa: E402
+from program import contents, dicom_file  # noqa: E402
 
 PYDICOM_DATA = Path("/usr/lib/python3/dist-packages/pydicom/data")
 LEGACY_SERVICE = ('Windows Registry Editor Version 5.00\n\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Tarn '
@@ -24,6 +24,8 @@ SECTORS = {"cd-r": 359849, "cd-rw": 359849, "dvd+r": 2295104, "dvd+rw": 2295104,
 
 
 class DiscTest(program.ProgramTest):
+    more_environment = {}
+
     def setUp(self):
         super().setUp()
         self.recorder = self.dir / "recorders/drive"
@@ -33,7 +35,8 @@ class DiscTest(program.ProgramTest):
             "media = cd-r cd-rw dvd+r dvd+rw bd-r\n")
 
     def environment(self):
-        return {**super().environment(), "QUILLON_RECORDERS": str(self.recorder.parent)}
+        return {**super().environment(), "QUILLON_RECORDERS": str(self.recorder.parent),
+                **self.more_environment}
 
     def insert(self, media, state="blank", capacity=None):
         (self.recorder / "disc.iso").unlink(missing_ok=True)
@@ -121,6 +124,18 @@ class Discs(DiscTest):
             self.command("publish", "--no-eject", "--volume", "SECOND", *arguments, self.source)
             self.assertEqual(self.volume_name(self.recorder / "disc.iso"), "SECOND")
             self.assert_nothing_lost(before, self.extract(self.recorder / "disc.iso"))
+
+    def test_the_sums_reach_the_disc_however_the_root_is_spelled(self):
+        file = self.write("object", dicom_file())
+        (self.dir / "link").symlink_to(self.dir / "tmp")
+        for temporary in ("tmp/./", "tmp/../tmp", "link"):
+            with self.subTest(temporary):
+                self.insert("cd-r")
+                self.more_environment = {"TMPDIR": f"{self.dir}/{temporary}"}
+                for command in (["create", file], ["write", "--no-eject"]):
+                    run = self.run_program(*command)
+                    self.assertEqual(run.returncode, 0, run.stderr)
+                self.assertTrue((self.extract(self.recorder / "disc.iso") / program.SUMS).is_file())
 
     def test_a_disc_that_is_too_small_is_told_by_how_much(self):
         before = self.sample_tree()

@@ -1,5 +1,7 @@
 #include "image/late_file.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cstring>
 #include <mutex>
@@ -15,6 +17,14 @@ namespace {
 
 std::mutex theMutex;
 std::optional<LateFile> theFile;
+
+// However each is spelled.
+bool isSameDirectory(const std::string& a, const std::string& b) {
+  struct stat one {};
+  struct stat other {};
+  return ::stat(a.c_str(), &one) == 0 && ::stat(b.c_str(), &other) == 0 &&
+         one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
 
 // Asks for the bytes when the first of them is read.
 class LateStream final : public ComObject<Refusing<IStream>, IID_ISequentialStream, IID_IStream> {
@@ -66,7 +76,7 @@ LateFileScope::~LateFileScope() {
 
 void addLateFile(const std::string& native, ImageNode& directory) {
   const std::lock_guard lock(theMutex);
-  if (!theFile || theFile->directory != native) return;
+  if (!theFile || !isSameDirectory(theFile->directory, native)) return;
   auto node = std::make_shared<ImageNode>();
   node->name = theFile->name;
   node->parent = &directory;

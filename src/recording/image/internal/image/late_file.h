@@ -11,7 +11,7 @@
 namespace quillon::platform {
 
 struct LateFile {
-  std::string directory;  // native and absolute: scanDirectory adds the file when it reads this one
+  std::string directory;  // native: scanDirectory adds the file when it reads this one
   std::u16string name;    // in the place of what has this name
   std::uint64_t sizeBytes = 0;
   // Asked once, when all files before it have been read, on the thread that reads the image. False,
