@@ -6,7 +6,6 @@ namespace quillon {
 
 namespace {
 
-constexpr UINT kGbkPage = 936;
 constexpr char32_t kLastInOneUnit = 0xFFFF;
 constexpr char32_t kLastCharacter = 0x10FFFF;
 

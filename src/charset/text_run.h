@@ -9,6 +9,7 @@
 namespace quillon {
 
 inline constexpr OLECHAR kUnreadable = 0xFFFD;
+inline constexpr UINT kGbkPage = 936;
 inline constexpr UINT kGb18030Page = 54936;
 
 class TextRun {

@@ -27,6 +27,9 @@ struct Case {
   std::vector<std::string> values;
 };
 
+// An installation of Windows, and Wine, may be without its code page.
+bool hasGb18030() { return MultiByteToWideChar(54936, 0, "A", 1, nullptr, 0) > 0; }
+
 void expectDecoded(const std::vector<Case>& cases) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
@@ -91,7 +94,11 @@ TEST(CharacterSets, EachTermHasItsCharacters) {
        kNames,
        "Wang^XiaoDong=\xCD\xF5^\xD0\xA1\xB6\xAB=",
        {"Wang^XiaoDong=王^小东="}},
-      {"GB18030, four bytes", "GB18030", kValues, "\x81\x39\xEF\x30\x95\x32\x82\x36", {"㐁𠀀"}},
+      {"GB18030, four bytes",
+       "GB18030",
+       kValues,
+       "\x81\x39\xEF\x30\x95\x32\x82\x36",
+       {hasGb18030() ? "㐁𠀀" : "\uFFFD𠀀"}},
       {"GBK",
        "GBK",
        kNames,
@@ -311,7 +318,7 @@ TEST(CharacterSets, ACutTextKeepsWhatStandsBeforeTheCut) {
       {"\\ISO 2022 IR 149", kKoreanName},
       {"\\ISO 2022 IR 58", kChineseName},
       {"", kJapaneseName},
-      {"GB18030", "\x81\x39\xEF\x30\xD5\x5C\x95\x32\x82\x36"},
+      {"GB18030", (hasGb18030() ? "\x81\x39\xEF\x30" : "") + "\xD5\x5C\x95\x32\x82\x36"s},
       {"ISO_IR 192", "\xE7\x8E\x8B^\xF0\xA0\xAE\xB7"},
   };
   for (const auto& c : cases) {

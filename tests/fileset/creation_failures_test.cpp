@@ -147,6 +147,7 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
        true,
        {},
        {"a", "b", "pr"}},
+#ifndef _WIN32  // where the tests have no links
       {"other content with a link that leads nowhere",
        [](BuilderJob& job) {
          job.builder.includeOtherContent = true;
@@ -158,6 +159,7 @@ TEST(FileSetCreation, AFailingStepLeavesItsSentenceAndThePatientsAsTheyShouldBe)
        false,
        {},
        all},
+#endif
       {"other content around the root",
        [](BuilderJob& job) {
          job.builder.includeOtherContent = true;

@@ -182,9 +182,10 @@ TEST_F(WriteFlow, ATargetWhereTheCopyWouldLieInTheSourceIsRefused) {
 
 TEST_F(WriteFlow, ATargetInWhatEveryJobRemovesIsRefused) {
   const TemporaryFilesIn elsewhere(job_.dir.path());
-  ASSERT_TRUE(job_.builder.SetDirectCopyDirectory(WideOf(job_.dir / "QUILLON/out")));
+  const fs::path out = job_.dir / "QUILLON" / "out";
+  ASSERT_TRUE(job_.builder.SetDirectCopyDirectory(WideOf(out)));
   EXPECT_FALSE(copy(true));
-  EXPECT_EQ(job_.sentence(), "The directory " + (job_.dir / "QUILLON/out").string() + " lies in " +
+  EXPECT_EQ(job_.sentence(), "The directory " + out.string() + " lies in " +
                                  (job_.dir / "QUILLON").string() + ", which every job removes.");
   expectTree(job_.root);
 }

@@ -337,10 +337,12 @@ TEST(Wiping, LeavesWhatIsNotAJobsOwn) {
   fs::create_directory(temporary);
   const TemporaryFilesIn elsewhere(temporary);
   const fs::path before = fs::current_path();
+#ifndef _WIN32  // where the tests have no links
   fs::create_directory_symlink(job.dir / "precious", temporary / "QUILLON");
   job.builder.Wipe();
   EXPECT_TRUE(fs::exists(job.dir / "precious/file"));
   EXPECT_FALSE(fs::exists(fs::symlink_status(temporary / "QUILLON")));
+#endif
 
   // The directory that the host works in.
   writeText(temporary / "QUILLON/work/file", "x");
@@ -353,8 +355,9 @@ TEST(Wiping, LeavesWhatIsNotAJobsOwn) {
   EXPECT_TRUE(job.builder.SetDicomRootDirectory(WideOf(temporary / "QUILLON/set")));
   job.add("a", {});
   EXPECT_FALSE(job.create());
-  EXPECT_EQ(job.sentence(), "The directory " + (temporary / "QUILLON/set").string() + " lies in " +
-                                (temporary / "QUILLON").string() + ", which every job removes.");
+  EXPECT_EQ(job.sentence(), "The directory " + (temporary / "QUILLON" / "set").string() +
+                                " lies in " + (temporary / "QUILLON").string() +
+                                ", which every job removes.");
   EXPECT_TRUE(fs::exists(job.in / "a"));
 }
 

@@ -85,7 +85,9 @@ TEST(PortableData, LeavesTheOtherContentItsReadmeAndItsIndex) {
   ASSERT_TRUE(job.builder.CreatePlannedFileSet()) << job.sentence();
   EXPECT_EQ(job.textOf("README.TXT"), "theirs");
   EXPECT_EQ(job.textOf("index.htm"), "theirs");
-  EXPECT_FALSE(fs::exists(job.root / "INDEX.HTM"));
+  // Windows would find theirs by this name.
+  const std::vector<std::string> files = filesBelow(job.root);
+  EXPECT_EQ(std::ranges::find(files, "INDEX.HTM"), files.end());
   EXPECT_NE(job.textOf("IHE_PDI/INDEX.HTM").find("href=\"../README.TXT\""), std::string::npos);
   EXPECT_NE(job.textOf("IHE_PDI/STUDY001.HTM").find("href=\"INDEX.HTM\""), std::string::npos);
   EXPECT_EQ(job.sentence(), "The other content brings a README.TXT, and none is made.");
