@@ -3,18 +3,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <fstream>
 #include <thread>
 #include <utility>
 
-#include "disc_progress_scope.h"
-#include "json_output.h"
 #include "media_job.h"
 #include "medium/medium_image.h"
 #include "platform/imapi2_errors.h"
-#include "recording/disc_interruption.h"
 #include "recording/disc_reader.h"
 #include "recording/disc_recorders.h"
 
