@@ -1,29 +1,31 @@
 include(GNUInstallDirs)
 if(NOT WIN32)
   install(TARGETS quillon RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(TARGETS QuillonMediaRW LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  # Hosts do not link it: they ask for its class.
+  install(TARGETS QuillonMediaRW LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/quillon)
   install(DIRECTORY apps/quillon/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1
           FILES_MATCHING PATTERN "*.1")
   # What hosts are built with: the headers, COM, and how CMake and pkg-config find them.
-  install(TARGETS quillon_host EXPORT quillon LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  install(TARGETS quillon_host EXPORT QuillonMedia LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
   install(DIRECTORY src/server/com_server/include/ src/platform/win32/include/
                     src/platform/com/include/
           DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/quillon
           FILES_MATCHING REGEX "/(server|platform/com|platform/win32)/.*\\.(h|inc)$"
                          REGEX "/platform/(com|win32)\\.h$")
-  set(package "${CMAKE_INSTALL_LIBDIR}/cmake/quillon")
-  install(EXPORT quillon NAMESPACE quillon:: FILE quillon-config.cmake DESTINATION "${package}")
+  set(package "${CMAKE_INSTALL_LIBDIR}/cmake/QuillonMedia")
+  install(EXPORT QuillonMedia NAMESPACE QuillonMedia:: FILE QuillonMediaConfig.cmake
+          DESTINATION "${package}")
   include(CMakePackageConfigHelpers)
-  write_basic_package_version_file("${PROJECT_BINARY_DIR}/quillon-config-version.cmake"
+  write_basic_package_version_file("${PROJECT_BINARY_DIR}/QuillonMediaConfigVersion.cmake"
                                    COMPATIBILITY SameMinorVersion)
-  install(FILES "${PROJECT_BINARY_DIR}/quillon-config-version.cmake" DESTINATION "${package}")
+  install(FILES "${PROJECT_BINARY_DIR}/QuillonMediaConfigVersion.cmake" DESTINATION "${package}")
   # The prefix is known for certain only when it is installed.
   install(CODE "
     set(CMAKE_INSTALL_FULL_LIBDIR \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}\")
     set(CMAKE_INSTALL_FULL_INCLUDEDIR \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_INCLUDEDIR}\")
     set(PROJECT_VERSION \"${PROJECT_VERSION}\")
-    configure_file(\"${PROJECT_SOURCE_DIR}/cmake/quillon-host.pc.in\"
-      \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig/quillon-host.pc\" @ONLY)")
+    configure_file(\"${PROJECT_SOURCE_DIR}/cmake/quillon-media.pc.in\"
+      \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/pkgconfig/quillon-media.pc\" @ONLY)")
 endif()
 # The program finds them from its own place; hosts of the media object name them by path.
 install(DIRECTORY resources/stylesheets/

@@ -46,11 +46,9 @@ struct Options {
 fs::path ownLibrary() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error);
-  const fs::path above = program.parent_path().parent_path();
-  for (const char* directory : {"lib", QUILLON_LIBRARY_DIRECTORY}) {
-    if (fs::path found = above / directory / kLibrary; fs::exists(found, error)) return found;
-  }
-  return {};
+  fs::path library =
+      (program.parent_path() / QUILLON_LIBRARIES_FROM_PROGRAM / kLibrary).lexically_normal();
+  return fs::exists(library, error) ? library : fs::path();
 }
 
 std::string systemText(HRESULT hr) {
@@ -72,7 +70,7 @@ Outcome runExport(const Verb& verb, const std::string& given, fs::path& library)
   library = given.empty() ? ownLibrary() : fs::absolute(given, error);
   if (library.empty()) {
     return std::string("Cannot ") + verb.name + ": there is no " + kLibrary +
-           " beside the program.";
+           " of this installation (package libquillon-media0).";
   }
   const std::string what = std::string("Cannot ") + verb.name + " " + library.string() + ": ";
   void* const module = ::dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
@@ -89,7 +87,7 @@ void addCommand(CLI::App& program, const Verb& verb, int& exitStatus) {
   command->footer(kFooter);
   const auto options = std::make_shared<Options>();
   command->add_option("LIBRARY", options->library,
-                      "The server (default: the one beside the program)");
+                      "The server (default: the one installed with the program)");
   addJsonOption(*command, options->isJson);
   command->callback([&verb, options, &exitStatus] {
     fs::path library;

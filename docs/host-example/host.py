@@ -6,7 +6,7 @@ files, by the server that is registered on this machine (quillon register), and 
 
 The files in SOURCE are moved into the file set below ROOT. With TARGET the set is then copied to that
 directory, and goes from ROOT only when it is there. Needs nothing but the standard library and
-libquillon_host.so.0, which has the functions of COM under their plain names; $QUILLON_HOST_LIBRARY
+libquillon-media.so.0, which has the functions of COM under their plain names; $QUILLON_HOST_LIBRARY
 names it where the system does not find it. Operations are called by their names, as scripts do.
 """
 import ctypes
@@ -44,7 +44,7 @@ class Arguments(ctypes.Structure):
 
 
 def load_com():
-    com = ctypes.CDLL(os.environ.get("QUILLON_HOST_LIBRARY", "libquillon_host.so.0"))
+    com = ctypes.CDLL(os.environ.get("QUILLON_HOST_LIBRARY", "libquillon-media.so.0"))
     com.SysAllocStringLen.restype = c_void_p
     com.SysAllocStringLen.argtypes = [ctypes.c_char_p, c_uint32]
     com.SysStringLen.argtypes = [c_void_p]

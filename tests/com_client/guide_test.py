@@ -136,7 +136,7 @@ if __name__ == "__main__":
     build = Path(sys.argv[1]).resolve()
     with tempfile.TemporaryDirectory(prefix="quillon-guide-") as place:
         os.environ.update(QUILLON_REGISTRY=f"{place}/registry.reg", TMPDIR=place,
-                          QUILLON_HOST_LIBRARY=str(build / "lib/libquillon_host.so.0"))
+                          QUILLON_HOST_LIBRARY=str(build / "lib/libquillon-media.so.0"))
         for command in (["register"], ["config", "set", "Service", "none"]):
             subprocess.run([build / "bin/quillon", *command], check=True, stdout=subprocess.DEVNULL)
         import host

@@ -123,7 +123,7 @@ class LinuxHost(Host):
         self.quillon = build / "bin/quillon"
         self.client = build / "bin/com_client"
         self.example = build / "bin/host_example"
-        self.module = build / "lib/libQuillonMediaRW.so"
+        self.module = build / "lib/quillon/libQuillonMediaRW.so"
         self.registry = self.directory / "registry.reg"
         self.registry.write_text(NO_RECORDERS)
         self.environment = dict(os.environ, QUILLON_REGISTRY=str(self.registry),

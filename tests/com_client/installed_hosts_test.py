@@ -18,7 +18,7 @@ from program import dicom_file  # noqa: E402
 BUILD = None  # set by main
 KEY = r"HKEY_LOCAL_MACHINE\SOFTWARE\Tarn Imaging\Quillon\Workstation\MediaCreation"
 BY_PKG_CONFIG = ("g++ -std=c++20 docs/host-example/host.cpp "
-                 "$(pkg-config --cflags --libs quillon-host) -o host_example")
+                 "$(pkg-config --cflags --libs quillon-media) -o host_example")
 
 
 class InstalledHosts(unittest.TestCase):
@@ -29,12 +29,12 @@ class InstalledHosts(unittest.TestCase):
         prefix = self.dir / "prefix"
         self.environment = dict(os.environ)
         self.succeed("cmake", "--install", BUILD, "--prefix", prefix)
-        self.library = next(prefix.glob("lib*/**/libquillon_host.so.0")).parent
+        self.library = next(prefix.glob("lib*/**/libquillon-media.so.0")).parent
         self.environment.update(QUILLON_REGISTRY=str(self.dir / "registry.reg"),
                                 TMPDIR=str(self.dir), LD_LIBRARY_PATH=str(self.library),
                                 CMAKE_PREFIX_PATH=str(prefix),
                                 PKG_CONFIG_PATH=str(self.library / "pkgconfig"))
-        self.succeed(prefix / "bin/quillon", "register", self.library / "libQuillonMediaRW.so")
+        self.succeed(prefix / "bin/quillon", "register")
 
     def start(self, *command, cwd=None):
         return subprocess.run([str(part) for part in command], cwd=cwd or self.dir,

@@ -178,7 +178,7 @@ class ServerTest(unittest.TestCase):
 
     def test_the_library_exports_four_functions(self):
         out = subprocess.run(["nm", "-D", "--defined-only",
-                              OPTIONS.linux / "lib/libQuillonMediaRW.so"],
+                              OPTIONS.linux / "lib/quillon/libQuillonMediaRW.so"],
                              check=True, capture_output=True, text=True).stdout
         self.assertEqual([line.split()[-1] for line in out.splitlines()],
                          ["DllCanUnloadNow", "DllGetClassObject", "DllRegisterServer",

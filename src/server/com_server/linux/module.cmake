@@ -22,17 +22,22 @@ target_link_options(QuillonMediaRW PRIVATE "-Wl,--version-script=${exports}" -Wl
 if(NOT QUILLON_SANITIZE)
   target_link_options(QuillonMediaRW PRIVATE -Wl,--no-undefined)
 endif()
+# Hosts get it by its class, so it lies where the program's own libraries do, in the build tree too.
+include(GNUInstallDirs)
 set_target_properties(QuillonMediaRW PROPERTIES
-  LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib" LINK_DEPENDS "${exports}")
+  LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR}/quillon"
+  LINK_DEPENDS "${exports}")
 
 # COM for a host: what ole32 and oleaut32 are on Windows, under their plain C names, for any language.
-# The server has a copy of its own, as it has on Windows.
+# The server has a copy of its own, as it has on Windows. The number in its name changes when a
+# function that hosts call goes away or means something else; one that is added leaves it.
 set(exports "${CMAKE_CURRENT_SOURCE_DIR}/linux/host_exports.map")
 add_library(quillon_host SHARED $<TARGET_OBJECTS:quillon_win32>
                                 $<TARGET_OBJECTS:quillon_com>)
 set_target_properties(quillon_host PROPERTIES
-  LINKER_LANGUAGE CXX VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
-  LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib" LINK_DEPENDS "${exports}")
+  LINKER_LANGUAGE CXX OUTPUT_NAME quillon-media VERSION 0.${PROJECT_VERSION} SOVERSION 0
+  EXPORT_NAME QuillonMedia LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/lib"
+  LINK_DEPENDS "${exports}")
 target_link_libraries(quillon_host PRIVATE quillon_options quillon_platform quillon_recording)
 target_link_options(quillon_host PRIVATE "-Wl,--version-script=${exports}" -Wl,-Bsymbolic
                                          -Wl,-z,nodelete)
