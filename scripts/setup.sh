@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what the build needs from Debian's packages; with --test also what the tests use, and
-# with --deep what only their long form uses.
+# Installs what the build needs from Debian's packages; with --package also what makes packages,
+# with --test also what the tests use, and with --deep what only their long form uses.
 # Does nothing for packages that are there already. Needs root only when something is missing.
 set -euo pipefail
 
@@ -8,22 +8,24 @@ build_packages=(
   g++ cmake ninja-build pkg-config libcli11-dev
   libxml2-dev libxslt1-dev libcurl4-openssl-dev libssl-dev libburn-dev libarchive-dev
 )
+package_packages=(dpkg-dev debhelper g++-mingw-w64-i686-win32 mingw-w64-tools zip)
 test_packages=(
-  libgtest-dev googletest g++-mingw-w64-i686-win32 mingw-w64-tools
+  libgtest-dev googletest
   dcmtk dicom3tools libgdcm-tools python3 python3-pydicom
   chromium libxml2-utils w3c-sgml-lib
   zsh fish
   xsltproc openssl xorriso genisoimage udftools p7zip-full unzip libudfread-dev
-  clang-format clang-tidy jq parallel
+  clang-format clang-tidy jq parallel lintian debootstrap
 )
 deep_packages=(clang valgrind)
 
 packages=("${build_packages[@]}")
 case "${1:-}" in
   "") ;;
-  --test) packages+=("${test_packages[@]}") ;;
-  --deep) packages+=("${test_packages[@]}" "${deep_packages[@]}") ;;
-  *) echo "usage: $0 [--test | --deep]" >&2; exit 2 ;;
+  --package) packages+=("${package_packages[@]}") ;;
+  --test) packages+=("${package_packages[@]}" "${test_packages[@]}") ;;
+  --deep) packages+=("${package_packages[@]}" "${test_packages[@]}" "${deep_packages[@]}") ;;
+  *) echo "usage: $0 [--package | --test | --deep]" >&2; exit 2 ;;
 esac
 
 missing=()

@@ -10,6 +10,7 @@
 #include <mutex>
 #include <new>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -39,7 +40,7 @@ void readHead(const std::basic_string<WCHAR>& path) {
   // The pixel data behind the head is nobody's business here.
   ::posix_fadvise(file, 0, 0, POSIX_FADV_RANDOM);
   std::array<char, kHeadBytes> head;
-  static_cast<void>(::pread(file, head.data(), head.size(), 0));
+  std::ignore = ::pread(file, head.data(), head.size(), 0);
   ::close(file);
 }
 

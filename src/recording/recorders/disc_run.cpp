@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <tuple>
 #include <utility>
 
 #include "recorders/disc_record.h"
@@ -28,7 +29,7 @@ DiscResult DiscRun::reserve(std::uint64_t bytes) {
   }
   const int error = errno;
   // Gives back what was found.
-  static_cast<void>(::ftruncate(file_.get(), static_cast<off_t>(before)));
+  std::ignore = ::ftruncate(file_.get(), static_cast<off_t>(before));
   return fileFailure(error, "write", path_);
 }
 

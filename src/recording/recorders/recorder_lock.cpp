@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <tuple>
 
 #include "platform/imapi2_errors.h"
 #include "recorders/disc_record.h"
@@ -49,7 +50,7 @@ DiscResult RecorderLock::rename(std::u16string_view clientName) {
 }
 
 void RecorderLock::release() {
-  static_cast<void>(::ftruncate(file_.get(), 0));
+  std::ignore = ::ftruncate(file_.get(), 0);
   file_ = Descriptor();
 }
 
