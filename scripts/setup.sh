@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what the build needs from Debian's packages; with --package also what makes packages,
-# with --test also what the tests use, and with --deep what only their long form uses.
+# with --test also what the tests use, with --deep what only their long form uses, and with --pictures
+# what scripts/pictures.sh draws with.
 # Does nothing for packages that are there already. Needs root only when something is missing.
 set -euo pipefail
 
@@ -18,6 +19,7 @@ test_packages=(
   clang-format clang-tidy jq parallel lintian debootstrap
 )
 deep_packages=(clang valgrind)
+picture_packages=(python3 chromium fonts-dejavu-core fonts-liberation pngquant optipng)
 
 packages=("${build_packages[@]}")
 case "${1:-}" in
@@ -25,7 +27,8 @@ case "${1:-}" in
   --package) packages+=("${package_packages[@]}") ;;
   --test) packages+=("${package_packages[@]}" "${test_packages[@]}") ;;
   --deep) packages+=("${package_packages[@]}" "${test_packages[@]}" "${deep_packages[@]}") ;;
-  *) echo "usage: $0 [--package | --test | --deep]" >&2; exit 2 ;;
+  --pictures) packages+=("${picture_packages[@]}") ;;
+  *) echo "usage: $0 [--package | --test | --deep | --pictures]" >&2; exit 2 ;;
 esac
 
 missing=()
