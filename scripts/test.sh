@@ -1,14 +1,15 @@
 #!/usr/bin/env bash
 # The one check, the same at a desk and in CI: installs what the tests need, checks the format,
-# builds, runs every test, builds for Windows and runs the server and the unit tests under Wine, and
-# runs the unit tests under the address and undefined-behaviour sanitizers and clang-tidy over the
-# sources. Ends with a line that counts passed and failed steps.
+# builds, runs every test, builds for Windows and runs the server and the unit tests under Wine, makes
+# the packages and installs them into a bare system, and runs the unit tests under the address and
+# undefined-behaviour sanitizers and clang-tidy over the sources. Ends with a line that counts passed and failed steps.
 #
 #   scripts/test.sh           all
-#     --quick                 without Wine, the sanitizers and clang-tidy
+#     --quick                 without Wine, the packages, the sanitizers and clang-tidy
 #     --deep                  also what takes hours or finds little: the static analyzer, Valgrind, the
-#                             tests that kill or pair jobs in every way, large sets, and an hour of
-#                             each fuzz target, two side by side (QUILLON_FUZZ_MINUTES: other minutes)
+#                             tests that kill or pair jobs in every way, large sets, whether packages
+#                             of one commit are the same bytes, and an hour of each fuzz target, two
+#                             side by side (QUILLON_FUZZ_MINUTES: other minutes)
 set -uo pipefail
 cd "$(dirname "$0")/.."
 
@@ -58,6 +59,21 @@ on_windows() {
   python3 tests/com_client/server_test.py build/release build/windows-x86 "${place[@]}" |
     tee "$windows_tests"
 }
+made_packages() {
+  ./scripts/package.sh && python3 -B tests/packages/packages_test.py build/release build/packages
+}
+# Two clones in places of their own, without the compiler's cache: nothing of the one in the other.
+reproducible() {
+  local place clone result=0
+  place=$(mktemp -d)
+  for clone in one elsewhere; do
+    git clone -q . "$place/$clone" &&
+      (cd "$place/$clone" && CCACHE_DISABLE=1 ./scripts/package.sh >/dev/null) || result=1
+  done
+  diff "$place/one/build/packages/SHA256SUMS" "$place/elsewhere/build/packages/SHA256SUMS" || result=1
+  rm -rf "$place"
+  return "$result"
+}
 sanitizers() { build asan && ctest --preset asan -L unit -j "$(nproc)"; }
 # Files of the Windows build or of one without libburn are not in this build's list of commands.
 tidied() { sources | grep -E '^(src|apps)/.*\.cpp$' | grep -v -e '/tables/' -e '/windows/'; }
@@ -104,7 +120,7 @@ fuzz() {
 
 packages=--test
 [ "$deep" -eq 1 ] && packages=--deep
-step "packages" ./scripts/setup.sh "$packages"
+step "packages for building" ./scripts/setup.sh "$packages"
 step "format" format
 step "dictionary table" dictionary
 step "layers" layers
@@ -119,6 +135,7 @@ else
   step "the DLL without Wine" on_windows none
 fi
 if [ "$quick" -eq 0 ]; then
+  step "packages for users" made_packages
   step "sanitizers" sanitizers
   if [ "$deep" -eq 0 ]; then
     step "clang-tidy" tidy
@@ -127,6 +144,7 @@ if [ "$quick" -eq 0 ]; then
     step "every kill and pair" every_kill
     step "large sets" large_sets
     step "Valgrind" valgrind_tests
+    step "reproducible packages" reproducible
     step "fuzzing" fuzz
   fi
 fi
