@@ -3,25 +3,19 @@
 // the place of classes.cpp, by defining the same symbol.
 #include <dlfcn.h>
 
-#include <filesystem>
-#include <system_error>
-
 #include "platform/com/class_table.h"
 #include "platform/win32.h"
 #include "platform/xml.h"
+#include "win32/own_library.h"
 
 using namespace quillon;
 using namespace quillon::platform;
 
 namespace {
 
-// Where build and installation put it, seen from the program. Null when it cannot be loaded. It
-// stays loaded.
+// Null when it cannot be loaded.
 CreateObject fromLibrary(const char* name) {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  const auto path = program.parent_path() / QUILLON_LIBRARIES_FROM_PROGRAM / name;
-  void* const library = ::dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL);
+  void* const library = openOwnLibrary(name).handle;
   if (library == nullptr) return nullptr;
   return reinterpret_cast<CreateObject>(::dlsym(library, "quillonCreateObject"));
 }
