@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "recorders/disc_operations.h"
-#include "recorders/progress.h"
 #include "win32/utf8.h"
 
 namespace quillon::platform {
@@ -165,28 +164,6 @@ DiscResult Recorder::read(std::uint32_t sector, std::uint32_t count, void* bytes
   const DiscOperation operation;
   if (areOperationsStopped()) return E_IMAPI_REQUEST_CANCELLED;
   return fetch(sector, count, bytes);
-}
-
-ProgressReporter::ProgressReporter(const DiscProgressCallback& callback, DiscStage stage,
-                                   std::uint64_t sectorsTotal)
-    : callback_(callback), progress_{stage, 0, sectorsTotal} {
-  report();
-}
-
-ProgressReporter::~ProgressReporter() {
-  if (progress_.sectorsDone != reported_) report();
-}
-
-void ProgressReporter::reach(std::uint64_t sectorsDone) {
-  progress_.sectorsDone = sectorsDone;
-  if (callback_ && Clock::now() - last_ >= kInterval) report();
-}
-
-void ProgressReporter::report() {
-  if (!callback_) return;
-  last_ = Clock::now();
-  reported_ = progress_.sectorsDone;
-  callback_(progress_);
 }
 
 }  // namespace quillon::platform
