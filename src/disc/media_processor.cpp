@@ -45,6 +45,8 @@ void CQuillonMediaProcessor::ClearWhenAsked() {
 }
 
 bool CQuillonMediaProcessor::ChooseGeneration() {
+  const ComLibrary
+      com;  // on Linux a host has initialised COM in its own copy of it, not in this one
   return CTarnImapiVersion::Instance().Detect(generation_) || Fail(kMsgImapiVersionUnknown);
 }
 
