@@ -184,7 +184,7 @@ class DiscCommand(program.ProgramTest):
     def test_a_file_that_libburn_takes_for_a_drive_is_written_and_read_back(self):
         disc = self.dir / "disc.img"
         self.choose_service("drives", f'"Drives"="stdio:{disc}"\n')
-        if not self.disc("list")["recorders"]:
+        if "quillon-optical is not installed" in (self.disc("list")["recorders"][0]["problem"] or ""):
             self.skipTest("this build has no libburn")
         self.write("one", program.dicom_file())
         for service in ("first", "again, over what is there"):

@@ -1,4 +1,5 @@
 // The shell's burner, which programs ask whether there is a drive that records.
+#include <algorithm>
 #include <memory>
 
 #include "classes.h"
@@ -17,25 +18,20 @@ class ShellBurner final : public ComObject<Refusing<ICDBurn>, IID_ICDBurn> {
     return legacyAnswer([&]() -> DiscResult {
       if (has == nullptr) return E_POINTER;
       *has = FALSE;
-      std::unique_ptr<Recorder> recorder;
-      DiscResult result = firstRecorder(recorder);
+      RecorderList recorders;
+      DiscResult result = listRecorders(recorders);
       if (result.failed()) return result;
-      *has = recorder != nullptr ? TRUE : FALSE;
+      *has = std::any_of(recorders.begin(), recorders.end(), mayWrite) ? TRUE : FALSE;
       return S_OK;
     });
   }
 
  private:
-  // The first one that writes discs of any kind; null for none.
-  static DiscResult firstRecorder(std::unique_ptr<Recorder>& recorder) {
-    RecorderList recorders;
-    DiscResult result = listRecorders(recorders);
-    for (std::unique_ptr<Recorder>& candidate : recorders) {
-      if (recorder == nullptr && !candidate->identity().writableTypes.empty()) {
-        recorder = std::move(candidate);
-      }
-    }
-    return result;
+  // Discs of any kind. A drive of which nothing can be learnt counts: whoever goes on to use it is
+  // told the reason, which these classes have no words for.
+  static bool mayWrite(const std::unique_ptr<Recorder>& recorder) {
+    return !recorder->identity().writableTypes.empty() ||
+           recorder->enter("HasRecordableDrive").failed();
   }
 };
 

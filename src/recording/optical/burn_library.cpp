@@ -1,6 +1,6 @@
 #include "burn_library.h"
 
-#include <array>
+#include <cstdio>
 #include <utility>
 
 #include "libburn.h"
@@ -43,6 +43,14 @@ std::string firstMessage() {
 }
 
 }  // namespace
+
+BurnVersion::BurnVersion() {
+  int major = 0;
+  int minor = 0;
+  int micro = 0;
+  burn_version(&major, &minor, &micro);
+  std::snprintf(text.data(), text.size(), "%d.%d.%d", major, minor, micro);
+}
 
 std::recursive_mutex& burnMutex() {
   static std::recursive_mutex mutex;

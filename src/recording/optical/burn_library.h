@@ -1,6 +1,7 @@
-// libburn: one per process, started when the first drive is asked for.
+// libburn: one per process, started when the first drive is asked something.
 #pragma once
 
+#include <array>
 #include <mutex>
 #include <string>
 
@@ -15,6 +16,12 @@ namespace quillon::platform {
 
 using burn::burn_drive;
 using burn::burn_drive_info;
+
+// The version that is loaded, which need not be started for that: "1.5.4".
+struct BurnVersion {
+  BurnVersion();
+  std::array<char, 40> text{};
+};
 
 // Held around calls of libburn, which is not made for several threads at a time; not while a disc
 // is written.

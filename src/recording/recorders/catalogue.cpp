@@ -6,6 +6,7 @@
 #include <sstream>
 #include <string>
 
+#include "drive_recorders.h"
 #include "platform/win32/registry.h"
 #include "recorders/recorder_store.h"
 #include "recording/disc_recorders.h"
@@ -15,11 +16,6 @@
 
 namespace quillon::platform {
 namespace {
-
-DriveAccess& driveAccess() {
-  static DriveAccess single{[](std::string_view) { return RecorderList(); }, [] {}};
-  return single;
-}
 
 constexpr const char16_t* kServiceValue = u"Service";
 
@@ -70,13 +66,6 @@ DiscResult addVirtualRecorders(RecorderList& recorders) {
 
 }  // namespace
 
-bool registerDriveAccess(DriveAccess access) {
-  driveAccess() = access;
-  return true;
-}
-
-void releaseOpticalDrives() { driveAccess().release(); }
-
 DiscService configuredDiscService() {
   struct Row {
     std::u16string_view name;
@@ -126,7 +115,7 @@ DiscResult listAll(RecorderList& recorders, const std::string& onlyDrive) {
       service == DiscService::Virtual ||
       (service != DiscService::Drives && !environmentValue("QUILLON_RECORDERS").empty());
   if (isVirtual) return addVirtualRecorders(recorders);
-  recorders = driveAccess().list(onlyDrive);
+  recorders = listDrives(onlyDrive);
   return S_OK;
 }
 

@@ -146,8 +146,7 @@ DiscResult noRecorder(const std::string& name, const char* what = "drive that wr
   std::string sentence = "There is no recorder \"" + name + "\".";
   if (name.empty()) {
     sentence = "There is no ";
-    sentence.append(what).append(
-        "; a virtual recorder is there when QUILLON_RECORDERS names a directory for it.");
+    sentence.append(what).append(kWhenVirtual);
   }
   return {HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), wideFromNative(sentence)};
 }

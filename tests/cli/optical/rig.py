@@ -46,8 +46,12 @@ class Machine:
             "XDG_DATA_HOME": str(self.dir / "home/data"), "LC_ALL": "C",
             "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "")})
 
+    def command(self):
+        """The program that is run."""
+        return program.QUILLON
+
     def start(self, *arguments):
-        return subprocess.Popen([program.QUILLON, *map(str, arguments)], env=self.environment(),
+        return subprocess.Popen([self.command(), *map(str, arguments)], env=self.environment(),
                                 stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                                 stderr=subprocess.PIPE, text=True)
 

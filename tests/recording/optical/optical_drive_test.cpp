@@ -1,5 +1,5 @@
-// The path through libburn, on a file that it treats as a drive with a disc that can be
-// overwritten.
+// The path through the library for drives and libburn, on a file that libburn treats as a drive
+// with a disc that can be overwritten.
 #include <sys/resource.h>
 
 #include <csignal>
@@ -32,6 +32,10 @@ class OpticalDrive : public RecorderTest {
     return bytes;
   }
 };
+
+TEST_F(OpticalDrive, TheVersionOfLibburnIsTold) {
+  EXPECT_EQ(platform::opticalLibraryVersion(), LIBBURN_VERSION);
+}
 
 TEST_F(OpticalDrive, IsListedWithWhatItIs) {
   choose("stdio:" + disc().string() + ";stdio:" + (dir_ / "other.img").string());

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,10 @@ DiscResult describeDiscRecorder(const std::string& recorder, DiscRecorderStatus&
 // with an empty name it has all of them again. The name may be that of an existing virtual
 // recorder that the service would not list.
 void chooseDiscRecorder(std::string recorder);
+
+// The version of libburn, by which drives are reached ("1.5.4"); nothing where the library for
+// drives is not installed or cannot be loaded. Loads both.
+std::optional<std::string> opticalLibraryVersion();
 
 // What the process has done to discs last, beyond what the service answers, which is a code.
 struct DiscWork {

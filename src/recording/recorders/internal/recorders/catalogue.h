@@ -16,7 +16,8 @@
 //
 // The value Drives (text) beside it names the optical drives, with semicolons between them:
 // "/dev/sr1", or "stdio:" and the path of a file that libburn is to treat as a disc that can be
-// written at any place, here a DVD+RW. Without it all of /dev/sr* are there.
+// written at any place, here a DVD+RW. Without it all of /dev/sr* are there. Drives are reached
+// through a library that is loaded when it is installed (optical_library.h).
 #pragma once
 
 #include <memory>
@@ -45,19 +46,15 @@ DiscResult listRecorders(RecorderList& recorders);
 // ERROR_FILE_NOT_FOUND, as an HRESULT, when there is none with that identifier.
 DiscResult openRecorder(std::u16string_view uniqueId, std::unique_ptr<Recorder>& recorder);
 
+// Ends the sentences about a drive that is missing.
+inline constexpr const char* kWhenVirtual =
+    "; a virtual recorder is there when QUILLON_RECORDERS names a directory for it.";
+
 // What the value Drives holds; nothing for all drives of the machine.
 std::vector<std::string> configuredDrives();
 
-// What reaches the drives of the machine: lists those of the value Drives, or only the one of that
-// address; and lets go of the drives that the process has open, once its operations have been
-// stopped, and comes back when they are unlocked.
-struct DriveAccess {
-  RecorderList (*list)(std::string_view only);
-  void (*release)();
-};
-// Called when the program starts, in a build that has one; without it there are no drives. Answers
-// true, always.
-bool registerDriveAccess(DriveAccess access);
+// Lets go of the drives that the process has open, once its operations have been stopped, and comes
+// back when they are unlocked.
 void releaseOpticalDrives();
 
 }  // namespace quillon::platform

@@ -1,0 +1,67 @@
+#include "optical_loading.h"
+
+#include <dlfcn.h>
+
+#include <atomic>
+#include <cstring>
+#include <mutex>
+
+#include "recorders/catalogue.h"
+#include "recorders/disc_operations.h"
+#include "recording/disc_recorders.h"
+#include "win32/own_library.h"
+
+namespace quillon::platform {
+namespace {
+
+struct Loaded {
+  std::mutex mutex;
+  std::atomic<const OpticalLibrary*> library = nullptr;
+};
+
+// Never destroyed: drives are let go of when the process ends.
+Loaded& loaded() {
+  static auto* const single = new Loaded;
+  return *single;
+}
+
+OpticalAccess load() {
+  const OwnLibrary file = openOwnLibrary(kOpticalLibraryFile);
+  if (file.path.empty()) return {nullptr, "the package quillon-optical is not installed"};
+  if (file.handle == nullptr) {
+    return {nullptr, file.path + " cannot be loaded (" + file.problem + ")"};
+  }
+  const auto entry =
+      reinterpret_cast<OpticalLibraryEntry>(::dlsym(file.handle, kOpticalLibraryEntry));
+  const OpticalLibrary* const library = entry == nullptr ? nullptr : entry();
+  if (library == nullptr || std::strcmp(library->release, opticalRelease()) != 0) {
+    return {nullptr, file.path + " is of another release than " + opticalRelease()};
+  }
+  if (!library->askWhetherToStop(&areOperationsStopped)) {
+    return {nullptr, file.path + " cannot be loaded (out of memory)"};
+  }
+  return {library, {}};
+}
+
+}  // namespace
+
+OpticalAccess loadOpticalLibrary() {
+  Loaded& single = loaded();
+  const std::lock_guard lock(single.mutex);
+  if (const OpticalLibrary* const library = single.library) return {library, {}};
+  OpticalAccess access = load();
+  single.library = access.library;
+  return access;
+}
+
+std::optional<std::string> opticalLibraryVersion() {
+  const OpticalAccess access = loadOpticalLibrary();
+  if (access.library == nullptr) return std::nullopt;
+  return access.library->burnVersion;
+}
+
+void releaseOpticalDrives() {
+  if (const OpticalLibrary* const library = loaded().library) library->letGo();
+}
+
+}  // namespace quillon::platform
