@@ -49,6 +49,11 @@ inline constexpr std::size_t kElementCount = {count};
 extern const std::array<ElementRow, kElementCount> kElementTable;
 // The tags of the rows alone, so that a search touches few cache lines.
 extern const std::array<DcTag, kElementCount> kElementTags;
+// The standard's names of the rows ("Patient's Name"), in UTF-8, in one text: pointers to them would
+// be relocated at each start. The name of row i begins at kElementNameStarts[i] and ends where the
+// next one begins.
+extern const char kElementNames[];
+extern const std::array<std::uint32_t, kElementCount + 1> kElementNameStarts;
 
 }}  // namespace quillon
 """
@@ -67,6 +72,13 @@ BODY_ROWS = """
 // clang-format off
 constexpr std::array<ElementRow, kElementCount> kElementTable{{{{
 {rows}
+}}}};
+
+constexpr char kElementNames[] =
+{names};
+
+constexpr std::array<std::uint32_t, kElementCount + 1> kElementNameStarts{{{{
+{starts}
 }}}};
 // clang-format on
 
@@ -92,6 +104,7 @@ constexpr bool tagsAscend() {{
 }}
 
 static_assert(kElementTable.back().keyword != nullptr, "as many rows as kElementCount says");
+static_assert(kElementNameStarts.back() == sizeof kElementNames - 1, "the last name ends with all");
 static_assert(tagsAscend(), "rows ascend by tag, without doubles");
 
 }}  // namespace
@@ -112,7 +125,7 @@ namespace quillon::tags {{
 
 
 def read_rows(source):
-    """Answers (tag, vr, vm, keyword) of each line; ends the program at a line that is not one."""
+    """Answers (tag, vr, vm, keyword, name) of each line; ends the program at a line that is not one."""
     rows = []
     for number, line in enumerate(source.read_text(encoding="utf-8").splitlines(), start=1):
         if not line or line.startswith("#"):
@@ -120,7 +133,7 @@ def read_rows(source):
         fields = line.split("\t")
         if len(fields) != 6:
             sys.exit(f"{source}:{number}: {len(fields)} fields instead of 6")
-        group, element, vr, vm, keyword, _ = fields
+        group, element, vr, vm, keyword, name = fields
         if not re.fullmatch("[0-9a-f]{4}", group) or not re.fullmatch("[0-9a-f]{4}", element):
             sys.exit(f"{source}:{number}: group and element are four hexadecimal digits")
         if vr not in VRS:
@@ -129,7 +142,9 @@ def read_rows(source):
             sys.exit(f"{source}:{number}: VM {vm} is no number from -128 to 127")
         if not re.fullmatch("[A-Za-z0-9]+", keyword):
             sys.exit(f"{source}:{number}: keyword {keyword} holds more than letters and digits")
-        rows.append((int(group + element, 16), vr, int(vm), keyword))
+        if not name or re.search(r'["\\]', name):
+            sys.exit(f"{source}:{number}: the name {name} is empty or ends the text that it becomes")
+        rows.append((int(group + element, 16), vr, int(vm), keyword, name))
     rows.sort()
     for before, after in zip(rows, rows[1:]):
         if before[0] == after[0]:
@@ -151,7 +166,7 @@ def used_names():
 def make_tags(rows):
     """Answers dicom/tags.h; ends the program at a name that is no keyword."""
     used = used_names()
-    tags = {f"k{keyword[0].upper()}{keyword[1:]}": tag for tag, _, _, keyword in rows}
+    tags = {f"k{keyword[0].upper()}{keyword[1:]}": tag for tag, _, _, keyword, _ in rows}
     if used - tags.keys():
         sys.exit("no such keyword: " + ", ".join(sorted(used - tags.keys())))
     lines = [f"inline constexpr DcTag {name} = 0x{tags[name]:08X};" for name in tags if name in used]
@@ -160,16 +175,22 @@ def make_tags(rows):
 
 def make(rows):
     """Answers the files as {path: text}."""
-    used = sorted({vr for _, vr, _, _ in rows})
-    names = "".join(f"constexpr std::uint8_t {vr} = vr(DcVr::{vr});\n" for vr in used)
+    used = sorted({vr for _, vr, _, _, _ in rows})
+    vrs = "".join(f"constexpr std::uint8_t {vr} = vr(DcVr::{vr});\n" for vr in used)
     lines = "\n".join(
-        f'    {{0x{tag:08X}, {vr}, {vm}, "{keyword}"}},' for tag, vr, vm, keyword in rows
+        f'    {{0x{tag:08X}, {vr}, {vm}, "{keyword}"}},' for tag, vr, vm, keyword, _ in rows
     )
+    names = "\n".join(f'    "{name}"' for *_, name in rows)
+    starts = [0]
+    for *_, name in rows:
+        starts.append(starts[-1] + len(name.encode()))
+    numbers = "\n".join("    " + " ".join(f"{start}," for start in starts[at : at + 16])
+                        for at in range(0, len(starts), 16))
     return {
         TABLES / "element_table.h": HEADER.format(made_by=MADE_BY, count=len(rows)),
         TABLES / "element_table.cpp": BODY_BEGIN.format(made_by=MADE_BY)
-        + names
-        + BODY_ROWS.format(rows=lines),
+        + vrs
+        + BODY_ROWS.format(rows=lines, names=names, starts=numbers),
         TAGS: make_tags(rows),
     }
 

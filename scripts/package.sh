@@ -97,4 +97,5 @@ windows_zip() {
 debian_packages
 [ "$windows" -eq 0 ] || windows_zip
 (cd "$output" && sha256sum ./*.deb ./*.zip 2>/dev/null | sed 's#\./##' >SHA256SUMS)
+rm -rf "$work"
 ls -l "$output" | awk 'NF > 8 { print $5, $9 }'

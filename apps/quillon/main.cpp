@@ -10,6 +10,7 @@
 #include "terminal_text.h"
 #include "toolkit_log.h"
 #include "usage.h"
+#include "version_text.h"
 
 namespace {
 
@@ -19,7 +20,8 @@ int run(int argc, char** argv) {
   // Commands with --log set it anew.
   static_cast<void>(quillon::cli::sendToolkitLog(""));
   CLI::App program("Makes DICOM interchange media: a file set with DICOMDIR and label", "quillon");
-  program.set_version_flag("-V,--version", "quillon " QUILLON_VERSION);
+  program.set_version_flag("-V,--version", quillon::cli::versionText,
+                           "Prints the version, and those of the libraries");
   program.require_subcommand(1);
   int exitStatus = 0;
   quillon::cli::addCreateCommand(program, exitStatus);

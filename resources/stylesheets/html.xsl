@@ -233,7 +233,8 @@
         </xsl:call-template>
         <xsl:call-template name="fact">
           <xsl:with-param name="label" select="'SOP class'"/>
-          <xsl:with-param name="text" select="key('top', '00080016')"/>
+          <xsl:with-param name="text" select="(key('top', '00080016')/@meaning |
+                                               key('top', '00080016')[not(@meaning)])[1]"/>
         </xsl:call-template>
         <xsl:call-template name="fact">
           <xsl:with-param name="label" select="'Instance'"/>
@@ -426,6 +427,10 @@
             <xsl:value-of select="."/>
           </xsl:otherwise>
         </xsl:choose>
+        <xsl:if test="@meaning">
+          <xsl:value-of select="' '"/>
+          <span class="meaning"><xsl:value-of select="@meaning"/></span>
+        </xsl:if>
       </td>
     </tr>
   </xsl:template>
@@ -485,9 +490,13 @@
     </xsl:if>
   </xsl:template>
 
-  <!-- The name in words: sopInstanceUid as SOP Instance UID. -->
+  <!-- The standard's name, or where the header lacks it the name in words: sopInstanceUid as SOP
+       Instance UID. -->
   <xsl:template name="words">
     <xsl:choose>
+      <xsl:when test="@title">
+        <xsl:value-of select="@title"/>
+      </xsl:when>
       <!-- What the dictionary does not know is named by its element number. -->
       <xsl:when test="@name = @element">
         <span class="none">
@@ -578,6 +587,7 @@ th, td { padding: .22rem .6rem .22rem 0; vertical-align: top; border-bottom: 1px
 .value { white-space: pre-wrap; overflow-wrap: anywhere; }
 .value i { color: var(--soft); font-style: normal; padding: 0 .1rem; }
 .none { color: var(--soft); font-style: italic; }
+.meaning { color: var(--soft); font-family: system-ui, "Segoe UI", "Helvetica Neue", Arial, sans-serif; }
 .sequence { padding-right: 0; }
 summary { cursor: pointer; list-style-position: outside; margin-left: 1rem; }
 summary .tag { margin-right: .4rem; }

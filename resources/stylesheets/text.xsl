@@ -40,16 +40,18 @@
     <xsl:if test="$indent = '' and @grp != preceding-sibling::tag[1]/@grp">
       <xsl:value-of select="$newline"/>
     </xsl:if>
-    <!-- What the dictionary does not know is named by its element number. Each of the three texts
-         starts at character 1 (1 div true) or at infinity, where there is nothing of it. -->
-    <xsl:variable name="isKnown" select="@name != @element"/>
+    <!-- The standard's name, where the header has it. What the dictionary does not know is named by
+         its element number. Each of the four texts starts at character 1 (1 div true) or at infinity,
+         where there is nothing of it. -->
+    <xsl:variable name="isKnown" select="@name != @element and not(@title)"/>
     <xsl:variable name="isPrivate"
-                  select="not($isKnown) and contains('13579bdf', substring(@grp, 4))"/>
+                  select="@name = @element and contains('13579bdf', substring(@grp, 4))"/>
     <xsl:variable name="name"
-                  select="concat(substring(concat(translate(substring(@name, 1, 1), $lower, $upper),
+                  select="concat(@title,
+                                 substring(concat(translate(substring(@name, 1, 1), $lower, $upper),
                                                   substring(@name, 2)), 1 div $isKnown),
                                  substring('Private', 1 div $isPrivate),
-                                 substring('Unknown', 1 div not($isKnown or $isPrivate)))"/>
+                                 substring('Unknown', 1 div not($isKnown or $isPrivate or @title)))"/>
     <xsl:variable name="left"
                   select="concat($indent, '(', @grp, ',', @element, ') ', @VR, ' ', $name)"/>
     <xsl:variable name="gap"
@@ -78,7 +80,11 @@
         <xsl:value-of select="concat($left, $newline)"/>
       </xsl:when>
       <xsl:otherwise>
-        <xsl:value-of select="concat($left, $gap, ., $newline)"/>
+        <xsl:value-of select="concat($left, $gap, .)"/>
+        <xsl:if test="@meaning">
+          <xsl:value-of select="concat(' (', @meaning, ')')"/>
+        </xsl:if>
+        <xsl:value-of select="$newline"/>
       </xsl:otherwise>
     </xsl:choose>
   </xsl:template>

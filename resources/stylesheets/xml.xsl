@@ -29,7 +29,22 @@
     <xsl:value-of select="concat('&lt;tag grp=', $quote, @grp, $quote, ' element=', $quote,
                                  @element, $quote, ' VR=', $quote, @VR, $quote, ' VM=', $quote,
                                  @VM, $quote)"/>
-    <xsl:value-of select="concat(' name=', $quote, @name, $quote, '&gt;')"/>
+    <xsl:value-of select="concat(' name=', $quote, @name, $quote)"/>
+    <xsl:if test="@title">
+      <xsl:value-of select="concat(' title=', $quote)"/>
+      <xsl:call-template name="escaped">
+        <xsl:with-param name="text" select="string(@title)"/>
+      </xsl:call-template>
+      <xsl:value-of select="$quote"/>
+    </xsl:if>
+    <xsl:if test="@meaning">
+      <xsl:value-of select="concat(' meaning=', $quote)"/>
+      <xsl:call-template name="escaped">
+        <xsl:with-param name="text" select="string(@meaning)"/>
+      </xsl:call-template>
+      <xsl:value-of select="$quote"/>
+    </xsl:if>
+    <xsl:value-of select="'&gt;'"/>
     <xsl:choose>
       <xsl:when test="@VR = 'SQ'">
         <xsl:value-of select="$newline"/>

@@ -123,7 +123,11 @@ class HeaderTextWriter {
   }
 
   // What the dictionary does not know is named by its element number.
-  void PutName(TextView name, TextView group, TextView element) {
+  void PutName(TextView name, TextView title, TextView group, TextView element) {
+    if (!title.empty()) {
+      PutUnescaped(title);
+      return;
+    }
     if (name == element) {
       const bool isPrivate = TextView(OLESTR("13579bdf")).find(group.back()) != TextView::npos;
       Put(isPrivate ? TextView(OLESTR("Private")) : TextView(OLESTR("Unknown")));
@@ -144,6 +148,8 @@ class HeaderTextWriter {
     const TextView vr = TakeQuoted(line);
     static_cast<void>(TakeQuoted(line));  // how many values there are shows in them
     const TextView name = TakeQuoted(line);
+    const TextView title = Skip(line, OLESTR(" title=")) ? TakeQuoted(line) : TextView();
+    const TextView meaning = Skip(line, OLESTR(" meaning=")) ? TakeQuoted(line) : TextView();
     line.remove_prefix(std::min<std::size_t>(1, line.size()));  // the end of the tag
 
     if (sequences_.empty() && !lastGroup_.empty() && group != lastGroup_) Put(OLESTR("\n"));
@@ -157,7 +163,7 @@ class HeaderTextWriter {
     Put(OLESTR(") "));
     Put(vr);
     Put(OLESTR(" "));
-    PutName(name, group, element);
+    PutName(name, title, group, element);
     const std::size_t used = out_.size() - start + kLeastGap;
     const std::size_t gap = kLeastGap + (used < kValueColumn ? kValueColumn - used : 0);
 
@@ -172,6 +178,11 @@ class HeaderTextWriter {
       const TextView value = UpToTag(line);
       if (!value.empty()) PutSpaces(gap);
       PutUnescaped(value);
+      if (!meaning.empty()) {
+        Put(OLESTR(" ("));
+        PutUnescaped(meaning);
+        Put(OLESTR(")"));
+      }
       Put(OLESTR("\n"));
     }
   }

@@ -12,6 +12,7 @@
 #include "dicomobjects/decoded_text.h"
 #include "dicomobjects/xml_text.h"
 #include "elem_value.h"
+#include "tables/uid_names.h"
 #include "value_text.h"
 
 namespace quillon {
@@ -112,17 +113,20 @@ void HeaderXml::BeginDocument() {
     }
     Put("\"");
   }
-  if (!options_.above.empty()) {
-    Text above = options_.above;
-    EscapeXmlText(above);
-    Put(" above=\"");
-    out_ += above;
-    Put("\"");
-  }
+  if (!options_.above.empty()) PutAttribute("above", options_.above);
   Put(">\n");
 }
 
 void HeaderXml::Put(std::string_view ascii) { out_.append(ascii.begin(), ascii.end()); }
+
+void HeaderXml::PutAttribute(std::string_view name, Text value) {
+  EscapeXmlText(value);
+  Put(" ");
+  Put(name);
+  Put("=\"");
+  out_ += value;
+  Put("\"");
+}
 
 std::uint16_t HeaderXml::BitsAllocated() {
   if (!bitsAllocated_) {
@@ -142,7 +146,7 @@ std::string HeaderXml::VrText(const DcElem& element) {
   return std::string(code.empty() ? "UN" : code);
 }
 
-void HeaderXml::OpenTag(DcTag tag, std::string_view vr, std::string_view vm) {
+void HeaderXml::OpenTag(DcTag tag, std::string_view vr, std::string_view vm, TextView meaning) {
   // Group and element, four digits each.
   std::array<char, 8> digits{};
   for (std::size_t i = 0; i < digits.size(); ++i) {
@@ -158,7 +162,13 @@ void HeaderXml::OpenTag(DcTag tag, std::string_view vr, std::string_view vm) {
   Put(vm);
   Put("\" name=\"");
   Put(tag == kPixelDataGroupLength ? std::string("groupLength") : ElementName(tag));
-  Put("\">");
+  Put("\"");
+  if (options_.currentPractice) {
+    const std::string_view title = dcTagTitle(tag);
+    if (!title.empty()) PutAttribute("title", WidenText(title, CP_UTF8));
+    if (!meaning.empty()) PutAttribute("meaning", Text(meaning));
+  }
+  Put(">");
 }
 
 bool HeaderXml::DumpElementList(const DcElemList& list, int depth) {
@@ -337,8 +347,9 @@ bool HeaderXml::PutElement(const DcElem& element, const DicomValue& value, std::
   if (isArray && vr == DcVr::XL) return false;
   const std::size_t vm =
       isArray ? std::min<std::size_t>(EntryCount(value), maxValues_) : valueCount;
+  const Text* const uid = vr == DcVr::UI ? std::get_if<Text>(&value) : nullptr;
   OpenTag(element.tag(), vr == DcVr::OX && !isArray ? std::string("OB/OW") : VrText(element),
-          Decimal(vm));
+          Decimal(vm), uid != nullptr ? UidName(*uid) : Text());
   if (!PutContent(element, value)) return false;
   Put(kEndTag);
   return true;

@@ -18,7 +18,9 @@
 // The root element says in which character set texts were read, where they were read in one:
 // <data-set charset="ISO_IR 100">, as it was declared or as it was told. Where none was declared
 // (charset="") or none that is known, code-page="1252" is the number of the system's, which took
-// its place. above="STUDY001.HTM" is the page that leads to one made of the header, where there is
+// its place. With the field's practice an element that the dictionary knows has the standard's name
+// behind its own, and a UID that is known what it stands for:
+// <tag grp="0008" ... name="sopClassUid" title="SOP Class UID" meaning="CT Image Storage">. above="STUDY001.HTM" is the page that leads to one made of the header, where there is
 // one.
 //
 // Nothing is indented. `total` is the number of values, `count` (and VM) that of the ones written.
@@ -67,10 +69,12 @@ class HeaderXml {
   // The values block, or the text of a single value.
   [[nodiscard]] bool PutContent(const DcElem& element, const DicomValue& value);
   void BeginValues(std::size_t count, std::size_t total);
-  void OpenTag(DcTag tag, std::string_view vr, std::string_view vm);
+  // The meaning is that of a UID; empty: none.
+  void OpenTag(DcTag tag, std::string_view vr, std::string_view vm, TextView meaning = {});
   [[nodiscard]] std::string VrText(const DcElem& element);
   std::uint16_t BitsAllocated();
   void Put(std::string_view ascii);
+  void PutAttribute(std::string_view name, Text value);
 
   CDicomUtil& util_;
   Text& out_;

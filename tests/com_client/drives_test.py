@@ -63,7 +63,7 @@ class Drives(unittest.TestCase):
             "PATH": os.environ["PATH"], "HOME": str(self.dir / "home"), "TMPDIR": str(self.dir),
             "QUILLON_REGISTRY": str(self.dir / "registry.reg"), "LC_ALL": "C",
             "PYTHONDONTWRITEBYTECODE": "1", "LD_LIBRARY_PATH": str(self.dir / "elsewhere"),
-            "QUILLON_HOST_LIBRARY": str(BUILD / "lib/libquillon_host.so.0")})
+            "QUILLON_HOST_LIBRARY": str(BUILD / "lib/libquillon-media.so.0")})
 
     def written(self, server, load_from=""):
         """What a host says that writes a disc by this server."""

@@ -112,6 +112,17 @@ std::string dcTagName(DcTag tag) {
   return name;
 }
 
+std::string_view dcTagTitle(DcTag tag) {
+  using Source = ElementFacts::Source;
+  const ElementFacts facts = lookUp(tag);
+  if (facts.source == Source::GroupLength) return "Group Length";
+  if (facts.source == Source::PrivateCreator) return "Private Creator";
+  if (facts.row == nullptr) return {};
+  const auto index = static_cast<std::size_t>(facts.row - kElementTable.data());
+  const std::uint32_t start = kElementNameStarts[index];
+  return {kElementNames + start, kElementNameStarts[index + 1] - start};
+}
+
 std::string dcUidText(DcUid id) {
   std::string text;
   static_cast<void>(theDictionary().getUid(id, &text));

@@ -23,5 +23,10 @@ inline constexpr std::size_t kElementCount = 2607;
 extern const std::array<ElementRow, kElementCount> kElementTable;
 // The tags of the rows alone, so that a search touches few cache lines.
 extern const std::array<DcTag, kElementCount> kElementTags;
+// The standard's names of the rows ("Patient's Name"), in UTF-8, in one text: pointers to them would
+// be relocated at each start. The name of row i begins at kElementNameStarts[i] and ends where the
+// next one begins.
+extern const char kElementNames[];
+extern const std::array<std::uint32_t, kElementCount + 1> kElementNameStarts;
 
 }  // namespace quillon

@@ -33,8 +33,9 @@ struct TagPlace {
 
 // How the header of a data set is written.
 struct HeaderOptions {
-  // Texts are read in the character set that their data set declares, and of group 0002 only what
-  // the file has is written. Off: texts in the ANSI code page, and a fixed choice of that group.
+  // Texts are read in the character set that their data set declares, of group 0002 only what the
+  // file has is written, and elements and UIDs have the names that people know them by. Off: texts
+  // in the ANSI code page, a fixed choice of that group, and keywords alone.
   bool currentPractice = false;
   // Stands for what the data set and its items declare, also without currentPractice. Empty: none.
   std::string characterSet;

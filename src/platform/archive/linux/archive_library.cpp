@@ -2,6 +2,8 @@
 
 #include <dlfcn.h>
 
+#include "platform/archive.h"
+
 namespace quillon::platform {
 
 namespace {
@@ -32,6 +34,15 @@ const ArchiveLibrary* load() {
 const ArchiveLibrary* archiveLibrary() {
   static const ArchiveLibrary* const library = load();
   return library;
+}
+
+std::string archiveLibraryVersion() {
+  const ArchiveLibrary* const library = archiveLibrary();
+  if (library == nullptr) return {};
+  // 3006002 is 3.6.2.
+  const int number = library->archive_version_number();
+  return std::to_string(number / 1000000) + "." + std::to_string(number / 1000 % 1000) + "." +
+         std::to_string(number % 1000);
 }
 
 }  // namespace quillon::platform

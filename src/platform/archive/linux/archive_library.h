@@ -9,6 +9,7 @@ namespace quillon::platform {
 // clang-format off
 #define QUILLON_ARCHIVE_FUNCTIONS(FUNCTION) \
   FUNCTION(archive_error_string)            \
+  FUNCTION(archive_version_number)          \
   FUNCTION(archive_read_new)                \
   FUNCTION(archive_read_free)               \
   FUNCTION(archive_read_support_format_zip_seekable) \

@@ -1,6 +1,7 @@
 #include "platform/sha256.h"
 
 #include <dlfcn.h>
+#include <openssl/crypto.h>
 #include <openssl/evp.h>
 #include <openssl/opensslv.h>
 
@@ -20,6 +21,7 @@ struct Library {
   decltype(&EVP_DigestInit_ex) begin = nullptr;
   decltype(&EVP_DigestUpdate) update = nullptr;
   decltype(&EVP_DigestFinal_ex) finish = nullptr;
+  decltype(&OpenSSL_version) version = nullptr;
   bool isLoaded = false;
 
   Library() {
@@ -34,7 +36,8 @@ struct Library {
     };
     isLoaded = find("EVP_MD_CTX_new", newContext) && find("EVP_MD_CTX_free", freeContext) &&
                find("EVP_sha256", sha256) && find("EVP_DigestInit_ex", begin) &&
-               find("EVP_DigestUpdate", update) && find("EVP_DigestFinal_ex", finish);
+               find("EVP_DigestUpdate", update) && find("EVP_DigestFinal_ex", finish) &&
+               find("OpenSSL_version", version);
   }
 };
 
@@ -83,6 +86,11 @@ std::string Sha256::Finish() {
   }
   state_->begin();
   return hex;
+}
+
+std::string digestLibraryVersion() {
+  const Library& library = theLibrary();
+  return library.isLoaded ? library.version(OPENSSL_VERSION_STRING) : std::string();
 }
 
 }  // namespace quillon

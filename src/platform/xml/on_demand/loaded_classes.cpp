@@ -3,10 +3,15 @@
 // the place of classes.cpp, by defining the same symbol.
 #include <dlfcn.h>
 
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+
 #include "platform/com/class_table.h"
 #include "platform/win32.h"
 #include "platform/xml.h"
 #include "win32/own_library.h"
+#include "xml/library_versions.h"
 
 using namespace quillon;
 using namespace quillon::platform;
@@ -36,8 +41,36 @@ HRESULT createHttp(REFIID riid, void** object) {
   return create(creator, riid, object);
 }
 
+// A variable of a library that ours brings with it, and a function; empty for none.
+std::string textOf(void* library, const char* variable) {
+  const void* const found = library == nullptr ? nullptr : ::dlsym(library, variable);
+  return found == nullptr ? std::string() : *static_cast<const char* const*>(found);
+}
+std::string textFrom(void* library, const char* function) {
+  void* const found = library == nullptr ? nullptr : ::dlsym(library, function);
+  return found == nullptr ? std::string() : reinterpret_cast<const char* (*)()>(found)();
+}
+
+// Of "20914", with a build's name behind it or not.
+std::string dotted(const std::string& number) {
+  const int value = std::atoi(number.c_str());
+  if (value == 0) return {};
+  return std::to_string(value / 10000) + "." + std::to_string(value / 100 % 100) + "." +
+         std::to_string(value % 100);
+}
+
 }  // namespace
 
 extern "C" bool quillon_xml_classes;
 bool quillon_xml_classes =
     RegisterBuiltInClasses({{kClsidDomDocument, createDom}, {kClsidXmlHttp, createHttp}});
+
+XmlLibraryVersions quillon::platform::xmlLibraryVersions() {
+  void* const xml = openOwnLibrary("libquillon_xml.so").handle;
+  void* const http = openOwnLibrary("libquillon_http.so").handle;
+  // "libcurl/7.88.1 GnuTLS/3.7.9 ..."
+  const std::string curl = textFrom(http, "curl_version");
+  const std::size_t start = std::min(curl.find('/'), curl.size() - 1) + 1;
+  return {dotted(textOf(xml, "xmlParserVersion")), dotted(textOf(xml, "xsltEngineVersion")),
+          curl.empty() ? curl : curl.substr(start, curl.find(' ') - start)};
+}

@@ -23,9 +23,8 @@ if(NOT QUILLON_SANITIZE)
   target_link_options(QuillonMediaRW PRIVATE -Wl,--no-undefined)
 endif()
 # Hosts get it by its class, so it lies where the program's own libraries do, in the build tree too.
-include(GNUInstallDirs)
 set_target_properties(QuillonMediaRW PROPERTIES
-  LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/${CMAKE_INSTALL_LIBDIR}/quillon"
+  LIBRARY_OUTPUT_DIRECTORY "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${QUILLON_LIBRARIES_FROM_PROGRAM}"
   LINK_DEPENDS "${exports}")
 
 # COM for a host: what ole32 and oleaut32 are on Windows, under their plain C names, for any language.

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "dicom/types.h"
@@ -84,6 +85,9 @@ DcDict& theDictionary();
 // "T_gggg_eeee", of a UID an empty text and None.
 DcVr dcTagVr(DcTag tag);
 std::string dcTagName(DcTag tag);
+// The standard's name of the attribute, in UTF-8: "Patient's Name". Empty for what the dictionary
+// does not know.
+std::string_view dcTagTitle(DcTag tag);
 std::string dcUidText(DcUid id);
 DcUid dcUidOf(const std::string& uid);
 

@@ -78,4 +78,7 @@ class ArchiveWriter {
   std::unique_ptr<State> state_;
 };
 
+// Linux only. The version of libarchive ("3.6.2"), which it loads; empty where it cannot be loaded.
+std::string archiveLibraryVersion();
+
 }  // namespace quillon::platform

@@ -1,0 +1,34 @@
+#include "version_text.h"
+
+#include <CLI/Version.hpp>
+
+#include "platform/archive.h"
+#include "platform/sha256.h"
+#include "recording/disc_recorders.h"
+#include "xml/library_versions.h"
+
+namespace quillon::cli {
+
+namespace {
+
+constexpr std::size_t kVersionColumn = 12;
+constexpr const char* kNotThere = "cannot be loaded";
+
+std::string line(std::string name, const std::string& version, const char* otherwise = kNotThere) {
+  name.resize(kVersionColumn, ' ');
+  return "\n  " + name + (version.empty() ? otherwise : version);
+}
+
+}  // namespace
+
+std::string versionText() {
+  const platform::XmlLibraryVersions xml = platform::xmlLibraryVersions();
+  return "quillon " QUILLON_VERSION + line("CLI11", CLI11_VERSION) +
+         line("libarchive", platform::archiveLibraryVersion()) +
+         line("libburn", platform::opticalLibraryVersion().value_or(""),
+              "not installed (package quillon-optical)") +
+         line("libcrypto", digestLibraryVersion()) + line("libcurl", xml.libcurl) +
+         line("libxml2", xml.libxml2) + line("libxslt", xml.libxslt);
+}
+
+}  // namespace quillon::cli
