@@ -6,13 +6,13 @@
 set -euo pipefail
 
 build_packages=(
-  g++ cmake ninja-build pkg-config libcli11-dev
+  g++ cmake ninja-build pkg-config libcli11-dev nlohmann-json3-dev
   libxml2-dev libxslt1-dev libcurl4-openssl-dev libssl-dev libburn-dev libarchive-dev
 )
 package_packages=(dpkg-dev debhelper g++-mingw-w64-i686-win32 mingw-w64-tools zip)
 test_packages=(
   libgtest-dev googletest
-  dcmtk dicom3tools libgdcm-tools python3 python3-pydicom
+  dcmtk dicom3tools libgdcm-tools python3 python3-pydicom python3-jsonschema
   chromium libxml2-utils w3c-sgml-lib
   zsh fish
   xsltproc openssl xorriso genisoimage udftools p7zip-full unzip libudfread-dev

@@ -2,13 +2,13 @@
 
 #include <array>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <string_view>
 #include <vector>
 
 #include "commands.h"
 #include "disc_progress_scope.h"
 #include "foundation/base_item.h"
-#include "json_output.h"
 #include "media_job.h"
 #include "password_file.h"
 #include "recording/disc_interruption.h"
@@ -69,10 +69,10 @@ std::vector<std::string> ChosenMedium::failuresBeside(const Outcome& outcome) co
   return failures;
 }
 
-std::string ChosenMedium::jsonMembers(const MediumChoice& choice) const {
-  if (!choice.isDisc) return jsonMember("path", jsonString(choice.path));
-  const std::string& recorder = disc_.recorder().empty() ? choice.recorder : disc_.recorder();
-  return jsonMember("path", "null") + jsonMember("recorder", jsonTextOrNull(recorder));
+void ChosenMedium::addMembers(Json& object, const MediumChoice& choice) const {
+  object["path"] = choice.isDisc ? Json() : Json(choice.path);
+  if (!choice.isDisc) return;
+  object["recorder"] = textOrNull(disc_.recorder().empty() ? choice.recorder : disc_.recorder());
 }
 
 }  // namespace quillon::cli

@@ -10,6 +10,7 @@
 #include "disc_medium.h"
 #include "foundation/text.h"
 #include "interrupt_guard.h"
+#include "json_output.h"
 #include "medium/medium_source.h"
 #include "outcome.h"
 
@@ -43,8 +44,8 @@ class ChosenMedium {
   [[nodiscard]] MediumSource& source() { return path_ ? *path_ : disc_.source(); }
   // Of a disc its kind, "image" or "zip"; empty for a directory, which may be anything.
   [[nodiscard]] std::string kind(const MediumChoice& choice) const;
-  // Members of a JSON object that say which medium it is, also of one that could not be opened.
-  [[nodiscard]] std::string jsonMembers(const MediumChoice& choice) const;
+  // Adds the members that say which medium it is, also of one that could not be opened.
+  void addMembers(Json& object, const MediumChoice& choice) const;
   // The sectors that could not be read, but for one that is the outcome itself.
   [[nodiscard]] std::vector<std::string> failuresBeside(const Outcome& outcome) const;
 

@@ -1,13 +1,13 @@
 #include <array>
 #include <cstdlib>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "command_tree.h"
 #include "commands.h"
-#include "json_output.h"
 #include "media_job.h"
 #include "nearest_name.h"
 #include "platform/registry_file_status.h"
@@ -75,11 +75,14 @@ const Setting& settingOf(const std::string& name) {
                              nearestName(name, settingNames()) + "? quillon config shows them all");
 }
 
-std::string jsonOf(const char* name, const char* type, const Effective& value,
-                   const char* meaning) {
-  return "{" + jsonMember("name", jsonString(name)) + jsonMember("type", jsonString(type)) +
-         jsonMember("value", jsonTextOrNull(value.text)) +
-         jsonMember("from", jsonString(value.from)) + "\"meaning\":" + jsonString(meaning) + "}";
+Json jsonOf(const char* name, const char* type, const Effective& value, const char* meaning) {
+  Json object;
+  object["name"] = name;
+  object["type"] = type;
+  object["value"] = textOrNull(value.text);
+  object["from"] = value.from;
+  object["meaning"] = meaning;
+  return object;
 }
 
 std::string lineOf(const char* name, const Effective& value, const char* meaning) {
@@ -95,10 +98,10 @@ int runShow(const ConfigOptions& options) {
   std::vector<std::string> remarks;
   const platform::RegistryFileStatus file = platform::registryFileStatus();
   std::string text = "Registry file: " + file.path + "\n\n";
-  std::string json;
+  Json values = Json::array();
   const auto add = [&](const char* name, const char* type, const Effective& value,
                        const char* meaning) {
-    json += (json.empty() ? "" : ",") + jsonOf(name, type, value, meaning);
+    values.push_back(jsonOf(name, type, value, meaning));
     text += lineOf(name, value, meaning);
   };
   for (const Setting& setting : allSettings()) {
@@ -114,8 +117,10 @@ int runShow(const ConfigOptions& options) {
     add(row.name, "environment", {environmentText(row.name), "environment"}, row.meaning);
   }
   if (options.isJson) {
-    text = jsonObject(jsonMember("registry", jsonString(file.path)) + "\"values\":[" + json + "],",
-                      outcome);
+    Json object;
+    object["registry"] = file.path;
+    object["values"] = std::move(values);
+    text = jsonObject(std::move(object), outcome);
   }
   return finish(Output::of(options.isJson, std::move(text)), outcome, remarks);
 }
@@ -124,10 +129,11 @@ int finishOne(const ConfigOptions& options, const Setting& setting, const Effect
               std::string text, const Outcome& outcome,
               const std::vector<std::string>& remarks = {}) {
   if (options.isJson) {
-    text = jsonObject(jsonMember("name", jsonString(setting.name)) +
-                          jsonMember("value", jsonTextOrNull(value.text)) +
-                          jsonMember("from", jsonString(value.from)),
-                      outcome);
+    Json object;
+    object["name"] = setting.name;
+    object["value"] = textOrNull(value.text);
+    object["from"] = value.from;
+    text = jsonObject(std::move(object), outcome);
   } else if (outcome.failed()) {
     text.clear();
   }

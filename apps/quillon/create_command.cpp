@@ -1,4 +1,5 @@
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 
@@ -37,9 +38,15 @@ struct CommandOptions {
   std::string logFile;
 };
 
+std::string jsonOf(const CreateResult& result, const Outcome& outcome) {
+  Json object = emptyObject();
+  addMembers(object, result);
+  return jsonObject(std::move(object), outcome);
+}
+
 // Before anything of the job.
 int refuse(const CommandOptions& options, const Outcome& why) {
-  std::string output = options.isJson ? jsonObject(jsonMembers(CreateResult()), why) : "";
+  std::string output = options.isJson ? jsonOf(CreateResult(), why) : "";
   return finish(Output::of(options.isJson, std::move(output)), why, {});
 }
 
@@ -67,8 +74,7 @@ int runCreate(CommandOptions& options) {
   audit.note(result);
   Outcome outcome = result.outcome;
   audit.conclude(outcome, result.remarks);
-  std::string output =
-      options.isJson ? jsonObject(jsonMembers(result), outcome) : plainText(result);
+  std::string output = options.isJson ? jsonOf(result, outcome) : plainText(result);
   return finish(Output::of(options.isJson, std::move(output)), outcome, result.remarks);
 }
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <utility>
@@ -8,7 +9,6 @@
 #include "commands.h"
 #include "disc_progress_scope.h"
 #include "interrupt_guard.h"
-#include "json_output.h"
 #include "media_job.h"
 #include "medium_questions.h"
 #include "recording/disc_recorders.h"
@@ -51,24 +51,25 @@ Outcome outcomeOf(const platform::DiscResult& result) {
 
 // Of a command that has nothing to tell but how it ended.
 int finishBare(const Options& options, const Outcome& outcome) {
-  return finish(Output::asItIs(options.isJson ? jsonObject("", outcome) : ""), outcome, {});
+  return finish(Output::asItIs(options.isJson ? jsonObject(outcome) : ""), outcome, {});
 }
 
-// Members of an object, the last one without a comma.
-std::string jsonOf(const DiscRecorderStatus& status) {
-  std::string out = jsonMember("name", jsonString(status.name));
-  out += jsonMember("device", jsonString(status.device));
-  out += jsonMember("virtual", jsonBool(status.isVirtual));
-  out += jsonMember("used_by", jsonTextOrNull(status.client));
-  out += jsonMember("problem", jsonTextOrNull(status.problem));
-  out += "\"disc\":";
-  if (!status.hasDisc) return out + "null";
-  out += "{" + jsonMember("media", jsonString(status.media));
-  out += jsonMember("state", jsonString(status.state));
-  out += jsonMember("protected", jsonBool(status.isProtected));
-  out += jsonMember("capacity", std::to_string(status.capacitySectors));
-  out += jsonMember("free", std::to_string(status.freeSectors));
-  return out + "\"image\":" + jsonTextOrNull(status.image) + "}";
+Json jsonOf(const DiscRecorderStatus& status) {
+  Json object;
+  object["name"] = status.name;
+  object["device"] = status.device;
+  object["virtual"] = status.isVirtual;
+  object["used_by"] = textOrNull(status.client);
+  object["problem"] = textOrNull(status.problem);
+  Json& disc = object["disc"];
+  if (!status.hasDisc) return object;
+  disc["media"] = status.media;
+  disc["state"] = status.state;
+  disc["protected"] = status.isProtected;
+  disc["capacity"] = status.capacitySectors;
+  disc["free"] = status.freeSectors;
+  disc["image"] = textOrNull(status.image);
+  return object;
 }
 
 std::string textOf(const DiscRecorderStatus& status) {
@@ -88,20 +89,19 @@ std::string textOf(const DiscRecorderStatus& status) {
 int runList(const Options& options) {
   std::vector<DiscRecorderStatus> recorders;
   const Outcome outcome = outcomeOf(platform::listDiscRecorders(recorders));
+  if (options.isJson) {
+    Json object;
+    Json& all = object["recorders"] = Json::array();
+    for (const DiscRecorderStatus& status : recorders) all.push_back(jsonOf(status));
+    return finish(Output::asItIs(jsonObject(std::move(object), outcome)), outcome, {});
+  }
   std::string out;
-  const char* separator = "";
   for (const DiscRecorderStatus& status : recorders) {
-    out += separator;
-    out += options.isJson ? "{" + jsonOf(status) + "}" : textOf(status);
-    separator = options.isJson ? "," : "\n";
+    out += (out.empty() ? "" : "\n") + textOf(status);
   }
   std::vector<std::string> remarks;
-  if (options.isJson) {
-    out = jsonObject("\"recorders\":[" + out + "],", outcome);
-  } else if (!outcome.failed() && recorders.empty()) {
-    remarks.push_back(kNoRecorder);
-  }
-  return finish(Output::of(options.isJson, std::move(out)), outcome, remarks);
+  if (!outcome.failed() && recorders.empty()) remarks.emplace_back(kNoRecorder);
+  return finish(Output::forReaders(out), outcome, remarks);
 }
 
 // What the media object says of the disc.
@@ -136,10 +136,11 @@ int runStatus(const Options& options) {
   const Answers answers = askObject(status);
   std::string out;
   if (options.isJson) {
-    out = jsonOf(status) + ",";
-    out += jsonMember("holds_data", answers.holdsData ? jsonBool(*answers.holdsData) : "null");
-    out += jsonMember("recordable", answers.holdsData ? jsonBool(answers.isRecordable) : "null");
-    out = jsonObject(out + jsonMember("reason", jsonTextOrNull(answers.reason)), outcome);
+    Json object = jsonOf(status);
+    object["holds_data"] = answers.holdsData ? Json(*answers.holdsData) : Json();
+    object["recordable"] = answers.holdsData ? Json(answers.isRecordable) : Json();
+    object["reason"] = textOrNull(answers.reason);
+    out = jsonObject(std::move(object), outcome);
   } else {
     out = textOf(status);
     out += "Rewritable disc that holds data: " +
@@ -187,13 +188,14 @@ int runInsert(const Options& options) {
   const Outcome outcome = insertDisc(options, status);
   std::string out;
   if (options.isJson) {
+    Json object;
     if (!outcome.failed()) {
-      out = jsonMember("recorder", jsonString(status.name)) +
-            jsonMember("media", jsonString(status.media)) +
-            jsonMember("state", jsonString(status.state)) +
-            jsonMember("capacity", std::to_string(status.capacitySectors));
+      object["recorder"] = status.name;
+      object["media"] = status.media;
+      object["state"] = status.state;
+      object["capacity"] = status.capacitySectors;
     }
-    out = jsonObject(out, outcome);
+    out = jsonObject(std::move(object), outcome);
   } else if (!outcome.failed()) {
     out = "Inserted into " + status.name + ": " + status.media + ", " + status.state + ", " +
           std::to_string(status.capacitySectors) + " sectors\n";
@@ -208,7 +210,9 @@ int runEject(const Options& options) {
   const Outcome outcome = outcomeOf(platform::ejectDisc(options.recorder, image, hadDisc));
   std::string out;
   if (options.isJson) {
-    out = jsonObject(jsonMember("image", jsonTextOrNull(image)), outcome);
+    Json object;
+    object["image"] = textOrNull(image);
+    out = jsonObject(std::move(object), outcome);
   } else if (!image.empty()) {
     out = "Image:     " + image + "\n";
   } else if (!outcome.failed()) {

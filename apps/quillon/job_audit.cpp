@@ -9,13 +9,13 @@
 #include <cstdint>
 #include <fstream>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <set>
 
 #include "create_job.h"
 #include "dicom/dir_dicom_dir.h"
 #include "dicom/tags.h"
 #include "dicomobjects/decoded_text.h"
-#include "json_output.h"
 #include "keyed_hash.h"
 #include "media_job.h"
 #include "platform/sha256.h"
@@ -61,17 +61,6 @@ std::string hostName() {
   return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
 }
 
-std::string jsonList(const std::vector<std::string>& values) {
-  std::string out = "[";
-  for (const std::string& value : values) out += (out.size() > 1 ? "," : "") + jsonString(value);
-  return out + "]";
-}
-
-std::string mediumJson(const char* kind, const char* member, const std::string& value) {
-  return "{" + jsonMember("kind", jsonString(kind)) + jsonString(member) + ":" + jsonString(value) +
-         "}";
-}
-
 // It would go with the job, or onto a medium with all the patients that it names.
 Outcome checkPlace(const std::string& file, const std::vector<std::string>& taken) {
   const auto around = std::ranges::find_if(taken, [&](const std::string& directory) {
@@ -80,15 +69,6 @@ Outcome checkPlace(const std::string& file, const std::vector<std::string>& take
   if (around == taken.end()) return {};
   return "The audit file " + file + " lies in " + *around +
          ", which is the job's own or goes onto the medium.";
-}
-
-std::string mediumOf(const WriteResult& written) {
-  if (written.target) return mediumJson("directory", "path", *written.target);
-  if (written.imageFile) return mediumJson("iso", "path", *written.imageFile);
-  if (written.zip) return mediumJson("zip", "path", *written.zip);
-  return "{" + jsonMember("kind", jsonString(written.isVirtual ? "virtual disc" : "disc")) +
-         jsonMember("recorder", jsonTextOrNull(written.recorder)) +
-         "\"discs\":" + std::to_string(written.writtenDiscs) + "}";
 }
 
 Outcome readKey(const std::string& path, std::string& key) {
@@ -200,7 +180,7 @@ void JobAudit::note(const CreateResult& created) {
   record_.root = created.root;
   record_.patients = created.patientIds;
   record_.studies = created.studyUids;
-  record_.medium = mediumJson("file set", "path", created.root);
+  record_.medium = {"file set", false, created.root, "", 0};
 }
 
 void JobAudit::note(const WriteResult& written) {
@@ -213,12 +193,31 @@ void JobAudit::note(const WriteResult& written) {
   record_.done = written.isSimulated ? "simulated" : "written";
 }
 
-std::string JobAudit::identities(const std::vector<std::string>& values) const {
-  if (hashKey_.empty()) return jsonList(values);
-  std::vector<std::string> hashes;
-  hashes.reserve(values.size());
-  for (const std::string& value : values) hashes.push_back(keyedHash(hashKey_, value));
-  return jsonList(hashes);
+JobAudit::Medium JobAudit::mediumOf(const WriteResult& written) {
+  if (written.target) return {"directory", false, *written.target, "", 0};
+  if (written.imageFile) return {"iso", false, *written.imageFile, "", 0};
+  if (written.zip) return {"zip", false, *written.zip, "", 0};
+  return {written.isVirtual ? "virtual disc" : "disc", true, "", written.recorder,
+          written.writtenDiscs};
+}
+
+Json JobAudit::jsonOf(const Medium& medium) {
+  if (medium.kind.empty()) return {};
+  Json object;
+  object["kind"] = medium.kind;
+  if (!medium.isDisc) {
+    object["path"] = medium.path;
+    return object;
+  }
+  object["recorder"] = textOrNull(medium.recorder);
+  object["discs"] = medium.discs;
+  return object;
+}
+
+std::vector<std::string> JobAudit::identities(std::vector<std::string> values) const {
+  if (hashKey_.empty()) return values;
+  for (std::string& value : values) value = keyedHash(hashKey_, value);
+  return values;
 }
 
 // Sentences may name a patient or a study.
@@ -246,22 +245,26 @@ std::string JobAudit::lineOf(const char* result, const std::string& error) {
     record = record_;
   }
   const std::string ending = result == nullptr ? record.done : result;
-  std::string line = "{" + jsonMember("time", jsonString(timeText(std::time(nullptr))));
-  line += jsonMember("started", jsonString(timeText(started_)));
-  line += jsonMember("user", jsonString(userName()));
-  line += jsonMember("login", jsonTextOrNull(loginName()));
-  line += jsonMember("host", jsonString(hostName()));
-  line += jsonMember("pid", std::to_string(::getpid()));
-  line += jsonMember("command", jsonString(command_)) + jsonMember("sources", jsonList(sources_));
-  line += jsonMember("hashed", jsonBool(!hashKey_.empty()));
-  line += jsonMember("patients", identities(record.patients));
-  line += jsonMember("studies", identities(record.studies));
-  line += jsonMember("medium", record.medium) + jsonMember("root", jsonTextOrNull(record.root));
-  line += jsonMember("volume", jsonTextOrNull(record.volume));
-  line += jsonMember("sums", jsonTextOrNull(record.sums));
-  line += jsonMember("verified", jsonBool(record.isVerified));
-  line += jsonMember("result", jsonString(ending));
-  return line + "\"error\":" + jsonTextOrNull(withoutIdentities(error, record)) + "}";
+  Json line = emptyObject();
+  line["time"] = timeText(std::time(nullptr));
+  line["started"] = timeText(started_);
+  line["user"] = userName();
+  line["login"] = textOrNull(loginName());
+  line["host"] = hostName();
+  line["pid"] = ::getpid();
+  line["command"] = command_;
+  line["sources"] = sources_;
+  line["hashed"] = !hashKey_.empty();
+  line["patients"] = identities(record.patients);
+  line["studies"] = identities(record.studies);
+  line["medium"] = jsonOf(record.medium);
+  line["root"] = textOrNull(record.root);
+  line["volume"] = textOrNull(record.volume);
+  line["sums"] = textOrNull(record.sums);
+  line["verified"] = record.isVerified;
+  line["result"] = ending;
+  line["error"] = textOrNull(withoutIdentities(error, record));
+  return jsonLine(line);
 }
 
 void JobAudit::conclude(Outcome& outcome, std::vector<std::string>& remarks) {

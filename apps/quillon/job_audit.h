@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "audit_log.h"
+#include "json_output.h"
 #include "outcome.h"
 
 namespace quillon::cli {
@@ -54,10 +55,17 @@ class JobAudit {
   void interrupted();
 
  private:
+  struct Medium {
+    std::string kind;  // empty: none is known yet
+    bool isDisc = false;
+    std::string path;      // of what is no disc
+    std::string recorder;  // of a disc, as the next
+    int discs = 0;
+  };
   struct Record {
     std::vector<std::string> patients;
     std::vector<std::string> studies;
-    std::string medium = "null";  // JSON
+    Medium medium;
     std::string root;
     std::string volume;
     std::string sums;
@@ -65,7 +73,9 @@ class JobAudit {
     bool isVerified = false;
   };
   Outcome openHashes(const AuditOptions& options);
-  [[nodiscard]] std::string identities(const std::vector<std::string>& values) const;
+  [[nodiscard]] static Medium mediumOf(const WriteResult& written);
+  [[nodiscard]] static Json jsonOf(const Medium& medium);
+  [[nodiscard]] std::vector<std::string> identities(std::vector<std::string> values) const;
   [[nodiscard]] std::string withoutIdentities(std::string sentence, const Record& record) const;
   [[nodiscard]] std::string lineOf(const char* result, const std::string& error);
 

@@ -1,7 +1,8 @@
 #include "json_output.h"
 
 #include <cstdint>
-#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <utility>
 
 #include "terminal_text.h"
 
@@ -9,82 +10,72 @@ namespace quillon::cli {
 
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+constexpr std::size_t kMostMembers = 40;
 
-void appendAscii(std::string& out, char c) {
-  switch (c) {
-    case '"':
-      out += "\\\"";
-      return;
-    case '\\':
-      out += "\\\\";
-      return;
-    case '\n':
-      out += "\\n";
-      return;
-    case '\r':
-      out += "\\r";
-      return;
-    case '\t':
-      out += "\\t";
-      return;
-    default:
-      break;
+bool isUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t bytes = utf8SequenceBytes(text);
+    if (bytes == 0) return false;
+    text.remove_prefix(bytes);
   }
-  if (static_cast<std::uint8_t>(c) >= 0x20) {
-    out += c;
-    return;
+  return true;
+}
+
+std::string hexOf(std::string_view bytes) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string hex;
+  hex.reserve(bytes.size() * 2);
+  for (const char c : bytes) {
+    const auto byte = static_cast<std::uint8_t>(c);
+    hex += kDigits[byte >> 4];
+    hex += kDigits[byte & 0xF];
   }
-  char escaped[8];
-  std::snprintf(escaped, sizeof escaped, "\\u%04x", static_cast<unsigned>(c));
-  out += escaped;
+  return hex;
 }
 
 }  // namespace
 
-std::string jsonString(std::string_view text) {
-  std::string out = "\"";
-  while (!text.empty()) {
-    const std::size_t bytes = utf8SequenceBytes(text);
-    if (bytes == 0) {
-      out += kReplacement;
-    } else if (bytes == 1) {
-      appendAscii(out, text.front());
-    } else {
-      out += text.substr(0, bytes);
-    }
-    text.remove_prefix(bytes == 0 ? 1 : bytes);
-  }
-  return out + "\"";
+Json emptyObject() {
+  Json object = Json::object();
+  object.get_ref<Json::object_t&>().reserve(kMostMembers);
+  return object;
 }
 
-std::string jsonTextOrNull(std::string_view text) {
-  return text.empty() ? "null" : jsonString(text);
+Json textOrNull(std::string_view text) { return text.empty() ? Json() : Json(text); }
+
+void addPath(Json& object, std::string_view path) {
+  object["path"] = textOrNull(path);
+  if (!isUtf8(path)) object["path_hex"] = hexOf(path);
 }
 
-std::string jsonBool(bool value) { return value ? "true" : "false"; }
-
-std::string jsonPathMembers(std::string_view path) {
-  std::string members = jsonMember("path", jsonTextOrNull(path));
-  std::string hex;
-  bool isUtf8 = true;
-  for (std::string_view rest = path; isUtf8 && !rest.empty();) {
-    const std::size_t bytes = utf8SequenceBytes(rest);
-    isUtf8 = bytes != 0;
-    rest.remove_prefix(bytes);
-  }
-  if (isUtf8) return members;
-  for (const char c : path) {
-    char digits[3];
-    std::snprintf(digits, sizeof digits, "%02x",
-                  static_cast<unsigned>(static_cast<std::uint8_t>(c)));
-    hex += digits;
-  }
-  return members + jsonMember("path_hex", jsonString(hex));
+void addError(Json& object, const Outcome& outcome) {
+  object["error"] = outcome.failed() ? Json(outcome.text()) : Json();
 }
 
-std::string jsonMember(const char* name, const std::string& json) {
-  return "\"" + std::string(name) + "\":" + json + ",";
+std::string jsonLine(const Json& json) {
+  return json.dump(-1, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace);
+}
+
+std::string jsonObject(Json object, const Outcome& outcome) {
+  addError(object, outcome);
+  return jsonLine(object) + "\n";
+}
+
+std::string jsonObject(const Outcome& outcome) { return jsonObject(emptyObject(), outcome); }
+
+std::string JsonList::begin() {
+  if (std::exchange(hasBegun_, true)) return {};
+  return "{" + jsonLine(name_) + ":[";
+}
+
+std::string JsonList::add(const Json& element) {
+  return (hasBegun_ ? "," : begin()) + jsonLine(element);
+}
+
+std::string JsonList::end(Json members, const Outcome& outcome) {
+  std::string rest = jsonObject(std::move(members), outcome);
+  rest.front() = ',';  // in the place of its brace
+  return begin() + "]" + rest;
 }
 
 }  // namespace quillon::cli

@@ -1,11 +1,12 @@
 #include <algorithm>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "chosen_medium.h"
 #include "commands.h"
 #include "figures.h"
-#include "json_output.h"
 #include "media_job.h"
 #include "medium/medium_contents.h"
 #include "progress_bar.h"
@@ -89,56 +90,51 @@ std::string tableOf(const MediumContents& contents) {
   return out + "\n";
 }
 
-// The elements of a list, each by write.
-template <typename List, typename Write>
-std::string jsonList(const List& list, const Write& write) {
-  std::string out = "[";
-  const char* separator = "";
-  for (const auto& one : list) {
-    out += separator + write(one);
-    separator = ",";
-  }
-  return out + "]";
+Json jsonOf(const SeriesContents& series) {
+  Json object;
+  object["uid"] = narrow(series.uid);
+  object["modality"] = narrow(series.modality);
+  object["number"] = narrow(series.number);
+  object["description"] = narrow(series.description);
+  object["objects"] = series.objects;
+  object["bytes"] = series.bytes;
+  return object;
 }
 
-std::string jsonText(TextView text) { return jsonString(narrow(text)); }
-
-std::string jsonOf(const SeriesContents& series) {
-  return "{" + jsonMember("uid", jsonText(series.uid)) +
-         jsonMember("modality", jsonText(series.modality)) +
-         jsonMember("number", jsonText(series.number)) +
-         jsonMember("description", jsonText(series.description)) +
-         jsonMember("objects", std::to_string(series.objects)) +
-         "\"bytes\":" + std::to_string(series.bytes) + "}";
+Json jsonOf(const StudyContents& study) {
+  Json object;
+  object["uid"] = narrow(study.uid);
+  object["date"] = narrow(study.date);
+  object["id"] = narrow(study.id);
+  object["accession_number"] = narrow(study.accessionNumber);
+  object["description"] = narrow(study.description);
+  Json& all = object["series"] = Json::array();
+  for (const SeriesContents& series : study.series) all.push_back(jsonOf(series));
+  return object;
 }
 
-std::string jsonOf(const StudyContents& study) {
-  return "{" + jsonMember("uid", jsonText(study.uid)) + jsonMember("date", jsonText(study.date)) +
-         jsonMember("id", jsonText(study.id)) +
-         jsonMember("accession_number", jsonText(study.accessionNumber)) +
-         jsonMember("description", jsonText(study.description)) + "\"series\":" +
-         jsonList(study.series, [](const SeriesContents& one) { return jsonOf(one); }) + "}";
+Json jsonOf(const PatientContents& patient) {
+  Json object;
+  object["name"] = narrow(patient.name);
+  object["id"] = narrow(patient.id);
+  object["birth_date"] = narrow(patient.birthDate);
+  object["sex"] = narrow(patient.sex);
+  Json& studies = object["studies"] = Json::array();
+  for (const StudyContents& study : patient.studies) studies.push_back(jsonOf(study));
+  return object;
 }
 
-std::string jsonOf(const PatientContents& patient) {
-  return "{" + jsonMember("name", jsonText(patient.name)) + jsonMember("id", jsonText(patient.id)) +
-         jsonMember("birth_date", jsonText(patient.birthDate)) +
-         jsonMember("sex", jsonText(patient.sex)) + "\"studies\":" +
-         jsonList(patient.studies, [](const StudyContents& one) { return jsonOf(one); }) + "}";
-}
-
-std::string jsonMembersOf(const MediumContents& contents) {
-  return jsonMember("patients",
-                    jsonList(contents.patients, [](const auto& one) { return jsonOf(one); })) +
-         jsonMember("studies", std::to_string(contents.studies)) +
-         jsonMember("series", std::to_string(contents.series)) +
-         jsonMember("objects", std::to_string(contents.objects)) +
-         jsonMember("bytes", std::to_string(contents.bytes)) +
-         jsonMember("without_study", std::to_string(contents.withoutStudy)) +
-         jsonMember("unreadable",
-                    jsonList(contents.unreadable,
-                             [](const Text& one) { return jsonString(mediumPath(one)); })) +
-         jsonMember("other_files", std::to_string(contents.otherFiles));
+void addMembers(Json& object, const MediumContents& contents) {
+  Json& patients = object["patients"] = Json::array();
+  for (const PatientContents& patient : contents.patients) patients.push_back(jsonOf(patient));
+  object["studies"] = contents.studies;
+  object["series"] = contents.series;
+  object["objects"] = contents.objects;
+  object["bytes"] = contents.bytes;
+  object["without_study"] = contents.withoutStudy;
+  Json& unreadable = object["unreadable"] = Json::array();
+  for (const Text& path : contents.unreadable) unreadable.push_back(mediumPath(path));
+  object["other_files"] = contents.otherFiles;
 }
 
 std::vector<std::string> remarksOn(const MediumContents& contents) {
@@ -155,10 +151,9 @@ std::vector<std::string> remarksOn(const MediumContents& contents) {
 }
 
 int runList(const ReadingOptions& options) {
-  if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
   MediumContents contents;
   CBaseItem errors;
-  Outcome outcome;
+  Outcome outcome = sendToolkitLog(options.logFile);
   ChosenMedium medium;
   ProgressBar progress(options.showsProgress);
   bool hasBegun = false;
@@ -168,14 +163,17 @@ int runList(const ReadingOptions& options) {
     progress.advance(done);
   };
   const std::string path = options.medium.isDisc ? "" : absolutePath(options.medium.path);
-  outcome = medium.open(options.medium, wide(path));
+  if (!outcome.failed()) outcome = medium.open(options.medium, wide(path));
   if (!outcome.failed() && !ListContents(medium.source(), advance, contents, errors)) {
     outcome = narrow(errors.ErrorMessage());
   }
   progress.clear();
   std::string output;
   if (options.isJson) {
-    output = jsonObject(medium.jsonMembers(options.medium) + jsonMembersOf(contents), outcome);
+    Json object = emptyObject();
+    medium.addMembers(object, options.medium);
+    addMembers(object, contents);
+    output = jsonObject(std::move(object), outcome);
   } else if (!outcome.failed()) {
     output = tableOf(contents);
   }

@@ -1,9 +1,9 @@
 #include "profile_options.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "command_tree.h"
-#include "json_output.h"
 #include "nearest_name.h"
 #include "record_remarks.h"
 
@@ -114,26 +114,22 @@ std::string plainText(const ProfileResult& result) {
   return "Profiles:  " + (names.empty() ? "none is met" : names) + "\n";
 }
 
-std::string jsonMembers(const ProfileResult& result) {
-  if (result.name.empty()) return {};
-  std::string json = "\"profile\":{" + jsonMember("name", jsonString(result.name));
-  const char* separator = "";
+void addMembers(Json& object, const ProfileResult& result) {
+  if (result.name.empty()) return;
+  Json& profile = object["profile"];
+  profile["name"] = result.name;
   if (result.name == kAuto) {
-    json += "\"met\":[";
-    for (const std::string& name : result.met) {
-      json += separator + jsonString(name);
-      separator = ",";
-    }
-    return json + "]},";
+    profile["met"] = result.met;
+    return;
   }
-  json += jsonMember("violations", std::to_string(result.count)) + "\"found\":[";
+  profile["violations"] = result.count;
+  Json& found = profile["found"] = Json::array();
   for (const ProfileFault& fault : result.faults) {
-    json += separator;
-    json += "{" + jsonPathMembers(fault.path) + jsonMember("rule", jsonString(fault.rule)) +
-            "\"value\":" + jsonString(fault.found) + "}";
-    separator = ",";
+    Json& one = found.emplace_back();
+    addPath(one, fault.path);
+    one["rule"] = fault.rule;
+    one["value"] = fault.found;
   }
-  return json + "]},";
 }
 
 }  // namespace quillon::cli

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "json_output.h"
 #include "profiles/profile.h"
 
 namespace quillon::cli {
@@ -41,7 +42,7 @@ void addProfileOption(CLI::App& command, ProfileChoice& choice, bool hasAuto);
 std::vector<std::string> remarksOn(const ProfileResult& result);
 // "" or "Profiles:  STD-GEN-CD, ..." as lines.
 std::string plainText(const ProfileResult& result);
-// The member "profile" of a JSON object, with a comma behind it; nothing when none was asked for.
-std::string jsonMembers(const ProfileResult& result);
+// Adds the member "profile" to a JSON object; nothing when none was asked for.
+void addMembers(Json& object, const ProfileResult& result);
 
 }  // namespace quillon::cli

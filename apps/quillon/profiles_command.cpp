@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 
 #include "commands.h"
 #include "json_output.h"
@@ -36,16 +38,15 @@ std::string tableOfProfiles() {
 }
 
 std::string jsonOfProfiles() {
-  std::string json = "\"profiles\":[";
-  const char* separator = "";
+  Json object;
+  Json& profiles = object["profiles"] = Json::array();
   for (const Profile& profile : AllProfiles()) {
-    json += separator;
-    json += "{" + jsonMember("name", jsonString(profile.name)) +
-            jsonMember("media", jsonString(MediaText(profile))) +
-            "\"purpose\":" + jsonString(profile.purpose) + "}";
-    separator = ",";
+    Json& one = profiles.emplace_back();
+    one["name"] = profile.name;
+    one["media"] = MediaText(profile);
+    one["purpose"] = profile.purpose;
   }
-  return json + "],";
+  return jsonObject(std::move(object), {});
 }
 
 }  // namespace
@@ -57,7 +58,7 @@ void addProfilesCommand(CLI::App& program, int& exitStatus) {
   addJsonOption(*command, *isJson);
   command->footer(kFooter);
   command->callback([isJson, &exitStatus] {
-    std::string output = *isJson ? jsonObject(jsonOfProfiles(), {}) : tableOfProfiles();
+    std::string output = *isJson ? jsonOfProfiles() : tableOfProfiles();
     exitStatus = finish(Output::of(*isJson, std::move(output)), {}, {});
   });
 }

@@ -1,5 +1,6 @@
 #include <functional>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "commands.h"
@@ -42,6 +43,20 @@ struct CommandOptions {
   std::string logFile;
 };
 
+std::string jsonOf(const CreateResult& created, const WriteResult& written,
+                   const Outcome& outcome) {
+  Json object = emptyObject();
+  addMembers(object, created);
+  addMembers(object, written);
+  return jsonObject(std::move(object), outcome);
+}
+
+std::string jsonOf(const SpanResult& result) {
+  Json object = emptyObject();
+  addMembers(object, result);
+  return jsonObject(std::move(object), result.outcome);
+}
+
 int publishOnOne(CommandOptions& options, std::vector<std::string> remarks,
                  std::function<void()> keepRoot, JobAudit& audit, WriteResult& written) {
   Published published;
@@ -56,12 +71,8 @@ int publishOnOne(CommandOptions& options, std::vector<std::string> remarks,
   written = published.written;
   if (options.hasExampleRoot) created.root.clear();
   const Outcome& outcome = published.outcome;
-  std::string output = options.isJson ? jsonMembers(created) : plainText(created);
-  if (options.isJson) {
-    output = jsonObject(output + jsonMembers(written), outcome);
-  } else if (!created.outcome.failed()) {
-    output += plainText(written);
-  }
+  std::string output = options.isJson ? jsonOf(created, written, outcome) : plainText(created);
+  if (!options.isJson && !created.outcome.failed()) output += plainText(written);
   remarks.insert(remarks.end(), created.remarks.begin(), created.remarks.end());
   remarks.insert(remarks.end(), written.remarks.begin(), written.remarks.end());
   return finish(Output::of(options.isJson, std::move(output)), outcome, remarks);
@@ -83,17 +94,14 @@ int publishOnSeveral(CommandOptions& options, std::vector<std::string> remarks,
   }
   audit.conclude(result.outcome, result.remarks);
   isKept = !result.media.empty() && result.media.back().published.written.isKept;
-  std::string output =
-      options.isJson ? jsonObject(jsonMembers(result), result.outcome) : plainText(result);
+  std::string output = options.isJson ? jsonOf(result) : plainText(result);
   remarks.insert(remarks.end(), result.remarks.begin(), result.remarks.end());
   return finish(Output::of(options.isJson, std::move(output)), result.outcome, remarks);
 }
 
 // Before anything of the job.
 int refuse(const CommandOptions& options, const Outcome& why) {
-  std::string output =
-      options.isJson ? jsonObject(jsonMembers(CreateResult()) + jsonMembers(WriteResult()), why)
-                     : "";
+  std::string output = options.isJson ? jsonOf(CreateResult(), WriteResult(), why) : "";
   return finish(Output::of(options.isJson, std::move(output)), why, {});
 }
 
@@ -102,7 +110,7 @@ int runPublish(CommandOptions& options) {
   options.listed = takeListedSources(options.create.selection, options.create.sources);
   if (options.write.isStreaming()) {
     if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {
-      return finish({}, reserved, {});
+      return refuse(options, reserved);
     }
   }
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed())

@@ -4,12 +4,13 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "commands.h"
 #include "foundation/text.h"
-#include "json_output.h"
 #include "platform/services.h"
 #include "result_output.h"
 
@@ -92,9 +93,10 @@ void addCommand(CLI::App& program, const Verb& verb, int& exitStatus) {
   command->callback([&verb, options, &exitStatus] {
     fs::path library;
     const Outcome outcome = runExport(verb, options->library, library);
-    const std::string json = jsonMember("library", jsonTextOrNull(library.string()));
-    exitStatus =
-        finish(Output::asItIs(options->isJson ? jsonObject(json, outcome) : ""), outcome, {});
+    Json object;
+    object["library"] = textOrNull(library.string());
+    exitStatus = finish(
+        Output::asItIs(options->isJson ? jsonObject(std::move(object), outcome) : ""), outcome, {});
   });
 }
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
 #include "disc_kinds.h"
-#include "json_output.h"
 #include "terminal_text.h"
 
 namespace quillon::cli {
@@ -36,27 +36,22 @@ std::string fitsText(std::uint64_t sectors) {
 }
 
 // 0 sectors when it failed before they were known.
-std::string dryRunMembers(std::uint64_t sectors) {
-  std::string kinds;
-  if (sectors > 0) {
-    for (const std::string_view kind : kindsThatHold(sectors)) {
-      kinds += (kinds.empty() ? "" : ",") + jsonString(kind);
-    }
-  }
-  return "\"dry_run\":true," + jsonMember("disc_sectors", std::to_string(sectors)) + "\"fits\":[" +
-         kinds + "],";
+void addDryRun(Json& object, std::uint64_t sectors) {
+  object["dry_run"] = true;
+  object["disc_sectors"] = sectors;
+  Json& kinds = object["fits"] = Json::array();
+  if (sectors == 0) return;
+  for (const std::string_view kind : kindsThatHold(sectors)) kinds.push_back(kind);
 }
 
 // Of each file by its name; none where no sums were made.
-std::string sumsMember(const std::vector<FileSum>& sums) {
-  if (sums.empty()) return {};
-  std::string out = "\"sums\":{";
-  const char* separator = "";
-  for (const FileSum& one : sums) {
-    out += separator + jsonString(one.name) + ":" + jsonString(one.sha256);
-    separator = ",";
-  }
-  return out + "},";
+void addSums(Json& object, const std::vector<FileSum>& sums) {
+  if (sums.empty()) return;
+  // Names are different: to look for each among those before it would take its time in a large set.
+  Json::object_t byName;
+  byName.reserve(sums.size());
+  for (const FileSum& one : sums) byName.Container::emplace_back(one.name, one.sha256);
+  object["sums"] = std::move(byName);
 }
 
 std::string fileText(const char* kind, const std::string& path) {
@@ -141,61 +136,53 @@ std::string plainText(const WriteResult& result) {
   return out;
 }
 
-std::string jsonMembers(const CreateResult& result) {
-  const auto number = [](auto value) { return std::to_string(value); };
-  std::string out = jsonMember("root", jsonTextOrNull(result.root));
-  out += jsonMember("patients", number(result.patients));
-  out += jsonMember("studies", number(result.studies));
-  out += jsonMember("series", number(result.series));
-  out += jsonMember("objects", number(result.objects));
-  out += jsonMember("bytes", number(result.bytes));
-  out += jsonMember("label", jsonString(result.label));
-  out += "\"passed_over\":[";
-  const char* separator = "";
+void addMembers(Json& object, const CreateResult& result) {
+  object["root"] = textOrNull(result.root);
+  object["patients"] = result.patients;
+  object["studies"] = result.studies;
+  object["series"] = result.series;
+  object["objects"] = result.objects;
+  object["bytes"] = result.bytes;
+  object["label"] = result.label;
+  Json& passedOver = object["passed_over"] = Json::array();
   for (const PassedOver& one : result.passedOver) {
-    out += separator;
-    out += "{" + jsonPathMembers(one.path) + "\"reason\":" + jsonString(one.reason) + "}";
-    separator = ",";
+    Json& file = passedOver.emplace_back();
+    addPath(file, one.path);
+    file["reason"] = one.reason;
   }
-  out += "],";
-  out += jsonMember("left_out", number(result.notSelected));
-  out += "\"incomplete\":[";
-  separator = "";
+  object["left_out"] = result.notSelected;
+  Json& incomplete = object["incomplete"] = Json::array();
   for (const IncompleteKey& one : result.incomplete) {
-    out += separator;
-    out += "{" + jsonPathMembers(one.path) + jsonMember("key", jsonString(keyName(one.tag))) +
-           "\"made_up\":" + jsonBool(one.isMadeUp) + "}";
-    separator = ",";
+    Json& key = incomplete.emplace_back();
+    addPath(key, one.path);
+    key["key"] = keyName(one.tag);
+    key["made_up"] = one.isMadeUp;
   }
-  out += "],";
-  out += jsonMembers(result.profile);
-  return result.isDryRun ? out + dryRunMembers(result.discSectors) : out;
+  addMembers(object, result.profile);
+  if (result.isDryRun) addDryRun(object, result.discSectors);
 }
 
-std::string jsonMembers(const FoundSet& found) {
-  return jsonMember("files", std::to_string(found.files)) +
-         jsonMember("bytes", std::to_string(found.bytes)) +
-         jsonMember("label", jsonString(found.label)) + dryRunMembers(found.discSectors);
+void addMembers(Json& object, const FoundSet& found) {
+  object["files"] = found.files;
+  object["bytes"] = found.bytes;
+  object["label"] = found.label;
+  addDryRun(object, found.discSectors);
 }
 
-std::string jsonMembers(const WriteResult& result) {
-  return (result.found ? jsonMembers(*result.found) : "") +
-         jsonMember("to", result.target ? jsonString(*result.target) : std::string("null")) +
-         (result.imageFile ? jsonMember("iso", jsonString(*result.imageFile)) : "") +
-         (result.zip ? jsonMember("zip", jsonString(*result.zip)) : "") +
-         jsonMember("recorder", jsonTextOrNull(result.recorder)) +
-         jsonMember("image", jsonTextOrNull(result.image)) +
-         jsonMember("volume", jsonString(result.volume)) +
-         jsonMember("simulated", jsonBool(result.isSimulated)) +
-         jsonMember("written", jsonBool(result.isWritten)) +
-         (result.discs > 1 ? jsonMember("discs", std::to_string(result.writtenDiscs)) : "") +
-         jsonMember("verified", jsonBool(result.verifiedFiles.has_value())) +
-         jsonMember("kept", jsonBool(result.isKept)) + sumsMember(result.sums);
-}
-
-std::string jsonObject(const std::string& members, const Outcome& outcome) {
-  return "{" + members + "\"error\":" + (outcome.failed() ? jsonString(outcome.text()) : "null") +
-         "}\n";
+void addMembers(Json& object, const WriteResult& result) {
+  if (result.found) addMembers(object, *result.found);
+  object["to"] = result.target ? Json(*result.target) : Json();
+  if (result.imageFile) object["iso"] = *result.imageFile;
+  if (result.zip) object["zip"] = *result.zip;
+  object["recorder"] = textOrNull(result.recorder);
+  object["image"] = textOrNull(result.image);
+  object["volume"] = result.volume;
+  object["simulated"] = result.isSimulated;
+  object["written"] = result.isWritten;
+  if (result.discs > 1) object["discs"] = result.writtenDiscs;
+  object["verified"] = result.verifiedFiles.has_value();
+  object["kept"] = result.isKept;
+  addSums(object, result.sums);
 }
 
 void print(const Output& output) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "create_job.h"
+#include "json_output.h"
 #include "write_job.h"
 
 namespace quillon::cli {
@@ -36,13 +37,11 @@ std::string plainText(const CreateResult& result);
 std::string passedOverText(const CreateResult& result);
 std::string plainText(const WriteResult& result);
 
-// Members of a JSON object, each with a comma behind it.
-std::string jsonMembers(const CreateResult& result);
-std::string jsonMembers(const FoundSet& found);
+// Add their members to a JSON object.
+void addMembers(Json& object, const CreateResult& result);
+void addMembers(Json& object, const FoundSet& found);
 // Without the root, which a creation has named already.
-std::string jsonMembers(const WriteResult& result);
-// The members and the error of the outcome, as a line.
-std::string jsonObject(const std::string& members, const Outcome& outcome);
+void addMembers(Json& object, const WriteResult& result);
 
 // A line end in a name must not begin a line of its own.
 std::string singleLine(std::string text);

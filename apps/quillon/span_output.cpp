@@ -1,7 +1,8 @@
 #include "span_output.h"
 
+#include <nlohmann/json.hpp>
+
 #include "figures.h"
-#include "json_output.h"
 #include "result_output.h"
 
 namespace quillon::cli {
@@ -41,28 +42,23 @@ std::string plainText(const SpanResult& result) {
   return out;
 }
 
-std::string jsonMembers(const SpanResult& result) {
-  std::string out = jsonMembers(result.planned) + "\"plan\":[";
-  const char* separator = "";
+void addMembers(Json& object, const SpanResult& result) {
+  addMembers(object, result.planned);
+  Json& plan = object["plan"] = Json::array();
   for (const SpanMediumPlan& medium : result.plan) {
-    out += separator;
-    out += "{" + jsonMember("studies", std::to_string(medium.studies)) +
-           jsonMember("objects", std::to_string(medium.files.size())) +
-           "\"bytes\":" + std::to_string(medium.bytes) + "}";
-    separator = ",";
+    Json& one = plan.emplace_back();
+    one["studies"] = medium.studies;
+    one["objects"] = medium.files.size();
+    one["bytes"] = medium.bytes;
   }
-  out += "],\"media\":[";
-  separator = "";
+  Json& media = object["media"] = Json::array();
   for (const SpannedMedium& medium : result.media) {
-    std::string one = jsonObject(jsonMember("number", std::to_string(medium.number)) +
-                                     jsonMembers(medium.published.created) +
-                                     jsonMembers(medium.published.written),
-                                 medium.published.outcome);
-    one.pop_back();  // the line end
-    out += separator + one;
-    separator = ",";
+    Json& one = media.emplace_back(emptyObject());
+    one["number"] = medium.number;
+    addMembers(one, medium.published.created);
+    addMembers(one, medium.published.written);
+    addError(one, medium.published.outcome);
   }
-  return out + "],";
 }
 
 }  // namespace quillon::cli

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "json_output.h"
 #include "span_job.h"
 
 namespace quillon::cli {
@@ -11,7 +12,7 @@ namespace quillon::cli {
 std::string planTextOf(const SpanResult& planned);
 // The media that were made.
 std::string plainText(const SpanResult& result);
-// Members of a JSON object, each with a comma behind it.
-std::string jsonMembers(const SpanResult& result);
+// Adds its members to a JSON object.
+void addMembers(Json& object, const SpanResult& result);
 
 }  // namespace quillon::cli

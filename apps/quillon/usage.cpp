@@ -138,7 +138,7 @@ int finishWithoutCommand(const CLI::App& program, const CLI::ParseError& error,
   const Outcome outcome = complaintOn(of, program, error);
   const Arguments options = beforePaths(arguments);
   const bool isJson = std::ranges::count(options, "--json") != 0;
-  static_cast<void>(finish(Output::asItIs(isJson ? jsonObject("", outcome) : ""), outcome, {}));
+  static_cast<void>(finish(Output::asItIs(isJson ? jsonObject(outcome) : ""), outcome, {}));
   std::fputs(("Run " + of.name + " --help for more information.\n").c_str(), stderr);
   return kExitUsage;
 }

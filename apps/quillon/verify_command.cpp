@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,7 +14,6 @@
 #include "commands.h"
 #include "figures.h"
 #include "foundation/text.h"
-#include "json_output.h"
 #include "outcome.h"
 #include "platform/services.h"
 #include "profile_options.h"
@@ -81,30 +81,28 @@ std::string plainText(const VerifyReport& report) {
   return text + ": " + verdictText(report) + ".\n";
 }
 
-std::string jsonMembers(const VerifyReport& report) {
-  const auto number = [](const char* name, std::uint64_t value) {
-    return jsonMember(name, std::to_string(value));
-  };
-  std::string json = jsonMember("whole", jsonBool(report.IsWhole())) +
-                     number("patients", report.patients) + number("studies", report.studies) +
-                     number("series", report.series) + number("records", report.records) +
-                     number("files", report.files) + number("bytes", report.bytes) +
-                     number("sums", report.checkedSums) +
-                     number("errors", report.Count(Severity::Error)) +
-                     number("warnings", report.Count(Severity::Warning)) +
-                     number("notes", report.Count(Severity::Note)) +
-                     number("left_out", report.leftOut) + "\"findings\":[";
-  const char* separator = "";
+void addMembers(Json& object, const VerifyReport& report) {
+  object["whole"] = report.IsWhole();
+  object["patients"] = report.patients;
+  object["studies"] = report.studies;
+  object["series"] = report.series;
+  object["records"] = report.records;
+  object["files"] = report.files;
+  object["bytes"] = report.bytes;
+  object["sums"] = report.checkedSums;
+  object["errors"] = report.Count(Severity::Error);
+  object["warnings"] = report.Count(Severity::Warning);
+  object["notes"] = report.Count(Severity::Note);
+  object["left_out"] = report.leftOut;
+  Json& findings = object["findings"] = Json::array();
   for (const Finding& finding : report.findings) {
-    json += separator;
-    json += "{" + jsonMember("severity", jsonString(severityText(finding.severity))) +
-            jsonMember("code", jsonString(finding.code)) +
-            jsonMember("file", jsonTextOrNull(narrow(finding.file))) +
-            jsonMember("record", jsonTextOrNull(narrow(finding.record))) +
-            "\"message\":" + jsonString(narrow(finding.message)) + "}";
-    separator = ",";
+    Json& one = findings.emplace_back();
+    one["severity"] = severityText(finding.severity);
+    one["code"] = finding.code;
+    one["file"] = textOrNull(narrow(finding.file));
+    one["record"] = textOrNull(narrow(finding.record));
+    one["message"] = narrow(finding.message);
   }
-  return json + "],";
 }
 
 // Of a DICOMDIR, as which a mounted one may be called "dicomdir", the directory that it stands in.
@@ -151,7 +149,10 @@ int runVerify(const CommandOptions& options) {
   const Outcome outcome = verify(options, medium, report);
   std::string output;
   if (options.isJson) {
-    output = jsonObject(medium.jsonMembers(options.medium) + jsonMembers(report), outcome);
+    Json object = emptyObject();
+    medium.addMembers(object, options.medium);
+    addMembers(object, report);
+    output = jsonObject(std::move(object), outcome);
   } else if (!outcome.failed()) {
     output = plainText(report);
   }

@@ -1,9 +1,10 @@
 #include <filesystem>
 #include <memory>
+#include <nlohmann/json.hpp>
+#include <utility>
 #include <vector>
 
 #include "commands.h"
-#include "json_output.h"
 #include "media_job.h"
 #include "private_root.h"
 #include "result_output.h"
@@ -81,10 +82,10 @@ int runWipe(const CommandOptions& options) {
   const Outcome outcome = wipe(options, root, remarks, removed);
   std::string output;
   if (options.isJson) {
-    std::string paths;
-    for (const std::string& path : removed) paths += (paths.empty() ? "" : ",") + jsonString(path);
-    output = jsonObject(
-        jsonMember("root", jsonString(root)) + jsonMember("removed", "[" + paths + "]"), outcome);
+    Json object;
+    object["root"] = textOrNull(root);
+    object["removed"] = removed;
+    output = jsonObject(std::move(object), outcome);
   } else {
     for (const std::string& path : removed) output += "Removed:   " + path + "\n";
     if (!outcome.failed() && removed.empty() && remarks.empty())

@@ -2,11 +2,12 @@
 #include <cctype>
 #include <filesystem>
 #include <memory>
+#include <nlohmann/json.hpp>
+#include <utility>
 
 #include "commands.h"
 #include "create_job.h"
 #include "job_audit.h"
-#include "json_output.h"
 #include "media_job.h"
 #include "result_output.h"
 #include "settings.h"
@@ -45,10 +46,16 @@ struct CommandOptions {
   bool isJson = false;
 };
 
+std::string jsonOf(const WriteResult& result, const Outcome& outcome) {
+  Json object = emptyObject();
+  object["root"] = textOrNull(result.root);
+  addMembers(object, result);
+  return jsonObject(std::move(object), outcome);
+}
+
 // Before anything of the job.
 int refuse(const CommandOptions& options, const Outcome& why) {
-  std::string output =
-      options.isJson ? jsonObject("\"root\":null," + jsonMembers(WriteResult()), why) : "";
+  std::string output = options.isJson ? jsonOf(WriteResult(), why) : "";
   return finish(Output::of(options.isJson, std::move(output)), why, {});
 }
 
@@ -56,7 +63,7 @@ int runWrite(CommandOptions& options) {
   if (const Outcome registry = checkRegistry(); registry.failed()) return refuse(options, registry);
   if (options.job.isStreaming()) {
     if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {
-      return finish({}, reserved, {});
+      return refuse(options, reserved);
     }
   }
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed())
@@ -76,10 +83,7 @@ int runWrite(CommandOptions& options) {
   audit.note(result);
   Outcome outcome = result.outcome;
   audit.conclude(outcome, result.remarks);
-  std::string output =
-      options.isJson
-          ? jsonObject("\"root\":" + jsonString(result.root) + "," + jsonMembers(result), outcome)
-          : plainText(result);
+  std::string output = options.isJson ? jsonOf(result, outcome) : plainText(result);
   return finish(Output::of(options.isJson, std::move(output)), outcome, result.remarks);
 }
 
