@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -48,6 +49,7 @@ struct HeaderOptions {
   bool isXml = false;
   std::string characterSet;
   std::string logFile;
+  bool isJson = false;
 };
 
 // A file by a name that the media object takes: paths of more than 260 characters it refuses.
@@ -119,12 +121,11 @@ std::string withReason(std::string sentence, const std::string& path) {
 class Headers {
  public:
   explicit Headers(const HeaderOptions& options)
-      : isForReaders_(!options.isXml && options.stylesheet == kForReaders),
-        location_(options.stylesheet == kForPages ? shippedStylesheet(kForPages)
+      : location_(options.stylesheet == kForPages ? shippedStylesheet(kForPages)
                                                   : options.stylesheet) {
     // These two are made without the XML library, which takes longer than all else together.
     if (options.isXml) form_ = HeaderForm::Xml;
-    if (isForReaders_) form_ = HeaderForm::Columns;
+    if (areForReaders(options)) form_ = HeaderForm::Columns;
     job_.setCharacterSet(options.characterSet);
   }
 
@@ -135,12 +136,12 @@ class Headers {
     if (!loaded.failed()) return {};
     return withReason(file.inWordsOfUser(loaded.text()), path);
   }
-  [[nodiscard]] Output shown(const std::string& text) const {
-    return Output::of(!isForReaders_, text);
+  // In a terminal.
+  static bool areForReaders(const HeaderOptions& options) {
+    return !options.isXml && options.stylesheet == kForReaders;
   }
 
  private:
-  bool isForReaders_;
   std::string location_;  // of the stylesheet, where there is no form
   std::optional<HeaderForm> form_;
   MediaJob job_;
@@ -154,18 +155,60 @@ SourceList filesOf(const HeaderOptions& options) {
   return list;
 }
 
+// Prints what becomes of each file as soon as that is known: those of a directory may be more than
+// the memory holds.
+class HeaderPrinter {
+ public:
+  explicit HeaderPrinter(const HeaderOptions& options)
+      : isJson_(options.isJson), isForReaders_(Headers::areForReaders(options)) {}
+
+  void add(const std::string& path, const std::string& header) {
+    if (isJson_) {
+      addToList(path, header, {});
+      return;
+    }
+    print(Output::of(!isForReaders_, separator_ + ("==> " + path) + " <==\n" + header));
+    separator_ = "\n";
+  }
+  void addFailed(const std::string& path, const Outcome& why) {
+    if (isJson_) addToList(path, Json(), why);
+  }
+  // What is still to be printed.
+  Output end(std::size_t passedOver, const Outcome& outcome) {
+    if (!isJson_) return {};
+    Json members;
+    members["passed_over"] = passedOver;
+    return Output::asItIs(list_.end(std::move(members), outcome));
+  }
+
+ private:
+  void addToList(const std::string& path, Json text, const Outcome& outcome) {
+    Json file;
+    addPath(file, path);
+    file["text"] = std::move(text);
+    addError(file, outcome);
+    print(Output::asItIs(list_.add(file)));
+  }
+
+  bool isJson_;
+  bool isForReaders_;
+  const char* separator_ = "";
+  JsonList list_{"files"};
+};
+
 // One after the other, each under its name. One that fails does not keep the others back.
 int printAll(const HeaderOptions& options) {
   Headers headers(options);
+  HeaderPrinter printer(options);
   const SourceList list = filesOf(options);
   std::vector<std::string> remarks;
   Outcome last;
   for (const SourceProblem& problem : list.problems) {
+    printer.addFailed(problem.path, problem.path + ": " + problem.reason);
     if (problem.endsJob) last = problem.path + ": " + problem.reason;
     remarks.push_back(problem.path + ": " + problem.reason);
   }
   if (last.failed()) remarks.pop_back();
-  const char* separator = "";
   std::size_t passedOver = 0;
   for (const SourceFile& file : list.files) {
     if (!file.isNamed && !isMarkedAsDicom(file.path)) {
@@ -176,26 +219,29 @@ int printAll(const HeaderOptions& options) {
     if (Outcome read = headers.read(file.path, text); read.failed()) {
       if (last.failed()) say(last.text());
       last = std::move(read);
+      printer.addFailed(file.path, last);
       continue;
     }
-    print(headers.shown(separator + ("==> " + file.path) + " <==\n" + text));
-    separator = "\n";
+    printer.add(file.path, text);
   }
   if (passedOver != 0) {
     remarks.push_back(std::to_string(passedOver) +
                       (passedOver == 1 ? " file that is not DICOM was passed over."
                                        : " files that are not DICOM were passed over."));
   }
-  return finish({}, last, remarks);
+  return finish(printer.end(passedOver, last), last, remarks);
 }
 
 int runHeader(const HeaderOptions& options) {
-  if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) return finish({}, log, {});
-  if (options.isRecursive || options.files.size() > 1) return printAll(options);
+  if (const Outcome log = sendToolkitLog(options.logFile); log.failed()) {
+    return finish(HeaderPrinter(options).end(0, log), log, {});
+  }
+  if (options.isRecursive || options.isJson || options.files.size() > 1) return printAll(options);
   Headers headers(options);
   std::string text;
   const Outcome loaded = headers.read(options.files.front(), text);
-  return finish(loaded.failed() ? Output() : headers.shown(text), loaded, {});
+  return finish(loaded.failed() ? Output() : Output::of(!Headers::areForReaders(options), text),
+                loaded, {});
 }
 
 // Empty for terms that are all known: the sentence otherwise.
@@ -236,6 +282,7 @@ void addHeaderCommand(CLI::App& program, int& exitStatus) {
   command->add_flag("--xml", options->isXml, "Print the XML that stylesheets are given")
       ->excludes(stylesheet);
   addCharacterSetOption(*command, options->characterSet);
+  addJsonOption(*command, options->isJson);
   addLogOption(*command, options->logFile);
   command->footer(kFooter);
   command->callback([options, &exitStatus] { exitStatus = runHeader(*options); });

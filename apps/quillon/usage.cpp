@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <sstream>
+#include <utility>
 
 #include "command_tree.h"
+#include "commands.h"
 #include "nearest_name.h"
 #include "result_output.h"
 #include "terminal_text.h"
@@ -17,6 +20,7 @@ namespace {
 
 constexpr int kExitUsage = 2;
 constexpr const char* kHelp = "help";
+constexpr const char* kJson = "--json";
 
 // In their order.
 std::vector<const CLI::App*> commandsOf(const CLI::App& command) {
@@ -63,6 +67,15 @@ Recognised recognised(const CLI::App& program, const Arguments& arguments) {
   return found;
 }
 
+std::string jsonOfHelp(const Recognised& of, std::string text) {
+  Json object;
+  // Without the program's name and the space behind it.
+  object["command"] =
+      textOrNull(of.name.substr(std::min(of.name.find(' '), of.name.size() - 1) + 1));
+  object["help"] = std::move(text);
+  return jsonObject(std::move(object), {});
+}
+
 std::string noSuchOption(const Recognised& of, const std::string& argument) {
   std::vector<std::string> names;
   for (const CLI::Option* option : of.command->get_options()) {
@@ -87,17 +100,25 @@ std::string complaintOn(const Recognised& of, const CLI::App& program,
 }  // namespace
 
 void addHelpCommand(CLI::App& program) {
-  const auto words = std::make_shared<Arguments>();
+  struct Options {
+    Arguments words;
+    bool isJson = false;
+  };
+  const auto options = std::make_shared<Options>();
   CLI::App* help = program.add_subcommand(kHelp, "Prints what --help of a command prints");
-  help->add_option("COMMAND", *words, "A command, such as disc, or disc insert")
+  help->add_option("COMMAND", options->words, "A command, such as disc, or disc insert")
       ->expected(0, 2)
       ->check(offers(namesOf(commandsOf(program))));
-  help->callback([words] {});
+  addJsonOption(*help, options->isJson);
+  help->callback([options] {});
 }
 
 void askForHelp(Arguments& arguments) {
   if (arguments.empty() || arguments.front() != kHelp) return;
-  if (std::ranges::any_of(arguments, isOption)) return;
+  const auto isOther = [](const std::string& argument) {
+    return isOption(argument) && argument != kJson;
+  };
+  if (std::ranges::any_of(arguments, isOther)) return;
   arguments.erase(arguments.begin());
   arguments.emplace_back("--help");
 }
@@ -129,15 +150,17 @@ void refuseEmptyValues(const Arguments& arguments) {
 
 int finishWithoutCommand(const CLI::App& program, const CLI::ParseError& error,
                          const Arguments& arguments) {
+  const Recognised of = recognised(program, arguments);
+  const bool isJson = std::ranges::count(beforePaths(arguments), kJson) != 0;
   if (error.get_exit_code() == 0) {
     std::ostringstream asked;
     static_cast<void>(program.exit(error, asked, asked));
-    return finish(Output::forReaders(asked.str()), {}, {});
+    const bool isHelp = dynamic_cast<const CLI::CallForHelp*>(&error) != nullptr;
+    return finish(isJson && isHelp ? Output::asItIs(jsonOfHelp(of, asked.str()))
+                                   : Output::forReaders(asked.str()),
+                  {}, {});
   }
-  const Recognised of = recognised(program, arguments);
   const Outcome outcome = complaintOn(of, program, error);
-  const Arguments options = beforePaths(arguments);
-  const bool isJson = std::ranges::count(options, "--json") != 0;
   static_cast<void>(finish(Output::asItIs(isJson ? jsonObject(outcome) : ""), outcome, {}));
   std::fputs(("Run " + of.name + " --help for more information.\n").c_str(), stderr);
   return kExitUsage;

@@ -11,6 +11,7 @@ import unittest
 from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent))
+import json_schemas  # noqa: E402
 import program  # noqa: E402
 from program import dicom_file, everything  # noqa: E402
 
@@ -36,7 +37,10 @@ class Audit(program.ProgramTest):
     def records(self):
         text = self.audit.read_text()
         self.assertTrue(text.endswith("\n"))
-        return [json.loads(line) for line in text.splitlines()]
+        records = [json.loads(line) for line in text.splitlines()]
+        for record in records:
+            self.assertEqual(json_schemas.faults("audit", record), [])
+        return records
 
     def test_each_command_leaves_one_line_that_tells_all(self):
         second = self.write("two", dicom_file(instance="2.25.1.1.1.2", id="77", name="ROE",

@@ -10,6 +10,8 @@ import time
 import unittest
 from pathlib import Path
 
+import json_schemas
+
 QUILLON = None  # set by the test's main
 SAMPLES = None
 
@@ -117,10 +119,12 @@ class ProgramTest(unittest.TestCase):
         self.registry.write_text("\n".join(lines) + "\n")
 
     def run_program(self, *arguments, cwd=None, preexec_fn=None, timeout=120):
-        return subprocess.run([QUILLON, *map(os.fsencode, arguments)], cwd=cwd or self.dir / "work",
-                              env=self.environment(), stdout=subprocess.PIPE,
-                              stderr=subprocess.PIPE, timeout=timeout, preexec_fn=preexec_fn,
-                              stdin=subprocess.DEVNULL)
+        run = subprocess.run([QUILLON, *map(os.fsencode, arguments)], cwd=cwd or self.dir / "work",
+                             env=self.environment(), stdout=subprocess.PIPE,
+                             stderr=subprocess.PIPE, timeout=timeout, preexec_fn=preexec_fn,
+                             stdin=subprocess.DEVNULL)
+        json_schemas.check(arguments, run.returncode, run.stdout)
+        return run
 
     def command(self, name, *arguments, status=0, **how):
         """Runs a command with --json and answers its object; `status` is the expected exit status."""

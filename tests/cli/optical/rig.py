@@ -11,6 +11,7 @@ from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 sys.path[:0] = [str(Path(__file__).parents[1]), str(Path(__file__).parents[2] / "support")]
+import json_schemas  # noqa: E402
 import program  # noqa: E402
 from emulated_drive import SECTOR, EmulatedDrives  # noqa: E402, F401
 from program import contents  # noqa: E402, F401
@@ -59,6 +60,7 @@ class Machine:
         """Exit status, standard output, standard error."""
         process = self.start(*arguments)
         out, err = process.communicate(timeout=120)
+        json_schemas.check(arguments, process.returncode, out)
         return process.returncode, out, err
 
     def write(self, *arguments):
