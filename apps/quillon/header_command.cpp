@@ -16,8 +16,10 @@
 #include "charset/character_set.h"
 #include "command_tree.h"
 #include "commands.h"
+#include "dicomobjects/header_text.h"
 #include "foundation/file_util.h"
 #include "foundation/text.h"
+#include "header_json.h"
 #include "media_job.h"
 #include "platform/services.h"
 #include "result_output.h"
@@ -131,10 +133,19 @@ class Headers {
 
   Outcome read(const std::string& path, std::string& text) {
     const NamedFile file(path);
-    const Outcome loaded = form_ ? job_.loadHeader(file.name(), *form_, text)
-                                 : job_.loadHeader(file.name(), location_, text);
-    if (!loaded.failed()) return {};
-    return withReason(file.inWordsOfUser(loaded.text()), path);
+    return explained(form_ ? job_.loadHeader(file.name(), *form_, text)
+                           : job_.loadHeader(file.name(), location_, text),
+                     file, path);
+  }
+  // Of the same file the XML, too, from which the text is made.
+  Outcome read(const std::string& path, std::string& text, Text& xml) {
+    const NamedFile file(path);
+    Outcome loaded = explained(job_.loadHeader(file.name(), HeaderForm::Xml, text), file, path);
+    if (loaded.failed()) return loaded;
+    xml = wide(text);
+    if (!form_) return read(path, text);
+    if (form_ == HeaderForm::Columns) text = narrow(HeaderTextOf(xml));
+    return {};
   }
   // In a terminal.
   static bool areForReaders(const HeaderOptions& options) {
@@ -142,6 +153,11 @@ class Headers {
   }
 
  private:
+  static Outcome explained(const Outcome& loaded, const NamedFile& file, const std::string& path) {
+    if (!loaded.failed()) return {};
+    return withReason(file.inWordsOfUser(loaded.text()), path);
+  }
+
   std::string location_;  // of the stylesheet, where there is no form
   std::optional<HeaderForm> form_;
   MediaJob job_;
@@ -162,16 +178,22 @@ class HeaderPrinter {
   explicit HeaderPrinter(const HeaderOptions& options)
       : isJson_(options.isJson), isForReaders_(Headers::areForReaders(options)) {}
 
-  void add(const std::string& path, const std::string& header) {
+  // Reads the file first.
+  Outcome add(const std::string& path, Headers& headers) {
+    std::string text;
     if (isJson_) {
-      addToList(path, header, {});
-      return;
+      Text xml;
+      Outcome read = headers.read(path, text, xml);
+      addToList(path, xml, text, read);
+      return read;
     }
-    print(Output::of(!isForReaders_, separator_ + ("==> " + path) + " <==\n" + header));
+    if (Outcome read = headers.read(path, text); read.failed()) return read;
+    print(Output::of(!isForReaders_, separator_ + ("==> " + path) + " <==\n" + text));
     separator_ = "\n";
+    return {};
   }
   void addFailed(const std::string& path, const Outcome& why) {
-    if (isJson_) addToList(path, Json(), why);
+    if (isJson_) addToList(path, {}, {}, why);
   }
   // What is still to be printed.
   Output end(std::size_t passedOver, const Outcome& outcome) {
@@ -182,10 +204,12 @@ class HeaderPrinter {
   }
 
  private:
-  void addToList(const std::string& path, Json text, const Outcome& outcome) {
-    Json file;
+  void addToList(const std::string& path, TextView xml, const std::string& text,
+                 const Outcome& outcome) {
+    Json file = emptyObject();
     addPath(file, path);
-    file["text"] = std::move(text);
+    addDataSet(file, outcome.failed() ? TextView() : xml);
+    file["text"] = outcome.failed() ? Json() : Json(text);
     addError(file, outcome);
     print(Output::asItIs(list_.add(file)));
   }
@@ -215,14 +239,10 @@ int printAll(const HeaderOptions& options) {
       ++passedOver;
       continue;
     }
-    std::string text;
-    if (Outcome read = headers.read(file.path, text); read.failed()) {
+    if (Outcome read = printer.add(file.path, headers); read.failed()) {
       if (last.failed()) say(last.text());
       last = std::move(read);
-      printer.addFailed(file.path, last);
-      continue;
     }
-    printer.add(file.path, text);
   }
   if (passedOver != 0) {
     remarks.push_back(std::to_string(passedOver) +

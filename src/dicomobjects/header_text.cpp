@@ -4,7 +4,10 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "dicomobjects/header_xml_reader.h"
 
 namespace quillon {
 
@@ -14,17 +17,6 @@ constexpr std::size_t kValueColumn = 50;
 constexpr std::size_t kLeastGap = 2;
 constexpr std::size_t kIndent = 2;
 constexpr std::size_t kLabelChars = 13;  // "Character set"
-constexpr OLECHAR kQuote = OLESTR('"');
-
-struct Entity {
-  TextView name;
-  OLECHAR character;
-};
-constexpr std::array kEntities{
-    Entity{OLESTR("&amp;"), OLESTR('&')},   Entity{OLESTR("&gt;"), OLESTR('>')},
-    Entity{OLESTR("&lt;"), OLESTR('<')},    Entity{OLESTR("&quot;"), OLESTR('"')},
-    Entity{OLESTR("&apos;"), OLESTR('\'')}, Entity{OLESTR("&#64;"), OLESTR('@')},
-};
 
 // Numbers that are mostly short.
 bool IsShort(TextView vr) {
@@ -33,56 +25,39 @@ bool IsShort(TextView vr) {
   return std::ranges::find(kShort, vr) != kShort.end();
 }
 
-// What the XML library would give the stylesheet, in the form that HeaderXml alone writes: each tag
-// and each value has a line of its own, attributes stand in one order, and texts hold no other
-// entities.
 class HeaderTextWriter {
  public:
-  explicit HeaderTextWriter(TextView xml) : rest_(xml) {}
+  explicit HeaderTextWriter(TextView xml) : reader_(xml) { out_.reserve(xml.size()); }
 
   Text Write() {
-    out_.reserve(rest_.size());
-    while (!rest_.empty()) {
-      TextView line = TakeLine();
-      if (Skip(line, OLESTR("<tag "))) {
-        PutElement(line);
-      } else if (line == OLESTR("<item>")) {
-        BeginItem();
-      } else if (line == OLESTR("</tag>")) {
-        EndSequence();
-      } else if (Skip(line, OLESTR("<data-set charset="))) {
-        PutCharacterSet(line);
+    for (;;) {
+      switch (reader_.Next()) {
+        case Part::CharacterSet:
+          PutCharacterSet();
+          break;
+        case Part::Element:
+          PutElement();
+          break;
+        case Part::Item:
+          BeginItem();
+          break;
+        case Part::ItemEnd:
+          break;
+        case Part::SequenceEnd:
+          EndSequence();
+          break;
+        case Part::End:
+          return std::move(out_);
       }
     }
-    return std::move(out_);
   }
 
  private:
+  using Part = HeaderXmlReader::Part;
   struct Sequence {
     std::size_t countAt;  // where the number of its items goes
     std::size_t items;
   };
-
-  TextView TakeLine() {
-    const std::size_t end = std::min(rest_.find(OLESTR('\n')), rest_.size());
-    const TextView line = rest_.substr(0, end);
-    rest_.remove_prefix(std::min(end + 1, rest_.size()));
-    return line;
-  }
-  static bool Skip(TextView& line, TextView start) {
-    if (!line.starts_with(start)) return false;
-    line.remove_prefix(start.size());
-    return true;
-  }
-  // The next attribute's value, still with its entities.
-  static TextView TakeQuoted(TextView& line) {
-    const std::size_t begin = std::min(line.find(kQuote), line.size() - 1) + 1;
-    const std::size_t end = std::min(line.find(kQuote, begin), line.size());
-    const TextView value = line.substr(begin, end - begin);
-    line.remove_prefix(std::min(end + 1, line.size()));
-    return value;
-  }
-  static TextView UpToTag(TextView line) { return line.substr(0, line.find(OLESTR('<'))); }
 
   void Put(TextView text) { out_ += text; }
   void PutSpaces(std::size_t count) { out_.append(count, OLESTR(' ')); }
@@ -90,51 +65,40 @@ class HeaderTextWriter {
     const std::string digits = std::to_string(number);
     out_.append(digits.begin(), digits.end());
   }
-  void PutUnescaped(TextView text) {
-    for (;;) {
-      const std::size_t at = std::min(text.find(OLESTR('&')), text.size());
-      Put(text.substr(0, at));
-      text.remove_prefix(at);
-      if (text.empty()) return;
-      const auto* const entity = std::ranges::find_if(
-          kEntities, [text](const Entity& one) { return text.starts_with(one.name); });
-      if (entity == kEntities.end()) return;
-      out_ += entity->character;
-      text.remove_prefix(entity->name.size());
-    }
-  }
+  void PutUnescaped(TextView text) { AppendUnescaped(out_, text); }
   void BreakLine() {
     Put(OLESTR("\n"));
     PutSpaces(kValueColumn);
   }
 
   // What the texts below were read in.
-  void PutCharacterSet(TextView line) {
+  void PutCharacterSet() {
     Put(OLESTR("Character set"));
     PutSpaces(kValueColumn - kLabelChars);
-    const TextView terms = TakeQuoted(line);
-    PutUnescaped(terms);
-    if (Skip(line, OLESTR(" code-page="))) {
-      Put(terms.empty() ? TextView(OLESTR("none declared")) : TextView(OLESTR(" is not known")));
+    PutUnescaped(reader_.Terms());
+    if (!reader_.CodePage().empty()) {
+      Put(reader_.Terms().empty() ? TextView(OLESTR("none declared"))
+                                  : TextView(OLESTR(" is not known")));
       Put(OLESTR(", read in code page "));
-      Put(TakeQuoted(line));
+      Put(reader_.CodePage());
     }
     Put(OLESTR("\n\n"));
   }
 
   // What the dictionary does not know is named by its element number.
-  void PutName(TextView name, TextView title, TextView group, TextView element) {
-    if (!title.empty()) {
-      PutUnescaped(title);
+  void PutName(const HeaderElement& element) {
+    if (!element.title.empty()) {
+      PutUnescaped(element.title);
       return;
     }
-    if (name == element) {
-      const bool isPrivate = TextView(OLESTR("13579bdf")).find(group.back()) != TextView::npos;
+    if (element.name == element.element) {
+      const bool isPrivate =
+          TextView(OLESTR("13579bdf")).find(element.group.back()) != TextView::npos;
       Put(isPrivate ? TextView(OLESTR("Private")) : TextView(OLESTR("Unknown")));
       return;
     }
     const std::size_t first = out_.size();
-    Put(name);
+    Put(element.name);
     if (first == out_.size()) return;
     OLECHAR& initial = out_[first];
     if (initial >= OLESTR('a') && initial <= OLESTR('z')) {
@@ -142,68 +106,56 @@ class HeaderTextWriter {
     }
   }
 
-  void PutElement(TextView line) {
-    const TextView group = TakeQuoted(line);
-    const TextView element = TakeQuoted(line);
-    const TextView vr = TakeQuoted(line);
-    static_cast<void>(TakeQuoted(line));  // how many values there are shows in them
-    const TextView name = TakeQuoted(line);
-    const TextView title = Skip(line, OLESTR(" title=")) ? TakeQuoted(line) : TextView();
-    const TextView meaning = Skip(line, OLESTR(" meaning=")) ? TakeQuoted(line) : TextView();
-    line.remove_prefix(std::min<std::size_t>(1, line.size()));  // the end of the tag
-
-    if (sequences_.empty() && !lastGroup_.empty() && group != lastGroup_) Put(OLESTR("\n"));
-    if (sequences_.empty()) lastGroup_ = group;
+  void PutElement() {
+    const HeaderElement& element = reader_.Element();
+    if (sequences_.empty() && !lastGroup_.empty() && element.group != lastGroup_) Put(OLESTR("\n"));
+    if (sequences_.empty()) lastGroup_ = element.group;
     const std::size_t start = out_.size();
     PutSpaces(kIndent * sequences_.size());
     Put(OLESTR("("));
-    Put(group);
+    Put(element.group);
     Put(OLESTR(","));
-    Put(element);
+    Put(element.element);
     Put(OLESTR(") "));
-    Put(vr);
+    Put(element.vr);
     Put(OLESTR(" "));
-    PutName(name, title, group, element);
+    PutName(element);
     const std::size_t used = out_.size() - start + kLeastGap;
     const std::size_t gap = kLeastGap + (used < kValueColumn ? kValueColumn - used : 0);
 
-    if (vr == OLESTR("SQ")) {
+    if (element.vr == OLESTR("SQ")) {
       PutSpaces(gap);
       sequences_.push_back({out_.size(), 0});
       Put(OLESTR(" items\n"));
-    } else if (Skip(line, OLESTR("<values count="))) {
+    } else if (element.hasValues) {
       PutSpaces(gap);
-      PutValues(line, IsShort(vr) ? 16 : 6);
+      PutValues(IsShort(element.vr) ? 16 : 6);
     } else {
-      const TextView value = UpToTag(line);
-      if (!value.empty()) PutSpaces(gap);
-      PutUnescaped(value);
-      if (!meaning.empty()) {
+      if (!element.value.empty()) PutSpaces(gap);
+      PutUnescaped(element.value);
+      if (!element.meaning.empty()) {
         Put(OLESTR(" ("));
-        PutUnescaped(meaning);
+        PutUnescaped(element.meaning);
         Put(OLESTR(")"));
       }
       Put(OLESTR("\n"));
     }
   }
 
-  void PutValues(TextView line, std::size_t perLine) {
-    const TextView count = TakeQuoted(line);
-    const TextView total = TakeQuoted(line);
-    for (std::size_t index = 0; !rest_.empty(); ++index) {
-      TextView value = TakeLine();
-      if (!Skip(value, OLESTR("<value>"))) break;
+  void PutValues(std::size_t perLine) {
+    const HeaderElement& element = reader_.Element();
+    TextView value;
+    for (std::size_t index = 0; reader_.NextValue(value); ++index) {
       if (index != 0) Put(OLESTR("\\"));
       if (index != 0 && index % perLine == 0) BreakLine();
-      PutUnescaped(UpToTag(value));
+      PutUnescaped(value);
     }
-    static_cast<void>(TakeLine());  // the end of the element
-    if (count != total) {
+    if (element.count != element.total) {
       BreakLine();
       Put(OLESTR("(the first "));
-      Put(count);
+      Put(element.count);
       Put(OLESTR(" of "));
-      Put(total);
+      Put(element.total);
       Put(OLESTR(" values)"));
     }
     Put(OLESTR("\n"));
@@ -227,7 +179,7 @@ class HeaderTextWriter {
     out_.insert(ended.countAt, Text(count.begin(), count.end()));
   }
 
-  TextView rest_;
+  HeaderXmlReader reader_;
   Text out_;
   TextView lastGroup_;  // of the data set itself
   std::vector<Sequence> sequences_;

@@ -63,6 +63,25 @@ class Page(HTMLParser):
         self.text += data
 
 
+def elements_of(data_set):
+    """The elements of the XML as the JSON should have them."""
+    found = []
+    for tag in data_set.findall("tag"):
+        several = tag.find("values")
+        one = {"tag": (tag.get("grp") + tag.get("element")).upper(), "vr": tag.get("VR"),
+               "name": None if tag.get("name") == tag.get("element") else tag.get("name")}
+        if tag.get("VR") == "SQ":
+            one["items"] = [elements_of(item) for item in tag.findall("item")]
+        elif several is None:
+            one["values"] = [tag.text] if tag.text else []
+        else:
+            one["values"] = [value.text or "" for value in several.findall("value")]
+            if several.get("count") != several.get("total"):
+                one["total"] = int(several.get("total"))
+        found.append(one)
+    return found
+
+
 class Header(program.ProgramTest):
     def header(self, *arguments, status=0):
         run = self.run_program("header", *arguments)
@@ -141,6 +160,12 @@ class Header(program.ProgramTest):
                 continue
             count += 1
             tags = sum(1 for _ in ElementTree.fromstring(run.stdout).iter("tag"))
+            told, = json.loads(self.header("--json", path))["files"]
+            root = ElementTree.fromstring(run.stdout)
+            self.assertEqual(told["elements"], elements_of(root), path)
+            self.assertEqual((told["charset"] or "", told["code_page"]), (
+                root.get("charset"), root.get("code-page") and int(root.get("code-page"))))
+            self.assertEqual(told["text"].encode(), self.header(path))
             source = self.dir / "header.xml"
             source.write_bytes(run.stdout)
             for name in ("text", "html", "xml"):
@@ -220,6 +245,10 @@ class Header(program.ProgramTest):
                 root = ElementTree.fromstring(self.header(*arguments, "--xml", path))
                 self.assertEqual(shown.partition(" is not")[0].replace(
                     "none declared, read in code page 1252", ""), root.get("charset"))
+        for arguments in (["--xml"], ["--stylesheet", "html"]):
+            told, = json.loads(self.header("--json", *arguments, latin))["files"]
+            self.assertEqual((told["text"].encode(), told["charset"], told["code_page"]),
+                             (self.header(*arguments, latin), "ISO_IR 100", None))
         for terms, named in (("LATIN", "LATIN"), ("", ""), ("ISO_IR 100\\ISO 2022 IR 7",
                                                           "ISO 2022 IR 7"), ("\\", "")):
             run = self.run_program("header", "--charset", terms, latin)
@@ -261,6 +290,14 @@ class Header(program.ProgramTest):
             self.assertEqual(run.stdout, under[paths[0]] + b"\n" + under[paths[2]])
             for path in (cut, none):
                 self.assertEqual(run.stderr.count(os.fsencode(path)), 1, run.stderr)
+            listed = json.loads(self.run_program("header", "--json", *arguments).stdout)
+            self.assertEqual(listed["error"] + "\n",
+                             run.stderr.decode().splitlines(True)[-1].removeprefix("quillon: "))
+            self.assertEqual({one["path"]: one["text"] for one in listed["files"]},
+                             {str(path): alone[path].decode() if path in alone else None
+                              for path in (*paths[::2], cut, none)})
+        listed = json.loads(self.run_program("header", "--json", "-r", paths[2]).stdout)
+        self.assertEqual((len(listed["files"]), listed["passed_over"], listed["error"]), (1, 0, None))
         # One that is a directory is none without -r.
         self.assertEqual(self.run_program("header", self.source).returncode, 1)
         self.assertEqual(self.header("--xml", "-r", paths[2]).count(b"<data-set"), 1)

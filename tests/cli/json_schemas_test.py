@@ -43,10 +43,12 @@ def may_be_null(property_schema):
 
 
 def with_foreign_members(value, at="$"):
-    """Copies of a value, each with a member more in one of its objects."""
+    """Copies of a value, each with a member more in one of its objects; of a list in the first and the
+    last one."""
     if isinstance(value, dict):
         yield at, {**value, "foreign": 1}
-    for key, one in value.items() if isinstance(value, dict) else enumerate(value):
+    ends = {0: value[0], len(value) - 1: value[-1]} if isinstance(value, list) and value else {}
+    for key, one in value.items() if isinstance(value, dict) else ends.items():
         if isinstance(one, (dict, list)):
             for place, changed in with_foreign_members(one, f"{at}/{key}"):
                 whole = copy.copy(value)
@@ -86,6 +88,8 @@ class JsonSchemas(program.ProgramTest):
         self.sample_tree()
         self.write(NOT_UTF8, dicom_file(instance="2.25.1.1.1.9", id=None, study_date=None))
         self.write(NOT_UTF8 + "x", b"no DICOM")
+        self.write("many", dicom_file(instance="2.25.1.1.1.8", more={
+            0x00091001: program.element(0x00091001, "OB", bytes(200))}))
 
     def created(self):
         audit = ["--audit", self.audit]
