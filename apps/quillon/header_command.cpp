@@ -228,11 +228,14 @@ int printAll(const HeaderOptions& options) {
   std::vector<std::string> remarks;
   Outcome last;
   for (const SourceProblem& problem : list.problems) {
-    printer.addFailed(problem.path, problem.path + ": " + problem.reason);
-    if (problem.endsJob) last = problem.path + ": " + problem.reason;
-    remarks.push_back(problem.path + ": " + problem.reason);
+    const std::string sentence = problem.path + ": " + problem.reason;
+    printer.addFailed(problem.path, sentence);
+    if (problem.endsJob && !last.failed()) {
+      last = sentence;
+    } else {
+      remarks.push_back(sentence);
+    }
   }
-  if (last.failed()) remarks.pop_back();
   std::size_t passedOver = 0;
   for (const SourceFile& file : list.files) {
     if (!file.isNamed && !isMarkedAsDicom(file.path)) {

@@ -298,6 +298,12 @@ class Header(program.ProgramTest):
                               for path in (*paths[::2], cut, none)})
         listed = json.loads(self.run_program("header", "--json", "-r", paths[2]).stdout)
         self.assertEqual((len(listed["files"]), listed["passed_over"], listed["error"]), (1, 0, None))
+        # Each problem is told once, also beside one that ends the job.
+        (self.source / "odd").mkdir()
+        os.mkfifo(self.source / "odd/pipe")
+        run = self.run_program("header", "-r", none, self.source / "none2", self.source / "odd")
+        self.assertEqual(sorted(line.split()[1] for line in run.stderr.decode().splitlines()),
+                         [f"{self.source}/{name}:" for name in ("none2", "none", "odd/pipe")])
         # One that is a directory is none without -r.
         self.assertEqual(self.run_program("header", self.source).returncode, 1)
         self.assertEqual(self.header("--xml", "-r", paths[2]).count(b"<data-set"), 1)
