@@ -1,6 +1,7 @@
 #include "version_text.h"
 
 #include <CLI/Version.hpp>
+#include <nlohmann/json.hpp>
 
 #include "platform/archive.h"
 #include "platform/sha256.h"
@@ -11,7 +12,12 @@ namespace quillon::cli {
 
 namespace {
 
-constexpr std::size_t kVersionColumn = 12;
+constexpr std::size_t kVersionColumn = 15;
+#define QUILLON_TEXT_OF(word) #word
+#define QUILLON_TEXT(word) QUILLON_TEXT_OF(word)
+constexpr const char* kJsonVersion = QUILLON_TEXT(NLOHMANN_JSON_VERSION_MAJOR) "." QUILLON_TEXT(
+    NLOHMANN_JSON_VERSION_MINOR) "." QUILLON_TEXT(NLOHMANN_JSON_VERSION_PATCH);
+
 constexpr const char* kNotThere = "cannot be loaded";
 
 std::string line(std::string name, const std::string& version, const char* otherwise = kNotThere) {
@@ -24,6 +30,7 @@ std::string line(std::string name, const std::string& version, const char* other
 std::string versionText() {
   const platform::XmlLibraryVersions xml = platform::xmlLibraryVersions();
   return "quillon " QUILLON_VERSION + line("CLI11", CLI11_VERSION) +
+         line("nlohmann-json", kJsonVersion) +
          line("libarchive", platform::archiveLibraryVersion()) +
          line("libburn", platform::opticalLibraryVersion().value_or(""),
               "not installed (package quillon-optical)") +
