@@ -128,6 +128,19 @@ void HeaderXml::PutAttribute(std::string_view name, Text value) {
   Put("\"");
 }
 
+void HeaderXml::PutTitle(std::string_view title) {
+  if (title.empty()) return;
+  // Every element has one, and few of them a character that is not plain.
+  const auto isPlain = [](char c) { return (c >= 'A' && c <= 'z') || c == ' ' || c == '-'; };
+  if (!std::ranges::all_of(title, isPlain)) {
+    PutAttribute("title", WidenText(title, CP_UTF8));
+    return;
+  }
+  Put(" title=\"");
+  Put(title);
+  Put("\"");
+}
+
 std::uint16_t HeaderXml::BitsAllocated() {
   if (!bitsAllocated_) {
     DicomValue value;
@@ -164,8 +177,7 @@ void HeaderXml::OpenTag(DcTag tag, std::string_view vr, std::string_view vm, Tex
   Put(tag == kPixelDataGroupLength ? std::string("groupLength") : ElementName(tag));
   Put("\"");
   if (options_.currentPractice) {
-    const std::string_view title = dcTagTitle(tag);
-    if (!title.empty()) PutAttribute("title", WidenText(title, CP_UTF8));
+    PutTitle(dcTagTitle(tag));
     if (!meaning.empty()) PutAttribute("meaning", Text(meaning));
   }
   Put(">");

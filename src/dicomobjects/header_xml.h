@@ -20,8 +20,8 @@
 // (charset="") or none that is known, code-page="1252" is the number of the system's, which took
 // its place. With the field's practice an element that the dictionary knows has the standard's name
 // behind its own, and a UID that is known what it stands for:
-// <tag grp="0008" ... name="sopClassUid" title="SOP Class UID" meaning="CT Image Storage">. above="STUDY001.HTM" is the page that leads to one made of the header, where there is
-// one.
+//   <tag grp="0008" ... name="sopClassUid" title="SOP Class UID" meaning="CT Image Storage">
+// above="STUDY001.HTM" is the page that leads to one made of the header, where there is one.
 //
 // Nothing is indented. `total` is the number of values, `count` (and VM) that of the ones written.
 // Pixel data that is left out reads NOT LOADED, with a line for the length of its group before it.
@@ -75,6 +75,8 @@ class HeaderXml {
   std::uint16_t BitsAllocated();
   void Put(std::string_view ascii);
   void PutAttribute(std::string_view name, Text value);
+  // UTF-8; empty: there is none.
+  void PutTitle(std::string_view title);
 
   CDicomUtil& util_;
   Text& out_;

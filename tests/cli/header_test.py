@@ -69,7 +69,8 @@ def elements_of(data_set):
     for tag in data_set.findall("tag"):
         several = tag.find("values")
         one = {"tag": (tag.get("grp") + tag.get("element")).upper(), "vr": tag.get("VR"),
-               "name": None if tag.get("name") == tag.get("element") else tag.get("name")}
+               "name": None if tag.get("name") == tag.get("element") else tag.get("name"),
+               **{key: tag.get(key) for key in ("title", "meaning") if tag.get(key)}}
         if tag.get("VR") == "SQ":
             one["items"] = [elements_of(item) for item in tag.findall("item")]
         elif several is None:
@@ -104,15 +105,18 @@ class Header(program.ProgramTest):
             0x00091001: element(0x00091001, "OB", bytes(range(200))),
             0x0040A730: element(0x0040A730, "SQ", item(nested) + item(b""))})
         lines = self.header(path).decode().splitlines()
-        for line in ["(0008,0008) CS ImageType                          A\\B\\C",
-                     "(0040,a730) SQ ContentSequence                    2 items",
+        for line in ["(0008,0008) CS Image Type                         A\\B\\C",
+                     "(0040,a730) SQ Content Sequence                   2 items",
                      "- item 1",
-                     "  (0040,a043) SQ ConceptNameCodeSequence          1 item",
+                     "  (0040,a043) SQ Concept Name Code Sequence       1 item",
                      "  - item 1",
-                     "    (0008,0104) LO CodeMeaning                    Caf\u00e9 <&>",
-                     "  (0040,a160) UT TextValue                        end",
+                     "    (0008,0104) LO Code Meaning                   Caf\u00e9 <&>",
+                     "  (0040,a160) UT Text Value                       end",
                      "- item 2",
-                     "(0008,0050) SH AccessionNumber",
+                     "(0008,0050) SH Accession Number",
+                     "(0008,0016) UI SOP Class UID                      1.2.840.10008.5.1.4.1.1.2 "
+                     "(CT Image Storage)",
+                     "(0008,0018) UI SOP Instance UID                   2.25.1.1.1.1",
                      " " * 50 + "(the first 100 of 200 values)"]:
             self.assertIn(line, lines)
         self.assertEqual([lines[i + 1][:6] for i, line in enumerate(lines) if line == ""],
@@ -237,7 +241,7 @@ class Header(program.ProgramTest):
             with self.subTest(path=path.name, arguments=arguments):
                 lines = self.header(*arguments, path).decode().splitlines()
                 self.assertEqual(lines[:2], ["Character set".ljust(50) + shown, ""])
-                self.assertIn("(0010,0010) PN PatientsName".ljust(50) + name, lines)
+                self.assertIn("(0010,0010) PN Patient's Name".ljust(50) + name, lines)
                 html = self.header(*arguments, "--stylesheet", "html", path).decode()
                 self.assertEqual(Page(html).faults, [])
                 self.assertIn("Character set" + shown, Page(html).text)
