@@ -49,6 +49,23 @@ class ThirdParty(program.ProgramTest):
             with self.subTest(arguments):
                 self.assertEqual(self.loaded(*arguments) & named, more)
 
+    def test_the_version_tells_which_libraries_are_here(self):
+        first, *lines = self.run_program("--version").stdout.decode().splitlines()
+        self.assertRegex(first, r"^quillon \d+\.\d+\.\d+")
+        told = dict(line.split(maxsplit=1) for line in lines)
+        modules = {"CLI11": "CLI11", "nlohmann-json": "nlohmann_json", "libarchive": "libarchive",
+                   "libburn": "libburn-1", "libcrypto": "libcrypto", "libcurl": "libcurl",
+                   "libxml2": "libxml-2.0", "libxslt": "libxslt"}
+        self.assertEqual(told.keys(), modules.keys())
+        for name, module in modules.items():
+            with self.subTest(name):
+                if name == "libburn" and not HAS_DRIVES:
+                    self.assertEqual(told[name], "not installed (package quillon-optical)")
+                    continue
+                self.assertEqual(told[name], subprocess.run(
+                    ["pkg-config", "--modversion", module], check=True, capture_output=True,
+                    text=True).stdout.strip())
+
     def test_drives_alone_need_libburn(self):
         recorders = {"QUILLON_RECORDERS": str(self.dir / "recorders")}
         library = {"libburn"} if HAS_DRIVES else set()
