@@ -8,7 +8,9 @@ from pathlib import Path
 TREE = Path(os.environ.get("QUILLON_BARE_TREE", "/var/cache/quillon-bare"))
 # What apt has fetched serves the next run, too.
 ARCHIVES = TREE.with_name(TREE.name + "-archives")
-OPTIONS = 'APT::Get::Assume-Yes "true";\nAPT::Keep-Downloaded-Packages "true";\n'
+# Packages that are only recommended are others' to remove again.
+OPTIONS = ('APT::Get::Assume-Yes "true";\nAPT::Keep-Downloaded-Packages "true";\n'
+           'APT::Install-Recommends "false";\n')
 
 
 class NoSystem(Exception):

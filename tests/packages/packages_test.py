@@ -8,6 +8,7 @@ import re
 import shutil
 import subprocess
 import sys
+import tempfile
 import unittest
 import zipfile
 from pathlib import Path
@@ -55,6 +56,38 @@ class Packages(unittest.TestCase):
                 self.assertNotIn(path.encode(), content, package.name)
 
 
+class WindowsZip(unittest.TestCase):
+    def setUp(self):
+        place = self.enterContext(tempfile.TemporaryDirectory(prefix="quillon-zip-"))
+        archive, = PACKAGES.glob("*-windows-x86.zip")
+        with zipfile.ZipFile(archive) as files:
+            files.extractall(place)
+        self.dir, = Path(place).iterdir()
+
+    def test_what_the_readme_names_is_there(self):
+        text = (self.dir / "README.txt").read_bytes()
+        self.assertEqual(text.count(b"\n"), text.count(b"\r\n"))
+        named = {name for line in text.decode().splitlines()
+                 for names in re.findall(r"^  ([\w.\\-]+(?:, \w+)*) {2,}", line)
+                 for name in names.split(", ")}
+        self.assertGreater(len(named), 5)
+        for name in named:
+            self.assertTrue((self.dir / name.replace("\\", "/")).exists(), name)
+        for script in ("register.cmd", "unregister.cmd"):
+            self.assertIn(b"QuillonMediaRW.dll", (self.dir / script).read_bytes())
+        self.assertEqual((self.dir / "QuillonMediaRW.dll").read_bytes()[:2], b"MZ")
+
+    def test_the_example_host_is_built_of_it(self):
+        toolchain = SOURCE / "cmake/mingw-i686.cmake"
+        for command in (["cmake", "-S", "docs/host-example", "-B", "tree", "-G", "Ninja",
+                         f"-DCMAKE_TOOLCHAIN_FILE={toolchain}", f"-DCMAKE_PREFIX_PATH={self.dir}",
+                         f"-DQuillonMedia_DIR={self.dir / 'cmake'}"],
+                        ["cmake", "--build", "tree"]):
+            run = subprocess.run(command, cwd=self.dir, capture_output=True, text=True)
+            self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
+        self.assertTrue((self.dir / "tree/host_example.exe").exists())
+
+
 @unittest.skipIf(shutil.which("debootstrap") is None, "debootstrap is not installed")
 class Installed(unittest.TestCase):
     def setUp(self):
@@ -68,16 +101,19 @@ class Installed(unittest.TestCase):
         subprocess.run([BUILD / "bin/make_sample_objects", self.system.job / "objects"], check=True,
                        capture_output=True)
 
-    def assert_removed(self, before, *packages):
-        self.system.succeed("apt-get purge -qq --autoremove " + " ".join(packages))
+    def assert_nothing_since(self, before):
+        """What is the user's may stay: an empty directory of jobs, a registry without the server."""
+        self.system.succeed("rmdir ~/.cache/quillon ~/.cache")
+        self.assertNotIn("QuillonMediaRW", self.system.succeed("cat ~/.config/quillon/registry.reg || :"))
+        self.system.succeed("rm -rf ~/.config")
         self.assertEqual(self.system.files() - before, set())
 
     def test_the_commands_of_the_readme(self):
+        self.system.succeed("apt-get install -qq man-db")
         before = self.system.files()
         told = {}
         install, *job, remove = commands(section("Install"))
         self.system.succeed(install)
-        self.system.succeed("apt-get install -qq --no-install-recommends man-db")
         for command in job:
             told[command] = self.system.succeed(command, PAGER="cat", MANWIDTH="100")
         with zipfile.ZipFile(self.system.job / "study.zip") as medium:
@@ -95,13 +131,12 @@ class Installed(unittest.TestCase):
         self.system.succeed("quillon header --stylesheet html objects/DOE/SR/IM00001")
         self.system.succeed("quillon publish --pdi --to stick objects")
         self.system.succeed("bash -c '. /usr/share/bash-completion/completions/quillon'")
-        self.system.succeed("apt-get purge -qq --autoremove man-db")
         self.system.succeed(remove)
-        self.assertEqual(self.system.files() - before, set())
+        self.assert_nothing_since(before)
 
     def test_hosts(self):
         tools = "g++ cmake make pkg-config python3-minimal libpython3-stdlib"
-        self.system.succeed(f"apt-get install -qq --no-install-recommends {tools}")
+        self.system.succeed(f"apt-get install -qq {tools}")
         before = self.system.files()
         host_section = section("For makers of workstations")
         self.system.succeed("apt-get install -qq ./quillon-doc_*.deb")
@@ -117,10 +152,11 @@ class Installed(unittest.TestCase):
                 if "host_example taken" in command or "host.py" in command:
                     self.assertIn("DOE JOHN", told)
         self.system.succeed("cmake -S docs/host-example -B tree && cmake --build tree && "
-                            "rm -rf set && cp -r objects more && tree/host_example more set DOE")
+                            "rm -rf set && cp -r objects/DOE more && tree/host_example more set DOE")
         self.system.succeed("quillon verify set && quillon unregister")
-        self.assert_removed(before, "quillon", "quillon-optical", "quillon-doc", "libquillon-media0",
+        self.system.succeed("apt-get purge -qq --autoremove quillon quillon-doc libquillon-media0 "
                             "libquillon-media-dev")
+        self.assert_nothing_since(before)
 
 
 if __name__ == "__main__":
