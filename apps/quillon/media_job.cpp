@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "foundation/com_values.h"
+#include "foundation/file_util.h"
 #include "foundation/text.h"
 #include "platform/services.h"
 #include "platform/xml.h"
@@ -127,7 +128,12 @@ Outcome MediaJob::setVolume(const std::string& name) {
 Outcome MediaJob::setTarget(std::string_view path) {
   const ScopedBstr text(wide(path));
   builder().performDirectCopy = true;
-  return outcomeOf(object_.put_DirectCopyDirectory(text.Get()) == S_OK);
+  if (object_.put_DirectCopyDirectory(text.Get()) == S_OK) return {};
+  if (SysStringLen(text.Get()) > kMaxPathChars) {
+    return "The path name " + std::string(path) + " is longer than " +
+           std::to_string(kMaxPathChars) + " characters.";
+  }
+  return outcomeOf(false);
 }
 
 void MediaJob::setPageStylesheets(std::string_view directory) {

@@ -212,6 +212,7 @@ class Publishing(WriteTest):
             (self.dir / "new/below",
              f"cannot be made: this user may not write to {self.dir}."),
             (self.dir / "media", "cannot be made: this user may not write to"),
+            (self.dir / ("l" * 130) / ("l" * 130), "is longer than 260 characters."),
         ]
         for target, reason in cases:
             with self.subTest(target=target):

@@ -120,6 +120,7 @@ class Installed(unittest.TestCase):
             self.assertIn("DICOMDIR", medium.namelist())
             self.assertIsNone(medium.testzip())
         self.assertIn("no findings", told["quillon verify study.zip"])
+        self.assertRegex(self.system.succeed("quillon --version"), r"\n  libburn +[\d.]+\n")
         self.assertIn("DOE^JOHN", told["quillon header objects/DOE/SR/IM00001"])
         self.assertIn("--zip", told["man quillon-publish"])
         for page in (SOURCE / "apps/quillon/man").glob("*.1"):
@@ -154,6 +155,8 @@ class Installed(unittest.TestCase):
         self.system.succeed("cmake -S docs/host-example -B tree && cmake --build tree && "
                             "rm -rf set && cp -r objects/DOE more && tree/host_example more set DOE")
         self.system.succeed("quillon verify set && quillon unregister")
+        self.assertRegex(self.system.succeed("quillon --version"),
+                         r"\n  libburn +not installed \(package quillon-optical\)\n")
         self.system.succeed("apt-get purge -qq --autoremove quillon quillon-doc libquillon-media0 "
                             "libquillon-media-dev")
         self.assert_nothing_since(before)
