@@ -29,6 +29,7 @@ fail() {
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct) || fail "the tree is no checkout: its files and their time are not known"
 export SOURCE_DATE_EPOCH TZ=UTC LC_ALL=C
 umask 022
+git diff --quiet HEAD || echo "package: some files are not as they are in the commit" >&2
 ./scripts/setup.sh --package
 version=$(cmake -P cmake/print_version.cmake)
 if [ -e "$output" ] && [ ! -e "$output/.quillon-packages" ]; then
