@@ -70,7 +70,7 @@ std::vector<std::string> ChosenMedium::failuresBeside(const Outcome& outcome) co
 }
 
 void ChosenMedium::addMembers(Json& object, const MediumChoice& choice) const {
-  object["path"] = choice.isDisc ? Json() : Json(choice.path);
+  addPath(object, choice.isDisc ? std::string() : choice.path);
   if (!choice.isDisc) return;
   object["recorder"] = textOrNull(disc_.recorder().empty() ? choice.recorder : disc_.recorder());
 }

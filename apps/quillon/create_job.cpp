@@ -26,6 +26,7 @@
 #include "source_walk.h"
 #include "staging.h"
 #include "terminal_text.h"
+#include "thrown.h"
 
 namespace quillon::cli {
 
@@ -69,10 +70,11 @@ class CreateJob {
 
   CreateResult run() {
     result_.isDryRun = options_.isDryRun;
-    if (applySettings() && (options_.isDryRun ? lookAtRoot() : takeRoot())) {
-      Staging staging(stagingParent_, options_.mayLink);
-      const InterruptGuard guard([this, &staging] { interrupted(staging); });
-      if (collect(staging) && plan(staging) && !options_.isDryRun && layOut(staging)) create();
+    try {
+      work();
+    } catch (...) {
+      passes(thrownOutcome());
+      if (isCreating_) result_.remarks.push_back(whereFilesAre());
     }
     progress_.clear();
     remarkOnMissed();
@@ -87,6 +89,13 @@ class CreateJob {
     return !result_.outcome.failed();
   }
   bool fail(std::string sentence) { return passes(std::move(sentence)); }
+
+  void work() {
+    if (!applySettings() || !(options_.isDryRun ? lookAtRoot() : takeRoot())) return;
+    Staging staging(stagingParent_, options_.mayLink);
+    const InterruptGuard guard([this, &staging] { interrupted(staging); });
+    if (collect(staging) && plan(staging) && !options_.isDryRun && layOut(staging)) create();
+  }
 
   bool applySettings() {
     if (options_.root) {
@@ -109,6 +118,7 @@ class CreateJob {
 
   bool applyPages() {
     if (options_.hasPages) job_.setPages(*options_.hasPages);
+    if (!passes(job_.askForPages())) return false;
     if (!options_.pageStylesheets) return true;
     if (options_.pageStylesheets->empty()) return fail("The directory of stylesheets has no name.");
     job_.setPageStylesheets(absolutePath(*options_.pageStylesheets));

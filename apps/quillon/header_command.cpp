@@ -25,6 +25,7 @@
 #include "result_output.h"
 #include "source_walk.h"
 #include "terminal_text.h"
+#include "thrown.h"
 #include "toolkit_log.h"
 
 namespace quillon::cli {
@@ -178,19 +179,15 @@ class HeaderPrinter {
   explicit HeaderPrinter(const HeaderOptions& options)
       : isJson_(options.isJson), isForReaders_(Headers::areForReaders(options)) {}
 
-  // Reads the file first.
+  // Reads the file first. One that there is no memory for keeps no other back.
   Outcome add(const std::string& path, Headers& headers) {
-    std::string text;
-    if (isJson_) {
-      Text xml;
-      Outcome read = headers.read(path, text, xml);
-      addToList(path, xml, text, read);
-      return read;
+    bool isTold = false;
+    Outcome outcome = guarded([&] { return addRead(path, headers, isTold); });
+    if (!isTold && outcome.failed()) {
+      outcome = "Cannot show the header of " + path + ": " + outcome.text();
+      addFailed(path, outcome);
     }
-    if (Outcome read = headers.read(path, text); read.failed()) return read;
-    print(Output::of(!isForReaders_, separator_ + ("==> " + path) + " <==\n" + text));
-    separator_ = "\n";
-    return {};
+    return outcome;
   }
   void addFailed(const std::string& path, const Outcome& why) {
     if (isJson_) addToList(path, {}, {}, why);
@@ -204,6 +201,23 @@ class HeaderPrinter {
   }
 
  private:
+  // isTold: of what it answers nothing more is to be printed.
+  Outcome addRead(const std::string& path, Headers& headers, bool& isTold) {
+    std::string text;
+    if (isJson_) {
+      Text xml;
+      Outcome read = headers.read(path, text, xml);
+      addToList(path, xml, text, read);
+      isTold = true;
+      return read;
+    }
+    Outcome read = headers.read(path, text);
+    isTold = read.failed();
+    if (isTold) return read;
+    print(Output::of(!isForReaders_, separator_ + ("==> " + path) + " <==\n" + text));
+    separator_ = "\n";
+    return {};
+  }
   void addToList(const std::string& path, TextView xml, const std::string& text,
                  const Outcome& outcome) {
     Json file = emptyObject();

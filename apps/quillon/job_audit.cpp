@@ -206,7 +206,7 @@ Json JobAudit::jsonOf(const Medium& medium) {
   Json object;
   object["kind"] = medium.kind;
   if (!medium.isDisc) {
-    object["path"] = medium.path;
+    addPath(object, medium.path);
     return object;
   }
   object["recorder"] = textOrNull(medium.recorder);

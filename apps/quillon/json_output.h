@@ -19,6 +19,7 @@ using Json = nlohmann::ordered_json;
 Json emptyObject();
 // null for an empty text.
 Json textOrNull(std::string_view text);
+bool isUtf8(std::string_view text);
 // Adds the member "path", null for an empty one, and where it is no UTF-8 "path_hex" with its
 // bytes.
 void addPath(Json& object, std::string_view path);
@@ -43,7 +44,7 @@ class JsonList {
   std::string end(Json members, const Outcome& outcome);
 
  private:
-  std::string begin();
+  [[nodiscard]] std::string begin() const;
 
   std::string name_;
   bool hasBegun_ = false;

@@ -2,12 +2,10 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <csignal>
-#include <exception>
-#include <string>
+#include <cstdio>
 
 #include "commands.h"
 #include "completion.h"
-#include "terminal_text.h"
 #include "toolkit_log.h"
 #include "usage.h"
 #include "version_text.h"
@@ -58,10 +56,12 @@ int main(int argc, char** argv) {
   std::signal(SIGXFSZ, SIG_IGN);  // it cannot fail for this signal
   try {
     return run(argc, argv);
-  } catch (const std::exception& error) {
-    quillon::cli::say(std::string(error.what()) + ".");
   } catch (...) {
-    quillon::cli::say("The operation failed.");
+    try {
+      return quillon::cli::finishThrown({argv + std::min(argc, 1), argv + argc});
+    } catch (...) {  // no memory for that either
+      std::fputs("quillon: There is not enough memory.\n", stderr);
+      return kExitFailed;
+    }
   }
-  return kExitFailed;
 }

@@ -46,6 +46,12 @@ bool canMakeXmlDocument() {
                                     document.PutVoid()));
 }
 
+// whatNeeds: "Stylesheets need".
+std::string noXmlLibrary(const char* whatNeeds) {
+  return std::string(whatNeeds) +
+         " libquillon_xml.so of this installation, which cannot be loaded.";
+}
+
 }  // namespace
 
 // A host that says nothing gets what the description says; this one follows the field, unless the
@@ -136,6 +142,11 @@ Outcome MediaJob::setTarget(std::string_view path) {
   return outcomeOf(false);
 }
 
+Outcome MediaJob::askForPages() {
+  if (!builder().portableData || canMakeXmlDocument()) return {};
+  return noXmlLibrary("The pages for a browser need");
+}
+
 void MediaJob::setPageStylesheets(std::string_view directory) {
   builder().pageStylesheets = wide(directory);
 }
@@ -172,9 +183,7 @@ Outcome MediaJob::loadHeader(std::string_view file, std::string_view stylesheet,
   ScopedBstr header;
   if (object_.LoadHeaderTextFromFile(fileName.Get(), location.Get(), header.Put()) != S_OK ||
       header.Get() == nullptr) {
-    return canMakeXmlDocument() ? errorText()
-                                : "Stylesheets need libquillon_xml.so of this installation, which "
-                                  "cannot be loaded.";
+    return canMakeXmlDocument() ? errorText() : noXmlLibrary("Stylesheets need");
   }
   text = narrow(header);
   return {};

@@ -67,6 +67,8 @@ class MediaJob {
   }
   void setPages(bool enabled) { builder().portableData = enabled; }
   void setPageStylesheets(std::string_view directory);
+  // Whether those that are wanted can be made on this machine.
+  Outcome askForPages();
   // What the root holds will be gone when the plan is carried out.
   void setEmptiesRoot(bool isEmptied) { builder().emptiesRoot = isEmptied; }
   // Files that are added after that are held to them; only with the records of today.

@@ -50,8 +50,12 @@ OutputFile::~OutputFile() {
 Outcome OutputFile::reserveStandardOutput() {
   if (streamDescriptor >= 0) return {};
   streamDescriptor = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-  if (streamDescriptor < 0 || ::dup2(STDERR_FILENO, STDOUT_FILENO) < 0) {
-    return "Standard output cannot be written: " + reasonOf(errno) + ".";
+  const int error = errno;
+  // What the command has to say goes to standard error from here on, this failure too.
+  const bool isRedirected = ::dup2(STDERR_FILENO, STDOUT_FILENO) >= 0;
+  if (streamDescriptor < 0 || !isRedirected) {
+    return "Standard output cannot be written: " + reasonOf(streamDescriptor < 0 ? error : errno) +
+           ".";
   }
   // Whoever stops reading makes a write fail, with its sentence.
   std::signal(SIGPIPE, SIG_IGN);

@@ -12,6 +12,7 @@
 #include "settings.h"
 #include "span_options.h"
 #include "span_output.h"
+#include "thrown.h"
 #include "toolkit_log.h"
 
 namespace quillon::cli {
@@ -88,9 +89,13 @@ int publishOnSeveral(CommandOptions& options, std::vector<std::string> remarks,
     const auto tellPlan = [&options](const SpanResult& planned) {
       if (!options.isJson) print(Output::forReaders(planTextOf(planned)));
     };
-    result = SpannedPublication(options.create, options.write, options.span, std::move(keepRoot),
-                                tellPlan, audit)
-                 .run();
+    try {
+      result = SpannedPublication(options.create, options.write, options.span, std::move(keepRoot),
+                                  tellPlan, audit)
+                   .run();
+    } catch (...) {
+      result.outcome = thrownOutcome();
+    }
   }
   audit.conclude(result.outcome, result.remarks);
   isKept = !result.media.empty() && result.media.back().published.written.isKept;
@@ -106,13 +111,13 @@ int refuse(const CommandOptions& options, const Outcome& why) {
 }
 
 int runPublish(CommandOptions& options) {
-  if (const Outcome registry = checkRegistry(); registry.failed()) return refuse(options, registry);
-  options.listed = takeListedSources(options.create.selection, options.create.sources);
   if (options.write.isStreaming()) {
     if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {
       return refuse(options, reserved);
     }
   }
+  if (const Outcome registry = checkRegistry(); registry.failed()) return refuse(options, registry);
+  options.listed = takeListedSources(options.create.selection, options.create.sources);
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed())
     return refuse(options, log);
   JobAudit audit("publish");

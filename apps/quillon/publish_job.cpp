@@ -8,6 +8,7 @@
 
 #include "job_audit.h"
 #include "media_job.h"
+#include "thrown.h"
 
 namespace quillon::cli {
 
@@ -43,7 +44,7 @@ Published publishFileSet(CreateOptions create, const WriteOptions& write,
   Delivery delivery(write, job, std::move(keepRoot));
   std::vector<std::string> sources = create.sources;
   std::ranges::move(contentSources(create.otherContent), std::back_inserter(sources));
-  Outcome asked = delivery.ask(sources);
+  Outcome asked = guarded([&] { return delivery.ask(sources); });
   audit.note(delivery.result());
   if (asked.failed()) {
     published.created.outcome = std::move(asked);

@@ -44,14 +44,25 @@ void addDryRun(Json& object, std::uint64_t sectors) {
   for (const std::string_view kind : kindsThatHold(sectors)) kinds.push_back(kind);
 }
 
-// Of each file by its name; none where no sums were made.
+// Of each file by its name; none where no sums were made. Names that are no UTF-8 may look the
+// same, so these files have a list of their own.
 void addSums(Json& object, const std::vector<FileSum>& sums) {
   if (sums.empty()) return;
   // Names are different: to look for each among those before it would take its time in a large set.
   Json::object_t byName;
   byName.reserve(sums.size());
-  for (const FileSum& one : sums) byName.Container::emplace_back(one.name, one.sha256);
+  Json others = Json::array();
+  for (const FileSum& one : sums) {
+    if (isUtf8(one.name)) {
+      byName.Container::emplace_back(one.name, one.sha256);
+    } else {
+      Json& other = others.emplace_back();
+      addPath(other, one.name);
+      other["sha256"] = one.sha256;
+    }
+  }
   object["sums"] = std::move(byName);
+  if (!others.empty()) object["sums_by_bytes"] = std::move(others);
 }
 
 std::string fileText(const char* kind, const std::string& path) {

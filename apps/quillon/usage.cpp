@@ -11,8 +11,10 @@
 #include "command_tree.h"
 #include "commands.h"
 #include "nearest_name.h"
+#include "output_file.h"
 #include "result_output.h"
 #include "terminal_text.h"
+#include "thrown.h"
 
 namespace quillon::cli {
 
@@ -74,6 +76,31 @@ std::string jsonOfHelp(const Recognised& of, std::string text) {
       textOrNull(of.name.substr(std::min(of.name.find(' '), of.name.size() - 1) + 1));
   object["help"] = std::move(text);
   return jsonObject(std::move(object), {});
+}
+
+bool asksForJson(const Arguments& arguments) {
+  return std::ranges::any_of(beforePaths(arguments), [](const std::string& argument) {
+    return argument == kJson || argument.starts_with(std::string(kJson) + "=");
+  });
+}
+
+// Standard output is then a file's, which nothing else may stand in.
+bool asksForStream(const Arguments& arguments) {
+  const Arguments options = beforePaths(arguments);
+  for (std::size_t i = 0; i < options.size(); ++i) {
+    for (const std::string option : {"--iso", "--zip"}) {
+      if (options[i] == option + "=-") return true;
+      if (options[i] == option && i + 1 < options.size() && options[i + 1] == "-") return true;
+    }
+  }
+  return false;
+}
+
+// Of a line that no command has told of.
+int finishAlone(const Outcome& outcome, const Arguments& arguments) {
+  if (!asksForJson(arguments)) return finish({}, outcome, {});
+  if (asksForStream(arguments)) static_cast<void>(OutputFile::reserveStandardOutput());
+  return finish(Output::asItIs(jsonObject(outcome)), outcome, {});
 }
 
 std::string noSuchOption(const Recognised& of, const std::string& argument) {
@@ -151,7 +178,7 @@ void refuseEmptyValues(const Arguments& arguments) {
 int finishWithoutCommand(const CLI::App& program, const CLI::ParseError& error,
                          const Arguments& arguments) {
   const Recognised of = recognised(program, arguments);
-  const bool isJson = std::ranges::count(beforePaths(arguments), kJson) != 0;
+  const bool isJson = asksForJson(arguments);
   if (error.get_exit_code() == 0) {
     std::ostringstream asked;
     static_cast<void>(program.exit(error, asked, asked));
@@ -160,10 +187,11 @@ int finishWithoutCommand(const CLI::App& program, const CLI::ParseError& error,
                                    : Output::forReaders(asked.str()),
                   {}, {});
   }
-  const Outcome outcome = complaintOn(of, program, error);
-  static_cast<void>(finish(Output::asItIs(isJson ? jsonObject(outcome) : ""), outcome, {}));
+  static_cast<void>(finishAlone(complaintOn(of, program, error), arguments));
   std::fputs(("Run " + of.name + " --help for more information.\n").c_str(), stderr);
   return kExitUsage;
 }
+
+int finishThrown(const Arguments& arguments) { return finishAlone(thrownOutcome(), arguments); }
 
 }  // namespace quillon::cli

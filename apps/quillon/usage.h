@@ -23,4 +23,7 @@ void refuseEmptyValues(const Arguments& arguments);
 int finishWithoutCommand(const CLI::App& program, const CLI::ParseError& error,
                          const Arguments& arguments);
 
+// The same of an exception that is being handled, which ended the command.
+int finishThrown(const Arguments& arguments);
+
 }  // namespace quillon::cli

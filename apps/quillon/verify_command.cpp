@@ -19,6 +19,7 @@
 #include "profile_options.h"
 #include "progress_bar.h"
 #include "result_output.h"
+#include "thrown.h"
 #include "toolkit_log.h"
 #include "verify/verify_medium.h"
 
@@ -81,8 +82,8 @@ std::string plainText(const VerifyReport& report) {
   return text + ": " + verdictText(report) + ".\n";
 }
 
-void addMembers(Json& object, const VerifyReport& report) {
-  object["whole"] = report.IsWhole();
+void addMembers(Json& object, const VerifyReport& report, const Outcome& outcome) {
+  object["whole"] = !outcome.failed() && report.IsWhole();
   object["patients"] = report.patients;
   object["studies"] = report.studies;
   object["series"] = report.series;
@@ -146,12 +147,12 @@ Outcome verify(const CommandOptions& options, ChosenMedium& medium, VerifyReport
 int runVerify(const CommandOptions& options) {
   VerifyReport report;
   ChosenMedium medium;
-  const Outcome outcome = verify(options, medium, report);
+  const Outcome outcome = guarded([&] { return verify(options, medium, report); });
   std::string output;
   if (options.isJson) {
     Json object = emptyObject();
     medium.addMembers(object, options.medium);
-    addMembers(object, report);
+    addMembers(object, report, outcome);
     output = jsonObject(std::move(object), outcome);
   } else if (!outcome.failed()) {
     output = plainText(report);

@@ -60,12 +60,12 @@ int refuse(const CommandOptions& options, const Outcome& why) {
 }
 
 int runWrite(CommandOptions& options) {
-  if (const Outcome registry = checkRegistry(); registry.failed()) return refuse(options, registry);
   if (options.job.isStreaming()) {
     if (const Outcome reserved = OutputFile::reserveStandardOutput(); reserved.failed()) {
       return refuse(options, reserved);
     }
   }
+  if (const Outcome registry = checkRegistry(); registry.failed()) return refuse(options, registry);
   if (const Outcome log = sendToolkitLog(options.logFile); log.failed())
     return refuse(options, log);
   MediaJob mediaJob;

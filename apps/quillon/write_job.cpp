@@ -25,6 +25,7 @@
 #include "set_sums.h"
 #include "source_walk.h"
 #include "terminal_text.h"
+#include "thrown.h"
 
 namespace quillon::cli {
 
@@ -117,6 +118,25 @@ std::string Delivery::mediumKind() const {
 }
 
 WriteResult Delivery::run() {
+  bool isThrown = false;
+  try {
+    work();
+  } catch (...) {
+    isThrown = true;
+    passes(thrownOutcome());
+    progress_.clear();
+  }
+  result_.writtenDiscs = writtenDiscs_;
+  result_.isKept = rootEntry(result_.root) == RootEntry::NotEmpty;
+  if (isThrown && isDelivering_.exchange(false)) {
+    tellFailure();
+  } else if (isThrown && result_.isKept) {
+    result_.remarks.push_back("The file set stays in " + result_.root + ".");
+  }
+  return std::move(result_);
+}
+
+void Delivery::work() {
   const bool isReady = isAsked_ ? takeFileSet()
                                 : checkSettings({}) && takeFileSet() && askMedium() &&
                                       passes(askSize(roomOfDirectory(result_.root, kSumsName)));
@@ -125,9 +145,6 @@ WriteResult Delivery::run() {
   } else if (isReady && makeRoom() && beginSums()) {
     deliver();
   }
-  result_.writtenDiscs = writtenDiscs_;
-  result_.isKept = rootEntry(result_.root) == RootEntry::NotEmpty;
-  return std::move(result_);
 }
 
 // After a test run the set is still the only one.

@@ -114,6 +114,7 @@ class Delivery {
     return !result_.outcome.failed();
   }
   bool fail(std::string sentence) { return passes(std::move(sentence)); }
+  void work();
   [[nodiscard]] bool staysWhenWritten() const;
   [[nodiscard]] bool checkSettings(const std::vector<std::string>& sources);
   [[nodiscard]] bool applySettings();

@@ -227,6 +227,33 @@ class Audit(program.ProgramTest):
         self.assertEqual((record["result"], record["patients"]), ("interrupted", ["12345"]))
         self.assertEqual(record["medium"], {"kind": "directory", "path": str(out)})
 
+    def test_a_job_without_memory_tells_and_records_how_it_ended(self):
+        failed = 0
+        for kibibytes in range(12000, 36000, 1000):
+            place = self.dir / str(kibibytes)
+            for i in range(3):
+                self.write(f"{place}/in/{i}", dicom_file(instance=f"2.25.1.1.1.{i}"))
+            limit = kibibytes * 1024
+            with self.subTest(kibibytes):
+                run = self.run_program(
+                    "publish", "--json", "--move", "--audit", place / "audit", "--to", place / "out",
+                    place / "in", preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (limit, limit)))
+                if not (place / "audit").exists():
+                    continue  # not even begun
+                result = json.loads(run.stdout)
+                record, = map(json.loads, (place / "audit").read_text().splitlines())
+                self.assertEqual(result["error"] is None, run.returncode == 0)
+                self.assertEqual(record["error"] is None, run.returncode == 0)
+                kept = Path(result["root"])
+                objects = [path for above in (place / "in", kept if result["kept"] else place / "out")
+                           for path in above.rglob("*") if path.is_file() and path.stat().st_size > 1
+                           and path.read_bytes()[128:132] == b"DICM" and path.name != "DICOMDIR"]
+                self.assertEqual(len(objects), 3)
+                if result["kept"]:
+                    failed += 1
+                    self.assertIn(f"The file set stays in {kept}".encode(), run.stderr)
+        self.assertGreater(failed, 0)
+
     def test_the_systems_log_gets_the_line(self):
         if os.path.exists("/dev/log") or os.geteuid() != 0:
             self.skipTest("there is a system log here, or none can be made")

@@ -4,6 +4,7 @@ import http.server
 import json
 import os
 import re
+import resource
 import shutil
 import subprocess
 import sys
@@ -401,11 +402,25 @@ class Header(program.ProgramTest):
         self.assertTrue((moved / "share/man/man1/quillon-header.1").is_file())
         # What comes with the first object that needs it can be missing by then.
         next(moved.glob("lib/**/libquillon_xml.so")).unlink()
-        run = subprocess.run([moved / "bin/quillon", "header", "--stylesheet", "html", path],
-                             capture_output=True, env=self.environment(), cwd=self.dir)
-        self.assertEqual((run.returncode, run.stdout, run.stderr), (1, b"", (
-            b"quillon: Stylesheets need libquillon_xml.so of this installation, which cannot be "
-            b"loaded.\n")))
+        for arguments, what in ((["header", "--stylesheet", "html"], b"Stylesheets need"),
+                                (["create", "--pdi", "--root", self.root], b"The pages for a browser need")):
+            run = subprocess.run([moved / "bin/quillon", *arguments, path],
+                                 capture_output=True, env=self.environment(), cwd=self.dir)
+            self.assertEqual((run.returncode, run.stdout, run.stderr), (1, b"", (
+                b"quillon: " + what + b" libquillon_xml.so of this installation, which cannot be "
+                b"loaded.\n")))
+
+    def test_a_file_without_memory_keeps_no_other_back(self):
+        large = dicom_file(more={0x0040A160: element(0x0040A160, "UT", "x" * 20_000_000)})
+        for name, data in (("a", dicom_file()), ("b", large), ("c", dicom_file())):
+            self.write(name, data)
+        run = self.run_program(
+            "header", "--json", "-r", self.source,
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (240_000_000, 240_000_000)))
+        first, second, third = json.loads(run.stdout)["files"]
+        self.assertEqual(run.returncode, 1)
+        self.assertEqual((first["error"], third["error"]), (None, None))
+        self.assertIn("There is not enough memory.", second["error"])
 
 
 if __name__ == "__main__":

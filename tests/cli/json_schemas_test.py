@@ -123,6 +123,14 @@ class JsonSchemas(program.ProgramTest):
         self.run_json("disc", "insert")
         self.run_json(*write)
         self.run_json("publish", "--dry-run", "--to", self.dir / "to3", self.source)
+        content = self.dir / "content"
+        content.mkdir()
+        for name in (b"\xfe", b"\xff"):
+            (content / os.fsdecode(name)).write_bytes(name)
+        published = self.run_json("publish", "--other-content", content, "--audit", self.audit,
+                                  "--to", self.dir / os.fsdecode(b"to\xff"), self.source)
+        self.assertEqual([bytes.fromhex(one["path_hex"])[-1] for one in published["sums_by_bytes"]],
+                         [0xFE, 0xFF])
         large = ["--zip", self.dir / "span.zip", "--capacity", "4.9MB", "--span", "--no-sums"]
         objects = [self.write(f"span/{i}", dicom_file(
             study=f"2.25.5.{i}", series=f"2.25.5.{i}.1", instance=f"2.25.5.{i}.1.1")
@@ -158,6 +166,8 @@ class JsonSchemas(program.ProgramTest):
             self.run_json(command, self.dir / "to", status=status)
             self.run_json(command, "--disc", "--recorder", "virtual-1", status=status)
             self.run_json(command, self.dir / "none", status=1)
+            self.run_json(command, self.dir / NOT_UTF8, status=1)
+        self.assertFalse(self.run_json("verify", self.dir / "none", status=1)["whole"])
         self.run_json("verify", "--profile", "STD-XABC-CD", self.dir / "set.zip", status=1)
         (self.dir / "to/LABEL.TXT").write_bytes(b"changed")
         shutil.rmtree(next((self.dir / "to/DICOMOBJ").iterdir()), ignore_errors=True)
@@ -254,6 +264,27 @@ class JsonSchemas(program.ProgramTest):
             for place, changed in with_foreign_members(printed):
                 self.assertNotEqual(json_schemas.faults(name, changed), [], (arguments, place))
 
+    def test_a_file_on_standard_output_has_nothing_else_in_it(self):
+        self.fill_source()
+        broken = self.dir / "broken.reg"
+        broken.write_text(BROKEN_REGISTRY)
+        for stream in (["--zip", "-"], ["--iso=-"]):
+            for more, status, environment in (
+                    (["--no-such-option"], 2, {}), ([], 1, {"QUILLON_REGISTRY": str(broken)}), ([], 0, {})):
+                with self.subTest((stream, status)):
+                    run = subprocess.run(
+                        [program.QUILLON, "publish", "--json", *stream, *more, self.source],
+                        capture_output=True, env={**self.environment(), **environment})
+                    self.assertEqual(run.returncode, status, run.stderr)
+                    self.assertEqual(run.stdout != b"", status == 0)
+                    told = json.loads(run.stderr.splitlines()[0])
+                    self.assertEqual(json_schemas.faults("usage" if status == 2 else "publish", told), [])
+                    self.assertEqual(told["error"] is None, status == 0)
+        run = subprocess.run(["sh", "-c", '"$0" publish --json --zip - "$1" >&-', program.QUILLON, self.source],
+                             capture_output=True, env=self.environment())
+        self.assertEqual(run.returncode, 1)
+        self.assertIn("Standard output cannot be written", json.loads(run.stderr.splitlines()[0])["error"])
+
     def test_every_member_is_described(self):
         for name, schema in json_schemas.schemas.items():
             json_schemas.jsonschema.Draft202012Validator.check_schema(schema)
@@ -280,6 +311,10 @@ class JsonSchemas(program.ProgramTest):
                 hexadecimal = one.get("path_hex", one["path"].encode().hex())
                 self.assertEqual(bytes.fromhex(hexadecimal), os.fsencode(path))
                 self.assertEqual("path_hex" in one, "\ufffd" in one["path"])
+        # What commands a terminal is escaped.
+        run = self.run_program("header", "--json", os.fsdecode(b"\xc2\x9b31m\x7f"))
+        self.assertNotRegex(run.stdout, rb"[\x7f\x9b]")
+        self.assertEqual(json.loads(run.stdout)["files"][0]["path"], "\x9b31m\x7f")
 
 
 if __name__ == "__main__":
