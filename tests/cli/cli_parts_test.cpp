@@ -25,7 +25,9 @@ TEST(JsonOutput, EveryByteStringBecomesValidJson) {
   const Case cases[] = {
       {"", "\"\""},
       {"a\"b\\c/d", R"("a\"b\\c/d")"},
-      {"\n\r\t\x01\x1F\x7F", "\"\\n\\r\\t\\u0001\\u001f\x7F\""},
+      {"\n\r\t\x01\x1F\x7F", "\"\\n\\r\\t\\u0001\\u001f\\u007f\""},
+      {"a\xC2\x9B\xC2\x80z", "\"a\\u009b\\u0080z\""},  // terminals would obey them
+      {"\xC2\xA0\xC3\x82", "\"\xC2\xA0\xC3\x82\""},
       {std::string("\0", 1), "\"\\u0000\""},
       {"caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80",
        "\"caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80\""},
