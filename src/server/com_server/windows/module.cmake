@@ -29,13 +29,13 @@ add_library(QuillonMediaRW SHARED exports.cpp windows/load.cpp windows/QuillonMe
             windows/QuillonMediaRW.rc "${library}")
 target_include_directories(QuillonMediaRW PRIVATE
   "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_CURRENT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}/resources")
-target_compile_definitions(QuillonMediaRW PRIVATE
-  QUILLON_VERSION=${QUILLON_VERSION}
-  QUILLON_VERSION_NUMBERS=${PROJECT_VERSION_MAJOR},${PROJECT_VERSION_MINOR},${PROJECT_VERSION_PATCH},0)
 target_link_libraries(QuillonMediaRW PRIVATE quillon_options quillon_com_server)
 # Two builds of one commit make the same DLL: no time in its header.
 target_link_options(QuillonMediaRW PRIVATE -static -static-libgcc -static-libstdc++
                     -Wl,--no-undefined -Wl,--no-insert-timestamp)
-set_source_files_properties(windows/QuillonMediaRW.rc PROPERTIES OBJECT_DEPENDS
+set(version QUILLON_VERSION=${QUILLON_VERSION}
+  QUILLON_VERSION_NUMBERS=${PROJECT_VERSION_MAJOR},${PROJECT_VERSION_MINOR},${PROJECT_VERSION_PATCH},0)
+set_source_files_properties(windows/QuillonMediaRW.rc PROPERTIES
+  COMPILE_DEFINITIONS "${version}" OBJECT_DEPENDS
   "${library};${PROJECT_SOURCE_DIR}/resources/messages.inc;${CMAKE_CURRENT_SOURCE_DIR}/scripts/app_id.rgs;${CMAKE_CURRENT_SOURCE_DIR}/scripts/class.rgs")
 set_target_properties(QuillonMediaRW PROPERTIES PREFIX "")
