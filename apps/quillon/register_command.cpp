@@ -13,6 +13,7 @@
 #include "foundation/text.h"
 #include "platform/services.h"
 #include "result_output.h"
+#include "win32/own_library.h"
 
 namespace quillon::cli {
 
@@ -43,15 +44,6 @@ struct Options {
   bool isJson = false;
 };
 
-// Where the build and the installation put the library, seen from the program.
-fs::path ownLibrary() {
-  std::error_code error;
-  const fs::path program = fs::read_symlink("/proc/self/exe", error);
-  fs::path library =
-      (program.parent_path() / QUILLON_LIBRARIES_FROM_PROGRAM / kLibrary).lexically_normal();
-  return fs::exists(library, error) ? library : fs::path();
-}
-
 std::string systemText(HRESULT hr) {
   std::array<OLECHAR, 256> buffer{};
   const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
@@ -68,7 +60,8 @@ std::string systemText(HRESULT hr) {
 // Lets the library register itself: it knows its classes, and its path goes into the registry.
 Outcome runExport(const Verb& verb, const std::string& given, fs::path& library) {
   std::error_code error;
-  library = given.empty() ? ownLibrary() : fs::absolute(given, error);
+  library =
+      given.empty() ? fs::path(platform::ownLibraryPath(kLibrary)) : fs::absolute(given, error);
   if (library.empty()) {
     return std::string("Cannot ") + verb.name + ": there is no " + kLibrary +
            " of this installation (package libquillon-media0).";

@@ -63,21 +63,25 @@ std::vector<fs::path> directories() {
 
 }  // namespace
 
-OwnLibrary openOwnLibrary(const std::string& fileName) {
-  OwnLibrary library;
+std::string ownLibraryPath(const std::string& fileName) {
   for (const fs::path& directory : directories()) {
     const fs::path path = (directory / fileName).lexically_normal();
-    if (::access(path.c_str(), F_OK) != 0) continue;
-    library.path = path.string();
-    library.handle = ::dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
-    if (library.handle != nullptr) return library;
-    const char* const said = ::dlerror();
-    library.problem = said == nullptr ? "for a reason that is not known" : said;
-    // The reason begins with the file that is at fault: this one or one that it needs.
-    if (library.problem.starts_with(library.path + ": ")) {
-      library.problem.erase(0, library.path.size() + 2);
-    }
-    return library;
+    if (::access(path.c_str(), F_OK) == 0) return path.string();
+  }
+  return {};
+}
+
+OwnLibrary openOwnLibrary(const std::string& fileName) {
+  OwnLibrary library;
+  library.path = ownLibraryPath(fileName);
+  if (library.path.empty()) return library;
+  library.handle = ::dlopen(library.path.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
+  if (library.handle != nullptr) return library;
+  const char* const said = ::dlerror();
+  library.problem = said == nullptr ? "for a reason that is not known" : said;
+  // The reason begins with the file that is at fault: this one or one that it needs.
+  if (library.problem.starts_with(library.path + ": ")) {
+    library.problem.erase(0, library.path.size() + 2);
   }
   return library;
 }

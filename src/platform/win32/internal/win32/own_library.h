@@ -18,6 +18,9 @@ struct OwnLibrary {
       problem;  // of one that is there and cannot be loaded: the reason, as the system says it
 };
 
+// Where it lies; empty when there is no such library.
+std::string ownLibraryPath(const std::string& fileName);
+
 // Loads it for good, its names for itself. Opening it again costs little.
 OwnLibrary openOwnLibrary(const std::string& fileName);
 
