@@ -20,9 +20,15 @@ constexpr const char* kJsonVersion = QUILLON_TEXT(NLOHMANN_JSON_VERSION_MAJOR) "
 
 constexpr const char* kNotThere = "cannot be loaded";
 
-std::string line(std::string name, const std::string& version, const char* otherwise = kNotThere) {
+std::string line(std::string name, const std::string& version,
+                 const std::string& otherwise = kNotThere) {
   name.resize(kVersionColumn, ' ');
   return "\n  " + name + (version.empty() ? otherwise : version);
+}
+
+std::string whyNoDrives() {
+  const std::string problem = platform::opticalLibraryProblem();
+  return problem.empty() ? "not installed (package quillon-optical)" : problem;
 }
 
 }  // namespace
@@ -32,8 +38,7 @@ std::string versionText() {
   return "quillon " QUILLON_VERSION + line("CLI11", CLI11_VERSION) +
          line("nlohmann-json", kJsonVersion) +
          line("libarchive", platform::archiveLibraryVersion()) +
-         line("libburn", platform::opticalLibraryVersion().value_or(""),
-              "not installed (package quillon-optical)") +
+         line("libburn", platform::opticalLibraryVersion().value_or(""), whyNoDrives()) +
          line("libcrypto", digestLibraryVersion()) + line("libcurl", xml.libcurl) +
          line("libxml2", xml.libxml2) + line("libxslt", xml.libxslt);
 }

@@ -5,6 +5,8 @@
 #include <atomic>
 #include <cstring>
 #include <mutex>
+#include <string_view>
+#include <utility>
 
 #include "recorders/catalogue.h"
 #include "recorders/disc_operations.h"
@@ -25,22 +27,29 @@ Loaded& loaded() {
   return *single;
 }
 
+OpticalAccess unusable(std::string problem) { return {nullptr, true, std::move(problem)}; }
+
+// What people know a release by.
+std::string version(std::string_view release) {
+  return std::string(release.substr(0, release.find(' ')));
+}
+
 OpticalAccess load() {
   const OwnLibrary file = openOwnLibrary(kOpticalLibraryFile);
-  if (file.path.empty()) return {nullptr, "the package quillon-optical is not installed"};
-  if (file.handle == nullptr) {
-    return {nullptr, file.path + " cannot be loaded (" + file.problem + ")"};
-  }
+  if (file.path.empty()) return {nullptr, false, "the package quillon-optical is not installed"};
+  if (file.handle == nullptr)
+    return unusable(file.path + " cannot be loaded (" + file.problem + ")");
   const auto entry =
       reinterpret_cast<OpticalLibraryEntry>(::dlsym(file.handle, kOpticalLibraryEntry));
   const OpticalLibrary* const library = entry == nullptr ? nullptr : entry();
   if (library == nullptr || std::strcmp(library->release, opticalRelease()) != 0) {
-    return {nullptr, file.path + " is of another release than " + opticalRelease()};
+    return unusable(file.path + " is of another release than " + version(opticalRelease()) +
+                    " (install quillon-optical of the same version)");
   }
   if (!library->askWhetherToStop(&areOperationsStopped)) {
-    return {nullptr, file.path + " cannot be loaded (out of memory)"};
+    return unusable(file.path + " cannot be loaded (out of memory)");
   }
-  return {library, {}};
+  return {library, true, {}};
 }
 
 }  // namespace
@@ -48,7 +57,7 @@ OpticalAccess load() {
 OpticalAccess loadOpticalLibrary() {
   Loaded& single = loaded();
   const std::lock_guard lock(single.mutex);
-  if (const OpticalLibrary* const library = single.library) return {library, {}};
+  if (const OpticalLibrary* const library = single.library) return {library, true, {}};
   OpticalAccess access = load();
   single.library = access.library;
   return access;
@@ -58,6 +67,11 @@ std::optional<std::string> opticalLibraryVersion() {
   const OpticalAccess access = loadOpticalLibrary();
   if (access.library == nullptr) return std::nullopt;
   return access.library->burnVersion;
+}
+
+std::string opticalLibraryProblem() {
+  const OpticalAccess access = loadOpticalLibrary();
+  return access.isInstalled ? access.problem : std::string();
 }
 
 void releaseOpticalDrives() {

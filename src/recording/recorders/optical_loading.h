@@ -9,6 +9,7 @@ namespace quillon::platform {
 
 struct OpticalAccess {
   const OpticalLibrary* library = nullptr;
+  bool isInstalled = true;
   std::string problem;  // why there is none, as the end of a sentence without its full stop
 };
 

@@ -2,6 +2,6 @@
 
 namespace quillon::platform {
 
-const char* opticalRelease() { return QUILLON_RELEASE; }
+const char* opticalRelease() { return QUILLON_VERSION " " QUILLON_BORDER; }
 
 }  // namespace quillon::platform

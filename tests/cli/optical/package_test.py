@@ -95,14 +95,18 @@ class Package(OpticalTest):
             (b"torn", "cannot be loaded (file too short)"),
             (whole.replace(b"\0libburn.so.4\0", b"\0libburn.so.X\0"), "cannot be loaded (libburn.so.X: cannot "
              "open shared object file: No such file or directory)"),
-            (Path(os.environ["OTHER_RELEASE"]).read_bytes(), "is of another release than RELEASE"),
+            (Path(os.environ["OTHER_RELEASE"]).read_bytes(), "is of another release than VERSION "
+             "(install quillon-optical of the same version)"),
         ]
         for content, reason in cases:
             with self.subTest(reason):
                 broken.write_bytes(content)
                 machine.put(broken)
-                said = re.sub(r"than \S+;", "than RELEASE;", machine.listed())
-                self.assertEqual(said, f'The drive "/dev/sr0" cannot be used: {machine.place} {reason}' + VIRTUAL)
+                # A version, and nothing else that a release is known by.
+                problem, told = (re.sub(r"than \d+\.\d+\.\d+\S* \(", "than VERSION (", text)
+                                 for text in (machine.listed(), machine.run("--version")[1]))
+                self.assertEqual(problem, f'The drive "/dev/sr0" cannot be used: {machine.place} {reason}' + VIRTUAL)
+                self.assertRegex(told, rf"(?m)^  libburn +{re.escape(f'{machine.place} {reason}')}$")
 
     def test_it_is_looked_for_in_its_place_alone(self):
         machine = Installed()

@@ -51,6 +51,9 @@ void chooseDiscRecorder(std::string recorder);
 // The version of libburn, by which drives are reached ("1.5.4"); nothing where the library for
 // drives is not installed or cannot be loaded. Loads both.
 std::optional<std::string> opticalLibraryVersion();
+// Why the library for drives cannot be used although it is installed, a sentence without its full
+// stop; empty when it can be, and when it is not installed. Loads it, too.
+std::string opticalLibraryProblem();
 
 // What the process has done to discs last, beyond what the service answers, which is a code.
 struct DiscWork {

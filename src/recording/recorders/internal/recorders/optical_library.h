@@ -64,7 +64,9 @@ struct OpticalLibrary {
   void (*letGo)() noexcept;
 };
 
-// The release of the code that is called.
+// The release of the code that is called: the version, and behind a blank what stands for the
+// headers that both sides were built of ("0.2.0 1f3a56c7"), which tells builds of one version
+// apart.
 const char* opticalRelease();
 
 // What the library exports.
