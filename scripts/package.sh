@@ -1,20 +1,26 @@
 #!/usr/bin/env bash
-# Makes what people install, of the tracked files of this tree as they are: the Debian packages, and a
-# ZIP file with the Windows DLL. All of it lies in build/packages afterwards, with SHA256SUMS.
-# Two builds of one commit give the same bytes, wherever the tree lies.
+# Makes what people install: the Debian packages, of the tracked files of this tree as they are, and a
+# ZIP file with the Windows DLL, which is built in the tree itself (build/windows-x86) and so of all files
+# there. All of it lies in build/packages afterwards, with SHA256SUMS. Two builds of one commit, in trees
+# with no other files, give the same bytes, wherever the tree lies.
 #
 #   scripts/package.sh
 #     --no-windows            without the ZIP file
-#     --output DIR            another directory; what it holds of an earlier run is replaced
+#     --output DIR            another directory, from where the script is called; what it holds of an earlier run is replaced
 set -euo pipefail
+called_in=$PWD
 cd "$(dirname "$0")/.."
 
-output=build/packages
+output=$PWD/build/packages
 windows=1
 while [ $# -gt 0 ]; do
   case $1 in
     --no-windows) windows=0 ;;
-    --output) output=${2:?--output needs a directory}; shift ;;
+    --output)
+      output=${2:?--output needs a directory}
+      [[ $output == /* ]] || output=$called_in/$output
+      shift
+      ;;
     *) echo "usage: $0 [--no-windows] [--output DIR]" >&2; exit 2 ;;
   esac
   shift
@@ -29,7 +35,7 @@ fail() {
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct) || fail "the tree is no checkout: its files and their time are not known"
 export SOURCE_DATE_EPOCH TZ=UTC LC_ALL=C
 umask 022
-git diff --quiet HEAD || echo "package: some files are not as they are in the commit" >&2
+[ -z "$(git status --porcelain)" ] || echo "package: some files are not as they are in the commit, or not in it" >&2
 ./scripts/setup.sh --package
 version=$(cmake -P cmake/print_version.cmake)
 if [ -e "$output" ] && [ ! -e "$output/.quillon-packages" ]; then
@@ -97,6 +103,10 @@ windows_zip() {
 
 debian_packages
 [ "$windows" -eq 0 ] || windows_zip
-(cd "$output" && sha256sum ./*.deb ./*.zip 2>/dev/null | sed 's#\./##' >SHA256SUMS)
+(
+  shopt -s nullglob
+  cd "$output"
+  sha256sum ./*.deb ./*.zip | sed 's#\./##' >SHA256SUMS
+)
 rm -rf "$work"
 ls -l "$output" | awk 'NF > 8 { print $5, $9 }'
