@@ -7,9 +7,9 @@ if(WIN32)
           FILES_MATCHING REGEX "/server/com_server/.*\\.(h|inc)$"
                          REGEX "/platform/(com|win32|com/com_ptr|win32/unclaim_names)\\.h$")
   install(FILES packaging/windows/QuillonMediaConfig.cmake DESTINATION cmake)
-  install(FILES docs/guide-host.md docs/third-party.md CHANGELOG.md DESTINATION docs)
-  install(FILES docs/host-example/host.cpp docs/host-example/CMakeLists.txt
-          DESTINATION docs/host-example)
+  # All pages, because they refer to each other.
+  install(FILES README.md CHANGELOG.md DESTINATION .)
+  install(DIRECTORY docs DESTINATION . PATTERN shown.txt EXCLUDE)
   install(FILES resources/stylesheets/text.xsl resources/stylesheets/html.xsl
           DESTINATION stylesheets)
   return()
