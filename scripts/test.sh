@@ -23,9 +23,10 @@ for option in "$@"; do
   esac
 done
 
-# What the step over the Windows build prints; its last line counts the tests.
+# What the steps over the Windows build and the packages print; the last line of each counts the tests.
 windows_tests=$(mktemp)
-trap 'rm -f "$windows_tests"' EXIT
+package_tests=$(mktemp)
+trap 'rm -f "$windows_tests" "$package_tests"' EXIT
 
 passed=0
 failed=()
@@ -60,7 +61,8 @@ on_windows() {
     tee "$windows_tests"
 }
 made_packages() {
-  ./scripts/package.sh && python3 -B tests/packages/packages_test.py build/release build/packages
+  ./scripts/package.sh &&
+    python3 -B tests/packages/packages_test.py build/release build/packages | tee "$package_tests"
 }
 # Two clones in places of their own, without the compiler's cache: nothing of the one in the other.
 reproducible() {
@@ -151,5 +153,8 @@ fi
 
 [ "${#failed[@]}" -gt 0 ] && printf 'failed step: %s\n' "${failed[@]}"
 grep '^Windows tests: ' "$windows_tests" || echo "Windows tests: not known, the step ended before its count"
+if [ "$quick" -eq 0 ]; then
+  grep '^Bare system: ' "$package_tests" || echo "Bare system: not known, the step ended before its count"
+fi
 echo "$passed passed, ${#failed[@]} failed"
 [ "${#failed[@]}" -eq 0 ]

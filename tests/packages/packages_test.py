@@ -26,6 +26,16 @@ def commands(text):
     return [line[6:] for line in text.splitlines() if re.match("    [#$] ", line)]
 
 
+def broken_links(directory):
+    """Of the Markdown files below it: what a page refers to, from where it lies, must be there."""
+    links = [(page, link) for page in directory.rglob("*.md")
+             for link in re.findall(r"\]\(([^)\s]+)\)", page.read_text())
+             if not re.match(r"[a-z]+:|#", link)]
+    assert len(links) > 50, links
+    return [f"{page.relative_to(directory)}: {link}" for page, link in links
+            if not (page.parent / link.split("#")[0]).exists()]
+
+
 def section(heading):
     return README.split(f"\n## {heading}\n")[1].split("\n## ")[0]
 
@@ -56,6 +66,14 @@ class Packages(unittest.TestCase):
                 self.assertNotIn(path.encode(), content, package.name)
 
 
+    def test_every_link_leads_somewhere(self):
+        place = self.enterContext(tempfile.TemporaryDirectory(prefix="quillon-doc-"))
+        for package in PACKAGES.glob("*.deb"):
+            if "-dbgsym" not in package.name:
+                subprocess.run(["dpkg-deb", "--extract", package, place], check=True)
+        self.assertEqual(broken_links(Path(place)), [])
+
+
 class WindowsZip(unittest.TestCase):
     def setUp(self):
         place = self.enterContext(tempfile.TemporaryDirectory(prefix="quillon-zip-"))
@@ -73,33 +91,72 @@ class WindowsZip(unittest.TestCase):
         self.assertGreater(len(named), 5)
         for name in named:
             self.assertTrue((self.dir / name.replace("\\", "/")).exists(), name)
-        for script in ("register.cmd", "unregister.cmd"):
-            self.assertIn(b"QuillonMediaRW.dll", (self.dir / script).read_bytes())
+        for script, calls in (("register.cmd", b'%* "%~dp0QuillonMediaRW.dll"\r\n'),
+                              ("unregister.cmd", b'"%~dp0register.cmd" /u %*\r\n')):
+            self.assertIn(calls, (self.dir / script).read_bytes())
         self.assertEqual((self.dir / "QuillonMediaRW.dll").read_bytes()[:2], b"MZ")
 
+    def test_every_link_leads_somewhere(self):
+        self.assertEqual(broken_links(self.dir), [])
+
     def test_the_example_host_is_built_of_it(self):
-        toolchain = SOURCE / "cmake/mingw-i686.cmake"
-        for command in (["cmake", "-S", "docs/host-example", "-B", "tree", "-G", "Ninja",
-                         f"-DCMAKE_TOOLCHAIN_FILE={toolchain}", f"-DCMAKE_PREFIX_PATH={self.dir}",
-                         f"-DQuillonMedia_DIR={self.dir / 'cmake'}"],
-                        ["cmake", "--build", "tree"]):
-            run = subprocess.run(command, cwd=self.dir, capture_output=True, text=True)
+        """As the README says, in a directory whose name has a blank, but for Visual Studio."""
+        place = self.dir.rename(self.dir.with_name("quillon media"))
+        configure, build = re.search(r'    (cmake -S .*) && (cmake --build .*)\r\n',
+                                     (place / "README.txt").read_bytes().decode()).groups()
+        # Ours keeps packages that this system has for itself out of the DLL.
+        toolchain = Path(place.parent / "toolchain.cmake")
+        toolchain.write_text(f'include("{SOURCE / "cmake/mingw-i686.cmake"}")\n'
+                             'set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)\n')
+        self.assertIn(" -A Win32 ", configure)
+        configure = configure.replace("-A Win32", f"-G Ninja '-DCMAKE_TOOLCHAIN_FILE={toolchain}'")
+        for command in (configure.replace("\\", "/").replace("%CD%", "$PWD"), build):
+            run = subprocess.run(command, shell=True, cwd=place, capture_output=True, text=True)
             self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
-        self.assertTrue((self.dir / "tree/host_example.exe").exists())
+        self.assertTrue((place / "build/host_example.exe").exists())
 
 
 @unittest.skipIf(shutil.which("debootstrap") is None, "debootstrap is not installed")
 class Installed(unittest.TestCase):
+    ran = 0
+
     def setUp(self):
         try:
             self.system = self.enterContext(BareSystem())
         except NoSystem as reason:
             self.skipTest(f"there is no bare system: {reason}")
+        Installed.ran += 1
         for package in PACKAGES.glob("*.deb"):
             if "-dbgsym" not in package.name:
                 shutil.copy(package, self.system.job)
         subprocess.run([BUILD / "bin/make_sample_objects", self.system.job / "objects"], check=True,
                        capture_output=True)
+
+    def next_release(self, name):
+        """The package as another release would have it; answers its file in the system."""
+        package, = PACKAGES.glob(f"{name}_*.deb")
+        tree = self.system.job.parent / name
+        subprocess.run(["dpkg-deb", "--raw-extract", package, tree], check=True)
+        control = tree / "DEBIAN/control"
+        version = re.search("(?m)^Version: (.*)$", control.read_text())[1]
+        control.write_text(control.read_text().replace(version, "1:9"))
+        file = f"{name}_9.deb"
+        subprocess.run(["dpkg-deb", "-Znone", "--build", tree, self.system.job / file], check=True, capture_output=True)
+        shutil.rmtree(tree)
+        return f"./{file}"
+
+    def assert_upgrades_take_all_or_tell(self):
+        """An upgrade without the library for drives takes it away, and says so, even where the other
+        package that it serves stays."""
+        self.system.succeed("apt-get install -qq ./libquillon-media0_*.deb")
+        program, drives = self.next_release("quillon"), self.next_release("quillon-optical")
+        library = self.next_release("libquillon-media0")
+        told = self.system.succeed(f"apt-get install -s {program}")
+        self.assertRegex(told, r"(?m)^Remv quillon-optical ")
+        told = self.system.succeed(f"apt-get install -s {program} {drives} {library}")
+        self.assertNotIn("\nRemv ", told)
+        self.assertRegex(told, r"(?m)^Inst quillon-optical .*\(1:9 ")
+        self.system.succeed("apt-get purge -qq libquillon-media0; rm *_9.deb")
 
     def assert_nothing_since(self, before):
         """What is the user's may stay: an empty directory of jobs, a registry without the server."""
@@ -132,7 +189,10 @@ class Installed(unittest.TestCase):
         self.system.succeed("quillon header --stylesheet html objects/DOE/SR/IM00001")
         self.system.succeed("quillon publish --pdi --to stick objects")
         self.system.succeed("bash -c '. /usr/share/bash-completion/completions/quillon'")
+        self.assert_upgrades_take_all_or_tell()
         self.system.succeed(remove)
+        # Of a system of its own, where nobody else's packages wait to be removed.
+        self.system.succeed("apt-get autoremove -qq --purge")
         self.assert_nothing_since(before)
 
     def test_hosts(self):
@@ -155,6 +215,9 @@ class Installed(unittest.TestCase):
         self.system.succeed("cmake -S docs/host-example -B tree && cmake --build tree && "
                             "rm -rf set && cp -r objects/DOE more && tree/host_example more set DOE")
         self.system.succeed("quillon verify set && quillon unregister")
+        # Recipes are run where the package has put them, and find each other there.
+        self.system.succeed("cp -r objects/DOE study && docs/recipes/take-in.sh study spool && "
+                            "quillon verify spool/media/study.zip && test -d spool/done/study")
         self.assertRegex(self.system.succeed("quillon --version"),
                          r"\n  libburn +not installed \(package quillon-optical\)\n")
         self.system.succeed("apt-get purge -qq --autoremove quillon quillon-doc libquillon-media0 "
@@ -162,6 +225,15 @@ class Installed(unittest.TestCase):
         self.assert_nothing_since(before)
 
 
+def counted(program):
+    """A line of how many tests of the bare system ran, and why others did not."""
+    reasons = [reason for case, reason in program.result.skipped if isinstance(case, Installed)]
+    why = f" ({'; '.join(sorted(set(reasons)))})" if reasons else ""
+    return f"Bare system: {Installed.ran} tests run, {len(reasons)} skipped{why}"
+
+
 if __name__ == "__main__":
     BUILD, PACKAGES = (Path(path).resolve() for path in sys.argv[1:3])
-    unittest.main(argv=[sys.argv[0], "-v", *sys.argv[3:]])
+    ended = unittest.main(argv=[sys.argv[0], "-v", *sys.argv[3:]], exit=False)
+    print(counted(ended), flush=True)
+    sys.exit(not ended.result.wasSuccessful())
