@@ -48,7 +48,8 @@ output=$(cd "$output" && pwd)
 work=$output/work
 mkdir "$work"
 trap 'rm -rf "$work"' EXIT
-source=$work/quillon-$version
+# The same for every version, which the compiler's cache would take for other files.
+source=$work/quillon
 
 # The compiler's cache is the user's, whatever home the packaging tools set.
 if command -v ccache >/dev/null; then
