@@ -1,7 +1,7 @@
 # quillon_hash_of_headers(OUTPUT header...): eight hexadecimal digits that change with the headers and with
 # those of ours that they include. The build is configured anew when one of them changes.
 function(quillon_hash_of_headers output)
-  file(GLOB_RECURSE directories LIST_DIRECTORIES true CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/src/*")
+  file(GLOB_RECURSE directories LIST_DIRECTORIES true "${PROJECT_SOURCE_DIR}/src/*")
   list(FILTER directories INCLUDE REGEX "/(include|internal)$")
   set(names ${ARGN})
   set(files "")
