@@ -65,7 +65,6 @@ class Packages(unittest.TestCase):
             for path in (str(SOURCE), str(PACKAGES)):
                 self.assertNotIn(path.encode(), content, package.name)
 
-
     def test_every_link_leads_somewhere(self):
         place = self.enterContext(tempfile.TemporaryDirectory(prefix="quillon-doc-"))
         for package in PACKAGES.glob("*.deb"):
@@ -141,7 +140,8 @@ class Installed(unittest.TestCase):
         version = re.search("(?m)^Version: (.*)$", control.read_text())[1]
         control.write_text(control.read_text().replace(version, "1:9"))
         file = f"{name}_9.deb"
-        subprocess.run(["dpkg-deb", "-Znone", "--build", tree, self.system.job / file], check=True, capture_output=True)
+        subprocess.run(["dpkg-deb", "-Znone", "--build", tree, self.system.job / file],
+                       check=True, capture_output=True)
         shutil.rmtree(tree)
         return f"./{file}"
 
