@@ -93,6 +93,9 @@ windows_zip() {
   cmake --preset windows-x86 >/dev/null
   cmake --build --preset windows-x86 --target QuillonMediaRW >/dev/null
   cmake --install build/windows-x86 --prefix "$files" >/dev/null
+  # It asks for itself, while the packages are told.
+  [ "$(cmake -P cmake/print_version.cmake)" = "$version" ] ||
+    fail "the tree has changed meanwhile: the DLL is of another version than the packages"
   sed "s/@VERSION@/$version/; s/$/\r/" packaging/windows/README.txt >"$files/README.txt"
   for script in register unregister; do
     sed 's/$/\r/' "packaging/windows/$script.cmd" >"$files/$script.cmd"

@@ -93,7 +93,10 @@ class WindowsZip(unittest.TestCase):
         for script, calls in (("register.cmd", b'%* "%~dp0QuillonMediaRW.dll"\r\n'),
                               ("unregister.cmd", b'"%~dp0register.cmd" /u %*\r\n')):
             self.assertIn(calls, (self.dir / script).read_bytes())
-        self.assertEqual((self.dir / "QuillonMediaRW.dll").read_bytes()[:2], b"MZ")
+        dll = (self.dir / "QuillonMediaRW.dll").read_bytes()
+        self.assertEqual(dll[:2], b"MZ")
+        version = re.fullmatch("QuillonMediaRW-(.*)-windows-x86", self.dir.name)[1]
+        self.assertIn("FileVersion\0\0" + version + "\0", dll.decode("utf-16-le", "replace"))
 
     def test_every_link_leads_somewhere(self):
         self.assertEqual(broken_links(self.dir), [])
