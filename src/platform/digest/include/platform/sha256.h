@@ -25,8 +25,8 @@ class Sha256 {
   std::unique_ptr<State> state_;
 };
 
-// Linux only. The version of OpenSSL's libcrypto ("3.0.15"), which it loads; empty where it cannot be
-// loaded.
+// Linux only. The version of OpenSSL's libcrypto ("3.0.15"), which it loads; empty where it cannot
+// be loaded.
 std::string digestLibraryVersion();
 
 }  // namespace quillon

@@ -1,5 +1,5 @@
-// The versions of the libraries that XML and HTTP stand on, for a program that loads them when it needs
-// them (on_demand/). It loads them all.
+// The versions of the libraries that XML and HTTP stand on, for a program that loads them when it
+// needs them (on_demand/). It loads them all.
 #pragma once
 
 #include <string>
