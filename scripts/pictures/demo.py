@@ -42,10 +42,11 @@ PAGE_COMMANDS = [
 VARYING = [
     (re.compile(r"quillon-publish-\d+-\w+"), "quillon-publish-4711-x"),
     (re.compile(r"(Fileset Creation Date:  )[^\r\n]+"), r"\g<1>27 Nov 2026"),
+    (re.compile(r"(Quillon Media \d+\.\d+\.\d+)[+~][\w.+~]*"), r"\1"),
     (re.compile(r"(Made by Quillon Media \S+ on )[\d-]+"), r"\g<1>2026-11-27"),
 ]
 # Pictures keep the version that they were made with.
-VERSION = re.compile(r"(Made by Quillon Media )\S+")
+VERSION = re.compile(r"(Quillon Media )\d[\w.+~]*")
 
 CR = "1.2.840.10008.5.1.4.1.1.1"
 MR = "1.2.840.10008.5.1.4.1.1.4"
