@@ -6,7 +6,8 @@
 #
 #   scripts/package.sh
 #     --no-windows            without the ZIP file
-#     --output DIR            another directory, from where the script is called; what it holds of an earlier run is replaced
+#     --output DIR            another directory, from where the script is called; what it holds of an
+#                             earlier run is replaced
 set -euo pipefail
 called_in=$PWD
 cd "$(dirname "$0")/.."
@@ -31,6 +32,8 @@ fail() {
   exit 1
 }
 
+# Also where the tree is another user's.
+git() { command git -c safe.directory="$PWD" "$@"; }
 # Files are given this time, and no later one.
 SOURCE_DATE_EPOCH=$(git log -1 --format=%ct) || fail "the tree is no checkout: its files and their time are not known"
 export SOURCE_DATE_EPOCH TZ=UTC LC_ALL=C
