@@ -134,8 +134,20 @@ constexpr std::array kUidNames{
     UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.9.4.2"), OLESTR("General Audio Waveform Storage")},
     UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.9.5.1"), OLESTR("Arterial Pulse Waveform Storage")},
     UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.9.6.1"), OLESTR("Respiratory Waveform Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.9.6.2"), OLESTR("Multi-channel Respiratory Waveform Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.9.7.1"), OLESTR("Routine Scalp Electroencephalogram Waveform Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.9.7.2"), OLESTR("Electromyogram Waveform Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.9.7.3"), OLESTR("Electrooculogram Waveform Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.9.7.4"), OLESTR("Sleep Electroencephalogram Waveform Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.9.8.1"), OLESTR("Body Position Waveform Storage")},
     UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.90.1"), OLESTR("Content Assessment Results Storage")},
     UidNameRow{OLESTR("1.2.840.10008.5.1.4.1.1.91.1"), OLESTR("Microscopy Bulk Simple Annotations Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.34.10"), OLESTR("RT Brachy Application Setup Delivery Instruction Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.34.7"), OLESTR("RT Beams Delivery Instruction Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.39.1"), OLESTR("Color Palette Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.43.1"), OLESTR("Generic Implant Template Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.44.1"), OLESTR("Implant Assembly Template Storage")},
+    UidNameRow{OLESTR("1.2.840.10008.5.1.4.45.1"), OLESTR("Implant Template Group Storage")},
 };
 // clang-format on
 static_assert(std::ranges::is_sorted(kUidNames, {}, &UidNameRow::uid));
