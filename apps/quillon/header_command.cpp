@@ -101,23 +101,21 @@ bool isMarkedAsDicom(const std::string& path) {
   return file && std::string_view(mark.data(), mark.size()) == "DICM";
 }
 
-// What the object's sentence goes on with, where it only says that a file cannot be read. Empty
-// when more is not known.
+// What the object's sentence goes on with, where it only says that a file cannot be read.
 std::string whyUnreadable(const std::string& path) {
   std::error_code error;
   if (std::filesystem::is_directory(path, error)) {
     return "it is a directory, and -r takes the files in it.";
   }
   if (const Outcome readable = canBeRead(path); readable.failed()) return readable.text();
-  return isMarkedAsDicom(path) ? "" : kNotDicom;
+  return isMarkedAsDicom(path) ? "its elements cannot be read; --log FILE tells where and why."
+                               : kNotDicom;
 }
 
 std::string withReason(std::string sentence, const std::string& path) {
   if (!sentence.starts_with("Cannot read the DICOM information from ")) return sentence;
-  const std::string reason = whyUnreadable(path);
-  if (reason.empty()) return sentence;
   sentence.pop_back();
-  return sentence + ": " + reason;
+  return sentence + ": " + whyUnreadable(path);
 }
 
 // What the files have in common.

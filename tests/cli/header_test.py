@@ -351,7 +351,12 @@ class Header(program.ProgramTest):
         none = self.write("none.dcm", b"nothing")
         broken = self.write("broken.xsl", b"<xsl:stylesheet")
         not_dicom = 'it is not a DICOM file: "DICM" does not stand after a preamble of 128 bytes.'
+        deep = element(0x0040A160, "UT", "x")
+        for _ in range(300):
+            deep = element(0x0040A730, "SQ", item(deep))
         for file, reason in (
+                (self.write("deep.dcm", dicom_file(more={0x0040A730: deep})),
+                 "its elements cannot be read; --log FILE tells where and why."),
                 (none, not_dicom), (self.write("empty.dcm", b""), not_dicom),
                 (self.source / "absent", "it cannot be opened: No such file or directory."),
                 (self.source, "it is a directory, and -r takes the files in it.")):
