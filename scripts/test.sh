@@ -68,9 +68,10 @@ made_packages() {
 reproducible() {
   local place clone result=0
   place=$(mktemp -d)
+  # Of one commit, also when another one is made meanwhile.
+  git clone -q . "$place/one" && git clone -q "$place/one" "$place/elsewhere" || result=1
   for clone in one elsewhere; do
-    git clone -q . "$place/$clone" &&
-      (cd "$place/$clone" && CCACHE_DISABLE=1 ./scripts/package.sh >/dev/null) || result=1
+    (cd "$place/$clone" && CCACHE_DISABLE=1 ./scripts/package.sh >/dev/null) || result=1
   done
   diff "$place/one/build/packages/SHA256SUMS" "$place/elsewhere/build/packages/SHA256SUMS" || result=1
   rm -rf "$place"
