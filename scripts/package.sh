@@ -2,8 +2,7 @@
 # Makes what people install: the Debian packages, of the tracked files of this tree as they are, and a
 # ZIP file with the Windows DLL, which is built in the tree itself (build/windows-x86) and so of all files
 # there. All of it lies in build/packages afterwards, with SHA256SUMS. Two builds of one commit, in trees
-# with no other files, give the same packages byte for byte, wherever the tree lies; the DLL keeps the
-# time that the compiler of the type library writes into it.
+# with no other files, give the same bytes, wherever the tree lies.
 #
 #   scripts/package.sh
 #     --no-windows            without the ZIP file

@@ -2,6 +2,7 @@
 # library. Its runtime is linked in, so that it needs no DLL but those of Windows.
 enable_language(RC)
 find_program(QUILLON_WIDL NAMES i686-w64-mingw32-widl REQUIRED)
+find_program(QUILLON_PERL NAMES perl REQUIRED)
 
 target_sources(quillon_com_server PRIVATE windows/own_resources.cpp)
 # Compiles the type library, which refers to the table of the operations, and before it the stand-in
@@ -20,7 +21,9 @@ add_custom_command(
   OUTPUT "${library}"
   COMMAND "${QUILLON_WIDL}" -t -m32 -I "${CMAKE_CURRENT_SOURCE_DIR}/include" -L "${imported_dir}"
           -o "${library}" "${idl}/QuillonMediaRW.idl"
+  COMMAND "${QUILLON_PERL}" "${idl}/without_time.pl" "${library}"
   DEPENDS "${imported}" "${idl}/QuillonMediaRW.idl" "${idl}/automation.idl"
+          "${idl}/without_time.pl"
           "${CMAKE_CURRENT_SOURCE_DIR}/include/server/com_server/identities.inc"
           "${CMAKE_CURRENT_SOURCE_DIR}/include/server/com_server/operations.inc"
   VERBATIM)
