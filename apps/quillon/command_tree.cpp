@@ -35,23 +35,35 @@ std::vector<std::string> choicesIn(const std::string& description) {
 // What is only offered is not active: it is neither checked nor described in the help.
 std::string describeOffers(CLI::Option& option) {
   try {
-    return option.get_validator(kOffers)->active(true).get_description();
+    CLI::Validator offered = *option.get_validator(kOffers);
+    return offered.active(true).get_description();
   } catch (const CLI::OptionNotFound&) {
     return {};
   }
 }
 
+// "MEDIA:{first,all}" without its choices; a place has its name.
+std::string typeNameOf(const CLI::Option& option) {
+  if (option.get_positional()) return option.get_name(true);
+  const std::string type = option.get_type_name();
+  return type.substr(0, type.find(":{"));
+}
+
+Paths pathsOf(std::string_view typeName) {
+  for (const PathType& row : kPathTypes) {
+    if (row.typeName == typeName) return row.paths;
+  }
+  return Paths::None;
+}
+
 WordKind kindOf(CLI::Option& option) {
   WordKind kind;
-  // "MEDIA:{first,all}"; a place has its name.
+  kind.typeName = typeNameOf(option);
+  kind.paths = pathsOf(kind.typeName);
   const std::string type = option.get_type_name();
   const std::size_t colon = type.find(":{");
-  kind.typeName = option.get_positional() ? option.get_name(true) : type.substr(0, colon);
   if (colon != std::string::npos) kind.choices = choicesIn(type.substr(colon + 1));
   for (const std::string& name : choicesIn(describeOffers(option))) kind.choices.push_back(name);
-  for (const PathType& row : kPathTypes) {
-    if (row.typeName == kind.typeName) kind.paths = row.paths;
-  }
   return kind;
 }
 
@@ -66,13 +78,17 @@ OptionWord wordOf(CLI::Option& option) {
   return word;
 }
 
+std::vector<CLI::App*> commandsOf(CLI::App& app) {
+  return app.get_subcommands([](CLI::App*) { return true; });
+}
+
 CommandWord commandOf(CLI::App& app, const std::string& above, const std::string& path) {
   CommandWord command{above, path, app.get_name(), app.get_description(), {}, {}, {}};
   for (CLI::Option* option : app.get_options()) {
     OptionWord word = wordOf(*option);
     (option->get_positional() ? command.places : command.options).push_back(std::move(word));
   }
-  for (CLI::App* below : app.get_subcommands([](CLI::App*) { return true; })) {
+  for (CLI::App* below : commandsOf(app)) {
     command.commands.push_back(
         commandOf(*below, path, path + (path.empty() ? "" : " ") + below->get_name()));
   }
@@ -82,6 +98,18 @@ CommandWord commandOf(CLI::App& app, const std::string& above, const std::string
 }  // namespace
 
 CommandWord commandTree(CLI::App& program) { return commandOf(program, "", ""); }
+
+void refuseEmptyPaths(CLI::App& program) {
+  for (CLI::Option* option : program.get_options()) {
+    const Paths paths = pathsOf(typeNameOf(*option));
+    if (paths == Paths::None) continue;
+    const char* const what = paths == Paths::Directories ? "directory" : "file";
+    option->check([what](const std::string& path) {
+      return path.empty() ? std::string("no ") + what + " is named" : std::string();
+    });
+  }
+  for (CLI::App* command : commandsOf(program)) refuseEmptyPaths(*command);
+}
 
 std::string joined(const std::vector<std::string>& words, const char* separator) {
   std::string text;

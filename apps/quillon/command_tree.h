@@ -36,6 +36,10 @@ struct CommandWord {
 
 CommandWord commandTree(CLI::App& program);
 
+// Makes every option and place that takes a path refuse an empty one, as a variable of a script
+// gives that was never set: it would be the working directory.
+void refuseEmptyPaths(CLI::App& program);
+
 // Names that a completion offers for an option: for those that are too many for the help, or of
 // which others are right as well.
 CLI::Validator offers(const std::vector<std::string>& names);

@@ -98,10 +98,7 @@ class CreateJob {
   }
 
   bool applySettings() {
-    if (options_.root) {
-      if (options_.root->empty()) return fail("The root directory has no name.");
-      if (!passes(job_.setRoot(absoluteRoot(*options_.root)))) return false;
-    }
+    if (options_.root && !passes(job_.setRoot(absoluteRoot(*options_.root)))) return false;
     result_.root = job_.root();
     job_.setHierarchy(options_.hasHierarchy);
     if (!passes(applyOtherContent(options_.otherContent, options_.isStrict, job_))) return false;
@@ -120,7 +117,6 @@ class CreateJob {
     if (options_.hasPages) job_.setPages(*options_.hasPages);
     if (!passes(job_.askForPages())) return false;
     if (!options_.pageStylesheets) return true;
-    if (options_.pageStylesheets->empty()) return fail("The directory of stylesheets has no name.");
     job_.setPageStylesheets(absolutePath(*options_.pageStylesheets));
     return true;
   }

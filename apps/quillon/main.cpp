@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "command_tree.h"
 #include "commands.h"
 #include "completion.h"
 #include "toolkit_log.h"
@@ -35,6 +36,7 @@ int run(int argc, char** argv) {
   quillon::cli::addRegisterCommands(program, exitStatus);
   quillon::cli::addCompletionCommand(program, exitStatus);
   quillon::cli::addHelpCommand(program);
+  quillon::cli::refuseEmptyPaths(program);
   quillon::cli::Arguments arguments(argv + std::min(argc, 1), argv + argc);
   try {
     quillon::cli::askForHelp(arguments);

@@ -40,7 +40,6 @@ bool isThere(const std::string& path) {
 Outcome wipe(const CommandOptions& options, std::string& root, std::vector<std::string>& remarks,
              std::vector<std::string>& removed) {
   MediaJob job;
-  if (options.root && options.root->empty()) return "The root directory has no name.";
   if (options.root) {
     if (Outcome set = job.setRoot(absoluteRoot(*options.root)); set.failed()) return set;
   }

@@ -157,7 +157,6 @@ bool Delivery::checkSettings(const std::vector<std::string>& sources) {
 
 bool Delivery::applySettings() {
   if (options_.root && !passes(job_.setRoot(absoluteRoot(*options_.root)))) return false;
-  if (options_.root && options_.root->empty()) return fail("The root directory has no name.");
   result_.root = job_.root();
   result_.isSimulated = options_.isSimulating;
   result_.isDryRun = options_.isDryRun;

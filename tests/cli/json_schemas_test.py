@@ -211,7 +211,7 @@ class JsonSchemas(program.ProgramTest):
         self.run_json("config", "get", "InstitutionName")
         self.run_json("config", "set", "CurrentPractice", "2", status=1)
         self.run_json("config", "unset", "InstitutionName")
-        self.run_json("wipe", "--root", "", status=1)
+        self.run_json("wipe", "--root", "x" * 300, status=1)
         self.run_json("wipe", "--root", self.dir / "to", "--force")
         self.run_json("wipe", "--root", self.dir / "home", status=1)
         self.run_json("register", self.dir / "none.so", status=1)

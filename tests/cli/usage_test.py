@@ -103,6 +103,14 @@ class UsageTest(program.ProgramTest):
             (["write", "--root="], "--root= has no value behind it.", "quillon write"),
             (["disc"], "quillon disc needs a command: list, status, insert, eject, erase.",
              "quillon disc"),
+            # As of a variable that was never set: not the working directory.
+            (["publish", "--to", "", "y"], "--to: no directory is named.", "quillon publish"),
+            (["write", "--iso", ""], "--iso: no file is named.", "quillon write"),
+            (["create", "--root", "", "y"], "--root: no directory is named.", "quillon create"),
+            (["create", "y", ""], "PATH: no file is named.", "quillon create"),
+            (["header", ""], "FILE: no file is named.", "quillon header"),
+            (["verify", ""], "PATH: no file is named.", "quillon verify"),
+            (["disc", "insert", "--image", ""], "--image: no file is named.", "quillon disc insert"),
         ]
         for arguments, sentence, command in cases:
             with self.subTest(arguments):

@@ -1,13 +1,16 @@
 #include "win32/own_library.h"
 
 #include <dlfcn.h>
+#include <elf.h>
 #include <link.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -61,6 +64,26 @@ std::vector<fs::path> directories() {
   return {own, own / "quillon"};
 }
 
+// Whether the file lacks something that the loader maps: the process would end when that is
+// touched. What is no library at all, the loader refuses by itself.
+bool isTorn(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary | std::ios::ate);
+  const auto size = static_cast<std::uint64_t>(std::max<std::streamoff>(file.tellg(), 0));
+  ElfW(Ehdr) header{};
+  if (!file.seekg(0).read(reinterpret_cast<char*>(&header), sizeof(header))) return false;
+  constexpr unsigned char kOwnClass = sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32;
+  if (std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_ident[EI_CLASS] != kOwnClass) {
+    return false;
+  }
+  file.seekg(static_cast<std::streamoff>(header.e_phoff));
+  for (int i = 0; i < header.e_phnum; ++i) {
+    ElfW(Phdr) segment{};
+    if (!file.read(reinterpret_cast<char*>(&segment), sizeof(segment))) return true;
+    if (segment.p_offset > size || segment.p_filesz > size - segment.p_offset) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string ownLibraryPath(const std::string& fileName) {
@@ -75,6 +98,10 @@ OwnLibrary openOwnLibrary(const std::string& fileName) {
   OwnLibrary library;
   library.path = ownLibraryPath(fileName);
   if (library.path.empty()) return library;
+  if (isTorn(library.path)) {
+    library.problem = "the file is not whole";
+    return library;
+  }
   library.handle = ::dlopen(library.path.c_str(), RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
   if (library.handle != nullptr) return library;
   const char* const said = ::dlerror();

@@ -98,6 +98,7 @@ class Package(OpticalTest):
         another_release = "is of another release than VERSION (install quillon-optical of the same version)"
         cases = [  # what lies in its place, what is said of that
             (b"torn", "cannot be loaded (file too short)"),
+            (whole[:len(whole) // 2], "cannot be loaded (the file is not whole)"),
             (whole.replace(b"\0libburn.so.4\0", b"\0libburn.so.X\0"), "cannot be loaded (libburn.so.X: cannot "
              "open shared object file: No such file or directory)"),
             (Path(os.environ["OTHER_RELEASE"]).read_bytes(), another_release),
